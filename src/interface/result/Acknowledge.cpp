@@ -1,0 +1,19 @@
+#include "interface/result/Acknowledge.h"
+
+namespace Varnel_Tolv_XML_Creation {
+
+void Acknowledge::SetError(std::int32_t lngErrorCode, std::string_view strErrorDetail,
+                           std::string_view strUserMessage, std::string_view /*strErrorSource*/) {
+  lngErrorCode_ = lngErrorCode;
+  strErrorDetail_ = strErrorDetail;
+  strUserMessage_ = strUserMessage;
+}
+
+Acknowledge Failure(std::int32_t lngErrorCode, std::string_view strErrorDetail,
+                    std::string_view strUserMessage) {
+  Acknowledge objAck;
+  objAck.SetError(lngErrorCode, strErrorDetail, strUserMessage);
+  return objAck;
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <filesystem>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// What the library asks of the web server whose request it serves. A host implements the two
+// interfaces over its own server, or uses the two classes here.
+
+namespace Varnel_Tolv_XML_Creation {
+
+/// The request that is being served.
+class Request {
+ public:
+  virtual ~Request() = default;
+
+  /// The submitted value of the form field with exactly this name: several values joined by a
+  /// comma and a blank in the order submitted, the empty text for a field not submitted.
+  virtual std::string formItem(std::string_view strName) const = 0;
+
+  /// The names of the submitted fields that begin with `strPrefix`, in any order, each once.
+  /// `formItem` must give the empty text for every other name with that prefix.
+  virtual std::vector<std::string> formNames(std::string_view strPrefix) const = 0;
+};
+
+/// The web server.
+class Server {
+ public:
+  virtual ~Server() = default;
+
+  /// The file path of a location relative to the directory of the calling page.
+  virtual std::string MapPath(std::string_view strLocation) const = 0;
+};
+
+/// The object context of a web request. Either item may be missing.
+struct ObjectContext {
+  const Request* request = nullptr;
+  const Server* server = nullptr;
+};
+
+/// A form as a browser submits it, an application/x-www-form-urlencoded body: "+" is a blank, %XX a
+/// byte, a malformed escape stands as it is; what then is not UTF-8 becomes U+FFFD. Names are
+/// decoded like values; a pair without "=" is a name with the empty value.
+class FormCollection : public Request {
+ public:
+  FormCollection() = default;
+  explicit FormCollection(std::string_view strBody);
+
+  /// Adds one more value to a field. Both texts are taken as they stand, not decoded.
+  void add(std::string_view strName, std::string_view strValue);
+
+  std::string formItem(std::string_view strName) const override;
+  std::vector<std::string> formNames(std::string_view strPrefix) const override;
+
+ private:
+  std::map<std::string, std::string, std::less<>> items_;
+};
+
+/// A server that has one page, in a directory of this machine.
+class PageServer : public Server {
+ public:
+  explicit PageServer(std::filesystem::path pageDirectory);
+
+  /// Resolved against the page's directory, which is the only root that there is: a location that
+  /// begins with "/" is below it too. "." and ".." are taken out of the text of the path, so ".."
+  /// leads above the directory.
+  std::string MapPath(std::string_view strLocation) const override;
+
+ private:
+  std::filesystem::path pageDirectory_;
+};
+
+}  // namespace Varnel_Tolv_XML_Creation

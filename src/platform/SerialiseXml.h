@@ -1,0 +1,13 @@
+#pragma once
+
+#include <libxml/tree.h>
+
+#include <string>
+
+namespace Varnel_Tolv_XML_Creation {
+
+/// The text of a node and of all below it, with the namespace declarations that it needs to stand
+/// alone; of an attribute `name="value"`. Each node at the top of a document is followed by CR LF.
+std::string serialiseXml(const xmlNode* node);
+
+}  // namespace Varnel_Tolv_XML_Creation

@@ -1,0 +1,132 @@
+#include "platform/Selection.h"
+
+#include "interface/result/RuntimeError.h"
+#include "platform/LocationPath.h"
+#include "platform/WalkPath.h"
+#include "platform/XmlTree.h"
+
+namespace Varnel_Tolv_XML_Creation {
+
+namespace {
+
+// A relative path mostly concerns few nodes. It uses the index only for an id that few elements
+// have: the rows of all tables have the same ids.
+constexpr std::size_t kFewCandidates = 16;
+
+/// The id that the conditions of this list demand, if there is one.
+const std::string* demandedId(const LocationPath& path, ConditionIndex first) {
+  for (ConditionIndex index = first; index != kNoCondition; index = path.conditions[index].next) {
+    const Condition& condition = path.conditions[index];
+    if (condition.kind == Condition::Kind::all) {
+      if (const std::string* id = demandedId(path, condition.firstInner)) return id;
+    }
+    const bool blnEqualsId = condition.kind == Condition::Kind::equalsText &&
+                             condition.blnAttribute && !condition.name.blnPrefixed &&
+                             condition.name.strName == "id";
+    if (blnEqualsId) return &condition.strLiteral;
+  }
+  return nullptr;
+}
+
+class Evaluation {
+ public:
+  Evaluation(const SelectionContext& context, const LocationPath& path, bool blnFirstOnly)
+      : context_(context), path_(path), blnFirstOnly_(blnFirstOnly), walk_(path, limit_) {}
+
+  std::vector<xmlNode*> run() {
+    start_.node = context_.node;
+    if (path_.blnAbsolute) {
+      start_.node = topOf(context_.node);
+      start_.blnAboveNode = !isDocument(start_.node);
+    }
+    if (path_.steps.empty()) {
+      const bool blnHidden =
+          start_.blnAboveNode || (context_.blnFragment && isDocument(start_.node));
+      if (!blnHidden) colFound_.push_back(start_.node);
+    } else if (!findByIndex()) {
+      walk_.find(start_, 0, blnFirstOnly_, colFound_);
+    }
+    return std::move(colFound_);
+  }
+
+ private:
+  /// Whether the index gave the answer.
+  bool findByIndex() {
+    if (context_.index == nullptr || start_.blnAboveNode) return false;
+    chooseIndexedStep();
+    if (candidates_ == nullptr) return false;
+    if (!path_.blnAbsolute && candidates_->size() > kFewCandidates) return false;
+
+    const bool blnLastStep = lngIndexedStep_ + 1 == path_.steps.size();
+    std::vector<xmlNode*> colElements;
+    for (xmlNode* candidate : *candidates_) {
+      if (!walk_.selects(start_, lngIndexedStep_, candidate)) continue;
+      colElements.push_back(candidate);
+      if (blnFirstOnly_ && blnLastStep) break;
+    }
+    if (blnLastStep) {
+      colFound_ = std::move(colElements);
+      return true;
+    }
+    if (areNested(colElements)) return false;  // what is below them may interleave
+    for (xmlNode* element : colElements) {
+      walk_.find({.node = element}, lngIndexedStep_ + 1, blnFirstOnly_, colFound_);
+      if (blnFirstOnly_ && !colFound_.empty()) break;
+    }
+    return true;
+  }
+
+  void chooseIndexedStep() {
+    for (std::size_t step = 0; step < path_.steps.size(); ++step) {
+      const std::string* id = demandedId(path_, path_.steps[step].firstCondition);
+      if (id == nullptr) continue;
+      const auto& candidates = context_.index->find(*id);
+      if (candidates_ != nullptr && candidates_->size() <= candidates.size()) continue;
+      candidates_ = &candidates;
+      lngIndexedStep_ = step;
+    }
+  }
+
+  /// In document order what is below an element follows it, so neighbours are enough to look at.
+  bool areNested(const std::vector<xmlNode*>& colElements) {
+    for (std::size_t item = 1; item < colElements.size(); ++item) {
+      for (const xmlNode* above = colElements[item]->parent; above != nullptr;
+           above = above->parent) {
+        limit_.count();
+        if (above == colElements[item - 1]) return true;
+      }
+    }
+    return false;
+  }
+
+  const SelectionContext& context_;
+  const LocationPath& path_;
+  bool blnFirstOnly_;
+  WorkLimit limit_;
+  PathWalk walk_;
+  PathStart start_;
+  const std::vector<xmlNode*>* candidates_ = nullptr;
+  std::size_t lngIndexedStep_ = 0;
+  std::vector<xmlNode*> colFound_;
+};
+
+std::vector<xmlNode*> evaluate(const SelectionContext& context, std::string_view strXPath,
+                               bool blnFirstOnly) {
+  if (context.node == nullptr) throw RuntimeError(kObjectNotSet);
+  const auto path = compileLocationPath(strXPath, context.namespaces);
+  if (!path) return selectByLibrary(context, strXPath);
+  return Evaluation(context, *path, blnFirstOnly).run();
+}
+
+}  // namespace
+
+std::vector<xmlNode*> select(const SelectionContext& context, std::string_view strXPath) {
+  return evaluate(context, strXPath, false);
+}
+
+xmlNode* selectFirst(const SelectionContext& context, std::string_view strXPath) {
+  const auto colFound = evaluate(context, strXPath, true);
+  return colFound.empty() ? nullptr : colFound.front();
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

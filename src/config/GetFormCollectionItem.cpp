@@ -1,0 +1,37 @@
+#include "config/GetFormCollectionItem.h"
+
+#include "interface/result/Guarded.h"
+#include "platform/WebRequest.h"
+
+namespace Varnel_Tolv_XML_Creation {
+namespace {
+
+constexpr std::string_view kUserMessage = "An error occurred getting a form collection item";
+
+}  // namespace
+
+Acknowledge GetFormCollectionItem(const Session& session, std::string_view strFieldName,
+                                  std::string& strValue) {
+  return Guarded("GetFormCollectionItem", [&]() -> Acknowledge {
+    strValue.clear();
+    const ObjectContext* objContext = session.host.objectContext;
+    if (objContext == nullptr) {
+      return Failure(SVC_RET_XML_CREATION_CNTXT_OBJ_MISSING,
+                     "The context object for the intrinsic IIS Object is missing", kUserMessage);
+    }
+    if (objContext->request == nullptr) {
+      return Failure(SVC_RET_XML_CREATION_REQUEST_OBJ_MISSING, "The IIS Request object is missing",
+                     kUserMessage);
+    }
+    strValue = objContext->request->formItem(strFieldName);
+    return {};
+  });
+}
+
+std::vector<std::string> submittedFieldNames(const Session& session, std::string_view strPrefix) {
+  const ObjectContext* objContext = session.host.objectContext;
+  if (objContext == nullptr || objContext->request == nullptr) throw RuntimeError(kObjectNotSet);
+  return objContext->request->formNames(strPrefix);
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

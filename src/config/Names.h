@@ -1,0 +1,31 @@
+#pragma once
+
+#include <string_view>
+
+// Names in the documents that several stages read or write. Written once, so that stages agree on
+// them without including each other.
+
+namespace Varnel_Tolv_XML_Creation {
+
+// The object list and the parked form.
+inline constexpr std::string_view kProtocolObject = "prtobjct";
+inline constexpr std::string_view kObjectType = "objecttype";
+inline constexpr std::string_view kFieldObject = "field";
+inline constexpr std::string_view kTableObject = "table";
+inline constexpr std::string_view kId = "id";
+inline constexpr std::string_view kType = "type";
+inline constexpr std::string_view kDynamic = "dynamic";
+inline constexpr std::string_view kValue = "value";
+inline constexpr std::string_view kFieldLabel = "fieldlabel";
+inline constexpr std::string_view kRow = "row";
+inline constexpr std::string_view kColumn = "column";
+
+// The identifiers on message elements that lead an error back to its question, and the list of
+// them as it is handed about.
+inline constexpr std::string_view kQuestionId = "questionId";
+inline constexpr std::string_view kRowIndex = "rowIndex";
+inline constexpr std::string_view kColumnId = "columnId";
+inline constexpr std::string_view kIdentifiers = "questionId~rowIndex~columnId";
+inline constexpr std::string_view kIdentifierDelimiter = "~";
+
+}  // namespace Varnel_Tolv_XML_Creation

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <initializer_list>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "config/Session.h"
+
+namespace Varnel_Tolv_XML_Creation {
+
+/// Whether trace lines go anywhere. Ask before building a piece of a line that costs something.
+inline bool tracing(const Session& session) noexcept { return session.host.traceSink != nullptr; }
+
+/// Writes the trace line of the joined pieces with `strSource` in front. Without a sink nothing is
+/// composed. Never fails.
+void trace(const Session& session, std::string_view strSource,
+           std::initializer_list<std::string_view> pieces) noexcept;
+
+/// The pieces of a text between separators, see `split`; no list only where a test makes it fail.
+std::optional<std::vector<std::string>> splitText(const Session& session, std::string_view strText,
+                                                  std::string_view strSeparator);
+
+/// What stands before the last "/" of a path: "/a/b" for "/a/b/c", "" for "/a". A path without "/"
+/// is run-time error 5.
+std::string_view GetParentPath(std::string_view strPath);
+
+}  // namespace Varnel_Tolv_XML_Creation

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "config/Session.h"
+
+namespace Varnel_Tolv_XML_Creation {
+
+/// The XML Schema form, year-month-day, of a date that a person typed, read in the host's date
+/// order. With the data type "time", in exactly this case, "T00:00:00" follows. A text that is no
+/// date comes back unchanged.
+std::string convertToXsdDate(const Session& session, std::string_view strDataType,
+                             std::string_view strValue);
+
+}  // namespace Varnel_Tolv_XML_Creation

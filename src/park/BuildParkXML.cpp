@@ -1,0 +1,38 @@
+#include "park/BuildParkXML.h"
+
+#include <optional>
+#include <string>
+
+#include "config/Attributes.h"
+#include "config/Names.h"
+#include "interface/result/Guarded.h"
+#include "park/ParkProtField.h"
+#include "park/ParkProtTable.h"
+#include "platform/Text.h"
+
+namespace Varnel_Tolv_XML_Creation {
+
+Acknowledge BuildParkXML(const Session& session, const Document& objParkingXML) {
+  return Guarded("BuildParkXML", [&]() -> Acknowledge {
+    const std::optional<NodeList> colObjects =
+        objParkingXML.documentElement().getElementsByTagName(kProtocolObject);
+    if (!colObjects) {
+      return Failure(SVC_RET_XML_CREATION_PROTFLD_LIST_SELECTION_FAILED,
+                     "Selecting the protocol field list has failed",
+                     "An error occurred selecting the protocol field list");
+    }
+    for (const Node& objItem : *colObjects) {
+      const std::string strObjectType = toLower(attributeText(objItem, kObjectType));
+      // deliberate: an object without a type is the end marker, the objects after it stay unparked.
+      if (isBlank(strObjectType)) break;
+
+      Acknowledge objAck;  // stays successful for other objects: they hold no answer
+      if (strObjectType == kFieldObject) objAck = ParkProtField(session, objItem);
+      if (strObjectType == kTableObject) objAck = ParkProtTable(session, objItem);
+      if (!objAck.Success()) return objAck;
+    }
+    return {};
+  });
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

@@ -1,0 +1,53 @@
+#include "park/ParkProtField.h"
+
+#include <string>
+
+#include "config/Attributes.h"
+#include "config/GetFormCollectionItem.h"
+#include "config/Names.h"
+#include "interface/result/Guarded.h"
+#include "platform/Conversions.h"
+#include "platform/Text.h"
+
+namespace Varnel_Tolv_XML_Creation {
+namespace {
+
+/// What a check box stores: a browser sends "on" for a ticked box and nothing for another.
+std::string checkBoxValue(const Node& objField, std::string_view strSubmitted) {
+  if (toLower(strSubmitted) != "on") return {};
+  const std::string strCheckedValue = attributeText(objField, "checkedvalue");
+  return strCheckedValue.empty() ? "true" : strCheckedValue;
+}
+
+}  // namespace
+
+Acknowledge ParkProtField(const Session& session, const Node& objField) {
+  return Guarded("ParkProtField", [&]() -> Acknowledge {
+    if (!objField) {
+      return Failure(SVC_RET_XML_CREATION_PROTFLD_LIST_MISSING,
+                     "The protocol field list is missing",
+                     "An error occurred because the protocol field list is missing");
+    }
+    const std::string strId = toLower(attributeText(objField, kId));
+    const std::string strType = attributeText(objField, kType);
+    // deliberate: only its form matters here; a field whose `dynamic` cannot be read is refused.
+    static_cast<void>(toBoolean(attributeText(objField, kDynamic)));
+
+    std::string strFieldLabel;
+    Acknowledge objAck = GetFormCollectionItem(session, strId + "_hiddenName", strFieldLabel);
+    if (!objAck.Success()) return objAck;
+    const std::string strLetterLabel = attributeText(objField, "letterlabel");
+    if (!strLetterLabel.empty()) strFieldLabel = strLetterLabel;
+
+    std::string strValue;
+    objAck = GetFormCollectionItem(session, strId, strValue);
+    if (!objAck.Success()) return objAck;
+    if (strType == "check") strValue = checkBoxValue(objField, strValue);
+
+    objField.setAttribute(kValue, strValue);
+    objField.setAttribute(kFieldLabel, strFieldLabel);
+    return {};
+  });
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

@@ -1,0 +1,66 @@
+#include "park/addHiddenFieldsToParkXML.h"
+
+#include <optional>
+#include <string>
+
+#include "config/Attributes.h"
+#include "config/GetFormCollectionItem.h"
+#include "config/Names.h"
+#include "config/Utility.h"
+#include "interface/result/Guarded.h"
+#include "platform/Conversions.h"
+
+namespace Varnel_Tolv_XML_Creation {
+namespace {
+
+constexpr std::string_view kProcedure = "addHiddenFieldsToParkXML";
+constexpr std::string_view kMarkedFields = "//hiddenfield[@toschema='true']";
+
+Acknowledge tracedFailure(const Session& session, eReturnValues lngErrorCode,
+                          std::string_view strDetail) {
+  trace(session, kProcedure, {strDetail});
+  return Failure(lngErrorCode, strDetail, session.strDefaultUserMessage);
+}
+
+}  // namespace
+
+Acknowledge addHiddenFieldsToParkXML(const Session& session, const Node& objHiddenFldXML,
+                                     const Document& objParkingXML) {
+  return Guarded(kProcedure, [&]() -> Acknowledge {
+    const std::optional<NodeList> colHiddenFields = objHiddenFldXML.selectNodes(kMarkedFields);
+    if (!colHiddenFields) {
+      return tracedFailure(
+          session, SVC_RET_XML_CREATION_HIDDEN_FIELD_LIST_MISSING,
+          "The hidden field list could not be selected. path=" + std::string(kMarkedFields));
+    }
+    for (const Node& objHiddenField : *colHiddenFields) {
+      const std::string strId = attributeText(objHiddenField, kId);
+      const std::string strOutput = attributeText(objHiddenField, "output");
+
+      const Node objField = objParkingXML.createElement(kProtocolObject);
+      if (!objField) {
+        return tracedFailure(session, SVC_RET_XML_CREATION_CREATE_PRTOBJCT_FOR_HDDN_FLD_FAILED,
+                             "The prtobjct node could not be created for the hidden field");
+      }
+      std::string strValue;
+      Acknowledge objAck = GetFormCollectionItem(session, strId, strValue);
+      if (!objAck.Success()) return objAck;
+
+      objField.setAttribute(kId, strOutput);
+      objField.setAttribute(kType, "text");
+      objField.setAttribute(kObjectType, kFieldObject);
+      objField.setAttribute(kDynamic, booleanWord(false));
+      objField.setAttribute(kValue, strValue);
+
+      // deliberate: the second top-level node, whatever it is; the first is the XML declaration.
+      const Node objRoot = required(objParkingXML.childNodes()).item(1);
+      if (!objRoot.appendChild(objField)) {
+        return tracedFailure(session, SVC_RET_XML_CREATION_APPEND_PRTOBJCT_TO_PARK_XML_FAILED,
+                             "Unable to add the newly created prtobjct node to the parked XML");
+      }
+    }
+    return {};
+  });
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

@@ -1,0 +1,124 @@
+#include "message/AddComplexTypeFromTableRows.h"
+
+#include <algorithm>
+#include <optional>
+#include <string>
+
+#include "config/Attributes.h"
+#include "config/Names.h"
+#include "config/convertToXsdDate.h"
+#include "interface/result/Guarded.h"
+#include "message/GetComplexTypeFromAction.h"
+#include "message/SetAttributesUpwards.h"
+#include "platform/Text.h"
+
+namespace Varnel_Tolv_XML_Creation {
+namespace {
+
+constexpr std::string_view kUserMessage = "An error occurred adding complex type from table rows";
+
+// deliberate: untrimmed, so a value of blanks counts here.
+bool isFilledIn(const NodeList& colColumns) {
+  return std::any_of(colColumns.begin(), colColumns.end(), [](const Node& objColumn) {
+    return !attributeText(objColumn, kValue).empty();
+  });
+}
+
+/// Puts one cell into the row model, where it has a place for it.
+void placeCell(const Session& session, const Node& objModel, const Node& objColumn,
+               const std::string& strTableId, const std::string& strRowId) {
+  const std::string strColumnId = attributeText(objColumn, kId);
+  std::string strValue = attributeText(objColumn, kValue);
+  const std::string strColumnType = attributeText(objColumn, "columntype");
+  const std::string strTypeWord = toLower(strColumnType);
+  if (!strValue.empty() && (strTypeWord == "date" || strTypeWord == "time")) {
+    strValue = convertToXsdDate(session, strColumnType, strValue);
+  }
+
+  const Node objPlaceholder = objModel.selectSingleNode("//value[@id='" + strColumnId + "']");
+  if (objPlaceholder) {
+    const Node objParent = objPlaceholder.parentNode();
+    if (!objParent) return;
+    objParent.removeChild(objPlaceholder);
+    objParent.setText(strValue);
+    SetAttributesUpwards(objParent, kIdentifiers, strTableId + "~" + strRowId + "~" + strColumnId);
+    return;
+  }
+  const Node objAdditionalInfo = objModel.selectSingleNode("pbr:AdditionalInfo");
+  if (!objAdditionalInfo) return;  // the cell has no place in the message
+  const Node objCopy = objAdditionalInfo.cloneNode(true);
+  objCopy.setText(strValue);
+  objCopy.setAttribute(kId, strColumnId);
+  objAdditionalInfo.parentNode().appendChild(objCopy);
+}
+
+void removePlaceholders(const Node& objModel) {
+  for (const Node& objPlaceholder : required(objModel.selectNodes("//value"))) {
+    const Node objParent = objPlaceholder.parentNode();
+    if (objParent) objParent.removeChild(objPlaceholder);
+  }
+}
+
+Acknowledge appendRow(const Document& objSendXML, const Node& objParentNode, const Node& objModel,
+                      std::string_view strNodeName, std::string_view strTableId,
+                      std::string_view strRowId) {
+  const Node objRowElement = objSendXML.createElement(strNodeName);
+  if (!objRowElement || !objModel) return {};
+
+  const std::optional<NodeList> colChildren = objModel.childNodes();
+  if (!colChildren) {
+    return Failure(SVC_RET_XML_CREATION_CHLD_NODE_SELECTION_FAILED,
+                   "Selecting the child nodes of the complex type has failed", kUserMessage);
+  }
+  for (const Node& objChild : *colChildren) objRowElement.appendChild(objChild);
+  objParentNode.appendChild(objRowElement);
+  objRowElement.setAttribute(kRowIndex, strRowId);
+  objRowElement.setAttribute(kQuestionId, strTableId);
+  return {};
+}
+
+}  // namespace
+
+Acknowledge AddComplexTypeFromTableRows(const Session& session, const Document& objSendXML,
+                                        const Node& objParentNode,
+                                        const Document& objSchemaTypeMapper,
+                                        const Node& objParkTable, const Node& objAction,
+                                        std::string_view strNodeName) {
+  return Guarded("AddComplexTypeFromTableRows", [&]() -> Acknowledge {
+    Node objComplexType;
+    Acknowledge objAck = GetComplexTypeFromAction(objSchemaTypeMapper,
+                                                  attributeText(objAction, kId), objComplexType);
+    if (!objAck.Success()) return objAck;
+
+    const std::string strTableId = attributeText(objParkTable, kId);
+    const std::optional<NodeList> colRows = objParkTable.getElementsByTagName(kRow);
+    if (!colRows) {
+      const std::string_view strDetail = "An error occurred retrieving the table rows";
+      return Failure(SVC_RET_XML_CREATION_TBL_ROW_SELECTION_FAILED, strDetail, strDetail);
+    }
+    for (const Node& objRow : *colRows) {
+      const std::string strRowId = attributeText(objRow, kId);
+      const Node objModel = objComplexType.cloneNode(true);
+      if (!objModel) {
+        return Failure(SVC_RET_XML_CREATION_CMPLX_TYPE_CLONE_FAILED,
+                       "Cloning the complex type has failed", kUserMessage);
+      }
+      const std::optional<NodeList> colColumns = objRow.selectNodes(kColumn);
+      if (!colColumns) {
+        return Failure(SVC_RET_XML_CREATION_CLMN_FRM_ROW_SELECTION_FAILED,
+                       "Selecting the columns from the row has failed", kUserMessage);
+      }
+      if (!isFilledIn(*colColumns)) continue;
+
+      for (const Node& objColumn : *colColumns) {
+        placeCell(session, objModel, objColumn, strTableId, strRowId);
+      }
+      removePlaceholders(objModel);
+      objAck = appendRow(objSendXML, objParentNode, objModel, strNodeName, strTableId, strRowId);
+      if (!objAck.Success()) return objAck;
+    }
+    return {};
+  });
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

@@ -1,0 +1,105 @@
+#include "message/AddRowInfoToSingleNode.h"
+
+#include <optional>
+#include <string>
+
+#include "config/Attributes.h"
+#include "config/Names.h"
+#include "interface/result/Guarded.h"
+#include "platform/Document.h"
+#include "platform/Text.h"
+
+namespace Varnel_Tolv_XML_Creation {
+namespace {
+
+Acknowledge failure(eReturnValues lngErrorCode, std::string_view strDetail) {
+  return Failure(lngErrorCode, strDetail, "An error occurred adding row info to a single node");
+}
+
+void trimEnd(std::string& strText) {
+  while (!strText.empty() && strText.back() == ' ') strText.pop_back();
+}
+
+/// The cells of one row as they stand in the row's text.
+struct RowCells {
+  std::string strCells;
+  std::string strLastColumnId;
+  bool blnAllBlank = true;
+};
+
+Acknowledge readCells(const Node& objRow, RowCells& cells) {
+  const std::optional<NodeList> colColumns = objRow.selectNodes(kColumn);
+  if (!colColumns) {
+    return failure(SVC_RET_XML_CREATION_CLMN_SELECTION_FAILED,
+                   "Selecting the columns from the row");
+  }
+  for (const Node& objColumn : *colColumns) {
+    const std::string strValue = attributeText(objColumn, kValue);
+    if (!isBlank(strValue)) cells.blnAllBlank = false;
+    cells.strLastColumnId = attributeText(objColumn, kId);
+    const std::string strColumnLabel = attributeText(objColumn, "columnlabel");
+    if (strColumnLabel.empty()) {
+      return failure(SVC_RET_XML_CREATION_CLMN_LBL_FAILED, "Selecting the column label has failed");
+    }
+    cells.strCells += "[" + strColumnLabel + ":" + strValue + "] ";
+  }
+  if (cells.strCells.empty()) {
+    return failure(SVC_RET_XML_CREATION_CELL_INFO_MISSING, "The cell information is missing");
+  }
+  return {};
+}
+
+}  // namespace
+
+Acknowledge AddRowInfoToSingleNode(const Document& objSendXML, const Node& objParentNode,
+                                   const Node& objParkTable, std::string_view strNodeName) {
+  return Guarded("AddRowInfoToSingleNode", [&]() -> Acknowledge {
+    if (!objParkTable) {
+      return failure(SVC_RET_XML_CREATION_PRT_TBL_MISSING, "The protocol table object is missing");
+    }
+    const std::string strTableLabel = attributeText(objParkTable, "tablelabel");
+    const std::string strTableId = attributeText(objParkTable, kId);
+    const std::optional<NodeList> colRows = objParkTable.getElementsByTagName(kRow);
+    if (!colRows) {
+      return failure(SVC_RET_XML_CREATION_ROWS_SELECTION_FAILED,
+                     "Selecting the rows from the protocol table object failed");
+    }
+
+    std::string strText;  // deliberate: not cleared, a row without labels continues the one before
+    for (const Node& objRow : *colRows) {
+      const std::string strRowLabel = attributeText(objRow, "rowlabel");
+      const std::string strRowId = attributeText(objRow, kId);
+      if (!strTableLabel.empty() && !strRowLabel.empty()) {
+        strText = strTableLabel + " - " + strRowLabel;
+      }
+      RowCells cells;
+      Acknowledge objAck = readCells(objRow, cells);
+      if (!objAck.Success()) return objAck;
+
+      strText += " " + cells.strCells;
+      trimEnd(strText);
+      if (cells.blnAllBlank) continue;
+
+      const Node objNode = objSendXML.createElement(strNodeName);
+      if (!objNode) {
+        return failure(SVC_RET_XML_CREATION_CREATE_NODE_FAILED,
+                       "Creating the node for the row info failed");
+      }
+      objNode.setText(strText);
+      objNode.setAttribute(kQuestionId, strTableId);
+      objNode.setAttribute(kRowIndex, strRowId);
+      objNode.setAttribute(kColumnId, cells.strLastColumnId);
+      if (objNode.text().empty()) {
+        return failure(SVC_RET_XML_CREATION_SETTING_TEXT_FAILED,
+                       "Setting the text for the single node has failed");
+      }
+      if (!objParentNode.appendChild(objNode)) {
+        return failure(SVC_RET_XML_CREATION_APPEND_SNGL_NODE_FAILED,
+                       "Appending the single node to the parent node failed");
+      }
+    }
+    return {};
+  });
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

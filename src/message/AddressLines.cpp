@@ -1,0 +1,54 @@
+#include "message/AddressLines.h"
+
+#include "interface/result/Guarded.h"
+#include "platform/Text.h"
+
+namespace Varnel_Tolv_XML_Creation {
+namespace {
+
+constexpr std::size_t kLines = 4;
+
+/// `strText` without blanks around commas, and with each run of commas made one.
+std::string tidyCommas(std::string_view strText) {
+  std::string strTidy;
+  for (std::size_t lngNext = 0; lngNext < strText.size();) {
+    const char chrNext = strText[lngNext++];
+    if (chrNext == ',') {
+      while (!strTidy.empty() && strTidy.back() == ' ') strTidy.pop_back();
+      while (lngNext < strText.size() && strText[lngNext] == ' ') ++lngNext;
+      if (!strTidy.empty() && strTidy.back() == ',') continue;
+    }
+    strTidy += chrNext;
+  }
+  return strTidy;
+}
+
+}  // namespace
+
+std::string ReplaceLineBreaks(std::string_view strValue, std::string_view strReplacement) {
+  return replaceAll(replaceAll(replaceAll(strValue, "\r\n", strReplacement), "\r", strReplacement),
+                    "\n", strReplacement);
+}
+
+Acknowledge MakeAddressLines(std::string_view strAddress,
+                             std::optional<AddressLines>& arrAddressLines) {
+  return Guarded("MakeAddressLines", [&]() -> Acknowledge {
+    const std::string strTidy = tidyCommas(trim(strAddress));
+    std::string_view strRest = strTidy;
+    if (!strRest.empty() && strRest.front() == ',') strRest.remove_prefix(1);
+    if (!strRest.empty() && strRest.back() == ',') strRest.remove_suffix(1);
+
+    AddressLines lines(kLines);
+    for (std::size_t lngLine = kLines; lngLine > 1 && !strRest.empty();) {
+      const std::size_t lngComma = strRest.rfind(',');
+      const bool blnLast = lngComma == std::string_view::npos;
+      lines[--lngLine] = trim(blnLast ? strRest : strRest.substr(lngComma + 1));
+      strRest = blnLast ? std::string_view() : strRest.substr(0, lngComma);
+    }
+    lines[0] = replaceAll(trim(strRest), ",", ", ");
+    arrAddressLines = std::move(lines);
+    return {};
+  });
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

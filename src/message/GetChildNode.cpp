@@ -1,0 +1,142 @@
+#include "message/GetChildNode.h"
+
+#include <string>
+
+#include "config/Attributes.h"
+#include "config/Names.h"
+#include "config/convertToXsdDate.h"
+#include "interface/result/Guarded.h"
+#include "message/GetComplexTypeFromAction.h"
+#include "platform/Text.h"
+
+namespace Varnel_Tolv_XML_Creation {
+namespace {
+
+Acknowledge failure(eReturnValues lngErrorCode, std::string_view strDetail) {
+  return Failure(lngErrorCode, strDetail, "An error occurred building the child node");
+}
+
+bool endsInDigit(std::string_view strId) {
+  return !strId.empty() && strId.back() >= '0' && strId.back() <= '9';
+}
+
+/// What the placeholders of one complex type are filled from.
+struct ChildValues {
+  const Session& session;
+  const Node& prtobjct;
+  const Node& objAction;
+  std::string_view strFieldLabel;
+  std::string_view strValue;
+  std::string strQuestionId;
+};
+
+/// A placeholder for one line of a value of several lines.
+void fillSlot(const Node& objPlaceholder, const Node& objParent, std::string_view strId,
+              const AddressLines& lines, std::string_view strQuestionId) {
+  objParent.removeChild(objPlaceholder);
+  const auto lngSlot = static_cast<std::size_t>(strId.back() - '0');
+  if (lngSlot < 1 || lngSlot > lines.size()) throw RuntimeError(kSubscriptOutOfRange);
+  const std::string& strLine = lines[lngSlot - 1];
+  if (strLine.empty()) {
+    objParent.parentNode().removeChild(objParent);
+    return;
+  }
+  objParent.setText(strLine);
+  objParent.setAttribute(kQuestionId, strQuestionId);
+}
+
+/// A placeholder for a single value. One that no parameter names stays as it is.
+void fillSingle(const Node& objPlaceholder, const Node& objParent, const std::string& strId,
+                const ChildValues& values) {
+  if (strId.empty()) return;
+  // deliberate: one parameter that does not say messageitem='' is enough to keep the question's id
+  // off the elements above.
+  const Node objStopMarker = values.objAction.selectSingleNode("//parameter[not(@messageitem='')]");
+  const Node objParameter = values.objAction.selectSingleNode("//parameter[@id='" + strId + "']");
+  if (!objParameter) return;
+
+  const std::string strFormValue = attributeText(objParameter, "formvalue");
+  const std::string strFormLabel = attributeText(objParameter, "formlabel");
+  const std::string strMessageItem = attributeText(objParameter, "messageitem");
+
+  SetQuestionIdUpwards(objParent, values.strQuestionId, objStopMarker);
+  objParent.removeChild(objPlaceholder);
+  if (strFormValue == "true") {
+    objParent.setText(values.strValue);
+  } else if (strFormLabel == "true") {
+    objParent.setText(values.strFieldLabel);
+  } else if (isBlank(strMessageItem)) {
+    objParent.setText(objParameter.text());
+  } else {
+    const Node objItem =
+        values.prtobjct.parentNode().selectSingleNode("//prtobjct[@id='" + strMessageItem + "']");
+    if (!objItem) return;
+    std::string strItemValue = attributeText(objItem, kValue);
+    const std::string strItemType = attributeText(objItem, kType);
+    if (strItemType == "date" || strItemType == "time") {
+      strItemValue = convertToXsdDate(values.session, strItemType, strItemValue);
+    }
+    objParent.setText(strItemValue);
+    objParent.setAttribute(kQuestionId, strMessageItem);
+  }
+}
+
+}  // namespace
+
+Acknowledge GetChildNode(const Session& session, const Node& prtobjct,
+                         const Document& objSchemaTypeMapper, const Node& objAction,
+                         std::string_view strFieldLabel, std::string_view strValue,
+                         Node& objChildNode, const std::optional<AddressLines>& arrValues,
+                         const std::optional<AddressLines>& /*arrValues2*/,
+                         const std::optional<AddressLines>& /*arrValues3*/,
+                         const std::optional<AddressLines>& /*arrValues4*/, bool blnMultiValue) {
+  return Guarded("GetChildNode", [&]() -> Acknowledge {
+    objChildNode = Node();
+    if (blnMultiValue && !arrValues) {
+      return failure(SVC_RET_XML_CREATION_MULTI_VALUE_MISSING,
+                     "An error occurred because the multi value array is missing");
+    }
+    const std::string strQuestionId = prtobjct ? attributeText(prtobjct, kId) : std::string();
+    const std::string strActionId = attributeText(objAction, kId);
+    if (strActionId.empty()) {
+      return failure(SVC_RET_XML_CREATION_ACTION_MISSING,
+                     "An error occurred because the action is missing");
+    }
+    Node objComplexType;
+    Acknowledge objAck = GetComplexTypeFromAction(objSchemaTypeMapper, strActionId, objComplexType);
+    if (!objAck.Success()) return objAck;
+
+    const std::optional<NodeList> colPlaceholders = objComplexType.getElementsByTagName(kValue);
+    if (!colPlaceholders) {
+      return failure(SVC_RET_XML_CREATION_VALUE_NODES_MISSING,
+                     "An error occurred retrieving the value nodes");
+    }
+    const ChildValues values{session, prtobjct, objAction, strFieldLabel, strValue, strQuestionId};
+    for (const Node& objPlaceholder : *colPlaceholders) {
+      const std::string strId = toLower(attributeText(objPlaceholder, kId));
+      const Node objParent = objPlaceholder.parentNode();
+      if (!objParent) {
+        return failure(SVC_RET_XML_CREATION_SCHEMA_NODE_MISSING,
+                       "An error occurred selecting the schema node");
+      }
+      if (blnMultiValue && endsInDigit(strId)) {
+        fillSlot(objPlaceholder, objParent, strId, *arrValues, strQuestionId);
+      } else {
+        fillSingle(objPlaceholder, objParent, strId, values);
+      }
+    }
+    objChildNode = objComplexType;
+    return {};
+  });
+}
+
+void SetQuestionIdUpwards(const Node& objNode, std::string_view strQuestionId,
+                          const Node& objStopMarker) {
+  for (Node objCurrent = objNode; objCurrent && objCurrent.nodeType() == NodeType::element;
+       objCurrent = objCurrent.parentNode()) {
+    objCurrent.setAttribute(kQuestionId, strQuestionId);
+    if (objStopMarker) return;
+  }
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

@@ -1,0 +1,244 @@
+#include "message/ProcessProtocolField.h"
+
+#include <string>
+
+#include "config/Attributes.h"
+#include "config/Names.h"
+#include "config/Utility.h"
+#include "config/convertToXsdDate.h"
+#include "interface/result/Guarded.h"
+#include "message/AddComplexTypeToParent.h"
+#include "message/AddInfoToNode.h"
+#include "message/AddressLines.h"
+#include "message/GetChildNode.h"
+#include "message/GetObjectMapperInfo.h"
+#include "message/addData.h"
+#include "message/buildXPath.h"
+#include "platform/Conversions.h"
+#include "platform/Text.h"
+
+namespace Varnel_Tolv_XML_Creation {
+namespace {
+
+constexpr std::string_view kProcedure = "ProcessProtocolField";
+
+Node selectProtocolObject(const Node& objFrom, const std::string& strId) {
+  return objFrom.selectSingleNode("//prtobjct[@id='" + strId + "']");
+}
+
+/// One field on its way into the message.
+class FieldPlacement {
+ public:
+  FieldPlacement(const Session& session, const Document& objSendXML, const Node& prtobjct,
+                 const Document& objObjectMapper, const Document& objSchemaTypeMapper,
+                 const Document& objParkXML)
+      : session_(session),
+        objSendXML_(objSendXML),
+        prtobjct_(prtobjct),
+        objObjectMapper_(objObjectMapper),
+        objSchemaTypeMapper_(objSchemaTypeMapper),
+        objParkXML_(objParkXML) {}
+
+  void readField();
+  Acknowledge readMapping();
+  bool isSent() const;
+  Acknowledge place();
+  Acknowledge placeExtra() const;
+
+  bool hasExtraPath() const { return !info_.strExtraPath.empty(); }
+
+ private:
+  Acknowledge placePlainly();
+  Acknowledge placeByAction();
+  Acknowledge placeComplexType(const std::string& strAction);
+  std::string itemValue() const;
+
+  Acknowledge failure(eReturnValues lngErrorCode, const std::string& strDetail) const {
+    return Failure(lngErrorCode, strDetail, session_.strDefaultUserMessage);
+  }
+
+  const Session& session_;
+  const Document& objSendXML_;
+  const Node& prtobjct_;
+  const Document& objObjectMapper_;
+  const Document& objSchemaTypeMapper_;
+  const Document& objParkXML_;
+
+  std::string strId_;
+  std::string strLabel_;
+  std::string strValue_;
+  std::string strMapperPath_;
+  ObjectMapperInfo info_;
+};
+
+void FieldPlacement::readField() {
+  strId_ = toLower(attributeText(prtobjct_, kId));
+  const std::string strType = attributeText(prtobjct_, kType);
+  const bool blnDynamic = toBoolean(attributeText(prtobjct_, kDynamic));
+  strLabel_ = attributeText(prtobjct_, kFieldLabel);
+  strValue_ = trim(attributeText(prtobjct_, kValue));
+
+  const std::string strTypeWord = toLower(strType);
+  if (!strValue_.empty() && (strTypeWord == "date" || strTypeWord == "time")) {
+    strValue_ = convertToXsdDate(session_, strType, strValue_);
+  }
+  strMapperPath_ = blnDynamic ? "//message/messageitem[@id='" + attributeText(prtobjct_, "group") +
+                                    "' and @type='group']"
+                              : "//message/messageitem[@id='" + strId_ + "']";
+}
+
+Acknowledge FieldPlacement::readMapping() {
+  trace(session_, kProcedure, {"strMapperPath=", strMapperPath_});
+  const Node objMessageItem = objObjectMapper_.selectSingleNode(strMapperPath_);
+  if (!objMessageItem) {
+    return Failure(SVC_RET_XML_CREATION_NOMAPPERFOROBJECT,
+                   "object mapper not found for object=" + strId_,
+                   "An error occurred while processing the protocol fields");
+  }
+  return GetObjectMapperInfo(objMessageItem, info_);
+}
+
+bool FieldPlacement::isSent() const {
+  if (!toBoolean(info_.strToSchema)) return false;
+
+  bool blnOtherEmpty = true;
+  if (!info_.strAbsent.empty()) {
+    const Node objOther = selectProtocolObject(prtobjct_.parentNode(), info_.strAbsent);
+    blnOtherEmpty = !objOther || isBlank(attributeText(objOther, kValue));
+  }
+  const bool blnExists = info_.blnCheckExists &&
+                         objSendXML_.selectSingleNode(info_.strParentXPath + "/" + info_.strNode);
+
+  if (info_.strItem.empty() && strValue_.empty()) return false;
+  // deliberate: any other word for True passes the conversion above and is not sent.
+  if (info_.strToSchema != "true") return false;
+  return blnOtherEmpty && !blnExists;
+}
+
+Acknowledge FieldPlacement::place() { return info_.objAction ? placeByAction() : placePlainly(); }
+
+Acknowledge FieldPlacement::placePlainly() {
+  if (isBlank(info_.strParentXPath)) {
+    return failure(SVC_RET_XML_CREATION_PARENT_PATH_MISSING,
+                   "parent path missing object=" + strId_ + ",parent=" + info_.strParentXPath);
+  }
+  strValue_ = replaceAll(strValue_, "\r\n", "");
+
+  Node objCurrentNode;
+  Acknowledge objAck =
+      buildXPath(session_, info_.strParentXPath, info_.strNode, objSendXML_, objCurrentNode);
+  if (!objAck.Success()) return objAck;
+
+  if (!info_.strItem.empty()) strValue_ = itemValue();
+
+  const std::string strNodePath = info_.strParentXPath + "/" + info_.strNode;
+  trace(session_, kProcedure,
+        {"Set objAck = addData(objXmlDocument,", strValue_, ", ", strNodePath, ", ", strId_, ")"});
+  return addData(session_, objSendXML_, strValue_, strNodePath, strId_);
+}
+
+/// The value of the other object that the entry names; empty when there is none.
+std::string FieldPlacement::itemValue() const {
+  const Node objItem = selectProtocolObject(objParkXML_, info_.strItem);
+  if (!objItem) return {};
+  std::string strValue = attributeText(objItem, kValue);
+  // deliberate: only dates, and only in this case, although the field's own value is converted for
+  // times too and in any case.
+  if (attributeText(objItem, kType) == "date") {
+    strValue = convertToXsdDate(session_, "date", strValue);
+  }
+  return strValue;
+}
+
+Acknowledge FieldPlacement::placeByAction() {
+  const std::string strAction = attributeText(info_.objAction, kId);
+  if (toLower(strAction) == "addinfotonode") {
+    trace(session_, kProcedure, {"addinfotonode"});
+    strValue_ = replaceAll(strValue_, "\r\n", "");
+    return AddInfoToNode(session_, prtobjct_, objSendXML_, info_.strParentXPath, objParkXML_,
+                         info_.strNode, strLabel_, strValue_, info_.objAction);
+  }
+  return placeComplexType(strAction);
+}
+
+Acknowledge FieldPlacement::placeComplexType(const std::string& strAction) {
+  std::optional<AddressLines> arrAddressLines;
+  bool blnMultiValue = false;
+  if (strAction == "structured_address_type") {
+    strValue_ = ReplaceLineBreaks(strValue_, ",");
+    if (!strValue_.empty()) {
+      Acknowledge objAck = MakeAddressLines(strValue_, arrAddressLines);
+      if (!objAck.Success()) return objAck;
+      blnMultiValue = true;
+    }
+  }
+
+  Node objChildNode;
+  const Acknowledge objChildAck = GetChildNode(
+      session_, prtobjct_, objSchemaTypeMapper_, info_.objAction, strLabel_, strValue_,
+      objChildNode, arrAddressLines, std::nullopt, std::nullopt, std::nullopt, blnMultiValue);
+  // deliberate: whatever was wrong with the child, its absence is what is told.
+  if (!objChildAck.Success() || !objChildNode) {
+    return failure(SVC_RET_XML_CREATION_CHILD_NODE_MISSING, "child node missing (" + strId_ + ")");
+  }
+
+  trace(session_, kProcedure,
+        {"Set objAck = buildXPath(", info_.strParentXPath, ", ", info_.strNode,
+         ", objXmlDocument, objCurrentNode)"});
+  Node objCurrentNode;
+  Acknowledge objAck =
+      buildXPath(session_, info_.strParentXPath, info_.strNode, objSendXML_, objCurrentNode);
+  if (!objAck.Success()) return objAck;
+  if (!objCurrentNode) {
+    return failure(SVC_RET_XML_CREATION_CURRENT_NODE_MISSING,
+                   "current node missing (" + strId_ + ")");
+  }
+  objCurrentNode.setAttribute(kQuestionId, strId_);
+  if (strId_.find("fpadmin") != std::string::npos) {
+    objCurrentNode.setAttribute("FrontPageInformation", "true");
+  }
+  return AddComplexTypeToParent(objCurrentNode, objChildNode);
+}
+
+Acknowledge FieldPlacement::placeExtra() const {
+  trace(session_, kProcedure, {"Processing strExtraPath"});
+  Node objCurrentNode;
+  const Acknowledge objPathAck =
+      buildXPath(session_, info_.strExtraPath, info_.strExtraNode, objSendXML_, objCurrentNode);
+  if (!objPathAck.Success()) {
+    return failure(SVC_RET_XML_CREATION_EXTRA_PATH_MISSING, "extra path missing object=" + strId_ +
+                                                                ",extrapath=" + info_.strExtraPath +
+                                                                "/" + info_.strExtraNode);
+  }
+  // deliberate: the line shows blanks around the "/", the path has none.
+  trace(session_, kProcedure,
+        {"Set objAck = addData(objXmlDocument,", strValue_, ", ", info_.strExtraPath, " / ",
+         info_.strExtraNode, ", ", strId_, ")"});
+  return addData(session_, objSendXML_, strValue_, info_.strExtraPath + "/" + info_.strExtraNode,
+                 strId_);
+}
+
+}  // namespace
+
+Acknowledge ProcessProtocolField(const Session& session, const Document& objSendXML,
+                                 const Node& prtobjct, const Document& objObjectMapper,
+                                 const Document& objSchemaTypeMapper, const Document& objParkXML) {
+  return Guarded(kProcedure, [&]() -> Acknowledge {
+    if (!prtobjct) {
+      return Failure(SVC_RET_XML_CREATION_PRT_FLDS_SELECTION_FAILED,
+                     "The selection of the protocol fields has failed",
+                     session.strDefaultUserMessage);
+    }
+    FieldPlacement field(session, objSendXML, prtobjct, objObjectMapper, objSchemaTypeMapper,
+                         objParkXML);
+    field.readField();
+    Acknowledge objAck = field.readMapping();
+    if (!objAck.Success() || !field.isSent()) return objAck;
+
+    objAck = field.place();
+    if (objAck.Success() && field.hasExtraPath()) objAck = field.placeExtra();
+    return objAck;
+  });
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

@@ -1,0 +1,65 @@
+#include "message/ProcessProtocolTable.h"
+
+#include <string>
+
+#include "config/Attributes.h"
+#include "config/Names.h"
+#include "interface/result/Guarded.h"
+#include "message/AddComplexTypeFromTableRows.h"
+#include "message/AddRowInfoToSingleNode.h"
+#include "message/GetObjectMapperInfo.h"
+#include "platform/Conversions.h"
+#include "platform/Text.h"
+
+namespace Varnel_Tolv_XML_Creation {
+namespace {
+
+Acknowledge failure(eReturnValues lngErrorCode, std::string_view strDetail) {
+  return Failure(lngErrorCode, strDetail, "An error occurred while processing the protocol tables");
+}
+
+}  // namespace
+
+Acknowledge ProcessProtocolTable(const Session& session, const Document& objSendXML,
+                                 const Node& objParkTable, const Document& objObjectMapper,
+                                 const Document& objSchemaTypeMapper) {
+  return Guarded("ProcessProtocolTable", [&]() -> Acknowledge {
+    if (!objParkTable) {
+      return failure(SVC_RET_XML_CREATION_PRT_TBL_LIST_MISSING,
+                     "The protocol tables could not be selected from the parked xml");
+    }
+    const std::string strId = toLower(attributeText(objParkTable, kId));
+    const bool blnDynamic = toBoolean(attributeText(objParkTable, kDynamic));
+    const std::string strMapperPath =
+        blnDynamic
+            ? "//message/messageitem[@id='" + attributeText(objParkTable, "group") +
+                  "' and @type='tablegroup']"
+            : "//message/messageitem[@id='" + strId + "' and (@type='dynatable' or @type='table')]";
+    const Node objMessageItem = objObjectMapper.selectSingleNode(strMapperPath);
+    if (!objMessageItem) {
+      return failure(SVC_RET_XML_CREATION_OBJECTMAPPER_MISSING,
+                     "no object mapper found=" + strMapperPath);
+    }
+    ObjectMapperInfo info;
+    Acknowledge objAck = GetObjectMapperInfo(objMessageItem, info);
+    if (!objAck.Success()) return objAck;
+    if (!info.objAction) {
+      return failure(SVC_RET_XML_CREATION_ACTION_MISSING, "no action found=" + strId);
+    }
+    // deliberate: a table that is mapped to no place is left out in silence.
+    if (info.strNode.empty() || info.strParentXPath.empty()) return {};
+
+    const Node objParentNode = objSendXML.selectSingleNode(info.strParentXPath);
+    if (!objParentNode) {
+      return failure(SVC_RET_XML_CREATION_PARENT_NODE_MISSING,
+                     "node error" + info.strParentXPath + "/" + info.strNode);
+    }
+    if (toLower(attributeText(info.objAction, kId)) == "rowinfotovalue") {
+      return AddRowInfoToSingleNode(objSendXML, objParentNode, objParkTable, info.strNode);
+    }
+    return AddComplexTypeFromTableRows(session, objSendXML, objParentNode, objSchemaTypeMapper,
+                                       objParkTable, info.objAction, info.strNode);
+  });
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

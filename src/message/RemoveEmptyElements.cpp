@@ -1,0 +1,44 @@
+#include "message/RemoveEmptyElements.h"
+
+#include "config/Attributes.h"
+#include "validation/lookup/checkNodeForRemoval.h"
+
+namespace Varnel_Tolv_XML_Creation {
+namespace {
+
+constexpr std::string_view kText = "#text";
+
+/// Whether all that an element holds is one empty text.
+bool isHollow(const Node& objNode) {
+  const NodeList colChildren = required(objNode.childNodes());
+  return colChildren.length() == 1 && colChildren.item(0).nodeName() == kText &&
+         objNode.text().empty();
+}
+
+}  // namespace
+
+bool RemoveEmptyElements(const Session& session, const Node& objNode,
+                         const Document& objReferenceXML, std::string strPath) {
+  if (!objNode) return false;
+  const std::string strName = objNode.nodeName();
+  if (strName != "#document") strPath += "/" + strName;
+  if (!objNode.hasChildNodes()) return objNode.text().empty();
+
+  if (isHollow(objNode)) {
+    checkNodeForRemoval(session, objNode, strPath, objReferenceXML);
+    return false;
+  }
+  // A list taken before the walk: a child that goes does not hide the one after it.
+  for (const Node& objChild : required(objNode.childNodes())) {
+    if (!RemoveEmptyElements(session, objChild, objReferenceXML, strPath)) continue;
+    const std::string strChildName = objChild.nodeName();
+    if (strChildName == kText) continue;
+    checkNodeForRemoval(session, objChild, strPath + "/" + strChildName, objReferenceXML);
+  }
+
+  if (!objNode.hasChildNodes()) return true;
+  if (isHollow(objNode)) checkNodeForRemoval(session, objNode, strPath, objReferenceXML);
+  return false;
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

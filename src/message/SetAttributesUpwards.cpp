@@ -1,0 +1,31 @@
+#include "message/SetAttributesUpwards.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "config/Names.h"
+#include "interface/result/RuntimeError.h"
+#include "platform/Node.h"
+#include "platform/Text.h"
+
+namespace Varnel_Tolv_XML_Creation {
+
+void SetAttributesUpwards(const Node& objNode, std::string_view strNames,
+                          std::string_view strValues) {
+  constexpr std::size_t kUpwards = 2;  // the question and the row; the column is the element's own
+  const std::vector<std::string> names = split(strNames, kIdentifierDelimiter);
+  const std::vector<std::string> values = split(strValues, kIdentifierDelimiter);
+
+  std::size_t lngCount = names.size();
+  for (Node objCurrent = objNode; objCurrent && objCurrent.nodeType() == NodeType::element;
+       objCurrent = objCurrent.parentNode()) {
+    for (std::size_t lngIndex = 0; lngIndex < lngCount; ++lngIndex) {
+      if (lngIndex >= values.size()) throw RuntimeError(kSubscriptOutOfRange);
+      objCurrent.setAttribute(names[lngIndex], values[lngIndex]);
+    }
+    lngCount = std::min(lngCount, kUpwards);
+  }
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

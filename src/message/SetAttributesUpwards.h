@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string_view>
+
+namespace Varnel_Tolv_XML_Creation {
+
+class Node;
+
+/// Sets the attributes named in `strNames`, a list joined by "~", on an element, to the values at
+/// the same places of the list `strValues`; each element above it, up to the top of its fragment,
+/// gets the first two only. Has no handler: run-time error 9 for a list of values that is too
+/// short.
+void SetAttributesUpwards(const Node& objNode, std::string_view strNames,
+                          std::string_view strValues);
+
+}  // namespace Varnel_Tolv_XML_Creation

@@ -1,0 +1,90 @@
+#include "message/buildXPath.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "config/Utility.h"
+#include "config/getSchemaReference.h"
+#include "interface/result/Guarded.h"
+
+namespace Varnel_Tolv_XML_Creation {
+namespace {
+
+constexpr std::string_view kProcedure = "buildXPath";
+
+Acknowledge failure(const Session& session, eReturnValues lngErrorCode, std::string strDetail) {
+  strDetail += " - Context=";
+  strDetail += kProcedure;
+  return Failure(lngErrorCode, strDetail, session.strDefaultUserMessage);
+}
+
+/// What stands before the first ":" of a step, all of it without one. An empty step has no such
+/// piece: run-time error 9.
+std::string_view prefixOf(std::string_view strStep) {
+  if (strStep.empty()) throw RuntimeError(kSubscriptOutOfRange);
+  return strStep.substr(0, strStep.find(':'));
+}
+
+}  // namespace
+
+Acknowledge buildXPath(const Session& session, std::string_view strParentXPath,
+                       std::string_view strNodePath, const Document& objXmlDocument,
+                       Node& objCurrentNode) {
+  return Guarded(kProcedure, [&]() -> Acknowledge {
+    Node objParent = objXmlDocument.selectSingleNode(strParentXPath);
+    if (!objParent) {
+      return failure(session, SVC_RET_XML_CREATION_PARENT_NODE_MISSING,
+                     "Unable to select the parent xpath from the message template xml.");
+    }
+    if (strNodePath.empty()) {
+      return failure(session, SVC_RET_XML_CREATION_NODE_PATH_MISSING,
+                     "No node path supplied to buildXPath.");
+    }
+    // deliberate: the line shows blanks around the separator, which is the bare "/".
+    trace(session, kProcedure, {"arrNodes = Split(", strNodePath, ", ' / ')"});
+    const std::optional<std::vector<std::string>> steps = splitText(session, strNodePath, "/");
+    if (!steps) {
+      return failure(session, SVC_RET_XML_CREATION_NODE_PATH_ERROR,
+                     "Error in node path supplied to buildXPath.");
+    }
+
+    Acknowledge objAck;
+    std::string strUri;  // deliberate: kept from step to step, see getSchemaReference
+    std::string strXPath(strParentXPath);
+    for (std::size_t lngStep = 0; lngStep < steps->size(); ++lngStep) {
+      const std::string& strStep = (*steps)[lngStep];
+      const bool blnLast = lngStep + 1 == steps->size();
+      strXPath += "/" + strStep;
+      trace(session, kProcedure,
+            {"strNodePath = ", std::string_view(strXPath).substr(strParentXPath.size())});
+
+      objCurrentNode = Node();
+      if (!blnLast) {
+        trace(session, kProcedure,
+              {"Set objCurrentNode = objXmlDocument.selectSingleNode(", strXPath, ")"});
+        objCurrentNode = objXmlDocument.selectSingleNode(strXPath);
+        if (objCurrentNode) objParent = objCurrentNode;
+      }
+      if (objCurrentNode) continue;
+
+      trace(session, kProcedure, {"arrSchema = Split(", strStep, ", ':')"});
+      // deliberate: not checked here. An unknown prefix does not stop the element from being made,
+      // but it is the result unless a later lookup succeeds.
+      objAck = getSchemaReference(session, prefixOf(strStep), strUri);
+      trace(session, kProcedure,
+            {"Set objCurrentNode = objXmlDocument.createNode(NODE_ELEMENT,", strStep, ", ", strUri,
+             ")"});
+      objParent =
+          objParent.appendChild(objXmlDocument.createNode(NodeType::element, strStep, strUri));
+      objCurrentNode = objParent;
+      if (!objCurrentNode) {
+        return failure(session, SVC_RET_XML_CREATION_APPEND_NODE_TO_PARENT_FAILED,
+                       "Unable to add the newly created node " + strStep + " to " + strXPath + ".");
+      }
+    }
+    return objAck;
+  });
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

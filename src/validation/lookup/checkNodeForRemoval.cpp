@@ -1,0 +1,79 @@
+#include "validation/lookup/checkNodeForRemoval.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "config/Attributes.h"
+#include "config/Names.h"
+#include "config/Utility.h"
+#include "platform/Conversions.h"
+#include "platform/Text.h"
+
+namespace Varnel_Tolv_XML_Creation {
+namespace {
+
+constexpr std::string_view kProcedure = "checkNodeForRemoval";
+
+std::string_view traceWord(bool blnValue) { return blnValue ? "True" : "False"; }
+
+void removeFromParent(const Node& objNode) { objNode.parentNode().removeChild(objNode); }
+
+}  // namespace
+
+bool isMandatory(const Node& objReferenceNode) {
+  const std::string strMandatory = attributeText(objReferenceNode, "mandatory");
+  return !isBlank(strMandatory) && toBoolean(strMandatory);
+}
+
+bool isMandatoryForQuestion(const Node& objMessageNode, const Node& objReferenceNode,
+                            bool blnMandatory) {
+  if (!blnMandatory) return false;
+  const std::string strQuestionIds(trim(attributeText(objReferenceNode, "questionIds")));
+  if (strQuestionIds.empty()) return blnMandatory;
+  const std::string strQuestionId(trim(attributeText(objMessageNode, kQuestionId)));
+  if (strQuestionId.empty()) return false;
+  const std::vector<std::string> ids = split(strQuestionIds, ";");
+  return std::find(ids.begin(), ids.end(), strQuestionId) != ids.end();
+}
+
+bool hasEmptyOptionalAncestor(const Node& objReferenceNode, const Node& objMessageNode) {
+  Node objReference = objReferenceNode;
+  Node objMessage = objMessageNode;
+  while (isMandatory(objReference)) {
+    objReference = objReference.parentNode();
+    if (objReference.nodeType() == NodeType::document) return false;
+    objMessage = objMessage.parentNode();
+  }
+  const NodeList colChildren = required(objMessage.childNodes());
+  return std::all_of(colChildren.begin(), colChildren.end(),
+                     [](const Node& objChild) { return objChild.text().empty(); });
+}
+
+void checkNodeForRemoval(const Session& session, const Node& objMessageNode,
+                         std::string_view strPath, const Document& objReferenceXml) {
+  const Node objReferenceNode = objReferenceXml.selectSingleNode(strPath);
+  trace(session, kProcedure,
+        {"Node path=", strPath,
+         ", Not oRefXMLNode Is Nothing=", traceWord(static_cast<bool>(objReferenceNode))});
+  if (!objReferenceNode) {
+    if (tracing(session)) trace(session, kProcedure, {"Removing ", objMessageNode.nodeName()});
+    removeFromParent(objMessageNode);
+    return;
+  }
+  const bool blnMandatory =
+      isMandatoryForQuestion(objMessageNode, objReferenceNode, isMandatory(objReferenceNode));
+  trace(session, kProcedure, {"Node path=", strPath, ", isMandatory=", traceWord(blnMandatory)});
+  if (!blnMandatory) {
+    removeFromParent(objMessageNode);
+    return;
+  }
+  const bool blnEmptyOptAncestor =
+      hasEmptyOptionalAncestor(objReferenceNode.parentNode(), objMessageNode.parentNode());
+  trace(session, kProcedure,
+        {"Node path=", strPath, ", blnEmptyOptAncestor=", traceWord(blnEmptyOptAncestor)});
+  // An empty mandatory element stays, so that the schema reports it.
+  if (blnEmptyOptAncestor) removeFromParent(objMessageNode);
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

@@ -1,0 +1,145 @@
+#include "interface/BuildXML.h"
+
+#include "config/LoadTemplateXML.h"
+#include "config/Names.h"
+#include "config/Session.h"
+#include "config/Utility.h"
+#include "config/loadNamespaceXML.h"
+#include "config/setSelectionNamespaces.h"
+#include "interface/result/Guarded.h"
+#include "message/BuildSendXML.h"
+#include "message/DocData.h"
+#include "message/removeIdentifiers.h"
+#include "park/BuildParkXML.h"
+#include "park/addHiddenFieldsToParkXML.h"
+#include "park/addHiddenFlds.h"
+
+namespace Varnel_Tolv_XML_Creation {
+namespace {
+
+constexpr std::string_view kProcedure = "buildXML";
+
+std::string_view traceWord(bool blnValue) { return blnValue ? "True" : "False"; }
+
+void traceDocument(const Session& session, std::string_view strLabel, const Document& objXml) {
+  if (objXml && tracing(session)) trace(session, "", {strLabel, objXml.xml()});
+}
+
+Node asElement(const Node& objNode) {
+  if (objNode && objNode.nodeType() != NodeType::element) throw RuntimeError(kTypeMismatch);
+  return objNode;
+}
+
+}  // namespace
+
+BuildXML::BuildXML(const HostServices& host) : session_(std::make_unique<Session>()) {
+  session_->host = host;
+}
+BuildXML::~BuildXML() = default;
+BuildXML::BuildXML(BuildXML&&) noexcept = default;
+BuildXML& BuildXML::operator=(BuildXML&&) noexcept = default;
+
+Acknowledge BuildXML::buildXML(std::string_view strTemplateXML, std::string_view strMsgObjectXML,
+                               std::string_view strSchemaTypeMapperXML,
+                               std::string_view strHiddenFieldXML, std::string_view strNamespaceXML,
+                               std::string_view strQuestionsXmlPath,
+                               std::string_view strReferenceXmlPath, bool blnSubmit,
+                               bool blnValidateAgainstSchema, Document& objParkXML,
+                               Document& objSendXML, const Node& objProtocolInfo,
+                               [[maybe_unused]] ValidationUserErrors& colOutValidationUserErrors,
+                               [[maybe_unused]] ValidationIntErrors& colOutInternalErrors,
+                               std::string_view strSchemaUrl, std::string_view strSchemaUri) {
+  Session& session = *session_;
+  trace(session, "", {"BuildXml - strTemplateXML =", strTemplateXML});
+  trace(session, "", {"BuildXml - strMsgObjectXML =", strMsgObjectXML});
+  trace(session, "", {"BuildXml - strSchemaTypeMapperXML =", strSchemaTypeMapperXML});
+  trace(session, "", {"BuildXml - strHiddenFieldXML =", strHiddenFieldXML});
+  trace(session, "", {"BuildXml - strNamespaceXML =", strNamespaceXML});
+  trace(session, "", {"BuildXml - strQuestionsXmlPath =", strQuestionsXmlPath});
+  trace(session, "", {"BuildXml - strReferenceXmlPath =", strReferenceXmlPath});
+  trace(session, "", {"BuildXml - blnSubmit =", traceWord(blnSubmit)});
+  trace(session, "",
+        {"BuildXml - blnValidateAgainstSchema =", traceWord(blnValidateAgainstSchema)});
+  trace(session, "", {"BuildXml - strSchemaUrl =", strSchemaUrl});
+  trace(session, "", {"BuildXml - strSchemaUri =", strSchemaUri});
+  traceDocument(session, "BuildXml - objParkXMl = ", objParkXML);
+  traceDocument(session, "BuildXml - objSendXML = ", objSendXML);
+
+  return Guarded(kProcedure, [&]() -> Acknowledge {
+    session.strDefaultUserMessage = "An error occurred while creating the message xml";
+    if (!objParkXML) {
+      return Failure(SVC_RET_XML_CREATION_PARK_XML_OBJ_MISSING,
+                     "The object list was not passed to the XML Creation Library.",
+                     "An error occurred processing the message information.");
+    }
+    const Document objParkingXML = objParkXML;
+
+    trace(session, kProcedure, {"Set objAck = loadNamespaceXML(", strNamespaceXML, ")"});
+    Acknowledge objAck = loadNamespaceXML(session, strNamespaceXML);
+    if (!objAck.Success()) return objAck;
+
+    const Document objMsgXML = session.newDocument();
+    trace(session, kProcedure, {"Set objAck = setSelectionNamespaces(objMsgXML)"});
+    objAck = setSelectionNamespaces(session, objMsgXML);
+    if (!objAck.Success()) return objAck;
+
+    const Document objHiddenFldXML = session.newDocument();
+    trace(session, kProcedure,
+          {"Set objAck = LoadTemplateXML(", strHiddenFieldXML, ", objHiddenFldXML)"});
+    objAck = LoadTemplateXML(strHiddenFieldXML, objHiddenFldXML);
+    if (!objAck.Success()) return objAck;
+
+    if (blnSubmit) {
+      trace(session, kProcedure, {"addHiddenFieldsToParkXML(objHiddenFldXML, objParkingXML)"});
+      objAck = addHiddenFieldsToParkXML(session, objHiddenFldXML, objParkingXML);
+      if (!objAck.Success()) return objAck;
+    }
+
+    trace(session, kProcedure, {"Set objAck = buildParkXML(objParkingXML)"});
+    objAck = BuildParkXML(session, objParkingXML);
+    if (!objAck.Success()) return objAck;
+
+    trace(session, kProcedure, {"Set objAck = addHiddenFlds(objParkingXML, objHiddenFldXML)"});
+    objAck = addHiddenFlds(session, objParkingXML, objHiddenFldXML);
+    if (!objAck.Success()) return objAck;
+
+    objParkXML = objParkingXML;
+    if (!blnSubmit) return objAck;
+
+    trace(session, kProcedure, {"Calling buildSendXML"});
+    objAck = BuildSendXML(session, objParkingXML, strTemplateXML, strMsgObjectXML,
+                          strSchemaTypeMapperXML, strReferenceXmlPath, objMsgXML,
+                          asElement(objProtocolInfo));
+    if (!objAck.Success()) return objAck;
+
+    objAck = removeIdentifiers(session, objMsgXML, kIdentifiers, kIdentifierDelimiter);
+    if (!objAck.Success()) {
+      trace(session, kProcedure, {"removeIdentifiers failed: ", objAck.ErrorDetail()});
+    }
+    objSendXML = objMsgXML;
+    return objAck;
+  });
+}
+
+std::optional<Acknowledge> BuildXML::GetDocData(std::string_view strDocInfoPath,
+                                                std::string_view strGetWhat,
+                                                const Document& objObjectMapper,
+                                                const Document& objXmlDocument,
+                                                const Node& objProtocolXML) const {
+  return Varnel_Tolv_XML_Creation::GetDocData(*session_, strDocInfoPath, strGetWhat,
+                                              objObjectMapper, objXmlDocument, objProtocolXML);
+}
+
+std::string BuildXML::convertToXsdTime(std::string_view strTime) const {
+  return Varnel_Tolv_XML_Creation::convertToXsdTime(*session_, strTime);
+}
+
+Node BuildXML::getDocInfo(std::string_view strDocInfoPath, const Document& objObjectMapper) const {
+  return Varnel_Tolv_XML_Creation::getDocInfo(*session_, strDocInfoPath, objObjectMapper);
+}
+
+Node BuildXML::getParentNode(const Node& objDocInfo) const {
+  return Varnel_Tolv_XML_Creation::getParentNode(objDocInfo);
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

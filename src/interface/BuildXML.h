@@ -1,0 +1,83 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "interface/result/Acknowledge.h"
+#include "interface/result/ValidationErrors.h"
+#include "platform/Document.h"
+#include "platform/HostServices.h"
+
+namespace Varnel_Tolv_XML_Creation {
+
+struct Session;
+
+/// Turns submitted data-entry forms into XML. An instance is used by one thread at a time; distinct
+/// instances run in parallel. It keeps two things between calls: the namespace list, loaded by the
+/// first run and used for all, and the default user message. The host's services must outlive it.
+class BuildXML {
+ public:
+  explicit BuildXML(const HostServices& host);
+  ~BuildXML();
+  BuildXML(BuildXML&&) noexcept;
+  BuildXML& operator=(BuildXML&&) noexcept;
+
+  /// Runs one submission. The first six files, the questions and the reference document are named
+  /// by path or `file:` URL.
+  ///
+  /// - `objParkXML`: in, the object list of the form (root `prtobjcts`); out, the same document
+  /// with
+  ///   the submitted answers, the parked form. Filled in place, also by a run that fails later.
+  /// - `blnSubmit`: build the message too; it comes back in `objSendXML`, also when the schema
+  /// finds
+  ///   it invalid. Without it only the parked form is made and the arguments after it are left
+  ///   alone.
+  /// - `blnValidateAgainstSchema`: ask for the schema's verdict on the message. The schema lies at
+  ///   `strSchemaUrl`, relative to the directory above the calling page, and has the target
+  ///   namespace `strSchemaUri`. Errors come back in the two collections, which a verdict without
+  ///   errors leaves as they were.
+  /// - `objProtocolInfo`: an element with the form's name, region and version as attributes, or
+  ///   Nothing.
+  ///
+  /// The result is that of the first step that failed: a code of `eReturnValues` for a failure that
+  /// was expected, else the number of a run-time error (`RuntimeErrorNumber`). No exception leaves
+  /// this call, with one exception: a RuntimeError or std::bad_alloc raised while the inputs are
+  /// written to the trace, before there is a result to tell it with.
+  Acknowledge buildXML(std::string_view strTemplateXML, std::string_view strMsgObjectXML,
+                       std::string_view strSchemaTypeMapperXML, std::string_view strHiddenFieldXML,
+                       std::string_view strNamespaceXML, std::string_view strQuestionsXmlPath,
+                       std::string_view strReferenceXmlPath, bool blnSubmit,
+                       bool blnValidateAgainstSchema, Document& objParkXML, Document& objSendXML,
+                       const Node& objProtocolInfo,
+                       ValidationUserErrors& colOutValidationUserErrors,
+                       ValidationIntErrors& colOutInternalErrors, std::string_view strSchemaUrl,
+                       std::string_view strSchemaUri);
+
+  /// Writes one value of the message's document header ("Protocol", "AttestationDate" or
+  /// "AttestationTime", exactly) at the place that the `docinfo` at `strDocInfoPath` of the object
+  /// mapper gives. No result at all when there is no such `docinfo`, when it has no `parentxpath`,
+  /// and for another word, which writes the empty text. A failure for which there is no result yet
+  /// raises RuntimeError 91.
+  std::optional<Acknowledge> GetDocData(std::string_view strDocInfoPath,
+                                        std::string_view strGetWhat,
+                                        const Document& objObjectMapper,
+                                        const Document& objXmlDocument,
+                                        const Node& objProtocolXML) const;
+
+  /// The time of day in `strTime` as hh:mm:ss. Raises RuntimeError 13 for a text that is no time.
+  std::string convertToXsdTime(std::string_view strTime) const;
+
+  /// The node that `strDocInfoPath` selects in the object mapper, or Nothing. Raises RuntimeError
+  /// for a path that is no XPath.
+  Node getDocInfo(std::string_view strDocInfoPath, const Document& objObjectMapper) const;
+
+  /// The child `parentxpath` of a `docinfo`, or Nothing. Raises RuntimeError 91 for Nothing.
+  Node getParentNode(const Node& objDocInfo) const;
+
+ private:
+  std::unique_ptr<Session> session_;
+};
+
+}  // namespace Varnel_Tolv_XML_Creation

@@ -1,0 +1,42 @@
+# Makes a small tree with one wrong include after the other: the check must accept the good tree
+# and name each wrong file. Run with -DCHECK=<CheckLayers.cmake> -DWORK=<scratch directory>.
+cmake_minimum_required(VERSION 3.25)
+
+function(check file include expected)
+  file(REMOVE_RECURSE "${WORK}")
+  file(WRITE "${WORK}/src/CMakeLists.txt"
+    "target_sources(XmlCreation PUBLIC FILE_SET HEADERS FILES\n  interface/BuildXML.h)\n")
+  foreach(header IN ITEMS interface/BuildXML.h config/Utility.h park/BuildParkXML.h)
+    file(WRITE "${WORK}/src/${header}" "#pragma once\n#include <string>\n")
+  endforeach()
+  file(WRITE "${WORK}/${file}" "#include ${include}\n")
+  execute_process(COMMAND "${CMAKE_COMMAND}" -DTREE=${WORK} -P "${CHECK}"
+    RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
+  if(expected STREQUAL "allowed" AND NOT result EQUAL 0)
+    message(SEND_ERROR "${file} may include ${include}, but: ${output}")
+  elseif(expected STREQUAL "refused" AND (result EQUAL 0 OR NOT output MATCHES "${file} includes"))
+    message(SEND_ERROR "${file} must not include ${include}, but: ${output}")
+  endif()
+endfunction()
+
+check(src/config/loadNamespaceXML.cpp  "\"platform/Document.h\""           allowed)
+check(src/message/checkNode.cpp        "\"validation/lookup/Question.h\""  allowed)
+check(src/platform/Document.cpp        "<libxml/tree.h>"                   allowed)
+check(src/interface/BuildXML.cpp       "\"park/BuildParkXML.h\""           allowed)
+check(apps/main.cpp                    "\"interface/BuildXML.h\""          allowed)
+check(apps/main.cpp                    "<CLI/CLI.hpp>"                     allowed)
+check(tests/park/BuildParkXML_test.cpp "<gtest/gtest.h>"                   allowed)
+
+check(src/platform/Document.cpp        "\"config/Utility.h\""              refused)
+check(src/platform/Document.cpp        "\"interface/BuildXML.h\""          refused)
+check(src/interface/result/Guarded.h   "\"interface/BuildXML.h\""          refused)
+check(src/interface/result/Guarded.h   "\"platform/Trace.h\""              refused)
+check(src/config/Utility.cpp           "\"park/BuildParkXML.h\""           refused)
+check(src/park/ParkProtField.cpp       "\"message/BuildSendXML.h\""        refused)
+check(src/message/addData.cpp          "\"validation/SaxValidator.h\""     refused)
+check(src/park/ParkProtField.cpp       "<libxml/tree.h>"                   refused)
+check(src/interface/BuildXML.h         "<libxml/tree.h>"                   refused)
+check(src/config/Utility.cpp           "<nlohmann/json.hpp>"               refused)
+check(src/config/Utility.cpp           "<gtest/gtest.h>"                   refused)
+check(apps/main.cpp                    "\"config/Utility.h\""              refused)
+check(apps/main.cpp                    "<re2/re2.h>"                       refused)

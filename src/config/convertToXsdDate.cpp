@@ -3,16 +3,9 @@
 #include <optional>
 
 #include "platform/Date.h"
+#include "platform/Text.h"
 
 namespace Varnel_Tolv_XML_Creation {
-namespace {
-
-std::string twoDigits(int lngNumber) {
-  return (lngNumber < 10 ? "0" : "") + std::to_string(lngNumber);
-}
-
-}  // namespace
-
 std::string convertToXsdDate(const Session& session, std::string_view strDataType,
                              std::string_view strValue) {
   const std::optional<DateTime> date = parseDate(strValue, session.host.dateOrder);

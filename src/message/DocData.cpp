@@ -13,10 +13,6 @@
 namespace Varnel_Tolv_XML_Creation {
 namespace {
 
-std::string twoDigits(int lngNumber) {
-  return (lngNumber < 10 ? "0" : "") + std::to_string(lngNumber);
-}
-
 DateTime now(const Session& session) {
   return session.host.clock != nullptr ? session.host.clock->now() : SystemClock().now();
 }

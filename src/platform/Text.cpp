@@ -122,6 +122,10 @@ std::vector<std::string> split(std::string_view strText, std::string_view strSep
   return colPieces;
 }
 
+std::string twoDigits(int lngNumber) {
+  return {static_cast<char>('0' + lngNumber / 10), static_cast<char>('0' + lngNumber % 10)};
+}
+
 std::string replaceInvalidUtf8(std::string_view strBytes) {
   std::string strText;
   strText.reserve(strBytes.size());

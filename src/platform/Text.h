@@ -29,6 +29,9 @@ std::string replaceAll(std::string_view strText, std::string_view strFind,
 /// separators, but none at all for the empty text. An empty separator gives the text as one piece.
 std::vector<std::string> split(std::string_view strText, std::string_view strSeparator);
 
+/// A number from 0 to 99 as two digits.
+std::string twoDigits(int lngNumber);
+
 /// Each byte sequence that is not UTF-8 replaced by U+FFFD, one for each maximal part of a
 /// character.
 std::string replaceInvalidUtf8(std::string_view strBytes);

@@ -1,0 +1,27 @@
+#include <benchmark/benchmark.h>
+
+#include "Run.h"
+
+// A whole submission at sizes that users meet and beyond. The result is checked before it is timed.
+
+namespace Varnel_Tolv_XML_Creation::bench {
+namespace {
+
+void wholeRun(benchmark::State& state) {
+  const GeneratedDeployment deployment(static_cast<int>(state.range(0)));
+  const Document objMessage = run(deployment);
+  check(deployment, objMessage);
+  const auto lngBytes = static_cast<std::int64_t>(objMessage.xml().size());
+
+  for (auto _ : state) benchmark::DoNotOptimize(run(deployment));
+
+  state.SetItemsProcessed(state.iterations() * deployment.fields());
+  state.SetBytesProcessed(state.iterations() * lngBytes);
+  state.counters["per_field"] =
+      benchmark::Counter(deployment.fields(), benchmark::Counter::kIsIterationInvariantRate |
+                                                  benchmark::Counter::kInvert);
+}
+BENCHMARK(wholeRun)->Arg(50)->Arg(500)->Arg(5000)->Unit(benchmark::kMicrosecond);
+
+}  // namespace
+}  // namespace Varnel_Tolv_XML_Creation::bench

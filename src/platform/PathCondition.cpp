@@ -3,6 +3,7 @@
 #include <libxml/xpathInternals.h>
 
 #include <cstring>
+#include <string>
 #include <string_view>
 
 #include "interface/result/RuntimeError.h"
@@ -39,12 +40,17 @@ bool compareText(const xmlNode* owner, std::string_view strExpected, bool blnBeg
   return strExpected.empty();
 }
 
-bool equalsNumber(const xmlNode* owner, double dblNumber) {
+bool equalsNumber(const xmlNode* owner, double dblNumber, WorkLimit& limit) {
   const xmlNode* piece = owner->children;
   if (piece != nullptr && piece->next == nullptr && isCharacterData(piece)) {
     return xmlXPathStringEvalNumber(piece->content) == dblNumber;
   }
-  return xmlXPathStringEvalNumber(xmlText(textOf(owner).c_str())) == dblNumber;
+  std::string strText;
+  for (; piece != nullptr; piece = nextPiece(piece, owner)) {
+    limit.count();
+    if (isCharacterData(piece)) strText += view(piece->content);
+  }
+  return xmlXPathStringEvalNumber(xmlText(strText.c_str())) == dblNumber;
 }
 
 bool holdsForOperand(const Condition& test, const xmlNode* operand, WorkLimit& limit) {
@@ -54,7 +60,7 @@ bool holdsForOperand(const Condition& test, const xmlNode* operand, WorkLimit& l
     case Condition::Kind::startsWith:
       return compareText(operand, test.strLiteral, true, limit);
     case Condition::Kind::equalsNumber:
-      return equalsNumber(operand, test.dblNumber);
+      return equalsNumber(operand, test.dblNumber, limit);
     default:
       return true;  // it exists
   }

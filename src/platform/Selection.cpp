@@ -60,7 +60,7 @@ class Evaluation {
     const bool blnLastStep = lngIndexedStep_ + 1 == path_.steps.size();
     std::vector<xmlNode*> colElements;
     for (xmlNode* candidate : *candidates_) {
-      if (!walk_.selects(start_, lngIndexedStep_, candidate)) continue;
+      if (!walk_.selects(start_.node, lngIndexedStep_, candidate)) continue;
       colElements.push_back(candidate);
       if (blnFirstOnly_ && blnLastStep) break;
     }

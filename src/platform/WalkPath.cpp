@@ -81,7 +81,7 @@ void PathWalk::find(const PathStart& start, std::size_t lngStep, bool blnFirstOn
   }
 }
 
-bool PathWalk::selects(const PathStart& start, std::size_t lngStep, const xmlNode* element) {
+bool PathWalk::selects(const xmlNode* start, std::size_t lngStep, const xmlNode* element) {
   StepSet here = only(lngStep);  // the steps of which the node has to be selected by one
   StepSet anyAbove = 0;          // the same for any node above it
   bool blnStartAnyAbove = false;
@@ -98,9 +98,7 @@ bool PathWalk::selects(const PathStart& start, std::size_t lngStep, const xmlNod
       }
     }
     if (blnStartAnyAbove && path_.blnAbsolute) return true;
-    if (start.blnAboveNode ? node == start.node : node->parent == start.node) {
-      return blnStartIsParent || blnStartAnyAbove;
-    }
+    if (node->parent == start) return blnStartIsParent || blnStartAnyAbove;
     here = parent;
     if (node->parent == nullptr || !isElement(node->parent)) return false;
     if ((here | anyAbove) == 0 && !blnStartAnyAbove) return false;

@@ -29,8 +29,9 @@ class PathWalk {
   void find(const PathStart& start, std::size_t lngStep, bool blnFirstOnly,
             std::vector<xmlNode*>& colFound);
 
-  /// Whether the steps up to and including `lngStep`, which selects elements, select `element`.
-  bool selects(const PathStart& start, std::size_t lngStep, const xmlNode* element);
+  /// Whether the steps from `start` up to and including `lngStep`, which selects elements, select
+  /// `element`.
+  bool selects(const xmlNode* start, std::size_t lngStep, const xmlNode* element);
 
  private:
   using StepSet = std::uint64_t;

@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 #include <libxml/tree.h>
 
-#include "platform/SelectionTree.h"
 #include "platform/Selection.h"
+#include "platform/SelectionTree.h"
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {

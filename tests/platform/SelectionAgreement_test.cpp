@@ -183,7 +183,8 @@ class RandomPath {
     if (kind == 3) return operand() + "=" + dice_.pick(std::array{"1", "3", "0", "03", "1.5"});
     if (kind == 4)
       return "starts-with" + blank() + "(" + operand() + "," + blank() + literal() + ")";
-    if (kind == 5 || kind == 9) return "@id='" + std::string(dice_.pick(kValues)) + "'";
+    if (kind == 5 || kind == 9)
+      return "@id='" + std::string(dice_.oneIn(2) ? "1" : dice_.pick(kValues)) + "'";
     const std::string strFirst = condition(depth - 1);
     if (kind == 6) return "not(" + blank() + strFirst + ")";
     if (kind == 7) return "(" + strFirst + blank() + ")";

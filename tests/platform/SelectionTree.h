@@ -39,7 +39,7 @@ inline std::string described(xmlNode* node) {
   if (node->type != XML_ELEMENT_NODE) return "'" + text(node->content) + "'";
   std::string strId;
   for (const xmlAttr* item = node->properties; item; item = item->next) {
-    if (text(item->name) != "id") continue;
+    if (item->ns || text(item->name) != "id") continue;
     strId = "#" + (item->children ? text(item->children->content) : "");
   }
   return text(node->name) + strId;

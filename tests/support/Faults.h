@@ -1,0 +1,36 @@
+#pragma once
+
+#include "platform/FaultInjector.h"
+
+namespace Varnel_Tolv_XML_Creation::test {
+
+/// Makes one call of one operation fail, counted from 1, and all others succeed.
+class FaultAt : public FaultInjector {
+ public:
+  explicit FaultAt(DomOperation operation, Fault fault = Fault::nothing, int lngCall = 1)
+      : operation_(operation), fault_(fault), lngCall_(lngCall) {}
+
+  Fault next(DomOperation operation) override {
+    if (!blnArmed_ || operation != operation_) return Fault::none;
+    return ++lngCalls_ == lngCall_ ? fault_ : Fault::none;
+  }
+
+  /// Counting begins anew; nothing fails while it is disarmed.
+  void arm() {
+    blnArmed_ = true;
+    lngCalls_ = 0;
+  }
+  void disarm() { blnArmed_ = false; }
+
+  /// Whether the failure was due at all: a test that never got there proves nothing.
+  bool struck() const { return lngCalls_ >= lngCall_; }
+
+ private:
+  DomOperation operation_;
+  Fault fault_;
+  int lngCall_;
+  int lngCalls_ = 0;
+  bool blnArmed_ = true;
+};
+
+}  // namespace Varnel_Tolv_XML_Creation::test

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "message/ProcessProtocolField.h"
+#include "support/Messages.h"
+
+namespace Varnel_Tolv_XML_Creation::test {
+
+/// A field of a parked form. A second attribute of one name is not allowed, so what `strMore` gives
+/// must not be among the first four.
+inline std::string field(std::string_view strId, std::string_view strValue,
+                         std::string_view strMore = "dynamic='false'") {
+  return "<prtobjct objecttype='field' id=\"" + std::string(strId) + "\" value=\"" +
+         std::string(strValue) + "\" " + std::string(strMore) + "/>";
+}
+
+inline constexpr std::string_view kPlace = "<parentxpath>/r</parentxpath><node>m:a</node>";
+
+/// The mapping entry of the object `q`.
+inline std::string entry(std::string_view strAttributes, std::string_view strChildren = kPlace) {
+  return "<messageitem id='q' " + std::string(strAttributes) + ">" + std::string(strChildren) +
+         "</messageitem>";
+}
+
+/// An entry of `q` that is sent, with a place, extra elements and an `item` of its `node`.
+inline std::string sentEntry(std::string_view strChildren = kPlace) {
+  return entry("toschema='true'", strChildren);
+}
+
+/// A field on its way from the parked form into the message.
+class FieldStory {
+ public:
+  TestHost host;
+  Session session = withNamespaces(host);
+  Document objSendXML = message("");
+  Document objParkXML;
+  Document objObjectMapper;
+  Document objSchemaTypeMapper = parsed("<SchemaTypeMapperDocument/>");
+
+  FieldStory(std::string_view strObjects, std::string_view strEntries,
+             std::string_view strMessage = "") {
+    objSendXML = message(strMessage);
+    objParkXML = parsed("<prtobjcts>" + std::string(strObjects) + "</prtobjcts>");
+    objObjectMapper = parsed("<message>" + std::string(strEntries) + "</message>");
+  }
+
+  /// The content of `schematypes`.
+  void types(std::string_view strTypes) {
+    objSchemaTypeMapper =
+        parsed("<SchemaTypeMapperDocument xmlns:m='urn:m'><schematypes>" + std::string(strTypes) +
+               "</schematypes></SchemaTypeMapperDocument>");
+  }
+
+  /// Carries the object at this position, counted from 0, into the message.
+  Acknowledge process(std::size_t lngObject = 0) {
+    return ProcessProtocolField(session, objSendXML,
+                                objParkXML.documentElement().childNodes()->item(lngObject),
+                                objObjectMapper, objSchemaTypeMapper, objParkXML);
+  }
+
+  std::string sent() const { return content(objSendXML); }
+};
+
+}  // namespace Varnel_Tolv_XML_Creation::test

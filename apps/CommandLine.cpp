@@ -1,0 +1,73 @@
+#include "CommandLine.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <sstream>
+#include <utility>
+
+#include "CannotRun.h"
+
+namespace {
+
+constexpr const char* kVersion = "varnel-xml " VARNEL_VERSION;
+
+/// `--name=` as two words: the parser would take the word after it for the missing value.
+std::vector<std::string> withEmptyValuesApart(std::vector<std::string> words) {
+  std::vector<std::string> apart;
+  for (std::string& word : words) {
+    const bool isOption = word.size() > 3 && word.starts_with("--") && word.ends_with('=') &&
+                          findOption(word.substr(2, word.size() - 3)) != nullptr;
+    if (isOption) word.pop_back();
+    apart.push_back(std::move(word));
+    if (isOption) apart.emplace_back();
+  }
+  return apart;
+}
+
+void addOptions(CLI::App& build) {
+  for (const OptionRow& row : optionTable()) {
+    const std::string name = std::string("--") + row.name;
+    CLI::Option* const option = row.kind == OptionKind::flag
+                                    ? build.add_flag(name, row.help)->take_last()
+                                    : build.add_option(name)->expected(1)->type_size(1);
+    option->description(row.help)->group(row.group);
+    if (row.kind != OptionKind::flag) option->type_name(row.placeholder);
+  }
+}
+
+OptionValues givenOptions(const CLI::App& build) {
+  OptionValues values;
+  for (const OptionRow& row : optionTable()) {
+    const CLI::Option* const option = build.get_option(std::string("--") + row.name);
+    if (option->count() == 0) continue;
+    values[row.name] = row.kind == OptionKind::flag ? (option->as<bool>() ? "true" : "false")
+                                                    : option->results().front();
+  }
+  return values;
+}
+
+}  // namespace
+
+CommandLine readCommandLine(std::vector<std::string> words) {
+  CLI::App app("Turns a submitted form into the parked form and the electronic message.",
+               "varnel-xml");
+  app.require_subcommand(0, 1);  // none is told below, after a word that is none
+  app.set_version_flag("--version", kVersion);
+  CLI::App* const build = app.add_subcommand("build", "Runs one submission.");
+  build->set_version_flag("--version", kVersion);
+  addOptions(*build);
+
+  try {
+    words = withEmptyValuesApart(std::move(words));
+    std::ranges::reverse(words);  // the parser takes them from the back
+    app.parse(std::move(words));
+    if (!build->parsed()) throw CannotRun("a sub-command is required: build");
+    return {.textToPrint = std::nullopt, .options = givenOptions(*build)};
+  } catch (const CLI::Success& success) {
+    std::ostringstream text;
+    app.exit(success, text, text);
+    return {.textToPrint = text.str(), .options = {}};
+  } catch (const CLI::Error& error) {
+    throw CannotRun(error.what());
+  }
+}

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <span>
+#include <string>
+#include <string_view>
+
+// The options of `varnel-xml build`, written once: the command line and deployment.json are both
+// read by this table.
+
+enum class OptionKind {
+  file,             // an input's name: below DIR when deployment.json has it
+  text,             // anything else with a value
+  flag,             // on or off
+  commandLineOnly,  // a file to write, or the place of deployment.json: never a key of that
+};
+
+struct OptionRow {
+  const char* name;  // without the dashes
+  OptionKind kind;
+  const char* placeholder;  // what the help shows for the value
+  const char* group;        // the heading under which the help lists it
+  const char* help;
+};
+
+std::span<const OptionRow> optionTable();
+
+/// The row with this name; null when there is none.
+const OptionRow* findOption(std::string_view name);
+
+/// Options by name, as they were given. A flag is "true" or "false".
+using OptionValues = std::map<std::string, std::string, std::less<>>;

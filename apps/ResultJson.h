@@ -1,0 +1,12 @@
+#pragma once
+
+#include <string>
+
+#include "interface/result/Acknowledge.h"
+#include "interface/result/ValidationErrors.h"
+
+/// The result of a run as one JSON object and a line end. The order of its keys is fixed; what is
+/// not UTF-8 becomes U+FFFD.
+std::string resultJson(const Varnel_Tolv_XML_Creation::Acknowledge& objAck,
+                       const Varnel_Tolv_XML_Creation::ValidationUserErrors& colUserErrors,
+                       const Varnel_Tolv_XML_Creation::ValidationIntErrors& colInternalErrors);

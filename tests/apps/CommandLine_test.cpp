@@ -1,0 +1,116 @@
+#include "Program.h"
+
+namespace Varnel_Tolv_XML_Creation::test {
+namespace {
+
+class CommandLine : public ProgramTest {
+ protected:
+  ProgramRun run(const std::vector<std::string>& words) const {
+    return runProgram(directory_.path(), words);
+  }
+};
+
+TEST_F(CommandLine, TellsItsVersion) {
+  const ProgramRun version = run({"--version"});
+  EXPECT_EQ(version.status, 0);
+  EXPECT_EQ(version.out, "varnel-xml 16.0.0\n");
+  EXPECT_EQ(version.err, "");
+}
+
+TEST_F(CommandLine, HelpsWithTheProgram) {
+  const ProgramRun help = run({"--help"});
+  EXPECT_EQ(help.status, 0);
+  EXPECT_NE(help.out.find("build"), std::string::npos);
+  EXPECT_EQ(help.err, "");
+}
+
+TEST_F(CommandLine, HelpsWithEveryOptionOfBuild) {
+  const ProgramRun help = run({"build", "--help"});
+  EXPECT_EQ(help.status, 0);
+  EXPECT_EQ(help.err, "");
+  for (const char* option : {"--template FILE",
+                             "--object-mapper FILE",
+                             "--schema-types FILE",
+                             "--hidden-fields FILE",
+                             "--namespaces FILE",
+                             "--questions FILE",
+                             "--reference FILE",
+                             "--submit",
+                             "--validate",
+                             "--object-list FILE",
+                             "--protocol-info FILE",
+                             "--schema-url URL",
+                             "--schema-uri URI",
+                             "--form FILE",
+                             "--page-dir DIR",
+                             "--no-context",
+                             "--no-server",
+                             "--date-order dmy|mdy|ymd",
+                             "--now YYYY-MM-DDTHH:MM:SS",
+                             "--deployment DIR",
+                             "--park-out FILE",
+                             "--send-out FILE",
+                             "--result FILE",
+                             "--trace FILE"}) {
+    EXPECT_NE(help.out.find(option), std::string::npos) << option;
+  }
+}
+
+TEST_F(CommandLine, WithHelpRunsNothing) {
+  const ProgramRun help = run({"build", "--deployment", ".", "--park-out", "park.xml", "--help"});
+  EXPECT_EQ(help.status, 0);
+  EXPECT_FALSE(exists("park.xml"));
+}
+
+TEST_F(CommandLine, RefusesWhatItDoesNotKnow) {
+  const struct {
+    const char* says;
+    std::vector<std::string> words;
+    const char* reason;
+  } cases[] = {
+      {"no sub-command", {}, "sub-command"},
+      {"an unknown sub-command", {"unbuild"}, "unbuild"},
+      {"build twice", {"build", "build"}, "build"},
+      {"an unknown option", {"build", "--templates", "x"}, "--templates"},
+      {"an option before the sub-command", {"--submit", "build"}, "--submit"},
+      {"the first letters of an option", {"build", "--temp", "x"}, "--temp"},
+      {"a word too many", {"build", "form.txt"}, "form.txt"},
+      {"an empty word too many", {"build", "--submit", ""}, ""},
+      {"a value that is missing", {"build", "--form"}, "--form"},
+      {"an option given twice", {"build", "--form", "a", "--form", "b"}, "--form"},
+      {"a flag with a word that is no Boolean", {"build", "--submit=perhaps"}, "perhaps"},
+      {"a line end in a word", {"build", "--a\nb"}, "--a b"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    EXPECT_TRUE(CouldNotRun(run(c.words), c.reason));
+  }
+}
+
+TEST_F(CommandLine, TakesTheWordAfterAnOptionAsItsValueWhateverItLooksLike) {
+  const struct {
+    const char* says;
+    std::vector<std::string> words;
+    const char* value;
+  } cases[] = {
+      {"a plain word", {"--template", "a.xml"}, "a.xml"},
+      {"joined by =", {"--template=a.xml"}, "a.xml"},
+      {"an option's name", {"--template", "--submit"}, "--submit"},
+      {"two dashes", {"--template", "--"}, "--"},
+      {"the sub-command's name", {"--template", "build"}, "build"},
+      {"brackets", {"--template", "[a,b]"}, "[a,b]"},
+      {"braces", {"--template", "{}"}, "{}"},
+      {"blanks and quotes", {"--template", " \"a\" 'b' "}, " \"a\" 'b' "},
+      {"another =", {"--template=a=b"}, "a=b"},
+      {"an empty word", {"--template", ""}, ""},
+      {"nothing after =", {"--template=", "--submit"}, ""},
+      {"nothing at all", {}, ""},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    EXPECT_EQ(traceOf(c.words).at(0), std::string(": BuildXml - strTemplateXML =") + c.value);
+  }
+}
+
+}  // namespace
+}  // namespace Varnel_Tolv_XML_Creation::test

@@ -10,7 +10,8 @@
 // One whole submission in each folder beside this file, named for what it shows:
 //
 //   deployment.json, form     what goes in, with the files that the deployment names
-//   options                   more words for the command line, if any
+//   options                   more words for the command line, if any: they name the deployment
+//                             and the form of a case that has none of its own
 //   result.json               what comes out, compared byte by byte. A document that is not
 //   park.xml, send.xml        there must not be written; the trace is compared where it is there.
 //   trace.txt
@@ -37,10 +38,6 @@ std::optional<std::string> textIfThere(const fs::path& path) {
 /// Runs the case from its own folder, so that paths in texts are the same on every machine.
 int runCase(const fs::path& folder, const TemporaryDirectory& outputs) {
   std::vector<std::string> words{"build",
-                                 "--deployment",
-                                 ".",
-                                 "--form",
-                                 "form",
                                  "--park-out",
                                  outputs.at("park.xml"),
                                  "--send-out",
@@ -49,6 +46,8 @@ int runCase(const fs::path& folder, const TemporaryDirectory& outputs) {
                                  outputs.at("result.json"),
                                  "--trace",
                                  outputs.at("trace.txt")};
+  if (fs::exists(folder / "deployment.json")) words.insert(words.end(), {"--deployment", "."});
+  if (fs::exists(folder / "form")) words.insert(words.end(), {"--form", "form"});
   std::istringstream options(textIfThere(folder / "options").value_or(""));
   for (std::string strWord; options >> strWord;) words.push_back(strWord);
   const ProgramRun run = runProgram(folder, words);

@@ -71,7 +71,8 @@ TEST(MakeAddressLines, FillsFourLinesFromTheEnd) {
       {"a tab is no blank", "A,\tB", {"", "", "A", "\tB"}},
       {"line ends are no separators here", "A\r\nB", {"", "", "", "A\r\nB"}},
       {"other separators are none", "A;B/C", {"", "", "", "A;B/C"}},
-      {"letters beyond ASCII come back in order", "Ä\xC3\xB8\xE2\x82\xAC,\xF0\x9F\x8F\xA0z",
+      {"letters beyond ASCII come back in order",
+       "Ä\xC3\xB8\xE2\x82\xAC,\xF0\x9F\x8F\xA0z",
        {"", "", "Ä\xC3\xB8\xE2\x82\xAC", "\xF0\x9F\x8F\xA0z"}},
       {"combining marks stay behind their letters", "e\xCC\x81,a", {"", "", "e\xCC\x81", "a"}},
   };

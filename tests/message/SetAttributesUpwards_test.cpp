@@ -101,8 +101,8 @@ TEST(SetAttributesUpwards, PassesOnWhatTheElementRefuses) {
 
 TEST(SetAttributesUpwards, NeedsAnElement) {
   const Node objTop = fragment("<t><!--c--></t>");
-  const auto error = raisedBy(
-      [&] { SetAttributesUpwards(objTop.selectSingleNode("//comment()"), "x~y", "1~2"); });
+  const auto error =
+      raisedBy([&] { SetAttributesUpwards(objTop.selectSingleNode("//comment()"), "x~y", "1~2"); });
   ASSERT_TRUE(error);
   EXPECT_EQ(error->number(), kXmlFailure);
 }

@@ -132,8 +132,9 @@ Acknowledge GetChildNode(const Session& session, const Node& prtobjct,
 
 void SetQuestionIdUpwards(const Node& objNode, std::string_view strQuestionId,
                           const Node& objStopMarker) {
-  for (Node objCurrent = objNode; objCurrent && objCurrent.nodeType() == NodeType::element;
-       objCurrent = objCurrent.parentNode()) {
+  for (Node objCurrent = objNode; objCurrent; objCurrent = objCurrent.parentNode()) {
+    // Only above the node given does the walk end here: that one has to be an element itself.
+    if (objCurrent != objNode && objCurrent.nodeType() != NodeType::element) return;
     objCurrent.setAttribute(kQuestionId, strQuestionId);
     if (objStopMarker) return;
   }

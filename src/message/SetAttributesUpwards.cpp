@@ -18,8 +18,9 @@ void SetAttributesUpwards(const Node& objNode, std::string_view strNames,
   const std::vector<std::string> values = split(strValues, kIdentifierDelimiter);
 
   std::size_t lngCount = names.size();
-  for (Node objCurrent = objNode; objCurrent && objCurrent.nodeType() == NodeType::element;
-       objCurrent = objCurrent.parentNode()) {
+  for (Node objCurrent = objNode; objCurrent; objCurrent = objCurrent.parentNode()) {
+    // Only above the node given does the walk end here: that one has to be an element itself.
+    if (objCurrent != objNode && objCurrent.nodeType() != NodeType::element) return;
     for (std::size_t lngIndex = 0; lngIndex < lngCount; ++lngIndex) {
       if (lngIndex >= values.size()) throw RuntimeError(kSubscriptOutOfRange);
       objCurrent.setAttribute(names[lngIndex], values[lngIndex]);

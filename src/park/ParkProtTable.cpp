@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "config/Attributes.h"
@@ -39,6 +41,39 @@ std::vector<std::int32_t> submittedRows(const Session& session, const std::strin
   return rows;
 }
 
+/// The rows of a fixed grid by their number.
+class GridRows {
+ public:
+  /// Reads all rows once, where every id is a plain whole number.
+  explicit GridRows(const Node& objTable) : objTable_(objTable) {
+    const std::optional<NodeList> colRows = objTable.selectNodes(kRow);
+    if (!colRows) return;
+    for (const Node& objRow : *colRows) {
+      std::string strNumber = attributeText(objRow, kId);
+      blnPlain_ = blnPlain_ && isPlainNumber(strNumber);
+      firstByNumber_.try_emplace(std::move(strNumber), objRow);
+    }
+  }
+
+  /// The first row with this number, or Nothing.
+  Node find(const std::string& strNumber) const {
+    // Ids like "01" are numbers too; what they equal is the selection's business.
+    if (!blnPlain_) return objTable_.selectSingleNode("row[@id=" + strNumber + "]");
+    const auto found = firstByNumber_.find(strNumber);
+    return found == firstByNumber_.end() ? Node() : found->second;
+  }
+
+ private:
+  static bool isPlainNumber(std::string_view strText) {
+    return !strText.empty() && strText.size() <= 10 && strText.front() != '0' &&
+           strText.find_first_not_of("0123456789") == std::string_view::npos;
+  }
+
+  const Node& objTable_;
+  bool blnPlain_ = true;
+  std::unordered_map<std::string, Node> firstByNumber_;
+};
+
 /// One table while it is being parked.
 class TableParking {
  public:
@@ -56,10 +91,20 @@ class TableParking {
   void removeColumnDefinitions() const;
 
  private:
-  Acknowledge parkRow(std::int32_t lngRow);
-  Acknowledge fillRow(const Node& objRow, std::int32_t lngRow, bool& blnRowBlank) const;
-  Acknowledge readCell(const CellDefinition& cell, std::int32_t lngRow, std::string& strValue,
-                       bool& blnRowBlank, bool& blnInvalidOperand) const;
+  /// The cells of one row as the form has them.
+  struct RowValues {
+    std::vector<std::string> values;  // one for each definition, as far as they were read
+    bool blnBlank = true;
+    bool blnInvalidOperand = false;
+  };
+
+  Acknowledge parkGridRows();
+  Acknowledge parkNewRow(std::int32_t lngRow);
+  Acknowledge readDefinitions();
+  Acknowledge readCell(const CellDefinition& cell, std::int32_t lngRow, RowValues& row) const;
+  Acknowledge readRow(std::int32_t lngRow, RowValues& row) const;
+  Acknowledge addCell(const Node& objRow, std::size_t lngCell, const RowValues& row) const;
+  void noteBlank(const RowValues& row) { blnOnlyRowBlank_ = lngRowCount_ == 1 && row.blnBlank; }
 
   const Session& session_;
   const Node& objTable_;
@@ -72,46 +117,64 @@ class TableParking {
   bool blnOnlyRowBlank_ = false;
 };
 
+Acknowledge rowMissing() {
+  return Failure(SVC_RET_XML_CREATION_PROT_TBL_ROW_MISSING, "The protocol table row is missing",
+                 "An error occurred because the protocol table row is missing");
+}
+
 Acknowledge TableParking::parkRows() {
-  if (!blnFixed_) {
-    for (const std::int32_t lngRow : submittedRows(session_, strCellPrefix_, lngRowCount_)) {
-      Acknowledge objAck = parkRow(lngRow);
-      if (!objAck.Success()) return objAck;
-    }
-    return {};
-  }
-  for (std::int64_t lngRow = 1; lngRow <= lngRowCount_; ++lngRow) {
-    Acknowledge objAck = parkRow(static_cast<std::int32_t>(lngRow));
+  if (blnFixed_) return parkGridRows();
+  for (const std::int32_t lngRow : submittedRows(session_, strCellPrefix_, lngRowCount_)) {
+    Acknowledge objAck = parkNewRow(lngRow);
     if (!objAck.Success()) return objAck;
   }
   return {};
 }
 
-Acknowledge TableParking::parkRow(std::int32_t lngRow) {
-  const std::string strRow = std::to_string(lngRow);
-  const Node objRow = blnFixed_ ? objTable_.selectSingleNode("row[@id=" + strRow + "]")
-                                : objScratch_.createElement(kRow);
-  if (!objRow) {
-    return Failure(SVC_RET_XML_CREATION_PROT_TBL_ROW_MISSING, "The protocol table row is missing",
-                   "An error occurred because the protocol table row is missing");
-  }
-  if (!cells_) {
-    const std::optional<NodeList> colColumns = objTable_.selectNodes(kColumn);
-    if (!colColumns) {
-      return Failure(SVC_RET_XML_CREATION_PROT_TBL_CLMN_MISSING,
-                     "The protocol table column is missing",
-                     "An error occurred because the protocol table column is missing");
+/// Fills the rows that the table has, cell by cell: what a failure leaves behind stays in the row.
+Acknowledge TableParking::parkGridRows() {
+  const GridRows rows(objTable_);
+  for (std::int64_t lngRow = 1; lngRow <= lngRowCount_; ++lngRow) {
+    const Node objRow = rows.find(std::to_string(lngRow));
+    if (!objRow) return rowMissing();
+    Acknowledge objAck = readDefinitions();
+    if (!objAck.Success()) return objAck;
+
+    RowValues row;
+    for (std::size_t lngCell = 0; lngCell < cells_->size(); ++lngCell) {
+      objAck = readCell((*cells_)[lngCell], static_cast<std::int32_t>(lngRow), row);
+      if (objAck.Success()) objAck = addCell(objRow, lngCell, row);
+      if (!objAck.Success()) return objAck;
     }
-    cells_ = readCellDefinitions(*colColumns);
+    noteBlank(row);
   }
-  if (blnNumbered_) objRow.setAttribute(kId, strRow);
+  return {};
+}
 
-  bool blnRowBlank = true;
-  Acknowledge objAck = fillRow(objRow, lngRow, blnRowBlank);
+/// Adds one row when it is not blank. A blank one is not even made, apart from the first, however
+/// many a hostile form names.
+Acknowledge TableParking::parkNewRow(std::int32_t lngRow) {
+  Node objRow;
+  if (!cells_) {
+    objRow = objScratch_.createElement(kRow);
+    if (!objRow) return rowMissing();
+  }
+  Acknowledge objAck = readDefinitions();
   if (!objAck.Success()) return objAck;
+  RowValues row;
+  objAck = readRow(lngRow, row);
+  if (!objAck.Success()) return objAck;
+  noteBlank(row);
+  if (row.blnBlank) return {};
 
-  blnOnlyRowBlank_ = lngRowCount_ == 1 && blnRowBlank;
-  if (!blnFixed_ && !blnRowBlank && !objTable_.appendChild(objRow)) {
+  if (!objRow) objRow = objScratch_.createElement(kRow);
+  if (!objRow) return rowMissing();
+  if (blnNumbered_) objRow.setAttribute(kId, std::to_string(lngRow));
+  for (std::size_t lngCell = 0; lngCell < cells_->size(); ++lngCell) {
+    objAck = addCell(objRow, lngCell, row);
+    if (!objAck.Success()) return objAck;
+  }
+  if (!objTable_.appendChild(objRow)) {
     return Failure(SVC_RET_XML_CREATION_APPEND_ROW_NODE_FAILED,
                    "Appending the row node to the table failed",
                    "An error occurred appending the row node to the table failed");
@@ -119,61 +182,71 @@ Acknowledge TableParking::parkRow(std::int32_t lngRow) {
   return {};
 }
 
-Acknowledge TableParking::fillRow(const Node& objRow, std::int32_t lngRow,
-                                  bool& blnRowBlank) const {
-  bool blnInvalidOperand = false;
-  for (const CellDefinition& cell : *cells_) {
-    std::string strValue;
-    Acknowledge objAck = readCell(cell, lngRow, strValue, blnRowBlank, blnInvalidOperand);
-    if (!objAck.Success()) return objAck;
+Acknowledge TableParking::readDefinitions() {
+  if (cells_) return {};
+  const std::optional<NodeList> colColumns = objTable_.selectNodes(kColumn);
+  if (!colColumns) {
+    return Failure(SVC_RET_XML_CREATION_PROT_TBL_CLMN_MISSING,
+                   "The protocol table column is missing",
+                   "An error occurred because the protocol table column is missing");
+  }
+  cells_ = readCellDefinitions(*colColumns);
+  return {};
+}
 
-    const Node objCopy = cell.objColumn.cloneNode(true);
-    if (!objCopy) {
-      return Failure(SVC_RET_XML_CREATION_CLONE_CLMN_NODE_FAILED, "Cloning the column node failed",
-                     "An error occurred cloning the column node");
-    }
-    const Node objCell = objRow.appendChild(objCopy);
-    if (!objCell) {
-      return Failure(SVC_RET_XML_CREATION_APPEND_CLMN_NODE_FAILED,
-                     "Appending the column node to the row failed",
-                     "An error occurred appending the column node to the row failed");
-    }
-    const bool blnUnitOfNothing = cell.strId == "timedimension" && blnInvalidOperand;
-    objCell.setAttribute(kValue, blnUnitOfNothing ? std::string_view() : strValue);
+Acknowledge TableParking::readRow(std::int32_t lngRow, RowValues& row) const {
+  for (const CellDefinition& cell : *cells_) {
+    Acknowledge objAck = readCell(cell, lngRow, row);
+    if (!objAck.Success()) return objAck;
   }
   return {};
 }
 
+/// Adds a copy of a definition with the value that was read for it.
+Acknowledge TableParking::addCell(const Node& objRow, std::size_t lngCell,
+                                  const RowValues& row) const {
+  const Node objCopy = (*cells_)[lngCell].objColumn.cloneNode(true);
+  if (!objCopy) {
+    return Failure(SVC_RET_XML_CREATION_CLONE_CLMN_NODE_FAILED, "Cloning the column node failed",
+                   "An error occurred cloning the column node");
+  }
+  const Node objCell = objRow.appendChild(objCopy);
+  if (!objCell) {
+    return Failure(SVC_RET_XML_CREATION_APPEND_CLMN_NODE_FAILED,
+                   "Appending the column node to the row failed",
+                   "An error occurred appending the column node to the row failed");
+  }
+  objCell.setAttribute(kValue, row.values[lngCell]);
+  return {};
+}
+
+/// Reads or computes the value of the next cell of a row.
 Acknowledge TableParking::readCell(const CellDefinition& cell, std::int32_t lngRow,
-                                   std::string& strValue, bool& blnRowBlank,
-                                   bool& blnInvalidOperand) const {
+                                   RowValues& row) const {
+  std::string& strValue = row.values.emplace_back();
   const auto readForm = [&](const std::string& strColumnId, std::string& strSubmitted) {
     return GetFormCollectionItem(
         session_, strCellPrefix_ + strColumnId + "_" + std::to_string(lngRow), strSubmitted);
   };
 
-  if (!cell.blnCalculated) {
-    if (!cell.strAutoValue.empty()) {
-      strValue = cell.strAutoValue;  // what nobody typed does not make a row filled in
-      return {};
-    }
-    Acknowledge objAck = readForm(cell.strId, strValue);
-    if (!strValue.empty()) blnRowBlank = false;
-    return objAck;
-  }
-
-  std::string strFirst;
-  std::string strSecond;
-  if (!cell.strFirstColumn.empty()) {
-    Acknowledge objAck = readForm(cell.strFirstColumn, strFirst);
+  Acknowledge objAck;
+  if (cell.blnCalculated) {
+    std::string strFirst;
+    std::string strSecond;
+    if (!cell.strFirstColumn.empty()) objAck = readForm(cell.strFirstColumn, strFirst);
     if (!objAck.Success()) return objAck;
-  }
-  if (!cell.strSecondColumn.empty()) {
-    Acknowledge objAck = readForm(cell.strSecondColumn, strSecond);
+    if (!cell.strSecondColumn.empty()) objAck = readForm(cell.strSecondColumn, strSecond);
     if (!objAck.Success()) return objAck;
+    strValue = computeCell(session_, cell, strFirst, strSecond, row.blnInvalidOperand);
+  } else if (!cell.strAutoValue.empty()) {
+    strValue = cell.strAutoValue;  // what nobody typed does not make a row filled in
+  } else {
+    objAck = readForm(cell.strId, strValue);
+    if (!strValue.empty()) row.blnBlank = false;
   }
-  strValue = computeCell(session_, cell, strFirst, strSecond, blnInvalidOperand);
-  return {};
+  // The unit of a duration that could not be computed says nothing.
+  if (cell.strId == "timedimension" && row.blnInvalidOperand) strValue.clear();
+  return objAck;
 }
 
 Acknowledge TableParking::removeIfBlank() const {

@@ -25,12 +25,60 @@ namespace {
 // tags of all entities together bound its stack.
 constexpr std::ptrdiff_t kMaxEntityTags = 2048;
 
+// The library compares the attributes of a tag with one another, one by one.
+constexpr int kMaxAttributes = 512;
+constexpr const char* kTooManyAttributes = "An element has more than 512 attributes.";
+
+/// How much text entities may add to the attributes of an input.
+std::size_t attributeLimit(std::size_t lngInput) {
+  return std::max(std::size_t{1} << 20, 10 * lngInput);
+}
+
+/// What the bytes of an input show before they are parsed. Zero bytes are passed over, so that it
+/// is the same for each width of characters.
+struct Preview {
+  bool blnDocumentType = false;    // it has, or seems to have, a document type declaration
+  bool blnManyAttributes = false;  // a start tag has more attributes than are accepted
+};
+
+Preview preview(std::string_view strBytes) {
+  Preview seen;
+  bool blnInTag = false;
+  char quote = 0;
+  char before = 0;  // the byte before this one
+  char beforeThat = 0;
+  int lngEquals = 0;
+  for (const char byte : strBytes) {
+    if (byte == 0) continue;
+    if (before == '<') {
+      blnInTag = byte != '!' && byte != '?' && byte != '/';
+      quote = 0;
+      lngEquals = 0;
+    } else if (byte == '<') {  // which no tag holds: whatever was begun is over
+      blnInTag = false;
+    } else if (blnInTag && quote != 0) {
+      if (byte == quote) quote = 0;
+    } else if (blnInTag) {
+      if (byte == '"' || byte == '\'') quote = byte;
+      if (byte == '>') blnInTag = false;
+      if (byte == '=' && ++lngEquals > kMaxAttributes) seen.blnManyAttributes = true;
+    }
+    if (beforeThat == '<' && before == '!' && byte == 'D') seen.blnDocumentType = true;
+    beforeThat = before;
+    before = byte;
+  }
+  return seen;
+}
+
 /// What the callbacks of one parse gather.
 struct LoadRun {
   ParseError error;  // the first that makes the load fail
   std::exception_ptr exception;
   int depth = 0;
   std::ptrdiff_t entityTags = 0;
+  std::size_t attributeBytes = 0;
+  std::size_t maxAttributeBytes = 0;
+  bool blnDocumentTypeAllowed = true;
 };
 
 LoadRun& runOf(void* context) {
@@ -82,9 +130,19 @@ void stop(xmlParserCtxt* parser, const char* reason) {
 void onStartElement(void* context, const xmlChar* name, const xmlChar* prefix, const xmlChar* uri,
                     int namespaceCount, const xmlChar** namespaces, int attributeCount,
                     int defaultedCount, const xmlChar** attributes) {
-  if (++runOf(context).depth > kMaxDepth) {
-    stop(static_cast<xmlParserCtxt*>(context), kTooDeep);
-    return;
+  LoadRun& run = runOf(context);
+  const auto refuseTag = [&](const char* reason) {
+    stop(static_cast<xmlParserCtxt*>(context), reason);
+  };
+  if (++run.depth > kMaxDepth) return refuseTag(kTooDeep);
+  if (attributeCount + namespaceCount > kMaxAttributes) return refuseTag(kTooManyAttributes);
+  constexpr int kFields = 5;  // name, prefix, URI, begin and end of the value
+  for (int at = 0; at < attributeCount; ++at) {
+    const xmlChar* const* attribute = attributes + kFields * at;
+    run.attributeBytes += static_cast<std::size_t>(attribute[4] - attribute[3]);
+  }
+  if (run.attributeBytes > run.maxAttributeBytes) {
+    return refuseTag("The entities make the attributes too large.");
   }
   xmlSAX2StartElementNs(context, name, prefix, uri, namespaceCount, namespaces, attributeCount,
                         defaultedCount, attributes);
@@ -93,6 +151,17 @@ void onStartElement(void* context, const xmlChar* name, const xmlChar* prefix, c
 void onEndElement(void* context, const xmlChar* name, const xmlChar* prefix, const xmlChar* uri) {
   --runOf(context).depth;
   xmlSAX2EndElementNs(context, name, prefix, uri);
+}
+
+/// Without limits of its own the parser must not meet an entity.
+void onDocumentType(void* context, const xmlChar* name, const xmlChar* publicId,
+                    const xmlChar* systemId) {
+  if (!runOf(context).blnDocumentTypeAllowed) {
+    stop(static_cast<xmlParserCtxt*>(context),
+         "A document type is not supported in this encoding.");
+    return;
+  }
+  xmlSAX2InternalSubset(context, name, publicId, systemId);
 }
 
 /// Lets the parser know internal entities only, so that there is nothing outside to be read.
@@ -139,6 +208,7 @@ OwnedParser newParser(LoadRun& run) {
   sax.serror = onReport;
   sax.startElementNs = onStartElement;
   sax.endElementNs = onEndElement;
+  sax.internalSubset = onDocumentType;
   sax.entityDecl = onEntityDeclaration;
   sax.unparsedEntityDecl = nullptr;
   sax.externalSubset = onDocumentTypeRead;
@@ -217,10 +287,18 @@ LoadedXml loadXml(std::string_view strBytes, XmlEncoding encoding) {
   if (strBytes.empty()) return {nullptr, {XML_ERR_DOCUMENT_EMPTY, 0, "Document is empty"}};
   if (strBytes.size() > INT_MAX) return {nullptr, tooLarge(INT_MAX)};
 
+  const Preview seen = preview(strBytes);
+  if (seen.blnManyAttributes) return {nullptr, {XML_ERR_INTERNAL_ERROR, 0, kTooManyAttributes}};
+
   LoadRun run;
+  run.maxAttributeBytes = attributeLimit(strBytes.size());
+  run.blnDocumentTypeAllowed = seen.blnDocumentType;
   const OwnedParser parser = newParser(run);
   int options = XML_PARSE_NODICT | XML_PARSE_NONET | XML_PARSE_NOENT | XML_PARSE_NOERROR |
                 XML_PARSE_NOWARNING;
+  // The parser's own limits are against entities, and they refuse an answer of more than ten
+  // million bytes. Where nothing can declare an entity the size of the input is limit enough.
+  if (!seen.blnDocumentType) options |= XML_PARSE_HUGE;
   if (encoding == XmlEncoding::utf8) options |= XML_PARSE_IGNORE_ENC;
   OwnedXmlDoc document(
       xmlCtxtReadMemory(parser.get(), strBytes.data(), static_cast<int>(strBytes.size()), nullptr,

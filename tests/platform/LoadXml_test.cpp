@@ -124,6 +124,46 @@ TEST(LoadXml, RefusesAnEntityBomb) {
   expectRefused("<!DOCTYPE r [<!ENTITY a '&b;'><!ENTITY b '&a;'>]><r>&a;</r>");
 }
 
+TEST(LoadXml, RefusesAnEntityThatManyAttributesRepeat) {
+  std::string strText = "<!DOCTYPE r [<!ENTITY a '" + std::string(100'000, 'a') + "'>]><r>";
+  for (int element = 0; element < 5'000; ++element) strText += "<t q='&a;'/>";
+  expectRefused(strText + "</r>");
+}
+
+TEST(LoadXml, RefusesMoreAttributesThanAnElementCanNeed) {
+  const auto withAttributes = [](int lngCount, std::string_view strName) {
+    std::string strTag = "<r";
+    for (int at = 0; at < lngCount; ++at) {
+      strTag += " " + std::string(strName) + std::to_string(at) + "='u=\"<'";
+    }
+    return strTag;
+  };
+  const auto escaped = [](std::string strText) {
+    for (std::size_t at = 0; (at = strText.find('<', at + 1)) != std::string::npos;) {
+      strText.replace(at, 1, ">");
+    }
+    return strText;
+  };
+  EXPECT_TRUE(loaded(escaped(withAttributes(512, "a")) + "/>").documentElement());
+  expectRefused(escaped(withAttributes(513, "a")) + "/>");
+  expectRefused(escaped(withAttributes(513, "xmlns:p")) + "/>");
+  expectRefused("<!-- it's --><q/>" + escaped(withAttributes(100'000, "a")) + "/>");
+  EXPECT_TRUE(loaded("<r><!--" + std::string(1000, '=') + "-->" + std::string(1000, '=') +
+                     "<![CDATA[" + std::string(1000, '=') + "]]></r>")
+                  .documentElement());
+}
+
+TEST(LoadXml, ReadsAgainWhatALongAnswerMadeOfTheParkedForm) {
+  const Document objDocument = loaded("<r><t/></r>");
+  const Node objRoot = objDocument.documentElement();
+  const std::string strLong(11'000'000, 'v');
+  objRoot.setAttribute("value", strLong);
+  objRoot.childNodes()->item(0).setText(strLong);
+  const Document objAgain = loaded(objDocument.xml());
+  EXPECT_EQ(objAgain.documentElement().getAttribute("value"), strLong);
+  EXPECT_EQ(objAgain.documentElement().text(), strLong);
+}
+
 TEST(LoadXml, AppliesNoAttributeDefaultsWhichCouldMultiplyASmallInput) {
   const std::string strLong(1'000'000, 'u');
   std::string strElements;

@@ -93,13 +93,10 @@ bool runBuild(const Options& options) {
   if (sendFile && objSendXML) sendFile->write(objSendXML.xml());
   if (traceFile) traceFile->write(trace.text());
 
-  // Standard output last: when any other output fails, nothing stands there.
-  if (options.trace && !blnTraceToFile) writeStandardError(trace.text());
+  // The standard streams last: when a file fails, only the line that says so stands there.
   const std::string strResult = resultJson(objAck, colUserErrors, colInternalErrors);
-  if (resultFile) {
-    resultFile->write(strResult);
-  } else {
-    writeStandardOutput(strResult);
-  }
+  if (resultFile) resultFile->write(strResult);
+  if (options.trace && !blnTraceToFile) writeStandardError(trace.text());
+  if (!resultFile) writeStandardOutput(strResult);
   return objAck.Success();
 }

@@ -11,8 +11,7 @@ constexpr std::string_view kText = "#text";
 /// Whether all that an element holds is one empty text.
 bool isHollow(const Node& objNode) {
   const NodeList colChildren = required(objNode.childNodes());
-  return colChildren.length() == 1 && colChildren.item(0).nodeName() == kText &&
-         objNode.text().empty();
+  return colChildren.length() == 1 && colChildren.item(0).nodeName() == kText && !objNode.hasText();
 }
 
 }  // namespace
@@ -22,7 +21,7 @@ bool RemoveEmptyElements(const Session& session, const Node& objNode,
   if (!objNode) return false;
   const std::string strName = objNode.nodeName();
   if (strName != "#document") strPath += "/" + strName;
-  if (!objNode.hasChildNodes()) return objNode.text().empty();
+  if (!objNode.hasChildNodes()) return !objNode.hasText();
 
   if (isHollow(objNode)) {
     checkNodeForRemoval(session, objNode, strPath, objReferenceXML);

@@ -26,6 +26,12 @@ std::string_view prefixOf(std::string_view strStep) {
   return strStep.substr(0, strStep.find(':'));
 }
 
+/// The first node that a path selects, if it is an element.
+Node selectElement(const Document& objXmlDocument, std::string_view strXPath) {
+  const Node objNode = objXmlDocument.selectSingleNode(strXPath);
+  return objNode && objNode.nodeType() == NodeType::element ? objNode : Node();
+}
+
 }  // namespace
 
 Acknowledge buildXPath(const Session& session, std::string_view strParentXPath,
@@ -63,7 +69,7 @@ Acknowledge buildXPath(const Session& session, std::string_view strParentXPath,
       if (!blnLast) {
         trace(session, kProcedure,
               {"Set objCurrentNode = objXmlDocument.selectSingleNode(", strXPath, ")"});
-        objCurrentNode = objXmlDocument.selectSingleNode(strXPath);
+        objCurrentNode = selectElement(objXmlDocument, strXPath);
         if (objCurrentNode) objParent = objCurrentNode;
       }
       if (objCurrentNode) continue;

@@ -66,7 +66,9 @@ bool Document::loadXML(std::string_view strText) const {
 
 const ParseError& Document::parseError() const {
   DocumentState::target(*this);
-  return state_->parseError;
+  static const ParseError kInjected{-1, 0, "Injected failure"};
+  const bool blnInjected = state_->givesNothing(DomOperation::parseError);
+  return blnInjected && state_->parseError.errorCode == 0 ? kInjected : state_->parseError;
 }
 
 Node Document::documentElement() const {

@@ -13,8 +13,10 @@ class FaultInjector;
 
 /// How a document is made and what it accepts.
 struct DocumentSettings {
-  std::size_t lngMaxBytes = std::size_t{64} << 20;  // a larger input is refused
-  FaultInjector* faults = nullptr;                  // for tests; must outlive the document
+  /// A larger input is refused, and so is a write that makes the text written into one document
+  /// more than that.
+  std::size_t lngMaxBytes = std::size_t{64} << 20;
+  FaultInjector* faults = nullptr;  // for tests; must outlive the document
 };
 
 /// Why the last load of a document failed.

@@ -42,9 +42,11 @@ void DocumentState::freeDetached() noexcept {
 void DocumentState::replaceTree(OwnedXmlDoc newDocument, bool blnHandlesExist) {
   auto index = std::make_unique<IdIndex>();
   index->build(newDocument.get());
+  ChildNameIndex newChildNames(newDocument.get());
   if (blnHandlesExist) earlier_.reserve(earlier_.size() + 1);
 
   idIndex.drop();
+  lngWrittenBytes_ = 0;
   std::swap(document, newDocument);
   if (blnHandlesExist) {
     earlier_.push_back(std::move(newDocument));
@@ -53,6 +55,7 @@ void DocumentState::replaceTree(OwnedXmlDoc newDocument, bool blnHandlesExist) {
     earlier_.clear();
   }
   idIndex.set(std::move(index));
+  childNames = std::move(newChildNames);
 }
 
 bool DocumentState::givesNothing(DomOperation operation) const {
@@ -74,6 +77,14 @@ void DocumentState::mayFail(DomOperation operation) const {
   if (givesNothing(operation)) refuse("Injected failure");
 }
 
+void DocumentState::grow(std::size_t lngBytes, std::size_t lngBefore) {
+  const std::size_t lngKept = lngWrittenBytes_ - std::min(lngWrittenBytes_, lngBefore);
+  if (lngBytes > settings.lngMaxBytes || lngKept > settings.lngMaxBytes - lngBytes) {
+    refuse("The document is larger than " + std::to_string(settings.lngMaxBytes) + " bytes.");
+  }
+  lngWrittenBytes_ = lngKept + lngBytes;
+}
+
 void DocumentState::reserveDetached(std::size_t lngMore) {
   const std::size_t lngNeeded = detached_.size() + lngMore;
   if (lngNeeded > detached_.capacity()) {
@@ -83,6 +94,7 @@ void DocumentState::reserveDetached(std::size_t lngMore) {
 
 void DocumentState::detach(xmlNode* node) noexcept {
   if (placeOf(node) != 0) return;  // it is so already
+  childNames.removing(node);
   unlinkNode(node);
   detached_.push_back(node);
   setPlace(node, detached_.size());
@@ -96,6 +108,7 @@ void DocumentState::release(xmlNode* node) noexcept {
     detached_.pop_back();
     setPlace(node, 0);
   }
+  childNames.removing(node);
   unlinkNode(node);
 }
 
@@ -108,6 +121,7 @@ SelectionContext DocumentState::selectionContext(xmlNode* node, std::string_view
   if (top == asNode(document.get())) {
     context.index = idIndex.get(document.get(), looksForId(strXPath));
   }
+  context.childNames = &childNames;
   context.blnFragment = blnFragment || !isDocument(top);
   return context;
 }

@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/ChildNameIndex.h"
 #include "platform/Document.h"
 #include "platform/FaultInjector.h"
 #include "platform/InternedNamespaces.h"
@@ -32,6 +33,10 @@ struct DocumentState {
 
   /// The same for an operation without a result, where nothing can only be an error.
   void mayFail(DomOperation operation) const;
+
+  /// Accounts for text that is about to be written, in place of `lngBefore` bytes that go. Refuses,
+  /// with kXmlFailure, to write more than an input may hold.
+  void grow(std::size_t lngBytes, std::size_t lngBefore = 0);
 
   /// Room for more detached nodes, so that `detach` needs none.
   void reserveDetached(std::size_t lngMore);
@@ -62,10 +67,12 @@ struct DocumentState {
   InternedNamespaces namespaces;
   std::shared_ptr<const SelectionNamespaces> selectionNamespaces;  // null: none were set
   LazyIdIndex idIndex;
+  ChildNameIndex childNames;
 
  private:
   void freeDetached() noexcept;
 
+  std::size_t lngWrittenBytes_ = 0;  // by writes since the tree was made
   std::vector<OwnedXmlDoc> earlier_;
   std::vector<xmlNode*> detached_;  // each knows its place here, in `_private`
 };

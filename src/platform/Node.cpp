@@ -74,6 +74,12 @@ std::string Node::text() const {
   return textOf(node);
 }
 
+bool Node::hasText() const {
+  const xmlNode* node = DocumentState::target(*this);
+  if (state_->givesNothing(DomOperation::readText)) return false;
+  return Varnel_Tolv_XML_Creation::hasText(node);
+}
+
 std::string Node::xml() const {
   const xmlNode* node = DocumentState::target(*this);
   if (state_->givesNothing(DomOperation::serialise)) return {};

@@ -13,7 +13,12 @@
 // nodes, those that were taken out of its tree included, so no handle ever dangles.
 //
 // An empty handle is Nothing. It tests false; any other use of it raises run-time error 91.
-// A document may be read by several threads at once as long as none writes to it.
+// A document may be read by several threads at once as long as none writes to it; of the nodes that
+// stand in no tree, such as a created one before it is placed, only one thread may select at a
+// time.
+//
+// An optional list must be kept in a variable while it is walked: `for (x : *node.childNodes())`
+// would walk what is gone already.
 
 namespace Varnel_Tolv_XML_Creation {
 
@@ -55,6 +60,9 @@ class Node {
   /// The text of the node and of everything below it, untrimmed; an attribute's value.
   std::string text() const;
 
+  /// Whether `text` is not empty, without making it.
+  bool hasText() const;
+
   /// Replaces all content by one text node, an empty one for the empty text; sets an attribute's
   /// value. Raises kXmlFailure, and writes nothing, for text that XML cannot hold or that is not
   /// UTF-8.
@@ -62,7 +70,7 @@ class Node {
 
   /// The serialised text of the node and of everything below it. A document's has CR LF after each
   /// of its top-level nodes, the XML declaration and the root included; reading it again gives the
-  /// same document.
+  /// same document, less any text of nothing but white space, which a load drops.
   std::string xml() const;
 
   bool hasChildNodes() const;

@@ -20,13 +20,26 @@ xmlNode* requireElement(xmlNode* node) {
   return node;
 }
 
-/// The index tells of elements by their attribute `id` and refers to its very text.
+/// The index of ids tells of elements by their attribute `id` and refers to its very text.
 void beforeAttributeChange(DocumentState& state, std::string_view strName) {
   if (strName == "id") state.idIndex.drop();
 }
 
+/// Whether that index may tell of `top` or of what is below it.
+bool holdsId(const xmlNode* top) {
+  for (const xmlNode* node = top; node; node = nextBelow(node, top)) {
+    if (!isElement(node)) continue;
+    for (const xmlAttr* item = node->properties; item; item = item->next) {
+      if (view(item->name) == "id") return true;
+    }
+  }
+  return false;
+}
+
 void setValue(DocumentState& state, xmlAttr* attribute, std::string_view strValue) {
   OwnedXmlNode value = newTextNode(attribute->doc, strValue);
+  const xmlNode* const before = attribute->children;
+  state.grow(strValue.size(), before ? view(before->content).size() : 0);
   beforeAttributeChange(state, view(attribute->name));
   xmlFreeNodeList(attribute->children);  // no handle ever points below an attribute
   value->parent = asNode(attribute);
@@ -35,21 +48,22 @@ void setValue(DocumentState& state, xmlAttr* attribute, std::string_view strValu
 
 void setContent(DocumentState& state, xmlNode* element, std::string_view strText) {
   OwnedXmlNode value = newTextNode(element->doc, strText);
+  state.grow(strText.size());  // what it replaces stays for the handles to it
   std::size_t lngChildren = 0;
-  bool blnElements = false;
   for (const xmlNode* child = element->children; child; child = child->next) {
     ++lngChildren;
-    blnElements = blnElements || isElement(child);
   }
   state.reserveDetached(lngChildren);
 
-  if (blnElements) state.idIndex.drop();
+  if (holdsId(element)) state.idIndex.drop();
+  state.childNames.emptying(element);
   while (element->children) state.detach(element->children);
   linkNode(element, value.release(), nullptr);
 }
 
-void setCharacters(xmlNode* node, std::string_view strText) {
+void setCharacters(DocumentState& state, xmlNode* node, std::string_view strText) {
   OwnedXmlNode fresh = newTextNode(node->doc, strText);
+  state.grow(strText.size(), view(node->content).size());
   std::swap(node->content, fresh->content);
 }
 
@@ -66,7 +80,8 @@ bool precedesDocumentType(const xmlNode* before) {
   return before != nullptr;
 }
 
-/// How many levels of elements `top` and what is below it make; no more than `limit` + 1 are counted.
+/// How many levels of elements `top` and what is below it make; no more than `limit` + 1 are
+/// counted.
 int levels(const xmlNode* top, int limit) {
   int deepest = 0;
   int level = 0;  // of `node`'s parent
@@ -128,7 +143,7 @@ void requirePlace(const xmlNode* parent, const xmlNode* child, const xmlNode* be
 /// Takes a node out of the tree of its own document, which keeps it.
 void takeOut(DocumentState& state, xmlNode* node) {
   state.reserveDetached(1);
-  if (isElement(node)) state.idIndex.drop();
+  if (holdsId(node)) state.idIndex.drop();
   state.detach(node);
 }
 
@@ -142,15 +157,19 @@ Node place(const Node& objParent, const Node& objChild, xmlNode* before) {
 
   if (&source != state.get()) {
     OwnedXmlNode copy = copyXml(child, true, parent->doc, state->namespaces);
+    state->childNames.prepare(parent, copy.get());
     takeOut(source, child);
-    if (isElement(child)) state->idIndex.drop();
+    if (holdsId(copy.get())) state->idIndex.drop();
     xmlNode* const placed = copy.release();
     linkNode(parent, placed, before);
+    state->childNames.added(placed);
     return DocumentState::handle(state, placed);
   }
-  if (isElement(child)) state->idIndex.drop();
+  state->childNames.prepare(parent, child);
+  if (holdsId(child)) state->idIndex.drop();
   state->release(child);
   linkNode(parent, child, before);
+  state->childNames.added(child);
   return objChild;
 }
 
@@ -162,10 +181,10 @@ void Node::setText(std::string_view strText) const {
   requireXmlText(strText);
   if (isElement(node)) return setContent(*state_, node, strText);
   if (isAttribute(node)) return setValue(*state_, asAttribute(node), strText);
-  if (isText(node)) return setCharacters(node, strText);
+  if (isText(node)) return setCharacters(*state_, node, strText);
   if (!isCData(node)) refuse("The text of this type of node cannot be set.");
   if (strText.find("]]>") != std::string_view::npos) refuse("A CDATA section cannot hold ']]>'.");
-  setCharacters(node, strText);
+  setCharacters(*state_, node, strText);
 }
 
 void Node::setAttribute(std::string_view strName, std::string_view strValue) const {

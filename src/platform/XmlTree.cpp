@@ -110,6 +110,21 @@ std::string textOf(const xmlNode* node) {
   return strText;
 }
 
+bool hasText(const xmlNode* node) noexcept {
+  if (isAttribute(node)) {
+    const xmlNode* value = node->children;
+    while (value && view(value->content).empty()) value = value->next;
+    return value != nullptr;
+  }
+  if (!isElement(node) && !isDocument(node)) {
+    return node->type != XML_DTD_NODE && !view(node->content).empty();
+  }
+  for (const xmlNode* below = nextBelow(node, node); below; below = nextBelow(below, node)) {
+    if ((isText(below) || isCData(below)) && !view(below->content).empty()) return true;
+  }
+  return false;
+}
+
 void unlinkNode(xmlNode* node) noexcept {
   if (node->type == XML_DTD_NODE && node->doc) node->doc->intSubset = nullptr;
   if (xmlNode* parent = node->parent) {

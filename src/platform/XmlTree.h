@@ -79,6 +79,9 @@ xmlAttr* findAttribute(const xmlNode* element, std::string_view strName) noexcep
 /// An attribute's value, or the concatenated text of any other node.
 std::string textOf(const xmlNode* node);
 
+/// Whether that is not empty.
+bool hasText(const xmlNode* node) noexcept;
+
 /// Takes a node or attribute out of where it is; it then has no parent.
 void unlinkNode(xmlNode* node) noexcept;
 

@@ -48,6 +48,7 @@ class FaultInjection : public testing::Test {
            objDocument_.setSelectionNamespaces("");
            return false;
          }},
+        {parseError, true, [this] { return objDocument_.parseError().errorCode != 0; }},
         {documentElement, true, [=, this] { return nothing(objDocument_.documentElement()); }},
         {select, true, [=, this] { return nothing(objRoot_.selectNodes("b")); }},
         {select, true, [=, this] { return nothing(objRoot_.selectSingleNode("b")); }},

@@ -388,9 +388,9 @@ TEST(NodeChanges, RefusesATreeThatCouldNotBeLoadedAgain) {
   EXPECT_EQ(loaded(objDocument.xml()).xml(), objDocument.xml());
 
   const std::string strBefore = objDocument.xml();
-  EXPECT_EQ(descriptionOf(kXmlFailure,
-                          [&] { objDeepest.appendChild(objDocument.createElement("n")); }),
-            kReason);
+  EXPECT_EQ(
+      descriptionOf(kXmlFailure, [&] { objDeepest.appendChild(objDocument.createElement("n")); }),
+      kReason);
   EXPECT_EQ(objDocument.xml(), strBefore);
   Node objOtherDeepest;
   const Node objOther = chain(objDocument, 256, objOtherDeepest);
@@ -398,9 +398,25 @@ TEST(NodeChanges, RefusesATreeThatCouldNotBeLoadedAgain) {
   EXPECT_EQ(descriptionOf(kXmlFailure,
                           [&] { objRoot.insertBefore(objOther, objRoot.childNodes()->item(0)); }),
             kReason);
-  EXPECT_EQ(descriptionOf(kXmlFailure,
-                          [&] { loaded("<b/>").documentElement().appendChild(objOther); }),
-            kReason);
+  EXPECT_EQ(
+      descriptionOf(kXmlFailure, [&] { loaded("<b/>").documentElement().appendChild(objOther); }),
+      kReason);
+}
+
+TEST(NodeChanges, RefusesToWriteMoreThanAnInputMayHold) {
+  constexpr std::string_view kReason = "The document is larger than 1000 bytes.";
+  const Document objDocument = Document::create({.lngMaxBytes = 1000});
+  ASSERT_TRUE(objDocument.loadXML("<r a=''/>"));
+  const Node objRoot = objDocument.documentElement();
+  for (int write = 0; write < 5; ++write) objRoot.setAttribute("a", std::string(900, 'v'));
+  EXPECT_EQ(descriptionOf(kXmlFailure, [&] { objRoot.setText(std::string(101, 't')); }), kReason);
+  EXPECT_FALSE(objRoot.hasChildNodes());
+  objRoot.setText(std::string(100, 't'));
+  EXPECT_EQ(descriptionOf(kXmlFailure, [&] { objRoot.setAttribute("b", "v"); }), kReason);
+  EXPECT_FALSE(objRoot.getAttribute("b"));
+
+  ASSERT_TRUE(objDocument.loadXML("<r/>"));  // and counts anew for another content
+  objDocument.documentElement().setText(std::string(1000, 't'));
 }
 
 }  // namespace

@@ -38,16 +38,17 @@ bool isMandatoryForQuestion(const Node& objMessageNode, const Node& objReference
 }
 
 bool hasEmptyOptionalAncestor(const Node& objReferenceNode, const Node& objMessageNode) {
-  Node objReference = objReferenceNode;
   Node objMessage = objMessageNode;
-  while (isMandatory(objReference)) {
-    objReference = objReference.parentNode();
-    if (objReference.nodeType() == NodeType::document) return false;
+  for (Node objReference = objReferenceNode; objReference.nodeType() != NodeType::document;
+       objReference = objReference.parentNode()) {
+    if (!isMandatory(objReference)) {
+      const NodeList colChildren = required(objMessage.childNodes());
+      return std::none_of(colChildren.begin(), colChildren.end(),
+                          [](const Node& objChild) { return objChild.hasText(); });
+    }
     objMessage = objMessage.parentNode();
   }
-  const NodeList colChildren = required(objMessage.childNodes());
-  return std::all_of(colChildren.begin(), colChildren.end(),
-                     [](const Node& objChild) { return objChild.text().empty(); });
+  return false;  // mandatory up to the top
 }
 
 void checkNodeForRemoval(const Session& session, const Node& objMessageNode,

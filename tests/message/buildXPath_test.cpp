@@ -57,6 +57,13 @@ TEST(buildXPath, MakesWhatIsMissingAndReusesWhatIsThere) {
   }
 }
 
+TEST(buildXPath, TakesOnlyAnElementForAStepOnTheWay) {
+  Scene scene("<m:a id='1'/>");
+  // The attribute that the step selects is passed over; an element of that name cannot be made.
+  EXPECT_TRUE(FailedWithNumber(scene.build("/r", "m:a/@id/m:b"), kInvalidName, "buildXPath"));
+  EXPECT_EQ(content(scene.objXml), "<m:a id=\"1\"/>");
+}
+
 TEST(buildXPath, GivesBackTheElementOfTheLastStep) {
   Scene scene("<m:a><m:b/></m:a>");
   EXPECT_TRUE(Succeeded(scene.build("/r", "m:a/m:b")));

@@ -17,6 +17,7 @@ struct Session;
 /// Turns submitted data-entry forms into XML. An instance is used by one thread at a time; distinct
 /// instances run in parallel. It keeps two things between calls: the namespace list, loaded by the
 /// first run and used for all, and the default user message. The host's services must outlive it.
+/// One that was moved from may only be assigned to or destroyed.
 class BuildXML {
  public:
   explicit BuildXML(const HostServices& host);
@@ -24,27 +25,22 @@ class BuildXML {
   BuildXML(BuildXML&&) noexcept;
   BuildXML& operator=(BuildXML&&) noexcept;
 
-  /// Runs one submission. The first six files, the questions and the reference document are named
-  /// by path or `file:` URL.
+  /// Runs one submission. Files are named by path or `file:` URL; `docs/formats.md` describes them.
   ///
-  /// - `objParkXML`: in, the object list of the form (root `prtobjcts`); out, the same document
-  /// with
-  ///   the submitted answers, the parked form. Filled in place, also by a run that fails later.
-  /// - `blnSubmit`: build the message too; it comes back in `objSendXML`, also when the schema
-  /// finds
-  ///   it invalid. Without it only the parked form is made and the arguments after it are left
-  ///   alone.
-  /// - `blnValidateAgainstSchema`: ask for the schema's verdict on the message. The schema lies at
-  ///   `strSchemaUrl`, relative to the directory above the calling page, and has the target
-  ///   namespace `strSchemaUri`. Errors come back in the two collections, which a verdict without
-  ///   errors leaves as they were.
-  /// - `objProtocolInfo`: an element with the form's name, region and version as attributes, or
-  ///   Nothing.
+  /// `objParkXML` is the object list of the form (root `prtobjcts`); it is filled in place with the
+  /// submitted answers, also by a run that fails later. With `blnSubmit` the message is built too
+  /// and comes back in `objSendXML`, also when the schema finds it invalid; without it the
+  /// arguments of the message are left alone. `objProtocolInfo` is an element with the form's name,
+  /// region and version as attributes, or Nothing.
+  ///
+  /// With `blnValidateAgainstSchema` the message is checked against the schema of the namespace
+  /// `strSchemaUri` at `strSchemaUrl`, a location relative to the directory above the calling page.
+  /// What is wrong comes back in the two collections, which a valid message leaves as they were.
   ///
   /// The result is that of the first step that failed: a code of `eReturnValues` for a failure that
   /// was expected, else the number of a run-time error (`RuntimeErrorNumber`). No exception leaves
-  /// this call, with one exception: a RuntimeError or std::bad_alloc raised while the inputs are
-  /// written to the trace, before there is a result to tell it with.
+  /// this call but one: a RuntimeError or std::bad_alloc raised while the inputs are written to the
+  /// trace, before there is a result to tell it with.
   Acknowledge buildXML(std::string_view strTemplateXML, std::string_view strMsgObjectXML,
                        std::string_view strSchemaTypeMapperXML, std::string_view strHiddenFieldXML,
                        std::string_view strNamespaceXML, std::string_view strQuestionsXmlPath,
@@ -70,7 +66,7 @@ class BuildXML {
   std::string convertToXsdTime(std::string_view strTime) const;
 
   /// The node that `strDocInfoPath` selects in the object mapper, or Nothing. Raises RuntimeError
-  /// for a path that is no XPath.
+  /// for a path that is no XPath, 91 for no mapper.
   Node getDocInfo(std::string_view strDocInfoPath, const Document& objObjectMapper) const;
 
   /// The child `parentxpath` of a `docinfo`, or Nothing. Raises RuntimeError 91 for Nothing.

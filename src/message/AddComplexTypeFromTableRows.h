@@ -14,7 +14,8 @@ namespace Varnel_Tolv_XML_Creation {
 ///
 /// Errors: SVC_RET_XML_CREATION_TBL_ROW_SELECTION_FAILED, _CMPLX_TYPE_CLONE_FAILED,
 /// _CLMN_FRM_ROW_SELECTION_FAILED, _CHLD_NODE_SELECTION_FAILED, those of
-/// `GetComplexTypeFromAction`. Rows already written stay.
+/// `GetComplexTypeFromAction`, and a run-time error when a cell without a placeholder meets a
+/// mapper whose namespaces lack the prefix `pbr`. Rows already written stay.
 Acknowledge AddComplexTypeFromTableRows(const Session& session, const Document& objSendXML,
                                         const Node& objParentNode,
                                         const Document& objSchemaTypeMapper,

@@ -11,7 +11,8 @@ class Node;
 
 /// Writes each row of a table that has a cell filled in as one element `strNodeName` of text below
 /// `objParentNode`: "table - row [column:value] [column:value]", with the identifiers of the table,
-/// the row and the row's last column.
+/// the row and the row's last column. Where the table or the row has no label, the text begins with
+/// that of the row before it, as the rows of dynamic tables do.
 ///
 /// Errors: SVC_RET_XML_CREATION_PRT_TBL_MISSING for Nothing, _ROWS_SELECTION_FAILED,
 /// _CLMN_SELECTION_FAILED, _CLMN_LBL_FAILED (a column without `columnlabel`), _CELL_INFO_MISSING (a

@@ -13,7 +13,8 @@ namespace Varnel_Tolv_XML_Creation {
 /// elements that may go.
 ///
 /// Errors: SVC_RET_XML_CREATION_PROTFLD_LIST_SELECTION_FAILED, _ROOT_NODE_SELECTION_FAILED, those
-/// of `LoadTemplateXML`, `setSelectionNamespaces` and the steps; the first one ends the build and
+/// of `LoadTemplateXML`, `setSelectionNamespaces` and the steps, run-time error 91 when the
+/// document data gives no result, and what the clean-up raises; the first one ends the build and
 /// the message stays as far as it was built.
 Acknowledge BuildSendXML(const Session& session, const Document& objParkXML,
                          std::string_view strTemplateXML, std::string_view strMsgObjectXML,

@@ -10,14 +10,14 @@
 namespace Varnel_Tolv_XML_Creation {
 
 /// Fills a copy of the complex type that the action names from the form, in `objChildNode`. Each
-/// `value` placeholder gives way to what the action's `parameter` of its id says: the field's
-/// value, its label, another object's value or a constant. With `blnMultiValue` a placeholder whose
-/// id ends in the digit n takes entry n of `arrValues` instead, and an empty entry removes the
-/// placeholder's parent. The other three lists are accepted and ignored.
+/// `value` placeholder for which the action has a `parameter` of its id gives way to what that
+/// says: the field's value, its label, another object's value or a constant. With `blnMultiValue` a
+/// placeholder whose id ends in the digit n takes entry n of `arrValues` instead, and an empty
+/// entry removes the placeholder's parent. The other three lists are accepted and ignored.
 ///
 /// Errors: SVC_RET_XML_CREATION_MULTI_VALUE_MISSING, _ACTION_MISSING, _VALUE_NODES_MISSING,
-/// _SCHEMA_NODE_MISSING, those of `GetComplexTypeFromAction`; run-time error 9 for a digit outside
-/// the list.
+/// _SCHEMA_NODE_MISSING (a second placeholder in an element that the first one filled), those of
+/// `GetComplexTypeFromAction`; run-time error 9 for a digit outside the list.
 Acknowledge GetChildNode(const Session& session, const Node& prtobjct,
                          const Document& objSchemaTypeMapper, const Node& objAction,
                          std::string_view strFieldLabel, std::string_view strValue,

@@ -14,7 +14,7 @@ namespace Varnel_Tolv_XML_Creation {
 ///
 /// Errors: SVC_RET_XML_CREATION_PARENT_NODE_MISSING, _NODE_PATH_MISSING, _NODE_PATH_ERROR,
 /// _APPEND_NODE_TO_PARENT_FAILED. The result is that of the last namespace lookup, so it may be a
-/// failure although the chain was made; `objCurrentNode` tells.
+/// failure although the chain was made; an `objCurrentNode` that was Nothing before the call tells.
 Acknowledge buildXPath(const Session& session, std::string_view strParentXPath,
                        std::string_view strNodePath, const Document& objXmlDocument,
                        Node& objCurrentNode);

@@ -15,7 +15,7 @@ struct HostServices {
   const Clock* clock = nullptr;                  // null: the machine's clock
   TraceSink* traceSink = nullptr;                // null: no trace line is composed
   DateOrder dateOrder = DateOrder::dayMonthYear;
-  DocumentSettings documentSettings;  // of every document that the library creates
+  DocumentSettings documentSettings = {};  // of every document that the library creates
 };
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -42,7 +42,29 @@ constexpr const char* kDocData =
 
 }  // namespace
 
-GeneratedDeployment::GeneratedDeployment(int lngFields) : lngFields_(lngFields) {
+const char* nameOf(Shape shape) {
+  switch (shape) {
+    case Shape::sections:
+      return "sections";
+    case Shape::flat:
+      return "flat";
+    case Shape::nested:
+      return "nested";
+    case Shape::parentsById:
+      return "parents-by-id";
+  }
+  return "";
+}
+
+Shape shapeNamed(std::string_view strName) {
+  for (const Shape shape : kShapes) {
+    if (strName == nameOf(shape)) return shape;
+  }
+  throw std::runtime_error("no such shape: " + std::string(strName));
+}
+
+GeneratedDeployment::GeneratedDeployment(int lngFields, Shape shape)
+    : lngFields_(lngFields), shape_(shape) {
   std::string strPattern =
       (std::filesystem::temp_directory_path() / "varnel-bench-XXXXXX").string();
   if (::mkdtemp(strPattern.data()) == nullptr) throw std::runtime_error("no directory");
@@ -55,18 +77,15 @@ GeneratedDeployment::GeneratedDeployment(int lngFields) : lngFields_(lngFields) 
   write("objects.xml", strObjects + "<hdnflds/></prtobjcts>");
   write("mapper.xml", strMapper + kDocData + "</message>");
 
-  std::string strSections;
-  for (int lngSection = 0; lngSection * kFieldsPerSection < lngFields; ++lngSection) {
-    strSections += "<m:s" + number(lngSection) + "/>";
-  }
   std::string strTables;
   for (int lngTable = 0; lngTable < tables(); ++lngTable)
     strTables += "<m:t" + number(lngTable) + "/>";
   write("template.xml",
         "<?xml version=\"1.0\"?><m:message xmlns:m='urn:bench:message' "
         "xmlns:pbr='urn:bench:record'><m:head><m:name/><m:date/><m:time/></m:head><m:body>" +
-            strSections + "</m:body><m:tables>" + strTables + "</m:tables></m:message>");
-  write("reference.xml", "<m:message xmlns:m='urn:bench:message' mandatory='true'/>");
+            bodyOfTemplate() + "</m:body><m:tables>" + strTables + "</m:tables></m:message>");
+  write("reference.xml", "<m:message xmlns:m='urn:bench:message' mandatory='true'>" +
+                             bodyOfReference() + "</m:message>");
   write("types.xml", kTypes);
   write("namespaces.xml", kNamespaces);
   write("hidden.xml", "<hiddenfields/>");
@@ -75,6 +94,53 @@ GeneratedDeployment::GeneratedDeployment(int lngFields) : lngFields_(lngFields) 
 GeneratedDeployment::~GeneratedDeployment() {
   std::error_code ignored;
   std::filesystem::remove_all(directory_, ignored);
+}
+
+const char* GeneratedDeployment::answersPath() const {
+  return shape_ == Shape::flat ? "/m:message/m:body/*" : "/m:message/m:body/*/*";
+}
+
+std::string GeneratedDeployment::parentOf(int lngField) const {
+  const std::string strSection = number(lngField / kFieldsPerSection);
+  switch (shape_) {
+    case Shape::sections:
+      return "/m:message/m:body/m:s" + strSection;
+    case Shape::flat:
+      return "/m:message/m:body";
+    case Shape::nested:
+      return "/m:message";
+    case Shape::parentsById:
+      return "//m:s[@id='s" + strSection + "']";
+  }
+  return "";
+}
+
+std::string GeneratedDeployment::nodeOf(int lngField) const {
+  if (shape_ == Shape::nested) return "m:body/m:x" + number(lngField) + "/m:q";
+  return "m:q" + number(lngField);
+}
+
+std::string GeneratedDeployment::bodyOfTemplate() const {
+  std::string strBody;
+  for (int lngField = 0; isWide() && lngField < lngFields_; ++lngField) {
+    strBody += "<m:e" + number(lngField) + "/>";
+  }
+  for (int lngSection = 0; !isWide() && lngSection * kFieldsPerSection < lngFields_; ++lngSection) {
+    strBody += shape_ == Shape::sections ? "<m:s" + number(lngSection) + "/>"
+                                         : "<m:s id='s" + number(lngSection) + "'/>";
+  }
+  return strBody;
+}
+
+std::string GeneratedDeployment::bodyOfReference() const {
+  if (!isWide()) return "";
+  std::string strBody;
+  for (int lngField = 0; lngField < lngFields_; ++lngField) {
+    strBody += shape_ == Shape::flat
+                   ? "<m:q" + number(lngField) + "/>"
+                   : "<m:x" + number(lngField) + "><m:q/></m:x" + number(lngField) + ">";
+  }
+  return "<m:body>" + strBody + bodyOfTemplate() + "</m:body>";
 }
 
 void GeneratedDeployment::write(const char* strName, const std::string& strText) const {
@@ -86,7 +152,6 @@ void GeneratedDeployment::write(const char* strName, const std::string& strText)
 void GeneratedDeployment::writeFields(std::string& strObjects, std::string& strMapper) {
   for (int lngField = 0; lngField < lngFields_; ++lngField) {
     const std::string strId = "q" + number(lngField);
-    const std::string strParent = "/m:message/m:body/m:s" + number(lngField / kFieldsPerSection);
     std::string strType = "text";
     std::string strValue = "Answer " + number(lngField);
     std::string strAction;
@@ -113,7 +178,7 @@ void GeneratedDeployment::writeFields(std::string& strObjects, std::string& strM
     }
     strObjects +=
         "<prtobjct id='" + strId + "' objecttype='field' type='" + strType + "' dynamic='false'/>";
-    strMapper += messageItem(strId, "field", strParent, "m:" + strId, strAction);
+    strMapper += messageItem(strId, "field", parentOf(lngField), nodeOf(lngField), strAction);
     form_.add(strId, strValue);
     form_.add(strId + "_hiddenName", "Question " + number(lngField));
   }

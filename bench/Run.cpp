@@ -34,7 +34,7 @@ void check(const GeneratedDeployment& deployment, const Document& objMessage) {
   const auto count = [&](const char* strXPath) {
     return static_cast<int>(objMessage.selectNodes(strXPath)->length());
   };
-  const int lngAnswers = count("/m:message/m:body/*/*") + count("/m:message/m:tables/*/*");
+  const int lngAnswers = count(deployment.answersPath()) + count("/m:message/m:tables/*/*");
   if (lngAnswers != deployment.answers()) {
     throw std::runtime_error("the message holds " + std::to_string(lngAnswers) + " answers of " +
                              std::to_string(deployment.answers()));

@@ -9,7 +9,8 @@ namespace Varnel_Tolv_XML_Creation::bench {
 /// parks the form and builds the message. Throws std::runtime_error when the run fails.
 Document run(const GeneratedDeployment& deployment);
 
-/// Throws std::runtime_error unless the message holds every answer of the form.
+/// Throws std::runtime_error unless the message holds every answer of the form and nothing
+/// beside them.
 void check(const GeneratedDeployment& deployment, const Document& objMessage);
 
 }  // namespace Varnel_Tolv_XML_Creation::bench

@@ -1,9 +1,7 @@
 #include "config/Utility.h"
 
-#include <new>
-
 #include "interface/result/RuntimeError.h"
-#include "platform/FaultInjector.h"
+#include "platform/InjectedFault.h"
 #include "platform/Text.h"
 #include "platform/Trace.h"
 
@@ -22,18 +20,7 @@ void trace(const Session& session, std::string_view strSource,
 
 std::optional<std::vector<std::string>> splitText(const Session& session, std::string_view strText,
                                                   std::string_view strSeparator) {
-  if (FaultInjector* const faults = session.host.documentSettings.faults) {
-    switch (faults->next(DomOperation::split)) {
-      case Fault::none:
-        break;
-      case Fault::nothing:
-        return std::nullopt;
-      case Fault::error:
-        throw RuntimeError(kInvalidArgument);
-      case Fault::outOfMemory:
-        throw std::bad_alloc();
-    }
-  }
+  if (givesNothing(session.host.documentSettings.faults, DomOperation::split)) return std::nullopt;
   return split(strText, strSeparator);
 }
 

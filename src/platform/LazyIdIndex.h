@@ -8,8 +8,8 @@
 
 namespace Varnel_Tolv_XML_Creation {
 
-/// The id index of a document while the document does not change. Any number of threads may ask
-/// for it; only who writes to the document sets or drops it.
+/// The id index of a document while no element with an attribute `id` comes, goes or changes it.
+/// Any number of threads may ask for it; only who writes to the document sets or drops it.
 class LazyIdIndex {
  public:
   /// The index of a tree that was just loaded.
@@ -18,8 +18,8 @@ class LazyIdIndex {
   /// To be called before anything changes that the index tells of or refers to.
   void drop() noexcept;
 
-  /// The index of `document`, or null when there is none. One is built at the second wish since the
-  /// last change: a document that changes after each selection never pays for it.
+  /// The index of `document`, or null when there is none. One is built at the second wish since it
+  /// was dropped: a document whose ids change after each selection never pays for it.
   const IdIndex* get(const xmlDoc* document, bool blnWanted) const;
 
  private:

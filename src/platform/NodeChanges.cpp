@@ -25,7 +25,8 @@ void beforeAttributeChange(DocumentState& state, std::string_view strName) {
   if (strName == "id") state.idIndex.drop();
 }
 
-/// Whether that index may tell of `top` or of what is below it.
+/// Whether that index may tell of `top` or of what is below it. What it does not tell of comes and
+/// goes without changing it.
 bool holdsId(const xmlNode* top) {
   for (const xmlNode* node = top; node; node = nextBelow(node, top)) {
     if (!isElement(node)) continue;
@@ -50,12 +51,14 @@ void setContent(DocumentState& state, xmlNode* element, std::string_view strText
   OwnedXmlNode value = newTextNode(element->doc, strText);
   state.grow(strText.size());  // what it replaces stays for the handles to it
   std::size_t lngChildren = 0;
+  bool blnIds = false;
   for (const xmlNode* child = element->children; child; child = child->next) {
     ++lngChildren;
+    blnIds = blnIds || holdsId(child);
   }
   state.reserveDetached(lngChildren);
 
-  if (holdsId(element)) state.idIndex.drop();
+  if (blnIds) state.idIndex.drop();
   state.childNames.emptying(element);
   while (element->children) state.detach(element->children);
   linkNode(element, value.release(), nullptr);
@@ -157,6 +160,7 @@ Node place(const Node& objParent, const Node& objChild, xmlNode* before) {
 
   if (&source != state.get()) {
     OwnedXmlNode copy = copyXml(child, true, parent->doc, state->namespaces);
+    source.reserveDetached(1);  // once the index refers to the copy nothing may fail
     state->childNames.prepare(parent, copy.get());
     takeOut(source, child);
     if (holdsId(copy.get())) state->idIndex.drop();

@@ -1,6 +1,10 @@
 #include "platform/Selection.h"
 
+#include <algorithm>
+#include <cstddef>
+
 #include "interface/result/RuntimeError.h"
+#include "platform/ChildNameIndex.h"
 #include "platform/LocationPath.h"
 #include "platform/WalkPath.h"
 #include "platform/XmlTree.h"
@@ -28,6 +32,12 @@ const std::string* demandedId(const LocationPath& path, ConditionIndex first) {
   return nullptr;
 }
 
+/// Whether a step selects the children of one name.
+bool isPlainChild(const Step& step) {
+  return !step.blnAttribute && !step.blnAnyDepth && !step.name.blnAnyName &&
+         step.firstCondition == kNoCondition;
+}
+
 class Evaluation {
  public:
   Evaluation(const SelectionContext& context, const LocationPath& path, bool blnFirstOnly)
@@ -44,7 +54,7 @@ class Evaluation {
           start_.blnAboveNode || (context_.blnFragment && isDocument(start_.node));
       if (!blnHidden) colFound_.push_back(start_.node);
     } else if (!findByIndex()) {
-      walk_.find(start_, 0, blnFirstOnly_, colFound_);
+      findFrom(start_, 0);
     }
     return std::move(colFound_);
   }
@@ -70,9 +80,33 @@ class Evaluation {
     }
     if (areNested(colElements)) return false;  // what is below them may interleave
     for (xmlNode* element : colElements) {
-      walk_.find({.node = element}, lngIndexedStep_ + 1, blnFirstOnly_, colFound_);
+      findFrom({.node = element}, lngIndexedStep_ + 1);
       if (blnFirstOnly_ && !colFound_.empty()) break;
     }
+    return true;
+  }
+
+  void findFrom(const PathStart& start, std::size_t lngStep) {
+    if (!findByChildNames(start, lngStep)) walk_.find(start, lngStep, blnFirstOnly_, colFound_);
+  }
+
+  /// Whether going from each node to its first child of the next name gave the answer. Where that
+  /// ends before the last step it is one only if no name on the way had a second child to try.
+  bool findByChildNames(const PathStart& start, std::size_t lngStep) {
+    if (!blnFirstOnly_ || start.blnAboveNode || context_.childNames == nullptr) return false;
+    const auto first = path_.steps.begin() + static_cast<std::ptrdiff_t>(lngStep);
+    if (!std::all_of(first, path_.steps.end(), isPlainChild)) return false;
+
+    xmlNode* node = start.node;
+    bool blnOnlyWay = true;
+    for (auto step = first; step != path_.steps.end(); ++step) {
+      const auto match = context_.childNames->find(node, step->name);
+      if (!match) return false;
+      if (match->first == nullptr) return blnOnlyWay;
+      blnOnlyWay = blnOnlyWay && match->blnOnly;
+      node = match->first;
+    }
+    colFound_.push_back(node);
     return true;
   }
 

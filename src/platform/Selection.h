@@ -11,9 +11,9 @@
 #include <vector>
 
 // XPath 1.0 selection over a libxml2 tree; internal to the platform layer. The common location
-// paths are walked directly, with an index for `name[@id='...']`; every other expression, and any
-// doubt about its syntax, goes to libxml2, which is slower by orders of magnitude on large trees.
-// Both give the same nodes in the same order.
+// paths are walked directly, with an index for `name[@id='...']` and another for the first child of
+// a name; every other expression, and any doubt about its syntax, goes to libxml2, which is slower
+// by orders of magnitude on large trees. Both give the same nodes in the same order.
 
 namespace Varnel_Tolv_XML_Creation {
 
@@ -55,10 +55,13 @@ class IdIndex {
   std::vector<std::unique_ptr<const std::string>> joinedValues_;  // but for values in pieces
 };
 
+class ChildNameIndex;
+
 struct SelectionContext {
   xmlNode* node = nullptr;  // where a relative path starts: any node, the document included
   const SelectionNamespaces* namespaces = nullptr;
   const IdIndex* index = nullptr;  // of the tree that holds `node`; null when there is none now
+  const ChildNameIndex* childNames = nullptr;  // of the document that owns `node`; may be null
   bool blnFragment = false;  // the tree is a lone fragment: its document node is never selected
 };
 

@@ -5,6 +5,8 @@
 #include <memory>
 #include <utility>
 
+#include "platform/DocumentState.h"
+#include "platform/DomTesting.h"
 #include "platform/XmlTree.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -33,6 +35,57 @@ TEST(LazyIdIndex, IsThereAtOnceAfterALoad) {
   const IdIndex* expected = built.get();
   index.set(std::move(built));
   EXPECT_EQ(index.get(document.get(), false), expected);
+}
+
+TEST(LazyIdIndex, LivesUntilAnElementWithAnIdComesOrGoes) {
+  const struct {
+    const char* says;
+    bool blnLives;
+    void (*change)(const Document& objDocument, const Node& objRoot);
+  } cases[] = {
+      {"an element comes", true,
+       [](const Document& objDocument, const Node& objRoot) {
+         objRoot.appendChild(objDocument.createElement("c"));
+       }},
+      {"an element comes from another document", true,
+       [](const Document&, const Node& objRoot) {
+         objRoot.appendChild(loaded("<c><d n='1'/></c>").documentElement());
+       }},
+      {"an element goes", true,
+       [](const Document&, const Node& objRoot) {
+         objRoot.removeChild(objRoot.selectSingleNode("b"));
+       }},
+      {"the content of an element with an id goes", true,
+       [](const Document&, const Node& objRoot) {
+         objRoot.selectSingleNode("a/b").setText("x");
+         objRoot.selectSingleNode("a").setText("x");
+       }},
+      {"an element comes that holds one with an id", false,
+       [](const Document&, const Node& objRoot) {
+         objRoot.appendChild(loaded("<c><d id='4'/></c>").documentElement());
+       }},
+      {"an element moves that holds one with an id", false,
+       [](const Document&, const Node& objRoot) {
+         objRoot.appendChild(objRoot.selectSingleNode("e"));
+       }},
+      {"an element goes that holds one with an id", false,
+       [](const Document&, const Node& objRoot) {
+         objRoot.removeChild(objRoot.selectSingleNode("e"));
+       }},
+      {"an element with an id goes with the rest of the content", false,
+       [](const Document&, const Node& objRoot) { objRoot.selectSingleNode("e").setText(""); }},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    const Document objDocument = loaded("<r><a id='1'><b/></a><e><f id='2'/></e><b/></r>");
+    const DocumentState& state = *DocumentState::stateOf(objDocument);
+    const IdIndex* const before = state.idIndex.get(state.document.get(), false);
+    ASSERT_NE(before, nullptr);
+    c.change(objDocument, objDocument.documentElement());
+    EXPECT_EQ(state.idIndex.get(state.document.get(), false), c.blnLives ? before : nullptr);
+    EXPECT_EQ(objDocument.selectNodes("//*[@id='2']")->length(),
+              objDocument.selectNodes("//*[@id='2' or @id='2']")->length());
+  }
 }
 
 }  // namespace

@@ -1,0 +1,101 @@
+#pragma once
+
+#include <libxml/xmlregexp.h>
+
+#include <cstdint>
+#include <deque>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+#include "platform/ContentRun.h"
+#include "platform/SchemaClosure.h"
+
+namespace Varnel_Tolv_XML_Creation {
+
+/// A name in the two parts that the library takes it in.
+struct ElementName {
+  const xmlChar* local = nullptr;
+  const xmlChar* uri = nullptr;  // null for none
+};
+
+/// The names that content models hold, split; they live as long as this.
+class ElementNamePool {
+ public:
+  ElementName split(const xmlChar* value);
+  const xmlChar* keep(const std::string& strValue);
+
+ private:
+  std::unordered_set<std::string> texts_;
+  std::unordered_map<const xmlChar*, ElementName> split_;
+};
+
+/// The ways through one content model. The library tells what may come next but not what would come
+/// after that, so the model is explored by trying: each place is known by what was accepted last
+/// and what may follow. It also keeps to itself what may follow a number of occurrences; where
+/// there are such, the names of the schema are tried. The work is bounded and some ways may stay
+/// unknown or be wrong, so a way is to be tried out before it is relied on.
+class ContentPaths {
+ public:
+  using Way = std::vector<ElementName>;
+
+  /// Where a run stands in the model.
+  struct Stand {
+    std::string strLastKey;  // of the child accepted last
+    int lngRepeats = 0;      // how many of these stand in a row
+    void accept(const std::string& strKey);
+  };
+
+  /// `candidates` are the names to be tried; null where nothing is counted.
+  ContentPaths(xmlRegexp* model, ElementNamePool& names, const ElementNames* candidates);
+
+  /// The elements between the start of the content and a child with this key, or null.
+  const Way* fromStart(const std::string& strKey);
+
+  /// The same from where a run stands, given the key of what it accepted last; short ways only.
+  const Way* from(const Stand& stand, const NextElements& next, const std::string& strKey);
+
+  /// What a run that stands there and tells `next` allows, as far as is known.
+  NextElements complete(const Stand& stand, NextElements next) const;
+
+ private:
+  struct Place {
+    int parent = -1;
+    const xmlChar* value = nullptr;  // what leads here
+    int lngRepeats = 0;
+    std::vector<const xmlChar*> next;
+    std::size_t lngListed = 0;  // of `next` by the library; what follows was found by trying
+    std::vector<int> targets;   // the places that these lead to, where known
+  };
+
+  void explore();
+  void exploreFrom(int from);
+  void tryCandidates(int from);
+  bool mayCount(int place) const;
+  bool isNew(const xmlChar* value) const;
+  int step(ContentRun& run, int place, std::size_t edge);
+  int placeOf(int parent, const xmlChar* value, NextElements next);
+  std::uint64_t stateOf(std::string_view strLastKey, int lngRepeats,
+                        const NextElements& next) const;
+  Place& at(int place) { return places_[static_cast<std::size_t>(place)]; }
+  const Place& at(int place) const { return places_[static_cast<std::size_t>(place)]; }
+  const Way* known(int from, const std::string& strKey, std::size_t lngMaxEdges);
+  bool goTo(ContentRun& run, int place);
+  Way findWay(int from, const std::string& strKey, std::size_t lngMaxEdges) const;
+
+  xmlRegexp* model_;
+  ElementNamePool& names_;
+  const ElementNames* candidates_;
+  std::vector<Place> places_;
+  std::unordered_map<std::uint64_t, int> byState_;
+  std::unordered_map<std::string, int> firstByKey_;
+  std::map<std::pair<int, std::string>, std::pair<bool, Way>> known_;
+  std::int64_t lngWork_ = 0;
+};
+
+}  // namespace Varnel_Tolv_XML_Creation

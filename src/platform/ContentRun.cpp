@@ -1,0 +1,60 @@
+#include "platform/ContentRun.h"
+
+#include <new>
+
+#include "platform/XmlTree.h"
+
+namespace Varnel_Tolv_XML_Creation {
+
+namespace {
+
+void onMatch(xmlRegExecCtxt* /*run*/, const xmlChar* /*token*/, void* declaration, void* slot) {
+  *static_cast<void**>(slot) = declaration;
+}
+
+}  // namespace
+
+bool isWildcard(const xmlChar* value) noexcept {
+  const std::string_view strValue = view(value);
+  return strValue.starts_with('*') || strValue.starts_with("not ");
+}
+
+ContentRun::ContentRun(xmlRegexp* model) : model_(model) { begin(); }
+
+void ContentRun::begin() {
+  run_.reset(xmlRegNewExecCtxt(model_, onMatch, nullptr));
+  if (!run_) throw std::bad_alloc();
+}
+
+xmlSchemaElement* ContentRun::push(const xmlChar* local, const xmlChar* uri) {
+  // A run that tries alternatives may write the match of an earlier child once more, so the place
+  // for it is one that lasts; what is written last is the child's.
+  matched_ = nullptr;
+  if (xmlRegExecPushString2(run_.get(), local, uri, &matched_) < 0) return nullptr;
+  word_.push_back({local, uri});
+  return static_cast<xmlSchemaElement*>(matched_);
+}
+
+bool ContentRun::restore() {
+  begin();
+  for (const Name& name : word_) {
+    if (xmlRegExecPushString2(run_.get(), name.local, name.uri, &matched_) < 0) return false;
+  }
+  return true;
+}
+
+NextElements ContentRun::next() const {
+  xmlChar* values[kMaxListed];
+  int lngListed = kMaxListed;
+  int lngExcluded = 0;
+  int blnTerminal = 0;
+  NextElements result;
+  if (xmlRegExecNextValues(run_.get(), &lngListed, &lngExcluded, values, &blnTerminal) < 0) {
+    return result;
+  }
+  result.values.assign(values, values + lngListed);
+  result.blnComplete = lngListed + lngExcluded < kMaxListed;
+  return result;
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

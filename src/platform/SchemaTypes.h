@@ -1,0 +1,24 @@
+#pragma once
+
+#include <libxml/schemasInternals.h>
+
+namespace Varnel_Tolv_XML_Creation {
+
+// What the validator of this layer asks the library's compiled types. They are public structures
+// without functions; nothing else reads their members.
+
+/// Whether an element of this type may hold no element: it has a value, or nothing at all.
+bool hasNoChildren(const xmlSchemaType* type) noexcept;
+bool hasValue(const xmlSchemaType* type) noexcept;
+
+/// Whether the content is elements alone, so that white space between them means nothing.
+bool hasElementsOnly(const xmlSchemaType* type) noexcept;
+
+/// The model of the children, or null where there is none to be asked.
+xmlRegexp* contentModel(const xmlSchemaType* type) noexcept;
+
+/// Whether white space around a value is not part of it. The library takes it for a part of dates,
+/// times and whole numbers.
+bool trimsValue(const xmlSchemaType* type) noexcept;
+
+}  // namespace Varnel_Tolv_XML_Creation

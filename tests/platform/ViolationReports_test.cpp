@@ -1,0 +1,337 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "SchemaTesting.h"
+
+// What the reader says of each way in which a document can break its schema, and when it says it.
+
+namespace Varnel_Tolv_XML_Creation {
+namespace {
+
+using testing::ElementsAre;
+using Lines = std::vector<std::string>;
+
+constexpr const char* kInvalid = "Element content is invalid according to the DTD/Schema.";
+constexpr const char* kIncomplete = "Element content is incomplete according to the DTD/Schema.";
+constexpr const char* kText = "Text is not allowed in this context according to DTD/Schema.";
+
+std::string expecting(const char* sentence, const char* names) {
+  return std::string(sentence) + " + Expecting: " + names + ".";
+}
+
+std::string undeclared(const std::string& strName) {
+  return "The element '" + strName + "' is used but not declared in the DTD/Schema.";
+}
+
+std::string badValue(const std::string& strName) {
+  return "The element: '" + strName + "'  has an invalid value according to its data type.";
+}
+
+std::string badAttribute(const std::string& strName) {
+  return "The attribute: '" + strName + "'  has an invalid value according to its data type.";
+}
+
+std::string unknownAttribute(const std::string& strName) {
+  return "The attribute '" + strName + "' on this element is not defined in the DTD/Schema.";
+}
+
+std::string other(const std::string& strName) {
+  return "The element '" + strName + "' does not conform to the DTD/Schema.";
+}
+
+struct Case {
+  const char* says;
+  const char* document;
+  Lines violations;
+};
+
+void expectViolations(const char* declarations, const std::vector<Case>& cases) {
+  const SchemaDirectory directory;
+  const SchemaCollection colSchemas = schemasOf(directory, schemaText(declarations));
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.says);
+    EXPECT_EQ(violations(colSchemas, c.document), c.violations);
+  }
+}
+
+/// a, b and c are numbers and only a may be left out; "other" is declared, but not here.
+constexpr const char* kSequence =
+    "<xs:element name='r'><xs:complexType><xs:sequence>"
+    "<xs:element name='a' type='xs:int' minOccurs='0'/><xs:element name='b' type='xs:int'/>"
+    "<xs:element name='c' type='xs:int'/></xs:sequence></xs:complexType></xs:element>"
+    "<xs:element name='other' type='xs:int'/>";
+
+TEST(ViolationReports, TellWhatIsWrongWithTheChildrenOfASequence) {
+  expectViolations(
+      kSequence,
+      {{"all in order", "<r><a>1</a><b>1</b><c>1</c></r>", {}},
+       {"the optional child may be missing", "<r><b>1</b><c>1</c></r>", {}},
+       {"the last child is missing", "<r><b>1</b></r>", {"/r: " + expecting(kIncomplete, "c")}},
+       {"all are missing", "<r/>", {"/r: " + expecting(kIncomplete, "a, b")}},
+       {"one is missing in the middle, and what follows is checked",
+        "<r><a>1</a><c>x</c></r>",
+        {"/r: " + expecting(kInvalid, "b"), "/r/c: " + badValue("c")}},
+       {"a child that is declared for another place, with its value",
+        "<r><b>1</b><other>x</other><c>y</c></r>",
+        {"/r: " + expecting(kInvalid, "c"), "/r/other: " + badValue("other"),
+         "/r/c: " + badValue("c")}},
+       {"a child that is declared nowhere leaves the others in order",
+        "<r><b>1</b><new><deep/></new><c>y</c></r>",
+        {"/r: " + undeclared("new"), "/r/c: " + badValue("c")}},
+       {"each undeclared child, and then what is missing",
+        "<r><b>1</b><new/><new/></r>",
+        {"/r: " + undeclared("new"), "/r: " + undeclared("new"),
+         "/r: " + expecting(kIncomplete, "c")}},
+       {"too many of one",
+        "<r><b>1</b><b>x</b><c>y</c></r>",
+        {"/r: " + expecting(kInvalid, "c"), "/r/b: " + badValue("b"), "/r/c: " + badValue("c")}},
+       {"a wrong order is one report",
+        "<r><c>x</c><b>y</b><a>z</a></r>",
+        {"/r: " + expecting(kInvalid, "a, b"), "/r/c: " + badValue("c"), "/r/b: " + badValue("b"),
+         "/r/a: " + badValue("a")}},
+       {"another namespace is another element",
+        "<r><b>1</b><c xmlns='urn:x'/><c>1</c></r>",
+        {"/r: " + undeclared("c")}},
+       {"the name is as it is written",
+        "<r><b>1</b><p:x xmlns:p='urn:x'/><c>1</c></r>",
+        {"/r: " + undeclared("p:x")}},
+       {"an undeclared root is all that can be said",
+        "<nix a='1'><b/></nix>",
+        {": " + undeclared("nix")}},
+       {"text between the elements, once for a run",
+        "<r>x<!-- y -->z&amp;&#65;<b>1</b><c>1</c>more</r>",
+        {"/r: " + std::string(kText), "/r: " + std::string(kText)}}});
+}
+
+TEST(ViolationReports, TellWhatIsWrongWithTheChildrenOfOtherModels) {
+  expectViolations(
+      "<xs:element name='r'><xs:complexType><xs:choice><xs:element name='a' type='xs:int'/>"
+      "<xs:element name='b' type='xs:int'/></xs:choice></xs:complexType></xs:element>"
+      "<xs:element name='all'><xs:complexType><xs:all><xs:element name='a' type='xs:int'/>"
+      "<xs:element name='b' type='xs:int'/></xs:all></xs:complexType></xs:element>"
+      "<xs:element name='few'><xs:complexType><xs:sequence>"
+      "<xs:element name='a' type='xs:int' maxOccurs='3'/><xs:element name='b' type='xs:int'/>"
+      "</xs:sequence></xs:complexType></xs:element>"
+      "<xs:element name='gap'><xs:complexType><xs:sequence>"
+      "<xs:element name='a' type='xs:int' maxOccurs='3'/><xs:element name='b' type='xs:int'/>"
+      "<xs:element name='c' type='xs:int'/></xs:sequence></xs:complexType></xs:element>"
+      "<xs:element name='two'><xs:complexType><xs:sequence>"
+      "<xs:element name='a' type='xs:int' minOccurs='2' maxOccurs='5'/>"
+      "<xs:element name='b' type='xs:int'/><xs:element name='c' type='xs:int'/></xs:sequence>"
+      "</xs:complexType></xs:element>"
+      "<xs:element name='mixed'><xs:complexType mixed='true'><xs:sequence>"
+      "<xs:element name='a' type='xs:int'/></xs:sequence></xs:complexType></xs:element>"
+      "<xs:element name='empty'><xs:complexType/></xs:element>"
+      "<xs:element name='simple' type='xs:int'/>"
+      "<xs:element name='wild'><xs:complexType><xs:sequence>"
+      "<xs:any processContents='strict' namespace='##any'/></xs:sequence></xs:complexType>"
+      "</xs:element>",
+      {{"an empty choice", "<r/>", {"/r: " + expecting(kIncomplete, "a, b")}},
+       {"the second branch as well",
+        "<r><a>1</a><b>x</b></r>",
+        {"/r: " + std::string(kInvalid), "/r/b: " + badValue("b")}},
+       {"a repeat in all",
+        "<all><a>1</a><a>x</a><b>y</b></all>",
+        {"/all: " + expecting(kInvalid, "b"), "/all/a: " + badValue("a"),
+         "/all/b: " + badValue("b")}},
+       {"one too many of a number",
+        "<few><a>1</a><a>1</a><a>1</a><a>x</a><b>y</b></few>",
+        {"/few: " + expecting(kInvalid, "b"), "/few/a: " + badValue("a"),
+         "/few/b: " + badValue("b")}},
+       {"what comes after a number is missing",
+        "<few><a>1</a></few>",
+        {"/few: " + expecting(kIncomplete, "a, b")}},
+       {"it is missing in the middle",
+        "<gap><a>1</a><c>x</c></gap>",
+        {"/gap: " + expecting(kInvalid, "a, b"), "/gap/c: " + badValue("c")}},
+       {"it is missing after as many as there must be",
+        "<two><a>1</a><a>1</a><c>x</c></two>",
+        {"/two: " + expecting(kInvalid, "a, b"), "/two/c: " + badValue("c")}},
+       {"text may stand in mixed content",
+        "<mixed>x<a>y</a>z</mixed>",
+        {"/mixed/a: " + badValue("a")}},
+       {"text in an empty type", "<empty>x</empty>", {"/empty: " + std::string(kText)}},
+       {"a declared child in an empty type",
+        "<empty><simple>x</simple></empty>",
+        {"/empty: " + std::string(kInvalid), "/empty/simple: " + badValue("simple")}},
+       {"an undeclared child in an empty type",
+        "<empty><nix/></empty>",
+        {"/empty: " + undeclared("nix")}},
+       {"an undeclared child in a value spoils the value",
+        "<simple>1<nix/>x</simple>",
+        {"/simple: " + undeclared("nix")}},
+       {"a strict wildcard wants a declaration",
+        "<wild><nix/></wild>",
+        {"/wild: " + undeclared("nix")}},
+       {"and checks what has one",
+        "<wild><simple>x</simple></wild>",
+        {"/wild/simple: " + badValue("simple")}}});
+}
+
+TEST(ViolationReports, TellOnceOfEachValueWithItsFacets) {
+  expectViolations(
+      "<xs:simpleType name='s'><xs:restriction base='xs:string'><xs:minLength value='2'/>"
+      "<xs:maxLength value='4'/><xs:pattern value='[a-z]*'/></xs:restriction></xs:simpleType>"
+      "<xs:element name='s' type='s'/>"
+      "<xs:element name='n'><xs:simpleType><xs:restriction base='xs:int'>"
+      "<xs:minInclusive value='3'/><xs:maxInclusive value='9'/></xs:restriction></xs:simpleType>"
+      "</xs:element>"
+      "<xs:element name='x'><xs:simpleType><xs:restriction base='xs:decimal'>"
+      "<xs:minExclusive value='0'/><xs:maxExclusive value='100'/><xs:totalDigits value='3'/>"
+      "<xs:fractionDigits value='1'/></xs:restriction></xs:simpleType></xs:element>"
+      "<xs:element name='l'><xs:simpleType><xs:restriction base='xs:string'>"
+      "<xs:length value='3'/></xs:restriction></xs:simpleType></xs:element>"
+      "<xs:element name='e'><xs:simpleType><xs:restriction base='xs:string'>"
+      "<xs:enumeration value='yes'/><xs:enumeration value='no'/></xs:restriction></xs:simpleType>"
+      "</xs:element><xs:element name='d' type='xs:date'/><xs:element name='t' type='xs:string'/>"
+      "<xs:element name='fixed' type='xs:string' fixed='so'/>"
+      "<xs:element name='list'><xs:simpleType><xs:list itemType='xs:int'/></xs:simpleType>"
+      "</xs:element><xs:element name='union'><xs:simpleType>"
+      "<xs:union memberTypes='xs:int xs:date'/></xs:simpleType></xs:element>",
+      {{"within the limits", "<s>abc</s>", {}},
+       {"too long", "<s>abcde</s>", {"/s: MaxLength constraint failed. + " + badValue("s")}},
+       {"too short", "<s>a</s>", {"/s: MinLength constraint failed. + " + badValue("s")}},
+       {"empty", "<s/>", {"/s: MinLength constraint failed. + " + badValue("s")}},
+       {"two facets are one report",
+        "<s>ABCDE</s>",
+        {"/s: MaxLength constraint failed. + Pattern constraint failed. + " + badValue("s")}},
+       {"lengths are characters", "<l>\xc3\xa4\xf0\x9f\x98\x80x</l>", {}},
+       {"a fixed length", "<l>ab</l>", {"/l: Length constraint failed. + " + badValue("l")}},
+       {"too small", "<n>2</n>", {"/n: MinInclusive constraint failed. + " + badValue("n")}},
+       {"too large", "<n>10</n>", {"/n: MaxInclusive constraint failed. + " + badValue("n")}},
+       {"no number", "<n>ten</n>", {"/n: " + badValue("n")}},
+       {"on the lower bound",
+        "<x>0</x>",
+        {"/x: MinExclusive constraint failed. + " + badValue("x")}},
+       {"on the upper bound",
+        "<x>100</x>",
+        {"/x: MaxExclusive constraint failed. + " + badValue("x")}},
+       {"too many digits",
+        "<x>12.34</x>",
+        {"/x: TotalDigits constraint failed. + FractionDigits constraint failed. + " +
+         badValue("x")}},
+       {"not in the list of values",
+        "<e>maybe</e>",
+        {"/e: Enumeration constraint failed. + " + badValue("e")}},
+       {"no date", "<d>soon</d>", {"/d: " + badValue("d")}},
+       {"no date at all", "<d/>", {"/d: " + badValue("d")}},
+       {"white space around a date is none of it", "<d>\n 2020-01-01\t</d>", {}},
+       {"white space alone is no date", "<d> </d>", {"/d: " + badValue("d")}},
+       {"white space in a text is part of it", "<l> a </l>", {}},
+       {"a value in pieces is one value",
+        "<n><![CDATA[1]]><!-- -->&#x30;</n>",
+        {"/n: MaxInclusive constraint failed. + " + badValue("n")}},
+       {"another value than the fixed one", "<fixed>no</fixed>", {"/fixed: " + badValue("fixed")}},
+       {"an item of a list", "<list>1 x 3</list>", {"/list: " + badValue("list")}},
+       {"no member of a union", "<union>x</union>", {"/union: " + badValue("union")}}});
+}
+
+TEST(ViolationReports, TellOfEachAttributeInDocumentOrderThenWhatIsMissing) {
+  expectViolations(
+      "<xs:element name='r'><xs:complexType><xs:sequence><xs:element name='a' minOccurs='0'>"
+      "<xs:complexType><xs:attribute name='day' type='xs:date' use='required'/>"
+      "<xs:attribute name='fix' fixed='1'/><xs:attribute name='id' use='required'/>"
+      "<xs:attribute name='short'><xs:simpleType><xs:restriction base='xs:string'>"
+      "<xs:maxLength value='2'/></xs:restriction></xs:simpleType></xs:attribute>"
+      "</xs:complexType></xs:element><xs:element name='b' type='xs:int' minOccurs='0'/>"
+      "</xs:sequence></xs:complexType></xs:element>",
+      {{"all in order", "<r><a day='2020-01-01' id='' fix='1' short='ab'/></r>", {}},
+       {"one that is not declared",
+        "<r><a day='2020-01-01' id='' q='1'/></r>",
+        {"/r: " + unknownAttribute("q")}},
+       {"its name is as it is written",
+        "<r><a xmlns:p='urn:x' day='2020-01-01' id='' p:q='1'/></r>",
+        {"/r: " + unknownAttribute("p:q")}},
+       {"on a value", "<r><b q='1'>2</b></r>", {"/r: " + unknownAttribute("q")}},
+       {"a bad value", "<r><a id='' day='soon'/></r>", {"/r: " + badAttribute("day")}},
+       {"a value too long",
+        "<r><a id='' day='2020-01-01' short='abc'/></r>",
+        {"/r: MaxLength constraint failed. + " + badAttribute("short")}},
+       {"another value than the fixed one",
+        "<r><a id='' day='2020-01-01' fix='2'/></r>",
+        {"/r: " + badAttribute("fix")}},
+       {"missing ones, in the order of the schema",
+        "<r><a/></r>",
+        {"/r: Required attribute 'day' is missing.", "/r: Required attribute 'id' is missing."}},
+       {"each of many",
+        "<r><a z='1' day='x' fix='2' y='1'/></r>",
+        {"/r: " + unknownAttribute("z"), "/r: " + badAttribute("day"), "/r: " + badAttribute("fix"),
+         "/r: " + unknownAttribute("y"), "/r: Required attribute 'id' is missing."}},
+       {"after the error in the content",
+        "<r><b>1</b><a day='x' id=''/></r>",
+        {"/r: " + std::string(kInvalid), "/r: " + badAttribute("day")}}});
+}
+
+TEST(ViolationReports, AreNeutralWhereNoSentenceFits) {
+  expectViolations(
+      "<xs:complexType name='base'><xs:sequence><xs:element name='a' type='xs:int'/></xs:sequence>"
+      "</xs:complexType><xs:complexType name='far'/>"
+      "<xs:element name='r' type='base'/>"
+      "<xs:element name='nil' type='xs:int' nillable='true'/><xs:element name='never' "
+      "type='xs:int'/>"
+      "<xs:element name='abstract' type='xs:int' abstract='true'/>"
+      "<xs:element name='keys'><xs:complexType><xs:sequence>"
+      "<xs:element name='k' type='xs:int' maxOccurs='9'/></xs:sequence></xs:complexType>"
+      "<xs:unique name='u'><xs:selector xpath='k'/><xs:field xpath='.'/></xs:unique></xs:element>",
+      {{"a type that is unknown",
+        "<r xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance' xsi:type='nix'><a>1</a></r>",
+        {": " + other("r")}},
+       {"a type that is not derived",
+        "<r xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance' xsi:type='far'><a>1</a></r>",
+        {": " + other("r")}},
+       {"an element that is only a name for others",
+        "<abstract>1</abstract>",
+        {": " + other("abstract")}},
+       {"nothing where nothing may be",
+        "<nil xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance' xsi:nil='true'/>",
+        {}},
+       {"a text in nothing",
+        "<nil xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance' xsi:nil='true'>1</nil>",
+        {"/nil: " + std::string(kText)}},
+       {"nothing where a value must be",
+        "<never xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance' xsi:nil='true'/>",
+        {": " + other("never")}},
+       {"a key twice", "<keys><k>1</k><k>2</k><k>1</k></keys>", {"/keys/k: " + other("k")}}});
+}
+
+TEST(ViolationReports, ComeBeforeTheEventThatCarriesThem) {
+  const SchemaDirectory directory;
+  const SchemaCollection colSchemas =
+      schemasOf(directory,
+                schemaText("<xs:element name='r'><xs:complexType><xs:sequence>"
+                           "<xs:element name='a' type='t:day'/><xs:element name='b' type='t:day'/>"
+                           "<xs:element name='c' type='t:day'/></xs:sequence></xs:complexType>"
+                           "</xs:element><xs:simpleType name='day'><xs:restriction base='xs:date'/>"
+                           "</xs:simpleType>",
+                           "urn:m"),
+                "urn:m");
+  EXPECT_THAT(
+      readAll(colSchemas,
+              "<m:r xmlns:m='urn:m'>x<m:a q='1'>y</m:a><m:z/>"
+              "<m:b>2020-01-01</m:b></m:r>"),
+      ElementsAre("<m:r", "/m:r: " + std::string(kText), "/m:r: " + unknownAttribute("q"), "<m:a",
+                  "/m:r/m:a: " + badValue("m:a"), ">m:a", "/m:r: " + undeclared("m:z"), "<m:z",
+                  ">m:z", "<m:b", ">m:b", "/m:r: " + expecting(kIncomplete, "{urn:m}c"), ">m:r"));
+}
+
+TEST(ViolationReports, GoOnInOtherRowsAndDeepInside) {
+  expectViolations(
+      "<xs:element name='table'><xs:complexType><xs:sequence>"
+      "<xs:element name='head' type='xs:int'/><xs:element name='row' maxOccurs='unbounded'>"
+      "<xs:complexType><xs:sequence><xs:element name='a' type='xs:int'/>"
+      "<xs:element name='part'><xs:complexType><xs:sequence><xs:element name='b' type='xs:int'/>"
+      "<xs:element name='c' type='xs:int'/></xs:sequence></xs:complexType></xs:element>"
+      "<xs:element name='d' type='xs:int'/></xs:sequence></xs:complexType></xs:element>"
+      "</xs:sequence></xs:complexType></xs:element>",
+      {{"everything is missing somewhere",
+        "<table><row><part><c>x</c></part><d>y</d></row><row><d>z</d></row>"
+        "<row><a>1</a><part><c>1</c><b>w</b></part></row></table>",
+        {"/table: " + expecting(kInvalid, "head"), "/table/row: " + expecting(kInvalid, "a"),
+         "/table/row/part: " + expecting(kInvalid, "b"), "/table/row/part/c: " + badValue("c"),
+         "/table/row/d: " + badValue("d"), "/table/row: " + expecting(kInvalid, "a"),
+         "/table/row/d: " + badValue("d"), "/table/row/part: " + expecting(kInvalid, "b"),
+         "/table/row/part/b: " + badValue("b"), "/table/row: " + expecting(kIncomplete, "d")}}});
+}
+
+}  // namespace
+}  // namespace Varnel_Tolv_XML_Creation

@@ -13,6 +13,7 @@
 #include "park/BuildParkXML.h"
 #include "park/addHiddenFieldsToParkXML.h"
 #include "park/addHiddenFlds.h"
+#include "validation/ValidateXMLAgainstSchema.h"
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {
@@ -23,6 +24,28 @@ std::string_view traceWord(bool blnValue) { return blnValue ? "True" : "False"; 
 
 void traceDocument(const Session& session, std::string_view strLabel, const Document& objXml) {
   if (objXml && tracing(session)) trace(session, "", {strLabel, objXml.xml()});
+}
+
+/// Asks for the schema's verdict and hands on the collections that it produced, if any.
+Acknowledge validate(const Session& session, const Document& objMsgXML,
+                     std::string_view strQuestionsXmlPath, std::string_view strReferenceXmlPath,
+                     const Document& objParkingXML,
+                     ValidationUserErrors& colOutValidationUserErrors,
+                     ValidationIntErrors& colOutInternalErrors, std::string_view strSchemaUrl,
+                     std::string_view strSchemaUri) {
+  trace(session, kProcedure, {"Validating against schema"});
+  ValidationUserErrors colUserErrors;
+  ValidationIntErrors colIntErrors;
+  Acknowledge objAck =
+      ValidateXMLAgainstSchema(session, objMsgXML, strQuestionsXmlPath, strReferenceXmlPath,
+                               objParkingXML, colUserErrors, colIntErrors, strSchemaUrl,
+                               strSchemaUri);
+  if (!objAck.Success() && tracing(session)) {
+    trace(session, kProcedure, {"XML failed validation:\r\n", objMsgXML.xml()});
+  }
+  if (colUserErrors) colOutValidationUserErrors = std::move(colUserErrors);
+  if (colIntErrors) colOutInternalErrors = std::move(colIntErrors);
+  return objAck;
 }
 
 Node asElement(const Node& objNode) {
@@ -112,9 +135,20 @@ Acknowledge BuildXML::buildXML(std::string_view strTemplateXML, std::string_view
                           asElement(objProtocolInfo));
     if (!objAck.Success()) return objAck;
 
+    Acknowledge objAckValidation;
+    if (blnValidateAgainstSchema) {
+      objAckValidation =
+          validate(session, objMsgXML, strQuestionsXmlPath, strReferenceXmlPath, objParkingXML,
+                   colOutValidationUserErrors, colOutInternalErrors, strSchemaUrl, strSchemaUri);
+    }
+
     objAck = removeIdentifiers(session, objMsgXML, kIdentifiers, kIdentifierDelimiter);
     if (!objAck.Success()) {
       trace(session, kProcedure, {"removeIdentifiers failed: ", objAck.ErrorDetail()});
+    }
+    // deliberate: of all that validation may have to say only the schema's verdict is passed on.
+    if (objAckValidation.ErrorCode() == SVC_RET_XML_CREATION_SCHEMA_VALIDATION_FAILED) {
+      objAck = objAckValidation;
     }
     objSendXML = objMsgXML;
     return objAck;

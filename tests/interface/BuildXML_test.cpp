@@ -12,10 +12,8 @@
 namespace Varnel_Tolv_XML_Creation::test {
 namespace {
 
+using ::testing::Contains;
 using ::testing::ElementsAreArray;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
-using ::testing::IsSupersetOf;
 using ::testing::Not;
 
 using Lines = std::vector<std::string>;
@@ -95,7 +93,7 @@ TEST(BuildXML, LeavesTheOtherArgumentsOfADraftAsTheCallerPassedThem) {
   ASSERT_TRUE(run.colUserErrors && run.colInternalErrors);
   EXPECT_EQ(run.colUserErrors->at(0).questionId, "u");
   EXPECT_EQ(run.colInternalErrors->at(0).message, "i");
-  EXPECT_THAT(host.traceLines(), Not(IsSupersetOf({"buildXML: Validating against schema"})));
+  EXPECT_THAT(host.traceLines(), Not(Contains("buildXML: Validating against schema")));
 }
 
 TEST(BuildXML, BuildsTheMessageOfASubmissionWithoutItsIdentifiers) {
@@ -172,6 +170,7 @@ TEST(BuildXML, BuildsTheMessageWhenItCannotBeValidated) {
   Submission run(deployment);
   run.blnValidateAgainstSchema = true;
   EXPECT_TRUE(Succeeded(run.run(host.services())));
+  EXPECT_THAT(host.traceLines(), Contains("buildXML: Validating against schema"));
   EXPECT_EQ(run.objParkXML.xml(), kParkedSubmission);
   EXPECT_EQ(run.objSendXML.xml(), kMessage);
   EXPECT_FALSE(run.colUserErrors.has_value());

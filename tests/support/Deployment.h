@@ -10,7 +10,8 @@ namespace Varnel_Tolv_XML_Creation::test {
 
 /// The configuration files of a small form, each of which a test may replace before a run. The form
 /// has the field `q` and the hidden field `h`; the message is a root `m:r` that holds the time of
-/// the build and receives both fields.
+/// the build and receives both fields. Its schema lets either have three characters and stands
+/// beside the directory of the calling page.
 class Deployment {
  public:
   Deployment() {
@@ -24,8 +25,32 @@ class Deployment {
          "<hiddenfields><hiddenfield id='h' output='h' toschema='true'/>"
          "</hiddenfields>");
     file("namespaces.xml", "<namespaces><namespace id='m' name='urn:m' ref='urn:m'/></namespaces>");
-    file("questions.xml", "<questions/>");
+    file("questions.xml", "<questions><question id='q' maxLength='3'/></questions>");
     file("reference.xml", "<reference/>");
+    file("schema.xsd", R"(
+<xs:schema xmlns:xs="http://www.w3.org/2001/XMLSchema" targetNamespace="urn:m" xmlns:m="urn:m">
+  <xs:simpleType name="short">
+    <xs:restriction base="xs:string"><xs:maxLength value="3"/></xs:restriction>
+  </xs:simpleType>
+  <xs:element name="a" type="m:short"/>
+  <xs:element name="h" type="m:short"/>
+  <xs:element name="r">
+    <xs:complexType>
+      <xs:sequence>
+        <xs:element name="head">
+          <xs:complexType>
+            <xs:sequence>
+              <xs:element name="time" type="xs:time"/>
+              <xs:element name="day" type="xs:date" minOccurs="0"/>
+            </xs:sequence>
+          </xs:complexType>
+        </xs:element>
+        <xs:element ref="m:a"/>
+        <xs:element ref="m:h"/>
+      </xs:sequence>
+    </xs:complexType>
+  </xs:element>
+</xs:schema>)");
   }
 
   /// Replaces a file.
@@ -42,6 +67,9 @@ class Deployment {
   }
 
   std::string at(std::string_view strName) const { return directory_.at(strName); }
+
+  /// The directory of the calling page.
+  std::string pages() const { return at("pages"); }
 
  private:
   TemporaryDirectory directory_;

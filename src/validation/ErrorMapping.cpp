@@ -1,0 +1,262 @@
+#include "validation/ErrorMapping.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "config/Attributes.h"
+#include "config/Names.h"
+#include "config/Utility.h"
+#include "platform/Text.h"
+#include "validation/lookup/ErrorRecords.h"
+#include "validation/lookup/QuestionLookups.h"
+#include "validation/lookup/isXpathMandatory.h"
+
+namespace Varnel_Tolv_XML_Creation {
+namespace {
+
+constexpr std::string_view kProcedure = "ProccessSchemaValidationErrors";
+
+std::string optionalPart(std::string_view strLabel, const std::string& strValue) {
+  return strValue.empty() ? std::string() : std::string(strLabel) + strValue;
+}
+
+/// An error and where it was found, for the trace.
+std::string description(const SchemaValidationErr& error) {
+  return error.message + "; xpath: " + error.xpath +
+         (error.questionId.empty() ? "; no question ID" : "; question ID: " + error.questionId) +
+         optionalPart("; row index: ", error.rowIndex) +
+         optionalPart("; column ID: ", error.columnId);
+}
+
+/// The mapping of one error.
+class ErrorCase {
+ public:
+  ErrorCase(const ErrorMapping& mapping, const SchemaValidationErr& error)
+      : mapping_(mapping), error_(error) {}
+
+  Acknowledge map() const;
+  void addOwnText() const { addInternal(error_.message); }
+
+ private:
+  bool isCell() const { return !error_.columnId.empty(); }
+
+  void checkLength(std::string_view strLimitName, const std::string& strBeyondLimit) const;
+  void addInvalidValue() const;
+  void addGeneric() const;
+  Acknowledge addMissingContent() const;
+  Acknowledge addMissingCells(const Node& objQuestion) const;
+  Acknowledge addMissingByPath() const;
+  void checkQuestion(const std::string& strQuestionId, bool blnOnlyMatch) const;
+
+  void addUser(std::string_view strMessage) const;
+  void addUserForQuestion(std::string_view strMessage, const std::string& strQuestionId) const {
+    addValidationUserError(mapping_.colUserErrors, strMessage, strQuestionId,
+                           getFieldLabel(mapping_.objParkXml, strQuestionId), "", "", "");
+  }
+  void addInternal(std::string_view strMessage) const {
+    addValidationIntError(mapping_.colIntErrors, strMessage, error_.xpath, error_.questionId,
+                          error_.rowIndex, error_.columnId);
+  }
+  void traceLine(std::initializer_list<std::string_view> pieces) const {
+    trace(mapping_.session, kProcedure, pieces);
+  }
+
+  const ErrorMapping& mapping_;
+  const SchemaValidationErr& error_;
+};
+
+Acknowledge ErrorCase::map() const {
+  const bool blnHasQuestion = !error_.questionId.empty();
+  if (error_.kind == kTooLong && blnHasQuestion) {
+    checkLength("maxLength", "exceeds the maximum allowed");
+  } else if (error_.kind == kTooShort && blnHasQuestion) {
+    checkLength("minLength", "is less than the minimum allowed");
+  } else if (error_.kind == kInvalidValue && blnHasQuestion) {
+    addInvalidValue();
+  } else if (error_.kind == kContentIncomplete || error_.kind == kContentInvalid) {
+    return addMissingContent();
+  } else {
+    addGeneric();
+  }
+  return {};
+}
+
+void ErrorCase::checkLength(std::string_view strLimitName,
+                            const std::string& strBeyondLimit) const {
+  const Node objValue = isCell() ? getCellValue(mapping_.objParkXml, error_.questionId,
+                                                error_.rowIndex, error_.columnId)
+                                 : getPrtObjctValue(mapping_.objParkXml, error_.questionId);
+  const std::string strLength = std::to_string(characterCount(objValue.text()));
+
+  const Node objLimited =
+      isCell() ? getQuestionColumnNode(mapping_.objQuestionsXml, error_.questionId, error_.columnId)
+               : getQuestionNode(mapping_.objQuestionsXml, error_.questionId);
+  const std::string strLimit = attributeText(objLimited, strLimitName);
+
+  const std::string strEntered = "Number of characters entered";
+  if (strLimit.empty()) {
+    // First of the two records: a label that is missing ends the mapping at the second.
+    addInternal("Question " + error_.questionId + ": " + std::string(strLimitName) +
+                " attribute missing");
+    addUser(strEntered + " " + strBeyondLimit);
+    return;
+  }
+  addUser(strEntered + " (" + strLength + ") " + strBeyondLimit + " (" + strLimit + ")");
+}
+
+void ErrorCase::addInvalidValue() const {
+  traceLine({"Invalid value: ", error_.questionId, "/", error_.rowIndex, "/", error_.columnId});
+  addUser("Invalid value");
+}
+
+/// A record for the question, or for the cell of a table: a row without a column names none.
+void ErrorCase::addUser(std::string_view strMessage) const {
+  const std::string strQuestionText = getFieldLabel(mapping_.objParkXml, error_.questionId);
+  const std::string strColumnText =
+      isCell()
+          ? getColumnLabel(mapping_.objParkXml, error_.questionId, error_.rowIndex, error_.columnId)
+          : std::string();
+  addValidationUserError(mapping_.colUserErrors, strMessage, error_.questionId, strQuestionText,
+                         isCell() ? error_.rowIndex : std::string(), error_.columnId,
+                         strColumnText);
+}
+
+void ErrorCase::addGeneric() const {
+  if (tracing(mapping_.session)) traceLine({"Schema validation error: ", description(error_)});
+  addOwnText();
+}
+
+Acknowledge ErrorCase::addMissingContent() const {
+  if (error_.questionId.empty()) return addMissingByPath();
+
+  const Node objQuestion = getQuestionNode(mapping_.objQuestionsXml, error_.questionId);
+  if (attributeText(objQuestion, kType) == "dynaTable") return addMissingCells(objQuestion);
+  addUserForQuestion("Value missing", error_.questionId);
+  return {};
+}
+
+Acknowledge ErrorCase::addMissingCells(const Node& objQuestion) const {
+  const Node objXpath = objQuestion.selectSingleNode("xpath");
+  for (const Node& objColumn : required(objQuestion.selectNodes(kColumn))) {
+    const std::string strColumnId = attributeText(objColumn, kId);
+    const Node objPath = objColumn.selectSingleNode("path");
+    if (!objPath) {
+      traceLine({"No path found for ", error_.questionId, "/", strColumnId});
+      continue;
+    }
+    bool blnMandatory = false;
+    Acknowledge objAck = isXpathMandatory(mapping_.session, mapping_.objReferenceXml,
+                                          objXpath.text() + "/" + objPath.text(), error_.xpath,
+                                          error_.questionId, mapping_.objParkXml, blnMandatory);
+    if (!objAck.Success()) return objAck;
+    if (!blnMandatory) continue;
+
+    const Node objCell =
+        getCellValue(mapping_.objParkXml, error_.questionId, error_.rowIndex, strColumnId);
+    if (!objCell) {
+      traceLine({"Column not in protocol: ", strColumnId});
+      addInternal("Table column missing from protocol");
+    } else if (objCell.text().empty()) {
+      traceLine({"Column not filled in: ", strColumnId});
+      addValidationUserError(
+          mapping_.colUserErrors, "Column value missing", error_.questionId,
+          getFieldLabel(mapping_.objParkXml, error_.questionId), error_.rowIndex, strColumnId,
+          getColumnLabel(mapping_.objParkXml, error_.questionId, error_.rowIndex, strColumnId));
+    }
+  }
+  return {};
+}
+
+Acknowledge ErrorCase::addMissingByPath() const {
+  std::optional<NodeList> colQuestions =
+      mapping_.objQuestionsXml.selectNodes("/questions/question[xpath='" + error_.xpath + "']");
+  if (required(colQuestions).length() == 0) {
+    traceLine({"No question with that XPath"});
+    colQuestions = mapping_.objQuestionsXml.selectNodes("/questions/question[starts-with(xpath, '" +
+                                                        error_.xpath + "')]");
+    if (!colQuestions) {
+      return Failure(SVC_RET_XML_CREATION_UNABLE_TO_RETRIEVE_QUESTION_LIST,
+                     "The question list could not be retrieved - xpath=" + error_.xpath,
+                     mapping_.session.strDefaultUserMessage);
+    }
+  }
+  if (colQuestions->length() == 1) {
+    traceLine({"Matched one question"});
+    const std::string strQuestionId = attributeText(colQuestions->item(0), kId);
+    traceLine({"Question ID: ", strQuestionId});
+    checkQuestion(strQuestionId, true);
+    return {};
+  }
+  if (colQuestions->length() == 0) return {};
+
+  traceLine({"More than one question: "});
+  if (tracing(mapping_.session)) {
+    std::string strIds;
+    for (const Node& objQuestion : *colQuestions) strIds += attributeText(objQuestion, kId) + " ";
+    traceLine({strIds});
+  }
+  if (!mapping_.objMessageXmlDom) {
+    traceLine({"ProcessSchemaValidationErrors: objMessageXmlDom is Nothing"});
+  }
+  for (const Node& objQuestion : *colQuestions) {
+    const std::string strQuestionId = attributeText(objQuestion, kId);
+    bool blnMandatory = false;
+    Acknowledge objAck = isXpathMandatory(
+        mapping_.session, mapping_.objReferenceXml, objQuestion.selectSingleNode("xpath").text(),
+        error_.xpath, strQuestionId, mapping_.objParkXml, blnMandatory);
+    if (!objAck.Success()) return objAck;
+    if (blnMandatory) checkQuestion(strQuestionId, false);
+  }
+  return {};
+}
+
+/// What the form has to say about a question that was found by its path.
+void ErrorCase::checkQuestion(const std::string& strQuestionId, bool blnOnlyMatch) const {
+  const Node objValue = getPrtObjctValue(mapping_.objParkXml, strQuestionId);
+  if (!objValue) {
+    traceLine({"Question not in protocol: ", strQuestionId});
+    // deliberate: with several candidates it is nobody's question in particular.
+    if (blnOnlyMatch) {
+      addUserForQuestion("Question missing from protocol", strQuestionId);
+    } else {
+      addInternal("Question missing from protocol");
+    }
+    return;
+  }
+  if (!objValue.text().empty()) return;
+
+  traceLine({"No value for question: ", strQuestionId});
+  if (attributeText(getPrtObjct(mapping_.objParkXml, strQuestionId), kType) == "hidden") {
+    addInternal("Hidden question value missing");
+  } else {
+    addUserForQuestion("Value missing", strQuestionId);
+  }
+}
+
+}  // namespace
+
+Acknowledge mapError(const ErrorMapping& mapping, const SchemaValidationErr& error) {
+  trace(mapping.session, kProcedure,
+        {"Processing error: ", error.message, ", questionId: ", error.questionId,
+         ", rowIndex: ", error.rowIndex, ", columnId: ", error.columnId});
+  trace(mapping.session, kProcedure, {"           xpath: ", error.xpath});
+
+  const std::size_t lngUserErrors = mapping.colUserErrors.size();
+  const std::size_t lngIntErrors = mapping.colIntErrors.size();
+  const ErrorCase errorCase(mapping, error);
+  Acknowledge objAck = errorCase.map();
+  if (!objAck.Success()) return objAck;
+
+  if (mapping.colUserErrors.size() == lngUserErrors &&
+      mapping.colIntErrors.size() == lngIntErrors) {
+    if (tracing(mapping.session)) {
+      trace(mapping.session, kProcedure,
+            {"Uncaught schema validation error: ", description(error)});
+    }
+    errorCase.addOwnText();
+  }
+  return objAck;
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

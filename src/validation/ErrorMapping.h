@@ -1,0 +1,28 @@
+#pragma once
+
+#include <vector>
+
+#include "config/Session.h"
+#include "interface/result/Acknowledge.h"
+#include "interface/result/ValidationErrors.h"
+#include "validation/SchemaValidationErr.h"
+
+namespace Varnel_Tolv_XML_Creation {
+
+/// What schema errors are mapped with, and where their records go.
+struct ErrorMapping {
+  const Session& session;
+  const Document& objQuestionsXml;
+  const Document& objReferenceXml;
+  const Document& objParkXml;
+  const Document& objMessageXmlDom;
+  std::vector<ValidationUserError>& colUserErrors;
+  std::vector<ValidationIntError>& colIntErrors;
+};
+
+/// Adds the records of one schema error. One that leads to none leaves an internal record with the
+/// error's own text. Has no handler: run-time errors pass to the caller, such as 91 for a question
+/// that the parked form or the questions document lacks.
+Acknowledge mapError(const ErrorMapping& mapping, const SchemaValidationErr& error);
+
+}  // namespace Varnel_Tolv_XML_Creation

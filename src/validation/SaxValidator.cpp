@@ -1,0 +1,130 @@
+#include "validation/SaxValidator.h"
+
+#include <array>
+#include <optional>
+
+#include "config/Utility.h"
+#include "platform/RegularExpression.h"
+
+namespace Varnel_Tolv_XML_Creation {
+namespace {
+
+constexpr std::string_view kProcedure = "SaxValidator";
+constexpr std::string_view kUndeclaredAttributePattern =
+    "The attribute '.*' on this element is not defined in the DTD/Schema.";
+
+struct KindPattern {
+  RegularExpression pattern;
+  SchemaErrorKind kind;
+};
+
+/// The sentences of the reader's reports. Of several that match, the last one tells the kind.
+const std::array<KindPattern, 8>& kindPatterns() {
+  static const std::array<KindPattern, 8> kPatterns = {{
+      {RegularExpression("Element content is incomplete according to the DTD/Schema."),
+       kContentIncomplete},
+      {RegularExpression("Element content is invalid according to the DTD/Schema."),
+       kContentInvalid},
+      {RegularExpression("The element: '.*'  has an invalid value according to its data type."),
+       kInvalidValue},
+      {RegularExpression("MaxLength constraint failed."), kTooLong},
+      {RegularExpression("MinLength constraint failed."), kTooShort},
+      {RegularExpression("The element '(.*)' is used but not declared in the DTD/Schema."),
+       kUndeclaredElement},
+      {RegularExpression("Text is not allowed in this context according to DTD/Schema."),
+       kTextNotAllowed},
+      {RegularExpression(kUndeclaredAttributePattern), kUndeclaredAttribute},
+  }};
+  return kPatterns;
+}
+
+struct Classification {
+  SchemaErrorKind kind = kUnclassified;
+  std::string strUndeclaredElement;
+};
+
+Classification classify(std::string_view strErrorMessage) {
+  Classification classification;
+  for (const KindPattern& candidate : kindPatterns()) {
+    const std::optional<RegularExpression::Match> match =
+        candidate.pattern.Execute(strErrorMessage);
+    if (!match) continue;
+    classification.kind = candidate.kind;
+    classification.strUndeclaredElement =
+        match->subMatches.empty() ? std::string() : match->subMatches.front();
+  }
+  return classification;
+}
+
+}  // namespace
+
+void SaxValidator::startElement(std::string_view /*strNamespaceURI*/,
+                                std::string_view /*strLocalName*/, std::string_view strQName,
+                                const SaxAttributes& oAttributes) {
+  strElementPath_.append("/").append(strQName);
+  for (Identifier* identifier : {&questionId_, &rowIndex_, &columnId_}) {
+    identifier->strInForce = oAttributes.getValueFromName("", identifier->strName).value_or("");
+    // deliberate: the first element at a path keeps its identifiers, those after it add none.
+    if (!identifier->strInForce.empty()) {
+      identifier->firstAtPath.try_emplace(strElementPath_, identifier->strInForce);
+    }
+  }
+}
+
+void SaxValidator::endElement(std::string_view /*strNamespaceURI*/,
+                              std::string_view /*strLocalName*/, std::string_view strQName) {
+  strLastElement_ = strQName;
+  const std::size_t lngStep = strElementPath_.rfind("/" + strLastElement_);
+  if (lngStep != std::string::npos) strElementPath_.resize(lngStep);
+  for (Identifier* identifier : {&questionId_, &rowIndex_, &columnId_}) {
+    const auto found = identifier->firstAtPath.find(strElementPath_);
+    identifier->strInForce = found == identifier->firstAtPath.end() ? std::string() : found->second;
+  }
+}
+
+void SaxValidator::error(const SaxLocator& /*oLocator*/, std::string_view strErrorMessage,
+                         std::int32_t /*nErrorCode*/) {
+  static const RegularExpression kUndeclared(kUndeclaredAttributePattern);
+  if (!kUndeclared.Test(strErrorMessage)) {
+    trace(session_, kProcedure,
+          {"error: ", strErrorMessage, ", questionId: ", questionId_.strInForce,
+           ", rowIndex: ", rowIndex_.strInForce, ", columnId: ", columnId_.strInForce});
+    trace(session_, kProcedure, {"xpath: ", strElementPath_});
+  }
+  addError(strErrorMessage);
+}
+
+void SaxValidator::fatalError(const SaxLocator& oLocator, std::string_view strErrorMessage,
+                              std::int32_t nErrorCode) {
+  if (tracing(session_)) {
+    trace(
+        session_, kProcedure,
+        {"fatalError: ", strErrorMessage, ", code ", std::to_string(nErrorCode), ", line ",
+         std::to_string(oLocator.lineNumber), ", column ", std::to_string(oLocator.columnNumber)});
+  }
+  addError(strErrorMessage);
+}
+
+void SaxValidator::ignorableWarning(const SaxLocator& /*oLocator*/,
+                                    std::string_view strErrorMessage, std::int32_t /*nErrorCode*/) {
+  addError(strErrorMessage);
+}
+
+void SaxValidator::addError(std::string_view strErrorMessage) {
+  const Classification classification = classify(strErrorMessage);
+  if (classification.kind == kUndeclaredAttribute) return;
+
+  SchemaValidationErr error;
+  error.kind = classification.kind;
+  error.message = strErrorMessage;
+  error.xpath = strElementPath_;
+  if (error.kind == kUndeclaredElement) error.xpath += "/" + classification.strUndeclaredElement;
+  error.questionId = questionId_.strInForce;
+  error.rowIndex = rowIndex_.strInForce;
+  error.columnId = columnId_.strInForce;
+  error.lastElement = strLastElement_;
+  trace(session_, kProcedure, {"Adding error: ", strErrorMessage});
+  errors_.push_back(std::move(error));
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

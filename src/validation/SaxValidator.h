@@ -1,0 +1,58 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "config/Session.h"
+#include "platform/ValidatingReader.h"
+#include "validation/SchemaValidationErr.h"
+
+namespace Varnel_Tolv_XML_Creation {
+
+/// Follows the message while it is checked against its schema and records every violation with the
+/// element path and the form's identifiers in force.
+///
+/// The identifiers in force are those of the element that started last. When an element ends, those
+/// of its parent come back, as the first element at the parent's path had them.
+class SaxValidator : public SaxHandler {
+ public:
+  /// Borrows the session, for the trace.
+  explicit SaxValidator(const Session& session) : session_(session) {}
+
+  void documentLocator(const SaxLocator& /*oLocator*/) override {}
+  void startElement(std::string_view strNamespaceURI, std::string_view strLocalName,
+                    std::string_view strQName, const SaxAttributes& oAttributes) override;
+  void endElement(std::string_view strNamespaceURI, std::string_view strLocalName,
+                  std::string_view strQName) override;
+  void error(const SaxLocator& oLocator, std::string_view strErrorMessage,
+             std::int32_t nErrorCode) override;
+  void fatalError(const SaxLocator& oLocator, std::string_view strErrorMessage,
+                  std::int32_t nErrorCode) override;
+  void ignorableWarning(const SaxLocator& oLocator, std::string_view strErrorMessage,
+                        std::int32_t nErrorCode) override;
+
+  /// The records, in the order reported.
+  const std::vector<SchemaValidationErr>& errors() const noexcept { return errors_; }
+
+ private:
+  /// One of the three identifiers.
+  struct Identifier {
+    std::string_view strName;
+    std::string strInForce;
+    std::unordered_map<std::string, std::string> firstAtPath;
+  };
+
+  void addError(std::string_view strErrorMessage);
+
+  const Session& session_;
+  std::string strElementPath_;
+  std::string strLastElement_;
+  Identifier questionId_{"questionId", {}, {}};
+  Identifier rowIndex_{"rowIndex", {}, {}};
+  Identifier columnId_{"columnId", {}, {}};
+  std::vector<SchemaValidationErr> errors_;
+};
+
+}  // namespace Varnel_Tolv_XML_Creation

@@ -1,0 +1,502 @@
+// The complete form of examples/inspection with one answer, or two, broken on the way to the
+// schema. What comes back must be told at the question, row and column where it was broken.
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <iostream>
+#include <iterator>
+#include <map>
+#include <set>
+
+#include "validation/InspectionExample.h"
+
+namespace Varnel_Tolv_XML_Creation::test {
+namespace {
+
+using ::testing::AllOf;
+using ::testing::Contains;
+using ::testing::Each;
+using ::testing::ElementsAre;
+using ::testing::EndsWith;
+using ::testing::IsEmpty;
+using ::testing::Not;
+using ::testing::Pair;
+using ::testing::StartsWith;
+using ::testing::UnorderedElementsAre;
+
+/// What all paths begin with; the records and places of this test leave it out.
+constexpr std::string_view kRoot = "/InspectionReport";
+
+using Records = std::multiset<std::string>;
+
+enum class Way { empty, tooLong, oneCharacter, noValueOfItsType, otherCase, removed };
+constexpr std::pair<Way, const char*> kWays[] = {
+    {Way::empty, "empty"},
+    {Way::tooLong, "too long"},
+    {Way::oneCharacter, "one character"},
+    {Way::noValueOfItsType, "no value of its type"},
+    {Way::otherCase, "a code in other letters"},
+    {Way::removed, "removed"},
+};
+
+/// "question/row/column", as records and places are compared.
+std::string address(std::string_view strQuestion, std::string_view strRow = "",
+                    std::string_view strColumn = "") {
+  return std::string(strQuestion) + "/" + std::string(strRow) + "/" + std::string(strColumn);
+}
+
+template <class Item>
+bool contains(const std::vector<Item>& items, const Item& item) {
+  return std::ranges::find(items, item) != items.end();
+}
+
+std::string inOtherLetters(std::string strText) {
+  for (char& letter : strText) {
+    if (letter >= 'a' && letter <= 'z') {
+      letter = static_cast<char>(letter - 'a' + 'A');
+    } else if (letter >= 'A' && letter <= 'Z') {
+      letter = static_cast<char>(letter - 'A' + 'a');
+    }
+  }
+  return strText;
+}
+
+/// An element of the message that holds an answer, or a part of one.
+struct Place {
+  std::size_t lngElement = 0;  // among all elements, in document order
+  std::string strPath;
+  std::string strText;
+  bool blnLeaf = true;
+  bool blnAnswer = true;    // else the template or the document data wrote it
+  std::string strQuestion;  // whose answer it holds, and of which cell
+  std::string strRow;
+  std::string strColumn;
+  std::string strBefore;  // another answer in front of this one in the same element
+
+  std::string answer() const { return address(strQuestion, strRow, strColumn); }
+};
+
+struct Planted {
+  const Place* place;
+  Way way;
+  const char* strWay;
+  Records alone;
+};
+
+std::string describe(const Planted& error) {
+  return error.place->strPath + " (" + error.place->answer() + ") " + error.strWay;
+}
+
+/// The path below the root element.
+std::string elementPath(const Node& objElement) {
+  const Node objParent = objElement.parentNode();
+  if (objParent.nodeType() != NodeType::element) return "";
+  return elementPath(objParent) + "/" + objElement.nodeName();
+}
+
+std::string parentPath(const std::string& strPath) { return strPath.substr(0, strPath.rfind('/')); }
+
+/// Every place of the message, read from the text of it, as the schema's reader does.
+std::vector<Place> placesOf(const Document& objMessage) {
+  std::vector<Place> places;
+  const std::optional<NodeList> colElements = objMessage.selectNodes("//*");
+  for (std::size_t lngElement = 0; lngElement < colElements->length(); ++lngElement) {
+    const Node objElement = colElements->item(lngElement);
+    Place place{.lngElement = lngElement,
+                .strPath = elementPath(objElement),
+                .strText = objElement.text(),
+                .blnLeaf = !objElement.selectSingleNode("*"),
+                .strQuestion = objElement.getAttribute("questionId").value_or(""),
+                .strRow = objElement.getAttribute("rowIndex").value_or(""),
+                .strColumn = objElement.getAttribute("columnId").value_or(""),
+                .strBefore = ""};
+    const std::string strName = objElement.nodeName();
+    if (strName == "pbr:AdditionalInfo") {
+      place.strQuestion = "defects";
+      place.strRow = objElement.parentNode().getAttribute("rowIndex").value_or("");
+      place.strColumn = objElement.getAttribute("id").value_or("");
+    } else if (strName == "pbr:AreaCondition") {
+      place.strColumn = "any";  // the text holds all columns of the row
+    } else if (place.strPath.ends_with("/cnt:Occupant/cnt:Name")) {
+      place.strQuestion = "ownername";  // the building is occupied by its owner
+    }
+    place.blnAnswer = !place.strQuestion.empty();
+    if (!place.blnAnswer && !place.blnLeaf) continue;
+    places.push_back(place);
+    if (strName == "rpt:OnSite") {
+      place.strQuestion = "departuretime";
+      place.strBefore = "09:25 - ";
+      places.push_back(place);
+    }
+  }
+  return places;
+}
+
+/// What does not become exactly one record, for the person at the form and at the right place.
+struct Shortfall {
+  const char* path;                  // below the root element, as in all records
+  std::vector<std::string> answers;  // whose; none: everyone's at this path
+  std::vector<Way> ways;
+  std::vector<std::string> becomes;  // "%p" is the path, "%r" the row
+  const char* because;
+};
+
+constexpr const char* kNoQuestionThere =
+    "what is missing is told by the path of its parent, and no question has its path there";
+constexpr const char* kFirstRow =
+    "once a child has ended, the identifiers of the first row are in force, whose cell is filled";
+constexpr const char* kNoLimit =
+    "the questions document knows no least length, which its keepers are told besides";
+constexpr const char* kWholeRow =
+    "the text of a whole row names the row's last column, whichever is at fault";
+constexpr const char* kNoIdentifiers =
+    "a cell without a place of its own in the model of its row carries no identifiers";
+constexpr const char* kItem = "an item is sent under the id of the question whose entry names it";
+constexpr const char* kSharedPath = "every question that has the path and no answer is told";
+constexpr const char* kTwoAnswers =
+    "an element with two answers carries the id of the first question";
+
+const std::vector<Shortfall>& shortfalls() {
+  using enum Way;
+  static const std::vector<Shortfall> kShortfalls = {
+      {"/Document/rpt:CaseNumber", {}, {removed}, {"internal /Document //"}, kNoQuestionThere},
+      {"/Document/cnt:Inspector/cnt:Name",
+       {},
+       {removed},
+       {"internal /Document/cnt:Inspector //"},
+       kNoQuestionThere},
+      {"/Document/cnt:Inspector/cnt:StaffNumber",
+       {},
+       {removed},
+       {"internal /Document/cnt:Inspector //"},
+       kNoQuestionThere},
+      {"/Document/cnt:Recipient/cnt:Name",
+       {},
+       {removed},
+       {"internal /Document/cnt:Recipient //"},
+       kNoQuestionThere},
+      {"/Record/pbr:Source/pbr:CaseNumber",
+       {},
+       {removed},
+       {"internal /Record/pbr:Source //"},
+       kNoQuestionThere},
+
+      {"/Record/pbr:Defects/pbr:Defect/pbr:Severity",
+       {"defects/2/severity", "defects/4/severity"},
+       {removed},
+       {"internal /Record/pbr:Defects/pbr:Defect defects/1/"},
+       kFirstRow},
+      {"/Record/pbr:Defects/pbr:Defect/pbr:Found",
+       {"defects/2/found", "defects/4/found"},
+       {removed},
+       {"internal /Record/pbr:Defects/pbr:Defect defects/1/"},
+       kFirstRow},
+      {"/Record/pbr:Defects/pbr:Defect/pbr:Period/pbr:Unit",
+       {"defects/2/timedimension"},
+       {removed},
+       {"internal /Record/pbr:Defects/pbr:Defect/pbr:Period defects/1/"},
+       kFirstRow},
+      {"/Record/pbr:Readings/pbr:Reading/pbr:Value",
+       {"meters/2/reading"},
+       {removed},
+       {"internal /Record/pbr:Readings/pbr:Reading meters/1/"},
+       kFirstRow},
+
+      {"/Record/pbr:Areas/pbr:AreaCondition", {}, {tooLong}, {"areas/%r/remark"}, kWholeRow},
+      {"/Record/pbr:Areas/pbr:AreaCondition",
+       {},
+       {empty},
+       {"areas/%r/remark", "internal %p areas/%r/remark"},
+       kWholeRow},
+      {"/Record/pbr:Defects/pbr:Defect/pbr:AdditionalInfo",
+       {},
+       {tooLong},
+       {"internal %p //"},
+       kNoIdentifiers},
+
+      {"/Parties/cnt:Occupant/cnt:Name",
+       {},
+       {empty, tooLong, oneCharacter},
+       {"buildingvacant//"},
+       kItem},
+      {"/Parties/cnt:Occupant/cnt:Name",
+       {},
+       {removed},
+       {"buildingvacant//", "occupantname//"},
+       kSharedPath},
+      {"/Visit/rpt:OnSite",
+       {"departuretime//"},
+       {tooLong, oneCharacter, noValueOfItsType},
+       {"arrivaltime//"},
+       kTwoAnswers},
+
+      {"/Parties/cnt:Owner/cnt:Address/cnt:Line1",
+       {},
+       {empty},
+       {"owneraddress//", "internal %p owneraddress//"},
+       kNoLimit},
+      {"/Parties/cnt:Owner/cnt:Address/cnt:Line2",
+       {},
+       {empty},
+       {"owneraddress//", "internal %p owneraddress//"},
+       kNoLimit},
+      {"/Parties/cnt:Owner/cnt:Address/cnt:Line3",
+       {},
+       {empty},
+       {"owneraddress//", "internal %p owneraddress//"},
+       kNoLimit},
+      {"/Parties/cnt:Owner/cnt:Address/cnt:Line4",
+       {},
+       {empty},
+       {"owneraddress//", "internal %p owneraddress//"},
+       kNoLimit},
+      {"/Record/pbr:Readings/pbr:Reading/pbr:Meter",
+       {},
+       {empty},
+       {"meters/%r/meter", "internal %p meters/%r/meter"},
+       kNoLimit},
+  };
+  return kShortfalls;
+}
+
+/// A record of `Shortfall::becomes` for this place.
+std::string recordAt(const Place& place, std::string strRecord) {
+  const std::pair<std::string_view, const std::string*> marks[] = {{"%p", &place.strPath},
+                                                                   {"%r", &place.strRow}};
+  for (const auto& [strMark, strText] : marks) {
+    const std::size_t lngAt = strRecord.find(strMark);
+    if (lngAt != std::string::npos) strRecord.replace(lngAt, strMark.size(), *strText);
+  }
+  return strRecord;
+}
+
+const Shortfall* shortfallOf(const Planted& error) {
+  for (const Shortfall& shortfall : shortfalls()) {
+    if (error.place->strPath != shortfall.path || !contains(shortfall.ways, error.way)) continue;
+    if (shortfall.answers.empty() || contains(shortfall.answers, error.place->answer())) {
+      return &shortfall;
+    }
+  }
+  return nullptr;
+}
+
+Records without(const Records& records, const Records& taken) {
+  Records rest;
+  std::ranges::set_difference(records, taken, std::inserter(rest, rest.end()));
+  return rest;
+}
+
+class PlantedErrors : public ::testing::Test {
+ protected:
+  struct Break {
+    const Place* place;
+    Way way;
+  };
+
+  /// The records of the message broken in these places: "question/row/column" for the person at
+  /// the form, "internal <path> question/row/column" for the others. None: the schema accepts it.
+  Records verdict(std::initializer_list<Break> breaks) {
+    const Document objMessage = parsed(strMessage_);
+    const Document objPark = parsed(strPark_);
+    const std::optional<NodeList> colElements = objMessage.selectNodes("//*");
+    for (const Break& broken : breaks) {
+      breakPlace(*broken.place, broken.way, colElements->item(broken.place->lngElement), objPark);
+    }
+    ValidationUserErrors colUserErrors;
+    ValidationIntErrors colIntErrors;
+    const Acknowledge objAck = example_.validate(objMessage, objPark, colUserErrors, colIntErrors);
+    if (objAck.Success()) return {};
+    EXPECT_EQ(objAck.ErrorCode(), SVC_RET_XML_CREATION_SCHEMA_VALIDATION_FAILED)
+        << objAck.ErrorDetail();
+    Records records;
+    for (const ValidationUserError& err : colUserErrors.value()) {
+      records.insert(address(err.questionId, err.rowIndex, err.columnId));
+    }
+    for (const ValidationIntError& err : colIntErrors.value()) {
+      records.insert("internal " + err.xpath.substr(kRoot.size()) + " " +
+                     address(err.questionId, err.rowIndex, err.columnId));
+    }
+    return records;
+  }
+
+  static std::string brokenText(const Place& place, Way way) {
+    switch (way) {
+      case Way::tooLong:
+        return std::string(500, 'a');
+      case Way::oneCharacter:
+        return "x";
+      case Way::noValueOfItsType:
+        return "not-a-value";
+      case Way::otherCase:
+        return inOtherLetters(place.strText);
+      case Way::empty:
+      case Way::removed:
+        break;
+    }
+    return "";
+  }
+
+  static void breakPlace(const Place& place, Way way, const Node& objElement,
+                         const Document& objPark) {
+    const std::string strText = brokenText(place, way);
+    if (way == Way::removed) {
+      (void)objElement.parentNode().removeChild(objElement);
+    } else {
+      objElement.setText(place.strBefore + strText);
+    }
+    std::string strParked = "/prtobjcts/prtobjct[@id='" + place.strQuestion + "']";
+    if (!place.strRow.empty()) {
+      strParked += "/row[@id='" + place.strRow + "']/column[@id='" + place.strColumn + "']";
+    }
+    if (const Node objParked = objPark.selectSingleNode(strParked)) {
+      objParked.setAttribute("value", strText);
+    }
+  }
+
+  static bool possible(const Place& place, Way way) {
+    if (way == Way::removed) return place.strBefore.empty();
+    return place.blnLeaf && brokenText(place, way) != place.strText;
+  }
+
+  /// Every error that the schema refuses, each with the records that it alone leaves.
+  std::vector<Planted> plantEverywhere() {
+    std::vector<Planted> planted;
+    for (const Place& place : places_) {
+      for (const auto& [way, strWay] : kWays) {
+        if (!possible(place, way)) continue;
+        Records alone = verdict({{&place, way}});
+        if (!alone.empty()) planted.push_back({&place, way, strWay, std::move(alone)});
+      }
+    }
+    return planted;
+  }
+
+  /// An error in another element: the next one for what is missing, as both then concern the same
+  /// parent; else mostly one close by, every fourth time one far away.
+  static const Planted& partnerOf(const std::vector<Planted>& planted, std::size_t lngFirst) {
+    std::size_t lngSecond = lngFirst + 1;
+    if (planted[lngFirst].way != Way::removed) {
+      lngSecond += lngFirst % 4 == 0 ? planted.size() / 2 : lngFirst % 13;
+    }
+    while (planted[lngSecond % planted.size()].place->lngElement ==
+           planted[lngFirst].place->lngElement) {
+      ++lngSecond;
+    }
+    return planted[lngSecond % planted.size()];
+  }
+
+  InspectionExample example_;
+  const std::string strMessage_ = example_.objMessage.xml();
+  const std::string strPark_ = example_.objPark.xml();
+  const std::vector<Place> places_ = placesOf(parsed(strMessage_));
+};
+
+TEST_F(PlantedErrors, ComeBackToTheirQuestionRowAndColumn) {
+  ASSERT_THAT(verdict({}), IsEmpty()) << "the message is sound before it is broken";
+
+  std::map<std::string_view, int> plantedInWay;
+  std::map<const Shortfall*, int> shortOf;
+  int lngCameBack = 0, lngNobodys = 0, lngListed = 0;
+  const std::vector<Planted> planted = plantEverywhere();
+  for (const Planted& error : planted) {
+    ++plantedInWay[error.strWay];
+    const Place& place = *error.place;
+    const Shortfall* shortfall = shortfallOf(error);
+    Records expected;
+    if (shortfall != nullptr) {
+      ++lngListed;
+      ++shortOf[shortfall];
+      for (const std::string& strRecord : shortfall->becomes) {
+        expected.insert(recordAt(place, strRecord));
+      }
+    } else if (place.blnAnswer) {
+      ++lngCameBack;
+      expected.insert(place.answer());
+    } else {
+      // What the template or the document data wrote is nobody's answer.
+      ++lngNobodys;
+      const bool blnGone = error.way == Way::removed;
+      expected.insert("internal " + (blnGone ? parentPath(place.strPath) : place.strPath) + " //");
+    }
+    EXPECT_EQ(error.alone, expected) << describe(error);
+  }
+
+  const auto lngPlanted = static_cast<int>(planted.size());
+  const int lngOfAnswers = lngPlanted - lngNobodys;
+  std::cout << "planted errors: " << lngPlanted << ", " << lngOfAnswers << " of them in answers; "
+            << lngCameBack << " (" << 100 * lngCameBack / lngOfAnswers
+            << " %) came back to question, row and column, " << lngListed
+            << " fell short as listed; " << lngNobodys
+            << " in what no question filled in came back as internal errors\n";
+
+  EXPECT_THAT(plantedInWay,
+              UnorderedElementsAre(Pair("empty", 89), Pair("too long", 107),
+                                   Pair("one character", 78), Pair("no value of its type", 62),
+                                   Pair("a code in other letters", 27), Pair("removed", 46)));
+  EXPECT_EQ(lngCameBack, 350);
+  EXPECT_EQ(lngNobodys, 20);
+  EXPECT_EQ(lngListed, 39);
+  for (const Shortfall& shortfall : shortfalls()) {
+    EXPECT_TRUE(shortOf.contains(&shortfall)) << "no longer true: " << shortfall.path;
+  }
+}
+
+TEST_F(PlantedErrors, ComeBackInPairsAsTheyDoAlone) {
+  // One user error for each question: of two, the later one is left to an internal record.
+  // What is missing is told by the path of its parent: an empty answer below it is blamed first.
+  int lngAsAlone = 0, lngOneQuestion = 0, lngBlamed = 0;
+  const std::vector<Planted> planted = plantEverywhere();
+  for (std::size_t lngFirst = 0; lngFirst < planted.size(); ++lngFirst) {
+    const Planted& first = planted[lngFirst];
+    const Planted& second = partnerOf(planted, lngFirst);
+    SCOPED_TRACE(describe(first) + " and " + describe(second));
+    const Records together = verdict({{first.place, first.way}, {second.place, second.way}});
+    Records alone = first.alone;
+    alone.insert(second.alone.begin(), second.alone.end());
+    if (together == alone) {
+      ++lngAsAlone;
+      continue;
+    }
+
+    const Records lost = without(alone, together);
+    const Records gained = without(together, alone);
+    if (first.place->strQuestion == second.place->strQuestion) {
+      ++lngOneQuestion;
+      ASSERT_EQ(lost.size(), 1U);
+      const std::string& strLost = *lost.begin();
+      const Planted& unheard = second.alone.contains(strLost) ? second : first;
+      // A cell that is gone has no element to name it: its row's element does.
+      const std::string strLeft = unheard.way == Way::removed
+                                      ? address(unheard.place->strQuestion, unheard.place->strRow)
+                                      : strLost;
+      EXPECT_THAT(strLost, Not(StartsWith("internal ")));
+      EXPECT_THAT(together, Contains(StartsWith(unheard.place->strQuestion + "/")));
+      EXPECT_THAT(together, Contains(AllOf(StartsWith("internal "), EndsWith(" " + strLeft))));
+    } else {
+      ++lngBlamed;
+      const bool blnFirstIsGone = first.way == Way::removed;
+      const Planted& gone = blnFirstIsGone ? first : second;
+      const Planted& emptied = blnFirstIsGone ? second : first;
+      EXPECT_EQ(gone.way, Way::removed);
+      EXPECT_EQ(emptied.way, Way::empty);
+      EXPECT_THAT(emptied.place->strPath, StartsWith(parentPath(gone.place->strPath) + "/"));
+      // All that a person at the form was told alone is told again; the keepers read the other.
+      EXPECT_THAT(lost, Each(StartsWith("internal ")));
+      EXPECT_THAT(gained, ElementsAre("internal " + emptied.place->strPath + " " +
+                                      emptied.place->answer()));
+    }
+  }
+
+  const auto lngPairs = static_cast<int>(planted.size());
+  std::cout << "pairs of planted errors: " << lngPairs << ", " << lngAsAlone << " ("
+            << 100 * lngAsAlone / lngPairs << " %) came back as alone, " << lngOneQuestion
+            << " shared a question, in " << lngBlamed
+            << " an empty answer was blamed for a missing one\n";
+  EXPECT_EQ(lngAsAlone + lngOneQuestion + lngBlamed, lngPairs);
+  EXPECT_EQ(lngOneQuestion, -1);
+  EXPECT_EQ(lngBlamed, -1);
+}
+
+}  // namespace
+}  // namespace Varnel_Tolv_XML_Creation::test

@@ -16,8 +16,8 @@ namespace Varnel_Tolv_XML_Creation {
 /// keeps it right; so any number of threads may ask it, and none of them waits or makes anything.
 ///
 /// To put a child below a parent: `prepare`, which may fail, then take the child out of where it
-/// was, link it and call `added`. It refers to names in the nodes, so all that it was told of has to
-/// live as long, also when it no longer stands there.
+/// was, link it and call `added`. It refers to names in the nodes, so all that it was told of has
+/// to live as long, also when it no longer stands there.
 class ChildNameIndex {
  public:
   static constexpr std::size_t kManyChildren = 32;

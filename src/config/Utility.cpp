@@ -18,6 +18,12 @@ void trace(const Session& session, std::string_view strSource,
   }
 }
 
+Acknowledge FailureInContext(const Session& session, std::string_view strProcedure,
+                             std::int32_t lngErrorCode, std::string_view strDetail) {
+  return Failure(lngErrorCode, std::string(strDetail) + " - Context=" + std::string(strProcedure),
+                 session.strDefaultUserMessage);
+}
+
 std::optional<std::vector<std::string>> splitText(const Session& session, std::string_view strText,
                                                   std::string_view strSeparator) {
   if (givesNothing(session.host.documentSettings.faults, DomOperation::split)) return std::nullopt;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <initializer_list>
 #include <optional>
 #include <string>
@@ -7,6 +8,7 @@
 #include <vector>
 
 #include "config/Session.h"
+#include "interface/result/Acknowledge.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
@@ -17,6 +19,14 @@ inline bool tracing(const Session& session) noexcept { return session.host.trace
 /// composed. Never fails.
 void trace(const Session& session, std::string_view strSource,
            std::initializer_list<std::string_view> pieces) noexcept;
+
+/// How a Boolean stands in the trace.
+constexpr std::string_view traceWord(bool blnValue) { return blnValue ? "True" : "False"; }
+
+/// A failure of `strProcedure` whose detail ends by naming it, " - Context=..."; its user message
+/// is the default one.
+Acknowledge FailureInContext(const Session& session, std::string_view strProcedure,
+                             std::int32_t lngErrorCode, std::string_view strDetail);
 
 /// The pieces of a text between separators, see `split`; no list only where a test makes it fail.
 std::optional<std::vector<std::string>> splitText(const Session& session, std::string_view strText,

@@ -20,8 +20,6 @@ namespace {
 
 constexpr std::string_view kProcedure = "buildXML";
 
-std::string_view traceWord(bool blnValue) { return blnValue ? "True" : "False"; }
-
 void traceDocument(const Session& session, std::string_view strLabel, const Document& objXml) {
   if (objXml && tracing(session)) trace(session, "", {strLabel, objXml.xml()});
 }
@@ -36,10 +34,9 @@ Acknowledge validate(const Session& session, const Document& objMsgXML,
   trace(session, kProcedure, {"Validating against schema"});
   ValidationUserErrors colUserErrors;
   ValidationIntErrors colIntErrors;
-  Acknowledge objAck =
-      ValidateXMLAgainstSchema(session, objMsgXML, strQuestionsXmlPath, strReferenceXmlPath,
-                               objParkingXML, colUserErrors, colIntErrors, strSchemaUrl,
-                               strSchemaUri);
+  Acknowledge objAck = ValidateXMLAgainstSchema(session, objMsgXML, strQuestionsXmlPath,
+                                                strReferenceXmlPath, objParkingXML, colUserErrors,
+                                                colIntErrors, strSchemaUrl, strSchemaUri);
   if (!objAck.Success() && tracing(session)) {
     trace(session, kProcedure, {"XML failed validation:\r\n", objMsgXML.xml()});
   }

@@ -5,6 +5,7 @@
 #include "config/Attributes.h"
 #include "config/Names.h"
 #include "interface/result/Guarded.h"
+#include "message/ProtocolObject.h"
 #include "message/buildXPath.h"
 #include "platform/Text.h"
 
@@ -90,7 +91,7 @@ Acknowledge GetValueFromParameter(const Node& objParameter, const Document& objP
 
     const std::string strItem = attributeText(objParameter, "item");
     if (isBlank(strItem)) return {};
-    const Node objItem = objParkXML.selectSingleNode("//prtobjct[@id='" + strItem + "']");
+    const Node objItem = selectProtocolObject(objParkXML, strItem);
     if (!objItem) {
       return Failure(SVC_RET_XML_CREATION_PRT_FLD_MISSING,
                      "An error occurred because the protocol field object is missing",

@@ -19,12 +19,6 @@ namespace {
 
 constexpr std::string_view kProcedure = "BuildSendXML";
 
-Acknowledge failure(const Session& session, eReturnValues lngErrorCode, std::string strDetail) {
-  strDetail += " - Context=";
-  strDetail += kProcedure;
-  return Failure(lngErrorCode, strDetail, session.strDefaultUserMessage);
-}
-
 Acknowledge loadWithNamespaces(const Session& session, std::string_view strPath,
                                const Document& objXmlDoc) {
   Acknowledge objAck = LoadTemplateXML(strPath, objXmlDoc);
@@ -60,8 +54,9 @@ Acknowledge BuildSendXML(const Session& session, const Document& objParkXML,
     const std::optional<NodeList> colObjects =
         objParkXML.documentElement().getElementsByTagName(kProtocolObject);
     if (!colObjects) {
-      return failure(session, SVC_RET_XML_CREATION_PROTFLD_LIST_SELECTION_FAILED,
-                     "Unable to select the protocol field list");
+      return FailureInContext(session, kProcedure,
+                              SVC_RET_XML_CREATION_PROTFLD_LIST_SELECTION_FAILED,
+                              "Unable to select the protocol field list");
     }
     for (const Node& prtobjct : *colObjects) {
       // deliberate: compared as written here, although parking ignores case.
@@ -86,8 +81,8 @@ Acknowledge BuildSendXML(const Session& session, const Document& objParkXML,
 
     const Node objRoot = objSendXML.selectSingleNode("/");
     if (!objRoot) {
-      return failure(session, SVC_RET_XML_CREATION_ROOT_NODE_SELECTION_FAILED,
-                     "Unable to select root of the generated message XML");
+      return FailureInContext(session, kProcedure, SVC_RET_XML_CREATION_ROOT_NODE_SELECTION_FAILED,
+                              "Unable to select root of the generated message XML");
     }
     // deliberate: what the clean-up says is not looked at.
     RemoveEmptyElements(session, objRoot, objReferenceXML, "");

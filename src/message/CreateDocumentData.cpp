@@ -5,9 +5,9 @@
 #include "config/Attributes.h"
 #include "config/Names.h"
 #include "config/Utility.h"
-#include "interface/result/Guarded.h"
 #include "message/CreateDocumentDataNodes.h"
 #include "message/DocData.h"
+#include "message/LateResult.h"
 #include "message/makeHCPDetailType.h"
 #include "platform/Text.h"
 
@@ -69,48 +69,35 @@ std::optional<Acknowledge> CreateDocumentData(const Session& session,
                                               const Document& objObjectMapper,
                                               const Document& objSendXML,
                                               const Node& objProtocolXML) {
-  std::optional<Acknowledge> objAck;
-  const auto fail = [&](std::int32_t lngErrorCode, std::string_view strDetail,
-                        std::string_view strUserMessage) {
-    if (!objAck) throw RuntimeError(kObjectNotSet);
-    objAck->SetError(lngErrorCode, strDetail, strUserMessage);
-  };
-
-  return Guarded(
-      kProcedure,
-      [&]() -> std::optional<Acknowledge> {
-        objAck.emplace();
-        for (const HeaderValue& value : kHeaderValues) {
-          objAck = GetDocData(session, value.strDocInfoPath, value.strGetWhat, objObjectMapper,
-                              objSendXML, objProtocolXML);
-        }
-        const Node objDocNodes = objObjectMapper.selectSingleNode("/message/docdata/docnodes");
-        if (!objDocNodes) {
-          fail(SVC_RET_XML_CREATION_PROT_NODE_NOT_SELECTED,
-               "The protocol node xpath could not be selected from the object mapper xml",
-               "An error occurred creating the document data");
-          return objAck;
-        }
-        for (const Node& objRule : required(objDocNodes.childNodes())) {
-          const std::string strNodeXPath = childText(objRule, "node");
-          if (isBlank(strNodeXPath)) {
-            fail(SVC_RET_XML_CREATION_NODE_MISSING, "The [node] node is missing",
-                 session.strDefaultUserMessage);
-            return objAck;
-          }
-          std::optional<Acknowledge> objRuleAck =
-              applyRule(session, objSendXML, objRule, strNodeXPath);
-          if (!objRuleAck) continue;
-          objAck = std::move(objRuleAck);
-          if (!objAck->Success()) return objAck;
-        }
+  LateResult result;
+  std::optional<Acknowledge>& objAck = result.objAck;
+  return GuardedLate(kProcedure, result, [&]() -> std::optional<Acknowledge> {
+    objAck.emplace();
+    for (const HeaderValue& value : kHeaderValues) {
+      objAck = GetDocData(session, value.strDocInfoPath, value.strGetWhat, objObjectMapper,
+                          objSendXML, objProtocolXML);
+    }
+    const Node objDocNodes = objObjectMapper.selectSingleNode("/message/docdata/docnodes");
+    if (!objDocNodes) {
+      result.fail(SVC_RET_XML_CREATION_PROT_NODE_NOT_SELECTED,
+                  "The protocol node xpath could not be selected from the object mapper xml",
+                  "An error occurred creating the document data");
+      return objAck;
+    }
+    for (const Node& objRule : required(objDocNodes.childNodes())) {
+      const std::string strNodeXPath = childText(objRule, "node");
+      if (isBlank(strNodeXPath)) {
+        result.fail(SVC_RET_XML_CREATION_NODE_MISSING, "The [node] node is missing",
+                    session.strDefaultUserMessage);
         return objAck;
-      },
-      [&](const RuntimeError& error) -> std::optional<Acknowledge> {
-        fail(error.number(), std::string(kProcedure) + " - " + error.description(),
-             error.description());
-        return objAck;
-      });
+      }
+      std::optional<Acknowledge> objRuleAck = applyRule(session, objSendXML, objRule, strNodeXPath);
+      if (!objRuleAck) continue;
+      objAck = std::move(objRuleAck);
+      if (!objAck->Success()) return objAck;
+    }
+    return objAck;
+  });
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -6,7 +6,7 @@
 #include "config/Names.h"
 #include "config/Utility.h"
 #include "config/convertToXsdDate.h"
-#include "interface/result/Guarded.h"
+#include "message/LateResult.h"
 #include "platform/Clock.h"
 #include "platform/Text.h"
 
@@ -46,61 +46,48 @@ std::optional<Acknowledge> GetDocData(const Session& session, std::string_view s
                                       std::string_view strGetWhat, const Document& objObjectMapper,
                                       const Document& objXmlDocument, const Node& objProtocolXML) {
   constexpr std::string_view kProcedure = "CreateDocumentData - GetDocData";
-  // deliberate: there is no result until a value is being made, and what fails before that has
-  // nothing to be told with but use of Nothing.
-  std::optional<Acknowledge> objAck;
-  const auto fail = [&](std::int32_t lngErrorCode, std::string_view strDetail,
-                        std::string_view strUserMessage) {
-    if (!objAck) throw RuntimeError(kObjectNotSet);
-    objAck->SetError(lngErrorCode, strDetail, strUserMessage);
-  };
+  // deliberate: there is no result until a value is being made.
+  LateResult result;
+  std::optional<Acknowledge>& objAck = result.objAck;
+  return GuardedLate(kProcedure, result, [&]() -> std::optional<Acknowledge> {
+    const Node objDocInfo = getDocInfo(session, strDocInfoPath, objObjectMapper);
+    if (!objDocInfo) return std::nullopt;
+    const Node objParentNode = getParentNode(objDocInfo);
+    if (!objParentNode) return std::nullopt;
+    const std::string strParentXPath = objParentNode.text();
 
-  return Guarded(
-      kProcedure,
-      [&]() -> std::optional<Acknowledge> {
-        const Node objDocInfo = getDocInfo(session, strDocInfoPath, objObjectMapper);
-        if (!objDocInfo) return std::nullopt;
-        const Node objParentNode = getParentNode(objDocInfo);
-        if (!objParentNode) return std::nullopt;
-        const std::string strParentXPath = objParentNode.text();
+    const Node objNode = objDocInfo.selectSingleNode("node");
+    if (!objNode) {
+      const std::string_view strDetail =
+          "The protocol node xpath could not be selected from the object mapper xml";
+      trace(session, kProcedure, {strDetail});
+      result.fail(SVC_RET_XML_CREATION_PROT_NODE_MISSING, strDetail, session.strDefaultUserMessage);
+      return objAck;
+    }
+    const std::string strNodeName = objNode.text();
 
-        const Node objNode = objDocInfo.selectSingleNode("node");
-        if (!objNode) {
-          const std::string_view strDetail =
-              "The protocol node xpath could not be selected from the object mapper xml";
-          trace(session, kProcedure, {strDetail});
-          fail(SVC_RET_XML_CREATION_PROT_NODE_MISSING, strDetail, session.strDefaultUserMessage);
-          return objAck;
-        }
-        const std::string strNodeName = objNode.text();
+    std::string strValue;
+    if (strGetWhat == "Protocol") {
+      objAck = protocolName(session, objDocInfo, objProtocolXML, strValue);
+      if (!objAck->Success()) return objAck;
+    } else if (strGetWhat == "AttestationDate") {
+      objAck.emplace();
+      strValue = convertToXsdDate(session, "date", dateText(now(session)));
+    } else if (strGetWhat == "AttestationTime") {
+      objAck.emplace();
+      strValue = convertToXsdTime(session, timeText(now(session)));
+    }
 
-        std::string strValue;
-        if (strGetWhat == "Protocol") {
-          objAck = protocolName(session, objDocInfo, objProtocolXML, strValue);
-          if (!objAck->Success()) return objAck;
-        } else if (strGetWhat == "AttestationDate") {
-          objAck.emplace();
-          strValue = convertToXsdDate(session, "date", dateText(now(session)));
-        } else if (strGetWhat == "AttestationTime") {
-          objAck.emplace();
-          strValue = convertToXsdTime(session, timeText(now(session)));
-        }
-
-        const Node objTarget = objXmlDocument.selectSingleNode(strParentXPath + "/" + strNodeName);
-        if (objTarget) {
-          objTarget.setText(strValue);
-        } else {
-          fail(SVC_RET_XML_CREATION_PROT_NODE_NOT_SELECTED,
-               "The node xpath could not be selected from the object mapper xml",
-               "An error occurred creating the document data");
-        }
-        return objAck;
-      },
-      [&](const RuntimeError& error) -> std::optional<Acknowledge> {
-        fail(error.number(), std::string(kProcedure) + " - " + error.description(),
-             error.description());
-        return objAck;
-      });
+    const Node objTarget = objXmlDocument.selectSingleNode(strParentXPath + "/" + strNodeName);
+    if (objTarget) {
+      objTarget.setText(strValue);
+    } else {
+      result.fail(SVC_RET_XML_CREATION_PROT_NODE_NOT_SELECTED,
+                  "The node xpath could not be selected from the object mapper xml",
+                  "An error occurred creating the document data");
+    }
+    return objAck;
+  });
 }
 
 Node getDocInfo(const Session& session, std::string_view strDocInfoPath,
@@ -127,11 +114,10 @@ Acknowledge getProtInfo(const Session& session, std::string_view strParamId, con
                         std::string& strValue, const Node& objProtocolXML) {
   constexpr std::string_view kProcedure = "getProtInfo";
   return Guarded(kProcedure, [&]() -> Acknowledge {
-    const auto failure = [&](eReturnValues lngErrorCode, std::string strDetail) {
-      strDetail += " - Context=";
-      strDetail += kProcedure;
-      trace(session, kProcedure, {strDetail});
-      return Failure(lngErrorCode, strDetail, session.strDefaultUserMessage);
+    const auto failure = [&](eReturnValues lngErrorCode, std::string_view strDetail) {
+      Acknowledge objAck = FailureInContext(session, kProcedure, lngErrorCode, strDetail);
+      trace(session, kProcedure, {objAck.ErrorDetail()});
+      return objAck;
     };
     strValue.clear();
     const Node objParameter = objDocInfo.selectSingleNode(

@@ -7,6 +7,7 @@
 #include "config/convertToXsdDate.h"
 #include "interface/result/Guarded.h"
 #include "message/GetComplexTypeFromAction.h"
+#include "message/ProtocolObject.h"
 #include "platform/Text.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -68,8 +69,7 @@ void fillSingle(const Node& objPlaceholder, const Node& objParent, const std::st
   } else if (isBlank(strMessageItem)) {
     objParent.setText(objParameter.text());
   } else {
-    const Node objItem =
-        values.prtobjct.parentNode().selectSingleNode("//prtobjct[@id='" + strMessageItem + "']");
+    const Node objItem = selectProtocolObject(values.prtobjct.parentNode(), strMessageItem);
     if (!objItem) return;
     std::string strItemValue = attributeText(objItem, kValue);
     const std::string strItemType = attributeText(objItem, kType);

@@ -12,6 +12,7 @@
 #include "message/AddressLines.h"
 #include "message/GetChildNode.h"
 #include "message/GetObjectMapperInfo.h"
+#include "message/ProtocolObject.h"
 #include "message/addData.h"
 #include "message/buildXPath.h"
 #include "platform/Conversions.h"
@@ -21,10 +22,6 @@ namespace Varnel_Tolv_XML_Creation {
 namespace {
 
 constexpr std::string_view kProcedure = "ProcessProtocolField";
-
-Node selectProtocolObject(const Node& objFrom, const std::string& strId) {
-  return objFrom.selectSingleNode("//prtobjct[@id='" + strId + "']");
-}
 
 /// One field on its way into the message.
 class FieldPlacement {

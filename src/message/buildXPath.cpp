@@ -13,12 +13,6 @@ namespace {
 
 constexpr std::string_view kProcedure = "buildXPath";
 
-Acknowledge failure(const Session& session, eReturnValues lngErrorCode, std::string strDetail) {
-  strDetail += " - Context=";
-  strDetail += kProcedure;
-  return Failure(lngErrorCode, strDetail, session.strDefaultUserMessage);
-}
-
 /// What stands before the first ":" of a step, all of it without one. An empty step has no such
 /// piece: run-time error 9.
 std::string_view prefixOf(std::string_view strStep) {
@@ -40,19 +34,19 @@ Acknowledge buildXPath(const Session& session, std::string_view strParentXPath,
   return Guarded(kProcedure, [&]() -> Acknowledge {
     Node objParent = objXmlDocument.selectSingleNode(strParentXPath);
     if (!objParent) {
-      return failure(session, SVC_RET_XML_CREATION_PARENT_NODE_MISSING,
-                     "Unable to select the parent xpath from the message template xml.");
+      return FailureInContext(session, kProcedure, SVC_RET_XML_CREATION_PARENT_NODE_MISSING,
+                              "Unable to select the parent xpath from the message template xml.");
     }
     if (strNodePath.empty()) {
-      return failure(session, SVC_RET_XML_CREATION_NODE_PATH_MISSING,
-                     "No node path supplied to buildXPath.");
+      return FailureInContext(session, kProcedure, SVC_RET_XML_CREATION_NODE_PATH_MISSING,
+                              "No node path supplied to buildXPath.");
     }
     // deliberate: the line shows blanks around the separator, which is the bare "/".
     trace(session, kProcedure, {"arrNodes = Split(", strNodePath, ", ' / ')"});
     const std::optional<std::vector<std::string>> steps = splitText(session, strNodePath, "/");
     if (!steps) {
-      return failure(session, SVC_RET_XML_CREATION_NODE_PATH_ERROR,
-                     "Error in node path supplied to buildXPath.");
+      return FailureInContext(session, kProcedure, SVC_RET_XML_CREATION_NODE_PATH_ERROR,
+                              "Error in node path supplied to buildXPath.");
     }
 
     Acknowledge objAck;
@@ -85,8 +79,9 @@ Acknowledge buildXPath(const Session& session, std::string_view strParentXPath,
           objParent.appendChild(objXmlDocument.createNode(NodeType::element, strStep, strUri));
       objCurrentNode = objParent;
       if (!objCurrentNode) {
-        return failure(session, SVC_RET_XML_CREATION_APPEND_NODE_TO_PARENT_FAILED,
-                       "Unable to add the newly created node " + strStep + " to " + strXPath + ".");
+        return FailureInContext(
+            session, kProcedure, SVC_RET_XML_CREATION_APPEND_NODE_TO_PARENT_FAILED,
+            "Unable to add the newly created node " + strStep + " to " + strXPath + ".");
       }
     }
     return objAck;

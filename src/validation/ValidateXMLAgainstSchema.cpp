@@ -17,8 +17,6 @@ namespace {
 
 constexpr std::string_view kProcedure = "ValidateXMLAgainstSchema";
 
-std::string_view traceWord(bool blnValue) { return blnValue ? "True" : "False"; }
-
 std::unique_ptr<SaxValidator> newValidator(const Session& session) {
   if (givesNothing(session.host.documentSettings.faults, DomOperation::createValidator)) {
     return nullptr;

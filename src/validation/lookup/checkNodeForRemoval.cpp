@@ -15,8 +15,6 @@ namespace {
 
 constexpr std::string_view kProcedure = "checkNodeForRemoval";
 
-std::string_view traceWord(bool blnValue) { return blnValue ? "True" : "False"; }
-
 void removeFromParent(const Node& objNode) { objNode.parentNode().removeChild(objNode); }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "message/CreateDocumentData.h"
 
+#include <array>
 #include <string>
 
 #include "config/Attributes.h"
@@ -20,11 +21,11 @@ struct HeaderValue {
   std::string_view strDocInfoPath;
   std::string_view strGetWhat;
 };
-constexpr HeaderValue kHeaderValues[] = {
+constexpr std::array<HeaderValue, 3> kHeaderValues = {{
     {"/message/docdata/docinfo[@id='protocolname']", "Protocol"},
     {"/message/docdata/docinfo[@id='attestationdate']", "AttestationDate"},
     {"/message/docdata/docinfo[@id='attestationtime']", "AttestationTime"},
-};
+}};
 
 std::string childText(const Node& objNode, std::string_view strName) {
   const Node objChild = objNode.selectSingleNode(strName);

@@ -95,7 +95,7 @@ Node getDocInfo(const Session& session, std::string_view strDocInfoPath,
   constexpr std::string_view kProcedure = "getDocInfo";
   trace(session, kProcedure,
         {"Set getDocInfo = objObjectMapper.selectSingleNode(", strDocInfoPath, ")"});
-  const Node objDocInfo = objObjectMapper.selectSingleNode(strDocInfoPath);
+  Node objDocInfo = objObjectMapper.selectSingleNode(strDocInfoPath);
   if (!objDocInfo) {
     trace(session, kProcedure, {"The protocol name configuration could not be found"});
   }

@@ -8,7 +8,7 @@ namespace {
 
 /// The child `strName`, whose text goes into `strText` when it is there.
 Node readChild(const Node& objMessageItem, std::string_view strName, std::string& strText) {
-  const Node objChild = objMessageItem.selectSingleNode(strName);
+  Node objChild = objMessageItem.selectSingleNode(strName);
   if (objChild) strText = objChild.text();
   return objChild;
 }

@@ -1,5 +1,6 @@
 #include "platform/ContentRun.h"
 
+#include <array>
 #include <new>
 
 #include "platform/XmlTree.h"
@@ -44,15 +45,15 @@ bool ContentRun::restore() {
 }
 
 NextElements ContentRun::next() const {
-  xmlChar* values[kMaxListed];
+  std::array<xmlChar*, kMaxListed> values{};
   int lngListed = kMaxListed;
   int lngExcluded = 0;
   int blnTerminal = 0;
   NextElements result;
-  if (xmlRegExecNextValues(run_.get(), &lngListed, &lngExcluded, values, &blnTerminal) < 0) {
+  if (xmlRegExecNextValues(run_.get(), &lngListed, &lngExcluded, values.data(), &blnTerminal) < 0) {
     return result;
   }
-  result.values.assign(values, values + lngListed);
+  result.values.assign(values.begin(), values.begin() + lngListed);
   result.blnComplete = lngListed + lngExcluded < kMaxListed;
   return result;
 }

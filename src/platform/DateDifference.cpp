@@ -28,7 +28,7 @@ std::int64_t calendarWeekNumber(const DateTime& moment) {
   // Day 0 is Thursday 1 January 1970, four days after a Sunday. 146097 days are 400 years and whole
   // weeks; five such spans make the numbers of all years from 100 on positive, so that the division
   // cuts in one direction only.
-  return (dayNumber(moment) + 4 + 5 * 146097) / 7;
+  return (dayNumber(moment) + 4 + std::int64_t{5} * 146097) / 7;
 }
 
 std::int64_t hourNumber(const DateTime& moment) { return dayNumber(moment) * 24 + moment.hour; }

@@ -136,7 +136,7 @@ void onStartElement(void* context, const xmlChar* name, const xmlChar* prefix, c
   };
   if (++run.depth > kMaxDepth) return refuseTag(kTooDeep);
   if (attributeCount + namespaceCount > kMaxAttributes) return refuseTag(kTooManyAttributes);
-  constexpr int kFields = 5;  // name, prefix, URI, begin and end of the value
+  constexpr std::ptrdiff_t kFields = 5;  // name, prefix, URI, begin and end of the value
   for (int at = 0; at < attributeCount; ++at) {
     const xmlChar* const* attribute = attributes + kFields * at;
     run.attributeBytes += static_cast<std::size_t>(attribute[4] - attribute[3]);
@@ -183,7 +183,7 @@ void onEntityDeclaration(void* context, const xmlChar* name, int type, const xml
 /// document type may name is not read.
 void onDocumentTypeRead(void* context, const xmlChar* /*name*/, const xmlChar* /*publicId*/,
                         const xmlChar* /*systemId*/) {
-  xmlParserCtxt* parser = static_cast<xmlParserCtxt*>(context);
+  auto* parser = static_cast<xmlParserCtxt*>(context);
   if (!parser->attsDefault) return;
   xmlHashFree(parser->attsDefault, xmlHashDefaultDeallocator);
   parser->attsDefault = nullptr;

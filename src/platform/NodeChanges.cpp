@@ -207,7 +207,7 @@ void Node::setAttribute(std::string_view strName, std::string_view strValue) con
   if (!attribute) throw std::bad_alloc();
   OwnedXmlNode owned(asNode(attribute));
   setValue(*state_, attribute, strValue);
-  owned.release();
+  static_cast<void>(owned.release());
   linkAttribute(element, attribute);
 }
 

@@ -176,15 +176,20 @@ void SaxReading::parse(std::string_view strText) {
   if (strText.size() > INT_MAX) {
     return refuse(XML_ERR_INTERNAL_ERROR, tooLarge(INT_MAX).reason, 0, 0);
   }
+  if (strText.find('\0') != std::string_view::npos) {  // for the library its input ends there
+    return refuse(XML_ERR_INVALID_CHAR, "An invalid character was found in text content.", 0, 0);
+  }
   // It is text already, whatever encoding its declaration names.
-  // Without a document type there are no entities, against which the library's own limits are.
-  constexpr int kOptions = XML_PARSE_NONET | XML_PARSE_IGNORE_ENC | XML_PARSE_HUGE;
-  xmlCtxtReadMemory(parser_.get(), strText.data(), static_cast<int>(strText.size()), nullptr,
-                    "UTF-8", kOptions);
-  if (blnStopped_ || fault_ || exception_) return;
-  // The library takes a NUL for the end of its input.
-  const bool blnCut = parser_->input && parser_->input->cur < parser_->input->end;
-  if (blnCut || parser_->disableSAX || !parser_->wellFormed) {
+  if (xmlCtxtResetPush(parser_.get(), nullptr, 0, nullptr, "UTF-8") != 0) throw std::bad_alloc();
+  xmlCtxtUseOptions(parser_.get(), XML_PARSE_NONET | XML_PARSE_IGNORE_ENC);
+  const auto mayGoOn = [this] { return !blnStopped_ && !fault_ && !exception_; };
+  while (!strText.empty() && mayGoOn()) {
+    const std::size_t piece = pieceOf(strText);
+    xmlParseChunk(parser_.get(), strText.data(), static_cast<int>(piece), 0);
+    strText.remove_prefix(piece);
+  }
+  if (mayGoOn()) xmlParseChunk(parser_.get(), nullptr, 0, 1);
+  if (mayGoOn() && (parser_->disableSAX || !parser_->wellFormed)) {
     refuse(XML_ERR_INTERNAL_ERROR, oneLine(nullptr), here().lineNumber, here().columnNumber);
   }
 }

@@ -1,6 +1,7 @@
 #include "platform/XmlCharacters.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <string>
 
@@ -16,20 +17,36 @@ struct Range {
   char32_t first, last;
 };
 
-constexpr Range kNameStart[] = {
-    {':', ':'},       {'A', 'Z'},       {'_', '_'},       {'a', 'z'},
-    {0xC0, 0xD6},     {0xD8, 0xF6},     {0xF8, 0x2FF},    {0x370, 0x37D},
-    {0x37F, 0x1FFF},  {0x200C, 0x200D}, {0x2070, 0x218F}, {0x2C00, 0x2FEF},
-    {0x3001, 0xD7FF}, {0xF900, 0xFDCF}, {0xFDF0, 0xFFFD}, {0x10000, 0xEFFFF},
-};
+constexpr std::array<Range, 16> kNameStart = {{
+    {':', ':'},
+    {'A', 'Z'},
+    {'_', '_'},
+    {'a', 'z'},
+    {0xC0, 0xD6},
+    {0xD8, 0xF6},
+    {0xF8, 0x2FF},
+    {0x370, 0x37D},
+    {0x37F, 0x1FFF},
+    {0x200C, 0x200D},
+    {0x2070, 0x218F},
+    {0x2C00, 0x2FEF},
+    {0x3001, 0xD7FF},
+    {0xF900, 0xFDCF},
+    {0xFDF0, 0xFFFD},
+    {0x10000, 0xEFFFF},
+}};
 
-constexpr Range kNameOnlyLater[] = {
-    {'-', '.'}, {'0', '9'}, {0xB7, 0xB7}, {0x300, 0x36F}, {0x203F, 0x2040},
-};
+constexpr std::array<Range, 5> kNameOnlyLater = {{
+    {'-', '.'},
+    {'0', '9'},
+    {0xB7, 0xB7},
+    {0x300, 0x36F},
+    {0x203F, 0x2040},
+}};
 
 template <std::size_t size>
-bool isIn(const Range (&ranges)[size], char32_t character) {
-  return std::any_of(std::begin(ranges), std::end(ranges), [=](const Range& range) {
+bool isIn(const std::array<Range, size>& ranges, char32_t character) {
+  return std::any_of(ranges.begin(), ranges.end(), [=](const Range& range) {
     return range.first <= character && character <= range.last;
   });
 }
@@ -50,9 +67,9 @@ char32_t takeCharacter(std::string_view& strRest) {
     if ((byteAt(at) & 0xC0u) != 0x80u) return kNoCharacter;
     character = (character << 6) | (byteAt(at) & 0x3Fu);
   }
-  constexpr char32_t kSmallest[] = {0, 0, 0x80, 0x800, 0x10000};
+  constexpr std::array<char32_t, 5> kSmallest = {0, 0, 0x80, 0x800, 0x10000};
   const bool blnSurrogate = character >= 0xD800 && character <= 0xDFFF;
-  if (character < kSmallest[length] || character > 0x10FFFF || blnSurrogate) return kNoCharacter;
+  if (character < kSmallest.at(length) || character > 0x10FFFF || blnSurrogate) return kNoCharacter;
   strRest.remove_prefix(length);
   return character;
 }

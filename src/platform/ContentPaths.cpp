@@ -13,8 +13,9 @@ constexpr std::int64_t kMaxExploration = 1'000'000;  // steps through the model
 constexpr std::int64_t kMaxRevisiting = 200'000;     // of these, to names that are known already
 constexpr std::int64_t kMaxTrying = 300'000;         // and to names that are not announced
 constexpr std::size_t kMaxBridgeEdges = 20'000;
-constexpr std::size_t kMaxStartEdges = 2'000'000;
-constexpr int kMaxRepeats = 16;  // up to here, one more of the same is another place
+constexpr std::size_t kMaxStartEdges = 200'000;
+constexpr std::size_t kMaxKept = 100'000;  // elements in ways that are kept for another time
+constexpr int kMaxRepeats = 16;            // up to here, one more of the same is another place
 
 }  // namespace
 
@@ -178,8 +179,8 @@ void ContentPaths::tryCandidates(int from) {
   }
 }
 
-ContentPaths::Way ContentPaths::findWay(int from, const std::string& strKey,
-                                        std::size_t lngMaxEdges) const {
+std::optional<ContentPaths::Way> ContentPaths::findWay(int from, const std::string& strKey,
+                                                       std::size_t lngMaxEdges) const {
   std::unordered_map<int, std::pair<int, const xmlChar*>> cameFrom = {{from, {-1, nullptr}}};
   std::deque<int> open = {from};
   std::size_t lngEdges = 0;
@@ -194,7 +195,6 @@ ContentPaths::Way ContentPaths::findWay(int from, const std::string& strKey,
           way.push_back(names_.split(cameFrom[back].second));
         }
         std::reverse(way.begin(), way.end());
-        way.push_back(names_.split(place.next[edge]));
         return way;
       }
       const int target = place.targets[edge];
@@ -203,29 +203,31 @@ ContentPaths::Way ContentPaths::findWay(int from, const std::string& strKey,
       if (blnNew) open.push_back(target);
     }
   }
-  return {};
+  return std::nullopt;
 }
 
-const ContentPaths::Way* ContentPaths::known(int from, const std::string& strKey,
-                                             std::size_t lngMaxEdges) {
-  const auto [entry, blnNew] = known_.try_emplace({from, strKey});
-  auto& [blnFound, way] = entry->second;
-  if (blnNew) {
-    way = findWay(from, strKey, lngMaxEdges);
-    blnFound = !way.empty();
-    if (blnFound) way.pop_back();  // the child itself
+std::optional<ContentPaths::Way> ContentPaths::known(int from, const std::string& strKey,
+                                                     std::size_t lngMaxEdges) {
+  const auto found = known_.find({from, strKey});
+  if (found != known_.end()) return found->second;
+  std::optional<Way> way = findWay(from, strKey, lngMaxEdges);
+  lngKept_ += way ? way->size() + 1 : 1;
+  if (lngKept_ > kMaxKept) {
+    known_.clear();
+    lngKept_ = 0;
   }
-  return blnFound ? &way : nullptr;
+  return known_.emplace(std::pair(from, strKey), std::move(way)).first->second;
 }
 
-const ContentPaths::Way* ContentPaths::fromStart(const std::string& strKey) {
+std::optional<ContentPaths::Way> ContentPaths::fromStart(const std::string& strKey) {
   return known(0, strKey, kMaxStartEdges);
 }
 
-const ContentPaths::Way* ContentPaths::from(const Stand& stand, const NextElements& next,
-                                            const std::string& strKey) {
+std::optional<ContentPaths::Way> ContentPaths::from(const Stand& stand, const NextElements& next,
+                                                    const std::string& strKey) {
   const auto state = byState_.find(stateOf(stand.strLastKey, stand.lngRepeats, next));
-  return state == byState_.end() ? nullptr : known(state->second, strKey, kMaxBridgeEdges);
+  if (state == byState_.end()) return std::nullopt;
+  return known(state->second, strKey, kMaxBridgeEdges);
 }
 
 NextElements ContentPaths::complete(const Stand& stand, NextElements next) const {

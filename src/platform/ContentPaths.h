@@ -6,6 +6,7 @@
 #include <deque>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -54,11 +55,14 @@ class ContentPaths {
   /// `candidates` are the names to be tried; null where nothing is counted.
   ContentPaths(xmlRegexp* model, ElementNamePool& names, const ElementNames* candidates);
 
-  /// The elements between the start of the content and a child with this key, or null.
-  const Way* fromStart(const std::string& strKey);
+  /// The elements between the start of the content and a child with this key, if there is a way.
+  std::optional<Way> fromStart(const std::string& strKey);
 
   /// The same from where a run stands, given the key of what it accepted last; short ways only.
-  const Way* from(const Stand& stand, const NextElements& next, const std::string& strKey);
+  std::optional<Way> from(const Stand& stand, const NextElements& next, const std::string& strKey);
+
+  /// What it costs to go a way, which grows with the model: each step looks through its names.
+  std::size_t costOf(const Way& way) const { return (way.size() + 1) * (1 + places_.size() / 256); }
 
   /// What a run that stands there and tells `next` allows, as far as is known.
   NextElements complete(const Stand& stand, NextElements next) const;
@@ -84,9 +88,9 @@ class ContentPaths {
                         const NextElements& next) const;
   Place& at(int place) { return places_[static_cast<std::size_t>(place)]; }
   const Place& at(int place) const { return places_[static_cast<std::size_t>(place)]; }
-  const Way* known(int from, const std::string& strKey, std::size_t lngMaxEdges);
+  std::optional<Way> known(int from, const std::string& strKey, std::size_t lngMaxEdges);
   bool goTo(ContentRun& run, int place);
-  Way findWay(int from, const std::string& strKey, std::size_t lngMaxEdges) const;
+  std::optional<Way> findWay(int from, const std::string& strKey, std::size_t lngMaxEdges) const;
 
   xmlRegexp* model_;
   ElementNamePool& names_;
@@ -94,7 +98,8 @@ class ContentPaths {
   std::vector<Place> places_;
   std::unordered_map<std::uint64_t, int> byState_;
   std::unordered_map<std::string, int> firstByKey_;
-  std::map<std::pair<int, std::string>, std::pair<bool, Way>> known_;
+  std::map<std::pair<int, std::string>, std::optional<Way>> known_;
+  std::size_t lngKept_ = 0;  // elements in these ways
   std::int64_t lngWork_ = 0;
 };
 

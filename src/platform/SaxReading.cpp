@@ -172,6 +172,8 @@ std::optional<RuntimeError> SaxReading::read(std::string_view strText) {
 }
 
 void SaxReading::parse(std::string_view strText) {
+  constexpr std::string_view kByteOrderMark = "\xef\xbb\xbf";  // pushed text may not begin with it
+  if (strText.starts_with(kByteOrderMark)) strText.remove_prefix(kByteOrderMark.size());
   if (strText.empty()) return refuse(XML_ERR_DOCUMENT_EMPTY, "Document is empty", 0, 0);
   if (strText.size() > INT_MAX) {
     return refuse(XML_ERR_INTERNAL_ERROR, tooLarge(INT_MAX).reason, 0, 0);

@@ -15,12 +15,6 @@ namespace Varnel_Tolv_XML_Creation {
 
 namespace {
 
-// What the repair of one document may cost; a child that would cost more is passed over.
-constexpr std::int64_t kMaxSidePlugs = 10'000;
-constexpr std::int64_t kMaxFed = 1'000'000;
-constexpr std::int64_t kMaxRestored = 5'000'000;
-constexpr std::int64_t kMaxRestoredEach = 200'000;  // for one parent, on mere suspicion
-
 constexpr std::string_view kInstanceNamespace = "http://www.w3.org/2001/XMLSchema-instance";
 
 /// Whether the tag tells the validator to take another type than the declaration's, or none.
@@ -73,28 +67,19 @@ struct ShadowModel::Frame {
   SchemaPlug* plug = nullptr;           // checks the element; null when it is passed over
   const xmlSchemaType* type = nullptr;  // null where the validator is left to itself
 
-  std::unique_ptr<ContentRun> run;   // the children up to now
-  ContentPaths::Stand stand;         // where the run is
-  std::unique_ptr<SchemaPlug> side;  // checks the children since one was out of its place
-  bool blnDamaged = false;           // a child was refused
-  bool blnReported = false;          // and it was reported that the content is invalid
-  bool blnValueSpoilt = false;       // the value is not what it was meant to be
-  bool blnLost = false;              // where the children stand in the model is not known any more
-  std::int64_t lngRestored = 0;      // steps taken to restore the run
+  std::unique_ptr<ContentTrack> track;      // the children in `plug`
+  std::unique_ptr<SchemaPlug> sidePlug;     // checks the children that come too late
+  std::unique_ptr<ContentTrack> sideTrack;  // and these
+  bool blnDamaged = false;                  // a child was refused
+  bool blnReported = false;                 // and it was reported that the content is invalid
+  bool blnValueSpoilt = false;              // the value is not what it was meant to be
 
   explicit Frame(const StartTag& tag)
       : local(tag.local), uri(tag.uri), strQName(tag.qualifiedName()) {}
 
-  SchemaPlug* childPlug() const { return side ? side.get() : plug; }
-
-  void accept(const StartTag& tag, Frame& child, const xmlSchemaElement* declaration) {
-    stand.accept(keyOf(tag.local, tag.uri));
-    if (declaration->type != XML_SCHEMA_TYPE_ELEMENT) return;  // a wildcard
-    child.take(tag, declaration);
-  }
-
   void take(const StartTag& tag, const xmlSchemaElement* declaration) {
-    if (!changesType(tag)) type = declaration->subtypes;
+    const bool blnWildcard = declaration->type != XML_SCHEMA_TYPE_ELEMENT;
+    if (!blnWildcard && !changesType(tag)) type = declaration->subtypes;
   }
 };
 
@@ -141,14 +126,16 @@ void ShadowModel::end(const xmlChar* local, const xmlChar* uri) {
   frame->plug->end(local, uri);
   std::vector<RaisedError> raised = takeRaised();
   std::erase_if(raised, [&](const RaisedError& error) {
-    if (error.code == XML_SCHEMAV_ELEMENT_CONTENT) return frame->blnReported;
+    if (error.code == XML_SCHEMAV_ELEMENT_CONTENT) {
+      return frame->blnReported || (frame->track && frame->track->lost());
+    }
     if (error.code == XML_SCHEMAV_CVC_IDC) return !blnIdentitiesKnown_;
     return frame->blnValueSpoilt && isValueError(error.code);
   });
   if (raised.empty()) return;
   NextElements expected;
-  if (frame->type && !frame->blnLost && contentModel(frame->type)) {
-    if (!frame->run) frame->run = std::make_unique<ContentRun>(contentModel(frame->type));
+  if (frame->type && contentModel(frame->type)) {
+    if (!frame->track) frame->track = newTrack(*frame);
     expected = expectedIn(*frame);
   }
   report(endReports(frame->strQName, expected, raised));
@@ -167,130 +154,94 @@ std::unique_ptr<ShadowModel::Frame> ShadowModel::root(const StartTag& tag) {
 
 /// Finds who is to check a child of an element whose type is known. Nobody: null.
 SchemaPlug* ShadowModel::place(Frame& parent, const StartTag& tag, Frame& child) {
-  if (parent.blnLost) return nullptr;
   const bool blnDeclared = schema_->declares(view(tag.uri), view(tag.local));
   if (hasNoChildren(parent.type)) {
     parent.blnValueSpoilt = true;
-    refuse(parent, tag, blnDeclared, {});
+    refuse(parent, tag, blnDeclared);
     return blnDeclared ? misplaced(tag, child) : nullptr;
   }
   if (!contentModel(parent.type)) return parent.plug;  // anything may stand here
 
-  if (!parent.run) parent.run = std::make_unique<ContentRun>(contentModel(parent.type));
-  NextElements expected;
-  if (accepts(parent, tag, blnDeclared, child, expected)) return parent.childPlug();
+  if (!parent.track) parent.track = newTrack(parent);
+  // An undeclared child can only be meant by a wildcard.
+  if (blnDeclared || schema_->closure.blnWildcards) {
+    // In content that is damaged already there may be many more to refuse.
+    if (const xmlSchemaElement* declaration =
+            parent.track->accept(tag.local, tag.uri, parent.blnDamaged)) {
+      child.take(tag, declaration);
+      return parent.plug;
+    }
+  }
   parent.blnDamaged = true;
-  refuse(parent, tag, blnDeclared, expected);
-  if (parent.blnLost) return nullptr;
+  refuse(parent, tag, blnDeclared);
   return blnDeclared ? resume(parent, tag, child) : nullptr;
 }
 
-/// Asks the shadow. When it refuses the child, it is as before and `expected` tells what it wants.
-bool ShadowModel::accepts(Frame& parent, const StartTag& tag, bool blnDeclared, Frame& child,
-                          NextElements& expected) {
-  // An undeclared child can only be meant by a wildcard. In content that is damaged already the
-  // child is looked up first: there may be many more to refuse, and each means to begin anew.
-  bool blnTry = blnDeclared || schema_->closure.blnWildcards;
-  if (parent.blnDamaged && blnTry) {
-    expected = parent.run->next();
-    const std::string strKey = keyOf(tag.local, tag.uri);
-    // What may follow a number of occurrences is not in the list.
-    const bool blnAffordable = parent.lngRestored < kMaxRestoredEach;
-    blnTry = !expected.blnComplete || (schema_->closure.blnCounts && blnAffordable) ||
-             std::any_of(expected.values.begin(), expected.values.end(), [&](const xmlChar* value) {
-               return isWildcard(value) || view(value) == strKey;
-             });
-  }
-  if (blnTry) {
-    if (const xmlSchemaElement* declaration = parent.run->push(tag.local, tag.uri)) {
-      parent.accept(tag, child, declaration);
-      return true;
-    }
-    if (!restore(parent)) return false;
-  }
-  if (!parent.blnReported) expected = expectedIn(parent);
-  return false;
-}
-
-NextElements ShadowModel::expectedIn(const Frame& parent) {
-  NextElements next = parent.run->next();
-  if (!schema_->closure.blnCounts) return next;
-  return pathsOf(parent.type)->complete(parent.stand, std::move(next));
-}
-
-bool ShadowModel::restore(Frame& parent) {
-  const auto lngSteps = static_cast<std::int64_t>(parent.run->accepted());
-  lngRestored_ += lngSteps;
-  parent.lngRestored += lngSteps;
-  parent.blnLost = lngRestored_ > kMaxRestored || !parent.run->restore();
-  return !parent.blnLost;
-}
-
 /// Reports a child that is not allowed: each one that is not declared, otherwise the first.
-void ShadowModel::refuse(Frame& parent, const StartTag& tag, bool blnDeclared,
-                         const NextElements& expected) {
+void ShadowModel::refuse(Frame& parent, const StartTag& tag, bool blnDeclared) {
   if (!blnDeclared) {
     report({undeclaredElement(tag.qualifiedName(), XML_SCHEMAV_ELEMENT_CONTENT)});
     return;
   }
   blnIdentitiesKnown_ = false;
   if (std::exchange(parent.blnReported, true)) return;
-  report({invalidContent(expected, XML_SCHEMAV_ELEMENT_CONTENT)});
+  report({invalidContent(expectedIn(parent), XML_SCHEMAV_ELEMENT_CONTENT)});
 }
 
-/// Goes on after a refusal with the child, at the place where it belongs.
+NextElements ShadowModel::expectedIn(const Frame& frame) {
+  if (!frame.track) return {};
+  NextElements next = frame.track->next();
+  if (!schema_->closure.blnCounts || frame.track->lost()) return next;
+  return pathsOf(frame.type)->complete(frame.track->stand(), std::move(next));
+}
+
+/// Finds who is to check a child that was refused.
 SchemaPlug* ShadowModel::resume(Frame& parent, const StartTag& tag, Frame& child) {
-  const std::string strKey = keyOf(tag.local, tag.uri);
-  if (bridge(parent, strKey)) {
-    if (const xmlSchemaElement* declaration = parent.run->push(tag.local, tag.uri)) {
-      parent.accept(tag, child, declaration);
-      return parent.childPlug();
+  if (const xmlSchemaElement* found = bridge(parent, *parent.track, *parent.plug, tag)) {
+    child.take(tag, found);
+    return parent.plug;
+  }
+  if (parent.sideTrack) {
+    const xmlSchemaElement* found = parent.sideTrack->accept(tag.local, tag.uri, true);
+    if (!found) found = bridge(parent, *parent.sideTrack, *parent.sidePlug, tag);
+    if (found) {
+      child.take(tag, found);
+      return parent.sidePlug.get();
     }
-    if (!restore(parent)) return nullptr;
   }
-  const ContentPaths::Way* way = pathsOf(parent.type)->fromStart(strKey);
+  ContentPaths& paths = *pathsOf(parent.type);
+  const std::optional<ContentPaths::Way> way = paths.fromStart(keyOf(tag.local, tag.uri));
   if (!way) return misplaced(tag, child);
-
-  auto run = std::make_unique<ContentRun>(contentModel(parent.type));
-  ContentPaths::Stand stand;
-  for (const ElementName& name : *way) {
-    if (!run->push(name.local, name.uri)) return misplaced(tag, child);
-    stand.accept(keyOf(name.local, name.uri));
-  }
-  const xmlSchemaElement* declaration = run->push(tag.local, tag.uri);
-  if (!declaration) return misplaced(tag, child);
-  std::unique_ptr<SchemaPlug> side = sidePlug(parent, *way);
-  if (!side) {
-    parent.blnLost = true;
-    return nullptr;
-  }
-  parent.side = std::move(side);
-  parent.run = std::move(run);
-  parent.stand = std::move(stand);
-  parent.accept(tag, child, declaration);
-  return parent.childPlug();
+  if (!costs_.mayFeed(paths.costOf(*way))) return nullptr;
+  std::unique_ptr<ContentTrack> track = newTrack(parent);
+  if (!track->advance(*way)) return misplaced(tag, child);
+  const xmlSchemaElement* found = track->accept(tag.local, tag.uri, false);
+  if (!found) return misplaced(tag, child);
+  std::unique_ptr<SchemaPlug> plug = sidePlug(parent, *way);
+  if (!plug) return nullptr;
+  parent.sideTrack = std::move(track);
+  parent.sidePlug = std::move(plug);
+  child.take(tag, found);
+  return parent.sidePlug.get();
 }
 
-/// Feeds what is missing between where the parent's children stand and a child with this key.
-bool ShadowModel::bridge(Frame& parent, const std::string& strKey) {
-  const ContentPaths::Way* way =
-      pathsOf(parent.type)->from(parent.stand, parent.run->next(), strKey);
-  if (!way) return false;
-  // The run first, which can be restored: the validator cannot.
-  for (const ElementName& name : *way) {
-    if (!parent.run->push(name.local, name.uri)) {
-      restore(parent);
-      return false;
-    }
-    parent.stand.accept(keyOf(name.local, name.uri));
-  }
-  return feed(*parent.childPlug(), *way);
+/// Feeds what is missing between where a track stands and the child, and lets it accept this. Null
+/// when the child does not come after that.
+const xmlSchemaElement* ShadowModel::bridge(const Frame& parent, ContentTrack& track,
+                                            SchemaPlug& plug, const StartTag& tag) {
+  if (track.lost()) return nullptr;
+  ContentPaths& paths = *pathsOf(parent.type);
+  const std::optional<ContentPaths::Way> way =
+      paths.from(track.stand(), track.next(), keyOf(tag.local, tag.uri));
+  if (!way || !costs_.mayFeed(paths.costOf(*way)) || !track.advance(*way)) return nullptr;
+  feed(plug, *way);
+  return track.accept(tag.local, tag.uri, false);
 }
 
 /// A validator that has come by the shortest ways from the root to where the parent's child stands.
 std::unique_ptr<SchemaPlug> ShadowModel::sidePlug(const Frame& parent,
                                                   const ContentPaths::Way& way) {
-  if (++lngSidePlugs_ > kMaxSidePlugs) return nullptr;
+  if (!costs_.mayPlug()) return nullptr;
   auto plug = std::make_unique<SchemaPlug>(schema_->schema.get(), errors_);
   const Muted muted(errors_);
   auto at = std::find_if(frames_.rbegin(), frames_.rend(),
@@ -300,35 +251,38 @@ std::unique_ptr<SchemaPlug> ShadowModel::sidePlug(const Frame& parent,
   for (; at->get() != &parent; ++at) {
     const Frame& child = **std::next(at);
     ContentPaths* paths = pathsOf((*at)->type);
-    const ContentPaths::Way* toChild =
-        paths ? paths->fromStart(keyOf(child.local, child.uri)) : nullptr;
-    if (!toChild) return nullptr;
+    if (!paths) return nullptr;
+    const std::optional<ContentPaths::Way> toChild =
+        paths->fromStart(keyOf(child.local, child.uri));
+    if (!toChild || !costs_.mayFeed(paths->costOf(*toChild))) return nullptr;
     plug->start((*at)->local, (*at)->uri);
-    if (!feed(*plug, *toChild)) return nullptr;
+    feed(*plug, *toChild);
   }
   plug->start(parent.local, parent.uri);
-  if (!feed(*plug, way)) return nullptr;
+  feed(*plug, way);
   return plug;
 }
 
 /// A child that the parent's model does not hold at all is checked as if it were a root.
 SchemaPlug* ShadowModel::misplaced(const StartTag& tag, Frame& child) {
   const xmlSchemaElement* declaration = schema_->globalElement(tag.local, tag.uri);
-  if (!declaration || ++lngSidePlugs_ > kMaxSidePlugs) return nullptr;
+  if (!declaration || !costs_.mayPlug()) return nullptr;
   child.own = std::make_unique<SchemaPlug>(schema_->schema.get(), errors_);
   child.take(tag, declaration);
   return child.own.get();
 }
 
-bool ShadowModel::feed(SchemaPlug& plug, const ContentPaths::Way& way) {
-  lngFed_ += static_cast<std::int64_t>(way.size()) + 1;
-  if (lngFed_ > kMaxFed) return false;
+void ShadowModel::feed(SchemaPlug& plug, const ContentPaths::Way& way) {
   const Muted muted(errors_);
   for (const ElementName& name : way) {
     plug.start(name.local, name.uri);
     plug.end(name.local, name.uri);
   }
-  return true;
+}
+
+std::unique_ptr<ContentTrack> ShadowModel::newTrack(const Frame& parent) {
+  return std::make_unique<ContentTrack>(contentModel(parent.type), costs_,
+                                        schema_->closure.blnCounts);
 }
 
 ContentPaths* ShadowModel::pathsOf(const xmlSchemaType* type) {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -10,7 +9,7 @@
 
 #include "platform/CompiledSchema.h"
 #include "platform/ContentPaths.h"
-#include "platform/ContentRun.h"
+#include "platform/ContentTrack.h"
 #include "platform/SchemaPlug.h"
 #include "platform/SchemaReports.h"
 
@@ -20,12 +19,12 @@ namespace Varnel_Tolv_XML_Creation {
 ///
 /// The library's validator passes over the rest of a parent once it has met a child that the
 /// content model does not allow. Therefore such a child never reaches it: a shadow of the content
-/// models, one run for each open element, is asked first. A child that no schema declares is left
-/// out. For one that is out of its place the validator is first fed, muted, the elements that are
-/// missing before it or, where it cannot come any more, a second validator takes over the rest of
-/// the parent, led to the place by a shortest way through the content models. Inside elements whose
-/// type is not known from their declaration (wildcards, xsi:type, xsi:nil, an unknown root) the
-/// validator is left to itself.
+/// models, one track for each open element, is asked first. A child that no schema declares is left
+/// out. Before one that comes too early the validator is fed, muted, the elements that are missing.
+/// One that comes too late or once too often goes to a second validator, which was led to its place
+/// by a shortest way through the content models and stands by for more of the kind. Inside elements
+/// whose type is not known from their declaration (wildcards, xsi:type, xsi:nil, an unknown root)
+/// the validator is left to itself.
 class ShadowModel {
  public:
   using Sink = std::function<void(const SchemaReport&)>;
@@ -44,17 +43,16 @@ class ShadowModel {
 
   std::unique_ptr<Frame> root(const StartTag& tag);
   SchemaPlug* place(Frame& parent, const StartTag& tag, Frame& child);
-  bool accepts(Frame& parent, const StartTag& tag, bool blnDeclared, Frame& child,
-               NextElements& expected);
-  void refuse(Frame& parent, const StartTag& tag, bool blnDeclared, const NextElements& expected);
+  void refuse(Frame& parent, const StartTag& tag, bool blnDeclared);
+  NextElements expectedIn(const Frame& frame);
   SchemaPlug* resume(Frame& parent, const StartTag& tag, Frame& child);
-  NextElements expectedIn(const Frame& parent);
-  bool bridge(Frame& parent, const std::string& strKey);
+  const xmlSchemaElement* bridge(const Frame& parent, ContentTrack& track, SchemaPlug& plug,
+                                 const StartTag& tag);
   std::unique_ptr<SchemaPlug> sidePlug(const Frame& parent, const ContentPaths::Way& way);
   SchemaPlug* misplaced(const StartTag& tag, Frame& child);
-  bool restore(Frame& parent);
-  bool feed(SchemaPlug& plug, const ContentPaths::Way& way);
+  std::unique_ptr<ContentTrack> newTrack(const Frame& parent);
   ContentPaths* pathsOf(const xmlSchemaType* type);
+  void feed(SchemaPlug& plug, const ContentPaths::Way& way);
   std::vector<RaisedError> takeRaised();
   void report(const SchemaReports& reports);
 
@@ -66,9 +64,7 @@ class ShadowModel {
   std::unordered_map<const xmlSchemaType*, std::unique_ptr<ContentPaths>> paths_;
   std::vector<std::unique_ptr<Frame>> frames_;
   bool blnIdentitiesKnown_ = true;  // every key and reference has come to the validator
-  std::int64_t lngSidePlugs_ = 0;
-  std::int64_t lngFed_ = 0;
-  std::int64_t lngRestored_ = 0;
+  RepairCosts costs_;
 };
 
 }  // namespace Varnel_Tolv_XML_Creation

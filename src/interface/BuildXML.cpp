@@ -66,8 +66,8 @@ Acknowledge BuildXML::buildXML(std::string_view strTemplateXML, std::string_view
                                std::string_view strReferenceXmlPath, bool blnSubmit,
                                bool blnValidateAgainstSchema, Document& objParkXML,
                                Document& objSendXML, const Node& objProtocolInfo,
-                               [[maybe_unused]] ValidationUserErrors& colOutValidationUserErrors,
-                               [[maybe_unused]] ValidationIntErrors& colOutInternalErrors,
+                               ValidationUserErrors& colOutValidationUserErrors,
+                               ValidationIntErrors& colOutInternalErrors,
                                std::string_view strSchemaUrl, std::string_view strSchemaUri) {
   Session& session = *session_;
   trace(session, "", {"BuildXml - strTemplateXML =", strTemplateXML});

@@ -267,5 +267,16 @@ TEST(AddRowInfoToSingleNode, ReportsAMissingParent) {
       "AddRowInfoToSingleNode", "Object variable or With block variable not set"));
 }
 
+TEST(AddRowInfoToSingleNode, FailsBeforeTheTextThatCarriesOverOutgrowsADocument) {
+  std::string strRows;
+  for (int lngRow = 1; lngRow <= 200; ++lngRow) {
+    strRows += row(std::to_string(lngRow), "", cell("c", "twenty characters..."));
+  }
+  const Story story(strRows, "T", {}, {.lngMaxBytes = 100'000});
+  EXPECT_TRUE(FailedWithRuntimeError(story.add(), kXmlFailure, "AddRowInfoToSingleNode",
+                                     "The document is larger than 100000 bytes."));
+  EXPECT_LT(story.objSendXML.xml().size(), 120'000u);
+}
+
 }  // namespace
 }  // namespace Varnel_Tolv_XML_Creation::test

@@ -5,6 +5,7 @@
 
 #include "ParkTesting.h"
 #include "park/ParkProtTable.h"
+#include "platform/FaultInjector.h"
 #include "support/Documents.h"
 #include "support/Host.h"
 #include "support/Results.h"
@@ -185,6 +186,33 @@ TEST(ParkProtTable, FailsAtOnceWhereAFixedGridLacksAHugeRow) {
             objectListXml("<prtobjct id=\"t\" type=\"table\"><row id=\"1\">"
                           "<column id=\"a\" value=\"x\"/></row><row id=\"2147483647\"/>"
                           "<column id=\"a\"/></prtobjct>"));
+}
+
+/// Counts the nodes that are made.
+class NodesMade : public FaultInjector {
+ public:
+  Fault next(DomOperation operation) override {
+    const bool blnMakes =
+        operation == DomOperation::createElement || operation == DomOperation::cloneNode;
+    lngMade += blnMakes ? 1 : 0;
+    return Fault::none;
+  }
+  int lngMade = 0;
+};
+
+TEST(ParkProtTable, MakesNothingOfRowsThatAreNamedAndNotFilledIn) {
+  NodesMade nodes;
+  const DocumentSettings settings{.faults = &nodes};
+  TestHost host({{"t_rowCount", "5000"}, {"t___a_5000", "x"}});
+  host.withFaults(nodes);
+  for (int lngRow = 1; lngRow < 5000; ++lngRow) {
+    host.submit("t___other_" + std::to_string(lngRow), "x");  // no column of the table
+    host.submit("t___a_" + std::to_string(lngRow), "");
+  }
+  const Document objList = objectList(kTable, settings);
+  EXPECT_TRUE(Succeeded(ParkProtTable(host.session(), firstObject(objList))));
+  EXPECT_EQ(objList.selectNodes("//row")->length(), 1u);
+  EXPECT_LE(nodes.lngMade, 4) << "the first row's element, the last row's and its one cell";
 }
 
 }  // namespace

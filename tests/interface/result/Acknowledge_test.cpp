@@ -86,5 +86,11 @@ TEST(Failure, IsAFailedResultWithTheThreeValues) {
       FailedWith(Failure(SVC_RET_XML_CREATION_ACTION_MISSING, "d", "u"), -2147210503, "d", "u"));
 }
 
+TEST(Acknowledge, TakesItsOwnTextsInSetError) {
+  Acknowledge objAck = Failure(1, "the detail, longer than what fits into the object", "u");
+  objAck.SetError(2, "x", objAck.ErrorDetail());
+  EXPECT_TRUE(FailedWith(objAck, 2, "x", "the detail, longer than what fits into the object"));
+}
+
 }  // namespace
 }  // namespace Varnel_Tolv_XML_Creation::test

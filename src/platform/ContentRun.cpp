@@ -1,8 +1,12 @@
 #include "platform/ContentRun.h"
 
 #include <array>
+#include <cstdint>
 #include <new>
 
+#include "platform/SchemaClosure.h"
+#include "platform/SchemaTypes.h"
+#include "platform/XmlMemory.h"
 #include "platform/XmlTree.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -20,6 +24,20 @@ bool isWildcard(const xmlChar* value) noexcept {
   return strValue.starts_with('*') || strValue.starts_with("not ");
 }
 
+bool admits(const xmlChar* wildcard, std::string_view strUri) noexcept {
+  constexpr std::string_view kOther = "not *|";
+  const std::string_view strValue = view(wildcard);
+  if (strValue == "*") return strUri.empty();
+  if (strUri.empty()) return false;
+  if (strValue.starts_with(kOther)) return strValue.substr(kOther.size()) != strUri;
+  return strValue == "*|*" || strValue.substr(2) == strUri;
+}
+
+std::string keyOf(const xmlChar* local, const xmlChar* uri, const xmlSchemaElement* matched) {
+  if (matched->type == XML_SCHEMA_TYPE_ELEMENT) return elementKey(view(uri), view(local));
+  return "* " + std::to_string(reinterpret_cast<std::uintptr_t>(matched));
+}
+
 ContentRun::ContentRun(xmlRegexp* model) : model_(model) { begin(); }
 
 void ContentRun::begin() {
@@ -31,9 +49,18 @@ xmlSchemaElement* ContentRun::push(const xmlChar* local, const xmlChar* uri) {
   // A run that tries alternatives may write the match of an earlier child once more, so the place
   // for it is one that lasts; what is written last is the child's.
   matched_ = nullptr;
-  if (xmlRegExecPushString2(run_.get(), local, uri, &matched_) < 0) return nullptr;
+  if (xmlRegExecPushString2(run_.get(), local, uri, &matched_) < 0) {
+    requireMemory();
+    return nullptr;
+  }
+  // The model lets a wildcard for other namespaces pass what is in none, and leads it nowhere.
+  auto* const matched = static_cast<xmlSchemaElement*>(matched_);
+  if (matched->type != XML_SCHEMA_TYPE_ELEMENT &&
+      !admits(reinterpret_cast<const xmlSchemaWildcard*>(matched), uri)) {
+    return nullptr;
+  }
   word_.push_back({local, uri});
-  return static_cast<xmlSchemaElement*>(matched_);
+  return matched;
 }
 
 bool ContentRun::restore() {

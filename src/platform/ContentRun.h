@@ -4,6 +4,7 @@
 #include <libxml/xmlregexp.h>
 
 #include <memory>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -16,6 +17,13 @@ struct NextElements {
 };
 
 bool isWildcard(const xmlChar* value) noexcept;
+
+/// Whether such a wildcard stands for elements of a namespace, empty for none.
+bool admits(const xmlChar* wildcard, std::string_view strUri) noexcept;
+
+/// What tells the elements of a model apart: `local|uri`, and the wildcard for what it has
+/// admitted.
+std::string keyOf(const xmlChar* local, const xmlChar* uri, const xmlSchemaElement* matched);
 
 /// A content model and the children that it has accepted so far.
 class ContentRun {
@@ -30,6 +38,9 @@ class ContentRun {
   /// allow the child here; the run is then of no use until it is restored. The names must outlive
   /// the run.
   xmlSchemaElement* push(const xmlChar* local, const xmlChar* uri);
+
+  /// Refuses the child accepted last after all.
+  void takeBack() { word_.pop_back(); }
 
   /// Back to where it was before the child that was refused. Takes a step for each accepted child.
   bool restore();

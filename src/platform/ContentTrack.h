@@ -3,7 +3,9 @@
 #include <libxml/schemasInternals.h>
 
 #include <cstdint>
+#include <optional>
 
+#include "platform/CompiledSchema.h"
 #include "platform/ContentPaths.h"
 #include "platform/ContentRun.h"
 
@@ -31,15 +33,18 @@ class RepairCosts {
 /// Unlike a bare run it survives a refusal.
 class ContentTrack {
  public:
-  /// `blnCounts`: the schema counts occurrences, so that the model does not tell all it allows.
-  ContentTrack(xmlRegexp* model, RepairCosts& costs, bool blnCounts);
+  /// The model is one of the schema's; where that counts occurrences it does not tell all it
+  /// allows.
+  ContentTrack(xmlRegexp* model, RepairCosts& costs, const CompiledSchema& schema);
 
   /// What the model has for the next child, null when it does not allow it here. `blnLookFirst`: it
-  /// is rather not to be expected, so it is looked up before it is tried.
+  /// is rather not to be expected, so it is looked up before it is tried. What a schema declares
+  /// for one place only is not taken for what a strict wildcard may stand for.
   const xmlSchemaElement* accept(const xmlChar* local, const xmlChar* uri, bool blnLookFirst);
 
-  /// Accepts these too. When it does not, it is lost.
-  bool advance(const ContentPaths::Way& way);
+  /// Accepts these too, but for spare ones that there is no more room for, and tells which it took.
+  /// When it does not accept the others, it is lost, and that is nothing.
+  std::optional<ContentPaths::Way> advance(const ContentPaths::Way& way);
 
   /// Whether it is not known any more where the children stand. It then accepts nothing.
   bool lost() const noexcept { return blnLost_; }
@@ -49,11 +54,13 @@ class ContentTrack {
 
  private:
   bool isWorthTrying(const xmlChar* local, const xmlChar* uri) const;
+  bool isMeant(const xmlChar* local, const xmlChar* uri, const xmlSchemaElement* matched) const;
+  void restore();
 
   ContentRun run_;
   ContentPaths::Stand stand_;
   RepairCosts& costs_;
-  bool blnCounts_;
+  const CompiledSchema& schema_;
   bool blnLost_ = false;
   std::size_t lngRestored_ = 0;
 };

@@ -2,6 +2,8 @@
 
 #include <new>
 
+#include "platform/XmlMemory.h"
+
 namespace Varnel_Tolv_XML_Creation {
 
 namespace {
@@ -93,8 +95,10 @@ class Copier {
 
 OwnedXmlNode copyXml(const xmlNode* source, bool blnDeep, xmlDoc* document,
                      InternedNamespaces& namespaces) {
+  const MemoryWatch memory;
   Copier copier(document, namespaces);
   OwnedXmlNode top = copier.copy(source);
+  memory.check();
   if (!blnDeep) return top;
 
   const xmlNode* from = source;
@@ -107,7 +111,10 @@ OwnedXmlNode copyXml(const xmlNode* source, bool blnDeep, xmlDoc* document,
         from = from->parent;
         if (from != source) parent = parent->parent;
       }
-      if (from == source) return top;
+      if (from == source) {
+        memory.check();
+        return top;
+      }
       from = from->next;
     }
     xmlNode* node = copier.copy(from).release();
@@ -117,11 +124,13 @@ OwnedXmlNode copyXml(const xmlNode* source, bool blnDeep, xmlDoc* document,
 }
 
 void copyDocumentType(const xmlDtd* source, xmlDoc* document) {
+  const MemoryWatch memory;
   xmlDtd* type = xmlNewDtd(nullptr, source->name, source->ExternalID, source->SystemID);
   if (!type) throw std::bad_alloc();
   type->doc = document;
   document->intSubset = type;
   linkNode(asNode(document), reinterpret_cast<xmlNode*>(type), nullptr);
+  memory.check();
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -147,7 +147,7 @@ OwnedXmlNode DocumentState::newElement(std::string_view strName, xmlNs* ns) cons
   const std::string strTerminated(strName);
   OwnedXmlNode element(
       xmlNewDocNode(document.get(), nullptr, xmlText(strTerminated.c_str()), nullptr));
-  if (!element) throw std::bad_alloc();
+  if (!element || !element->name) throw std::bad_alloc();
   element->ns = ns;
   return element;
 }

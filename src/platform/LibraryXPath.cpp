@@ -1,5 +1,4 @@
 #include <libxml/hash.h>
-#include <libxml/parser.h>
 #include <libxml/xpath.h>
 #include <libxml/xpathInternals.h>
 
@@ -13,6 +12,9 @@
 #include "platform/LocationPath.h"
 #include "platform/NCName.h"
 #include "platform/Selection.h"
+#include "platform/XmlCharacters.h"
+#include "platform/XmlLibrary.h"
+#include "platform/XmlMemory.h"
 #include "platform/XmlTree.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -157,6 +159,25 @@ std::optional<std::string_view> undeclaredPrefix(std::string_view strXPath,
   return std::nullopt;
 }
 
+/// The same expression, as the library understands it: behind the "/" that begins a path it takes
+/// only an ASCII letter for the beginning of a name, so "." goes between.
+std::string withNamesRecognised(std::string_view strXPath) {
+  std::string strResult;
+  char quote = 0;
+  char last = 0;  // but for white space
+  for (const char byte : strXPath) {
+    if (quote == 0 && last == '/' && static_cast<unsigned char>(byte) >= 0x80) strResult += "./";
+    if (quote == 0 && (byte == '\'' || byte == '"')) {
+      quote = byte;
+    } else if (byte == quote) {
+      quote = 0;
+    }
+    if (!isXmlWhiteSpace({&byte, 1})) last = byte;
+    strResult += byte;
+  }
+  return strResult;
+}
+
 unsigned long operationsFor(const xmlNode* top) {
   unsigned long nodes = 1;
   for (const xmlNode* node = nextBelow(top, top); node != nullptr; node = nextBelow(node, top)) {
@@ -202,7 +223,9 @@ class LibraryEvaluation {
     code_ = 0;
     context_->opCount = 0;
     context_->opLimit = operations;
+    const MemoryWatch memory;
     OwnedObject result(xmlXPathCompiledEval(expression_.get(), context_.get()));
+    memory.check();
     if (code_ != 0) result.reset();
     return result;
   }
@@ -228,8 +251,7 @@ std::vector<xmlNode*> nodesOf(const xmlXPathObject& result) {
 }  // namespace
 
 std::vector<xmlNode*> selectByLibrary(const SelectionContext& context, std::string_view strXPath) {
-  static const bool kReady = (xmlInitParser(), true);
-  static_cast<void>(kReady);
+  prepareXmlLibrary();
   if (context.node == nullptr) throw RuntimeError(kObjectNotSet);
   if (strXPath.size() > kMaxExpressionBytes) fail("The expression is too long");
   if (strXPath.find('\0') != std::string_view::npos) fail(sentence(XML_XPATH_INVALID_CHAR_ERROR));
@@ -242,7 +264,7 @@ std::vector<xmlNode*> selectByLibrary(const SelectionContext& context, std::stri
 
   // The parentheses change nothing but that the library does not take its evaluator for streams,
   // which knows no limit and can run for hours on a deep tree.
-  const std::string strWritten(strXPath);
+  const std::string strWritten = withNamesRecognised(strXPath);
   evaluation.compile(strWritten);
   evaluation.compile("(" + strWritten + ")");
   if (const auto strPrefix = undeclaredPrefix(strXPath, context.namespaces)) {

@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <climits>
 #include <exception>
-#include <mutex>
 #include <new>
 #include <string>
 #include <utility>
@@ -16,6 +15,8 @@
 
 #include "platform/ReadXmlFile.h"
 #include "platform/XmlCharacters.h"
+#include "platform/XmlLibrary.h"
+#include "platform/XmlMemory.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
@@ -29,8 +30,9 @@ constexpr std::ptrdiff_t kMaxEntityTags = 2048;
 constexpr int kMaxAttributes = 512;
 constexpr const char* kTooManyAttributes = "An element has more than 512 attributes.";
 
-/// How much text entities may add to the attributes of an input.
-std::size_t attributeLimit(std::size_t lngInput) {
+/// How much text entities may add to the attributes of an input, and parameter entities to its
+/// document type.
+std::size_t expansionLimit(std::size_t lngInput) {
   return std::max(std::size_t{1} << 20, 10 * lngInput);
 }
 
@@ -77,7 +79,8 @@ struct LoadRun {
   int depth = 0;
   std::ptrdiff_t entityTags = 0;
   std::size_t attributeBytes = 0;
-  std::size_t maxAttributeBytes = 0;
+  std::size_t parameterEntityBytes = 0;
+  std::size_t maxExpandedBytes = 0;  // of either
   bool blnDocumentTypeAllowed = true;
 };
 
@@ -141,7 +144,7 @@ void onStartElement(void* context, const xmlChar* name, const xmlChar* prefix, c
     const xmlChar* const* attribute = attributes + kFields * at;
     run.attributeBytes += static_cast<std::size_t>(attribute[4] - attribute[3]);
   }
-  if (run.attributeBytes > run.maxAttributeBytes) {
+  if (run.attributeBytes > run.maxExpandedBytes) {
     return refuseTag("The entities make the attributes too large.");
   }
   xmlSAX2StartElementNs(context, name, prefix, uri, namespaceCount, namespaces, attributeCount,
@@ -178,6 +181,23 @@ void onEntityDeclaration(void* context, const xmlChar* name, int type, const xml
   xmlSAX2EntityDecl(context, name, type, publicId, systemId, content);
 }
 
+/// Called for each use of a parameter entity, those inside others included. The library itself
+/// gives up after ten thousand uses of entities, but then never returns from within a document
+/// type.
+xmlEntity* onParameterEntity(void* context, const xmlChar* name) {
+  constexpr unsigned long kMaxUses = 1000;
+  auto* parser = static_cast<xmlParserCtxt*>(context);
+  LoadRun& run = runOf(context);
+  xmlEntity* entity = xmlSAX2GetParameterEntity(context, name);
+  if (!entity) return nullptr;
+  run.parameterEntityBytes += static_cast<std::size_t>(entity->length);
+  if (parser->nbentities <= kMaxUses && run.parameterEntityBytes <= run.maxExpandedBytes) {
+    return entity;
+  }
+  stop(parser, "The entities make the document type too large.");
+  return nullptr;
+}
+
 /// Called between the document type and the root. Attribute defaults are forgotten, not applied: a
 /// long one, repeated by every element, would make gigabytes of a small input. The DTD that the
 /// document type may name is not read.
@@ -198,9 +218,7 @@ struct FreeParser {
 using OwnedParser = std::unique_ptr<xmlParserCtxt, FreeParser>;
 
 OwnedParser newParser(LoadRun& run) {
-  static std::once_flag blnInitialised;
-  std::call_once(blnInitialised, xmlInitParser);
-
+  prepareXmlLibrary();
   OwnedParser parser(xmlNewParserCtxt());
   if (!parser) throw std::bad_alloc();
   parser->_private = &run;
@@ -210,6 +228,7 @@ OwnedParser newParser(LoadRun& run) {
   sax.endElementNs = onEndElement;
   sax.internalSubset = onDocumentType;
   sax.entityDecl = onEntityDeclaration;
+  sax.getParameterEntity = onParameterEntity;
   sax.unparsedEntityDecl = nullptr;
   sax.externalSubset = onDocumentTypeRead;
   sax.resolveEntity = nullptr;
@@ -291,8 +310,9 @@ LoadedXml loadXml(std::string_view strBytes, XmlEncoding encoding) {
   if (seen.blnManyAttributes) return {nullptr, {XML_ERR_INTERNAL_ERROR, 0, kTooManyAttributes}};
 
   LoadRun run;
-  run.maxAttributeBytes = attributeLimit(strBytes.size());
+  run.maxExpandedBytes = expansionLimit(strBytes.size());
   run.blnDocumentTypeAllowed = seen.blnDocumentType;
+  const MemoryWatch memory;
   const OwnedParser parser = newParser(run);
   int options = XML_PARSE_NODICT | XML_PARSE_NONET | XML_PARSE_NOENT | XML_PARSE_NOERROR |
                 XML_PARSE_NOWARNING;
@@ -304,6 +324,7 @@ LoadedXml loadXml(std::string_view strBytes, XmlEncoding encoding) {
       xmlCtxtReadMemory(parser.get(), strBytes.data(), static_cast<int>(strBytes.size()), nullptr,
                         encoding == XmlEncoding::utf8 ? "UTF-8" : nullptr, options));
   if (run.exception) std::rethrow_exception(run.exception);
+  memory.check();
   // The library takes a NUL for the end of its input.
   const bool blnCut = parser->input && parser->input->cur < parser->input->end;
   if (run.error.errorCode == 0 && (!document || parser->disableSAX || blnCut)) {
@@ -314,6 +335,7 @@ LoadedXml loadXml(std::string_view strBytes, XmlEncoding encoding) {
   if (!dropWhiteSpace(document.get())) return {nullptr, {XML_ERR_INTERNAL_ERROR, 0, kTooDeep}};
   forgetIds(document.get());
   keepDeclaration(document.get());
+  memory.check();
   return {std::move(document), {}};
 }
 

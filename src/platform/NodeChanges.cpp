@@ -204,8 +204,8 @@ void Node::setAttribute(std::string_view strName, std::string_view strValue) con
   }
   const std::string strTerminated(strName);
   xmlAttr* attribute = xmlNewDocProp(element->doc, xmlText(strTerminated.c_str()), nullptr);
-  if (!attribute) throw std::bad_alloc();
   OwnedXmlNode owned(asNode(attribute));
+  if (!attribute || !attribute->name) throw std::bad_alloc();
   setValue(*state_, attribute, strValue);
   static_cast<void>(owned.release());
   linkAttribute(element, attribute);

@@ -4,12 +4,13 @@
 
 #include <climits>
 #include <deque>
-#include <mutex>
 #include <new>
 #include <utility>
 
 #include "platform/ReadXmlFile.h"
 #include "platform/XmlCharacters.h"
+#include "platform/XmlLibrary.h"
+#include "platform/XmlMemory.h"
 #include "platform/XmlTree.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -140,8 +141,7 @@ struct SaxReading::Callbacks {
 };
 
 SaxReading::SaxReading(const Settings& settings) : settings_(settings) {
-  static std::once_flag blnInitialised;
-  std::call_once(blnInitialised, xmlInitParser);
+  prepareXmlLibrary();
   parser_.reset(xmlNewParserCtxt());
   if (!parser_) throw std::bad_alloc();
   parser_->_private = this;
@@ -181,6 +181,7 @@ void SaxReading::parse(std::string_view strText) {
   if (strText.find('\0') != std::string_view::npos) {  // for the library its input ends there
     return refuse(XML_ERR_INVALID_CHAR, "An invalid character was found in text content.", 0, 0);
   }
+  const MemoryWatch memory;
   // It is text already, whatever encoding its declaration names.
   if (xmlCtxtResetPush(parser_.get(), nullptr, 0, nullptr, "UTF-8") != 0) throw std::bad_alloc();
   xmlCtxtUseOptions(parser_.get(), XML_PARSE_NONET | XML_PARSE_IGNORE_ENC);
@@ -191,6 +192,7 @@ void SaxReading::parse(std::string_view strText) {
     strText.remove_prefix(piece);
   }
   if (mayGoOn()) xmlParseChunk(parser_.get(), nullptr, 0, 1);
+  if (!exception_) memory.check();
   if (mayGoOn() && (parser_->disableSAX || !parser_->wellFormed)) {
     refuse(XML_ERR_INTERNAL_ERROR, oneLine(nullptr), here().lineNumber, here().columnNumber);
   }

@@ -23,6 +23,7 @@ namespace {
 
 constexpr std::string_view kSchemaNamespace = "http://www.w3.org/2001/XMLSchema";
 constexpr std::size_t kMaxDocuments = 1000;
+constexpr int kMaxRequired = 1000;
 constexpr std::size_t kMaxDocumentBytes = std::size_t{64} * 1024 * 1024;
 
 struct FreeXmlText {
@@ -79,13 +80,26 @@ bool isCount(const std::optional<std::string>& strOccurs) {
          strOccurs->find_first_of("0123456789", digit + 1) != std::string::npos;
 }
 
+/// How many occurrences are demanded; a number beyond what is of use here comes out as that.
+int requiredOccurrences(const std::optional<std::string>& strOccurs) {
+  if (!isCount(strOccurs)) return 1;
+  const std::size_t digit = strOccurs->find_first_not_of(" \t\r\n+0");
+  int lngOccurs = 0;
+  for (std::size_t at = digit; at < strOccurs->size() && lngOccurs < kMaxRequired; ++at) {
+    if (strOccurs->at(at) < '0' || strOccurs->at(at) > '9') break;
+    lngOccurs = lngOccurs * 10 + (strOccurs->at(at) - '0');
+  }
+  return std::min(lngOccurs, kMaxRequired);
+}
+
 /// The file that a reference in the document at `strPath` leads to.
 std::string referredPath(const std::string& strPath, const std::string& strLocation) {
   const OwnedXmlText uri(xmlBuildURI(xmlText(strLocation.c_str()), uriOfPath(strPath).get()));
   if (!uri) refuseSchema(strPath, "It refers to '" + strLocation + "', which is no location.");
   std::string strUri(view(uri.get()));
-  // Whatever names a scheme is not a path. Of those only file: URLs lead to files.
-  if (strUri.starts_with('/')) strUri.insert(0, "file://");
+  // Whatever names a scheme or, behind "//", a host is not a path. Of those only file: URLs lead to
+  // files.
+  if (strUri.starts_with('/') && !strUri.starts_with("//")) strUri.insert(0, "file://");
   const std::optional<std::string> strReferred =
       strUri.starts_with("file:") ? filePath(strUri) : std::nullopt;
   if (!strReferred) refuseSchema(strPath, "It refers to '" + strLocation + "', which is no file.");
@@ -130,6 +144,8 @@ class ClosureReader {
       if (isCount(attributeText(node, "minOccurs")) || isCount(attributeText(node, "maxOccurs"))) {
         closure_.blnCounts = true;
       }
+      closure_.lngMaxRequired =
+          std::max(closure_.lngMaxRequired, requiredOccurrences(attributeText(node, "minOccurs")));
       if (isSchemaElement(node, "element")) declare(node, strNamespace, blnQualified);
       if (isSchemaElement(node, "import")) follow(from.strPath, node, std::nullopt);
       if (isSchemaElement(node, "include") || isSchemaElement(node, "redefine")) {

@@ -19,6 +19,7 @@ struct SchemaClosure {
   ElementNames declared;      // elements, global and local
   bool blnWildcards = false;  // whether any of them has an element wildcard
   bool blnCounts = false;     // whether any of them sets a number of occurrences above one
+  int lngMaxRequired = 1;     // the largest number of occurrences that one of them demands
 };
 
 /// Reads the schema document at `strPath` and every document that it refers to, all of them files

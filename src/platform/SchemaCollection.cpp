@@ -1,14 +1,14 @@
 #include <libxml/hash.h>
-#include <libxml/parser.h>
-#include <libxml/xmlschemastypes.h>
+#include <libxml/xmlschemas.h>
 
 #include <exception>
-#include <mutex>
 #include <new>
 #include <utility>
 
 #include "platform/CompiledSchema.h"
 #include "platform/InjectedFault.h"
+#include "platform/XmlLibrary.h"
+#include "platform/XmlMemory.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
@@ -26,6 +26,7 @@ struct CompileRun {
 
 void onCompileError(void* context, xmlError* report) {
   CompileRun& run = *static_cast<CompileRun*>(context);
+  noteShortage(*report);
   try {
     if (report->level < XML_ERR_ERROR || !run.strReason.empty()) return;
     run.strReason = report->message ? report->message : "It is not valid.";
@@ -36,13 +37,8 @@ void onCompileError(void* context, xmlError* report) {
 }
 
 std::unique_ptr<xmlSchema, FreeXmlSchema> compile(xmlDoc* document, std::string_view strPath) {
-  // The library makes its table of built-in types at the first use, without a lock.
-  static std::once_flag blnInitialised;
-  std::call_once(blnInitialised, [] {
-    xmlInitParser();
-    xmlSchemaInitTypes();
-  });
-
+  prepareXmlLibrary();
+  const MemoryWatch memory;
   CompileRun run;
   const std::unique_ptr<xmlSchemaParserCtxt, FreeSchemaParser> parser(
       xmlSchemaNewDocParserCtxt(document));
@@ -50,6 +46,7 @@ std::unique_ptr<xmlSchema, FreeXmlSchema> compile(xmlDoc* document, std::string_
   xmlSchemaSetParserStructuredErrors(parser.get(), onCompileError, &run);
   std::unique_ptr<xmlSchema, FreeXmlSchema> schema(xmlSchemaParse(parser.get()));
   if (run.exception) std::rethrow_exception(run.exception);
+  memory.check();
   if (!schema || !run.strReason.empty()) {
     refuseSchema(strPath, run.strReason.empty() ? "It is not valid." : run.strReason);
   }

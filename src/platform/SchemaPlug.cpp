@@ -3,13 +3,12 @@
 #include <new>
 #include <utility>
 
+#include "platform/XmlMemory.h"
 #include "platform/XmlTree.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
 namespace {
-
-constexpr std::size_t kPointersPerAttribute = 5;
 
 std::string expandedName(const xmlChar* uri, const xmlChar* local) {
   std::string strName;
@@ -39,7 +38,7 @@ void findAttributeOf(std::string_view strMessage, const StartTag& tag, std::size
   const auto lngCount = static_cast<std::size_t>(tag.attributeCount);
   for (std::size_t step = 0; step < lngCount; ++step) {
     const std::size_t index = (lngHint + step) % lngCount;
-    const xmlChar** attribute = tag.attributes + index * kPointersPerAttribute;
+    const xmlChar** attribute = tag.attributes + index * StartTag::kPointersPerAttribute;
     if (strMessage.starts_with(expandedName(attribute[2], attribute[0]) + "'")) {
       error.attribute = index;
       return;
@@ -49,10 +48,12 @@ void findAttributeOf(std::string_view strMessage, const StartTag& tag, std::size
 
 void onViolation(void* context, xmlError* report) {
   SchemaErrors& errors = *static_cast<SchemaErrors*>(context);
+  noteShortage(*report);
   if (errors.blnMuted) return;
   try {
+    if (!report->message) throw std::bad_alloc();  // which is when a report has none
     RaisedError error{report->code, std::nullopt, {}};
-    if (errors.tag && report->message) {
+    if (errors.tag) {
       std::size_t lngHint = 0;
       if (!errors.raised.empty()) lngHint = errors.raised.back().attribute.value_or(0);
       findAttributeOf(report->message, *errors.tag, lngHint, error);
@@ -78,15 +79,24 @@ std::string StartTag::attributeName(std::size_t lngIndex) const {
   return writtenName(attribute[1], attribute[0]);
 }
 
+std::string_view StartTag::attributeUri(std::size_t lngIndex) const {
+  return view(attributes[lngIndex * kPointersPerAttribute + 2]);
+}
+
 std::optional<std::string_view> StartTag::findRaw(std::string_view strUri,
                                                   std::string_view strLocal) const {
   for (std::size_t index = 0; index < static_cast<std::size_t>(attributeCount); ++index) {
     const xmlChar** attribute = attributes + index * kPointersPerAttribute;
     if (view(attribute[0]) != strLocal || view(attribute[2]) != strUri) continue;
-    return std::string_view(reinterpret_cast<const char*>(attribute[3]),
-                            static_cast<std::size_t>(attribute[4] - attribute[3]));
+    return rawValue(index);
   }
   return std::nullopt;
+}
+
+std::string_view StartTag::rawValue(std::size_t lngIndex) const {
+  const xmlChar** attribute = attributes + lngIndex * kPointersPerAttribute;
+  return {reinterpret_cast<const char*>(attribute[3]),
+          static_cast<std::size_t>(attribute[4] - attribute[3])};
 }
 
 SchemaPlug::SchemaPlug(xmlSchema* schema, SchemaErrors& errors)
@@ -101,12 +111,19 @@ SchemaPlug::SchemaPlug(xmlSchema* schema, SchemaErrors& errors)
 }
 
 SchemaPlug::~SchemaPlug() {
+  // The library loses what it knows of keys when it is left inside an element that has some.
+  const bool blnMutedBefore = std::exchange(errors_.blnMuted, true);
+  for (; !open_.empty(); open_.pop_back()) {
+    sax_->endElementNs(context_, open_.back().first, nullptr, open_.back().second);
+  }
+  errors_.blnMuted = blnMutedBefore;
   xmlSchemaSAXUnplug(plug_);
   xmlSchemaFreeValidCtxt(validator_);
 }
 
 void SchemaPlug::start(const StartTag& tag) {
   errors_.tag = &tag;
+  open_.emplace_back(tag.local, tag.uri);
   sax_->startElementNs(context_, tag.local, tag.prefix, tag.uri, tag.namespaceCount, tag.namespaces,
                        tag.attributeCount, tag.defaultedCount, tag.attributes);
   errors_.tag = nullptr;
@@ -114,6 +131,7 @@ void SchemaPlug::start(const StartTag& tag) {
 }
 
 void SchemaPlug::start(const xmlChar* local, const xmlChar* uri) {
+  open_.emplace_back(local, uri);
   sax_->startElementNs(context_, local, nullptr, uri, 0, nullptr, 0, 0, nullptr);
   returned();
 }
@@ -126,11 +144,13 @@ void SchemaPlug::text(std::string_view strText) {
 
 void SchemaPlug::end(const xmlChar* local, const xmlChar* uri) {
   sax_->endElementNs(context_, local, nullptr, uri);
+  open_.pop_back();
   returned();
 }
 
 void SchemaPlug::returned() {
   if (errors_.exception) std::rethrow_exception(std::exchange(errors_.exception, nullptr));
+  requireMemory();  // else its reports could not be believed
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace Varnel_Tolv_XML_Creation {
@@ -25,10 +26,14 @@ struct StartTag {
   int defaultedCount = 0;
   const xmlChar** attributes = nullptr;  // five pointers each: local, prefix, uri, value, its end
 
+  static constexpr std::size_t kPointersPerAttribute = 5;
+
   std::string qualifiedName() const;
   std::string attributeName(std::size_t lngIndex) const;  // as written
+  std::string_view attributeUri(std::size_t lngIndex) const;
 
-  /// The value as the parser hands it over, in which "&" is written "&#38;".
+  /// A value as the parser hands it over, in which "&" is written "&#38;".
+  std::string_view rawValue(std::size_t lngIndex) const;
   std::optional<std::string_view> findRaw(std::string_view strUri, std::string_view strLocal) const;
 };
 
@@ -69,6 +74,7 @@ class SchemaPlug {
   xmlSchemaSAXPlugStruct* plug_ = nullptr;
   xmlSAXHandler* sax_ = nullptr;
   void* context_ = nullptr;
+  std::vector<std::pair<const xmlChar*, const xmlChar*>> open_;  // local name and URI
 };
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -1,5 +1,9 @@
 #include "platform/SchemaTypes.h"
 
+#include <libxml/xmlschemastypes.h>
+
+#include "platform/XmlTree.h"
+
 namespace Varnel_Tolv_XML_Creation {
 
 namespace {
@@ -26,6 +30,25 @@ bool hasElementsOnly(const xmlSchemaType* type) noexcept {
 
 xmlRegexp* contentModel(const xmlSchemaType* type) noexcept {
   return isComplex(type) && !isAnyType(type) ? type->contModel : nullptr;
+}
+
+const xmlSchemaType* anyType() { return xmlSchemaGetBuiltInType(XML_SCHEMAS_ANYTYPE); }
+
+bool skipsContents(const xmlSchemaWildcard* wildcard) noexcept {
+  return wildcard->processContents == XML_SCHEMAS_ANY_SKIP;
+}
+
+bool isStrict(const xmlSchemaWildcard* wildcard) noexcept {
+  return wildcard->processContents == XML_SCHEMAS_ANY_STRICT;
+}
+
+bool admits(const xmlSchemaWildcard* wildcard, const xmlChar* uri) noexcept {
+  if (wildcard->any != 0) return true;
+  if (wildcard->negNsSet) return uri && view(uri) != view(wildcard->negNsSet->value);
+  for (const xmlSchemaWildcardNs* one = wildcard->nsSet; one; one = one->next) {
+    if (view(one->value) == view(uri)) return true;
+  }
+  return false;
 }
 
 bool trimsValue(const xmlSchemaType* type) noexcept {

@@ -11,11 +11,21 @@ namespace Varnel_Tolv_XML_Creation {
 bool hasNoChildren(const xmlSchemaType* type) noexcept;
 bool hasValue(const xmlSchemaType* type) noexcept;
 
+/// The type of what no declaration covers: anything may stand in it.
+const xmlSchemaType* anyType();
+
 /// Whether the content is elements alone, so that white space between them means nothing.
 bool hasElementsOnly(const xmlSchemaType* type) noexcept;
 
 /// The model of the children, or null where there is none to be asked.
 xmlRegexp* contentModel(const xmlSchemaType* type) noexcept;
+
+/// Whether a wildcard leaves what it admits unchecked, and whether that must be declared.
+bool skipsContents(const xmlSchemaWildcard* wildcard) noexcept;
+bool isStrict(const xmlSchemaWildcard* wildcard) noexcept;
+
+/// Whether a wildcard admits elements of a namespace, null for none.
+bool admits(const xmlSchemaWildcard* wildcard, const xmlChar* uri) noexcept;
 
 /// Whether white space around a value is not part of it. The library takes it for a part of dates,
 /// times and whole numbers.

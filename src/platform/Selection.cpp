@@ -13,9 +13,8 @@ namespace Varnel_Tolv_XML_Creation {
 
 namespace {
 
-// A relative path mostly concerns few nodes. It uses the index only for an id that few elements
-// have: the rows of all tables have the same ids.
-constexpr std::size_t kFewCandidates = 16;
+// How many elements are quickly looked at, such as the rows of all tables that have one id.
+constexpr std::size_t kFewCandidates = 64;
 
 /// The id that the conditions of this list demand, if there is one.
 const std::string* demandedId(const LocationPath& path, ConditionIndex first) {
@@ -32,10 +31,13 @@ const std::string* demandedId(const LocationPath& path, ConditionIndex first) {
   return nullptr;
 }
 
-/// Whether a step selects the children of one name.
+/// Whether a step selects the children of one name, or those of them that meet its conditions.
+bool isNamedChild(const Step& step) {
+  return !step.blnAttribute && !step.blnAnyDepth && !step.name.blnAnyName;
+}
+
 bool isPlainChild(const Step& step) {
-  return !step.blnAttribute && !step.blnAnyDepth && !step.name.blnAnyName &&
-         step.firstCondition == kNoCondition;
+  return isNamedChild(step) && step.firstCondition == kNoCondition;
 }
 
 class Evaluation {
@@ -65,6 +67,7 @@ class Evaluation {
     if (context_.index == nullptr || start_.blnAboveNode) return false;
     chooseIndexedStep();
     if (candidates_ == nullptr) return false;
+    // A relative path mostly concerns few nodes.
     if (!path_.blnAbsolute && candidates_->size() > kFewCandidates) return false;
 
     const bool blnLastStep = lngIndexedStep_ + 1 == path_.steps.size();
@@ -90,32 +93,45 @@ class Evaluation {
     if (!findByChildNames(start, lngStep)) walk_.find(start, lngStep, blnFirstOnly_, colFound_);
   }
 
-  /// Whether going from each node to its first child of the next name gave the answer. Where that
-  /// ends before the last step it is one only if no name on the way had a second child to try.
+  /// Whether going from each node to its first child of the next name gave the answer; of the last
+  /// name all children are tried. Where that finds nothing it is an answer only if no name on the
+  /// way had a second child to try.
   bool findByChildNames(const PathStart& start, std::size_t lngStep) {
     if (!blnFirstOnly_ || start.blnAboveNode || context_.childNames == nullptr) return false;
     const auto first = path_.steps.begin() + static_cast<std::ptrdiff_t>(lngStep);
-    if (!std::all_of(first, path_.steps.end(), isPlainChild)) return false;
+    const auto last = path_.steps.end() - 1;
+    if (!std::all_of(first, last, isPlainChild) || !isNamedChild(*last)) return false;
 
     xmlNode* node = start.node;
     bool blnOnlyWay = true;
-    for (auto step = first; step != path_.steps.end(); ++step) {
+    for (auto step = first; step != last; ++step) {
       const auto match = context_.childNames->find(node, step->name);
       if (!match) return false;
       if (match->first == nullptr) return blnOnlyWay;
       blnOnlyWay = blnOnlyWay && match->blnOnly;
       node = match->first;
     }
-    colFound_.push_back(node);
-    return true;
+    const auto match = context_.childNames->find(node, last->name);
+    if (!match) return false;
+    for (node = match->first; node != nullptr; node = node->next) {
+      limit_.count();
+      if (!hasName(node, last->name) || !holdAll(path_, last->firstCondition, node, limit_))
+        continue;
+      colFound_.push_back(node);
+      return true;
+    }
+    return blnOnlyWay;
   }
 
+  /// The last step whose id few elements have: what is above them is soon looked at, while the
+  /// elements of an earlier step may have any number of children. Without one, the rarest id.
   void chooseIndexedStep() {
     for (std::size_t step = 0; step < path_.steps.size(); ++step) {
       const std::string* id = demandedId(path_, path_.steps[step].firstCondition);
       if (id == nullptr) continue;
       const auto& candidates = context_.index->find(*id);
-      if (candidates_ != nullptr && candidates_->size() <= candidates.size()) continue;
+      const bool blnFew = candidates.size() <= kFewCandidates;
+      if (candidates_ != nullptr && !blnFew && candidates_->size() <= candidates.size()) continue;
       candidates_ = &candidates;
       lngIndexedStep_ = step;
     }

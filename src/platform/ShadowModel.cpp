@@ -8,19 +8,13 @@
 
 #include "interface/result/RuntimeError.h"
 #include "platform/SchemaTypes.h"
+#include "platform/ShadowFrame.h"
 #include "platform/XmlCharacters.h"
 #include "platform/XmlTree.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
 namespace {
-
-constexpr std::string_view kInstanceNamespace = "http://www.w3.org/2001/XMLSchema-instance";
-
-/// Whether the tag tells the validator to take another type than the declaration's, or none.
-bool changesType(const StartTag& tag) {
-  return tag.findRaw(kInstanceNamespace, "type") || tag.findRaw(kInstanceNamespace, "nil");
-}
 
 /// After these errors at a start tag the validator leaves the element unchecked.
 bool endsChecking(int code) {
@@ -57,32 +51,6 @@ class Muted {
 
 }  // namespace
 
-/// An open element.
-struct ShadowModel::Frame {
-  const xmlChar* local = nullptr;
-  const xmlChar* uri = nullptr;
-  std::string strQName;
-
-  std::unique_ptr<SchemaPlug> own;      // of an element that is checked apart from its parent
-  SchemaPlug* plug = nullptr;           // checks the element; null when it is passed over
-  const xmlSchemaType* type = nullptr;  // null where the validator is left to itself
-
-  std::unique_ptr<ContentTrack> track;      // the children in `plug`
-  std::unique_ptr<SchemaPlug> sidePlug;     // checks the children that come too late
-  std::unique_ptr<ContentTrack> sideTrack;  // and these
-  bool blnDamaged = false;                  // a child was refused
-  bool blnReported = false;                 // and it was reported that the content is invalid
-  bool blnValueSpoilt = false;              // the value is not what it was meant to be
-
-  explicit Frame(const StartTag& tag)
-      : local(tag.local), uri(tag.uri), strQName(tag.qualifiedName()) {}
-
-  void take(const StartTag& tag, const xmlSchemaElement* declaration) {
-    const bool blnWildcard = declaration->type != XML_SCHEMA_TYPE_ELEMENT;
-    if (!blnWildcard && !changesType(tag)) type = declaration->subtypes;
-  }
-};
-
 ShadowModel::ShadowModel(const SchemaCollection::Impl& schemas, Sink sink)
     : schemas_(schemas), sink_(std::move(sink)) {}
 
@@ -90,15 +58,24 @@ ShadowModel::~ShadowModel() = default;
 
 void ShadowModel::start(const StartTag& tag) {
   auto frame = std::make_unique<Frame>(tag);
+  const std::size_t lngOuterBindings = bindings_.size();
+  bindings_.insert(bindings_.end(), tag.namespaces, tag.namespaces + 2 * tag.namespaceCount);
   if (frames_.empty()) {
     frame = root(tag);
   } else if (Frame& parent = *frames_.back(); parent.type) {
     frame->plug = place(parent, tag, *frame);
   } else {
     frame->plug = parent.plug;
+    frame->scout = parent.scout;
+    frame->blnUnchecked = !parent.scout;
   }
+  frame->lngOuterBindings = lngOuterBindings;
   if (frame->plug) {
-    frame->plug->start(tag);
+    CollapsedTag collapsedTag(tag);
+    std::vector<const xmlChar*> bindings;
+    if (frame->own) collapsedTag.bind(bindings = bindingsInForce());
+    collapseValues(*frame, collapsedTag);
+    frame->plug->start(collapsedTag.tag());
     const std::vector<RaisedError> raised = takeRaised();
     for (const RaisedError& error : raised) {
       if (endsChecking(error.code)) frame->type = nullptr;
@@ -122,7 +99,12 @@ void ShadowModel::text(std::string_view strText) {
 void ShadowModel::end(const xmlChar* local, const xmlChar* uri) {
   const std::unique_ptr<Frame> frame = std::move(frames_.back());
   frames_.pop_back();
+  bindings_.resize(frame->lngOuterBindings);
   if (!frame->plug) return;
+  if (frame->scout) {
+    const Muted muted(errors_);
+    frame->scout->end(local, uri);
+  }
   frame->plug->end(local, uri);
   std::vector<RaisedError> raised = takeRaised();
   std::erase_if(raised, [&](const RaisedError& error) {
@@ -147,7 +129,7 @@ std::unique_ptr<ShadowModel::Frame> ShadowModel::root(const StartTag& tag) {
   frame->own = std::make_unique<SchemaPlug>(schema_->schema.get(), errors_);
   frame->plug = frame->own.get();
   if (const xmlSchemaElement* declaration = schema_->globalElement(tag.local, tag.uri)) {
-    frame->take(tag, declaration);
+    take(*frame, tag, declaration);
   }
   return frame;
 }
@@ -160,7 +142,10 @@ SchemaPlug* ShadowModel::place(Frame& parent, const StartTag& tag, Frame& child)
     refuse(parent, tag, blnDeclared);
     return blnDeclared ? misplaced(tag, child) : nullptr;
   }
-  if (!contentModel(parent.type)) return parent.plug;  // anything may stand here
+  if (!contentModel(parent.type)) {  // anything may stand here
+    takeAnything(child, tag);
+    return parent.plug;
+  }
 
   if (!parent.track) parent.track = newTrack(parent);
   // An undeclared child can only be meant by a wildcard.
@@ -168,13 +153,28 @@ SchemaPlug* ShadowModel::place(Frame& parent, const StartTag& tag, Frame& child)
     // In content that is damaged already there may be many more to refuse.
     if (const xmlSchemaElement* declaration =
             parent.track->accept(tag.local, tag.uri, parent.blnDamaged)) {
-      child.take(tag, declaration);
+      take(child, tag, declaration);
       return parent.plug;
     }
   }
   parent.blnDamaged = true;
-  refuse(parent, tag, blnDeclared);
-  return blnDeclared ? resume(parent, tag, child) : nullptr;
+  const bool blnCovered = blnDeclared || mayStandIn(parent, tag);
+  refuse(parent, tag, blnCovered);
+  return blnCovered ? resume(parent, tag, child) : nullptr;
+}
+
+/// The keys by which a child can be found in a model: as what it is, or as what a wildcard admits.
+std::vector<std::string> ShadowModel::keysOf(const StartTag& tag) const {
+  std::vector<std::string> keys;
+  if (schema_->declares(view(tag.uri), view(tag.local))) keys.push_back(keyOf(tag.local, tag.uri));
+  if (schema_->closure.blnWildcards) keys.push_back(wildcardKey(view(tag.uri)));
+  return keys;
+}
+
+/// Whether a wildcard admits a child somewhere in its parent.
+bool ShadowModel::mayStandIn(const Frame& parent, const StartTag& tag) {
+  if (!schema_->closure.blnWildcards) return false;
+  return pathsOf(parent.type)->fromStart(wildcardKey(view(tag.uri))).has_value();
 }
 
 /// Reports a child that is not allowed: each one that is not declared, otherwise the first.
@@ -197,68 +197,70 @@ NextElements ShadowModel::expectedIn(const Frame& frame) {
 
 /// Finds who is to check a child that was refused.
 SchemaPlug* ShadowModel::resume(Frame& parent, const StartTag& tag, Frame& child) {
-  if (const xmlSchemaElement* found = bridge(parent, *parent.track, *parent.plug, tag)) {
-    child.take(tag, found);
+  for (const std::string& strKey : keysOf(tag)) {
+    if (SchemaPlug* plug = resumeBy(strKey, parent, tag, child)) return plug;
+  }
+  return misplaced(tag, child);
+}
+
+SchemaPlug* ShadowModel::resumeBy(const std::string& strKey, Frame& parent, const StartTag& tag,
+                                  Frame& child) {
+  if (const xmlSchemaElement* found = bridge(parent, *parent.track, *parent.plug, tag, strKey)) {
+    take(child, tag, found);
     return parent.plug;
   }
   if (parent.sideTrack) {
     const xmlSchemaElement* found = parent.sideTrack->accept(tag.local, tag.uri, true);
-    if (!found) found = bridge(parent, *parent.sideTrack, *parent.sidePlug, tag);
+    if (!found) found = bridge(parent, *parent.sideTrack, *parent.sidePlug, tag, strKey);
     if (found) {
-      child.take(tag, found);
+      take(child, tag, found);
       return parent.sidePlug.get();
     }
   }
   ContentPaths& paths = *pathsOf(parent.type);
-  const std::optional<ContentPaths::Way> way = paths.fromStart(keyOf(tag.local, tag.uri));
-  if (!way) return misplaced(tag, child);
-  if (!costs_.mayFeed(paths.costOf(*way))) return nullptr;
+  const std::optional<ContentPaths::Way> way = paths.fromStart(strKey);
+  if (!way || !costs_.mayFeed(paths.costOf(*way))) return nullptr;
   std::unique_ptr<ContentTrack> track = newTrack(parent);
-  if (!track->advance(*way)) return misplaced(tag, child);
+  const std::optional<ContentPaths::Way> taken = track->advance(*way);
+  if (!taken) return nullptr;
   const xmlSchemaElement* found = track->accept(tag.local, tag.uri, false);
-  if (!found) return misplaced(tag, child);
-  std::unique_ptr<SchemaPlug> plug = sidePlug(parent, *way);
+  if (!found) return nullptr;
+  std::unique_ptr<SchemaPlug> plug = sidePlug(parent, *taken);
   if (!plug) return nullptr;
   parent.sideTrack = std::move(track);
   parent.sidePlug = std::move(plug);
-  child.take(tag, found);
+  take(child, tag, found);
   return parent.sidePlug.get();
 }
 
 /// Feeds what is missing between where a track stands and the child, and lets it accept this. Null
 /// when the child does not come after that.
 const xmlSchemaElement* ShadowModel::bridge(const Frame& parent, ContentTrack& track,
-                                            SchemaPlug& plug, const StartTag& tag) {
+                                            SchemaPlug& plug, const StartTag& tag,
+                                            const std::string& strKey) {
   if (track.lost()) return nullptr;
   ContentPaths& paths = *pathsOf(parent.type);
-  const std::optional<ContentPaths::Way> way =
-      paths.from(track.stand(), track.next(), keyOf(tag.local, tag.uri));
-  if (!way || !costs_.mayFeed(paths.costOf(*way)) || !track.advance(*way)) return nullptr;
-  feed(plug, *way);
+  const std::optional<ContentPaths::Way> way = paths.from(track.stand(), track.next(), strKey);
+  if (!way || !costs_.mayFeed(paths.costOf(*way))) return nullptr;
+  const std::optional<ContentPaths::Way> taken = track.advance(*way);
+  if (!taken) return nullptr;
+  feed(plug, *taken);
   return track.accept(tag.local, tag.uri, false);
 }
 
-/// A validator that has come by the shortest ways from the root to where the parent's child stands.
+/// A validator that begins at the parent and has come by a shortest way to where the child stands.
 std::unique_ptr<SchemaPlug> ShadowModel::sidePlug(const Frame& parent,
                                                   const ContentPaths::Way& way) {
   if (!costs_.mayPlug()) return nullptr;
-  auto plug = std::make_unique<SchemaPlug>(schema_->schema.get(), errors_);
+  auto plug = std::make_unique<SchemaPlug>(roots().schema(), errors_);
   const Muted muted(errors_);
-  auto at = std::find_if(frames_.rbegin(), frames_.rend(),
-                         [](const std::unique_ptr<Frame>& frame) { return frame->own != nullptr; })
-                .base() -
-            1;
-  for (; at->get() != &parent; ++at) {
-    const Frame& child = **std::next(at);
-    ContentPaths* paths = pathsOf((*at)->type);
-    if (!paths) return nullptr;
-    const std::optional<ContentPaths::Way> toChild =
-        paths->fromStart(keyOf(child.local, child.uri));
-    if (!toChild || !costs_.mayFeed(paths->costOf(*toChild))) return nullptr;
-    plug->start((*at)->local, (*at)->uri);
-    feed(*plug, *toChild);
-  }
-  plug->start(parent.local, parent.uri);
+  std::vector<const xmlChar*> bindings = bindingsInForce();
+  StartTag tag;
+  tag.local = roots().nameFor(parent.type);
+  tag.uri = roots().schema()->targetNamespace;
+  tag.namespaces = bindings.data();
+  tag.namespaceCount = static_cast<int>(bindings.size() / 2);
+  plug->start(tag);
   feed(*plug, way);
   return plug;
 }
@@ -268,21 +270,20 @@ SchemaPlug* ShadowModel::misplaced(const StartTag& tag, Frame& child) {
   const xmlSchemaElement* declaration = schema_->globalElement(tag.local, tag.uri);
   if (!declaration || !costs_.mayPlug()) return nullptr;
   child.own = std::make_unique<SchemaPlug>(schema_->schema.get(), errors_);
-  child.take(tag, declaration);
+  take(child, tag, declaration);
   return child.own.get();
 }
 
 void ShadowModel::feed(SchemaPlug& plug, const ContentPaths::Way& way) {
   const Muted muted(errors_);
-  for (const ElementName& name : way) {
-    plug.start(name.local, name.uri);
-    plug.end(name.local, name.uri);
+  for (const ContentPaths::Step& step : way) {
+    plug.start(step.name.local, step.name.uri);
+    plug.end(step.name.local, step.name.uri);
   }
 }
 
 std::unique_ptr<ContentTrack> ShadowModel::newTrack(const Frame& parent) {
-  return std::make_unique<ContentTrack>(contentModel(parent.type), costs_,
-                                        schema_->closure.blnCounts);
+  return std::make_unique<ContentTrack>(contentModel(parent.type), costs_, *schema_);
 }
 
 ContentPaths* ShadowModel::pathsOf(const xmlSchemaType* type) {
@@ -290,7 +291,10 @@ ContentPaths* ShadowModel::pathsOf(const xmlSchemaType* type) {
   std::unique_ptr<ContentPaths>& paths = paths_[type];
   const ElementNames* candidates =
       schema_->closure.blnCounts ? &schema_->closure.declared : nullptr;
-  if (!paths) paths = std::make_unique<ContentPaths>(contentModel(type), names_, candidates);
+  if (!paths) {
+    paths = std::make_unique<ContentPaths>(contentModel(type), names_, candidates,
+                                           schema_->closure.lngMaxRequired);
+  }
   return paths.get();
 }
 

@@ -2,16 +2,19 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
 
+#include "platform/CollapsedTag.h"
 #include "platform/CompiledSchema.h"
 #include "platform/ContentPaths.h"
 #include "platform/ContentTrack.h"
 #include "platform/SchemaPlug.h"
 #include "platform/SchemaReports.h"
+#include "platform/SchemaRoots.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
@@ -22,9 +25,13 @@ namespace Varnel_Tolv_XML_Creation {
 /// models, one track for each open element, is asked first. A child that no schema declares is left
 /// out. Before one that comes too early the validator is fed, muted, the elements that are missing.
 /// One that comes too late or once too often goes to a second validator, which was led to its place
-/// by a shortest way through the content models and stands by for more of the kind. Inside elements
-/// whose type is not known from their declaration (wildcards, xsi:type, xsi:nil, an unknown root)
-/// the validator is left to itself.
+/// by a shortest way through the parent's content model and stands by for more of the kind. Inside
+/// elements whose type is not known here (declared for a wildcard, or as xsi:type, in a namespace
+/// that is not the schema's own; xsi:nil; an unknown root) the validator is left to itself.
+///
+/// The library also takes white space around an attribute's value for a part of most values. What
+/// it says of a value as written tells whether that is a text, so a scout is asked first: another
+/// validator, begun at the element's type, or led along where that is not known.
 class ShadowModel {
  public:
   using Sink = std::function<void(const SchemaReport&)>;
@@ -42,12 +49,23 @@ class ShadowModel {
   struct Frame;
 
   std::unique_ptr<Frame> root(const StartTag& tag);
+  void take(Frame& frame, const StartTag& tag, const xmlSchemaElement* declaration);
+  void takeAnything(Frame& frame, const StartTag& tag);
+  void takeType(Frame& frame, const StartTag& tag, const xmlSchemaType* type);
+  const xmlSchemaType* namedType(std::string_view strName) const;
+  SchemaRoots& roots();
+  std::vector<const xmlChar*> bindingsInForce() const;
+  void collapseValues(Frame& frame, CollapsedTag& tag);
+  std::vector<RaisedError> askScout(SchemaPlug& scout, const StartTag& tag);
   SchemaPlug* place(Frame& parent, const StartTag& tag, Frame& child);
   void refuse(Frame& parent, const StartTag& tag, bool blnDeclared);
   NextElements expectedIn(const Frame& frame);
+  std::vector<std::string> keysOf(const StartTag& tag) const;
+  bool mayStandIn(const Frame& parent, const StartTag& tag);
   SchemaPlug* resume(Frame& parent, const StartTag& tag, Frame& child);
+  SchemaPlug* resumeBy(const std::string& strKey, Frame& parent, const StartTag& tag, Frame& child);
   const xmlSchemaElement* bridge(const Frame& parent, ContentTrack& track, SchemaPlug& plug,
-                                 const StartTag& tag);
+                                 const StartTag& tag, const std::string& strKey);
   std::unique_ptr<SchemaPlug> sidePlug(const Frame& parent, const ContentPaths::Way& way);
   SchemaPlug* misplaced(const StartTag& tag, Frame& child);
   std::unique_ptr<ContentTrack> newTrack(const Frame& parent);
@@ -59,11 +77,13 @@ class ShadowModel {
   const SchemaCollection::Impl& schemas_;
   Sink sink_;
   const CompiledSchema* schema_ = nullptr;
+  std::optional<SchemaRoots> roots_;
   SchemaErrors errors_;
   ElementNamePool names_;
   std::unordered_map<const xmlSchemaType*, std::unique_ptr<ContentPaths>> paths_;
   std::vector<std::unique_ptr<Frame>> frames_;
-  bool blnIdentitiesKnown_ = true;  // every key and reference has come to the validator
+  std::vector<const xmlChar*> bindings_;  // prefix and namespace, of all open elements
+  bool blnIdentitiesKnown_ = true;        // every key and reference has come to the validator
   RepairCosts costs_;
 };
 

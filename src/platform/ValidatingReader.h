@@ -16,8 +16,8 @@ class FaultInjector;
 // reports every violation, in document order, before the content handler hears of the event that
 // carries it: what is wrong with a start tag (an element that is not expected here, its attributes)
 // before `startElement`, what is wrong with a text or an end tag (a bad value, missing children)
-// before `endElement`. One missing element does not hide what follows it, within fixed limits of work
-// and save inside wildcards and `xsi:type`: there the rest of a parent can go unchecked.
+// before `endElement`. One missing element does not hide what follows it, within fixed limits of
+// work and save inside elements and types of imported namespaces that only the document names.
 
 /// Schemas by their target namespace.
 class SchemaCollection {

@@ -83,7 +83,11 @@ std::string PageServer::MapPath(std::string_view strLocation) const {
   // would replace that directory by the root of this machine.
   std::string_view strBelow = strLocation;
   strBelow.remove_prefix(std::min(strBelow.find_first_not_of('/'), strBelow.size()));
-  return (pageDirectory_ / strBelow).lexically_normal().string();
+  std::string strPath = (pageDirectory_ / strBelow).lexically_normal().string();
+  // A path, also where its first step is "file:" or the like: that would be read as a URL, which
+  // leads anywhere on this machine.
+  const bool blnColonInFirstStep = strPath.find(':') < strPath.find('/');
+  return blnColonInFirstStep ? "./" + strPath : strPath;
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -64,8 +64,8 @@ class PageServer : public Server {
   explicit PageServer(std::filesystem::path pageDirectory);
 
   /// Resolved against the page's directory, which is the only root that there is: a location that
-  /// begins with "/" is below it too. "." and ".." are taken out of the text of the path, so ".."
-  /// leads above the directory.
+  /// begins with "/" is below it too, and a URL is but a path. "." and ".." are taken out of the
+  /// text of the path, so ".." leads above the directory.
   std::string MapPath(std::string_view strLocation) const override;
 
  private:

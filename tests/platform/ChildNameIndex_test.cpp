@@ -171,6 +171,8 @@ class ChangingDocument {
     const Node objFrom = below(2) == 0 ? Node(objDocument_) : element();
     std::string strPath = objFrom == objDocument_ || below(2) == 0 ? "/r" : name();
     for (unsigned steps = below(3); steps != 0; --steps) strPath += "/" + name();
+    static constexpr const char* kConditions[] = {"", "", "[n1]", "[not(n1)]", "[n2 or p:n3]"};
+    strPath += kConditions[below(5)];
     const Node objFound = confirmed(objFrom, strPath);
     (objFound ? lngFound_ : lngMissed_) += strPath.find('/', 1) != std::string::npos;
 

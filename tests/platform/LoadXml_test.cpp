@@ -124,6 +124,20 @@ TEST(LoadXml, RefusesAnEntityBomb) {
   expectRefused("<!DOCTYPE r [<!ENTITY a '&b;'><!ENTITY b '&a;'>]><r>&a;</r>");
 }
 
+TEST(LoadXml, RefusesABombOfParameterEntities) {
+  for (const char* inside : {"", " ", "<!ENTITY x 'y'>", "no declaration"}) {
+    std::string strText = "<!DOCTYPE r [<!ENTITY % e0 \"" + std::string(inside) + "\">";
+    for (int entity = 1; entity < 10; ++entity) {
+      strText += "<!ENTITY % e" + std::to_string(entity) + " '";
+      for (int use = 0; use < 10; ++use) strText += "&#37;e" + std::to_string(entity - 1) + ";";
+      strText += "'>";
+    }
+    expectRefused(strText + "%e9;]><r/>");
+  }
+  EXPECT_TRUE(
+      Document::create().loadXML("<!DOCTYPE r [<!ENTITY % p '<!ENTITY e \"x\">'> %p;]><r>&e;</r>"));
+}
+
 TEST(LoadXml, RefusesAnEntityThatManyAttributesRepeat) {
   std::string strText = "<!DOCTYPE r [<!ENTITY a '" + std::string(100'000, 'a') + "'>]><r>";
   for (int element = 0; element < 5'000; ++element) strText += "<t q='&a;'/>";

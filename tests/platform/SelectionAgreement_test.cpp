@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "interface/result/RuntimeError.h"
+#include "platform/ChildNameIndex.h"
 #include "platform/LocationPath.h"
 #include "platform/Selection.h"
 #include "platform/SelectionTree.h"
@@ -66,6 +67,7 @@ class RandomTree {
     }
     if (dice.oneIn(3)) detach(dice.pick(elements), root);
     index_.build(tree_.get());
+    childNames_ = ChildNameIndex(tree_.get());
   }
 
   SelectionContext context() {
@@ -74,6 +76,7 @@ class RandomTree {
     const xmlNode* top = context.node;
     while (top->parent) top = top->parent;
     if (top == nodes_.front()) context.index = &index_;
+    if (dice_.oneIn(2)) context.childNames = &childNames_;
     context.blnFragment = dice_.oneIn(8);
     return context;
   }
@@ -134,6 +137,7 @@ class RandomTree {
   std::array<xmlNs*, 5> namespaces_;
   std::vector<xmlNode*> nodes_;
   IdIndex index_;
+  ChildNameIndex childNames_;
 };
 
 class RandomPath {

@@ -333,5 +333,172 @@ TEST(ViolationReports, GoOnInOtherRowsAndDeepInside) {
          "/table/row/part/b: " + badValue("b"), "/table/row: " + expecting(kIncomplete, "d")}}});
 }
 
+/// A document that the tests of wildcards and of xsi:type write their messages for.
+constexpr const char* kInstance =
+    " xmlns:t='urn:t' xmlns:o='urn:o' xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance'>";
+
+void expectViolationsIn(const char* declarations, const std::vector<Case>& cases) {
+  const SchemaDirectory directory;
+  const SchemaCollection colSchemas =
+      schemasOf(directory, schemaText(declarations, "urn:t"), "urn:t");
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.says);
+    EXPECT_EQ(violations(colSchemas, std::string("<t:r") + kInstance + c.document + "</t:r>"),
+              c.violations);
+  }
+}
+
+TEST(ViolationReports, GoOnWhereManyAreDemanded) {
+  const char* const kMany =
+      "<xs:element name='r'><xs:complexType><xs:sequence>"
+      "<xs:element name='a' type='xs:int' minOccurs='40' maxOccurs='50'/>"
+      "<xs:element name='b' type='xs:int'/>"
+      "<xs:sequence minOccurs='30' maxOccurs='30'><xs:element name='c' type='xs:int' "
+      "minOccurs='2' maxOccurs='4'/><xs:element name='d' type='xs:int'/></xs:sequence>"
+      "<xs:element name='e' type='xs:int'/></xs:sequence></xs:complexType></xs:element>";
+  expectViolations(
+      kMany,
+      {{"far too few of them",
+        "<r><a>1</a><b>x</b><e>y</e></r>",
+        {"/r: " + expecting(kInvalid, "a"), "/r/b: " + badValue("b"), "/r/e: " + badValue("e")}},
+       {"none of them, and rounds of the group that break off",
+        "<r><c>1</c><c>1</c><d>1</d><c>x</c><e>y</e></r>",
+        {"/r: " + expecting(kInvalid, "a"), "/r/c: " + badValue("c"), "/r/e: " + badValue("e")}},
+       {"the end alone",
+        "<r><e>y</e></r>",
+        {"/r: " + expecting(kInvalid, "a"), "/r/e: " + badValue("e")}}});
+  expectViolations(
+      "<xs:element name='r'><xs:complexType><xs:sequence>"
+      "<xs:element name='a' type='xs:int' minOccurs='3' maxOccurs='unbounded'/>"
+      "<xs:sequence minOccurs='300' maxOccurs='unbounded'><xs:element name='b' type='xs:int'/>"
+      "<xs:element name='c' type='xs:int'/></xs:sequence>"
+      "<xs:element name='d' type='xs:int'/></xs:sequence></xs:complexType></xs:element>",
+      {{"one number after another",
+        "<r><a>1</a><d>x</d></r>",
+        {"/r: " + expecting(kInvalid, "a"), "/r/d: " + badValue("d")}}});
+}
+
+TEST(ViolationReports, GoOnAroundWildcards) {
+  expectViolationsIn(
+      "<xs:element name='r'><xs:complexType><xs:sequence><xs:element name='a' type='xs:int'/>"
+      "<xs:any namespace='##other' processContents='lax' minOccurs='0' maxOccurs='unbounded'/>"
+      "<xs:element name='b' type='xs:int'/>"
+      "<xs:any namespace='##targetNamespace' minOccurs='0' maxOccurs='2'/>"
+      "</xs:sequence></xs:complexType></xs:element><xs:element name='g' type='t:pair'/>"
+      "<xs:complexType name='pair'><xs:sequence><xs:element name='p' type='xs:int'/>"
+      "<xs:element name='q' type='xs:int'/></xs:sequence></xs:complexType>",
+      {{"what has no namespace is not meant, what follows is",
+        "<t:a>1</t:a><x/><o:x/><t:b>2</t:b>",
+        {"/t:r: " + undeclared("x")}},
+       {"a child that a wildcard admits comes too early",
+        "<o:x/><t:b>x</t:b>",
+        {"/t:r: " + expecting(kInvalid, "{urn:t}a"), "/t:r/t:b: " + badValue("t:b")}},
+       {"content goes on after a wildcard as well",
+        "<t:a>1</t:a><o:x/><t:b>1</t:b><t:a>x</t:a><o:x/><t:b>y</t:b>",
+        {"/t:r: " + std::string(kInvalid), "/t:r/t:a: " + badValue("t:a"),
+         "/t:r/t:b: " + badValue("t:b")}},
+       {"what is declared for one place is not taken for a global element",
+        "<t:a>1</t:a><t:b>1</t:b><t:b>x</t:b>",
+        {"/t:r: " + std::string(kInvalid), "/t:r/t:b: " + badValue("t:b")}},
+       {"what a wildcard admits is checked to its end",
+        "<t:a>1</t:a><t:b>1</t:b><t:g><t:q>x</t:q><t:p>y</t:p></t:g>",
+        {"/t:r/t:g: " + expecting(kInvalid, "{urn:t}p"), "/t:r/t:g/t:q: " + badValue("t:q"),
+         "/t:r/t:g/t:p: " + badValue("t:p")}}});
+}
+
+TEST(ViolationReports, GoOnInsideTypesThatTheDocumentNames) {
+  expectViolationsIn(
+      "<xs:complexType name='base'><xs:sequence><xs:element name='a' type='xs:int'/></xs:sequence>"
+      "</xs:complexType><xs:complexType name='more'><xs:complexContent>"
+      "<xs:extension base='t:base'><xs:sequence><xs:element name='b' type='xs:int'/>"
+      "<xs:element name='c' type='xs:QName'/></xs:sequence></xs:extension></xs:complexContent>"
+      "</xs:complexType><xs:element name='r'><xs:complexType><xs:sequence>"
+      "<xs:element name='f' type='t:base'/><xs:element name='i' type='xs:integer'/>"
+      "<xs:element name='any' type='xs:anyType'/></xs:sequence></xs:complexType></xs:element>"
+      "<xs:element name='g' type='t:more'/>",
+      {{"an extended type",
+        "<t:f xsi:type=' t:more '><t:b>x</t:b><t:a>y</t:a><t:c>o:1</t:c></t:f>"
+        "<t:i xsi:type='xs:byte' xmlns:xs='http://www.w3.org/2001/XMLSchema'>128</t:i><t:any/>",
+        {"/t:r/t:f: " + expecting(kInvalid, "{urn:t}a"), "/t:r/t:f/t:b: " + badValue("t:b"),
+         "/t:r/t:f/t:a: " + badValue("t:a"), "/t:r/t:f/t:c: " + badValue("t:c"),
+         "/t:r/t:i: " + badValue("t:i")}},
+       {"a prefix of an open element is known to what stands out of order",
+        "<t:i>1</t:i><t:f xsi:type='t:more'><t:a>1</t:a><t:c>o:x</t:c><t:b>y</t:b></t:f><t:any/>",
+        {"/t:r: " + expecting(kInvalid, "{urn:t}f"), "/t:r/t:f: " + expecting(kInvalid, "{urn:t}b"),
+         "/t:r/t:f/t:b: " + badValue("t:b")}},
+       {"anything that is declared",
+        "<t:f><t:a>1</t:a></t:f><t:i>1</t:i><t:any>text<z/><t:g><t:b>x</t:b><t:a>y</t:a>"
+        "</t:g></t:any>",
+        {"/t:r/t:any/t:g: " + expecting(kInvalid, "{urn:t}a"),
+         "/t:r/t:any/t:g/t:b: " + badValue("t:b"), "/t:r/t:any/t:g/t:a: " + badValue("t:a")}}});
+}
+
+TEST(ViolationReports, TakeWhiteSpaceAroundAValueForNoPartOfItUnlessItIsText) {
+  const SchemaDirectory directory;
+  directory.write("o.xsd", schemaText("<xs:element name='x'><xs:complexType><xs:sequence>"
+                                      "<xs:element name='y' minOccurs='0'><xs:complexType>"
+                                      "<xs:attribute name='d' type='xs:date'/></xs:complexType>"
+                                      "</xs:element></xs:sequence>"
+                                      "<xs:attribute name='n' type='xs:int'/></xs:complexType>"
+                                      "</xs:element>",
+                                      "urn:o"));
+  const SchemaCollection colSchemas = schemasOf(
+      directory,
+      schemaText(
+          "<xs:import namespace='urn:o' schemaLocation='o.xsd'/>"
+          "<xs:element name='r'><xs:complexType><xs:sequence>"
+          "<xs:any namespace='##other' minOccurs='0'/></xs:sequence>"
+          "<xs:attribute name='date' type='xs:date'/><xs:attribute name='int' type='xs:int'/>"
+          "<xs:attribute name='double' type='xs:double'/>"
+          "<xs:attribute name='flag' type='xs:boolean'/>"
+          "<xs:attribute name='name' type='xs:QName'/>"
+          "<xs:attribute name='either'><xs:simpleType><xs:union memberTypes='xs:int "
+          "xs:date'/></xs:simpleType></xs:attribute>"
+          "<xs:attribute name='many'><xs:simpleType><xs:list itemType='xs:date'/>"
+          "</xs:simpleType></xs:attribute>"
+          "<xs:attribute name='token'><xs:simpleType><xs:restriction base='xs:token'>"
+          "<xs:pattern value='[a-z]+ [a-z]+'/></xs:restriction></xs:simpleType>"
+          "</xs:attribute><xs:attribute name='text'><xs:simpleType>"
+          "<xs:restriction base='xs:string'><xs:maxLength value='3'/></xs:restriction>"
+          "</xs:simpleType></xs:attribute><xs:attribute name='word'><xs:simpleType>"
+          "<xs:restriction base='xs:string'><xs:enumeration value='a'/></xs:restriction>"
+          "</xs:simpleType></xs:attribute></xs:complexType></xs:element>",
+          "urn:t"),
+      "urn:t");
+  const Case cases[] = {
+      {"a date", " date=' 2020-01-01 '/>", {}},
+      {"a date in tabs and line ends", " date='&#9;&#10;2020-01-01&#13;'/>", {}},
+      {"a number", " int='  1'/>", {}},
+      {"another number", " double=' INF '/>", {}},
+      {"a flag", " flag=' true '/>", {}},
+      {"a qualified name", " name=' t:x '/>", {}},
+      {"a union", " either=' 2020-01-01 '/>", {}},
+      {"a list", " many=' 2020-01-01  2020-01-02 '/>", {}},
+      {"a token", " token=' one  two '/>", {}},
+      {"several of them", " int=' 1 ' date=' 2020-01-01 ' text=' a '/>", {}},
+      {"blanks alone are no number", " int=' '/>", {": " + badAttribute("int")}},
+      {"nor are two", " int=' 1 2 '/>", {": " + badAttribute("int")}},
+      {"the blanks of a text count",
+       " text=' ab '/>",
+       {": MaxLength constraint failed. + " + badAttribute("text")}},
+      {"and in an enumeration",
+       " word=' a '/>",
+       {": Enumeration constraint failed. + " + badAttribute("word")}},
+      {"the document's own type", " xsi:nil=' maybe '/>", {": " + badAttribute("xsi:nil")}},
+      {"what a wildcard admits, and below",
+       "><o:x n=' 1 '><o:y d=' 2020-01-01 '/></o:x></t:r>",
+       {}},
+      {"and a bad value there",
+       "><o:x n=' 1 '><o:y d=' 2020 '/></o:x></t:r>",
+       {"/t:r/o:x: " + badAttribute("d")}},
+  };
+  std::string strStart = std::string("<t:r") + kInstance;
+  strStart.pop_back();
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.says);
+    EXPECT_EQ(violations(colSchemas, strStart + c.document), c.violations);
+  }
+}
+
 }  // namespace
 }  // namespace Varnel_Tolv_XML_Creation

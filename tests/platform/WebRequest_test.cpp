@@ -145,6 +145,10 @@ TEST(PageServer, ResolvesLocationsAgainstThePagesDirectory) {
       {"nothing above a relative directory is lost", "..", "../a.xsd", "../../a.xsd"},
       {"letters beyond ASCII and blanks", "/srv/für uns", "Größe 1.xsd",
        "/srv/für uns/Größe 1.xsd"},
+      {"a URL is a path of odd names", "/srv/app", "file:///etc/a.xsd", "/srv/app/file:/etc/a.xsd"},
+      {"and stays one where nothing else is left", "forms", "../file:///etc/a.xsd",
+       "./file:/etc/a.xsd"},
+      {"of whatever scheme", "forms", "../a:b.xsd", "./a:b.xsd"},
       {"escapes are not decoded", "/srv", "a%20b.xsd", "/srv/a%20b.xsd"},
   };
   for (const auto& c : cases) {

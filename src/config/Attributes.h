@@ -28,4 +28,11 @@ List required(std::optional<List> colNodes) {
   return *std::move(colNodes);
 }
 
+/// The same for a node, such as what a change of the tree gives back: a change that was not made
+/// must not pass for one that was.
+inline Node required(Node objNode) {
+  if (!objNode) throw RuntimeError(kObjectNotSet);
+  return objNode;
+}
+
 }  // namespace Varnel_Tolv_XML_Creation

@@ -39,7 +39,7 @@ void placeCell(const Session& session, const Node& objModel, const Node& objColu
   if (objPlaceholder) {
     const Node objParent = objPlaceholder.parentNode();
     if (!objParent) return;
-    objParent.removeChild(objPlaceholder);
+    required(objParent.removeChild(objPlaceholder));
     objParent.setText(strValue);
     SetAttributesUpwards(objParent, kIdentifiers, strTableId + "~" + strRowId + "~" + strColumnId);
     return;
@@ -49,13 +49,13 @@ void placeCell(const Session& session, const Node& objModel, const Node& objColu
   const Node objCopy = objAdditionalInfo.cloneNode(true);
   objCopy.setText(strValue);
   objCopy.setAttribute(kId, strColumnId);
-  objAdditionalInfo.parentNode().appendChild(objCopy);
+  required(objAdditionalInfo.parentNode().appendChild(objCopy));
 }
 
 void removePlaceholders(const Node& objModel) {
   for (const Node& objPlaceholder : required(objModel.selectNodes("//value"))) {
     const Node objParent = objPlaceholder.parentNode();
-    if (objParent) objParent.removeChild(objPlaceholder);
+    if (objParent) required(objParent.removeChild(objPlaceholder));
   }
 }
 
@@ -70,8 +70,8 @@ Acknowledge appendRow(const Document& objSendXML, const Node& objParentNode, con
     return Failure(SVC_RET_XML_CREATION_CHLD_NODE_SELECTION_FAILED,
                    "Selecting the child nodes of the complex type has failed", kUserMessage);
   }
-  for (const Node& objChild : *colChildren) objRowElement.appendChild(objChild);
-  objParentNode.appendChild(objRowElement);
+  for (const Node& objChild : *colChildren) required(objRowElement.appendChild(objChild));
+  required(objParentNode.appendChild(objRowElement));
   objRowElement.setAttribute(kRowIndex, strRowId);
   objRowElement.setAttribute(kQuestionId, strTableId);
   return {};

@@ -22,7 +22,7 @@ Acknowledge CreateDocumentDataNodes(const Document& objSendXML, std::string_view
       const Node objCopy = objNode.cloneNode(true);
       const Node objInsertBefore = objDocNode.selectSingleNode("insertbefore");
       if (!objInsertBefore) {
-        objParent.appendChild(objCopy);
+        required(objParent.appendChild(objCopy));
         continue;
       }
       const std::optional<std::string> strAppend = objInsertBefore.getAttribute("appendonnomatch");
@@ -34,9 +34,9 @@ Acknowledge CreateDocumentDataNodes(const Document& objSendXML, std::string_view
         if (objReference) break;
       }
       if (objReference) {
-        objParent.insertBefore(objCopy, objReference);
+        required(objParent.insertBefore(objCopy, objReference));
       } else if (blnAppendOnNoMatch) {
-        objParent.appendChild(objCopy);
+        required(objParent.appendChild(objCopy));
       } else {
         // deliberate: the user message is this procedure's own name.
         return Failure(SVC_RET_XML_CREATION_CREATE_DOC_NODES_FAILED,

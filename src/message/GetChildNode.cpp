@@ -34,12 +34,12 @@ struct ChildValues {
 /// A placeholder for one line of a value of several lines.
 void fillSlot(const Node& objPlaceholder, const Node& objParent, std::string_view strId,
               const AddressLines& lines, std::string_view strQuestionId) {
-  objParent.removeChild(objPlaceholder);
+  required(objParent.removeChild(objPlaceholder));
   const auto lngSlot = static_cast<std::size_t>(strId.back() - '0');
   if (lngSlot < 1 || lngSlot > lines.size()) throw RuntimeError(kSubscriptOutOfRange);
   const std::string& strLine = lines[lngSlot - 1];
   if (strLine.empty()) {
-    objParent.parentNode().removeChild(objParent);
+    required(objParent.parentNode().removeChild(objParent));
     return;
   }
   objParent.setText(strLine);
@@ -61,7 +61,7 @@ void fillSingle(const Node& objPlaceholder, const Node& objParent, const std::st
   const std::string strMessageItem = attributeText(objParameter, "messageitem");
 
   SetQuestionIdUpwards(objParent, values.strQuestionId, objStopMarker);
-  objParent.removeChild(objPlaceholder);
+  required(objParent.removeChild(objPlaceholder));
   if (strFormValue == "true") {
     objParent.setText(values.strValue);
   } else if (strFormLabel == "true") {

@@ -35,7 +35,7 @@ Acknowledge GetObjectMapperInfo(const Node& objMessageItem, ObjectMapperInfo& in
 
     info.objAction = Node();
     const Node objAction = objMessageItem.selectSingleNode("action");
-    if (objAction) info.objAction = objAction.cloneNode(true);
+    if (objAction) info.objAction = required(objAction.cloneNode(true));
     return {};
   });
 }

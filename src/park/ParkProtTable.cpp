@@ -260,7 +260,7 @@ Acknowledge TableParking::removeIfBlank() const {
 
 void TableParking::removeColumnDefinitions() const {
   for (const Node& objChild : required(objTable_.childNodes())) {
-    if (objChild.baseName() == kColumn) objTable_.removeChild(objChild);
+    if (objChild.baseName() == kColumn) required(objTable_.removeChild(objChild));
   }
 }
 

@@ -3,6 +3,8 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "config/Attributes.h"
 #include "config/Names.h"
@@ -47,6 +49,7 @@ class ErrorCase {
   Acknowledge addMissingContent() const;
   Acknowledge addMissingCells(const Node& objQuestion) const;
   Acknowledge addMissingByPath() const;
+  Acknowledge checkMandatory(const std::vector<Node>& colQuestions) const;
   void checkQuestion(const std::string& strQuestionId, bool blnOnlyMatch) const;
 
   void addUser(std::string_view strMessage) const;
@@ -169,45 +172,58 @@ Acknowledge ErrorCase::addMissingCells(const Node& objQuestion) const {
 }
 
 Acknowledge ErrorCase::addMissingByPath() const {
-  std::optional<NodeList> colQuestions =
-      mapping_.objQuestionsXml.selectNodes("/questions/question[xpath='" + error_.xpath + "']");
-  if (required(colQuestions).length() == 0) {
+  // Thousands of errors can have one path. Only a trace tells of each test again.
+  const auto known = mapping_.mandatoryByPath.find(error_.xpath);
+  if (known != mapping_.mandatoryByPath.end() && !tracing(mapping_.session)) {
+    for (const std::string& strQuestionId : known->second) checkQuestion(strQuestionId, false);
+    return {};
+  }
+  std::vector<Node> colQuestions = mapping_.questionPaths.at(error_.xpath);
+  if (colQuestions.empty()) {
     traceLine({"No question with that XPath"});
-    colQuestions = mapping_.objQuestionsXml.selectNodes("/questions/question[starts-with(xpath, '" +
-                                                        error_.xpath + "')]");
-    if (!colQuestions) {
+    std::optional<std::vector<Node>> colBelow = mapping_.questionPaths.below(error_.xpath);
+    if (!colBelow) {
       return Failure(SVC_RET_XML_CREATION_UNABLE_TO_RETRIEVE_QUESTION_LIST,
                      "The question list could not be retrieved - xpath=" + error_.xpath,
                      mapping_.session.strDefaultUserMessage);
     }
+    colQuestions = *std::move(colBelow);
   }
-  if (colQuestions->length() == 1) {
+  if (colQuestions.size() == 1) {
     traceLine({"Matched one question"});
-    const std::string strQuestionId = attributeText(colQuestions->item(0), kId);
+    const std::string strQuestionId = attributeText(colQuestions.front(), kId);
     traceLine({"Question ID: ", strQuestionId});
     checkQuestion(strQuestionId, true);
     return {};
   }
-  if (colQuestions->length() == 0) return {};
+  if (colQuestions.empty()) return {};
 
   traceLine({"More than one question: "});
   if (tracing(mapping_.session)) {
     std::string strIds;
-    for (const Node& objQuestion : *colQuestions) strIds += attributeText(objQuestion, kId) + " ";
+    for (const Node& objQuestion : colQuestions) strIds += attributeText(objQuestion, kId) + " ";
     traceLine({strIds});
   }
   if (!mapping_.objMessageXmlDom) {
     traceLine({"ProcessSchemaValidationErrors: objMessageXmlDom is Nothing"});
   }
-  for (const Node& objQuestion : *colQuestions) {
-    const std::string strQuestionId = attributeText(objQuestion, kId);
+  return checkMandatory(colQuestions);
+}
+
+Acknowledge ErrorCase::checkMandatory(const std::vector<Node>& colQuestions) const {
+  std::vector<std::string> mandatory;
+  for (const Node& objQuestion : colQuestions) {
+    std::string strQuestionId = attributeText(objQuestion, kId);
     bool blnMandatory = false;
     Acknowledge objAck = isXpathMandatory(
         mapping_.session, mapping_.objReferenceXml, objQuestion.selectSingleNode("xpath").text(),
         error_.xpath, strQuestionId, mapping_.objParkXml, blnMandatory);
     if (!objAck.Success()) return objAck;
-    if (blnMandatory) checkQuestion(strQuestionId, false);
+    if (!blnMandatory) continue;
+    checkQuestion(strQuestionId, false);
+    mandatory.push_back(std::move(strQuestionId));
   }
+  mapping_.mandatoryByPath[error_.xpath] = std::move(mandatory);
   return {};
 }
 

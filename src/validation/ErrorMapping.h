@@ -1,21 +1,30 @@
 #pragma once
 
+#include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "config/Session.h"
 #include "interface/result/Acknowledge.h"
 #include "interface/result/ValidationErrors.h"
 #include "validation/SchemaValidationErr.h"
+#include "validation/lookup/QuestionPaths.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
-/// What schema errors are mapped with, and where their records go.
+/// The ids of the mandatory questions at or below a path, for paths that have several questions.
+using MandatoryByPath = std::unordered_map<std::string, std::vector<std::string>>;
+
+/// What schema errors are mapped with, what is remembered from one to the next, and where their
+/// records go.
 struct ErrorMapping {
   const Session& session;
   const Document& objQuestionsXml;
   const Document& objReferenceXml;
   const Document& objParkXml;
   const Document& objMessageXmlDom;
+  QuestionPaths& questionPaths;
+  MandatoryByPath& mandatoryByPath;
   std::vector<ValidationUserError>& colUserErrors;
   std::vector<ValidationIntError>& colIntErrors;
 };

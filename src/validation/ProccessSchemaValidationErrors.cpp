@@ -66,8 +66,11 @@ Acknowledge ProccessSchemaValidationErrors(
         objAck = setSelectionNamespaces(session, objReferenceXml);
         if (!objAck.Success()) return objAck;
 
-        const ErrorMapping mapping{session,          objQuestionsXml, objReferenceXml, objParkXml,
-                                   objMessageXmlDom, *colUserErrors,  *colIntErrors};
+        QuestionPaths questionPaths(objQuestionsXml);
+        MandatoryByPath mandatoryByPath;
+        const ErrorMapping mapping{session,         objQuestionsXml,  objReferenceXml,
+                                   objParkXml,      objMessageXmlDom, questionPaths,
+                                   mandatoryByPath, *colUserErrors,   *colIntErrors};
         for (const SchemaValidationErr& error : colErrors) {
           objAck = mapError(mapping, error);
           if (!objAck.Success()) return objAck;

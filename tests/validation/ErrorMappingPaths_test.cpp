@@ -196,6 +196,32 @@ TEST(ErrorMapping, EndsWithTheFailureOfTheMandatoryTestOfAQuestion) {
   EXPECT_THAT(story.intErrors(), IsEmpty());
 }
 
+TEST(ErrorMapping, DoesForTheNextErrorsOfAPathWhatItDidForTheFirst) {
+  const auto told = [](bool blnTraced) {
+    MappingStory story(kTwoQuestions + question("q3", "/r/a/three") + question("q4", "/r/a/four"),
+                       parked("q1", "", "type='hidden'") + parked("q2", "") + parked("q3", "") +
+                           parked("q4", "x"));
+    story.strReference =
+        "<r><a><one mandatory='true'/><two/><three mandatory='true'/><four mandatory='true'/>"
+        "</a></r>";
+    if (!blnTraced) story.session.host.traceSink = nullptr;
+    for (const char* strRow : {"1", "2", "3"}) story.error(kContentInvalid, "/r/a", "", strRow);
+    story.error(kContentInvalid, "/r", "", "4");
+    EXPECT_TRUE(Succeeded(story.map()));
+    EXPECT_EQ(linesOf(story.host, "isXpathMandatory").size(), blnTraced ? 16u : 0u);
+    auto records = story.userErrors();
+    for (std::string& strRecord : story.intErrors()) records.push_back(std::move(strRecord));
+    return records;
+  };
+  const auto records = told(false);
+  EXPECT_THAT(records, ElementsAre("q3|Label of q3||||Value missing",
+                                   "Hidden question value missing|/r/a||1|",
+                                   "Hidden question value missing|/r/a||2|",
+                                   "Hidden question value missing|/r/a||3|",
+                                   "Hidden question value missing|/r||4|"));
+  EXPECT_EQ(told(true), records) << "a trace changes nothing";
+}
+
 TEST(ErrorMapping, FailsWhenTheSearchBelowThePathGivesNoList) {
   FaultAt fault(DomOperation::select, Fault::nothing, 2);
   MappingStory story(question("q", "/r/b"), parked("q", "x"));

@@ -15,7 +15,13 @@ namespace {
 
 constexpr std::string_view kProcedure = "checkNodeForRemoval";
 
-void removeFromParent(const Node& objNode) { objNode.parentNode().removeChild(objNode); }
+std::size_t levelOf(const Node& objNode) {
+  std::size_t lngLevel = 0;
+  for (Node objAbove = objNode.parentNode(); objAbove; objAbove = objAbove.parentNode()) ++lngLevel;
+  return lngLevel;
+}
+
+void removeFromParent(const Node& objNode) { required(objNode.parentNode().removeChild(objNode)); }
 
 }  // namespace
 
@@ -35,22 +41,32 @@ bool isMandatoryForQuestion(const Node& objMessageNode, const Node& objReference
   return std::find(ids.begin(), ids.end(), strQuestionId) != ids.end();
 }
 
-bool hasEmptyOptionalAncestor(const Node& objReferenceNode, const Node& objMessageNode) {
+bool TextlessElements::contains(const Node& objElement) {
+  const std::size_t lngLevel = levelOf(objElement);
+  if (lngLevel >= answers_.size()) answers_.resize(lngLevel + 1);
+  Answer& answer = answers_[lngLevel];
+  if (answer.objElement != objElement) {
+    const NodeList colChildren = required(objElement.childNodes());
+    answer = {objElement, std::none_of(colChildren.begin(), colChildren.end(),
+                                       [](const Node& objChild) { return objChild.hasText(); })};
+  }
+  return answer.blnTextless;
+}
+
+bool hasEmptyOptionalAncestor(const Node& objReferenceNode, const Node& objMessageNode,
+                              TextlessElements& textless) {
   Node objMessage = objMessageNode;
   for (Node objReference = objReferenceNode; objReference.nodeType() != NodeType::document;
        objReference = objReference.parentNode()) {
-    if (!isMandatory(objReference)) {
-      const NodeList colChildren = required(objMessage.childNodes());
-      return std::none_of(colChildren.begin(), colChildren.end(),
-                          [](const Node& objChild) { return objChild.hasText(); });
-    }
+    if (!isMandatory(objReference)) return textless.contains(objMessage);
     objMessage = objMessage.parentNode();
   }
   return false;  // mandatory up to the top
 }
 
 void checkNodeForRemoval(const Session& session, const Node& objMessageNode,
-                         std::string_view strPath, const Document& objReferenceXml) {
+                         std::string_view strPath, const Document& objReferenceXml,
+                         TextlessElements& textless) {
   const Node objReferenceNode = objReferenceXml.selectSingleNode(strPath);
   trace(session, kProcedure,
         {"Node path=", strPath,
@@ -67,8 +83,8 @@ void checkNodeForRemoval(const Session& session, const Node& objMessageNode,
     removeFromParent(objMessageNode);
     return;
   }
-  const bool blnEmptyOptAncestor =
-      hasEmptyOptionalAncestor(objReferenceNode.parentNode(), objMessageNode.parentNode());
+  const bool blnEmptyOptAncestor = hasEmptyOptionalAncestor(objReferenceNode.parentNode(),
+                                                            objMessageNode.parentNode(), textless);
   trace(session, kProcedure,
         {"Node path=", strPath, ", blnEmptyOptAncestor=", traceWord(blnEmptyOptAncestor)});
   // An empty mandatory element stays, so that the schema reports it.

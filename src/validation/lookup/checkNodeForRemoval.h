@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string_view>
+#include <vector>
 
 #include "config/Session.h"
 
@@ -19,13 +20,32 @@ bool isMandatory(const Node& objReferenceNode);
 bool isMandatoryForQuestion(const Node& objMessageNode, const Node& objReferenceNode,
                             bool blnMandatory);
 
+/// Tells of message elements whether they hold text, for the time of one clean-up. That takes out
+/// only what holds none, so it never changes an answer, and many empty children of one parent need
+/// not look at all of each other again.
+class TextlessElements {
+ public:
+  /// Whether no child of `objElement` holds text.
+  bool contains(const Node& objElement);
+
+ private:
+  struct Answer {
+    Node objElement;
+    bool blnTextless = false;
+  };
+  // The last one on each level: a walk in document order comes back to no element before it.
+  std::vector<Answer> answers_;
+};
+
 /// Whether, going up both trees in step through mandatory elements, an optional one comes first and
 /// its message element holds no text.
-bool hasEmptyOptionalAncestor(const Node& objReferenceNode, const Node& objMessageNode);
+bool hasEmptyOptionalAncestor(const Node& objReferenceNode, const Node& objMessageNode,
+                              TextlessElements& textless);
 
 /// Takes the empty element `objMessageNode`, whose element path is `strPath`, out of its parent
 /// unless it is mandatory. A mandatory one goes too when an element above it is optional and empty.
 void checkNodeForRemoval(const Session& session, const Node& objMessageNode,
-                         std::string_view strPath, const Document& objReferenceXml);
+                         std::string_view strPath, const Document& objReferenceXml,
+                         TextlessElements& textless);
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -84,12 +84,37 @@ TEST(isMandatoryForQuestion, ReadsNothingOfAnOptionalElement) {
   EXPECT_FALSE(isMandatoryForQuestion({}, {}, false));
 }
 
+TEST(TextlessElements, TellsEachElementByItself) {
+  const Document objMessage = parsed(
+      "<r><a><b/></a><a><b>x</b></a><a/><a><b><c/></b><!--x--></a><a><b/><b><c>x</c></b></a></r>");
+  const NodeList colElements = *objMessage.selectNodes("/r/a");
+  TextlessElements textless;
+  EXPECT_FALSE(textless.contains(root(objMessage)));
+  EXPECT_TRUE(textless.contains(colElements.item(0)));
+  EXPECT_FALSE(textless.contains(colElements.item(1)));
+  EXPECT_TRUE(textless.contains(colElements.item(2)));
+  EXPECT_FALSE(textless.contains(colElements.item(3))) << "a comment is a child that has text";
+  EXPECT_FALSE(textless.contains(colElements.item(4)));
+  EXPECT_TRUE(textless.contains(objMessage.selectSingleNode("/r/a/b")));
+  EXPECT_TRUE(textless.contains(colElements.item(0))) << "in any order";
+  EXPECT_FALSE(textless.contains(objMessage)) << "a document too";
+}
+
+TEST(TextlessElements, KeepsTheAnswerOnceGiven) {
+  const Document objMessage = parsed("<r><a/><a/></r>");
+  TextlessElements textless;
+  EXPECT_TRUE(textless.contains(root(objMessage)));
+  root(objMessage).selectSingleNode("a").setText("x");
+  EXPECT_TRUE(textless.contains(root(objMessage)));
+}
+
 /// A message and its reference document, and the walk from /r/a/b/c.
 bool walk(std::string_view strReference, std::string_view strMessage) {
   const Document objReference = parsed(strReference);
   const Document objMessage = parsed(strMessage);
+  TextlessElements textless;
   return hasEmptyOptionalAncestor(objReference.selectSingleNode("/r/a/b"),
-                                  objMessage.selectSingleNode("/r/a/b"));
+                                  objMessage.selectSingleNode("/r/a/b"), textless);
 }
 
 TEST(hasEmptyOptionalAncestor, GoesUpToTheFirstOptionalElement) {
@@ -148,8 +173,9 @@ struct Offer {
         std::string_view strPath = "/r/a/b") {
     const Document objReference = parsed(strReference);
     const Document objMessage = parsed(strMessage);
+    TextlessElements textless;
     checkNodeForRemoval(host.session(), objMessage.selectSingleNode("/r/a/b"), strPath,
-                        objReference);
+                        objReference, textless);
     strLeft = objMessage.documentElement().xml();
   }
 };
@@ -222,9 +248,10 @@ TEST(checkNodeForRemoval, SelectsWithThePrefixesOfTheReferenceDocument) {
   const Document objReference = message("<m:a mandatory='true'/>");
   const Document objMessage = message("<m:a/>x");
   const Node objNode = objMessage.selectSingleNode("/r/m:a");
-  checkNodeForRemoval(host.session(), objNode, "/r/m:a", objReference);
+  TextlessElements textless;
+  checkNodeForRemoval(host.session(), objNode, "/r/m:a", objReference, textless);
   EXPECT_EQ(content(objMessage), "<m:a/>x");
-  checkNodeForRemoval(host.session(), objNode, "/r/n:a", objReference);
+  checkNodeForRemoval(host.session(), objNode, "/r/n:a", objReference, textless);
   EXPECT_EQ(content(objMessage), "x");
   EXPECT_EQ(host.traceLines().back(), "checkNodeForRemoval: Removing m:a");
 }
@@ -254,9 +281,10 @@ TEST(checkNodeForRemoval, LetsFailuresPassToItsCaller) {
     const TestHost host;
     const Document objReference = parsed(c.reference);
     const Document objMessage = parsed("<r><a><b/></a></r>");
+    TextlessElements textless;
     const auto error = raisedBy([&] {
       checkNodeForRemoval(host.session(), objMessage.selectSingleNode("/r/a/b"), c.path,
-                          objReference);
+                          objReference, textless);
     });
     ASSERT_TRUE(error);
     EXPECT_EQ(error->number(), c.number);
@@ -269,8 +297,10 @@ TEST(checkNodeForRemoval, RaisesForAnElementThatHasNoParent) {
   const TestHost host;
   const Document objReference = parsed("<r/>");
   const Document objMessage = parsed("<r/>");
+  TextlessElements textless;
   const auto error = raisedBy([&] {
-    checkNodeForRemoval(host.session(), objMessage.createElement("b"), "/r/b", objReference);
+    checkNodeForRemoval(host.session(), objMessage.createElement("b"), "/r/b", objReference,
+                        textless);
   });
   ASSERT_TRUE(error);
   EXPECT_EQ(error->number(), kObjectNotSet);

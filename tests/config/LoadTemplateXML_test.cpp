@@ -37,15 +37,14 @@ TEST(LoadTemplateXML, KeepsTheSelectionNamespacesOfTheDocument) {
 }
 
 TEST(LoadTemplateXML, RefusesAnEmptyLocationBeforeItTouchesTheDocument) {
-  const Document objXml = parsed("<old/>");
-  EXPECT_TRUE(
-      FailedWith(LoadTemplateXML("", objXml), SVC_RET_XML_CREATION_LOAD_TEMPLATE_XML_FAILED,
-                 "The template xml could not be loaded because the filename was not specified",
-                 "An error occurred because the filename for the template xml was not specified"));
-  EXPECT_EQ(objXml.documentElement().nodeName(), "old");
-  // Not even a missing document is noticed.
-  EXPECT_EQ(LoadTemplateXML("", Document()).ErrorCode(),
-            SVC_RET_XML_CREATION_LOAD_TEMPLATE_XML_FAILED);
+  const Document objOld = parsed("<old/>");
+  for (const Document& objXml : {objOld, Document()}) {  // not even a missing one is noticed
+    EXPECT_TRUE(FailedWith(
+        LoadTemplateXML("", objXml), SVC_RET_XML_CREATION_LOAD_TEMPLATE_XML_FAILED,
+        "The template xml could not be loaded because the filename was not specified",
+        "An error occurred because the filename for the template xml was not specified"));
+  }
+  EXPECT_EQ(objOld.documentElement().nodeName(), "old");
 }
 
 TEST(LoadTemplateXML, NamesTheFileThatItCannotLoad) {

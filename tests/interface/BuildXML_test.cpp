@@ -276,8 +276,10 @@ TEST(BuildXML, UsesTheNamespaceListOfTheFirstRunForAll) {
     EXPECT_TRUE(Succeeded(next.run(library))) << strNamespaceXML;
     EXPECT_EQ(next.objSendXML.xml(), kMessage);
   }
-  EXPECT_EQ(Submission(deployment).run(host.services()).ErrorCode(),
-            SVC_RET_XML_CREATION_NAMESPACES_UNAVAILABLE);
+  EXPECT_TRUE(FailedWith(Submission(deployment).run(host.services()),
+                         SVC_RET_XML_CREATION_NAMESPACES_UNAVAILABLE,
+                         "The namespace string could not be build from the namespace schemalist",
+                         "An error occurred while creating the message xml"));
 }
 
 TEST(BuildXML, RemembersThatTheNamespaceListCouldNotBeLoaded) {
@@ -286,7 +288,9 @@ TEST(BuildXML, RemembersThatTheNamespaceListCouldNotBeLoaded) {
   BuildXML library(host.services());
   Submission first(deployment);
   first.strNamespaceXML = deployment.at("missing.xml");
-  EXPECT_EQ(first.run(library).ErrorCode(), SVC_RET_XML_CREATION_NAMESPACE_XML_LOAD_ERROR);
+  EXPECT_TRUE(FailedWith(first.run(library), SVC_RET_XML_CREATION_NAMESPACE_XML_LOAD_ERROR,
+                         "Unable to load namespace xml:" + first.strNamespaceXML,
+                         "An error occurred while creating the message xml"));
 
   Submission second(deployment);
   EXPECT_TRUE(FailedWith(second.run(library), SVC_RET_XML_CREATION_NAMESPACES_UNAVAILABLE,

@@ -346,7 +346,8 @@ TEST(ProcessProtocolField, ReportsMissingDocuments) {
 TEST(ProcessProtocolField, FindsNoEntryInAnEmptyMapper) {
   FieldStory story(field("q", "v"), "");
   story.objObjectMapper = Document::create();
-  EXPECT_EQ(story.process().ErrorCode(), SVC_RET_XML_CREATION_NOMAPPERFOROBJECT);
+  EXPECT_TRUE(FailedWith(story.process(), SVC_RET_XML_CREATION_NOMAPPERFOROBJECT, noMapper("q"),
+                         "An error occurred while processing the protocol fields"));
 }
 
 TEST(ProcessProtocolField, CarriesAValueOfAMegabyte) {

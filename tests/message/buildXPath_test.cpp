@@ -27,6 +27,9 @@ struct Scene {
   Node objCurrentNode;
 };
 
+constexpr std::string_view kNoParent =
+    "Unable to select the parent xpath from the message template xml. - Context=buildXPath";
+
 std::string unknownPrefix(std::string_view strPrefix) {
   return "The schema reference information for schema id=" + std::string(strPrefix) +
          " could not be selected. Context:getSchemaReference";
@@ -101,17 +104,15 @@ TEST(buildXPath, LooksAStepWithoutPrefixUpUnderItsWholeName) {
 TEST(buildXPath, FailsWithoutAParent) {
   Scene scene("<m:a/>");
   EXPECT_TRUE(FailedWith(scene.build("/r/m:none", "m:a/m:b"),
-                         SVC_RET_XML_CREATION_PARENT_NODE_MISSING,
-                         "Unable to select the parent xpath from the message template xml. - "
-                         "Context=buildXPath",
-                         "default message"));
+                         SVC_RET_XML_CREATION_PARENT_NODE_MISSING, kNoParent, "default message"));
   EXPECT_EQ(content(scene.objXml), "<m:a/>");
   EXPECT_THAT(scene.host.traceLines(), IsEmpty());
 }
 
 TEST(buildXPath, TestsTheParentBeforeTheNodePath) {
   Scene scene;
-  EXPECT_EQ(scene.build("/none", "").ErrorCode(), SVC_RET_XML_CREATION_PARENT_NODE_MISSING);
+  EXPECT_TRUE(FailedWith(scene.build("/none", ""), SVC_RET_XML_CREATION_PARENT_NODE_MISSING,
+                         kNoParent, "default message"));
 }
 
 TEST(buildXPath, FailsWithoutANodePath) {
@@ -331,7 +332,8 @@ TEST(buildXPath, ReportsAMissingMessage) {
 TEST(buildXPath, FindsNoParentInAnEmptyMessage) {
   Scene scene;
   scene.objXml = Document::create();
-  EXPECT_EQ(scene.build("/r", "m:a").ErrorCode(), SVC_RET_XML_CREATION_PARENT_NODE_MISSING);
+  EXPECT_TRUE(FailedWith(scene.build("/r", "m:a"), SVC_RET_XML_CREATION_PARENT_NODE_MISSING,
+                         kNoParent, "default message"));
 }
 
 TEST(buildXPath, ReportsAnUnexpectedFailureAndKeepsWhatWasMade) {

@@ -15,7 +15,7 @@
 namespace {
 
 // A stream that never ends is refused before it fills the machine.
-constexpr std::size_t kMaxBytes = std::size_t{1} << 30;
+constexpr std::size_t kMaxBytes = std::size_t{256} * 1024 * 1024;
 
 [[noreturn]] void fail(const std::string& strName, int error = errno) {
   throw CannotRun(strName + ": " + std::generic_category().message(error));

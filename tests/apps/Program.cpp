@@ -1,6 +1,7 @@
 #include "Program.h"
 
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -95,11 +96,16 @@ void redirect(const std::string& strFile, int flags, int stream) {
   if (how.blnCloseOutput) ::close(STDOUT_FILENO);
   if (::chdir(directory.c_str()) != 0) ::_exit(126);
 
-  std::string strProgram = VARNEL_PROGRAM;
-  std::vector<char*> arguments{strProgram.data()};
+  std::vector<std::string> variables = how.variables;
+  for (std::string& strVariable : variables) ::putenv(strVariable.data());
+  ::alarm(how.lngSeconds);
+
+  words.insert(words.begin(), VARNEL_PROGRAM);
+  words.insert(words.begin(), how.under.begin(), how.under.end());
+  std::vector<char*> arguments;
   for (std::string& strWord : words) arguments.push_back(strWord.data());
   arguments.push_back(nullptr);
-  ::execv(strProgram.c_str(), arguments.data());
+  ::execvp(arguments.front(), arguments.data());
   ::_exit(127);
 }
 
@@ -116,10 +122,12 @@ ProgramRun runProgram(const std::filesystem::path& directory, const std::vector<
   if (child == 0) become(directory, words, files, streams);
 
   int status = 0;
-  if (::waitpid(child, &status, 0) != child) throw std::runtime_error("waitpid");
+  struct rusage usage = {};
+  if (::wait4(child, &status, 0, &usage) != child) throw std::runtime_error("wait4");
   return {.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status),
           .out = textOfFile(files.at("out")),
-          .err = textOfFile(files.at("err"))};
+          .err = textOfFile(files.at("err")),
+          .lngPeakMegabytes = static_cast<std::size_t>(usage.ru_maxrss) / 1024};
 }
 
 ::testing::AssertionResult CouldNotRun(const ProgramRun& run, std::string_view strReason) {

@@ -17,13 +17,17 @@ struct ProgramRun {
   int status = -1;  // the exit status; 128 and the number of the signal that ended it
   std::string out;
   std::string err;
+  std::size_t lngPeakMegabytes = 0;  // of the memory that it had in use
 };
 
-/// How a run differs from one in a terminal: the standard streams.
+/// How a run differs from one in a terminal: the standard streams, and what stands around it.
 struct ProgramStreams {
   std::string strInput = "";
-  bool blnCloseOutput = false;  // as `>&-` does
-  std::string strOutput = "";   // a file to redirect to, else captured
+  bool blnCloseOutput = false;              // as `>&-` does
+  std::string strOutput = "";               // a file to redirect to, else captured
+  std::vector<std::string> variables = {};  // name=value, added to the environment
+  std::vector<std::string> under = {};      // a program that is to run it, with its words
+  unsigned lngSeconds = 0;                  // ended by SIGALRM after these; 0 for no limit
 };
 
 /// Runs the program in `directory` with these words after its name.

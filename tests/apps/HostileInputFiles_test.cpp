@@ -1,0 +1,110 @@
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+
+#include <fstream>
+#include <thread>
+
+#include "HostileInput.h"
+
+// What stands at a path need not be a file.
+
+namespace Varnel_Tolv_XML_Creation::test {
+namespace {
+
+constexpr const char* kNotFound = "The system cannot locate the object specified.";
+
+class HostileInputFiles : public HostileInput {
+ protected:
+  HostileInputFiles() {
+    std::filesystem::create_directory(directory_.path() / "folder");
+    if (::mkfifo(directory_.at("pipe").c_str(), 0600) != 0) throw std::runtime_error("mkfifo");
+    link("/dev/zero", "endless");
+    link("nowhere.xml", "dangling");
+    link("circle", "circle");
+  }
+  void link(const std::string& strTarget, const char* name) const {
+    std::filesystem::create_symlink(strTarget, directory_.at(name));
+  }
+  /// Runs with something at this path that is written while the program reads.
+  Outcome submitPiped(std::vector<std::string> words, const std::string& strText) const {
+    std::thread writer([&] { std::ofstream(directory_.at("pipe")) << strText; });
+    Outcome outcome = submit(std::move(words));
+    writer.join();
+    return outcome;
+  }
+};
+
+TEST_F(HostileInputFiles, AreRefusedWhereTheyAreNone) {
+  std::vector<Role> roles = kConfigurationRoles;
+  roles.push_back(kSchemaRole);
+  for (const Role& role : roles) {
+    for (const char* file : {"folder", "pipe", "endless", "dangling", "circle", "missing.xml"}) {
+      SCOPED_TRACE(std::string(role.option) + ": " + file);
+      expectRefused(role, submitWith(role, file), file, kNotFound);
+    }
+  }
+}
+
+TEST_F(HostileInputFiles, MayBeSymbolicLinks) {
+  for (const Role& role : kConfigurationRoles) {
+    SCOPED_TRACE(role.option);
+    const std::string strLink = std::string("link-") + role.file;
+    link(role.file, strLink.c_str());
+    expectAccepted(role, submitWith(role, strLink));
+  }
+}
+
+TEST_F(HostileInputFiles, AreNotReadOverTheNetwork) {
+  for (const Role& role : kConfigurationRoles) {
+    for (const char* url : {"http://127.0.0.1:9/a.xml", "https://127.0.0.1:9/a.xml",
+                            "ftp://127.0.0.1:9/a.xml", "file://127.0.0.1/a.xml"}) {
+      SCOPED_TRACE(std::string(role.option) + ": " + url);
+      expectRefused(role, submitWith(role, url), url, kNotFound);
+    }
+  }
+}
+
+TEST_F(HostileInputFiles, OfADeploymentEndNoPathEarly) {
+  // A NUL ends a path for the system, so this would be the honest template under another name.
+  std::string strJson = read("deployment.json");
+  const std::string strName = "\"template.xml\"";
+  strJson.replace(strJson.find(strName), strName.size(), "\"template.xml\\u0000.txt\"");
+  write("deployment.json", strJson);
+  const Outcome outcome = submit();
+  EXPECT_EQ(outcome.run.status, 1);
+  EXPECT_THAT(outcome.run.out,
+              ::testing::HasSubstr("\"errorDetail\": \"The template xml "
+                                   "(./template.xml\\u0000.txt) could not be loaded\""));
+}
+
+TEST_F(HostileInputFiles, MayBeAPipeWhereTheFormIs) {
+  expectSent(submitPiped({"--form", "pipe"}, read("card.form") + "\n"));
+}
+
+TEST_F(HostileInputFiles, AreRefusedAsAFormWhereTheyCannotBeRead) {
+  for (const char* file : {"folder", "dangling", "circle", ""}) {
+    EXPECT_TRUE(CouldNotRun(submit({"--form", file}).run, std::string("--form ") + file + ": "));
+  }
+}
+
+TEST_F(HostileInputFiles, WithoutAnEndAreGivenUpAsAForm) {
+  EXPECT_TRUE(CouldNotRun(submit({"--form", "/dev/zero"}).run, "--form /dev/zero: File too large"));
+}
+
+TEST_F(HostileInputFiles, WithoutAnEndAreGivenUpAsADeployment) {
+  std::filesystem::create_directory(directory_.path() / "site");
+  link("/dev/zero", "site/deployment.json");
+  EXPECT_TRUE(CouldNotRun(build({"--deployment", "site"}, {.lngSeconds = 100}),
+                          "site/deployment.json: File too large"));
+}
+
+TEST_F(HostileInputFiles, OfADeploymentMayNestAsDeepAsTheyLike) {
+  write("deployment.json", "{\"template\": " + std::string(1'000'000, '['));
+  EXPECT_TRUE(CouldNotRun(submit().run, "./deployment.json: "));
+  write("deployment.json",
+        "{\"template\": " + std::string(100'000, '[') + std::string(100'000, ']') + "}");
+  EXPECT_TRUE(CouldNotRun(submit().run, "\"template\" is no text"));
+}
+
+}  // namespace
+}  // namespace Varnel_Tolv_XML_Creation::test

@@ -1,0 +1,96 @@
+#include "support/FailingMemory.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <new>
+
+#include "platform/LibraryMemory.h"
+
+namespace Varnel_Tolv_XML_Creation::test {
+namespace {
+
+// Of one thread: no test that runs short of memory starts another.
+bool blnShort = false;
+MemorySource shortSource = MemorySource::operatorNew;
+Shortage shortShortage = Shortage::once;
+std::size_t lngFailing = 0;
+std::size_t lngRequests = 0;
+std::size_t lngBlocks = 0;
+
+bool refused(MemorySource source) {
+  if (!blnShort || source != shortSource) return false;
+  ++lngRequests;
+  if (lngFailing == 0) return false;
+  return shortShortage == Shortage::once ? lngRequests == lngFailing : lngRequests >= lngFailing;
+}
+
+void* allocate(MemorySource source, std::size_t lngBytes) {
+  if (refused(source)) return nullptr;
+  void* block = std::malloc(lngBytes == 0 ? 1 : lngBytes);
+  if (block) ++lngBlocks;
+  return block;
+}
+
+void release(void* block) {
+  if (block) --lngBlocks;
+  std::free(block);
+}
+
+void* allocateForLibrary(std::size_t lngBytes) {
+  return allocate(MemorySource::xmlLibrary, lngBytes);
+}
+
+void* reallocateForLibrary(void* block, std::size_t lngBytes) {
+  if (!block) return allocateForLibrary(lngBytes);
+  return refused(MemorySource::xmlLibrary) ? nullptr : std::realloc(block, lngBytes);
+}
+
+char* duplicateForLibrary(const char* text) {
+  const std::size_t lngBytes = std::strlen(text) + 1;
+  void* copy = allocateForLibrary(lngBytes);
+  if (copy) std::memcpy(copy, text, lngBytes);
+  return static_cast<char*>(copy);
+}
+
+const bool kInUse = [] {
+  useLibraryMemory({allocateForLibrary, reallocateForLibrary, release, duplicateForLibrary});
+  return true;
+}();
+
+}  // namespace
+
+void shortenMemory(MemorySource source, std::size_t lngRequest, Shortage shortage) {
+  shortSource = source;
+  shortShortage = shortage;
+  lngFailing = lngRequest;
+  lngRequests = 0;
+  blnShort = true;
+}
+
+void restoreMemory() { blnShort = false; }
+
+std::size_t memoryRequests() { return lngRequests; }
+
+std::size_t memoryBlocks() {
+  forgetLastLibraryError();
+  return lngBlocks;
+}
+
+void* newBlock(std::size_t lngBytes) {
+  void* block = allocate(MemorySource::operatorNew, lngBytes);
+  if (!block) throw std::bad_alloc();
+  return block;
+}
+
+void deleteBlock(void* block) { release(block); }
+
+}  // namespace Varnel_Tolv_XML_Creation::test
+
+// The other forms of operator new and delete call these.
+void* operator new(std::size_t lngBytes) {
+  return Varnel_Tolv_XML_Creation::test::newBlock(lngBytes);
+}
+void operator delete(void* block) noexcept { Varnel_Tolv_XML_Creation::test::deleteBlock(block); }
+void operator delete(void* block, std::size_t) noexcept {
+  Varnel_Tolv_XML_Creation::test::deleteBlock(block);
+}

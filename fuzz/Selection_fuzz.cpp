@@ -1,0 +1,92 @@
+#include <libxml/parser.h>
+#include <libxml/tree.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Check.h"
+#include "interface/result/RuntimeError.h"
+#include "platform/Selection.h"
+
+// An XPath expression on the first line and the document that it selects from behind it: the walk,
+// with and without an index, must give what libxml2's evaluator gives.
+
+namespace {
+
+using namespace Varnel_Tolv_XML_Creation;
+
+constexpr std::size_t kMaxContexts = 24;
+
+void collect(xmlNode* node, std::vector<xmlNode*>& nodes) {
+  for (; node && nodes.size() < kMaxContexts; node = node->next) {
+    nodes.push_back(node);
+    if (node->type != XML_ELEMENT_NODE) continue;
+    if (node->properties) nodes.push_back(reinterpret_cast<xmlNode*>(node->properties));
+    collect(node->children, nodes);
+  }
+}
+
+struct Outcome {
+  std::vector<xmlNode*> nodes;
+  std::string strFailure;
+
+  bool operator==(const Outcome&) const = default;
+};
+
+template <class Select>
+Outcome outcomeOf(const Select& select, const SelectionContext& context,
+                  std::string_view strXPath) {
+  try {
+    return {select(context, strXPath), ""};
+  } catch (const RuntimeError& error) {
+    return {{}, error.description()};
+  }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const std::string_view strInput(reinterpret_cast<const char*>(data), size);
+  const std::string_view strXPath = strInput.substr(0, strInput.find('\n'));
+  std::string_view strXml = strInput.substr(strXPath.size() == size ? size : strXPath.size() + 1);
+  if (strXml.empty()) {
+    strXml =
+        "<a id='1' xmlns:p='urn:p'><b id='1'>x<c id='2'>1</c></b><p:a id='2'/><b id='3'>"
+        "<a id='1'/><!--n--><c/></b></a>";
+  }
+  const std::unique_ptr<xmlDoc, decltype(&xmlFreeDoc)> tree(
+      xmlReadMemory(strXml.data(), static_cast<int>(strXml.size()), nullptr, nullptr,
+                    XML_PARSE_NONET | XML_PARSE_NODICT | XML_PARSE_NOERROR | XML_PARSE_NOWARNING),
+      &xmlFreeDoc);
+  // Documents of this library have no document type.
+  if (!tree || tree->intSubset) return 0;
+
+  static const SelectionNamespaces namespaces("xmlns:p='urn:p' xmlns:q='urn:q'");
+  IdIndex index;
+  index.build(tree.get());
+  std::vector<xmlNode*> nodes = {reinterpret_cast<xmlNode*>(tree.get())};
+  collect(tree->children, nodes);
+  const auto all = [](const SelectionContext& context, std::string_view strPath) {
+    return select(context, strPath);
+  };
+  const auto first = [](const SelectionContext& context, std::string_view strPath) {
+    xmlNode* node = selectFirst(context, strPath);
+    return node ? std::vector{node} : std::vector<xmlNode*>{};
+  };
+  for (xmlNode* node : nodes) {
+    SelectionContext context{.node = node, .namespaces = &namespaces, .index = &index};
+    Outcome expected = outcomeOf(selectByLibrary, context, strXPath);
+    fuzz::require(outcomeOf(all, context, strXPath) == expected, "the index agrees");
+    context.index = nullptr;
+    fuzz::require(outcomeOf(all, context, strXPath) == expected, "the walk agrees");
+    if (expected.nodes.size() > 1) expected.nodes.resize(1);
+    fuzz::require(outcomeOf(first, context, strXPath) == expected, "the first one agrees");
+    context.index = &index;
+    fuzz::require(outcomeOf(first, context, strXPath) == expected, "the first of the index agrees");
+  }
+  return 0;
+}

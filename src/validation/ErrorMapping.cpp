@@ -58,8 +58,12 @@ class ErrorCase {
                            getFieldLabel(mapping_.objParkXml, strQuestionId), "", "", "");
   }
   void addInternal(std::string_view strMessage) const {
-    addValidationIntError(mapping_.colIntErrors, strMessage, error_.xpath, error_.questionId,
-                          error_.rowIndex, error_.columnId);
+    addInternal(strMessage, error_.questionId, error_.columnId);
+  }
+  void addInternal(std::string_view strMessage, std::string_view strQuestionId,
+                   std::string_view strColumnId) const {
+    addValidationIntError(mapping_.colIntErrors, strMessage, error_.xpath, strQuestionId,
+                          error_.rowIndex, strColumnId);
   }
   void traceLine(std::initializer_list<std::string_view> pieces) const {
     trace(mapping_.session, kProcedure, pieces);
@@ -159,7 +163,7 @@ Acknowledge ErrorCase::addMissingCells(const Node& objQuestion) const {
         getCellValue(mapping_.objParkXml, error_.questionId, error_.rowIndex, strColumnId);
     if (!objCell) {
       traceLine({"Column not in protocol: ", strColumnId});
-      addInternal("Table column missing from protocol");
+      addInternal("Table column missing from protocol", error_.questionId, strColumnId);
     } else if (objCell.text().empty()) {
       traceLine({"Column not filled in: ", strColumnId});
       addValidationUserError(
@@ -236,7 +240,7 @@ void ErrorCase::checkQuestion(const std::string& strQuestionId, bool blnOnlyMatc
     if (blnOnlyMatch) {
       addUserForQuestion("Question missing from protocol", strQuestionId);
     } else {
-      addInternal("Question missing from protocol");
+      addInternal("Question missing from protocol", strQuestionId, error_.columnId);
     }
     return;
   }
@@ -244,7 +248,7 @@ void ErrorCase::checkQuestion(const std::string& strQuestionId, bool blnOnlyMatc
 
   traceLine({"No value for question: ", strQuestionId});
   if (attributeText(getPrtObjct(mapping_.objParkXml, strQuestionId), kType) == "hidden") {
-    addInternal("Hidden question value missing");
+    addInternal("Hidden question value missing", strQuestionId, error_.columnId);
   } else {
     addUserForQuestion("Value missing", strQuestionId);
   }

@@ -80,7 +80,7 @@ TEST(ErrorMapping, RecordsAHiddenQuestionInternally) {
   story.error(kContentInvalid, "/r/a", "", "3", "c");
   EXPECT_TRUE(Succeeded(story.map()));
   EXPECT_THAT(story.userErrors(), IsEmpty());
-  EXPECT_THAT(story.intErrors(), ElementsAre("Hidden question value missing|/r/a||3|c"));
+  EXPECT_THAT(story.intErrors(), ElementsAre("Hidden question value missing|/r/a|q|3|c"));
   EXPECT_THAT(story.lines(),
               ElementsAre("Matched one question", "Question ID: q", "No value for question: q"));
 }
@@ -116,8 +116,8 @@ TEST(ErrorMapping, RecordsOneOfSeveralQuestionsThatTheFormLacksInternally) {
   story.error(kContentIncomplete, "/r/a", "");
   EXPECT_TRUE(Succeeded(story.map()));
   EXPECT_THAT(story.userErrors(), IsEmpty());
-  EXPECT_THAT(story.intErrors(), ElementsAre("Question missing from protocol|/r/a|||",
-                                             "Question missing from protocol|/r/a|||"));
+  EXPECT_THAT(story.intErrors(), ElementsAre("Question missing from protocol|/r/a|q1||",
+                                             "Question missing from protocol|/r/a|q2||"));
   EXPECT_THAT(story.lines(),
               ElementsAre("No question with that XPath", "More than one question: ", "q1 q2 ",
                           "Question not in protocol: q1", "Question not in protocol: q2"));
@@ -133,7 +133,7 @@ TEST(ErrorMapping, ChecksTheMandatoryOnesOfSeveralQuestions) {
   story.error(kContentIncomplete, "/r/a", "");
   EXPECT_TRUE(Succeeded(story.map()));
   EXPECT_THAT(story.userErrors(), ElementsAre("q1|Label of q1||||Value missing"));
-  EXPECT_THAT(story.intErrors(), ElementsAre("Hidden question value missing|/r/a|||"));
+  EXPECT_THAT(story.intErrors(), ElementsAre("Hidden question value missing|/r/a|q3||"));
   EXPECT_THAT(story.lines(),
               ElementsAre("No question with that XPath", "More than one question: ", "q1 q2 q3 q4 ",
                           "No value for question: q1", "No value for question: q3"));
@@ -215,10 +215,10 @@ TEST(ErrorMapping, DoesForTheNextErrorsOfAPathWhatItDidForTheFirst) {
   };
   const auto records = told(false);
   EXPECT_THAT(records, ElementsAre("q3|Label of q3||||Value missing",
-                                   "Hidden question value missing|/r/a||1|",
-                                   "Hidden question value missing|/r/a||2|",
-                                   "Hidden question value missing|/r/a||3|",
-                                   "Hidden question value missing|/r||4|"));
+                                   "Hidden question value missing|/r/a|q1|1|",
+                                   "Hidden question value missing|/r/a|q1|2|",
+                                   "Hidden question value missing|/r/a|q1|3|",
+                                   "Hidden question value missing|/r|q1|4|"));
   EXPECT_EQ(told(true), records) << "a trace changes nothing";
 }
 

@@ -93,8 +93,8 @@ TEST(ErrorMapping, RecordsAColumnThatTheFormLacks) {
   EXPECT_TRUE(Succeeded(story.map()));
   EXPECT_THAT(story.userErrors(), ElementsAre("t|Label of t|2|c3|Column c3|Column value missing"));
   EXPECT_THAT(story.intErrors(),
-              ElementsAre("Table column missing from protocol|/r/t/row/c2|t|2|c2"))
-      << "where the error stands, whichever column it is";
+              ElementsAre("Table column missing from protocol|/r/t/row/c2|t|2|c1"))
+      << "the column that is missing, wherever the error stands";
   EXPECT_THAT(story.lines(), ElementsAre("Column not in protocol: c1", "Column not filled in: c3"));
 }
 
@@ -103,8 +103,8 @@ TEST(ErrorMapping, RecordsEveryMandatoryColumnOfARowThatTheFormLacks) {
   story.colErrors[0].rowIndex = "9";
   EXPECT_TRUE(Succeeded(story.map()));
   EXPECT_THAT(story.userErrors(), IsEmpty());
-  EXPECT_THAT(story.intErrors(), ElementsAre("Table column missing from protocol|/r/t/row|t|9|",
-                                             "Table column missing from protocol|/r/t/row|t|9|"));
+  EXPECT_THAT(story.intErrors(), ElementsAre("Table column missing from protocol|/r/t/row|t|9|c1",
+                                             "Table column missing from protocol|/r/t/row|t|9|c3"));
 }
 
 TEST(ErrorMapping, PassesOverAColumnWithoutAPath) {

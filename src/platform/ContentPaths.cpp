@@ -12,12 +12,19 @@ namespace {
 constexpr std::int64_t kMaxExploration = 1'000'000;  // steps through the model
 constexpr std::int64_t kMaxRevisiting = 200'000;     // of these, to names that are known already
 constexpr std::int64_t kMaxTrying = 300'000;         // and to names that are not announced
-constexpr std::int64_t kMaxRounds = 4'000'000;       // and to go rounds
+constexpr std::int64_t kMaxRounds = 1'000'000;       // and to go rounds
 constexpr std::size_t kMaxBridgeEdges = 20'000;
 constexpr std::size_t kMaxStartEdges = 200'000;
 constexpr std::size_t kMaxKept = 100'000;       // elements in ways that are kept for another time
 constexpr int kMaxRepeats = 16;                 // up to here, one more of the same is another place
 constexpr std::size_t kMaxRoundSteps = 20'000;  // in all the rounds at one place
+
+/// Names to look many others up in; borrowed.
+std::unordered_set<std::string_view> setOf(const std::vector<const xmlChar*>& values) {
+  std::unordered_set<std::string_view> names;
+  for (const xmlChar* value : values) names.insert(view(value));
+  return names;
+}
 
 /// Whether what leads on is what is looked for.
 bool isFor(const xmlChar* value, const std::string& strKey) {
@@ -163,7 +170,7 @@ void ContentPaths::exploreRounds() {
     revisit(from, lngEnough);
     if (!at(from).blnTried) tryCandidates(from);
     const int lngKnown = static_cast<int>(places_.size());
-    if (goRounds(from)) exploreAll(lngKnown);
+    if (goRounds(from, lngEnough)) exploreAll(lngKnown);
   }
 }
 
@@ -202,10 +209,9 @@ void ContentPaths::exploreFrom(int from) {
 bool ContentPaths::mayCount(int place) const {
   const std::vector<const xmlChar*>& next = at(place).next;
   if (place == 0 || next.empty()) return place != 0;
+  const std::unordered_set<std::string_view> names = setOf(next);
   for (int on = place; on > 0; on = at(on).parent) {
-    const std::string_view strValue = view(at(on).value);  // a name that was tried is another text
-    const auto isIt = [&](const xmlChar* value) { return view(value) == strValue; };
-    if (std::any_of(next.begin(), next.end(), isIt)) return true;
+    if (names.contains(view(at(on).value))) return true;
   }
   return false;
 }
@@ -213,11 +219,10 @@ bool ContentPaths::mayCount(int place) const {
 void ContentPaths::tryCandidates(int from) {
   at(from).blnTried = true;
   const std::int64_t lngEnough = lngWork_ + kMaxTrying;
+  const std::unordered_set<std::string_view> listed = setOf(at(from).next);
   for (const std::string& strKey : *candidates_) {
     if (lngWork_ >= lngEnough) return;
-    const auto isListed = [&](const xmlChar* value) { return view(value) == strKey; };
-    const std::vector<const xmlChar*>& next = at(from).next;
-    if (std::any_of(next.begin(), next.end(), isListed)) continue;
+    if (listed.contains(strKey)) continue;
     ContentRun run(model_);
     if (!goTo(run, from)) return;
     const xmlChar* value = names_.keep(strKey);
@@ -269,11 +274,13 @@ std::optional<ContentPaths::Way> ContentPaths::findWay(int from, std::size_t lng
 }
 
 /// The elements of a shortest way from a place back to it; none if there is no such way.
-ContentPaths::Way ContentPaths::roundFrom(int from) const {
+ContentPaths::Way ContentPaths::roundFrom(int from) {
   if (from == 0) return {};
   std::optional<Way> way =
-      findWay(from, kMaxBridgeEdges,
-              [&](const Place& place, std::size_t edge) { return place.targets[edge] == from; });
+      findWay(from, kMaxBridgeEdges, [&](const Place& place, std::size_t edge) {
+        ++lngWork_;
+        return place.targets[edge] == from;
+      });
   if (!way) return {};
   way->push_back({names_.split(at(from).value)});
   for (Step& step : *way) step.blnSpare = true;
@@ -282,7 +289,7 @@ ContentPaths::Way ContentPaths::roundFrom(int from) const {
 
 /// Tries the names that are not known to follow at a place after rounds that lead back to it: as
 /// many as may be demanded, or as there may be. Whether any of them did.
-bool ContentPaths::goRounds(int from) {
+bool ContentPaths::goRounds(int from, std::int64_t lngEnough) {
   const Way round = roundFrom(from);
   if (round.empty()) return false;
   Way rounds;
@@ -298,12 +305,10 @@ bool ContentPaths::goRounds(int from) {
   }
   lngMost /= round.size();
   bool blnFound = false;
-  const std::int64_t lngEnough = lngWork_ + kMaxRounds;
+  const std::unordered_set<std::string_view> listed = setOf(at(from).next);
   for (const std::string& strKey : *candidates_) {
     if (lngMost == 0 || lngWork_ >= lngEnough) break;
-    const std::vector<const xmlChar*>& next = at(from).next;
-    const auto isListed = [&](const xmlChar* value) { return view(value) == strKey; };
-    if (std::any_of(next.begin(), next.end(), isListed)) continue;
+    if (listed.contains(strKey)) continue;
     const xmlChar* value = names_.keep(strKey);
     const ElementName name = names_.split(value);
     const auto follows = [&](std::size_t lngRounds) -> std::optional<NextElements> {

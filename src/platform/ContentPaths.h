@@ -97,8 +97,8 @@ class ContentPaths {
   void exploreRounds();
   void revisit(int from, std::int64_t lngEnough);
   void tryCandidates(int from);
-  bool goRounds(int from);
-  Way roundFrom(int from) const;
+  bool goRounds(int from, std::int64_t lngEnough);
+  Way roundFrom(int from);
   bool pushAll(ContentRun& run, const Way& way, std::size_t lngSteps);
   bool mayCount(int place) const;
   bool isNew(const xmlChar* value) const;

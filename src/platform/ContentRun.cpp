@@ -29,6 +29,7 @@ bool admits(const xmlChar* wildcard, std::string_view strUri) noexcept {
   const std::string_view strValue = view(wildcard);
   if (strValue == "*") return strUri.empty();
   if (strUri.empty()) return false;
+  if (strValue == "not *") return true;  // other than none
   if (strValue.starts_with(kOther)) return strValue.substr(kOther.size()) != strUri;
   return strValue == "*|*" || strValue.substr(2) == strUri;
 }

@@ -201,13 +201,17 @@ class LibraryEvaluation {
     xmlXPathRegisterFuncLookup(context_.get(), findFunction, context_.get());
     if (context.namespaces == nullptr) return;
     for (const auto& [strPrefix, strUri] : context.namespaces->declarations()) {
-      xmlXPathRegisterNs(context_.get(), xmlText(strPrefix.c_str()), xmlText(strUri.c_str()));
+      if (strPrefix.empty()) continue;  // an expression cannot name it
+      const int failed =
+          xmlXPathRegisterNs(context_.get(), xmlText(strPrefix.c_str()), xmlText(strUri.c_str()));
+      if (failed != 0) throw std::bad_alloc();
     }
   }
 
   void compile(const std::string& strXPath) {
     code_ = 0;
     expression_.reset(xmlXPathCtxtCompile(context_.get(), xmlText(strXPath.c_str())));
+    memory_.check();
     if (!expression_) raise(code_);
   }
 
@@ -223,13 +227,13 @@ class LibraryEvaluation {
     code_ = 0;
     context_->opCount = 0;
     context_->opLimit = operations;
-    const MemoryWatch memory;
     OwnedObject result(xmlXPathCompiledEval(expression_.get(), context_.get()));
-    memory.check();
+    memory_.check();
     if (code_ != 0) result.reset();
     return result;
   }
 
+  MemoryWatch memory_;
   OwnedContext context_;
   xmlNode* top_;
   OwnedExpression expression_;

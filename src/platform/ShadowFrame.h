@@ -30,6 +30,7 @@ struct ShadowModel::Frame {
   bool blnDamaged = false;                  // a child was refused
   bool blnReported = false;                 // and it was reported that the content is invalid
   bool blnValueSpoilt = false;              // the value is not what it was meant to be
+  bool blnNilRefused = false;               // it is empty only because it may not be nil
 
   explicit Frame(const StartTag& tag)
       : local(tag.local), uri(tag.uri), strQName(tag.qualifiedName()) {}

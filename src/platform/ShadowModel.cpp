@@ -32,10 +32,6 @@ std::string_view trimmed(std::string_view strText) {
   return strText.substr(begin, strText.find_last_not_of(kWhiteSpace) - begin + 1);
 }
 
-std::string keyOf(const xmlChar* local, const xmlChar* uri) {
-  return elementKey(view(uri), view(local));
-}
-
 class Muted {
  public:
   explicit Muted(SchemaErrors& errors)
@@ -79,7 +75,7 @@ void ShadowModel::start(const StartTag& tag) {
     const std::vector<RaisedError> raised = takeRaised();
     for (const RaisedError& error : raised) {
       if (endsChecking(error.code)) frame->type = nullptr;
-      if (error.code == XML_SCHEMAV_CVC_ELT_3_1) frame->blnValueSpoilt = true;
+      if (error.code == XML_SCHEMAV_CVC_ELT_3_1) frame->blnNilRefused = true;
     }
     const bool blnDeclared = !frames_.empty() && schema_->declares(view(tag.uri), view(tag.local));
     report(startReports(tag, blnDeclared, raised));
@@ -89,8 +85,9 @@ void ShadowModel::start(const StartTag& tag) {
 
 void ShadowModel::text(std::string_view strText) {
   if (frames_.empty()) return;
-  const Frame& frame = *frames_.back();
+  Frame& frame = *frames_.back();
   if (!frame.plug) return;
+  if (!isXmlWhiteSpace(strText)) frame.blnNilRefused = false;
   if (frame.type && hasElementsOnly(frame.type) && isXmlWhiteSpace(strText)) return;
   frame.plug->text(frame.type && trimsValue(frame.type) ? trimmed(strText) : strText);
   report(textReports(frame.strQName, takeRaised()));
@@ -112,7 +109,7 @@ void ShadowModel::end(const xmlChar* local, const xmlChar* uri) {
       return frame->blnReported || (frame->track && frame->track->lost());
     }
     if (error.code == XML_SCHEMAV_CVC_IDC) return !blnIdentitiesKnown_;
-    return frame->blnValueSpoilt && isValueError(error.code);
+    return (frame->blnValueSpoilt || frame->blnNilRefused) && isValueError(error.code);
   });
   if (raised.empty()) return;
   NextElements expected;
@@ -166,8 +163,10 @@ SchemaPlug* ShadowModel::place(Frame& parent, const StartTag& tag, Frame& child)
 /// The keys by which a child can be found in a model: as what it is, or as what a wildcard admits.
 std::vector<std::string> ShadowModel::keysOf(const StartTag& tag) const {
   std::vector<std::string> keys;
-  if (schema_->declares(view(tag.uri), view(tag.local))) keys.push_back(keyOf(tag.local, tag.uri));
-  if (schema_->closure.blnWildcards) keys.push_back(wildcardKey(view(tag.uri)));
+  const std::string_view strUri = view(tag.uri);
+  const std::string_view strLocal = view(tag.local);
+  if (schema_->declares(strUri, strLocal)) keys.push_back(elementKey(strUri, strLocal));
+  if (schema_->closure.blnWildcards) keys.push_back(wildcardKey(strUri));
   return keys;
 }
 

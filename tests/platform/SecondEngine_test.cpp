@@ -75,29 +75,15 @@ Item validMessage(std::mt19937& random) {
 }
 
 void damage(Item& message, std::mt19937& random) {
-  std::vector<Item*> parents;
-  collectParents(message, parents);
-  std::vector<Item>& children = parents[random() % parents.size()]->children;
-  const auto at = children.begin() + static_cast<std::ptrdiff_t>(random() % children.size());
-  switch (random() % 8) {
-    case 0:
-      children.erase(at);
-      break;
-    case 1:
-      children.insert(at, Item(*at));
-      break;
-    case 2:
-      std::iter_swap(at,
-                     children.begin() + static_cast<std::ptrdiff_t>(random() % children.size()));
-      break;
-    case 3:
-      children.insert(at, {"unknown", "x", "", {}});
-      break;
-    case 4:
-      at->attributes = at->name == "row" ? "" : " extra='1'";
-      break;
-    default:  // most of what people get wrong is a value
-      if (at->children.empty()) at->value = "a bad value";
+  const Place place = anyPlace(message, random);
+  Item& item = *place.at;
+  const auto way = static_cast<unsigned>(random() % 8);
+  if (way < kWaysToDisturb) {
+    disturb(place, way, random);
+  } else if (way == kWaysToDisturb) {
+    item.attributes = item.name == "row" ? "" : " extra='1'";
+  } else if (item.children.empty()) {  // most of what people get wrong is a value
+    item.value = "a bad value";
   }
 }
 

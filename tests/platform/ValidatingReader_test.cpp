@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <ctime>
 #include <new>
 #include <stdexcept>
 #include <thread>
@@ -298,6 +299,25 @@ TEST(ValidatingReader, ReportsTenThousandViolationsInLinearTime) {
   EXPECT_THAT(violations(colSchemas, "<flat>" + strGaps + "</flat>"), SizeIs(1001));
   EXPECT_THAT(violations(colSchemas, "<flat>" + strTwice + "</flat>"), SizeIs(4001));
   EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(20));
+}
+
+TEST(ValidatingReader, FindsItsWayAmongManyChoicesThatAreNotCounted) {
+  std::string strChoices;
+  for (int choice = 0; choice < 800; ++choice) {
+    strChoices.append("<xs:element name='c").append(std::to_string(choice));
+    strChoices.append("' type='xs:int'/>");
+  }
+  const SchemaDirectory directory;
+  const SchemaCollection colSchemas = schemasOf(
+      directory, schemaText("<xs:element name='r'><xs:complexType><xs:sequence>"
+                            "<xs:element name='n' minOccurs='3' maxOccurs='3'/>"
+                            "<xs:choice minOccurs='0' maxOccurs='unbounded'>" +
+                            strChoices +
+                            "</xs:choice><xs:element name='z' type='xs:int'/></xs:sequence>"
+                            "</xs:complexType></xs:element>"));
+  const std::clock_t begin = std::clock();  // of this process alone
+  EXPECT_THAT(violations(colSchemas, "<r><n/><c1>x</c1><z>y</z></r>"), SizeIs(3));
+  EXPECT_LT((std::clock() - begin) / CLOCKS_PER_SEC, 5);
 }
 
 TEST(ValidatingReader, SharesSchemasWithOtherThreads) {

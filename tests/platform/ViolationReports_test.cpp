@@ -291,6 +291,9 @@ TEST(ViolationReports, AreNeutralWhereNoSentenceFits) {
        {"nothing where a value must be",
         "<never xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance' xsi:nil='true'/>",
         {": " + other("never")}},
+       {"nothing where a value must be, and a bad value all the same",
+        "<never xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance' xsi:nil='true'>x</never>",
+        {": " + other("never"), "/never: " + badValue("never")}},
        {"a key twice", "<keys><k>1</k><k>2</k><k>1</k></keys>", {"/keys/k: " + other("k")}}});
 }
 
@@ -376,6 +379,19 @@ TEST(ViolationReports, GoOnWhereManyAreDemanded) {
       {{"one number after another",
         "<r><a>1</a><d>x</d></r>",
         {"/r: " + expecting(kInvalid, "a"), "/r/d: " + badValue("d")}}});
+  std::string strOthers;
+  for (int other = 0; other < 500; ++other) {
+    strOthers.append("<xs:element name='o").append(std::to_string(other)).append("'/>");
+  }
+  expectViolations(
+      (strOthers + "<xs:element name='r'><xs:complexType><xs:sequence>"
+                   "<xs:element name='a' type='xs:int' minOccurs='1000' maxOccurs='unbounded'/>"
+                   "<xs:element name='d' type='xs:int'/></xs:sequence></xs:complexType>"
+                   "</xs:element>")
+          .c_str(),
+      {{"a thousand, in a schema of many names",
+        "<r><a>1</a><d>x</d></r>",
+        {"/r: " + expecting(kInvalid, "a"), "/r/d: " + badValue("d")}}});
 }
 
 TEST(ViolationReports, GoOnAroundWildcards) {
@@ -404,6 +420,16 @@ TEST(ViolationReports, GoOnAroundWildcards) {
         "<t:a>1</t:a><t:b>1</t:b><t:g><t:q>x</t:q><t:p>y</t:p></t:g>",
         {"/t:r/t:g: " + expecting(kInvalid, "{urn:t}p"), "/t:r/t:g/t:q: " + badValue("t:q"),
          "/t:r/t:g/t:p: " + badValue("t:p")}}});
+  expectViolations(
+      "<xs:element name='r'><xs:complexType><xs:sequence><xs:element name='a' type='xs:int'/>"
+      "<xs:any namespace='##other' processContents='lax'/></xs:sequence></xs:complexType>"
+      "</xs:element>",
+      {{"other than no namespace is any namespace",
+        "<r><o:x xmlns:o='urn:o'/></r>",
+        {"/r: " + expecting(kInvalid, "a")}},
+       {"what has no namespace is not meant",
+        "<r><a>1</a><x/><o:x xmlns:o='urn:o'/></r>",
+        {"/r: " + undeclared("x")}}});
 }
 
 TEST(ViolationReports, GoOnInsideTypesThatTheDocumentNames) {

@@ -11,7 +11,7 @@
 #include <string>
 #include <string_view>
 
-#include "support/InspectionRuns.h"
+#include "support/ExampleRun.h"
 
 // Submits the forms of examples/inspection for a long time in one process and watches its memory:
 // what a run leaves behind would bring a server down in the end, however little it is.
@@ -27,7 +27,7 @@
 namespace {
 
 using namespace Varnel_Tolv_XML_Creation;
-using test::InspectionRuns;
+using test::ExampleRun;
 using test::RunOutcome;
 
 constexpr long kResidentKiBAllowed = 1024;
@@ -55,7 +55,7 @@ long residentKiB() {
 class Form {
  public:
   explicit Form(const std::string& strName)
-      : strName_(strName), runs_(VARNEL_EXAMPLE_DIR, strName), kept_(runs_.host()) {
+      : strName_(strName), runs_(strName), kept_(runs_.host()) {
     first_ = runs_.run(kept_);
   }
 
@@ -69,9 +69,8 @@ class Form {
       outcome = runs_.run(objBuild);
     }
     if (outcome != first_) {
-      throw std::runtime_error(strName_ + " came out differently:\n" + outcome.strResult +
-                               outcome.strErrors + "\nat first:\n" + first_.strResult +
-                               first_.strErrors);
+      throw std::runtime_error(strName_ + " came out differently:\n" + outcome.told() +
+                               "\nat first:\n" + first_.told());
     }
   }
 
@@ -79,7 +78,7 @@ class Form {
 
  private:
   std::string strName_;
-  InspectionRuns runs_;
+  ExampleRun runs_;
   BuildXML kept_;
   RunOutcome first_;
 };
@@ -138,8 +137,7 @@ bool endure(long lngRuns) {
   const long lngWarmUp = std::min(std::max(500L, lngRuns / 100), lngRuns / 2);
   const long lngStep = std::max(1L, (lngRuns - lngWarmUp) / 10);
   Form forms[] = {Form("complete.form"), Form("faulty.form")};
-  if (!forms[0].first().strResult.starts_with("0\n") ||
-      forms[1].first().strResult.starts_with("0\n")) {
+  if (!forms[0].first().objAck.Success() || forms[1].first().objAck.Success()) {
     throw std::runtime_error("the forms do not come out as a message and a refusal");
   }
 

@@ -11,7 +11,7 @@
 #include "interface/BuildXML.h"
 #include "platform/Document.h"
 #include "platform/ValidatingReader.h"
-#include "support/InspectionRuns.h"
+#include "support/ExampleRun.h"
 
 // The first use that a process makes of the library may come on several threads at once: what is
 // set up once has to be ready for each of them. Every trial is a process of its own, and the
@@ -68,16 +68,15 @@ class ThreadsFirstUse : public ::testing::Test {
  protected:
   bool runsTheCompleteForm() const {
     BuildXML objBuild(complete_.host());
-    return complete_.run(objBuild).strResult.starts_with("0\n");
+    return complete_.run(objBuild).objAck.Success();
   }
   bool runsTheFaultyForm() const {
     BuildXML objBuild(faulty_.host());
-    return faulty_.run(objBuild).strErrors.starts_with("casenumber\n");
+    return faulty_.run(objBuild).strVerdict.starts_with("for the user|\ncasenumber|");
   }
 
-  static constexpr const char* kExample = VARNEL_SOURCE_DIR "/examples/inspection";
-  const InspectionRuns complete_{kExample, "complete.form"};
-  const InspectionRuns faulty_{kExample, "faulty.form"};
+  const ExampleRun complete_{"complete.form"};
+  const ExampleRun faulty_{"faulty.form"};
 };
 
 TEST_F(ThreadsFirstUse, MayBeTwoWholeRuns) {

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "interface/BuildXML.h"
-#include "support/InspectionRuns.h"
+#include "support/ExampleRun.h"
 
 // Instances side by side on the same configuration files. The thread sanitizer sees all of our
 // code; libxml2 and RE2 are not built for it, so of them it sees only what they allocate, copy and
@@ -24,7 +24,7 @@ constexpr int kManyRuns = 100;  // without the sanitizer there is less to see in
 #endif
 constexpr int kSomeRuns = 20;
 
-RunOutcome alone(const InspectionRuns& form) {
+RunOutcome alone(const ExampleRun& form) {
   BuildXML objBuild(form.host());
   return form.run(objBuild);
 }
@@ -32,11 +32,11 @@ RunOutcome alone(const InspectionRuns& form) {
 class Threads : public ::testing::Test {
  protected:
   void SetUp() override {
-    ASSERT_TRUE(complete_.strResult.starts_with("0\n")) << complete_.strResult;
-    ASSERT_TRUE(faulty_.strErrors.starts_with("casenumber\n")) << faulty_.strErrors;
+    ASSERT_TRUE(complete_.objAck.Success()) << complete_.told();
+    ASSERT_TRUE(faulty_.strVerdict.starts_with("for the user|\ncasenumber|")) << faulty_.told();
   }
 
-  static int goodRuns(const InspectionRuns& form, BuildXML& objBuild, int lngRuns,
+  static int goodRuns(const ExampleRun& form, BuildXML& objBuild, int lngRuns,
                       const RunOutcome& expected) {
     int lngGood = 0;
     for (int lngRun = 0; lngRun < lngRuns; ++lngRun) {
@@ -45,9 +45,8 @@ class Threads : public ::testing::Test {
     return lngGood;
   }
 
-  static constexpr const char* kExample = VARNEL_SOURCE_DIR "/examples/inspection";
-  const InspectionRuns completeForm_{kExample, "complete.form"};
-  const InspectionRuns faultyForm_{kExample, "faulty.form"};
+  const ExampleRun completeForm_{"complete.form"};
+  const ExampleRun faultyForm_{"faulty.form"};
 
   // What each form comes to when nothing else runs.
   const RunOutcome complete_ = alone(completeForm_);

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <gtest/gtest.h>
 #include <stdlib.h>
 #include <unistd.h>
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cstddef>
 #include <initializer_list>
 #include <span>
 #include <string>
@@ -11,25 +12,45 @@
 
 namespace Varnel_Tolv_XML_Creation::test {
 
-/// All that a run told its caller.
+/// How many times fewer runs are worth a try where they take one thread: the thread sanitizer has
+/// nothing to see in them and makes each many times as long.
+#if defined(__SANITIZE_THREAD__)
+constexpr std::size_t kThinning = 16;
+#else
+constexpr std::size_t kThinning = 1;
+#endif
+
+/// All that a run told its caller, to be compared byte by byte.
 struct RunOutcome {
   bool blnRaised = false;  // an exception left the call; then there is no result
   Acknowledge objAck;
   std::string strParkXML;
   std::string strSendXML;  // empty when the run set no message
   std::string strVerdict;  // both collections, a line for each error
+
+  /// The result and the verdict, for people.
+  std::string told() const {
+    return std::to_string(objAck.ErrorCode()) + ' ' + objAck.ErrorDetail() + '|' +
+           objAck.UserMessage() + '\n' + strVerdict;
+  }
+  bool operator==(const RunOutcome& other) const {
+    return blnRaised == other.blnRaised && told() == other.told() &&
+           strParkXML == other.strParkXML && strSendXML == other.strSendXML;
+  }
 };
 
-/// One form of examples/inspection, submitted and validated as often as a test likes.
+/// One form of examples/inspection, submitted and validated as often as its user likes, which may
+/// be on any number of threads at once, with an instance each. It needs no test framework.
 class ExampleRun {
  public:
   using Ids = std::span<const std::string_view>;
 
   /// The whole form, or what it holds of these objects. The settings are those of every document,
-  /// the caller's own included.
-  ExampleRun(std::string_view strForm, Ids ids = {}, TraceSink* traceSink = nullptr,
-             const DocumentSettings& settings = {})
-      : form_(textOfFile(at(strForm))), strObjectList_(objectList(ids)) {
+  /// the caller's own included. For the whole form no XML is touched yet.
+  explicit ExampleRun(std::string_view strForm, Ids ids = {}, TraceSink* traceSink = nullptr,
+                      const DocumentSettings& settings = {})
+      : form_(body(strForm)),
+        strObjectList_(ids.empty() ? textOfFile(at("object-list.xml")) : objectList(ids)) {
     host_ = {.objectContext = &context_,
              .clock = &clock_,
              .traceSink = traceSink,
@@ -40,7 +61,12 @@ class ExampleRun {
 
   const HostServices& host() const { return host_; }
 
-  /// One run. `begin` is called when only the library is still to be called, `end` when it has
+  RunOutcome run(BuildXML& library) const {
+    return run(
+        library, [] {}, [] {});
+  }
+
+  /// The same. `begin` is called when only the library is still to be called, `end` when it has
   /// returned.
   template <class Begin, class End>
   RunOutcome run(BuildXML& library, Begin&& begin, End&& end) const {
@@ -68,17 +94,24 @@ class ExampleRun {
     return outcome;
   }
 
+ private:
   static std::string at(std::string_view strFile) {
     return VARNEL_SOURCE_DIR "/examples/inspection/" + std::string(strFile);
   }
 
- private:
+  /// What a browser sends, without the line end of the file.
+  static std::string body(std::string_view strForm) {
+    std::string strBody = textOfFile(at(strForm));
+    while (strBody.ends_with('\n')) strBody.pop_back();
+    return strBody;
+  }
+
   static std::string objectList(Ids ids) {
     const Document objList = parsed(textOfFile(at("object-list.xml")));
     const NodeList colObjects = objList.documentElement().getElementsByTagName("prtobjct").value();
     for (const Node& objObject : colObjects) {
       const std::string strId = objObject.getAttribute("id").value();
-      if (!ids.empty() && std::find(ids.begin(), ids.end(), strId) == ids.end()) {
+      if (std::find(ids.begin(), ids.end(), strId) == ids.end()) {
         objObject.parentNode().removeChild(objObject);
       }
     }

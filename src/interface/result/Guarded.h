@@ -14,8 +14,8 @@ namespace Varnel_Tolv_XML_Creation {
 
 /// The failure of procedure `strProcedure` for the exception that is being handled: the error's
 /// number, "<procedure> - <description>", and the description as user message. To be called in a
-/// handler only. When no memory is left for the texts they are shortened, never the number lost. An error
-/// numbered 0 is told as 51, so that no error reads as a success.
+/// handler only. When no memory is left for the texts they are shortened, never the number lost. An
+/// error numbered 0 is told as 51, so that no error reads as a success.
 Acknowledge FailureFromCurrentError(std::string_view strProcedure) noexcept;
 
 /// Runs `body`, which returns an `Acknowledge` (or a type one converts to), under the convention

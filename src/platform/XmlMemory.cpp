@@ -4,18 +4,26 @@
 
 #include <new>
 
+#include "platform/XmlLibrary.h"
+
 namespace Varnel_Tolv_XML_Creation {
 
 namespace {
 
 thread_local bool blnShort = false;
 
+/// To be asked before anything else of the library's state, which the first to look would set up.
+xmlStructuredErrorFunc handlerInForce() {
+  prepareXmlLibrary();
+  return xmlStructuredError;
+}
+
 void onError(void* /*context*/, xmlError* report) { noteShortage(*report); }
 
 }  // namespace
 
 MemoryWatch::MemoryWatch() noexcept
-    : handlerBefore_(xmlStructuredError),
+    : handlerBefore_(handlerInForce()),
       contextBefore_(xmlStructuredErrorContext),
       blnShortBefore_(blnShort) {
   blnShort = false;

@@ -3,6 +3,8 @@
 #include <climits>
 #include <new>
 
+#include "platform/XmlLibrary.h"
+
 namespace Varnel_Tolv_XML_Creation {
 
 namespace {
@@ -31,6 +33,7 @@ void FreeXmlNode::operator()(xmlNode* node) const noexcept {
 }
 
 OwnedXmlDoc newXmlDoc() {
+  prepareXmlLibrary();
   OwnedXmlDoc document(xmlNewDoc(nullptr));
   if (!document) throw std::bad_alloc();
   return document;

@@ -19,10 +19,10 @@ constexpr std::array<std::string_view, 19> kNetworkCalls = {
 };
 
 std::string absolutePath(const std::string& strPath, const std::filesystem::path& directory) {
-  // A process sees itself under its number.
-  static const std::regex kOwnNumber("^/proc/[0-9]+");
+  // A process sees itself under its number, and the thread sanitizer has a file of its own for it.
+  static const std::regex kOwnNumber("^(/proc/|/tmp/tsan\\.rodata\\.)[0-9]+");
   return std::regex_replace((directory / strPath).lexically_normal().string(), kOwnNumber,
-                            "/proc/self");
+                            "$1self");
 }
 
 }  // namespace

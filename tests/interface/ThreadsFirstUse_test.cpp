@@ -55,6 +55,8 @@ bool loadsADocument() {
   return Document::create().loadXML("<a b='1'/>") && !Document::create().loadXML("<a>");
 }
 
+bool makesADocument() { return bool(Document::create().createElement("a")); }
+
 bool makesAReader() { return ValidatingReader::create() != nullptr; }
 
 bool registersTheSchema() {
@@ -95,6 +97,7 @@ TEST_F(ThreadsFirstUse, MayBeTheRegistrationOfTheSameSchema) {
 TEST_F(ThreadsFirstUse, MayBeOfDifferentParts) {
   for (int lngTrial = 0; lngTrial < kTrials; ++lngTrial) {
     EXPECT_TRUE(holdsInANewProcess(loadsADocument, makesAReader));
+    EXPECT_TRUE(holdsInANewProcess(loadsADocument, makesADocument));
     EXPECT_TRUE(holdsInANewProcess(makesAReader, [this] { return runsTheCompleteForm(); }));
   }
 }

@@ -68,10 +68,10 @@ Acknowledge buildXPath(const Session& session, std::string_view strParentXPath,
       }
       if (objCurrentNode) continue;
 
-      trace(session, kProcedure, {"arrSchema = Split(", strStep, ", ':')"});
       // deliberate: not checked here. An unknown prefix does not stop the element from being made,
       // but it is the result unless a later lookup succeeds.
       objAck = getSchemaReference(session, prefixOf(strStep), strUri);
+      trace(session, kProcedure, {"arrSchema = Split(", strStep, ", ':')"});
       trace(session, kProcedure,
             {"Set objCurrentNode = objXmlDocument.createNode(NODE_ELEMENT,", strStep, ", ", strUri,
              ")"});

@@ -49,7 +49,7 @@ class StageTrace : public TraceSink {
         {"buildXML: Set objAck = loadNamespaceXML(", Stage::namespaces},
         {"buildXML: Set objAck = setSelectionNamespaces(", Stage::park},
         {"buildXML: Calling buildSendXML", Stage::message},
-        {"buildXPath: arrSchema = Split(", Stage::lookup},
+        {"buildXPath: strNodePath = ", Stage::lookup},
         {"buildXPath: Set objCurrentNode = objXmlDocument.createNode(", Stage::message},
         {"BuildSendXML: About to createDocumentData", Stage::documentData},
         {"checkNodeForRemoval: ", Stage::cleanUp},

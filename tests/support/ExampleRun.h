@@ -12,10 +12,12 @@
 
 namespace Varnel_Tolv_XML_Creation::test {
 
-/// How many times fewer runs are worth a try where they take one thread: the thread sanitizer has
-/// nothing to see in them and makes each many times as long.
+/// How many times fewer runs an ordinary test tries under a sanitizer, which makes each many times
+/// as long. In those of one thread the thread sanitizer has nothing to see.
 #if defined(__SANITIZE_THREAD__)
 constexpr std::size_t kThinning = 16;
+#elif defined(__SANITIZE_ADDRESS__)
+constexpr std::size_t kThinning = 3;
 #else
 constexpr std::size_t kThinning = 1;
 #endif

@@ -4,8 +4,8 @@
 #include <string>
 
 #include "OptionTable.h"
-#include "platform/Clock.h"
-#include "platform/Date.h"
+#include "platform/host/Clock.h"
+#include "platform/text/Date.h"
 
 /// What one build is asked to do. The library's arguments bear the library's names.
 struct Options {

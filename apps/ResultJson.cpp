@@ -2,7 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "interface/result/ServiceEnums.h"
+#include "result/ServiceEnums.h"
 
 using namespace Varnel_Tolv_XML_Creation;
 using Json = nlohmann::ordered_json;

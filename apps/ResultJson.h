@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "interface/result/Acknowledge.h"
-#include "interface/result/ValidationErrors.h"
+#include "result/Acknowledge.h"
+#include "result/ValidationErrors.h"
 
 /// The result of a run as one JSON object and a line end. The order of its keys is fixed; what is
 /// not UTF-8 becomes U+FFFD.

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/WebRequest.h"
+#include "platform/host/WebRequest.h"
 
 namespace Varnel_Tolv_XML_Creation::bench {
 

@@ -5,15 +5,22 @@ if(NOT DEFINED TREE)
 endif()
 
 # The arrows: what quoted includes of a folder may begin with. The first folder that fits counts.
-set(layers src/interface/result src/platform src/config src/park src/message src/validation
-  src/interface)
-set(src/interface/result "^interface/result/")
-set(src/platform         "^(interface/result|platform)/")
-set(src/config           "^(interface/result|platform|config)/")
-set(src/park             "^(interface/result|platform|config|park)/")
-set(src/message          "^(interface/result|platform|config|message|validation/lookup)/")
-set(src/validation       "^(interface/result|platform|config|validation)/")
-set(src/interface        "^(interface|platform|config|park|message|validation)/")
+set(layers src/result src/platform/text src/platform/fault src/platform/xml src/platform/xpath
+  src/platform/dom src/platform/schema src/platform/host src/config src/park src/message
+  src/validation src/interface)
+set(src/result          "^result/")
+set(src/platform/text   "^(result|platform/text)/")
+set(src/platform/fault  "^(result|platform/(text|fault))/")
+set(src/platform/xml    "^(result|platform/(text|xml))/")
+set(src/platform/xpath  "^(result|platform/(text|xml|xpath))/")
+set(src/platform/dom    "^(result|platform/(text|fault|xml|xpath|dom))/")
+set(src/platform/schema "^(result|platform/(text|fault|xml|schema))/")
+set(src/platform/host   "^(result|platform/(text|dom|host))/")
+set(src/config          "^(result|platform|config)/")
+set(src/park            "^(result|platform|config|park)/")
+set(src/message         "^(result|platform|config|message)/")
+set(src/validation      "^(result|platform|config|validation)/")
+set(src/interface       "^(result|platform|config|park|message|validation|interface)/")
 
 # The guests: who may include a third-party header. apps/ also keeps to the installed headers.
 set(guests "^(libxml/|re2/|utf8proc)" "^(nlohmann/|CLI/)" "^(gtest/|gmock/)")

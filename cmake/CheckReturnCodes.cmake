@@ -80,7 +80,7 @@ function(check_test code test)
   endif()
 endfunction()
 
-file(READ "${TREE}/src/interface/result/ServiceEnums.h" header)
+file(READ "${TREE}/src/result/ServiceEnums.h" header)
 string(REGEX MATCHALL "X\\([A-Z_]+, 0x[0-9A-F]+\\)" codes "${header}")
 list(TRANSFORM codes REPLACE "X\\(([A-Z_]+),.*" "\\1")
 foreach(code IN LISTS codes)

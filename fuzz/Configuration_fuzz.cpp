@@ -4,7 +4,7 @@
 
 #include "Check.h"
 #include "ExampleRun.h"
-#include "platform/Document.h"
+#include "platform/dom/Document.h"
 
 // One document of the configuration, the rest as in the example: read by itself, then used.
 

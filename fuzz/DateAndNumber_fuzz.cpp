@@ -10,9 +10,9 @@
 
 #include "Check.h"
 #include "interface/BuildXML.h"
-#include "interface/result/RuntimeError.h"
-#include "platform/Conversions.h"
-#include "platform/Date.h"
+#include "platform/text/Conversions.h"
+#include "platform/text/Date.h"
+#include "result/RuntimeError.h"
 
 // Two texts, one to a line: each is read as a date, a time, a number and a Boolean, and the two
 // dates are compared.

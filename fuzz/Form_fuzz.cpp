@@ -6,8 +6,8 @@
 
 #include "Check.h"
 #include "ExampleRun.h"
-#include "platform/Text.h"
-#include "platform/WebRequest.h"
+#include "platform/host/WebRequest.h"
+#include "platform/text/Text.h"
 
 // A form body: read by itself, then submitted to the example.
 

@@ -10,8 +10,8 @@
 #include <string_view>
 
 #include "Check.h"
-#include "interface/result/RuntimeError.h"
-#include "platform/ValidatingReader.h"
+#include "platform/schema/ValidatingReader.h"
+#include "result/RuntimeError.h"
 
 // A message behind a line with the name of its schema (a file of schemas/): the reader, which goes
 // on after each error, must find one exactly where libxml2's own validation of the whole document

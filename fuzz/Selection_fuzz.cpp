@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "Check.h"
-#include "interface/result/RuntimeError.h"
-#include "platform/Selection.h"
+#include "platform/xpath/Selection.h"
+#include "result/RuntimeError.h"
 
 // An XPath expression on the first line and the document that it selects from behind it: the walk,
 // with and without an index, must give what libxml2's evaluator gives.

@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "interface/result/RuntimeError.h"
-#include "platform/Node.h"
+#include "platform/dom/Node.h"
+#include "result/RuntimeError.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

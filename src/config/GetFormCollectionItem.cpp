@@ -1,7 +1,7 @@
 #include "config/GetFormCollectionItem.h"
 
-#include "interface/result/Guarded.h"
-#include "platform/WebRequest.h"
+#include "platform/host/WebRequest.h"
+#include "result/Guarded.h"
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {

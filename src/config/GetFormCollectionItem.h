@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "config/Session.h"
-#include "interface/result/Acknowledge.h"
+#include "result/Acknowledge.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

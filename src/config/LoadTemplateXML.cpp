@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "interface/result/Guarded.h"
-#include "platform/Document.h"
+#include "platform/dom/Document.h"
+#include "result/Guarded.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "platform/Document.h"
-#include "platform/HostServices.h"
+#include "platform/dom/Document.h"
+#include "platform/host/HostServices.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

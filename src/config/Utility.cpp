@@ -1,9 +1,9 @@
 #include "config/Utility.h"
 
-#include "interface/result/RuntimeError.h"
-#include "platform/InjectedFault.h"
-#include "platform/Text.h"
-#include "platform/Trace.h"
+#include "platform/fault/InjectedFault.h"
+#include "platform/host/Trace.h"
+#include "platform/text/Text.h"
+#include "result/RuntimeError.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

@@ -2,8 +2,8 @@
 
 #include <optional>
 
-#include "platform/Date.h"
-#include "platform/Text.h"
+#include "platform/text/Date.h"
+#include "platform/text/Text.h"
 
 namespace Varnel_Tolv_XML_Creation {
 std::string convertToXsdDate(const Session& session, std::string_view strDataType,

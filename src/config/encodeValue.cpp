@@ -1,7 +1,7 @@
 #include "config/encodeValue.h"
 
-#include "interface/result/Guarded.h"
-#include "platform/Text.h"
+#include "platform/text/Text.h"
+#include "result/Guarded.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

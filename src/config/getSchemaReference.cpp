@@ -3,7 +3,7 @@
 #include "config/Attributes.h"
 #include "config/Names.h"
 #include "config/Utility.h"
-#include "interface/result/Guarded.h"
+#include "result/Guarded.h"
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "interface/result/Guarded.h"
+#include "result/Guarded.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

@@ -6,13 +6,13 @@
 #include "config/Utility.h"
 #include "config/loadNamespaceXML.h"
 #include "config/setSelectionNamespaces.h"
-#include "interface/result/Guarded.h"
 #include "message/BuildSendXML.h"
 #include "message/DocData.h"
 #include "message/removeIdentifiers.h"
 #include "park/BuildParkXML.h"
 #include "park/addHiddenFieldsToParkXML.h"
 #include "park/addHiddenFlds.h"
+#include "result/Guarded.h"
 #include "validation/ValidateXMLAgainstSchema.h"
 
 namespace Varnel_Tolv_XML_Creation {

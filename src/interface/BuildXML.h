@@ -5,10 +5,10 @@
 #include <string>
 #include <string_view>
 
-#include "interface/result/Acknowledge.h"
-#include "interface/result/ValidationErrors.h"
-#include "platform/Document.h"
-#include "platform/HostServices.h"
+#include "platform/dom/Document.h"
+#include "platform/host/HostServices.h"
+#include "result/Acknowledge.h"
+#include "result/ValidationErrors.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

@@ -1,7 +1,7 @@
 #include "message/AddComplexTypeToParent.h"
 
 #include "config/Attributes.h"
-#include "interface/result/Guarded.h"
+#include "result/Guarded.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "interface/result/Acknowledge.h"
+#include "result/Acknowledge.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

@@ -4,10 +4,10 @@
 
 #include "config/Attributes.h"
 #include "config/Names.h"
-#include "interface/result/Guarded.h"
 #include "message/ProtocolObject.h"
 #include "message/buildXPath.h"
-#include "platform/Text.h"
+#include "platform/text/Text.h"
+#include "result/Guarded.h"
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {

@@ -5,9 +5,9 @@
 
 #include "config/Attributes.h"
 #include "config/Names.h"
-#include "interface/result/Guarded.h"
-#include "platform/Document.h"
-#include "platform/Text.h"
+#include "platform/dom/Document.h"
+#include "platform/text/Text.h"
+#include "result/Guarded.h"
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "interface/result/Acknowledge.h"
+#include "result/Acknowledge.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

@@ -8,11 +8,11 @@
 #include "config/Names.h"
 #include "config/Utility.h"
 #include "config/setSelectionNamespaces.h"
-#include "interface/result/Guarded.h"
 #include "message/CreateDocumentData.h"
 #include "message/ProcessProtocolField.h"
 #include "message/ProcessProtocolTable.h"
 #include "message/RemoveEmptyElements.h"
+#include "result/Guarded.h"
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {

@@ -10,7 +10,7 @@
 #include "message/DocData.h"
 #include "message/LateResult.h"
 #include "message/makeHCPDetailType.h"
-#include "platform/Text.h"
+#include "platform/text/Text.h"
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {

@@ -3,7 +3,7 @@
 #include <optional>
 
 #include "config/Session.h"
-#include "interface/result/Acknowledge.h"
+#include "result/Acknowledge.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

@@ -4,9 +4,9 @@
 #include <string>
 
 #include "config/Attributes.h"
-#include "interface/result/Guarded.h"
-#include "platform/Conversions.h"
-#include "platform/Document.h"
+#include "platform/dom/Document.h"
+#include "platform/text/Conversions.h"
+#include "result/Guarded.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

@@ -7,8 +7,8 @@
 #include "config/Utility.h"
 #include "config/convertToXsdDate.h"
 #include "message/LateResult.h"
-#include "platform/Clock.h"
-#include "platform/Text.h"
+#include "platform/host/Clock.h"
+#include "platform/text/Text.h"
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {

@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "config/Session.h"
-#include "interface/result/Acknowledge.h"
+#include "result/Acknowledge.h"
 
 // The three values of the message's document header: protocol name, attestation date and time.
 

@@ -5,10 +5,10 @@
 #include "config/Attributes.h"
 #include "config/Names.h"
 #include "config/convertToXsdDate.h"
-#include "interface/result/Guarded.h"
 #include "message/GetComplexTypeFromAction.h"
 #include "message/ProtocolObject.h"
-#include "platform/Text.h"
+#include "platform/text/Text.h"
+#include "result/Guarded.h"
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {

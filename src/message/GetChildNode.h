@@ -4,8 +4,8 @@
 #include <string_view>
 
 #include "config/Session.h"
-#include "interface/result/Acknowledge.h"
 #include "message/AddressLines.h"
+#include "result/Acknowledge.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "interface/result/Acknowledge.h"
+#include "result/Acknowledge.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "interface/result/Acknowledge.h"
-#include "platform/Node.h"
+#include "platform/dom/Node.h"
+#include "result/Acknowledge.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <utility>
 
-#include "interface/result/Guarded.h"
+#include "result/Guarded.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

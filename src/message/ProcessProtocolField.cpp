@@ -6,7 +6,6 @@
 #include "config/Names.h"
 #include "config/Utility.h"
 #include "config/convertToXsdDate.h"
-#include "interface/result/Guarded.h"
 #include "message/AddComplexTypeToParent.h"
 #include "message/AddInfoToNode.h"
 #include "message/AddressLines.h"
@@ -15,8 +14,9 @@
 #include "message/ProtocolObject.h"
 #include "message/addData.h"
 #include "message/buildXPath.h"
-#include "platform/Conversions.h"
-#include "platform/Text.h"
+#include "platform/text/Conversions.h"
+#include "platform/text/Text.h"
+#include "result/Guarded.h"
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {

@@ -4,12 +4,12 @@
 
 #include "config/Attributes.h"
 #include "config/Names.h"
-#include "interface/result/Guarded.h"
 #include "message/AddComplexTypeFromTableRows.h"
 #include "message/AddRowInfoToSingleNode.h"
 #include "message/GetObjectMapperInfo.h"
-#include "platform/Conversions.h"
-#include "platform/Text.h"
+#include "platform/text/Conversions.h"
+#include "platform/text/Text.h"
+#include "result/Guarded.h"
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {

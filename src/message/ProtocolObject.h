@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/Node.h"
+#include "platform/dom/Node.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "config/Attributes.h"
-#include "validation/lookup/checkNodeForRemoval.h"
+#include "message/checkNodeForRemoval.h"
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {

@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "config/Names.h"
-#include "interface/result/RuntimeError.h"
-#include "platform/Node.h"
-#include "platform/Text.h"
+#include "platform/dom/Node.h"
+#include "platform/text/Text.h"
+#include "result/RuntimeError.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

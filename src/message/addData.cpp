@@ -2,7 +2,7 @@
 
 #include "config/Names.h"
 #include "config/Utility.h"
-#include "interface/result/Guarded.h"
+#include "result/Guarded.h"
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {

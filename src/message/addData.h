@@ -3,7 +3,7 @@
 #include <string_view>
 
 #include "config/Session.h"
-#include "interface/result/Acknowledge.h"
+#include "result/Acknowledge.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

@@ -6,7 +6,7 @@
 
 #include "config/Utility.h"
 #include "config/getSchemaReference.h"
-#include "interface/result/Guarded.h"
+#include "result/Guarded.h"
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {

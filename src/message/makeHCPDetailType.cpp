@@ -1,10 +1,10 @@
 #include "message/makeHCPDetailType.h"
 
 #include "config/Attributes.h"
-#include "interface/result/Guarded.h"
 #include "message/CreateDocumentDataNodes.h"
 #include "message/buildXPath.h"
-#include "platform/Text.h"
+#include "platform/text/Text.h"
+#include "result/Guarded.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

@@ -6,7 +6,7 @@
 
 #include "config/Attributes.h"
 #include "config/Utility.h"
-#include "interface/result/Guarded.h"
+#include "result/Guarded.h"
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {

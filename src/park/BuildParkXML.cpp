@@ -5,10 +5,10 @@
 
 #include "config/Attributes.h"
 #include "config/Names.h"
-#include "interface/result/Guarded.h"
 #include "park/ParkProtField.h"
 #include "park/ParkProtTable.h"
-#include "platform/Text.h"
+#include "platform/text/Text.h"
+#include "result/Guarded.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "config/Session.h"
-#include "interface/result/Acknowledge.h"
+#include "result/Acknowledge.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

@@ -4,7 +4,7 @@
 
 #include "config/Attributes.h"
 #include "config/Names.h"
-#include "platform/Date.h"
+#include "platform/text/Date.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

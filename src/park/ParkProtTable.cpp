@@ -12,10 +12,10 @@
 #include "config/Attributes.h"
 #include "config/GetFormCollectionItem.h"
 #include "config/Names.h"
-#include "interface/result/Guarded.h"
 #include "park/ComputedCell.h"
-#include "platform/Conversions.h"
-#include "platform/Text.h"
+#include "platform/text/Conversions.h"
+#include "platform/text/Text.h"
+#include "result/Guarded.h"
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {

@@ -7,8 +7,8 @@
 #include "config/GetFormCollectionItem.h"
 #include "config/Names.h"
 #include "config/Utility.h"
-#include "interface/result/Guarded.h"
-#include "platform/Conversions.h"
+#include "platform/text/Conversions.h"
+#include "result/Guarded.h"
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {

@@ -9,7 +9,7 @@
 #include "config/Attributes.h"
 #include "config/Names.h"
 #include "config/Utility.h"
-#include "platform/Text.h"
+#include "platform/text/Text.h"
 #include "validation/lookup/ErrorRecords.h"
 #include "validation/lookup/QuestionLookups.h"
 #include "validation/lookup/isXpathMandatory.h"

@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "config/Session.h"
-#include "interface/result/Acknowledge.h"
-#include "interface/result/ValidationErrors.h"
+#include "result/Acknowledge.h"
+#include "result/ValidationErrors.h"
 #include "validation/SchemaValidationErr.h"
 #include "validation/lookup/QuestionPaths.h"
 

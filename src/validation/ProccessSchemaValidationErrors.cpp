@@ -4,7 +4,7 @@
 
 #include "config/Utility.h"
 #include "config/setSelectionNamespaces.h"
-#include "interface/result/Guarded.h"
+#include "result/Guarded.h"
 #include "validation/ErrorMapping.h"
 
 namespace Varnel_Tolv_XML_Creation {

@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "config/Session.h"
-#include "interface/result/Acknowledge.h"
-#include "interface/result/ValidationErrors.h"
+#include "result/Acknowledge.h"
+#include "result/ValidationErrors.h"
 #include "validation/SchemaValidationErr.h"
 
 namespace Varnel_Tolv_XML_Creation {

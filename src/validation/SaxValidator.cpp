@@ -4,7 +4,7 @@
 #include <optional>
 
 #include "config/Utility.h"
-#include "platform/RegularExpression.h"
+#include "platform/text/RegularExpression.h"
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "config/Session.h"
-#include "platform/ValidatingReader.h"
+#include "platform/schema/ValidatingReader.h"
 #include "validation/SchemaValidationErr.h"
 
 namespace Varnel_Tolv_XML_Creation {

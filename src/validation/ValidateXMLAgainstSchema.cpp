@@ -5,10 +5,10 @@
 #include <string>
 
 #include "config/Utility.h"
-#include "interface/result/Guarded.h"
-#include "platform/InjectedFault.h"
-#include "platform/ValidatingReader.h"
-#include "platform/WebRequest.h"
+#include "platform/fault/InjectedFault.h"
+#include "platform/host/WebRequest.h"
+#include "platform/schema/ValidatingReader.h"
+#include "result/Guarded.h"
 #include "validation/ProccessSchemaValidationErrors.h"
 #include "validation/SaxValidator.h"
 

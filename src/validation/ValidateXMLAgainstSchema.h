@@ -3,8 +3,8 @@
 #include <string_view>
 
 #include "config/Session.h"
-#include "interface/result/Acknowledge.h"
-#include "interface/result/ValidationErrors.h"
+#include "result/Acknowledge.h"
+#include "result/ValidationErrors.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "interface/result/ServiceEnums.h"
+#include "result/ServiceEnums.h"
 
 namespace Varnel_Tolv_XML_Creation::test {
 

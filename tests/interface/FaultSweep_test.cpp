@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "interface/BuildXML.h"
-#include "platform/FaultInjector.h"
+#include "platform/fault/FaultInjector.h"
 #include "support/ExampleRun.h"
 #include "support/Results.h"
 

@@ -9,8 +9,8 @@
 #include <thread>
 
 #include "interface/BuildXML.h"
-#include "platform/Document.h"
-#include "platform/ValidatingReader.h"
+#include "platform/dom/Document.h"
+#include "platform/schema/ValidatingReader.h"
 #include "support/ExampleRun.h"
 
 // The first use that a process makes of the library may come on several threads at once: what is

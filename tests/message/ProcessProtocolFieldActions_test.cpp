@@ -1,6 +1,6 @@
 #include <gmock/gmock.h>
 
-#include "platform/Text.h"
+#include "platform/text/Text.h"
 #include "support/Faults.h"
 #include "support/Fields.h"
 

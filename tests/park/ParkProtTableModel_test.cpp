@@ -9,7 +9,7 @@
 
 #include "ParkTesting.h"
 #include "park/ParkProtTable.h"
-#include "platform/Text.h"
+#include "platform/text/Text.h"
 #include "support/Documents.h"
 #include "support/Host.h"
 #include "support/Results.h"

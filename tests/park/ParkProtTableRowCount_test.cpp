@@ -5,7 +5,7 @@
 
 #include "ParkTesting.h"
 #include "park/ParkProtTable.h"
-#include "platform/FaultInjector.h"
+#include "platform/fault/FaultInjector.h"
 #include "support/Documents.h"
 #include "support/Host.h"
 #include "support/Results.h"

@@ -7,8 +7,8 @@
 #include <utility>
 #include <vector>
 
-#include "interface/result/RuntimeError.h"
-#include "platform/Document.h"
+#include "platform/dom/Document.h"
+#include "result/RuntimeError.h"
 #include "support/Documents.h"
 #include "support/Host.h"
 

@@ -2,7 +2,7 @@
 # calls reserved are not mentioned in the library's sources.
 cmake_minimum_required(VERSION 3.25)
 
-file(READ "${TREE}/src/interface/result/ServiceEnums.h" header)
+file(READ "${TREE}/src/result/ServiceEnums.h" header)
 file(READ "${TREE}/docs/errors.md" document)
 string(REGEX MATCHALL "X\\(([A-Z_]+), (0x[0-9A-F]+)\\)" codes "${header}")
 list(LENGTH codes count)

@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/Document.h"
+#include "platform/dom/Document.h"
 
 namespace Varnel_Tolv_XML_Creation::test {
 

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <new>
 
-#include "platform/LibraryMemory.h"
+#include "platform/xpath/LibraryMemory.h"
 
 namespace Varnel_Tolv_XML_Creation::test {
 namespace {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/FaultInjector.h"
+#include "platform/fault/FaultInjector.h"
 
 namespace Varnel_Tolv_XML_Creation::test {
 

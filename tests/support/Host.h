@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "config/Session.h"
-#include "platform/HostServices.h"
+#include "platform/host/HostServices.h"
 
 namespace Varnel_Tolv_XML_Creation::test {
 

@@ -7,8 +7,8 @@
 #include <string>
 #include <string_view>
 
-#include "interface/result/Acknowledge.h"
-#include "interface/result/RuntimeError.h"
+#include "result/Acknowledge.h"
+#include "result/RuntimeError.h"
 
 // What tests say about results. A failure is always compared whole: code, detail and user message.
 // A return code that was found is noted as a property of the running test, under the code's name;

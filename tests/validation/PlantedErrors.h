@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/Document.h"
+#include "platform/dom/Document.h"
 
 // Where the example's message can be broken, how, and which of these errors are not told at the
 // question, row and column of the answer, each with the reason.

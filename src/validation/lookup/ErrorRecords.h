@@ -3,7 +3,7 @@
 #include <string_view>
 #include <vector>
 
-#include "interface/result/ValidationErrors.h"
+#include "result/ValidationErrors.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

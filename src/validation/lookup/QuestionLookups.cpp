@@ -2,8 +2,8 @@
 
 #include <optional>
 
-#include "platform/Document.h"
-#include "platform/Text.h"
+#include "platform/dom/Document.h"
+#include "platform/text/Text.h"
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {

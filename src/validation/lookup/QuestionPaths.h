@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/Document.h"
+#include "platform/dom/Document.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

@@ -4,8 +4,8 @@
 
 #include "config/Attributes.h"
 #include "config/Utility.h"
-#include "interface/result/Guarded.h"
-#include "platform/Text.h"
+#include "platform/text/Text.h"
+#include "result/Guarded.h"
 #include "validation/lookup/QuestionLookups.h"
 
 namespace Varnel_Tolv_XML_Creation {

@@ -1,0 +1,94 @@
+#include "message/checkNodeForRemoval.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "config/Attributes.h"
+#include "config/Names.h"
+#include "config/Utility.h"
+#include "platform/text/Conversions.h"
+#include "platform/text/Text.h"
+
+namespace Varnel_Tolv_XML_Creation {
+namespace {
+
+constexpr std::string_view kProcedure = "checkNodeForRemoval";
+
+std::size_t levelOf(const Node& objNode) {
+  std::size_t lngLevel = 0;
+  for (Node objAbove = objNode.parentNode(); objAbove; objAbove = objAbove.parentNode()) ++lngLevel;
+  return lngLevel;
+}
+
+void removeFromParent(const Node& objNode) { required(objNode.parentNode().removeChild(objNode)); }
+
+}  // namespace
+
+bool isMandatory(const Node& objReferenceNode) {
+  const std::string strMandatory = attributeText(objReferenceNode, "mandatory");
+  return !isBlank(strMandatory) && toBoolean(strMandatory);
+}
+
+bool isMandatoryForQuestion(const Node& objMessageNode, const Node& objReferenceNode,
+                            bool blnMandatory) {
+  if (!blnMandatory) return false;
+  const std::string strQuestionIds(trim(attributeText(objReferenceNode, "questionIds")));
+  if (strQuestionIds.empty()) return blnMandatory;
+  const std::string strQuestionId(trim(attributeText(objMessageNode, kQuestionId)));
+  if (strQuestionId.empty()) return false;
+  const std::vector<std::string> ids = split(strQuestionIds, ";");
+  return std::find(ids.begin(), ids.end(), strQuestionId) != ids.end();
+}
+
+bool TextlessElements::contains(const Node& objElement) {
+  const std::size_t lngLevel = levelOf(objElement);
+  if (lngLevel >= answers_.size()) answers_.resize(lngLevel + 1);
+  Answer& answer = answers_[lngLevel];
+  if (answer.objElement != objElement) {
+    const NodeList colChildren = required(objElement.childNodes());
+    answer = {objElement, std::none_of(colChildren.begin(), colChildren.end(),
+                                       [](const Node& objChild) { return objChild.hasText(); })};
+  }
+  return answer.blnTextless;
+}
+
+bool hasEmptyOptionalAncestor(const Node& objReferenceNode, const Node& objMessageNode,
+                              TextlessElements& textless) {
+  Node objMessage = objMessageNode;
+  for (Node objReference = objReferenceNode; objReference.nodeType() != NodeType::document;
+       objReference = objReference.parentNode()) {
+    if (!isMandatory(objReference)) return textless.contains(objMessage);
+    objMessage = objMessage.parentNode();
+  }
+  return false;  // mandatory up to the top
+}
+
+void checkNodeForRemoval(const Session& session, const Node& objMessageNode,
+                         std::string_view strPath, const Document& objReferenceXml,
+                         TextlessElements& textless) {
+  const Node objReferenceNode = objReferenceXml.selectSingleNode(strPath);
+  trace(session, kProcedure,
+        {"Node path=", strPath,
+         ", Not oRefXMLNode Is Nothing=", traceWord(static_cast<bool>(objReferenceNode))});
+  if (!objReferenceNode) {
+    if (tracing(session)) trace(session, kProcedure, {"Removing ", objMessageNode.nodeName()});
+    removeFromParent(objMessageNode);
+    return;
+  }
+  const bool blnMandatory =
+      isMandatoryForQuestion(objMessageNode, objReferenceNode, isMandatory(objReferenceNode));
+  trace(session, kProcedure, {"Node path=", strPath, ", isMandatory=", traceWord(blnMandatory)});
+  if (!blnMandatory) {
+    removeFromParent(objMessageNode);
+    return;
+  }
+  const bool blnEmptyOptAncestor = hasEmptyOptionalAncestor(objReferenceNode.parentNode(),
+                                                            objMessageNode.parentNode(), textless);
+  trace(session, kProcedure,
+        {"Node path=", strPath, ", blnEmptyOptAncestor=", traceWord(blnEmptyOptAncestor)});
+  // An empty mandatory element stays, so that the schema reports it.
+  if (blnEmptyOptAncestor) removeFromParent(objMessageNode);
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

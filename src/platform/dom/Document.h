@@ -1,0 +1,65 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "platform/dom/Node.h"
+#include "platform/xml/ParseError.h"
+
+namespace Varnel_Tolv_XML_Creation {
+
+class FaultInjector;
+
+/// How a document is made and what it accepts.
+struct DocumentSettings {
+  /// A larger input is refused, and so is a write that makes the text written into one document
+  /// more than that.
+  std::size_t lngMaxBytes = std::size_t{64} << 20;
+  FaultInjector* faults = nullptr;  // for tests; must outlive the document
+};
+
+/// An XML document: a handle like `Node`, so a copy is the same document. Loading never uses the
+/// network, reads no external entity or DTD, expands internal entities within fixed limits, and
+/// refuses more than 256 levels of elements. Text nodes of nothing but white space are dropped,
+/// except below xml:space="preserve"; comments, processing instructions, CDATA sections and the
+/// XML declaration are kept as nodes.
+class Document : public Node {
+ public:
+  /// Nothing. `create` makes a document.
+  Document() noexcept = default;
+
+  /// A new, empty document.
+  static Document create(const DocumentSettings& settings = {});
+
+  /// Replaces the content by that of the regular file at `strLocation`, a path or a `file:` URL;
+  /// UTF-8 unless the file declares otherwise. False when it cannot be read or parsed: the document
+  /// is then empty and `parseError` tells why. Handles to earlier content stay valid.
+  bool load(std::string_view strLocation) const;
+
+  /// The same from text in memory.
+  bool loadXML(std::string_view strText) const;
+
+  const ParseError& parseError() const;
+
+  /// The root element; Nothing in an empty document.
+  Node documentElement() const;
+
+  /// The prefixes that selections on this document know, as a blank-separated list of
+  /// xmlns:prefix='uri' (either quote; a plain xmlns='uri' is allowed and declares nothing).
+  /// Reading gives exactly the text that was set. Any other text: kXmlFailure, nothing is set.
+  void setSelectionNamespaces(std::string_view strDeclarations) const;
+  std::string selectionNamespaces() const;
+
+  /// A new element without a parent and in no namespace, also when the name has a prefix.
+  /// kInvalidName for a name that XML does not allow.
+  Node createElement(std::string_view strName) const;
+
+  /// A new element without a parent, in the namespace `strNamespaceUri` (none when empty).
+  Node createNode(NodeType type, std::string_view strName, std::string_view strNamespaceUri) const;
+
+ private:
+  using Node::Node;
+};
+
+}  // namespace Varnel_Tolv_XML_Creation

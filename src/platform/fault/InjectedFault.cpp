@@ -1,0 +1,24 @@
+#include "platform/fault/InjectedFault.h"
+
+#include <new>
+
+#include "result/RuntimeError.h"
+
+namespace Varnel_Tolv_XML_Creation {
+
+bool givesNothing(FaultInjector* faults, DomOperation operation) {
+  if (!faults) return false;
+  switch (faults->next(operation)) {
+    case Fault::nothing:
+      return true;
+    case Fault::error:
+      throw RuntimeError(kXmlFailure, "Injected failure");
+    case Fault::outOfMemory:
+      throw std::bad_alloc();
+    case Fault::none:
+      break;
+  }
+  return false;
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

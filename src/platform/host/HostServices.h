@@ -1,0 +1,21 @@
+#pragma once
+
+#include "platform/dom/Document.h"
+#include "platform/host/Clock.h"
+#include "platform/host/Trace.h"
+#include "platform/host/WebRequest.h"
+#include "platform/text/Date.h"
+
+namespace Varnel_Tolv_XML_Creation {
+
+/// All that a run needs from its host. The objects pointed to belong to the host and must live as
+/// long as the library's instance that was given them. Each pointer may be null.
+struct HostServices {
+  const ObjectContext* objectContext = nullptr;  // null: not inside a web request
+  const Clock* clock = nullptr;                  // null: the machine's clock
+  TraceSink* traceSink = nullptr;                // null: no trace line is composed
+  DateOrder dateOrder = DateOrder::dayMonthYear;
+  DocumentSettings documentSettings = {};  // of every document that the library creates
+};
+
+}  // namespace Varnel_Tolv_XML_Creation

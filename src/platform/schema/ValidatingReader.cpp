@@ -1,0 +1,61 @@
+#include "platform/schema/ValidatingReader.h"
+
+#include "platform/fault/InjectedFault.h"
+#include "platform/schema/SaxReading.h"
+
+namespace Varnel_Tolv_XML_Creation {
+
+struct ValidatingReader::Impl {
+  FaultInjector* faults = nullptr;
+  bool blnValidate = false;
+  bool blnExhaustive = false;
+  const SchemaCollection* colSchemas = nullptr;
+  SaxHandler* contentHandler = nullptr;
+  SaxHandler* errorHandler = nullptr;
+};
+
+ValidatingReader::ValidatingReader() : impl_(std::make_unique<Impl>()) {}
+ValidatingReader::~ValidatingReader() = default;
+
+std::unique_ptr<ValidatingReader> ValidatingReader::create(FaultInjector* faults) {
+  if (givesNothing(faults, DomOperation::createReader)) return nullptr;
+  std::unique_ptr<ValidatingReader> reader(new ValidatingReader);
+  reader->impl_->faults = faults;
+  return reader;
+}
+
+void ValidatingReader::putFeature(std::string_view strName, bool blnValue) {
+  if (strName == "schema-validation") {
+    impl_->blnValidate = blnValue;
+  } else if (strName == "exhaustive-errors") {
+    impl_->blnExhaustive = blnValue;
+  } else {
+    throw RuntimeError(kInvalidArgument);
+  }
+}
+
+void ValidatingReader::schemas(const SchemaCollection& colSchemas) {
+  impl_->colSchemas = &colSchemas;
+}
+
+void ValidatingReader::contentHandler(SaxHandler* handler) { impl_->contentHandler = handler; }
+
+void ValidatingReader::errorHandler(SaxHandler* handler) { impl_->errorHandler = handler; }
+
+std::optional<RuntimeError> ValidatingReader::parse(std::string_view strText) {
+  try {
+    if (givesNothing(impl_->faults, DomOperation::parse)) {
+      return RuntimeError(kXmlFailure, "Injected failure");
+    }
+  } catch (const RuntimeError& error) {
+    return error;
+  }
+  SaxReading::Settings settings;
+  settings.contentHandler = impl_->contentHandler;
+  settings.errorHandler = impl_->errorHandler;
+  if (impl_->blnValidate && impl_->colSchemas) settings.schemas = impl_->colSchemas->impl_.get();
+  settings.blnExhaustive = impl_->blnExhaustive;
+  return SaxReading(settings).read(strText);
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

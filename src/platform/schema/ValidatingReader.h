@@ -1,0 +1,112 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "result/RuntimeError.h"
+
+namespace Varnel_Tolv_XML_Creation {
+
+class FaultInjector;
+
+// A streaming reader that checks a text against an XML Schema while it hands out its elements. It
+// reports every violation, in document order, before the content handler hears of the event that
+// carries it: what is wrong with a start tag (an element that is not expected here, its attributes)
+// before `startElement`, what is wrong with a text or an end tag (a bad value, missing children)
+// before `endElement`. One missing element does not hide what follows it, within fixed limits of
+// work and save inside elements and types of imported namespaces that only the document names.
+
+/// Schemas by their target namespace.
+class SchemaCollection {
+ public:
+  explicit SchemaCollection(FaultInjector* faults = nullptr);
+  ~SchemaCollection();
+  SchemaCollection(SchemaCollection&&) noexcept;
+  SchemaCollection& operator=(SchemaCollection&&) noexcept;
+
+  /// Registers the schema file at `strPath` under its target namespace. Includes and imports are
+  /// files, relative to the schema's; nothing is read over the network. Raises kXmlFailure for a
+  /// file that is missing, is no schema, refers to one that cannot be had, or has another target
+  /// namespace.
+  void add(std::string_view strNamespaceUri, std::string_view strPath);
+
+ private:
+  friend class ValidatingReader;
+  friend class SaxReading;
+  friend class ShadowModel;
+  struct Impl;
+  std::unique_ptr<Impl> impl_;
+};
+
+/// Where the reader is in its text.
+struct SaxLocator {
+  int lineNumber = 0;
+  int columnNumber = 0;
+  std::string publicId;
+  std::string systemId;
+};
+
+/// The attributes of a start tag.
+class SaxAttributes {
+ public:
+  virtual ~SaxAttributes() = default;
+
+  /// The value of an attribute by its namespace (empty for none) and local name.
+  virtual std::optional<std::string_view> getValueFromName(std::string_view strNamespaceURI,
+                                                           std::string_view strLocalName) const = 0;
+};
+
+/// Receives what the reader reads and what it has to report. What a handler throws ends the parse:
+/// a RuntimeError is returned by it, anything else is thrown on.
+class SaxHandler {
+ public:
+  virtual ~SaxHandler() = default;
+
+  virtual void documentLocator(const SaxLocator& oLocator) = 0;
+  virtual void startElement(std::string_view strNamespaceURI, std::string_view strLocalName,
+                            std::string_view strQName, const SaxAttributes& oAttributes) = 0;
+  virtual void endElement(std::string_view strNamespaceURI, std::string_view strLocalName,
+                          std::string_view strQName) = 0;
+
+  /// A violation of the schema: whole sentences, joined by CR LF.
+  virtual void error(const SaxLocator& oLocator, std::string_view strErrorMessage,
+                     std::int32_t nErrorCode) = 0;
+  /// The text is not well-formed; the parse fails when this returns.
+  virtual void fatalError(const SaxLocator& oLocator, std::string_view strErrorMessage,
+                          std::int32_t nErrorCode) = 0;
+  virtual void ignorableWarning(const SaxLocator& oLocator, std::string_view strErrorMessage,
+                                std::int32_t nErrorCode) = 0;
+};
+
+class ValidatingReader {
+ public:
+  /// None only where a test makes it fail.
+  static std::unique_ptr<ValidatingReader> create(FaultInjector* faults = nullptr);
+  ~ValidatingReader();
+
+  /// "schema-validation" (check against the schemas) and "exhaustive-errors" (go on after the first
+  /// violation), both off at first. Any other name is run-time error 5.
+  void putFeature(std::string_view strName, bool blnValue);
+
+  /// The schemas to check against; borrowed until the parse is over.
+  void schemas(const SchemaCollection& colSchemas);
+
+  /// Who receives elements, and who violations; borrowed. Either may be missing.
+  void contentHandler(SaxHandler* handler);
+  void errorHandler(SaxHandler* handler);
+
+  /// Reads a whole document. The run-time error that ended it early comes back instead of being
+  /// raised: with the parser's number and description for a text that is not well-formed, or that
+  /// has a document type declaration.
+  std::optional<RuntimeError> parse(std::string_view strText);
+
+ private:
+  ValidatingReader();
+  struct Impl;
+  std::unique_ptr<Impl> impl_;
+};
+
+}  // namespace Varnel_Tolv_XML_Creation

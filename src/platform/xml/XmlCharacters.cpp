@@ -1,0 +1,136 @@
+#include "platform/xml/XmlCharacters.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <string>
+
+#include "result/RuntimeError.h"
+
+namespace Varnel_Tolv_XML_Creation {
+
+namespace {
+
+constexpr char32_t kNoCharacter = 0xFFFFFFFF;
+
+struct Range {
+  char32_t first, last;
+};
+
+constexpr std::array<Range, 16> kNameStart = {{
+    {':', ':'},
+    {'A', 'Z'},
+    {'_', '_'},
+    {'a', 'z'},
+    {0xC0, 0xD6},
+    {0xD8, 0xF6},
+    {0xF8, 0x2FF},
+    {0x370, 0x37D},
+    {0x37F, 0x1FFF},
+    {0x200C, 0x200D},
+    {0x2070, 0x218F},
+    {0x2C00, 0x2FEF},
+    {0x3001, 0xD7FF},
+    {0xF900, 0xFDCF},
+    {0xFDF0, 0xFFFD},
+    {0x10000, 0xEFFFF},
+}};
+
+constexpr std::array<Range, 5> kNameOnlyLater = {{
+    {'-', '.'},
+    {'0', '9'},
+    {0xB7, 0xB7},
+    {0x300, 0x36F},
+    {0x203F, 0x2040},
+}};
+
+template <std::size_t size>
+bool isIn(const std::array<Range, size>& ranges, char32_t character) {
+  return std::any_of(ranges.begin(), ranges.end(), [=](const Range& range) {
+    return range.first <= character && character <= range.last;
+  });
+}
+
+/// Takes the first character off a text that is not empty; kNoCharacter where there is none.
+char32_t takeCharacter(std::string_view& strRest) {
+  const auto byteAt = [&](std::size_t at) { return static_cast<unsigned char>(strRest[at]); };
+  const unsigned char lead = byteAt(0);
+  if (lead < 0x80) {
+    strRest.remove_prefix(1);
+    return lead;
+  }
+  const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
+  if (lead < 0xC2 || lead > 0xF4 || strRest.size() < length) return kNoCharacter;
+
+  char32_t character = lead & (0x7Fu >> length);
+  for (std::size_t at = 1; at < length; ++at) {
+    if ((byteAt(at) & 0xC0u) != 0x80u) return kNoCharacter;
+    character = (character << 6) | (byteAt(at) & 0x3Fu);
+  }
+  constexpr std::array<char32_t, 5> kSmallest = {0, 0, 0x80, 0x800, 0x10000};
+  const bool blnSurrogate = character >= 0xD800 && character <= 0xDFFF;
+  if (character < kSmallest.at(length) || character > 0x10FFFF || blnSurrogate) return kNoCharacter;
+  strRest.remove_prefix(length);
+  return character;
+}
+
+bool isName(std::string_view strName) {
+  if (strName.empty()) return false;
+  if (!isIn(kNameStart, takeCharacter(strName))) return false;
+  while (!strName.empty()) {
+    const char32_t character = takeCharacter(strName);
+    if (!isIn(kNameStart, character) && !isIn(kNameOnlyLater, character)) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+bool isXmlText(std::string_view strText) {
+  while (!strText.empty()) {
+    const char32_t character = takeCharacter(strText);
+    if (character < 0x20 && character != '\t' && character != '\n' && character != '\r') {
+      return false;
+    }
+    // The rest of what may not stand in a document, kNoCharacter included.
+    if (character == 0xFFFE || character == 0xFFFF || character > 0x10FFFF) return false;
+  }
+  return true;
+}
+
+bool isQualifiedName(std::string_view strName) {
+  const std::size_t colon = strName.find(':');
+  if (colon == std::string_view::npos) return isName(strName);
+  const std::string_view strLocal = strName.substr(colon + 1);
+  return isName(strName.substr(0, colon)) && isName(strLocal) &&
+         strLocal.find(':') == std::string_view::npos;
+}
+
+bool isXmlWhiteSpace(std::string_view strText) {
+  return strText.find_first_not_of(" \t\r\n") == std::string_view::npos;
+}
+
+void requireXmlText(std::string_view strText) {
+  if (isXmlText(strText)) return;
+  throw RuntimeError(kXmlFailure, "An invalid character was found in text content.");
+}
+
+void requireQualifiedName(std::string_view strName) {
+  if (isQualifiedName(strName)) return;
+  constexpr std::size_t kLongestShown = 100;
+  std::string strShown(strName.substr(0, kLongestShown));
+  const auto isControl = [](char byte) { return static_cast<unsigned char>(byte) < 0x20; };
+  std::replace_if(strShown.begin(), strShown.end(), isControl, '?');  // the cause is one line
+  throw RuntimeError(kInvalidName, "The name '" + strShown + "' is not allowed in XML.");
+}
+
+std::string_view prefixOf(std::string_view strName) {
+  const std::size_t colon = strName.find(':');
+  return colon == std::string_view::npos ? std::string_view() : strName.substr(0, colon);
+}
+
+std::string_view withoutPrefix(std::string_view strName) {
+  return strName.substr(strName.find(':') + 1);  // npos + 1 is 0: the whole name
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

@@ -1,0 +1,283 @@
+#include <libxml/hash.h>
+#include <libxml/xpath.h>
+#include <libxml/xpathInternals.h>
+
+#include <algorithm>
+#include <memory>
+#include <new>
+#include <optional>
+#include <string>
+
+#include "platform/xml/NCName.h"
+#include "platform/xml/XmlCharacters.h"
+#include "platform/xml/XmlLibrary.h"
+#include "platform/xml/XmlMemory.h"
+#include "platform/xml/XmlTree.h"
+#include "platform/xpath/LocationPath.h"
+#include "platform/xpath/Selection.h"
+#include "result/RuntimeError.h"
+
+namespace Varnel_Tolv_XML_Creation {
+
+namespace {
+
+// What the library may do for one selection, in its own operations, each of which can take as long
+// as a set has nodes. First a little, which is enough for nearly all; then what the size of the
+// tree allows: never less than a few passes over it.
+constexpr unsigned long kFirstOperations = 100'000;
+constexpr unsigned long kMaxOperations = 10'000'000;
+constexpr unsigned long kOperationsPerNode = 20;
+constexpr unsigned long kMaxOperationsTimesNodes = 20'000'000'000;
+
+struct FreeContext {
+  void operator()(xmlXPathContext* context) const { xmlXPathFreeContext(context); }
+};
+struct FreeExpression {
+  void operator()(xmlXPathCompExpr* expression) const { xmlXPathFreeCompExpr(expression); }
+};
+struct FreeObject {
+  void operator()(xmlXPathObject* object) const { xmlXPathFreeObject(object); }
+};
+using OwnedContext = std::unique_ptr<xmlXPathContext, FreeContext>;
+using OwnedExpression = std::unique_ptr<xmlXPathCompExpr, FreeExpression>;
+using OwnedObject = std::unique_ptr<xmlXPathObject, FreeObject>;
+
+[[noreturn]] void fail(std::string_view strDescription) {
+  throw RuntimeError(kXmlFailure, strDescription);
+}
+
+/// The library hands a code to an error handler, but not its sentence.
+std::string_view sentence(int code) {
+  switch (code) {
+    case XML_XPATH_NUMBER_ERROR:
+      return "Number encoding";
+    case XML_XPATH_UNFINISHED_LITERAL_ERROR:
+      return "Unfinished literal";
+    case XML_XPATH_START_LITERAL_ERROR:
+      return "Start of literal";
+    case XML_XPATH_VARIABLE_REF_ERROR:
+      return "Expected $ for variable reference";
+    case XML_XPATH_UNDEF_VARIABLE_ERROR:
+      return "Undefined variable";
+    case XML_XPATH_INVALID_PREDICATE_ERROR:
+      return "Invalid predicate";
+    case XML_XPATH_UNCLOSED_ERROR:
+      return "Missing closing curly brace";
+    case XML_XPATH_UNKNOWN_FUNC_ERROR:
+      return "Unregistered function";
+    case XML_XPATH_INVALID_OPERAND:
+      return "Invalid operand";
+    case XML_XPATH_INVALID_TYPE:
+      return "Invalid type";
+    case XML_XPATH_INVALID_ARITY:
+      return "Invalid number of arguments";
+    case XML_XPATH_INVALID_CTXT_SIZE:
+      return "Invalid context size";
+    case XML_XPATH_INVALID_CTXT_POSITION:
+      return "Invalid context position";
+    case XML_XPATH_UNDEF_PREFIX_ERROR:
+      return "Undefined namespace prefix";
+    case XML_XPATH_ENCODING_ERROR:
+      return "Encoding error";
+    case XML_XPATH_INVALID_CHAR_ERROR:
+      return "Char out of XML range";
+    default:
+      return "Invalid expression";
+  }
+}
+
+// The codes of these three are not in the list of public names.
+constexpr int libraryCode(int xpathError) {
+  return xpathError + XML_XPATH_EXPRESSION_OK - XPATH_EXPRESSION_OK;
+}
+constexpr int kStackError = libraryCode(XPATH_STACK_ERROR);
+constexpr int kOperationLimit = libraryCode(XPATH_OP_LIMIT_EXCEEDED);
+constexpr int kRecursionLimit = libraryCode(XPATH_RECURSION_LIMIT_EXCEEDED);
+
+[[noreturn]] void raise(int code) {
+  if (code == XML_ERR_NO_MEMORY || code == libraryCode(XPATH_MEMORY_ERROR)) throw std::bad_alloc();
+  if (code == kOperationLimit) fail("Operation limit exceeded");
+  if (code == kRecursionLimit) fail("Recursion limit exceeded");
+  if (code == kStackError) fail("Stack usage error");
+  fail(sentence(code));
+}
+
+void failAsUnknown(xmlXPathParserContext* parser, int) {
+  xmlXPathErr(parser, XPATH_UNKNOWN_FUNC_ERROR);
+}
+
+/// Left alone the library prints a line about a function that it does not know.
+xmlXPathFunction findFunction(void* context, const xmlChar* name, const xmlChar* uri) {
+  xmlHashTable* known = static_cast<xmlXPathContext*>(context)->funcHash;
+  return xmlHashLookup2(known, name, uri) != nullptr ? nullptr : failAsUnknown;
+}
+
+/// Gives the top of a fragment a document for as long as the library looks at it.
+class TemporaryDocument {
+ public:
+  explicit TemporaryDocument(xmlNode* top) : top_(isDocument(top) ? nullptr : top) {
+    document_.type = XML_DOCUMENT_NODE;
+    document_.doc = &document_;
+    if (top_ == nullptr) return;
+    if (!isAttribute(top_)) document_.children = document_.last = top_;
+    top_->parent = node();
+  }
+  ~TemporaryDocument() {
+    if (top_ != nullptr) top_->parent = nullptr;
+  }
+  TemporaryDocument(const TemporaryDocument&) = delete;
+  TemporaryDocument& operator=(const TemporaryDocument&) = delete;
+
+  xmlDoc* document() { return &document_; }
+  xmlNode* node() { return asNode(&document_); }
+
+ private:
+  xmlNode* top_;
+  xmlDoc document_{};
+};
+
+/// The first prefix in a well-formed expression that is not declared. The library notices only one
+/// in a step that it comes to evaluate.
+std::optional<std::string_view> undeclaredPrefix(std::string_view strXPath,
+                                                 const SelectionNamespaces* namespaces) {
+  static const SelectionNamespaces kNone;
+  if (namespaces == nullptr) namespaces = &kNone;
+  std::size_t nameStart = 0;  // of the name before `position`, if one is there
+  for (std::size_t position = 0; position < strXPath.size(); ++position) {
+    const char byte = strXPath[position];
+    if (isNameByte(byte)) continue;
+    if (byte == '\'' || byte == '"') {
+      position = std::min(strXPath.find(byte, position + 1), strXPath.size() - 1);
+    } else if (byte == ':' && strXPath.substr(position + 1).starts_with(':')) {
+      ++position;
+    } else if (byte == ':') {
+      const std::string_view strPrefix = strXPath.substr(nameStart, position - nameStart);
+      if (!strPrefix.empty() && !namespaces->uri(strPrefix)) return strPrefix;
+    }
+    nameStart = position + 1;
+  }
+  return std::nullopt;
+}
+
+/// The same expression, as the library understands it: behind the "/" that begins a path it takes
+/// only an ASCII letter for the beginning of a name, so "." goes between.
+std::string withNamesRecognised(std::string_view strXPath) {
+  std::string strResult;
+  char quote = 0;
+  char last = 0;  // but for white space
+  for (const char byte : strXPath) {
+    if (quote == 0 && last == '/' && static_cast<unsigned char>(byte) >= 0x80) strResult += "./";
+    if (quote == 0 && (byte == '\'' || byte == '"')) {
+      quote = byte;
+    } else if (byte == quote) {
+      quote = 0;
+    }
+    if (!isXmlWhiteSpace({&byte, 1})) last = byte;
+    strResult += byte;
+  }
+  return strResult;
+}
+
+unsigned long operationsFor(const xmlNode* top) {
+  unsigned long nodes = 1;
+  for (const xmlNode* node = nextBelow(top, top); node != nullptr; node = nextBelow(node, top)) {
+    ++nodes;
+  }
+  return std::max(nodes * kOperationsPerNode,
+                  std::min(kMaxOperations, kMaxOperationsTimesNodes / nodes));
+}
+
+class LibraryEvaluation {
+ public:
+  LibraryEvaluation(const SelectionContext& context, xmlNode* top, xmlDoc* document)
+      : context_(xmlXPathNewContext(document)), top_(top) {
+    if (!context_) throw std::bad_alloc();
+    context_->node = context.node;
+    context_->userData = this;
+    context_->error = [](void* self, xmlError* error) {
+      int& code = static_cast<LibraryEvaluation*>(self)->code_;
+      if (code == 0 && error != nullptr) code = error->code;
+    };
+    xmlXPathRegisterFuncLookup(context_.get(), findFunction, context_.get());
+    if (context.namespaces == nullptr) return;
+    for (const auto& [strPrefix, strUri] : context.namespaces->declarations()) {
+      if (strPrefix.empty()) continue;  // an expression cannot name it
+      const int failed =
+          xmlXPathRegisterNs(context_.get(), xmlText(strPrefix.c_str()), xmlText(strUri.c_str()));
+      if (failed != 0) throw std::bad_alloc();
+    }
+  }
+
+  void compile(const std::string& strXPath) {
+    code_ = 0;
+    expression_.reset(xmlXPathCtxtCompile(context_.get(), xmlText(strXPath.c_str())));
+    memory_.check();
+    if (!expression_) raise(code_);
+  }
+
+  OwnedObject evaluate() {
+    OwnedObject result = evaluateWithin(kFirstOperations);
+    if (!result && code_ == kOperationLimit) result = evaluateWithin(operationsFor(top_));
+    if (!result) raise(code_);
+    return result;
+  }
+
+ private:
+  OwnedObject evaluateWithin(unsigned long operations) {
+    code_ = 0;
+    context_->opCount = 0;
+    context_->opLimit = operations;
+    OwnedObject result(xmlXPathCompiledEval(expression_.get(), context_.get()));
+    memory_.check();
+    if (code_ != 0) result.reset();
+    return result;
+  }
+
+  MemoryWatch memory_;
+  OwnedContext context_;
+  xmlNode* top_;
+  OwnedExpression expression_;
+  int code_ = 0;
+};
+
+std::vector<xmlNode*> nodesOf(const xmlXPathObject& result) {
+  if (result.type != XPATH_NODESET) fail("The expression does not select nodes");
+  if (result.nodesetval == nullptr) return {};
+  std::vector<xmlNode*> colNodes(result.nodesetval->nodeTab,
+                                 result.nodesetval->nodeTab + result.nodesetval->nodeNr);
+  for (const xmlNode* node : colNodes) {
+    // The library makes these for the result only; they go with it.
+    if (node->type == XML_NAMESPACE_DECL) fail("A namespace declaration cannot be selected");
+  }
+  return colNodes;
+}
+
+}  // namespace
+
+std::vector<xmlNode*> selectByLibrary(const SelectionContext& context, std::string_view strXPath) {
+  prepareXmlLibrary();
+  if (context.node == nullptr) throw RuntimeError(kObjectNotSet);
+  if (strXPath.size() > kMaxExpressionBytes) fail("The expression is too long");
+  if (strXPath.find('\0') != std::string_view::npos) fail(sentence(XML_XPATH_INVALID_CHAR_ERROR));
+
+  xmlNode* top = topOf(context.node);
+  TemporaryDocument temporary(top);
+  const bool blnDetached = !isDocument(top);
+  xmlDoc* document = blnDetached ? temporary.document() : reinterpret_cast<xmlDoc*>(top);
+  LibraryEvaluation evaluation(context, top, document);
+
+  // The parentheses change nothing but that the library does not take its evaluator for streams,
+  // which knows no limit and can run for hours on a deep tree.
+  const std::string strWritten = withNamesRecognised(strXPath);
+  evaluation.compile(strWritten);
+  evaluation.compile("(" + strWritten + ")");
+  if (const auto strPrefix = undeclaredPrefix(strXPath, context.namespaces)) {
+    fail("Reference to undeclared namespace prefix: '" + std::string(*strPrefix) + "'.");
+  }
+
+  std::vector<xmlNode*> colNodes = nodesOf(*evaluation.evaluate());
+  if (blnDetached || context.blnFragment) std::erase(colNodes, asNode(document));
+  return colNodes;
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

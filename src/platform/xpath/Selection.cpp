@@ -1,0 +1,182 @@
+#include "platform/xpath/Selection.h"
+
+#include <algorithm>
+#include <cstddef>
+
+#include "platform/xml/XmlTree.h"
+#include "platform/xpath/ChildNameIndex.h"
+#include "platform/xpath/LocationPath.h"
+#include "platform/xpath/WalkPath.h"
+#include "result/RuntimeError.h"
+
+namespace Varnel_Tolv_XML_Creation {
+
+namespace {
+
+// How many elements are quickly looked at, such as the rows of all tables that have one id.
+constexpr std::size_t kFewCandidates = 64;
+
+/// The id that the conditions of this list demand, if there is one.
+const std::string* demandedId(const LocationPath& path, ConditionIndex first) {
+  for (ConditionIndex index = first; index != kNoCondition; index = path.conditions[index].next) {
+    const Condition& condition = path.conditions[index];
+    if (condition.kind == Condition::Kind::all) {
+      if (const std::string* id = demandedId(path, condition.firstInner)) return id;
+    }
+    const bool blnEqualsId = condition.kind == Condition::Kind::equalsText &&
+                             condition.blnAttribute && !condition.name.blnPrefixed &&
+                             condition.name.strName == "id";
+    if (blnEqualsId) return &condition.strLiteral;
+  }
+  return nullptr;
+}
+
+/// Whether a step selects the children of one name, or those of them that meet its conditions.
+bool isNamedChild(const Step& step) {
+  return !step.blnAttribute && !step.blnAnyDepth && !step.name.blnAnyName;
+}
+
+bool isPlainChild(const Step& step) {
+  return isNamedChild(step) && step.firstCondition == kNoCondition;
+}
+
+class Evaluation {
+ public:
+  Evaluation(const SelectionContext& context, const LocationPath& path, bool blnFirstOnly)
+      : context_(context), path_(path), blnFirstOnly_(blnFirstOnly), walk_(path, limit_) {}
+
+  std::vector<xmlNode*> run() {
+    start_.node = context_.node;
+    if (path_.blnAbsolute) {
+      start_.node = topOf(context_.node);
+      start_.blnAboveNode = !isDocument(start_.node);
+    }
+    if (path_.steps.empty()) {
+      const bool blnHidden =
+          start_.blnAboveNode || (context_.blnFragment && isDocument(start_.node));
+      if (!blnHidden) colFound_.push_back(start_.node);
+    } else if (!findByIndex()) {
+      findFrom(start_, 0);
+    }
+    return std::move(colFound_);
+  }
+
+ private:
+  /// Whether the index gave the answer.
+  bool findByIndex() {
+    if (context_.index == nullptr || start_.blnAboveNode) return false;
+    chooseIndexedStep();
+    if (candidates_ == nullptr) return false;
+    // A relative path mostly concerns few nodes.
+    if (!path_.blnAbsolute && candidates_->size() > kFewCandidates) return false;
+
+    const bool blnLastStep = lngIndexedStep_ + 1 == path_.steps.size();
+    std::vector<xmlNode*> colElements;
+    for (xmlNode* candidate : *candidates_) {
+      if (!walk_.selects(start_.node, lngIndexedStep_, candidate)) continue;
+      colElements.push_back(candidate);
+      if (blnFirstOnly_ && blnLastStep) break;
+    }
+    if (blnLastStep) {
+      colFound_ = std::move(colElements);
+      return true;
+    }
+    if (areNested(colElements)) return false;  // what is below them may interleave
+    for (xmlNode* element : colElements) {
+      findFrom({.node = element}, lngIndexedStep_ + 1);
+      if (blnFirstOnly_ && !colFound_.empty()) break;
+    }
+    return true;
+  }
+
+  void findFrom(const PathStart& start, std::size_t lngStep) {
+    if (!findByChildNames(start, lngStep)) walk_.find(start, lngStep, blnFirstOnly_, colFound_);
+  }
+
+  /// Whether going from each node to its first child of the next name gave the answer; of the last
+  /// name all children are tried. Where that finds nothing it is an answer only if no name on the
+  /// way had a second child to try.
+  bool findByChildNames(const PathStart& start, std::size_t lngStep) {
+    if (!blnFirstOnly_ || start.blnAboveNode || context_.childNames == nullptr) return false;
+    const auto first = path_.steps.begin() + static_cast<std::ptrdiff_t>(lngStep);
+    const auto last = path_.steps.end() - 1;
+    if (!std::all_of(first, last, isPlainChild) || !isNamedChild(*last)) return false;
+
+    xmlNode* node = start.node;
+    bool blnOnlyWay = true;
+    for (auto step = first; step != last; ++step) {
+      const auto match = context_.childNames->find(node, step->name);
+      if (!match) return false;
+      if (match->first == nullptr) return blnOnlyWay;
+      blnOnlyWay = blnOnlyWay && match->blnOnly;
+      node = match->first;
+    }
+    const auto match = context_.childNames->find(node, last->name);
+    if (!match) return false;
+    for (node = match->first; node != nullptr; node = node->next) {
+      limit_.count();
+      if (!hasName(node, last->name) || !holdAll(path_, last->firstCondition, node, limit_))
+        continue;
+      colFound_.push_back(node);
+      return true;
+    }
+    return blnOnlyWay;
+  }
+
+  /// The last step whose id few elements have: what is above them is soon looked at, while the
+  /// elements of an earlier step may have any number of children. Without one, the rarest id.
+  void chooseIndexedStep() {
+    for (std::size_t step = 0; step < path_.steps.size(); ++step) {
+      const std::string* id = demandedId(path_, path_.steps[step].firstCondition);
+      if (id == nullptr) continue;
+      const auto& candidates = context_.index->find(*id);
+      const bool blnFew = candidates.size() <= kFewCandidates;
+      if (candidates_ != nullptr && !blnFew && candidates_->size() <= candidates.size()) continue;
+      candidates_ = &candidates;
+      lngIndexedStep_ = step;
+    }
+  }
+
+  /// In document order what is below an element follows it, so neighbours are enough to look at.
+  bool areNested(const std::vector<xmlNode*>& colElements) {
+    for (std::size_t item = 1; item < colElements.size(); ++item) {
+      for (const xmlNode* above = colElements[item]->parent; above != nullptr;
+           above = above->parent) {
+        limit_.count();
+        if (above == colElements[item - 1]) return true;
+      }
+    }
+    return false;
+  }
+
+  const SelectionContext& context_;
+  const LocationPath& path_;
+  bool blnFirstOnly_;
+  WorkLimit limit_;
+  PathWalk walk_;
+  PathStart start_;
+  const std::vector<xmlNode*>* candidates_ = nullptr;
+  std::size_t lngIndexedStep_ = 0;
+  std::vector<xmlNode*> colFound_;
+};
+
+std::vector<xmlNode*> evaluate(const SelectionContext& context, std::string_view strXPath,
+                               bool blnFirstOnly) {
+  if (context.node == nullptr) throw RuntimeError(kObjectNotSet);
+  const auto path = compileLocationPath(strXPath, context.namespaces);
+  if (!path) return selectByLibrary(context, strXPath);
+  return Evaluation(context, *path, blnFirstOnly).run();
+}
+
+}  // namespace
+
+std::vector<xmlNode*> select(const SelectionContext& context, std::string_view strXPath) {
+  return evaluate(context, strXPath, false);
+}
+
+xmlNode* selectFirst(const SelectionContext& context, std::string_view strXPath) {
+  const auto colFound = evaluate(context, strXPath, true);
+  return colFound.empty() ? nullptr : colFound.front();
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

@@ -1,0 +1,129 @@
+#include <libxml/tree.h>
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+
+#include "platform/xml/NCName.h"
+#include "platform/xpath/Selection.h"
+#include "result/RuntimeError.h"
+
+namespace Varnel_Tolv_XML_Creation {
+
+namespace {
+
+constexpr std::string_view kXmlUri = "http://www.w3.org/XML/1998/namespace";
+
+constexpr bool isBlank(char byte) noexcept {
+  return byte == ' ' || byte == '\t' || byte == '\r' || byte == '\n';
+}
+
+[[noreturn]] void refuse(std::string_view strWhy) {
+  throw RuntimeError(kXmlFailure,
+                     "The selection namespaces are not valid: " + std::string(strWhy) + ".");
+}
+
+class DeclarationScanner {
+ public:
+  explicit DeclarationScanner(std::string_view strText) : strText_(strText) {}
+
+  /// Whether another declaration follows; white space must stand between two of them.
+  bool atDeclaration() {
+    const bool blnSeparated = skipBlanks() || blnFirst_;
+    if (position_ == strText_.size()) return false;
+    if (!blnSeparated) refuse("a blank is missing between two declarations");
+    blnFirst_ = false;
+    return true;
+  }
+
+  /// The prefix; empty for the plain `xmlns`.
+  std::string_view prefix() {
+    constexpr std::string_view kKeyword = "xmlns";
+    if (!strText_.substr(position_).starts_with(kKeyword))
+      refuse("a declaration starts with xmlns");
+    position_ += kKeyword.size();
+    if (!take(':')) return {};
+
+    const std::size_t start = position_;
+    while (position_ < strText_.size() && isNameByte(strText_[position_])) ++position_;
+    const std::string_view strPrefix = strText_.substr(start, position_ - start);
+    if (!isNCName(strPrefix)) refuse("a prefix is not a name");
+    return strPrefix;
+  }
+
+  std::string_view uri() {
+    skipBlanks();
+    if (!take('=')) refuse("an equals sign is missing");
+    skipBlanks();
+    const char quote = take('\'') ? '\'' : '"';
+    if (quote == '"' && !take('"')) refuse("a quotation mark is missing");
+
+    const std::size_t start = position_;
+    const std::size_t end = strText_.find(quote, start);
+    if (end == std::string_view::npos) refuse("a quotation mark is missing");
+    position_ = end + 1;
+    return strText_.substr(start, end - start);
+  }
+
+ private:
+  bool skipBlanks() {
+    const std::size_t start = position_;
+    while (position_ < strText_.size() && isBlank(strText_[position_])) ++position_;
+    return position_ != start;
+  }
+
+  bool take(char byte) {
+    if (position_ == strText_.size() || strText_[position_] != byte) return false;
+    ++position_;
+    return true;
+  }
+
+  std::string_view strText_;
+  std::size_t position_ = 0;
+  bool blnFirst_ = true;
+};
+
+void checkCharacters(const std::string& strText) {
+  const auto isControl = [](char byte) {
+    return static_cast<unsigned char>(byte) < 0x20 && !isBlank(byte);
+  };
+  if (std::any_of(strText.begin(), strText.end(), isControl) ||
+      xmlCheckUTF8(reinterpret_cast<const xmlChar*>(strText.c_str())) == 0) {
+    refuse("the text holds an invalid character");
+  }
+}
+
+}  // namespace
+
+SelectionNamespaces::SelectionNamespaces(std::string_view strDeclarations)
+    : strText_(strDeclarations) {
+  checkCharacters(strText_);
+  DeclarationScanner scanner(strText_);
+  while (scanner.atDeclaration()) {
+    const std::string_view strPrefix = scanner.prefix();
+    const std::string_view strUri = scanner.uri();
+    if (strPrefix.empty()) continue;  // names without a prefix are in no namespace, always
+
+    if (strUri.empty()) refuse("a prefix has no URI");
+    if (strPrefix == "xmlns") refuse("the prefix xmlns is reserved");
+    if (strPrefix == "xml" && strUri != kXmlUri) refuse("the prefix xml is reserved");
+
+    const auto earlier = std::find_if(declarations_.begin(), declarations_.end(),
+                                      [&](const auto& pair) { return pair.first == strPrefix; });
+    if (earlier == declarations_.end()) {
+      declarations_.emplace_back(strPrefix, strUri);
+    } else {
+      earlier->second = strUri;
+    }
+  }
+}
+
+std::optional<std::string_view> SelectionNamespaces::uri(std::string_view strPrefix) const {
+  for (const auto& [strDeclared, strUri] : declarations_) {
+    if (strDeclared == strPrefix) return strUri;
+  }
+  if (strPrefix == "xml") return kXmlUri;
+  return std::nullopt;
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

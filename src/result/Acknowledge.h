@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "result/ServiceEnums.h"
+
+namespace Varnel_Tolv_XML_Creation {
+
+/// The outcome of an operation. A new one is successful: code 0 and three empty texts.
+class [[nodiscard]] Acknowledge {
+ public:
+  const std::string& ErrorSource() const noexcept { return strErrorSource_; }
+  void ErrorSource(std::string_view strErrorSource) { strErrorSource_ = strErrorSource; }
+
+  /// Text fit to show to the person who submitted the form.
+  const std::string& UserMessage() const noexcept { return strUserMessage_; }
+  void UserMessage(std::string_view strUserMessage) { strUserMessage_ = strUserMessage; }
+
+  /// Technical description for logs: what failed, often with the XPath or file name involved.
+  const std::string& ErrorDetail() const noexcept { return strErrorDetail_; }
+  void ErrorDetail(std::string_view strErrorDetail) { strErrorDetail_ = strErrorDetail; }
+
+  /// 0 for success, else one of `eReturnValues` or the number of a run-time error.
+  std::int32_t ErrorCode() const noexcept { return lngErrorCode_; }
+  void ErrorCode(std::int32_t lngErrorCode) noexcept { lngErrorCode_ = lngErrorCode; }
+
+  /// True exactly when the code is 0; it is not stored, so setting the code to 0 makes a failed
+  /// object successful again, whatever its texts.
+  bool Success() const noexcept { return lngErrorCode_ == 0; }
+
+  /// Sets code, detail and user message.
+  // deliberate: the source is accepted and not stored; `ErrorSource` belongs to the caller alone.
+  void SetError(std::int32_t lngErrorCode, std::string_view strErrorDetail,
+                std::string_view strUserMessage, std::string_view strErrorSource = "");
+
+ private:
+  std::int32_t lngErrorCode_ = 0;
+  std::string strErrorDetail_;
+  std::string strUserMessage_;
+  std::string strErrorSource_;
+};
+
+/// A failed result with the three values that `SetError` takes.
+Acknowledge Failure(std::int32_t lngErrorCode, std::string_view strErrorDetail,
+                    std::string_view strUserMessage);
+
+}  // namespace Varnel_Tolv_XML_Creation

@@ -1,0 +1,367 @@
+#include "platform/xml/LoadXml.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "platform/dom/DomTesting.h"
+#include "platform/xml/ReadXmlFile.h"
+
+namespace Varnel_Tolv_XML_Creation {
+namespace {
+
+std::string nested(int depth, const std::string& strInside = "") {
+  std::string strText;
+  for (int level = 0; level < depth; ++level) strText += "<a>";
+  strText += strInside;
+  for (int level = 0; level < depth; ++level) strText += "</a>";
+  return strText;
+}
+
+void expectRefused(std::string_view strText) {
+  const Document objDocument = Document::create();
+  EXPECT_FALSE(objDocument.loadXML(strText)) << strText.substr(0, 80);
+  EXPECT_NE(objDocument.parseError().errorCode, 0);
+  EXPECT_FALSE(objDocument.parseError().reason.empty());
+  EXPECT_EQ(objDocument.parseError().reason.find_first_of("\r\n"), std::string::npos);
+  EXPECT_FALSE(objDocument.documentElement());
+  EXPECT_FALSE(objDocument.hasChildNodes());
+  EXPECT_EQ(objDocument.xml(), "");
+}
+
+class TemporaryFolder {
+ public:
+  TemporaryFolder() {
+    std::string strTemplate = (std::filesystem::temp_directory_path() / "varnel-XXXXXX").string();
+    path_ = mkdtemp(strTemplate.data());
+  }
+  ~TemporaryFolder() { std::filesystem::remove_all(path_); }
+  std::string write(const std::string& strName, std::string_view strContent) const {
+    std::ofstream(path_ / strName, std::ios::binary) << strContent;
+    return (path_ / strName).string();
+  }
+  std::string path(const std::string& strName) const { return (path_ / strName).string(); }
+
+ private:
+  std::filesystem::path path_;
+};
+
+TEST(LoadXml, DropsTextOfNothingButWhiteSpace) {
+  const struct {
+    const char *text, *tree;
+  } cases[] = {
+      {"<r>\n  <a/>\n  <b/>\n</r>", "<r><a/><b/></r>"},
+      {"<r> </r>", "<r/>"},
+      {"<r>x <a/> <b/></r>", "<r>x <a/><b/></r>"},
+      {"<r> <a/> y <b/> </r>", "<r><a/> y <b/></r>"},
+      {"<r>&#32;&#9;<a/></r>", "<r><a/></r>"},
+      {"<!DOCTYPE r [<!ENTITY e 'x'>]><r> &e; <a/></r>", "<r> x <a/></r>"},
+      {"<r xml:space=\"preserve\"> <a> </a></r>", "<r xml:space=\"preserve\"> <a> </a></r>"},
+      {"<r xml:space=\"preserve\"> <a xml:space=\"default\"> <b> </b></a> </r>",
+       "<r xml:space=\"preserve\"> <a xml:space=\"default\"><b/></a> </r>"},
+      {"<r><k xml:space=\"preserve\"><l> </l></k> <a> </a></r>",
+       "<r><k xml:space=\"preserve\"><l> </l></k><a/></r>"},
+      {"<r> <!--c--> <?p i?> <![CDATA[ ]]> </r>", "<r><!--c--><?p i?><![CDATA[ ]]></r>"},
+      {"<r>\xC2\xA0</r>", "<r>\xC2\xA0</r>"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.text);
+    EXPECT_EQ(loaded(c.text).documentElement().xml(), c.tree);
+  }
+}
+
+TEST(LoadXml, KeepsTheDeclarationAsTheFirstNode) {
+  const Document objPlain = loaded("<?xml version='1.0' encoding='UTF-8'?><!--c--><r/>");
+  const Node objDeclaration = objPlain.childNodes()->item(0);
+  EXPECT_EQ(objDeclaration.nodeType(), NodeType::processingInstruction);
+  EXPECT_EQ(objDeclaration.nodeName(), "xml");
+  EXPECT_EQ(objDeclaration.text(), "version=\"1.0\"");
+  EXPECT_EQ(objPlain.childNodes()->length(), 3u);
+
+  EXPECT_EQ(loaded("<?xml version='1.0' standalone='yes'?><r/>").childNodes()->item(0).text(),
+            "version=\"1.0\" standalone=\"yes\"");
+  EXPECT_EQ(loaded("<?xml version='1.0' standalone='no'?><r/>").childNodes()->item(0).text(),
+            "version=\"1.0\" standalone=\"no\"");
+  EXPECT_EQ(loaded("<r/>").childNodes()->length(), 1u);
+}
+
+TEST(LoadXml, AcceptsDepth256AndRefuses257) {
+  EXPECT_TRUE(Document::create().loadXML(nested(256)));
+  EXPECT_TRUE(Document::create().loadXML(nested(256, "text")));
+  expectRefused(nested(257));
+  expectRefused(nested(257, "text"));
+  expectRefused(nested(100000));
+}
+
+TEST(LoadXml, CountsTheDepthOfWhatAnEntityBringsAlsoTheSecondTime) {
+  const std::string strType = "<!DOCTYPE a [<!ENTITY e '" + nested(100) + "'>]>";
+  EXPECT_TRUE(Document::create().loadXML(strType + "<r>&e;" + nested(155, "&e;") + "</r>"));
+  expectRefused(strType + "<r>&e;" + nested(156, "&e;") + "</r>");
+}
+
+TEST(LoadXml, RefusesEntitiesThatNestTooManyElements) {
+  std::string strText = "<!DOCTYPE r [<!ENTITY e0 '" + nested(200, "x") + "'>";
+  std::string strUses = "&e0;";
+  for (int entity = 1; entity < 3000; ++entity) {
+    const std::string strBefore = "&e" + std::to_string(entity - 1) + ";";
+    strText += "<!ENTITY e" + std::to_string(entity) + " '" + nested(200, strBefore) + "'>";
+    strUses += "&e" + std::to_string(entity) + ";";
+  }
+  expectRefused(strText + "]><r>" + strUses + "</r>");
+}
+
+TEST(LoadXml, RefusesAnEntityBomb) {
+  std::string strText = "<!DOCTYPE r [<!ENTITY e0 'xxxxxxxxxx'>";
+  for (int entity = 1; entity < 10; ++entity) {
+    strText += "<!ENTITY e" + std::to_string(entity) + " '";
+    for (int use = 0; use < 10; ++use) strText += "&e" + std::to_string(entity - 1) + ";";
+    strText += "'>";
+  }
+  expectRefused(strText + "]><r>&e9;</r>");
+  expectRefused(strText + "]><r a='&e9;'/>");
+  expectRefused("<!DOCTYPE r [<!ENTITY a '&b;'><!ENTITY b '&a;'>]><r>&a;</r>");
+}
+
+TEST(LoadXml, RefusesABombOfParameterEntities) {
+  for (const char* inside : {"", " ", "<!ENTITY x 'y'>", "no declaration"}) {
+    std::string strText = "<!DOCTYPE r [<!ENTITY % e0 \"" + std::string(inside) + "\">";
+    for (int entity = 1; entity < 10; ++entity) {
+      strText += "<!ENTITY % e" + std::to_string(entity) + " '";
+      for (int use = 0; use < 10; ++use) strText += "&#37;e" + std::to_string(entity - 1) + ";";
+      strText += "'>";
+    }
+    expectRefused(strText + "%e9;]><r/>");
+  }
+  EXPECT_TRUE(
+      Document::create().loadXML("<!DOCTYPE r [<!ENTITY % p '<!ENTITY e \"x\">'> %p;]><r>&e;</r>"));
+}
+
+TEST(LoadXml, RefusesAnEntityThatManyAttributesRepeat) {
+  std::string strText = "<!DOCTYPE r [<!ENTITY a '" + std::string(100'000, 'a') + "'>]><r>";
+  for (int element = 0; element < 5'000; ++element) strText += "<t q='&a;'/>";
+  expectRefused(strText + "</r>");
+}
+
+TEST(LoadXml, RefusesMoreAttributesThanAnElementCanNeed) {
+  const auto withAttributes = [](int lngCount, std::string_view strName) {
+    std::string strTag = "<r";
+    for (int at = 0; at < lngCount; ++at) {
+      strTag += " " + std::string(strName) + std::to_string(at) + "='u=\"<'";
+    }
+    return strTag;
+  };
+  const auto escaped = [](std::string strText) {
+    for (std::size_t at = 0; (at = strText.find('<', at + 1)) != std::string::npos;) {
+      strText.replace(at, 1, ">");
+    }
+    return strText;
+  };
+  EXPECT_TRUE(loaded(escaped(withAttributes(512, "a")) + "/>").documentElement());
+  expectRefused(escaped(withAttributes(513, "a")) + "/>");
+  expectRefused(escaped(withAttributes(513, "xmlns:p")) + "/>");
+  expectRefused("<!-- it's --><q/>" + escaped(withAttributes(100'000, "a")) + "/>");
+  EXPECT_TRUE(loaded("<r><!--" + std::string(1000, '=') + "-->" + std::string(1000, '=') +
+                     "<![CDATA[" + std::string(1000, '=') + "]]></r>")
+                  .documentElement());
+}
+
+TEST(LoadXml, ReadsAgainWhatALongAnswerMadeOfTheParkedForm) {
+  const Document objDocument = loaded("<r><t/></r>");
+  const Node objRoot = objDocument.documentElement();
+  const std::string strLong(11'000'000, 'v');
+  objRoot.setAttribute("value", strLong);
+  objRoot.childNodes()->item(0).setText(strLong);
+  const Document objAgain = loaded(objDocument.xml());
+  EXPECT_EQ(objAgain.documentElement().getAttribute("value"), strLong);
+  EXPECT_EQ(objAgain.documentElement().text(), strLong);
+}
+
+TEST(LoadXml, AppliesNoAttributeDefaultsWhichCouldMultiplyASmallInput) {
+  const std::string strLong(1'000'000, 'u');
+  std::string strElements;
+  for (int element = 0; element < 20'000; ++element) strElements += "<a/>";
+  const Document objDocument = loaded("<!DOCTYPE r [<!ATTLIST a xmlns CDATA '" + strLong +
+                                      "' d CDATA '" + strLong + "'>]><r>" + strElements + "</r>");
+  EXPECT_EQ(objDocument.documentElement().xml(), "<r>" + strElements + "</r>");
+}
+
+TEST(LoadXml, ExpandsInternalEntities) {
+  const Document objDocument = loaded(
+      "<!DOCTYPE r [<!ENTITY e 'in &#38;amp; out'><!ENTITY m '<m>1</m>'>]>"
+      "<r a='&e;'>&e;&m;&lt;</r>");
+  EXPECT_EQ(objDocument.documentElement().getAttribute("a"), "in & out");
+  EXPECT_EQ(objDocument.documentElement().xml(),
+            "<r a=\"in &amp; out\">in &amp; out<m>1</m>&lt;</r>");
+}
+
+TEST(LoadXml, ReadsNothingOutsideTheDocument) {
+  const TemporaryFolder folder;
+  const std::string strSecret = folder.write("secret.txt", "secret");
+  const std::string strDtd = folder.write("some.dtd", "<!ENTITY e 'from the dtd'>");
+  expectRefused("<!DOCTYPE r [<!ENTITY e SYSTEM '" + strSecret + "'>]><r>&e;</r>");
+  expectRefused("<!DOCTYPE r [<!ENTITY e SYSTEM 'file://" + strSecret + "'>]><r>&e;</r>");
+  expectRefused("<!DOCTYPE r [<!ENTITY e PUBLIC 'p' '" + strSecret + "'>]><r>&e;</r>");
+  expectRefused("<!DOCTYPE r [<!ENTITY % e SYSTEM '" + strDtd + "'> %e;]><r>&e;</r>");
+  expectRefused("<!DOCTYPE r [<!ENTITY % e SYSTEM '" + strDtd + "'> %e;]><r/>");
+  expectRefused("<!DOCTYPE r SYSTEM '" + strDtd + "'><r>&e;</r>");
+  // The type itself is fine as long as nothing needs what it would declare.
+  EXPECT_TRUE(Document::create().loadXML("<!DOCTYPE r SYSTEM '" + strDtd + "'><r/>"));
+}
+
+TEST(LoadXml, RefusesWhatIsNotWellFormed) {
+  const std::string cases[] = {
+      "",
+      " ",
+      "text",
+      "<a>",
+      "<a/><b/>",
+      "<a b='1' b='2'/>",
+      "<a>&undeclared;</a>",
+      "<p:a/>",
+      "<a p:b='1'/>",
+      "<a xmlns:p='u' xmlns:q='u' p:b='1' q:b='2'/>",
+      "<a>\x01</a>",
+      "<a>&#1;</a>",
+      "<a>]]></a>",
+      "<a b='<'/>",
+      "<!-- only -->",
+      "<a>\xFF</a>",
+      "<a>\xC3</a>",
+      "<a b='\xE9'/>",
+      "<a><!--\xE9--></a>",
+      "<a><![CDATA[\xE9]]></a>",
+      "<a><?p \xE9?></a>",
+      "<\xE9/>",
+      "<a>\xED\xA0\x80</a>",
+      std::string("<a>\0</a>", 8),
+      std::string("<a/>\0", 5),
+      std::string("<a/>\0<b/>", 9),
+      "\n<?xml version='1.0'?><a/>",
+  };
+  for (const std::string& strText : cases) expectRefused(strText);
+}
+
+TEST(LoadXml, TellsTheLineOfTheFault) {
+  const Document objDocument = Document::create();
+  EXPECT_FALSE(objDocument.loadXML("<a>\n\n<b></a>"));
+  EXPECT_EQ(objDocument.parseError().line, 3);
+  EXPECT_TRUE(objDocument.loadXML("<a/>"));
+  EXPECT_EQ(objDocument.parseError().errorCode, 0);
+  EXPECT_EQ(objDocument.parseError().line, 0);
+  EXPECT_EQ(objDocument.parseError().reason, "");
+}
+
+TEST(LoadXml, AcceptsANamespaceNameThatIsNoUri) {
+  EXPECT_TRUE(Document::create().loadXML("<a xmlns='a name with blanks' xmlns:p='{x}'><p:b/></a>"));
+}
+
+TEST(LoadXml, AcceptsAnIdThatStandsTwice) {
+  EXPECT_TRUE(Document::create().loadXML("<a xml:id='x'><b xml:id='x'/></a>"));
+}
+
+TEST(LoadXml, RefusesTextThatTheParserWouldCutOff) {
+  const std::string strLong(11'000'000, 'x');
+  const Document objDocument = Document::create();
+  if (objDocument.loadXML("<a>" + strLong + "</a>")) {
+    EXPECT_EQ(objDocument.documentElement().text().size(), strLong.size());
+  } else {
+    EXPECT_NE(objDocument.parseError().errorCode, 0);
+    EXPECT_FALSE(objDocument.documentElement());
+  }
+}
+
+TEST(LoadXml, ReadsADocumentOfManyMegabytes) {
+  std::string strText = "<a>";
+  for (int item = 0; item < 300'000; ++item) strText += "<b c='some value'>and some text</b>";
+  strText += "</a>";
+  ASSERT_GT(strText.size(), 10'000'000u);
+  const Document objDocument = loaded(strText);
+  EXPECT_EQ(objDocument.documentElement().childNodes()->length(), 300'000u);
+}
+
+TEST(LoadXml, TakesTextAsUtf8WhateverItsDeclarationNames) {
+  const Document objDocument = loaded("<?xml version='1.0' encoding='ISO-8859-1'?><a>\xC3\xA9</a>");
+  EXPECT_EQ(objDocument.documentElement().text(), "\xC3\xA9");
+  EXPECT_EQ(loaded("<?xml version='1.0' encoding='UTF-16'?><a>x</a>").documentElement().text(),
+            "x");
+  EXPECT_EQ(loaded("\xEF\xBB\xBF<a>x</a>").documentElement().text(), "x");
+}
+
+TEST(LoadXml, ReadsAFileInItsDeclaredEncoding) {
+  const TemporaryFolder folder;
+  const Document objDocument = Document::create();
+  EXPECT_TRUE(objDocument.load(
+      folder.write("latin.xml", "<?xml version='1.0' encoding='ISO-8859-1'?><a>\xE9</a>")));
+  EXPECT_EQ(objDocument.documentElement().text(), "\xC3\xA9");
+  EXPECT_TRUE(objDocument.load(folder.write("mark.xml", "\xEF\xBB\xBF<a>\xC3\xA9</a>")));
+  EXPECT_EQ(objDocument.documentElement().text(), "\xC3\xA9");
+  EXPECT_FALSE(objDocument.load(folder.write("plain.xml", "<a>\xE9</a>")));
+}
+
+TEST(LoadXml, RefusesWhatIsLargerThanTheLimit) {
+  const TemporaryFolder folder;
+  const std::string strText = "<a>1234567890</a>";
+  const std::string strFile = folder.write("a.xml", strText);
+  DocumentSettings settings;
+  settings.lngMaxBytes = strText.size();
+  EXPECT_TRUE(Document::create(settings).loadXML(strText));
+  EXPECT_TRUE(Document::create(settings).load(strFile));
+  --settings.lngMaxBytes;
+  const Document objDocument = Document::create(settings);
+  EXPECT_FALSE(objDocument.loadXML(strText));
+  EXPECT_EQ(objDocument.parseError().reason, "The input is larger than 16 bytes.");
+  EXPECT_FALSE(objDocument.load(strFile));
+  EXPECT_EQ(objDocument.parseError().reason, "The input is larger than 16 bytes.");
+  EXPECT_EQ(DocumentSettings().lngMaxBytes, 64u * 1024 * 1024);
+}
+
+TEST(LoadXml, OpensRegularFilesOnly) {
+  const TemporaryFolder folder;
+  ASSERT_EQ(mkfifo(folder.path("pipe").c_str(), 0600), 0);
+  const std::string strFile = folder.write("a.xml", "<a/>");
+  const std::string cases[] = {
+      folder.path("missing.xml"),
+      folder.path(""),
+      folder.path("pipe"),
+      "/dev/zero",
+      "",
+      "file:",
+      "file://elsewhere" + strFile,
+      "file:relative.xml",
+      "http://localhost/a.xml",
+      strFile + std::string("\0.xml", 5),
+      "file://" + strFile + "%00",
+      strFile + "/",
+  };
+  for (const std::string& strLocation : cases) {
+    SCOPED_TRACE(strLocation);
+    const Document objDocument = loaded("<before/>");
+    EXPECT_FALSE(objDocument.load(strLocation));
+    EXPECT_EQ(objDocument.parseError().errorCode, ParseError::kCannotOpen);
+    EXPECT_EQ(objDocument.parseError().errorCode, -2146697210);
+    EXPECT_EQ(objDocument.parseError().reason, "The system cannot locate the object specified.");
+    EXPECT_FALSE(objDocument.documentElement());
+  }
+  const Document objEmpty = Document::create();
+  EXPECT_FALSE(objEmpty.load(folder.write("empty.xml", "")));
+  EXPECT_NE(objEmpty.parseError().errorCode, 0);
+  EXPECT_NE(objEmpty.parseError().errorCode, ParseError::kCannotOpen);
+}
+
+TEST(LoadXml, UnderstandsPathsAndFileUrls) {
+  const TemporaryFolder folder;
+  const std::string strFile = folder.write("a b.xml", "<a/>");
+  std::string strEncoded = strFile;
+  strEncoded.replace(strEncoded.find(' '), 1, "%20");
+  for (const std::string& strLocation : {strFile, "file://" + strEncoded, "file:" + strEncoded,
+                                         "file://localhost" + strEncoded, "FILE://" + strFile}) {
+    EXPECT_TRUE(Document::create().load(strLocation)) << strLocation;
+  }
+  EXPECT_EQ(filePath("file:///a%2fb%C3%A9%zz%4"), "/a/b\xC3\xA9%zz%4");
+  EXPECT_EQ(filePath("a%20b"), "a%20b");  // a path is no URL
+}
+
+}  // namespace
+}  // namespace Varnel_Tolv_XML_Creation

@@ -1,0 +1,45 @@
+#include "platform/xml/XmlCharacters.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace Varnel_Tolv_XML_Creation {
+namespace {
+
+TEST(XmlCharacters, TellsTextThatADocumentCanHold) {
+  for (const char* strText :
+       {"", "abc", "\t\n\r", "\x7F", "\xC2\x80", "\xED\x9F\xBF", "\xEE\x80\x80", "\xEF\xBF\xBD",
+        "\xF0\x90\x80\x80", "\xF4\x8F\xBF\xBF"}) {
+    EXPECT_TRUE(isXmlText(strText)) << strText;
+  }
+  for (const char* strText :
+       {"\x08", "\x0C", "\x1F", "\xEF\xBF\xBE", "\xEF\xBF\xBF", "\x80", "\xBF", "\xC1\xBF",
+        "\xE0\x9F\xBF", "\xED\xA0\x80", "\xED\xBF\xBF", "\xF0\x8F\xBF\xBF", "\xF4\x90\x80\x80",
+        "\xF5\x80\x80\x80", "\xE2", "\xE2\x82", "\xF0\x9F\x98", "\xC3(", "a\xFF"}) {
+    EXPECT_FALSE(isXmlText(strText)) << strText;
+  }
+  EXPECT_FALSE(isXmlText(std::string(1, '\0')));
+}
+
+TEST(XmlCharacters, TellsQualifiedNames) {
+  for (const char* strName :
+       {"a", "_", "a:b", "a-1.b", "\xC3\xA9", "a\xCC\x81", "\xF0\x90\x80\x80", "xmlfoo"}) {
+    EXPECT_TRUE(isQualifiedName(strName)) << strName;
+  }
+  for (const char* strName :
+       {"", ":", "a:", ":a", "a:b:c", "a::b", "1", "-", ".", "a b", "a:-b", "\xCC\x81", "\xC3\x97",
+        "\xC3\xB7", "\xCD\xBE", "a\xE2\x80\xBD", "a\xFF", "a/b", "a,b"}) {
+    EXPECT_FALSE(isQualifiedName(strName)) << strName;
+  }
+}
+
+TEST(XmlCharacters, SplitsANameAtItsColon) {
+  EXPECT_EQ(prefixOf("p:a"), "p");
+  EXPECT_EQ(withoutPrefix("p:a"), "a");
+  EXPECT_EQ(prefixOf("a"), "");
+  EXPECT_EQ(withoutPrefix("a"), "a");
+}
+
+}  // namespace
+}  // namespace Varnel_Tolv_XML_Creation

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <deque>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/xml/XmlTree.h"
+
+namespace Varnel_Tolv_XML_Creation {
+
+/// A schema document in the part that it plays. One without a target namespace that is included by
+/// documents of several namespaces plays several parts: the tree is then shared.
+struct SchemaDocument {
+  std::string strPath;  // for messages
+  const xmlDoc* document = nullptr;
+  std::string strTargetNamespace;  // its own, or that of the document which includes it
+  bool blnAdopted = false;         // the latter: references without a namespace mean it as well
+};
+
+/// A schema document and all that it includes, redefines and imports, each file read once.
+struct SchemaDocuments {
+  std::deque<OwnedXmlDoc> trees;
+  std::vector<SchemaDocument> documents;  // the first is the one that was asked for
+};
+
+}  // namespace Varnel_Tolv_XML_Creation

@@ -1,0 +1,151 @@
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+#include "platform/schema/component/ContentModel.h"
+#include "platform/schema/component/Names.h"
+#include "platform/schema/value/SimpleType.h"
+
+// The components of a schema, as XML Schema 1.0 names them: what its documents define, references
+// resolved, derivations carried out. Whoever has them needs no schema document any more. They are
+// plain data that nothing changes once they are made; pointers among them stay within one
+// SchemaComponents.
+
+namespace Varnel_Tolv_XML_Creation {
+
+/// How a type is derived, and what `block` and `final` speak of: a set of bits.
+enum Derivation : unsigned {
+  kByExtension = 1,
+  kByRestriction = 2,
+  kBySubstitution = 4,
+  kByList = 8,
+  kByUnion = 16,
+};
+
+/// A default or fixed value; as the document states it.
+struct ValueConstraint {
+  enum class Kind : std::uint8_t { none, byDefault, fixed };
+  Kind kind = Kind::none;
+  std::string strValue;
+  std::string strKey;  // SimpleType::valueKey of a fixed value
+};
+
+struct AttributeDeclaration {
+  NameId name = kNoName;
+  const SimpleType* type = nullptr;
+  ValueConstraint value;
+};
+
+/// An attribute of a complex type.
+struct AttributeUse {
+  const AttributeDeclaration* declaration = nullptr;
+  bool blnRequired = false;
+  ValueConstraint value;  // its own, else the declaration's
+};
+
+struct ElementDeclaration;
+
+/// A type definition, simple or complex.
+struct TypeDefinition {
+  enum class Content : std::uint8_t { empty, simple, elementOnly, mixed };
+
+  NameId name = kNoName;  // kNoName: anonymous
+  bool blnComplex = false;
+  const TypeDefinition* base = nullptr;  // null for anyType alone
+  unsigned derivedBy = 0;                // one Derivation
+  bool blnAbstract = false;
+  unsigned block = 0;
+  Content content = Content::empty;
+  const SimpleType* simple = nullptr;         // the type of the value; content is simple
+  std::unique_ptr<const ContentModel> model;  // of elementOnly and mixed content
+  std::vector<AttributeUse> attributes;       // in the order of the schema, inherited ones first
+  std::optional<Wildcard> attributeWildcard;
+
+  /// The use of an attribute, or null.
+  const AttributeUse* attribute(NameId attributeName) const noexcept;
+};
+
+/// One path of a selector or field: steps down from an element, each a name, or any name of a
+/// namespace, or any name at all; a field's may end in an attribute.
+struct IdentityPath {
+  struct Step {
+    enum class Test : std::uint8_t { name, anyOfNamespace, any };
+    Test test = Test::any;
+    NameId name = kNoName;
+    std::string strUri;  // of anyOfNamespace
+  };
+  bool blnAnywhereBelow = false;  // it began with ".//"
+  std::vector<Step> steps;        // of elements; none: the element itself
+  std::optional<Step> attribute;
+};
+
+struct IdentityConstraint {
+  enum class Kind : std::uint8_t { unique, key, keyref };
+  Kind kind = Kind::unique;
+  NameId name = kNoName;
+  std::vector<IdentityPath> selector;             // alternatives
+  std::vector<std::vector<IdentityPath>> fields;  // alternatives of each
+  std::vector<std::string> fieldTexts;            // the XPath of each, as the schema has it
+  const IdentityConstraint* refer = nullptr;      // of a keyref
+};
+
+struct ElementDeclaration {
+  NameId name = kNoName;
+  const TypeDefinition* type = nullptr;
+  bool blnGlobal = false;
+  bool blnNillable = false;
+  bool blnAbstract = false;
+  unsigned block = 0;
+  ValueConstraint value;
+  const ElementDeclaration* substitutionHead = nullptr;
+  /// All that may stand in its place, itself left out: its substitution group as far as block and
+  /// final allow, in the order of the schema.
+  std::vector<const ElementDeclaration*> substitutes;
+  std::vector<const IdentityConstraint*> constraints;
+};
+
+/// All components of one schema, those of imported namespaces included.
+class SchemaComponents {
+ public:
+  const NameTable& names() const noexcept { return names_; }
+
+  /// Global components by name; null when there is none.
+  const ElementDeclaration* element(NameId name) const noexcept;
+  const AttributeDeclaration* attribute(NameId name) const noexcept;
+  const TypeDefinition* type(NameId name) const noexcept;  // the built-in types included
+  const TypeDefinition& anyType() const noexcept { return *anyType_; }
+
+  /// Whether an element of this name is declared anywhere, globally or inside a type.
+  bool declaresElement(NameId name) const noexcept { return declared_.contains(name); }
+
+  /// The global elements in the order of the schema.
+  const std::vector<const ElementDeclaration*>& elements() const noexcept { return elements_; }
+
+ private:
+  friend class ComponentReader;
+  NameTable names_;
+  std::unordered_map<NameId, const ElementDeclaration*> elementsByName_;
+  std::unordered_map<NameId, const AttributeDeclaration*> attributesByName_;
+  std::unordered_map<NameId, const TypeDefinition*> typesByName_;
+  std::unordered_set<NameId> declared_;
+  std::vector<const ElementDeclaration*> elements_;
+  const TypeDefinition* anyType_ = nullptr;
+  // What owns them; a deque never moves what it holds.
+  std::deque<ElementDeclaration> ownedElements_;
+  std::deque<AttributeDeclaration> ownedAttributes_;
+  std::deque<TypeDefinition> ownedTypes_;
+  std::deque<IdentityConstraint> ownedConstraints_;
+  std::deque<std::unique_ptr<const SimpleType>> ownedSimpleTypes_;
+};
+
+}  // namespace Varnel_Tolv_XML_Creation

@@ -1,0 +1,104 @@
+#pragma once
+
+#include <cstdint>
+#include <limits>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/schema/component/Names.h"
+
+namespace Varnel_Tolv_XML_Creation {
+
+struct ElementDeclaration;
+
+/// What a wildcard for elements or attributes lets pass, and how that is then checked.
+struct Wildcard {
+  enum class Namespaces : std::uint8_t { any, other, listed };
+  enum class Process : std::uint8_t { strict, lax, skip };
+  Namespaces namespaces = Namespaces::any;
+  std::string strOther;           // the namespace that `other` leaves out, besides none at all
+  std::vector<std::string> uris;  // of `listed`; empty text: no namespace
+  Process process = Process::strict;
+
+  bool admits(std::string_view strUri) const noexcept;
+};
+
+/// A particle of a content model while the schema is read: a term and how often it may occur.
+struct Particle {
+  enum class Term : std::uint8_t { element, wildcard, sequence, choice, all };
+  static constexpr std::uint32_t kUnbounded = std::numeric_limits<std::uint32_t>::max();
+
+  Term term = Term::sequence;
+  std::uint32_t minOccurs = 1;
+  std::uint32_t maxOccurs = 1;
+  const ElementDeclaration* element = nullptr;
+  Wildcard wildcard;
+  std::vector<Particle> children;  // of a group
+};
+
+/// What a child was found to be in a content model: nothing, an element (of a substitution group:
+/// the member that was named, not its head), or what a wildcard admits.
+struct ContentMatch {
+  const ElementDeclaration* element = nullptr;
+  const Wildcard* wildcard = nullptr;
+  explicit operator bool() const noexcept { return element || wildcard; }
+};
+
+class ContentCursor;
+
+/// The content model of a complex type: which children may stand where. Its size is that of the
+/// schema's text (named groups written out), whatever the numbers of occurrences.
+///
+/// The declarations that its particles name must be complete (their substitution groups known)
+/// before it is made, and outlive it.
+class ContentModel {
+ public:
+  explicit ContentModel(Particle content);
+  ~ContentModel();
+  ContentModel(const ContentModel&) = delete;
+  ContentModel& operator=(const ContentModel&) = delete;
+
+  /// Whether no child at all is enough.
+  bool emptiable() const noexcept;
+
+  /// What a child of this name is anywhere in the model, if it may stand in it at all: an element
+  /// declaration, or else a wildcard. All elements of one name in a model have one type.
+  ContentMatch find(NameId name, std::string_view strUri) const noexcept;
+
+  /// The particle that it was made from.
+  const Particle& particle() const noexcept;
+
+ private:
+  friend class ContentCursor;
+  struct Impl;
+  std::unique_ptr<const Impl> impl_;
+};
+
+/// Where among its children the reading of one element stands. It keeps every way in which the
+/// children so far can be attributed to occurrences (one, in nearly all schemas), so a verdict is
+/// exact whatever the numbers, and costs per child no more than the depth of the model.
+class ContentCursor {
+ public:
+  explicit ContentCursor(const ContentModel& model);  // borrowed
+  ~ContentCursor();
+  ContentCursor(ContentCursor&&) noexcept;
+  ContentCursor& operator=(ContentCursor&&) noexcept;
+
+  /// Takes the next child if it may stand here. If not, nothing changes.
+  ContentMatch accept(NameId name, std::string_view strUri);
+
+  /// Whether the element may end here.
+  bool complete() const;
+
+  /// The elements that could stand here, in the order of the model, each once, the members of
+  /// substitution groups behind their heads (an abstract head is none). Wildcards have no name.
+  std::vector<const ElementDeclaration*> expected() const;
+
+ private:
+  struct Impl;
+  std::unique_ptr<Impl> impl_;
+};
+
+}  // namespace Varnel_Tolv_XML_Creation

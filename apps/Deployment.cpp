@@ -43,8 +43,12 @@ nlohmann::json parsed(const std::string& strFile) {
 
 }  // namespace
 
+std::string deploymentFileOf(const std::string& strDirectory) {
+  return (std::filesystem::path(strDirectory) / "deployment.json").string();
+}
+
 OptionValues readDeployment(const std::string& strDirectory) {
-  const std::string strFile = (std::filesystem::path(strDirectory) / "deployment.json").string();
+  const std::string strFile = deploymentFileOf(strDirectory);
   const nlohmann::json deployment = parsed(strFile);
   if (!deployment.is_object()) refuse(strFile, "is not one JSON object");
 

@@ -4,6 +4,9 @@
 
 #include "OptionTable.h"
 
+/// The path of the file that tells the options of a deployment.
+std::string deploymentFileOf(const std::string& strDirectory);
+
 /// The options of `strDirectory`/deployment.json: one object whose keys are option names without
 /// dashes; flags are Booleans, all others texts. File names in it start at the directory; an empty
 /// name, an absolute path, a `file:` URL and standard input ("-") are left as they are. Raises

@@ -8,7 +8,6 @@
 #include <cerrno>
 #include <cstddef>
 #include <system_error>
-#include <utility>
 
 #include "CannotRun.h"
 
@@ -17,21 +16,8 @@ namespace {
 // A stream that never ends is refused before it fills the machine.
 constexpr std::size_t kMaxBytes = std::size_t{256} * 1024 * 1024;
 
-[[noreturn]] void fail(const std::string& strName, int error = errno) {
-  throw CannotRun(strName + ": " + std::generic_category().message(error));
-}
-
 std::string nameOf(const char* option, const std::string& strPath) {
   return std::string(option) + ' ' + strPath;
-}
-
-/// A path that holds a NUL would be opened as the part before it.
-int openFile(const std::string& strPath, int flags) {
-  if (strPath.find('\0') != std::string::npos) {
-    errno = EINVAL;
-    return -1;
-  }
-  return ::open(strPath.c_str(), flags | O_CLOEXEC, 0666);
 }
 
 class Descriptor {
@@ -61,24 +47,23 @@ std::string readAll(int descriptor, const std::string& strName) {
   }
 }
 
-void writeAll(int descriptor, std::string_view strText, const std::string& strName) {
-  while (!strText.empty()) {
-    const ssize_t lngWritten = ::write(descriptor, strText.data(), strText.size());
-    if (lngWritten < 0) {
-      if (errno == EINTR) continue;
-      fail(strName);
-    }
-    strText.remove_prefix(static_cast<std::size_t>(lngWritten));
-  }
-}
-
 }  // namespace
 
 std::string readFile(const char* option, const std::string& strPath) {
   const std::string strName = nameOf(option, strPath);
-  const int descriptor = openFile(strPath, O_RDONLY);
+  // A path that holds a NUL would be opened as the part before it.
+  if (strPath.find('\0') != std::string::npos) fail(strName, EINVAL);
+  // Not waiting for the other end of a pipe; for a regular file it makes no difference.
+  const int descriptor = ::open(strPath.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK);
   if (descriptor < 0) fail(strName);
   const Descriptor file(descriptor);
+  struct stat status {};
+  if (::fstat(file.get(), &status) != 0) fail(strName);
+  if (S_ISDIR(status.st_mode)) fail(strName, EISDIR);
+  if (!S_ISREG(status.st_mode)) {
+    if (!isStandardStream(status)) cannotUse(strName, "it is no regular file");
+    ::fcntl(file.get(), F_SETFL, 0);  // a standard stream is waited for
+  }
   return readAll(file.get(), strName);
 }
 
@@ -102,26 +87,32 @@ void writeStandardError(std::string_view strText) {
   writeAll(STDERR_FILENO, strText, "standard error");
 }
 
-OutputFile::OutputFile(const char* option, std::string strPath)
-    : strPath_(std::move(strPath)), strName_(nameOf(option, strPath_)) {
-  descriptor_ = openFile(strPath_, O_WRONLY);
-  if (descriptor_ < 0 && errno == ENOENT) {
-    descriptor_ = openFile(strPath_, O_WRONLY | O_CREAT);
-    blnRemove_ = descriptor_ >= 0;
+void cannotUse(const std::string& strName, const std::string& strReason) {
+  throw CannotRun(strName + ": " + strReason);
+}
+
+void fail(const std::string& strName, int error) {
+  cannotUse(strName, std::generic_category().message(error));
+}
+
+void writeAll(int descriptor, std::string_view strText, const std::string& strName) {
+  while (!strText.empty()) {
+    const ssize_t lngWritten = ::write(descriptor, strText.data(), strText.size());
+    if (lngWritten < 0) {
+      if (errno == EINTR) continue;
+      fail(strName);
+    }
+    strText.remove_prefix(static_cast<std::size_t>(lngWritten));
   }
-  if (descriptor_ < 0) fail(strName_);
 }
 
-OutputFile::~OutputFile() {
-  if (descriptor_ >= 0) ::close(descriptor_);
-  if (blnRemove_) ::unlink(strPath_.c_str());
-}
-
-void OutputFile::write(std::string_view strText) {
-  struct stat status {};
-  if (::fstat(descriptor_, &status) != 0) fail(strName_);
-  if (S_ISREG(status.st_mode) && ::ftruncate(descriptor_, 0) != 0) fail(strName_);
-  writeAll(descriptor_, strText, strName_);
-  if (::close(std::exchange(descriptor_, -1)) != 0) fail(strName_);
-  blnRemove_ = false;
+bool isStandardStream(const struct stat& status) {
+  for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    struct stat other {};
+    if (::fstat(stream, &other) == 0 && other.st_dev == status.st_dev &&
+        other.st_ino == status.st_ino) {
+      return true;
+    }
+  }
+  return false;
 }

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <sys/stat.h>
+
+#include <cerrno>
 #include <string>
 #include <string_view>
 
@@ -9,7 +12,8 @@
 /// The name that stands for standard input or standard error where an option allows it.
 constexpr std::string_view kStandardStream = "-";
 
-/// All bytes of a file of any kind (regular, pipe, device), or of standard input.
+/// All bytes of a regular file, or of standard input. A pipe or a device is refused, for it could
+/// be waited for without end; one that is a standard stream (/dev/stdin) is read all the same.
 std::string readFile(const char* option, const std::string& strPath);
 std::string readStandardInput();
 
@@ -18,25 +22,15 @@ std::string readStandardInput();
 void keepStandardStreams();
 
 void writeStandardOutput(std::string_view strText);
-
-/// A file to be written at the end of a run. It is opened before, so that a place that cannot be
-/// written is known in time, and not touched: a file that is never written keeps its content, or
-/// does not come into being.
-class OutputFile {
- public:
-  OutputFile(const char* option, std::string strPath);
-  ~OutputFile();
-  OutputFile(const OutputFile&) = delete;
-  OutputFile& operator=(const OutputFile&) = delete;
-
-  /// Replaces the content and closes the file; once only.
-  void write(std::string_view strText);
-
- private:
-  std::string strPath_;
-  std::string strName_;  // for messages
-  int descriptor_ = -1;
-  bool blnRemove_ = false;  // made by this object and not, or not wholly, written
-};
-
 void writeStandardError(std::string_view strText);
+
+// What these and OutputFile share. `strName` is what the message begins with.
+
+/// Raises CannotRun with the reason, or with what the system says of an error number.
+[[noreturn]] void cannotUse(const std::string& strName, const std::string& strReason);
+[[noreturn]] void fail(const std::string& strName, int error = errno);
+
+void writeAll(int descriptor, std::string_view strText, const std::string& strName);
+
+/// Whether this is what one of the program's standard streams leads to.
+bool isStandardStream(const struct stat& status);

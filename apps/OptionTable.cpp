@@ -46,7 +46,7 @@ constexpr auto kOptions = std::to_array<OptionRow>({
     {"result", OptionKind::commandLineOnly, "FILE", kOutputs,
      "the result as JSON (default: standard output)"},
     {"trace", OptionKind::commandLineOnly, "FILE", kOutputs,
-     "every trace line; - is standard error"},
+     "every trace line, what people answered included; - is standard error"},
 });
 
 }  // namespace

@@ -56,7 +56,9 @@ std::optional<FixedClock> clock(const OptionValues& values) {
 }  // namespace
 
 Options readOptions(OptionValues values) {
+  std::optional<std::string> deploymentFile;
   if (const auto strDirectory = value(values, "deployment")) {
+    deploymentFile = deploymentFileOf(*strDirectory);
     values.merge(readDeployment(*strDirectory));  // leaves what is there
   }
   return {
@@ -73,6 +75,7 @@ Options readOptions(OptionValues values) {
       .protocolInfo = value(values, "protocol-info"),
       .strSchemaUrl = text(values, "schema-url"),
       .strSchemaUri = text(values, "schema-uri"),
+      .deploymentFile = deploymentFile,
       .form = value(values, "form"),
       .pageDirectory = value(values, "page-dir").value_or("."),
       .blnContext = !flag(values, "no-context"),

@@ -23,7 +23,8 @@ struct Options {
   std::string strSchemaUrl;
   std::string strSchemaUri;
 
-  std::optional<std::string> form;  // none: an empty form
+  std::optional<std::string> deploymentFile;  // where options came from
+  std::optional<std::string> form;            // none: an empty form
   std::string pageDirectory;
   bool blnContext = true;
   bool blnServer = true;

@@ -1,11 +1,16 @@
 #include "RunBuild.h"
 
+#include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
+#include <vector>
 
 #include "CannotRun.h"
 #include "Files.h"
+#include "OutputFile.h"
 #include "ResultJson.h"
 #include "interface/BuildXML.h"
 
@@ -51,22 +56,85 @@ Document loaded(const char* option, const std::optional<std::string>& file) {
   return objXml;
 }
 
-std::optional<OutputFile> opened(const char* option, const std::optional<std::string>& file) {
-  return file ? std::optional<OutputFile>(std::in_place, option, *file) : std::nullopt;
-}
+/// A file that an option names.
+struct NamedFile {
+  const char* option;
+  std::string strPath;
+};
+
+/// The files of one run. No two outputs may be one file, and none an input: what is read would be
+/// what an earlier run wrote. Only the parked form may take the place of the object list.
+class RunFiles {
+ public:
+  explicit RunFiles(const Options& options) {
+    const auto input = [&](const char* option, const std::optional<std::string>& file) {
+      // What is missing is no file that an output could replace.
+      std::error_code error;
+      if (file && *file != kStandardStream && std::filesystem::exists(*file, error)) {
+        named_.push_back({option, *file});
+      }
+    };
+    input("--template", options.strTemplateXML);
+    input("--object-mapper", options.strMsgObjectXML);
+    input("--schema-types", options.strSchemaTypeMapperXML);
+    input("--hidden-fields", options.strHiddenFieldXML);
+    input("--namespaces", options.strNamespaceXML);
+    input("--questions", options.strQuestionsXmlPath);
+    input("--reference", options.strReferenceXmlPath);
+    input("--object-list", options.objectList);
+    input("--protocol-info", options.protocolInfo);
+    input("--form", options.form);
+    input("--deployment", options.deploymentFile);
+    if (!options.strSchemaUrl.empty()) {
+      input("--schema-url",
+            PageServer(options.pageDirectory).MapPath("../" + options.strSchemaUrl));
+    }
+  }
+
+  /// The output that an option names, nothing without it.
+  OutputFile* output(const char* option, const std::optional<std::string>& file) {
+    if (!file) return nullptr;
+    outputs_.push_back(std::make_unique<OutputFile>(option, *file));
+    if (outputs_.back()->isReplaced()) keepApart({option, *file});
+    return outputs_.back().get();
+  }
+
+  void putInPlace() {
+    for (const auto& output : outputs_) output->putInPlace();
+  }
+
+ private:
+  void keepApart(const NamedFile& output) {
+    const std::optional<FilePlace> place = placeOf(output.strPath);
+    const bool blnParkedForm = std::string_view(output.option) == "--park-out";
+    for (const NamedFile& file : named_) {
+      if (blnParkedForm && std::string_view(file.option) == "--object-list") continue;
+      if (!place || placeOf(file.strPath) != place) continue;
+      throw CannotRun(std::string(output.option) + ' ' + output.strPath + ": it is the file of " +
+                      file.option + " too");
+    }
+    named_.push_back(output);
+  }
+
+  std::vector<NamedFile> named_;  // the inputs, and the outputs so far
+  std::vector<std::unique_ptr<OutputFile>> outputs_;
+};
 
 }  // namespace
 
 bool runBuild(const Options& options) {
+  RunFiles files(options);
+  const bool blnTraceToFile = options.trace && *options.trace != kStandardStream;
+  OutputFile* const parkFile =
+      files.output("--park-out", options.objectList ? options.parkOut : std::nullopt);
+  OutputFile* const sendFile = files.output("--send-out", options.sendOut);
+  OutputFile* const resultFile = files.output("--result", options.result);
+  OutputFile* const traceFile =
+      files.output("--trace", blnTraceToFile ? options.trace : std::nullopt);
+
   const FormCollection request(readForm(options.form));
   Document objParkXML = loaded("--object-list", options.objectList);
   const Document objProtocolInfo = loaded("--protocol-info", options.protocolInfo);
-
-  const bool blnTraceToFile = options.trace && *options.trace != kStandardStream;
-  auto parkFile = opened("--park-out", objParkXML ? options.parkOut : std::nullopt);
-  auto sendFile = opened("--send-out", options.sendOut);
-  auto resultFile = opened("--result", options.result);
-  auto traceFile = opened("--trace", blnTraceToFile ? options.trace : std::nullopt);
 
   const PageServer server(options.pageDirectory);
   const ObjectContext context{.request = &request, .server = options.blnServer ? &server : nullptr};
@@ -92,10 +160,11 @@ bool runBuild(const Options& options) {
   if (parkFile) parkFile->write(objParkXML.xml());
   if (sendFile && objSendXML) sendFile->write(objSendXML.xml());
   if (traceFile) traceFile->write(trace.text());
-
-  // The standard streams last: when a file fails, only the line that says so stands there.
   const std::string strResult = resultJson(objAck, colUserErrors, colInternalErrors);
   if (resultFile) resultFile->write(strResult);
+  files.putInPlace();  // when all of them are on the disk
+
+  // The standard streams last: when a file fails, only the line that says so stands there.
   if (options.trace && !blnTraceToFile) writeStandardError(trace.text());
   if (!resultFile) writeStandardOutput(strResult);
   return objAck.Success();

@@ -2,7 +2,6 @@
 #include <sys/stat.h>
 
 #include <fstream>
-#include <thread>
 
 #include "HostileInput.h"
 
@@ -24,13 +23,6 @@ class HostileInputFiles : public HostileInput {
   }
   void link(const std::string& strTarget, const char* name) const {
     std::filesystem::create_symlink(strTarget, directory_.at(name));
-  }
-  /// Runs with something at this path that is written while the program reads.
-  Outcome submitPiped(std::vector<std::string> words, const std::string& strText) const {
-    std::thread writer([&] { std::ofstream(directory_.at("pipe")) << strText; });
-    Outcome outcome = submit(std::move(words));
-    writer.join();
-    return outcome;
   }
 };
 
@@ -77,25 +69,31 @@ TEST_F(HostileInputFiles, OfADeploymentEndNoPathEarly) {
                                    "(./template.xml\\u0000.txt) could not be loaded\""));
 }
 
-TEST_F(HostileInputFiles, MayBeAPipeWhereTheFormIs) {
-  expectSent(submitPiped({"--form", "pipe"}, read("card.form") + "\n"));
-}
-
 TEST_F(HostileInputFiles, AreRefusedAsAFormWhereTheyCannotBeRead) {
   for (const char* file : {"folder", "dangling", "circle", ""}) {
     EXPECT_TRUE(CouldNotRun(submit({"--form", file}).run, std::string("--form ") + file + ": "));
   }
 }
 
-TEST_F(HostileInputFiles, WithoutAnEndAreGivenUpAsAForm) {
-  EXPECT_TRUE(CouldNotRun(submit({"--form", "/dev/zero"}).run, "--form /dev/zero: File too large"));
+TEST_F(HostileInputFiles, AreRefusedWhereTheyCouldBeWaitedForWithoutEnd) {
+  std::filesystem::create_directory(directory_.path() / "site");
+  for (const char* file : {"pipe", "endless"}) {
+    SCOPED_TRACE(file);
+    EXPECT_TRUE(CouldNotRun(submit({"--form", file}).run,
+                            std::string("--form ") + file + ": it is no regular file"));
+    std::filesystem::remove(directory_.path() / "site" / "deployment.json");
+    link(directory_.at(file), "site/deployment.json");
+    EXPECT_TRUE(CouldNotRun(build({"--deployment", "site"}, {.lngSeconds = 100}),
+                            "site/deployment.json: it is no regular file"));
+  }
+  for (const char* option : {"--park-out", "--send-out", "--result", "--trace"}) {
+    EXPECT_TRUE(CouldNotRun(buildDeployment({option, "pipe"}),
+                            std::string(option) + " pipe: it is no regular file"));
+  }
 }
 
-TEST_F(HostileInputFiles, WithoutAnEndAreGivenUpAsADeployment) {
-  std::filesystem::create_directory(directory_.path() / "site");
-  link("/dev/zero", "site/deployment.json");
-  EXPECT_TRUE(CouldNotRun(build({"--deployment", "site"}, {.lngSeconds = 100}),
-                          "site/deployment.json: File too large"));
+TEST_F(HostileInputFiles, MayBeAStandardStreamUnderItsOtherName) {
+  expectSent(submit({"--form", "/dev/stdin"}, {.strInput = read("card.form") + "\n"}));
 }
 
 TEST_F(HostileInputFiles, OfADeploymentMayNestAsDeepAsTheyLike) {

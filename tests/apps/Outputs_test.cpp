@@ -1,4 +1,9 @@
+#include <gmock/gmock.h>
+
+#include <csignal>
+
 #include "Program.h"
+#include "SystemCalls.h"
 
 namespace Varnel_Tolv_XML_Creation::test {
 namespace {
@@ -160,6 +165,133 @@ TEST_F(Outputs, DoNotTakeThePlaceOfAClosedStandardOutput) {
   const ProgramRun run = buildForm({"--park-out", "park.xml"}, {.blnCloseOutput = true});
   EXPECT_TRUE(CouldNotRun(run, "standard output"));
   EXPECT_EQ(read("park.xml"), kParkedXml);
+}
+
+TEST_F(Outputs, FollowLinksAndLeaveThemInPlace) {
+  std::filesystem::create_directory(directory_.path() / "store");
+  std::filesystem::create_symlink("store/kept.xml", directory_.at("park.xml"));
+  EXPECT_EQ(buildForm({"--park-out", "park.xml"}).status, 0);  // it leads to nothing yet
+  EXPECT_TRUE(std::filesystem::is_symlink(directory_.at("park.xml")));
+  EXPECT_EQ(read("store/kept.xml"), kParkedXml);
+
+  write("store/kept.xml", "earlier");
+  EXPECT_TRUE(CouldNotRun(
+      buildForm({"--park-out", "park.xml", "--send-out", "/dev/full", "--submit"}), "/dev/full"));
+  EXPECT_TRUE(std::filesystem::is_symlink(directory_.at("park.xml")));
+  EXPECT_EQ(read("store/kept.xml"), "earlier");
+}
+
+TEST_F(Outputs, KeepThePermissionsOfAFileAndHideANewOne) {
+  namespace fs = std::filesystem;
+  constexpr fs::perms kShared = fs::perms::owner_read | fs::perms::owner_write |
+                                fs::perms::group_read | fs::perms::others_read;
+  write("park.xml", "earlier");
+  fs::permissions(directory_.at("park.xml"), kShared);
+  EXPECT_EQ(buildForm({"--park-out", "park.xml", "--trace", "trace.txt"}).status, 0);
+  EXPECT_EQ(fs::status(directory_.at("park.xml")).permissions(), kShared);
+  EXPECT_EQ(fs::status(directory_.at("trace.txt")).permissions(),
+            fs::perms::owner_read | fs::perms::owner_write);
+}
+
+TEST_F(Outputs, AreRefusedWhereTwoAreOneFile) {
+  std::filesystem::create_symlink("park.xml", directory_.at("alias.xml"));
+  write("form.txt", kForm);
+  const struct {
+    const char* says;
+    std::vector<std::string> words;
+    const char* reason;
+  } cases[] = {
+      {"one name",
+       {"--park-out", "a", "--send-out", "a"},
+       "--send-out a: it is the file of --park"},
+      {"two names", {"--park-out", "./a", "--result", "a"}, "--result a: it is the file of --park"},
+      {"a link", {"--park-out", "park.xml", "--trace", "alias.xml"}, "--trace alias.xml: it is"},
+      {"an input", {"--send-out", "form.txt"}, "--send-out form.txt: it is the file of --form"},
+      {"an input of the deployment", {"--result", "template.xml"}, "it is the file of --template"},
+      {"what tells the options", {"--trace", "deployment.json"}, "it is the file of --deployment"},
+      {"the object list, by another", {"--send-out", "objects.xml"}, "it is the file of --object"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    const std::string strBefore = read("template.xml") + read("form.txt") + read("objects.xml");
+    EXPECT_TRUE(CouldNotRun(buildForm(c.words), c.reason));
+    EXPECT_EQ(read("template.xml") + read("form.txt") + read("objects.xml"), strBefore);
+    EXPECT_FALSE(exists("a"));
+  }
+}
+
+/// What a run that is broken off leaves of the two files that it replaces.
+class OutputsBrokenOff : public Outputs {
+ protected:
+  void SetUp() override {
+    if (!canTrace()) GTEST_SKIP() << "strace is missing, or may not watch other programs here";
+  }
+
+  /// Runs with the n-th call of this name disturbed; true while there is such a call.
+  bool runDisturbed(const std::string& strCall, const std::string& strHow, int lngCall) {
+    write("park.xml", "earlier");
+    write("result.json", "earlier");
+    std::filesystem::remove(directory_.at("send.xml"));
+    ProgramStreams streams;
+    streams.under = {"strace",
+                     "-f",
+                     "-qq",
+                     "-o",
+                     directory_.at("calls"),
+                     "-e",
+                     "trace=" + strCall,
+                     "-e",
+                     "inject=" + strCall + ":" + strHow + ":when=" + std::to_string(lngCall)};
+    run_ = buildForm(
+        {"--submit", "--park-out", "park.xml", "--send-out", "send.xml", "--result", "result.json"},
+        streams);
+    if (strHow == "signal=SIGTERM") return run_.status == 128 + SIGTERM;
+    if (strHow == "signal=SIGKILL") return run_.status == 128 + SIGKILL;
+    return textOfFile(directory_.at("calls")).find("(INJECTED)") != std::string::npos;
+  }
+
+  void expectOldOrNew() const {
+    EXPECT_THAT(read("park.xml"), ::testing::AnyOf("earlier", strParked_));
+    EXPECT_THAT(read("result.json"), ::testing::AnyOf("earlier", kSuccessJson));
+    EXPECT_THAT(exists("send.xml") ? read("send.xml") : "", ::testing::AnyOf("", kMessageXml));
+  }
+
+  void expectNoRest() const {
+    for (const auto& entry : std::filesystem::directory_iterator(directory_.path())) {
+      EXPECT_FALSE(entry.path().filename().string().starts_with(".")) << entry.path();
+    }
+  }
+
+  ProgramRun run_;
+  std::string strParked_;
+};
+
+constexpr const char* kCalls[] = {"write", "fsync", "linkat", "rename", "openat"};
+constexpr int kMostCalls = 300;
+
+TEST_F(OutputsBrokenOff, AreTheOldOnesOrTheNewOnesWhole) {
+  ASSERT_EQ(buildForm({"--submit", "--park-out", "whole.xml"}).status, 0);
+  strParked_ = read("whole.xml");
+  for (const char* call : kCalls) {
+    for (const char* how : {"signal=SIGTERM", "signal=SIGKILL", "error=ENOSPC"}) {
+      // Programs open their libraries too: a failure there is none of an output.
+      if (std::string_view(call) == "openat" && std::string_view(how) == "error=ENOSPC") continue;
+      int lngCall = 1;
+      for (; lngCall < kMostCalls && runDisturbed(call, how, lngCall); ++lngCall) {
+        SCOPED_TRACE(std::string(call) + " " + how + " " + std::to_string(lngCall));
+        expectOldOrNew();
+        if (std::string_view(how) != "signal=SIGKILL") expectNoRest();
+        if (std::string_view(how) == "error=ENOSPC") {
+          EXPECT_EQ(run_.status, 2);
+        }
+        for (const auto& entry : std::filesystem::directory_iterator(directory_.path())) {
+          if (entry.path().filename().string().starts_with(".")) remove(entry.path());
+        }
+      }
+      EXPECT_GT(lngCall, 1) << call << " is never made";
+      EXPECT_LT(lngCall, kMostCalls) << call;
+    }
+  }
 }
 
 }  // namespace

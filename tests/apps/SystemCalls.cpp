@@ -37,6 +37,7 @@ SystemCalls readSystemCalls(const std::string& strFile, const std::filesystem::p
   // 4711  openat(AT_FDCWD</srv>, "a.xml", O_RDONLY) = 3</srv/site/a.xml>
   static const std::regex kCall("^[0-9]+ +([a-z0-9_]+)\\(.*");
   static const std::regex kQuoted("\"((?:[^\"\\\\]|\\\\.)*)\"");
+  static const std::regex kOwnDescriptor("/proc/self/fd/[0-9]+");  // a file that is open already
   static const std::regex kResult("\\) += [0-9]+<(/[^>]*)>$");
 
   SystemCalls calls;
@@ -51,7 +52,8 @@ SystemCalls readSystemCalls(const std::string& strFile, const std::filesystem::p
     }
     // The first text is the path; those behind it are a program's words or what was found.
     if (std::regex_search(strLine, match, kQuoted) && match[1].length() > 0) {
-      calls.paths.insert(absolutePath(match[1], directory));
+      const std::string strPath = absolutePath(match[1], directory);
+      if (!std::regex_match(strPath, kOwnDescriptor)) calls.paths.insert(strPath);
     }
     if (std::regex_search(strLine, match, kResult)) {
       calls.paths.insert(absolutePath(match[1], directory));

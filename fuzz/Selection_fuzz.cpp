@@ -9,7 +9,10 @@
 #include <vector>
 
 #include "Check.h"
+#include "platform/xpath/IdIndex.h"
+#include "platform/xpath/LibraryXPath.h"
 #include "platform/xpath/Selection.h"
+#include "platform/xpath/SelectionNamespaces.h"
 #include "result/RuntimeError.h"
 
 // An XPath expression on the first line and the document that it selects from behind it: the walk,

@@ -12,6 +12,7 @@
 #include "platform/xpath/ChildNameIndex.h"
 #include "platform/xpath/LazyIdIndex.h"
 #include "platform/xpath/Selection.h"
+#include "platform/xpath/SelectionNamespaces.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

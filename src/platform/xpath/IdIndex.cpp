@@ -1,5 +1,6 @@
+#include "platform/xpath/IdIndex.h"
+
 #include "platform/xml/XmlTree.h"
-#include "platform/xpath/Selection.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

@@ -4,7 +4,7 @@
 #include <memory>
 #include <mutex>
 
-#include "platform/xpath/Selection.h"
+#include "platform/xpath/IdIndex.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

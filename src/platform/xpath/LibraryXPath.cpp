@@ -1,3 +1,5 @@
+#include "platform/xpath/LibraryXPath.h"
+
 #include <libxml/hash.h>
 #include <libxml/xpath.h>
 #include <libxml/xpathInternals.h>
@@ -14,7 +16,7 @@
 #include "platform/xml/XmlMemory.h"
 #include "platform/xml/XmlTree.h"
 #include "platform/xpath/LocationPath.h"
-#include "platform/xpath/Selection.h"
+#include "platform/xpath/SelectionNamespaces.h"
 #include "result/RuntimeError.h"
 
 namespace Varnel_Tolv_XML_Creation {

@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/xpath/Selection.h"
+#include "platform/xpath/SelectionNamespaces.h"
 
 // The common location paths in a compiled form. The grammar, with white space between its tokens:
 //

@@ -7,7 +7,6 @@
 #include <string_view>
 
 #include "platform/xml/XmlTree.h"
-#include "result/RuntimeError.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
@@ -100,8 +99,6 @@ bool holds(const LocationPath& path, const Condition& condition, const xmlNode* 
 }
 
 }  // namespace
-
-void WorkLimit::exceeded() { throw RuntimeError(kXmlFailure, "Operation limit exceeded"); }
 
 bool hasName(const xmlNode* element, const NameTest& name) {
   if (!isElement(element) || !isNamed(element->name, name)) return false;

@@ -5,7 +5,10 @@
 
 #include "platform/xml/XmlTree.h"
 #include "platform/xpath/ChildNameIndex.h"
+#include "platform/xpath/IdIndex.h"
+#include "platform/xpath/LibraryXPath.h"
 #include "platform/xpath/LocationPath.h"
+#include "platform/xpath/PathCondition.h"
 #include "platform/xpath/WalkPath.h"
 #include "result/RuntimeError.h"
 

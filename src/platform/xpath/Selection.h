@@ -2,12 +2,7 @@
 
 #include <libxml/tree.h>
 
-#include <memory>
-#include <optional>
-#include <string>
 #include <string_view>
-#include <unordered_map>
-#include <utility>
 #include <vector>
 
 // XPath 1.0 selection over a libxml2 tree; internal to the platform layer. The common location
@@ -17,45 +12,9 @@
 
 namespace Varnel_Tolv_XML_Creation {
 
-/// The prefixes that selections know, from a list like xmlns:a='urn:a' xmlns:b='urn:b'.
-class SelectionNamespaces {
- public:
-  SelectionNamespaces() = default;
-
-  /// Raises kXmlFailure for a text that is no such list.
-  explicit SelectionNamespaces(std::string_view strDeclarations);
-
-  /// The text it was made from, letter by letter.
-  const std::string& text() const noexcept { return strText_; }
-
-  /// The URI of a prefix; none when it is not declared.
-  std::optional<std::string_view> uri(std::string_view strPrefix) const;
-
-  const std::vector<std::pair<std::string, std::string>>& declarations() const noexcept {
-    return declarations_;
-  }
-
- private:
-  std::string strText_;
-  std::vector<std::pair<std::string, std::string>> declarations_;  // prefix, URI
-};
-
-/// The elements of a tree by the value of their attribute `id` (no namespace), each list in
-/// document order.
-class IdIndex {
- public:
-  /// Indexes all that is below `document`.
-  void build(const xmlDoc* document);
-
-  /// Empty when there is none.
-  const std::vector<xmlNode*>& find(std::string_view strId) const;
-
- private:
-  std::unordered_map<std::string_view, std::vector<xmlNode*>> elements_;  // keys lie in the tree
-  std::vector<std::unique_ptr<const std::string>> joinedValues_;  // but for values in pieces
-};
-
 class ChildNameIndex;
+class IdIndex;
+class SelectionNamespaces;
 
 struct SelectionContext {
   xmlNode* node = nullptr;  // where a relative path starts: any node, the document included
@@ -71,8 +30,5 @@ std::vector<xmlNode*> select(const SelectionContext& context, std::string_view s
 
 /// The first of them, or null.
 xmlNode* selectFirst(const SelectionContext& context, std::string_view strXPath);
-
-/// The same two, always by libxml2's own evaluator: the reference for the walk above.
-std::vector<xmlNode*> selectByLibrary(const SelectionContext& context, std::string_view strXPath);
 
 }  // namespace Varnel_Tolv_XML_Creation

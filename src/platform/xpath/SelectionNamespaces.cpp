@@ -1,3 +1,5 @@
+#include "platform/xpath/SelectionNamespaces.h"
+
 #include <libxml/tree.h>
 
 #include <algorithm>
@@ -5,7 +7,6 @@
 #include <string_view>
 
 #include "platform/xml/NCName.h"
-#include "platform/xpath/Selection.h"
 #include "result/RuntimeError.h"
 
 namespace Varnel_Tolv_XML_Creation {

@@ -3,6 +3,7 @@
 #include <bit>
 
 #include "platform/xml/XmlTree.h"
+#include "platform/xpath/PathCondition.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "platform/xpath/LocationPath.h"
-#include "platform/xpath/PathCondition.h"
+#include "platform/xpath/WorkLimit.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

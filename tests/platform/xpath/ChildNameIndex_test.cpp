@@ -11,6 +11,7 @@
 
 #include "platform/dom/DocumentState.h"
 #include "platform/dom/DomTesting.h"
+#include "platform/xpath/LibraryXPath.h"
 #include "platform/xpath/PathCondition.h"
 
 namespace Varnel_Tolv_XML_Creation {

@@ -1,7 +1,8 @@
+#include "platform/xpath/IdIndex.h"
+
 #include <gtest/gtest.h>
 #include <libxml/tree.h>
 
-#include "platform/xpath/Selection.h"
 #include "platform/xpath/SelectionTree.h"
 
 namespace Varnel_Tolv_XML_Creation {

@@ -9,8 +9,11 @@
 #include <vector>
 
 #include "platform/xpath/ChildNameIndex.h"
+#include "platform/xpath/IdIndex.h"
+#include "platform/xpath/LibraryXPath.h"
 #include "platform/xpath/LocationPath.h"
 #include "platform/xpath/Selection.h"
+#include "platform/xpath/SelectionNamespaces.h"
 #include "platform/xpath/SelectionTree.h"
 #include "result/RuntimeError.h"
 

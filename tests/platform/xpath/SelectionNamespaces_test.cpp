@@ -1,9 +1,10 @@
+#include "platform/xpath/SelectionNamespaces.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
 #include <string_view>
 
-#include "platform/xpath/Selection.h"
 #include "result/RuntimeError.h"
 
 namespace Varnel_Tolv_XML_Creation {

@@ -8,8 +8,6 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/xpath/Selection.h"
-
 // A tree for the tests of selection, and what they say about its nodes.
 
 namespace Varnel_Tolv_XML_Creation {

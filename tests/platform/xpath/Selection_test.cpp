@@ -8,7 +8,10 @@
 #include <thread>
 #include <vector>
 
+#include "platform/xpath/IdIndex.h"
+#include "platform/xpath/LibraryXPath.h"
 #include "platform/xpath/LocationPath.h"
+#include "platform/xpath/SelectionNamespaces.h"
 #include "platform/xpath/SelectionTree.h"
 #include "result/RuntimeError.h"
 

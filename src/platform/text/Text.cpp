@@ -2,8 +2,11 @@
 
 #include <utf8proc.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
+
+#include "platform/text/Utf8.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
@@ -11,38 +14,24 @@ namespace {
 
 constexpr std::string_view kReplacementCharacter = "\xEF\xBF\xBD";  // U+FFFD
 
-/// What stands at one place of a text: a whole character, or the longest beginning of one (at
-/// least a byte) that is not continued as UTF-8 demands.
-struct Sequence {
-  std::size_t lngBytes = 1;
-  bool blnCharacter = false;
-  std::int32_t lngCodePoint = 0;  // of a whole character
-};
-
-std::uint8_t byteAt(std::string_view strText, std::size_t lngAt) {
-  return static_cast<std::uint8_t>(strText[lngAt]);
+/// How many bytes of a text that begins with no character are the beginning of one that is broken
+/// off, but at least one: as many as some last bytes would make a character of.
+std::size_t brokenBytes(std::string_view strText) {
+  constexpr std::size_t kLongest = 4;
+  for (std::size_t lngBytes = std::min(strText.size(), kLongest - 1); lngBytes > 1; --lngBytes) {
+    for (const char last : {'\x80', '\xBF'}) {  // the first and the last that may continue one
+      std::string strWhole(strText.substr(0, lngBytes));
+      strWhole.resize(kLongest, last);
+      if (firstCharacter(strWhole).isCharacter()) return lngBytes;
+    }
+  }
+  return 1;
 }
 
-Sequence sequenceAt(std::string_view strText, std::size_t lngAt) {
-  const std::uint8_t lngLead = byteAt(strText, lngAt);
-  if (lngLead < 0x80) return {1, true, lngLead};
-  if (lngLead < 0xC2 || lngLead > 0xF4) return {};
-
-  const std::size_t lngLength = lngLead < 0xE0 ? 2 : lngLead < 0xF0 ? 3 : 4;
-  // The second byte's range leaves out overlong forms, surrogates and what is above U+10FFFF.
-  const std::uint8_t lngLowest = lngLead == 0xE0 ? 0xA0 : lngLead == 0xF0 ? 0x90 : 0x80;
-  const std::uint8_t lngHighest = lngLead == 0xED ? 0x9F : lngLead == 0xF4 ? 0x8F : 0xBF;
-
-  std::int32_t lngCodePoint = lngLead & (0x7F >> lngLength);
-  for (std::size_t lngTaken = 1; lngTaken < lngLength; ++lngTaken) {
-    if (lngAt + lngTaken == strText.size()) return {lngTaken};
-    const std::uint8_t lngNext = byteAt(strText, lngAt + lngTaken);
-    const bool blnFits =
-        lngTaken == 1 ? lngNext >= lngLowest && lngNext <= lngHighest : (lngNext & 0xC0) == 0x80;
-    if (!blnFits) return {lngTaken};
-    lngCodePoint = (lngCodePoint << 6) | (lngNext & 0x3F);
-  }
-  return {lngLength, true, lngCodePoint};
+/// The same for a byte that belongs to no character.
+std::int32_t lowerCase(std::int32_t lngCodePoint) {
+  if (lngCodePoint >= 0x80) return utf8proc_tolower(lngCodePoint);
+  return lngCodePoint >= 'A' && lngCodePoint <= 'Z' ? lngCodePoint + ('a' - 'A') : lngCodePoint;
 }
 
 }  // namespace
@@ -60,35 +49,26 @@ bool isBlank(std::string_view strText) {
 std::string toLower(std::string_view strText) {
   std::string strLower;
   strLower.reserve(strText.size());
-  for (std::size_t lngAt = 0; lngAt < strText.size();) {
-    const char letter = strText[lngAt];
-    if (static_cast<std::uint8_t>(letter) < 0x80) {
-      strLower += letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter + ('a' - 'A')) : letter;
-      ++lngAt;
-      continue;
-    }
-    const Sequence sequence = sequenceAt(strText, lngAt);
-    const std::int32_t lngLower =
-        sequence.blnCharacter ? utf8proc_tolower(sequence.lngCodePoint) : sequence.lngCodePoint;
-    if (lngLower == sequence.lngCodePoint) {
-      strLower.append(strText, lngAt, sequence.lngBytes);
+  while (!strText.empty()) {
+    const auto [lngCodePoint, lngBytes] = firstCharacter(strText);
+    const std::int32_t lngLower = lowerCase(lngCodePoint);
+    if (lngLower < 0x80 && lngLower >= 0) {
+      strLower += static_cast<char>(lngLower);
+    } else if (lngLower == lngCodePoint) {
+      strLower += strText.substr(0, lngBytes);
     } else {
       std::array<utf8proc_uint8_t, 4> bytes{};
-      const auto lngBytes = utf8proc_encode_char(lngLower, bytes.data());
-      strLower.append(bytes.begin(), bytes.begin() + lngBytes);
+      const auto lngWritten = utf8proc_encode_char(lngLower, bytes.data());
+      strLower.append(bytes.begin(), bytes.begin() + lngWritten);
     }
-    lngAt += sequence.lngBytes;
+    strText.remove_prefix(lngBytes);
   }
   return strLower;
 }
 
 std::size_t characterCount(std::string_view strText) {
   std::size_t lngCount = 0;
-  for (std::size_t lngAt = 0; lngAt < strText.size();) {
-    const Sequence sequence = sequenceAt(strText, lngAt);
-    lngCount += sequence.blnCharacter ? 1 : sequence.lngBytes;
-    lngAt += sequence.lngBytes;
-  }
+  for (; !strText.empty(); ++lngCount) strText.remove_prefix(firstCharacter(strText).lngBytes);
   return lngCount;
 }
 
@@ -129,14 +109,12 @@ std::string twoDigits(int lngNumber) {
 std::string replaceInvalidUtf8(std::string_view strBytes) {
   std::string strText;
   strText.reserve(strBytes.size());
-  for (std::size_t lngAt = 0; lngAt < strBytes.size();) {
-    const Sequence sequence = sequenceAt(strBytes, lngAt);
-    if (sequence.blnCharacter) {
-      strText.append(strBytes, lngAt, sequence.lngBytes);
-    } else {
-      strText += kReplacementCharacter;
-    }
-    lngAt += sequence.lngBytes;
+  while (!strBytes.empty()) {
+    const Utf8Character character = firstCharacter(strBytes);
+    const std::size_t lngBytes =
+        character.isCharacter() ? character.lngBytes : brokenBytes(strBytes);
+    strText += character.isCharacter() ? strBytes.substr(0, lngBytes) : kReplacementCharacter;
+    strBytes.remove_prefix(lngBytes);
   }
   return strText;
 }

@@ -3,18 +3,18 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <string>
 
+#include "platform/text/Utf8.h"
 #include "result/RuntimeError.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
 namespace {
 
-constexpr char32_t kNoCharacter = 0xFFFFFFFF;
-
 struct Range {
-  char32_t first, last;
+  std::int32_t first, last;
 };
 
 constexpr std::array<Range, 16> kNameStart = {{
@@ -45,40 +45,24 @@ constexpr std::array<Range, 5> kNameOnlyLater = {{
 }};
 
 template <std::size_t size>
-bool isIn(const std::array<Range, size>& ranges, char32_t character) {
+bool isIn(const std::array<Range, size>& ranges, std::int32_t character) {
   return std::any_of(ranges.begin(), ranges.end(), [=](const Range& range) {
     return range.first <= character && character <= range.last;
   });
 }
 
-/// Takes the first character off a text that is not empty; kNoCharacter where there is none.
-char32_t takeCharacter(std::string_view& strRest) {
-  const auto byteAt = [&](std::size_t at) { return static_cast<unsigned char>(strRest[at]); };
-  const unsigned char lead = byteAt(0);
-  if (lead < 0x80) {
-    strRest.remove_prefix(1);
-    return lead;
-  }
-  const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
-  if (lead < 0xC2 || lead > 0xF4 || strRest.size() < length) return kNoCharacter;
-
-  char32_t character = lead & (0x7Fu >> length);
-  for (std::size_t at = 1; at < length; ++at) {
-    if ((byteAt(at) & 0xC0u) != 0x80u) return kNoCharacter;
-    character = (character << 6) | (byteAt(at) & 0x3Fu);
-  }
-  constexpr std::array<char32_t, 5> kSmallest = {0, 0, 0x80, 0x800, 0x10000};
-  const bool blnSurrogate = character >= 0xD800 && character <= 0xDFFF;
-  if (character < kSmallest.at(length) || character > 0x10FFFF || blnSurrogate) return kNoCharacter;
-  strRest.remove_prefix(length);
-  return character;
+/// Takes the first character off a text that is not empty; negative where there is none.
+std::int32_t takeCharacter(std::string_view& strRest) {
+  const auto [lngCodePoint, lngBytes] = firstCharacter(strRest);
+  strRest.remove_prefix(lngBytes);
+  return lngCodePoint;
 }
 
 bool isName(std::string_view strName) {
   if (strName.empty()) return false;
   if (!isIn(kNameStart, takeCharacter(strName))) return false;
   while (!strName.empty()) {
-    const char32_t character = takeCharacter(strName);
+    const std::int32_t character = takeCharacter(strName);
     if (!isIn(kNameStart, character) && !isIn(kNameOnlyLater, character)) return false;
   }
   return true;
@@ -88,12 +72,12 @@ bool isName(std::string_view strName) {
 
 bool isXmlText(std::string_view strText) {
   while (!strText.empty()) {
-    const char32_t character = takeCharacter(strText);
+    const std::int32_t character = takeCharacter(strText);
+    // Negative for what is not UTF-8.
     if (character < 0x20 && character != '\t' && character != '\n' && character != '\r') {
       return false;
     }
-    // The rest of what may not stand in a document, kNoCharacter included.
-    if (character == 0xFFFE || character == 0xFFFF || character > 0x10FFFF) return false;
+    if (character == 0xFFFE || character == 0xFFFF) return false;
   }
   return true;
 }

@@ -9,31 +9,10 @@ namespace Varnel_Tolv_XML_Creation {
 
 namespace {
 
-/// The value of a hexadecimal digit; -1 for any other character.
-int hexValue(char letter) {
-  if (letter >= '0' && letter <= '9') return letter - '0';
-  if (letter >= 'A' && letter <= 'F') return letter - 'A' + 10;
-  if (letter >= 'a' && letter <= 'f') return letter - 'a' + 10;
-  return -1;
-}
-
 std::string decode(std::string_view strEncoded) {
-  std::string strBytes;
-  strBytes.reserve(strEncoded.size());
-  for (std::size_t lngAt = 0; lngAt < strEncoded.size(); ++lngAt) {
-    const char letter = strEncoded[lngAt];
-    if (letter == '%' && lngAt + 2 < strEncoded.size()) {
-      const int lngHigh = hexValue(strEncoded[lngAt + 1]);
-      const int lngLow = hexValue(strEncoded[lngAt + 2]);
-      if (lngHigh >= 0 && lngLow >= 0) {
-        strBytes += static_cast<char>(lngHigh * 16 + lngLow);
-        lngAt += 2;
-        continue;
-      }
-    }
-    strBytes += letter == '+' ? ' ' : letter;
-  }
-  return replaceInvalidUtf8(strBytes);
+  std::string strSpaced(strEncoded);
+  std::replace(strSpaced.begin(), strSpaced.end(), '+', ' ');
+  return replaceInvalidUtf8(percentDecoded(strSpaced));
 }
 
 }  // namespace

@@ -34,6 +34,13 @@ std::int32_t lowerCase(std::int32_t lngCodePoint) {
   return lngCodePoint >= 'A' && lngCodePoint <= 'Z' ? lngCodePoint + ('a' - 'A') : lngCodePoint;
 }
 
+int hexDigit(char letter) {
+  if (letter >= '0' && letter <= '9') return letter - '0';
+  if (letter >= 'A' && letter <= 'F') return letter - 'A' + 10;
+  if (letter >= 'a' && letter <= 'f') return letter - 'a' + 10;
+  return -1;
+}
+
 }  // namespace
 
 std::string_view trim(std::string_view strText) {
@@ -117,6 +124,32 @@ std::string replaceInvalidUtf8(std::string_view strBytes) {
     strBytes.remove_prefix(lngBytes);
   }
   return strText;
+}
+
+std::string percentDecoded(std::string_view strEncoded) {
+  std::string strDecoded;
+  strDecoded.reserve(strEncoded.size());
+  while (!strEncoded.empty()) {
+    char byte = strEncoded.front();
+    if (byte == '%' && strEncoded.size() > 2) {
+      const int lngHigh = hexDigit(strEncoded[1]);
+      const int lngLow = hexDigit(strEncoded[2]);
+      if (lngHigh >= 0 && lngLow >= 0) {
+        byte = static_cast<char>(lngHigh * 16 + lngLow);
+        strEncoded.remove_prefix(2);
+      }
+    }
+    strDecoded += byte;
+    strEncoded.remove_prefix(1);
+  }
+  return strDecoded;
+}
+
+std::string oneLine(std::string_view strText) {
+  std::string strLine(strText.substr(0, strText.find_last_not_of(" \t\r\n") + 1));
+  const auto isControl = [](char byte) { return static_cast<unsigned char>(byte) < 0x20; };
+  std::replace_if(strLine.begin(), strLine.end(), isControl, ' ');
+  return strLine;
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -32,6 +32,12 @@ std::vector<std::string> split(std::string_view strText, std::string_view strSep
 /// A number from 0 to 99 as two digits.
 std::string twoDigits(int lngNumber);
 
+/// The text as one line: without white space at its end, each control character a blank.
+std::string oneLine(std::string_view strText);
+
+/// Each %XX a byte; a malformed escape stands as it is.
+std::string percentDecoded(std::string_view strEncoded);
+
 /// Each byte sequence that is not UTF-8 replaced by U+FFFD, one for each maximal part of a
 /// character.
 std::string replaceInvalidUtf8(std::string_view strBytes);

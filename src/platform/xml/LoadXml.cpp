@@ -13,6 +13,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/text/Text.h"
 #include "platform/xml/ReadXmlFile.h"
 #include "platform/xml/XmlCharacters.h"
 #include "platform/xml/XmlLibrary.h"
@@ -88,16 +89,6 @@ LoadRun& runOf(void* context) {
   return *static_cast<LoadRun*>(static_cast<xmlParserCtxt*>(context)->_private);
 }
 
-std::string oneLine(const char* message) {
-  std::string strMessage(message ? message : "The text could not be parsed.");
-  while (!strMessage.empty() && isXmlWhiteSpace(strMessage.substr(strMessage.size() - 1))) {
-    strMessage.pop_back();
-  }
-  const auto isControl = [](char byte) { return static_cast<unsigned char>(byte) < 0x20; };
-  std::replace_if(strMessage.begin(), strMessage.end(), isControl, ' ');
-  return strMessage;
-}
-
 /// Whether a report of the parser makes the load fail.
 bool isFailure(const xmlError& report) {
   // What an undeclared entity stands for is unknown: that it might be declared in a DTD which is
@@ -112,7 +103,7 @@ void onReport(void* context, xmlError* report) {
   LoadRun& run = runOf(context);
   try {
     if (run.error.errorCode != 0 || !isFailure(*report)) return;
-    run.error = {report->code, report->line, oneLine(report->message)};
+    run.error = {report->code, report->line, parserReason(report->message)};
   } catch (...) {
     run.exception = std::current_exception();
   }
@@ -302,6 +293,10 @@ void keepDeclaration(xmlDoc* document) {
 
 }  // namespace
 
+std::string parserReason(const char* message) {
+  return oneLine(message ? message : "The text could not be parsed.");
+}
+
 LoadedXml loadXml(std::string_view strBytes, XmlEncoding encoding) {
   if (strBytes.empty()) return {nullptr, {XML_ERR_DOCUMENT_EMPTY, 0, "Document is empty"}};
   if (strBytes.size() > INT_MAX) return {nullptr, tooLarge(INT_MAX)};
@@ -328,7 +323,7 @@ LoadedXml loadXml(std::string_view strBytes, XmlEncoding encoding) {
   // The library takes a NUL for the end of its input.
   const bool blnCut = parser->input && parser->input->cur < parser->input->end;
   if (run.error.errorCode == 0 && (!document || parser->disableSAX || blnCut)) {
-    run.error = {XML_ERR_INTERNAL_ERROR, 0, oneLine(nullptr)};
+    run.error = {XML_ERR_INTERNAL_ERROR, 0, parserReason(nullptr)};
   }
   if (run.error.errorCode != 0) return {nullptr, std::move(run.error)};
 

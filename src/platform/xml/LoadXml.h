@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include "platform/xml/ParseError.h"
@@ -23,5 +24,9 @@ struct LoadedXml {
 /// read, white space is dropped, the XML declaration is the first node. Entities are expanded while
 /// all of them together hold no more than 2048 tags, within the library's own limits of size.
 LoadedXml loadXml(std::string_view strBytes, XmlEncoding encoding);
+
+/// What a report of the library's parser says, in one line; null stands for a parse that failed
+/// without a report.
+std::string parserReason(const char* message);
 
 }  // namespace Varnel_Tolv_XML_Creation

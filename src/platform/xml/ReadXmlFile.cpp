@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <cerrno>
 
+#include "platform/text/Text.h"
+
 namespace Varnel_Tolv_XML_Creation {
 
 namespace {
@@ -33,30 +35,6 @@ bool startsWithIgnoringCase(std::string_view strText, std::string_view strLowerC
   return strText.size() >= strLowerCaseStart.size() &&
          std::equal(strLowerCaseStart.begin(), strLowerCaseStart.end(), strText.begin(),
                     [&](char wanted, char given) { return wanted == lower(given); });
-}
-
-int hexDigit(char digit) {
-  if (digit >= '0' && digit <= '9') return digit - '0';
-  if (digit >= 'a' && digit <= 'f') return digit - 'a' + 10;
-  if (digit >= 'A' && digit <= 'F') return digit - 'A' + 10;
-  return -1;
-}
-
-std::string percentDecoded(std::string_view strPath) {
-  std::string strDecoded;
-  for (std::size_t at = 0; at < strPath.size(); ++at) {
-    if (strPath[at] == '%' && at + 2 < strPath.size()) {
-      const int high = hexDigit(strPath[at + 1]);
-      const int low = hexDigit(strPath[at + 2]);
-      if (high >= 0 && low >= 0) {
-        strDecoded += static_cast<char>(high * 16 + low);
-        at += 2;
-        continue;
-      }
-    }
-    strDecoded += strPath[at];
-  }
-  return strDecoded;
 }
 
 /// Reads to the end, or until there is one byte more than `lngMaxBytes`. False when reading fails.

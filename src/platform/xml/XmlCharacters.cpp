@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <string>
 
+#include "platform/text/Text.h"
 #include "platform/text/Utf8.h"
 #include "result/RuntimeError.h"
 
@@ -102,10 +103,8 @@ void requireXmlText(std::string_view strText) {
 void requireQualifiedName(std::string_view strName) {
   if (isQualifiedName(strName)) return;
   constexpr std::size_t kLongestShown = 100;
-  std::string strShown(strName.substr(0, kLongestShown));
-  const auto isControl = [](char byte) { return static_cast<unsigned char>(byte) < 0x20; };
-  std::replace_if(strShown.begin(), strShown.end(), isControl, '?');  // the cause is one line
-  throw RuntimeError(kInvalidName, "The name '" + strShown + "' is not allowed in XML.");
+  const std::string strShown(strName.substr(0, kLongestShown));
+  throw RuntimeError(kInvalidName, oneLine("The name '" + strShown + "' is not allowed in XML."));
 }
 
 std::string_view prefixOf(std::string_view strName) {

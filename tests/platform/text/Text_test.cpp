@@ -136,6 +136,45 @@ TEST(Split, GivesTheTextAsOnePieceWithoutASeparator) {
   EXPECT_THAT(split("a,b", ""), ElementsAre("a,b"));
 }
 
+TEST(OneLine, PutsABlankForEachControlCharacter) {
+  const struct {
+    const char *says, *text, *line;
+  } cases[] = {
+      {"nothing", "", ""},
+      {"one line stays", " a\u00e9 b", " a\u00e9 b"},
+      {"white space at the end goes", "a\r\n\t \n", "a"},
+      {"nothing but white space is nothing", "\n \t", ""},
+      {"white space at the beginning becomes blanks", "\r\n\ta", "   a"},
+      {"line ends inside become blanks, one each", "a\r\nb\tc\x1B[0m", "a  b c [0m"},
+      {"the first that is no control character", "a\x7F", "a\x7F"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    EXPECT_EQ(oneLine(c.text), c.line);
+  }
+  EXPECT_EQ(oneLine("a\0b"s), "a b");
+}
+
+TEST(PercentDecoded, MakesAByteOfEachEscape) {
+  const struct {
+    const char *says, *encoded, *decoded;
+  } cases[] = {
+      {"nothing", "", ""},
+      {"letters of either case", "%c3%A9", "\u00e9"},
+      {"a plus is a plus", "a+b", "a+b"},
+      {"what comes out is not decoded again", "%2541", "%41"},
+      {"an escape that is cut off stays", "a%4", "a%4"},
+      {"a lone sign stays", "100%", "100%"},
+      {"no digits", "%zz%4g", "%zz%4g"},
+      {"a sign before an escape", "%%41", "%A"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    EXPECT_EQ(percentDecoded(c.encoded), c.decoded);
+  }
+  EXPECT_EQ(percentDecoded("%00"), "\0"s);
+}
+
 TEST(ReplaceInvalidUtf8, PutsOneMarkForEachMaximalPartOfACharacter) {
   const struct {
     const char *says, *bytes, *text;

@@ -66,7 +66,7 @@ bool Document::loadXML(std::string_view strText) const {
 
 const ParseError& Document::parseError() const {
   DocumentState::target(*this);
-  static const ParseError kInjected{-1, 0, "Injected failure"};
+  static const ParseError kInjected{-1, 0, kInjectedFailure};
   const bool blnInjected = state_->givesNothing(DomOperation::parseError);
   return blnInjected && state_->parseError.errorCode == 0 ? kInjected : state_->parseError;
 }

@@ -60,22 +60,11 @@ void DocumentState::replaceTree(OwnedXmlDoc newDocument, bool blnHandlesExist) {
 }
 
 bool DocumentState::givesNothing(DomOperation operation) const {
-  if (!settings.faults) return false;
-  switch (settings.faults->next(operation)) {
-    case Fault::nothing:
-      return true;
-    case Fault::error:
-      refuse("Injected failure");
-    case Fault::outOfMemory:
-      throw std::bad_alloc();
-    case Fault::none:
-      break;
-  }
-  return false;
+  return Varnel_Tolv_XML_Creation::givesNothing(settings.faults, operation);
 }
 
 void DocumentState::mayFail(DomOperation operation) const {
-  if (givesNothing(operation)) refuse("Injected failure");
+  Varnel_Tolv_XML_Creation::mayFail(settings.faults, operation);
 }
 
 void DocumentState::grow(std::size_t lngBytes, std::size_t lngBefore) {
@@ -131,6 +120,12 @@ xmlNode* DocumentState::target(const Node& handle) {
   if (!handle.state_) throw RuntimeError(kObjectNotSet);
   if (!handle.node_) return asNode(handle.state_->document.get());
   return static_cast<xmlNode*>(handle.node_);
+}
+
+xmlNode* DocumentState::targetElement(const Node& handle) {
+  xmlNode* node = target(handle);
+  if (!isElement(node)) refuse("Only an element has attributes.");
+  return node;
 }
 
 const std::shared_ptr<DocumentState>& DocumentState::stateOf(const Node& handle) {

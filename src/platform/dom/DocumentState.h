@@ -6,7 +6,7 @@
 
 #include "platform/dom/Document.h"
 #include "platform/dom/Node.h"
-#include "platform/fault/FaultInjector.h"
+#include "platform/fault/InjectedFault.h"
 #include "platform/xml/InternedNamespaces.h"
 #include "platform/xml/XmlTree.h"
 #include "platform/xpath/ChildNameIndex.h"
@@ -53,6 +53,10 @@ struct DocumentState {
 
   /// What a handle points to. Run-time error 91 for Nothing.
   static xmlNode* target(const Node& handle);
+
+  /// The same for what only an element has. kXmlFailure for another node.
+  static xmlNode* targetElement(const Node& handle);
+
   static const std::shared_ptr<DocumentState>& stateOf(const Node& handle);
 
   /// A handle to a node; Nothing for null.

@@ -18,11 +18,6 @@ std::vector<void*> erased(const std::vector<xmlNode*>& nodes) {
   return {nodes.begin(), nodes.end()};
 }
 
-const xmlNode* requireElement(const xmlNode* node) {
-  if (!isElement(node)) refuse("Only an element has attributes.");
-  return node;
-}
-
 }  // namespace
 
 bool operator==(const Node& left, const Node& right) noexcept {
@@ -104,7 +99,7 @@ Node Node::parentNode() const {
 }
 
 std::optional<std::string> Node::getAttribute(std::string_view strName) const {
-  const xmlNode* element = requireElement(DocumentState::target(*this));
+  const xmlNode* element = DocumentState::targetElement(*this);
   if (state_->givesNothing(DomOperation::getAttribute)) return std::nullopt;
   xmlAttr* attribute = findAttribute(element, strName);
   if (!attribute) return std::nullopt;
@@ -112,7 +107,7 @@ std::optional<std::string> Node::getAttribute(std::string_view strName) const {
 }
 
 Node Node::getNamedItem(std::string_view strName) const {
-  const xmlNode* element = requireElement(DocumentState::target(*this));
+  const xmlNode* element = DocumentState::targetElement(*this);
   if (state_->givesNothing(DomOperation::getAttribute)) return {};
   return DocumentState::handle(state_, asNode(findAttribute(element, strName)));
 }

@@ -15,11 +15,6 @@ namespace Varnel_Tolv_XML_Creation {
 
 namespace {
 
-xmlNode* requireElement(xmlNode* node) {
-  if (!isElement(node)) refuse("Only an element has attributes.");
-  return node;
-}
-
 /// The index of ids tells of elements by their attribute `id` and refers to its very text.
 void beforeAttributeChange(DocumentState& state, std::string_view strName) {
   if (strName == "id") state.idIndex.drop();
@@ -192,7 +187,7 @@ void Node::setText(std::string_view strText) const {
 }
 
 void Node::setAttribute(std::string_view strName, std::string_view strValue) const {
-  xmlNode* element = requireElement(DocumentState::target(*this));
+  xmlNode* element = DocumentState::targetElement(*this);
   state_->mayFail(DomOperation::setAttribute);
   requireQualifiedName(strName);
   if (strName == "xmlns" || prefixOf(strName) == "xmlns") {
@@ -212,7 +207,7 @@ void Node::setAttribute(std::string_view strName, std::string_view strValue) con
 }
 
 void Node::removeAttribute(std::string_view strName) const {
-  const xmlNode* element = requireElement(DocumentState::target(*this));
+  const xmlNode* element = DocumentState::targetElement(*this);
   state_->mayFail(DomOperation::removeAttribute);
   xmlAttr* attribute = findAttribute(element, strName);
   if (!attribute) return;

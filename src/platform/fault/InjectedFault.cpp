@@ -12,13 +12,17 @@ bool givesNothing(FaultInjector* faults, DomOperation operation) {
     case Fault::nothing:
       return true;
     case Fault::error:
-      throw RuntimeError(kXmlFailure, "Injected failure");
+      throw RuntimeError(kXmlFailure, kInjectedFailure);
     case Fault::outOfMemory:
       throw std::bad_alloc();
     case Fault::none:
       break;
   }
   return false;
+}
+
+void mayFail(FaultInjector* faults, DomOperation operation) {
+  if (givesNothing(faults, operation)) throw RuntimeError(kXmlFailure, kInjectedFailure);
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

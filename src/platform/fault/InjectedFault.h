@@ -4,8 +4,14 @@
 
 namespace Varnel_Tolv_XML_Creation {
 
+/// The description of an injected error.
+inline constexpr const char* kInjectedFailure = "Injected failure";
+
 /// Asks the injector, if there is one, how `operation` is to fail. True for Fault::nothing; raises
 /// what the other faults stand for.
 bool givesNothing(FaultInjector* faults, DomOperation operation);
+
+/// The same for an operation without a result, where nothing can only be an error.
+void mayFail(FaultInjector* faults, DomOperation operation);
 
 }  // namespace Varnel_Tolv_XML_Creation

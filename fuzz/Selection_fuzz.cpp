@@ -3,12 +3,12 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "Check.h"
+#include "platform/xml/OwnedXml.h"
 #include "platform/xpath/IdIndex.h"
 #include "platform/xpath/LibraryXPath.h"
 #include "platform/xpath/Selection.h"
@@ -61,10 +61,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         "<a id='1' xmlns:p='urn:p'><b id='1'>x<c id='2'>1</c></b><p:a id='2'/><b id='3'>"
         "<a id='1'/><!--n--><c/></b></a>";
   }
-  const std::unique_ptr<xmlDoc, decltype(&xmlFreeDoc)> tree(
+  const OwnedXmlDoc tree(
       xmlReadMemory(strXml.data(), static_cast<int>(strXml.size()), nullptr, nullptr,
-                    XML_PARSE_NONET | XML_PARSE_NODICT | XML_PARSE_NOERROR | XML_PARSE_NOWARNING),
-      &xmlFreeDoc);
+                    XML_PARSE_NONET | XML_PARSE_NODICT | XML_PARSE_NOERROR | XML_PARSE_NOWARNING));
   // Documents of this library have no document type.
   if (!tree || tree->intSubset) return 0;
 

@@ -200,17 +200,9 @@ void onDocumentTypeRead(void* context, const xmlChar* /*name*/, const xmlChar* /
   parser->attsDefault = nullptr;
 }
 
-struct FreeParser {
-  void operator()(xmlParserCtxt* parser) const noexcept {
-    xmlFreeDoc(parser->myDoc);
-    xmlFreeParserCtxt(parser);
-  }
-};
-using OwnedParser = std::unique_ptr<xmlParserCtxt, FreeParser>;
-
-OwnedParser newParser(LoadRun& run) {
+OwnedXmlParser newParser(LoadRun& run) {
   prepareXmlLibrary();
-  OwnedParser parser(xmlNewParserCtxt());
+  OwnedXmlParser parser(xmlNewParserCtxt());
   if (!parser) throw std::bad_alloc();
   parser->_private = &run;
   xmlSAXHandler& sax = *parser->sax;
@@ -308,7 +300,7 @@ LoadedXml loadXml(std::string_view strBytes, XmlEncoding encoding) {
   run.maxExpandedBytes = expansionLimit(strBytes.size());
   run.blnDocumentTypeAllowed = seen.blnDocumentType;
   const MemoryWatch memory;
-  const OwnedParser parser = newParser(run);
+  const OwnedXmlParser parser = newParser(run);
   int options = XML_PARSE_NODICT | XML_PARSE_NONET | XML_PARSE_NOENT | XML_PARSE_NOERROR |
                 XML_PARSE_NOWARNING;
   // The parser's own limits are against entities, and they refuse an answer of more than ten

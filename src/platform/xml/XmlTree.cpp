@@ -24,14 +24,6 @@ void setDocument(xmlNode* top, xmlDoc* document) noexcept {
 
 }  // namespace
 
-void FreeXmlNode::operator()(xmlNode* node) const noexcept {
-  if (isAttribute(node)) {
-    xmlFreeProp(asAttribute(node));
-  } else {
-    xmlFreeNode(node);
-  }
-}
-
 OwnedXmlDoc newXmlDoc() {
   prepareXmlLibrary();
   OwnedXmlDoc document(xmlNewDoc(nullptr));

@@ -2,9 +2,10 @@
 
 #include <libxml/tree.h>
 
-#include <memory>
 #include <string>
 #include <string_view>
+
+#include "platform/xml/OwnedXml.h"
 
 // How this layer walks, names and links the nodes of a libxml2 tree; internal to it. The library's
 // own functions merge and free text, look namespaces up by prefix and recurse, so none of them is
@@ -16,16 +17,6 @@ namespace Varnel_Tolv_XML_Creation {
 /// that is deeper.
 inline constexpr int kMaxDepth = 256;
 inline constexpr const char* kTooDeep = "The document is deeper than 256 elements.";
-
-struct FreeXmlDoc {
-  void operator()(xmlDoc* document) const noexcept { xmlFreeDoc(document); }
-};
-using OwnedXmlDoc = std::unique_ptr<xmlDoc, FreeXmlDoc>;
-
-struct FreeXmlNode {
-  void operator()(xmlNode* node) const noexcept;
-};
-using OwnedXmlNode = std::unique_ptr<xmlNode, FreeXmlNode>;
 
 /// An empty document. std::bad_alloc when there is no memory, as for all that makes nodes here.
 OwnedXmlDoc newXmlDoc();

@@ -5,12 +5,12 @@
 #include <libxml/xpathInternals.h>
 
 #include <algorithm>
-#include <memory>
 #include <new>
 #include <optional>
 #include <string>
 
 #include "platform/xml/NCName.h"
+#include "platform/xml/OwnedXml.h"
 #include "platform/xml/XmlCharacters.h"
 #include "platform/xml/XmlLibrary.h"
 #include "platform/xml/XmlMemory.h"
@@ -31,18 +31,9 @@ constexpr unsigned long kMaxOperations = 10'000'000;
 constexpr unsigned long kOperationsPerNode = 20;
 constexpr unsigned long kMaxOperationsTimesNodes = 20'000'000'000;
 
-struct FreeContext {
-  void operator()(xmlXPathContext* context) const { xmlXPathFreeContext(context); }
-};
-struct FreeExpression {
-  void operator()(xmlXPathCompExpr* expression) const { xmlXPathFreeCompExpr(expression); }
-};
-struct FreeObject {
-  void operator()(xmlXPathObject* object) const { xmlXPathFreeObject(object); }
-};
-using OwnedContext = std::unique_ptr<xmlXPathContext, FreeContext>;
-using OwnedExpression = std::unique_ptr<xmlXPathCompExpr, FreeExpression>;
-using OwnedObject = std::unique_ptr<xmlXPathObject, FreeObject>;
+using OwnedContext = Owned<xmlXPathContext, xmlXPathFreeContext>;
+using OwnedExpression = Owned<xmlXPathCompExpr, xmlXPathFreeCompExpr>;
+using OwnedObject = Owned<xmlXPathObject, xmlXPathFreeObject>;
 
 [[noreturn]] void fail(std::string_view strDescription) {
   throw RuntimeError(kXmlFailure, strDescription);

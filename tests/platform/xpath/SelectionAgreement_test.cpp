@@ -2,7 +2,6 @@
 #include <libxml/tree.h>
 
 #include <array>
-#include <memory>
 #include <optional>
 #include <random>
 #include <string>
@@ -130,13 +129,9 @@ class RandomTree {
     fragment_.reset(element);
   }
 
-  struct FreeNode {
-    void operator()(xmlNode* node) const { xmlFreeNode(node); }
-  };
-
   Dice& dice_;
   TestTree tree_;
-  std::unique_ptr<xmlNode, FreeNode> fragment_;
+  OwnedXmlNode fragment_;
   std::array<xmlNs*, 5> namespaces_;
   std::vector<xmlNode*> nodes_;
   IdIndex index_;

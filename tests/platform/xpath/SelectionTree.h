@@ -3,19 +3,17 @@
 #include <libxml/parser.h>
 #include <libxml/tree.h>
 
-#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "platform/xml/OwnedXml.h"
 
 // A tree for the tests of selection, and what they say about its nodes.
 
 namespace Varnel_Tolv_XML_Creation {
 
-struct FreeTestTree {
-  void operator()(xmlDoc* document) const { xmlFreeDoc(document); }
-};
-using TestTree = std::unique_ptr<xmlDoc, FreeTestTree>;
+using TestTree = OwnedXmlDoc;
 
 inline TestTree parsedTree(const std::string& strXml) {
   return TestTree(xmlReadMemory(strXml.data(), static_cast<int>(strXml.size()), nullptr, nullptr,

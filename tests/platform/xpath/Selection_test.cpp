@@ -278,7 +278,7 @@ TEST_F(Selection, SearchesADetachedFragmentFromItsTop) {
   load("<r><v id='0'/><t id='1'><v id='2'/><w id='3'><v id='4'/></w></t><v id='5'/></r>");
   xmlNode* top = selectFirst(context_, "//t");
   xmlUnlinkNode(top);
-  const std::unique_ptr<xmlNode, decltype(&xmlFreeNode)> owned(top, xmlFreeNode);
+  const OwnedXmlNode owned(top);
   context_.index = nullptr;
   const struct {
     const char *path, *selected;

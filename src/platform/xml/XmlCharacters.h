@@ -9,11 +9,27 @@ namespace Varnel_Tolv_XML_Creation {
 /// Whether `strText` is UTF-8 and holds only characters that a document may hold.
 bool isXmlText(std::string_view strText);
 
-/// Whether `strName` is a name with at most one colon, and a name on each side of it.
-bool isQualifiedName(std::string_view strName);
+/// Whether the byte is white space of XML: a blank, tab, CR or LF.
+constexpr bool isXmlSpace(char byte) noexcept {
+  return byte == ' ' || byte == '\t' || byte == '\r' || byte == '\n';
+}
 
-/// Whether nothing but XML's white space (blank, tab, CR, LF) is there.
+/// Whether nothing but that is there.
 bool isXmlWhiteSpace(std::string_view strText);
+
+/// Whether `strName` is a name without a colon, as prefixes and local names are.
+bool isNCName(std::string_view strName);
+
+/// Whether the byte may stand in such a name. Of bytes beyond ASCII it only says that they can
+/// belong to a letter: `isNCName` decides.
+constexpr bool isNameByte(char byte) noexcept {
+  return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') ||
+         (byte >= '0' && byte <= '9') || byte == '_' || byte == '-' || byte == '.' ||
+         static_cast<unsigned char>(byte) >= 0x80;
+}
+
+/// Whether `strName` is such a name, or two with a colon between them.
+bool isQualifiedName(std::string_view strName);
 
 /// Raises kXmlFailure unless `isXmlText`.
 void requireXmlText(std::string_view strText);

@@ -9,7 +9,6 @@
 #include <optional>
 #include <string>
 
-#include "platform/xml/NCName.h"
 #include "platform/xml/OwnedXml.h"
 #include "platform/xml/XmlCharacters.h"
 #include "platform/xml/XmlLibrary.h"
@@ -165,7 +164,7 @@ std::string withNamesRecognised(std::string_view strXPath) {
     } else if (byte == quote) {
       quote = 0;
     }
-    if (!isXmlWhiteSpace({&byte, 1})) last = byte;
+    if (!isXmlSpace(byte)) last = byte;
     strResult += byte;
   }
   return strResult;

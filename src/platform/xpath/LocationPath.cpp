@@ -1,8 +1,10 @@
 #include "platform/xpath/LocationPath.h"
 
+#include <algorithm>
 #include <utility>
 
-#include "platform/xml/NCName.h"
+#include "platform/xml/XmlCharacters.h"
+#include "platform/xml/XmlTree.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
@@ -10,6 +12,15 @@ namespace {
 
 constexpr int kMaxNesting = 64;         // parentheses and not( within each other
 constexpr std::size_t kMaxDigits = 15;  // a double holds every such number exactly
+
+/// Whether a text is a name for the library's evaluator too, which knows fewer letters beyond
+/// ASCII.
+bool isNameForBoth(std::string_view strName) {
+  const auto isAscii = [](char byte) { return static_cast<unsigned char>(byte) < 0x80; };
+  if (!isNCName(strName)) return false;
+  if (std::all_of(strName.begin(), strName.end(), isAscii)) return true;
+  return xmlValidateNCName(xmlText(std::string(strName).c_str()), 0) == 0;
+}
 
 // Every parse function returns false for "not certainly this grammar"; the caller gives up then.
 class LocationPathCompiler {
@@ -24,18 +35,18 @@ class LocationPathCompiler {
 
  private:
   bool parsePath() {
-    skipBlanks();
+    skipSpace();
     bool blnAnyDepth = false;
     if (take('/')) {
       path_.blnAbsolute = true;
       blnAnyDepth = take('/');
-      skipBlanks();
+      skipSpace();
       if (atEnd()) return !blnAnyDepth;
     }
     while (true) {
-      skipBlanks();
+      skipSpace();
       if (!parseStep(blnAnyDepth)) return false;
-      skipBlanks();
+      skipSpace();
       if (atEnd()) return path_.steps.size() <= LocationPath::kMaxSteps;
       if (!path_.steps.empty() && path_.steps.back().blnAttribute) return false;
       if (!take('/')) return false;
@@ -46,12 +57,12 @@ class LocationPathCompiler {
   bool parseStep(bool blnAnyDepth) {
     if (take('.')) {
       // ".." and ".5" are other things, and ".//." selects more than elements.
-      return !blnAnyDepth && (atEnd() || isBlank(peek()) || peek() == '/');
+      return !blnAnyDepth && (atEnd() || isXmlSpace(peek()) || peek() == '/');
     }
     Step step;
     step.blnAnyDepth = blnAnyDepth;
     step.blnAttribute = take('@');
-    if (step.blnAttribute) skipBlanks();
+    if (step.blnAttribute) skipSpace();
     if (!parseName(step.name)) return false;
     if (!step.blnAttribute && !parsePredicates(step.firstCondition)) return false;
     path_.steps.push_back(std::move(step));
@@ -61,11 +72,11 @@ class LocationPathCompiler {
   bool parsePredicates(ConditionIndex& first) {
     ConditionIndex last = kNoCondition;
     while (true) {
-      skipBlanks();
+      skipSpace();
       if (!take('[')) return true;
       ConditionIndex condition = kNoCondition;
       if (!parseCondition(condition)) return false;
-      skipBlanks();
+      skipSpace();
       if (!take(']')) return false;
       append(first, last, condition);
     }
@@ -90,7 +101,7 @@ class LocationPathCompiler {
     ConditionIndex last = result;
     bool blnCombined = false;
     while (true) {
-      skipBlanks();
+      skipSpace();
       if (!strXPath_.substr(position_).starts_with(strOperator)) return true;
       position_ += strOperator.size();
       if (!atEnd() && (isNameByte(peek()) || peek() == ':')) return false;
@@ -102,7 +113,7 @@ class LocationPathCompiler {
   }
 
   bool parseTest(ConditionIndex& result) {
-    skipBlanks();
+    skipSpace();
     if (take('(')) return parseCondition(result) && takeToken(')');
     if (takeFunction("not")) {
       ConditionIndex inner = kNoCondition;
@@ -114,7 +125,7 @@ class LocationPathCompiler {
     if (takeFunction("starts-with")) {
       test.kind = Condition::Kind::startsWith;
       if (!parseOperand(test) || !takeToken(',')) return false;
-      skipBlanks();
+      skipSpace();
       if (!parseLiteral(test.strLiteral) || !takeToken(')')) return false;
     } else {
       if (!parseOperand(test)) return false;
@@ -125,14 +136,14 @@ class LocationPathCompiler {
   }
 
   bool parseOperand(Condition& test) {
-    skipBlanks();
+    skipSpace();
     test.blnAttribute = take('@');
-    if (test.blnAttribute) skipBlanks();
+    if (test.blnAttribute) skipSpace();
     return parseName(test.name) && !test.name.blnAnyName;
   }
 
   bool parseComparison(Condition& test) {
-    skipBlanks();
+    skipSpace();
     if (parseLiteral(test.strLiteral)) {
       test.kind = Condition::Kind::equalsText;
       return true;
@@ -153,7 +164,7 @@ class LocationPathCompiler {
     const std::size_t end = strXPath_.find(quote, start);
     if (end == std::string_view::npos) return false;
     for (const char byte : strXPath_.substr(start, end - start)) {
-      if (static_cast<unsigned char>(byte) < 0x20 && !isBlank(byte)) return false;
+      if (static_cast<unsigned char>(byte) < 0x20 && !isXmlSpace(byte)) return false;
     }
     strLiteral = strXPath_.substr(start, end - start);
     position_ = end + 1;
@@ -166,7 +177,7 @@ class LocationPathCompiler {
       return true;
     }
     const std::string_view strFirst = takeName();
-    if (!isNCName(strFirst)) return false;
+    if (!isNameForBoth(strFirst)) return false;
     if (!take(':')) {
       test.strName = strFirst;
       return true;
@@ -180,7 +191,7 @@ class LocationPathCompiler {
       return true;
     }
     test.strName = takeName();
-    return isNCName(test.strName);
+    return isNameForBoth(test.strName);
   }
 
   bool takeFunction(std::string_view strName) {
@@ -197,7 +208,7 @@ class LocationPathCompiler {
   }
 
   bool takeToken(char byte) {
-    skipBlanks();
+    skipSpace();
     return take(byte);
   }
 
@@ -207,12 +218,8 @@ class LocationPathCompiler {
     return true;
   }
 
-  void skipBlanks() {
-    while (!atEnd() && isBlank(peek())) ++position_;
-  }
-
-  static bool isBlank(char byte) {
-    return byte == ' ' || byte == '\t' || byte == '\r' || byte == '\n';
+  void skipSpace() {
+    while (!atEnd() && isXmlSpace(peek())) ++position_;
   }
 
   bool atEnd() const { return position_ == strXPath_.size(); }

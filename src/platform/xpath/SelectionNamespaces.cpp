@@ -1,12 +1,10 @@
 #include "platform/xpath/SelectionNamespaces.h"
 
-#include <libxml/tree.h>
-
 #include <algorithm>
 #include <string>
 #include <string_view>
 
-#include "platform/xml/NCName.h"
+#include "platform/xml/XmlCharacters.h"
 #include "result/RuntimeError.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -14,10 +12,6 @@ namespace Varnel_Tolv_XML_Creation {
 namespace {
 
 constexpr std::string_view kXmlUri = "http://www.w3.org/XML/1998/namespace";
-
-constexpr bool isBlank(char byte) noexcept {
-  return byte == ' ' || byte == '\t' || byte == '\r' || byte == '\n';
-}
 
 [[noreturn]] void refuse(std::string_view strWhy) {
   throw RuntimeError(kXmlFailure,
@@ -30,7 +24,7 @@ class DeclarationScanner {
 
   /// Whether another declaration follows; white space must stand between two of them.
   bool atDeclaration() {
-    const bool blnSeparated = skipBlanks() || blnFirst_;
+    const bool blnSeparated = skipSpace() || blnFirst_;
     if (position_ == strText_.size()) return false;
     if (!blnSeparated) refuse("a blank is missing between two declarations");
     blnFirst_ = false;
@@ -53,9 +47,9 @@ class DeclarationScanner {
   }
 
   std::string_view uri() {
-    skipBlanks();
+    skipSpace();
     if (!take('=')) refuse("an equals sign is missing");
-    skipBlanks();
+    skipSpace();
     const char quote = take('\'') ? '\'' : '"';
     if (quote == '"' && !take('"')) refuse("a quotation mark is missing");
 
@@ -67,9 +61,9 @@ class DeclarationScanner {
   }
 
  private:
-  bool skipBlanks() {
+  bool skipSpace() {
     const std::size_t start = position_;
-    while (position_ < strText_.size() && isBlank(strText_[position_])) ++position_;
+    while (position_ < strText_.size() && isXmlSpace(strText_[position_])) ++position_;
     return position_ != start;
   }
 
@@ -84,21 +78,11 @@ class DeclarationScanner {
   bool blnFirst_ = true;
 };
 
-void checkCharacters(const std::string& strText) {
-  const auto isControl = [](char byte) {
-    return static_cast<unsigned char>(byte) < 0x20 && !isBlank(byte);
-  };
-  if (std::any_of(strText.begin(), strText.end(), isControl) ||
-      xmlCheckUTF8(reinterpret_cast<const xmlChar*>(strText.c_str())) == 0) {
-    refuse("the text holds an invalid character");
-  }
-}
-
 }  // namespace
 
 SelectionNamespaces::SelectionNamespaces(std::string_view strDeclarations)
     : strText_(strDeclarations) {
-  checkCharacters(strText_);
+  if (!isXmlText(strText_)) refuse("the text holds an invalid character");
   DeclarationScanner scanner(strText_);
   while (scanner.atDeclaration()) {
     const std::string_view strPrefix = scanner.prefix();

@@ -34,6 +34,15 @@ TEST(XmlCharacters, TellsQualifiedNames) {
   }
 }
 
+TEST(XmlCharacters, TellsNamesWithoutAColon) {
+  for (const char* strName : {"a", "_", "a-1.b", "\xC3\xA9", "a\xC2\xB7", "\xF0\x90\x80\x80"}) {
+    EXPECT_TRUE(isNCName(strName)) << strName;
+  }
+  for (const char* strName : {"", ":", "a:b", "-a", "1a", ".", "a b", "\xC2\xB7", "a\xC3", "a\n"}) {
+    EXPECT_FALSE(isNCName(strName)) << strName;
+  }
+}
+
 TEST(XmlCharacters, SplitsANameAtItsColon) {
   EXPECT_EQ(prefixOf("p:a"), "p");
   EXPECT_EQ(withoutPrefix("p:a"), "a");

@@ -80,6 +80,7 @@ TEST(LocationPath, LeavesEverythingElseToTheLibrary) {
                            "a[@b='c\x01']",
                            "1a",
                            "a\xc3\x97",
+                           "\xf0\x90\x80\x80",
                            "a[not @b]",
                            "a[not(@b)='c']",
                            "a[(@b)='c']",

@@ -31,11 +31,13 @@ std::string description(const SchemaValidationErr& error) {
          optionalPart("; column ID: ", error.columnId);
 }
 
-/// The mapping of one error.
-class ErrorCase {
+}  // namespace
+
+/// One error on its way to its records.
+class ErrorMapping::Case {
  public:
-  ErrorCase(const ErrorMapping& mapping, const SchemaValidationErr& error)
-      : mapping_(mapping), error_(error) {}
+  Case(ErrorMapping& mapping, const SchemaValidationErr& error)
+      : mapping_(mapping), documents_(mapping.documents_), error_(error) {}
 
   Acknowledge map() const;
   void addOwnText() const { addInternal(error_.message); }
@@ -54,26 +56,27 @@ class ErrorCase {
 
   void addUser(std::string_view strMessage) const;
   void addUserForQuestion(std::string_view strMessage, const std::string& strQuestionId) const {
-    addValidationUserError(mapping_.colUserErrors, strMessage, strQuestionId,
-                           getFieldLabel(mapping_.objParkXml, strQuestionId), "", "", "");
+    addValidationUserError(mapping_.colUserErrors_, strMessage, strQuestionId,
+                           getFieldLabel(documents_.objParkXml, strQuestionId), "", "", "");
   }
   void addInternal(std::string_view strMessage) const {
     addInternal(strMessage, error_.questionId, error_.columnId);
   }
   void addInternal(std::string_view strMessage, std::string_view strQuestionId,
                    std::string_view strColumnId) const {
-    addValidationIntError(mapping_.colIntErrors, strMessage, error_.xpath, strQuestionId,
+    addValidationIntError(mapping_.colIntErrors_, strMessage, error_.xpath, strQuestionId,
                           error_.rowIndex, strColumnId);
   }
   void traceLine(std::initializer_list<std::string_view> pieces) const {
-    trace(mapping_.session, kProcedure, pieces);
+    trace(mapping_.session_, kProcedure, pieces);
   }
 
-  const ErrorMapping& mapping_;
+  ErrorMapping& mapping_;
+  const Documents& documents_;
   const SchemaValidationErr& error_;
 };
 
-Acknowledge ErrorCase::map() const {
+Acknowledge ErrorMapping::Case::map() const {
   const bool blnHasQuestion = !error_.questionId.empty();
   if (error_.kind == kTooLong && blnHasQuestion) {
     checkLength("maxLength", "exceeds the maximum allowed");
@@ -89,16 +92,16 @@ Acknowledge ErrorCase::map() const {
   return {};
 }
 
-void ErrorCase::checkLength(std::string_view strLimitName,
-                            const std::string& strBeyondLimit) const {
-  const Node objValue = isCell() ? getCellValue(mapping_.objParkXml, error_.questionId,
+void ErrorMapping::Case::checkLength(std::string_view strLimitName,
+                                     const std::string& strBeyondLimit) const {
+  const Node objValue = isCell() ? getCellValue(documents_.objParkXml, error_.questionId,
                                                 error_.rowIndex, error_.columnId)
-                                 : getPrtObjctValue(mapping_.objParkXml, error_.questionId);
+                                 : getPrtObjctValue(documents_.objParkXml, error_.questionId);
   const std::string strLength = std::to_string(characterCount(objValue.text()));
 
-  const Node objLimited =
-      isCell() ? getQuestionColumnNode(mapping_.objQuestionsXml, error_.questionId, error_.columnId)
-               : getQuestionNode(mapping_.objQuestionsXml, error_.questionId);
+  const Node objLimited = isCell() ? getQuestionColumnNode(documents_.objQuestionsXml,
+                                                           error_.questionId, error_.columnId)
+                                   : getQuestionNode(documents_.objQuestionsXml, error_.questionId);
   const std::string strLimit = attributeText(objLimited, strLimitName);
 
   const std::string strEntered = "Number of characters entered";
@@ -112,38 +115,38 @@ void ErrorCase::checkLength(std::string_view strLimitName,
   addUser(strEntered + " (" + strLength + ") " + strBeyondLimit + " (" + strLimit + ")");
 }
 
-void ErrorCase::addInvalidValue() const {
+void ErrorMapping::Case::addInvalidValue() const {
   traceLine({"Invalid value: ", error_.questionId, "/", error_.rowIndex, "/", error_.columnId});
   addUser("Invalid value");
 }
 
 /// A record for the question, or for the cell of a table: a row without a column names none.
-void ErrorCase::addUser(std::string_view strMessage) const {
-  const std::string strQuestionText = getFieldLabel(mapping_.objParkXml, error_.questionId);
-  const std::string strColumnText =
-      isCell()
-          ? getColumnLabel(mapping_.objParkXml, error_.questionId, error_.rowIndex, error_.columnId)
-          : std::string();
-  addValidationUserError(mapping_.colUserErrors, strMessage, error_.questionId, strQuestionText,
+void ErrorMapping::Case::addUser(std::string_view strMessage) const {
+  const std::string strQuestionText = getFieldLabel(documents_.objParkXml, error_.questionId);
+  const std::string strColumnText = isCell()
+                                        ? getColumnLabel(documents_.objParkXml, error_.questionId,
+                                                         error_.rowIndex, error_.columnId)
+                                        : std::string();
+  addValidationUserError(mapping_.colUserErrors_, strMessage, error_.questionId, strQuestionText,
                          isCell() ? error_.rowIndex : std::string(), error_.columnId,
                          strColumnText);
 }
 
-void ErrorCase::addGeneric() const {
-  if (tracing(mapping_.session)) traceLine({"Schema validation error: ", description(error_)});
+void ErrorMapping::Case::addGeneric() const {
+  if (tracing(mapping_.session_)) traceLine({"Schema validation error: ", description(error_)});
   addOwnText();
 }
 
-Acknowledge ErrorCase::addMissingContent() const {
+Acknowledge ErrorMapping::Case::addMissingContent() const {
   if (error_.questionId.empty()) return addMissingByPath();
 
-  const Node objQuestion = getQuestionNode(mapping_.objQuestionsXml, error_.questionId);
+  const Node objQuestion = getQuestionNode(documents_.objQuestionsXml, error_.questionId);
   if (attributeText(objQuestion, kType) == "dynaTable") return addMissingCells(objQuestion);
   addUserForQuestion("Value missing", error_.questionId);
   return {};
 }
 
-Acknowledge ErrorCase::addMissingCells(const Node& objQuestion) const {
+Acknowledge ErrorMapping::Case::addMissingCells(const Node& objQuestion) const {
   const Node objXpath = objQuestion.selectSingleNode("xpath");
   for (const Node& objColumn : required(objQuestion.selectNodes(kColumn))) {
     const std::string strColumnId = attributeText(objColumn, kId);
@@ -153,43 +156,43 @@ Acknowledge ErrorCase::addMissingCells(const Node& objQuestion) const {
       continue;
     }
     bool blnMandatory = false;
-    Acknowledge objAck = isXpathMandatory(mapping_.session, mapping_.objReferenceXml,
+    Acknowledge objAck = isXpathMandatory(mapping_.session_, documents_.objReferenceXml,
                                           objXpath.text() + "/" + objPath.text(), error_.xpath,
-                                          error_.questionId, mapping_.objParkXml, blnMandatory);
+                                          error_.questionId, documents_.objParkXml, blnMandatory);
     if (!objAck.Success()) return objAck;
     if (!blnMandatory) continue;
 
     const Node objCell =
-        getCellValue(mapping_.objParkXml, error_.questionId, error_.rowIndex, strColumnId);
+        getCellValue(documents_.objParkXml, error_.questionId, error_.rowIndex, strColumnId);
     if (!objCell) {
       traceLine({"Column not in protocol: ", strColumnId});
       addInternal("Table column missing from protocol", error_.questionId, strColumnId);
     } else if (objCell.text().empty()) {
       traceLine({"Column not filled in: ", strColumnId});
       addValidationUserError(
-          mapping_.colUserErrors, "Column value missing", error_.questionId,
-          getFieldLabel(mapping_.objParkXml, error_.questionId), error_.rowIndex, strColumnId,
-          getColumnLabel(mapping_.objParkXml, error_.questionId, error_.rowIndex, strColumnId));
+          mapping_.colUserErrors_, "Column value missing", error_.questionId,
+          getFieldLabel(documents_.objParkXml, error_.questionId), error_.rowIndex, strColumnId,
+          getColumnLabel(documents_.objParkXml, error_.questionId, error_.rowIndex, strColumnId));
     }
   }
   return {};
 }
 
-Acknowledge ErrorCase::addMissingByPath() const {
-  // Thousands of errors can have one path. Only a trace tells of each test again.
-  const auto known = mapping_.mandatoryByPath.find(error_.xpath);
-  if (known != mapping_.mandatoryByPath.end() && !tracing(mapping_.session)) {
+Acknowledge ErrorMapping::Case::addMissingByPath() const {
+  // Only a trace tells of each test again.
+  const auto known = mapping_.mandatoryByPath_.find(error_.xpath);
+  if (known != mapping_.mandatoryByPath_.end() && !tracing(mapping_.session_)) {
     for (const std::string& strQuestionId : known->second) checkQuestion(strQuestionId, false);
     return {};
   }
-  std::vector<Node> colQuestions = mapping_.questionPaths.at(error_.xpath);
+  std::vector<Node> colQuestions = mapping_.questionPaths_.at(error_.xpath);
   if (colQuestions.empty()) {
     traceLine({"No question with that XPath"});
-    std::optional<std::vector<Node>> colBelow = mapping_.questionPaths.below(error_.xpath);
+    std::optional<std::vector<Node>> colBelow = mapping_.questionPaths_.below(error_.xpath);
     if (!colBelow) {
       return Failure(SVC_RET_XML_CREATION_UNABLE_TO_RETRIEVE_QUESTION_LIST,
                      "The question list could not be retrieved - xpath=" + error_.xpath,
-                     mapping_.session.strDefaultUserMessage);
+                     mapping_.session_.strDefaultUserMessage);
     }
     colQuestions = *std::move(colBelow);
   }
@@ -203,37 +206,37 @@ Acknowledge ErrorCase::addMissingByPath() const {
   if (colQuestions.empty()) return {};
 
   traceLine({"More than one question: "});
-  if (tracing(mapping_.session)) {
+  if (tracing(mapping_.session_)) {
     std::string strIds;
     for (const Node& objQuestion : colQuestions) strIds += attributeText(objQuestion, kId) + " ";
     traceLine({strIds});
   }
-  if (!mapping_.objMessageXmlDom) {
+  if (!documents_.objMessageXmlDom) {
     traceLine({"ProcessSchemaValidationErrors: objMessageXmlDom is Nothing"});
   }
   return checkMandatory(colQuestions);
 }
 
-Acknowledge ErrorCase::checkMandatory(const std::vector<Node>& colQuestions) const {
+Acknowledge ErrorMapping::Case::checkMandatory(const std::vector<Node>& colQuestions) const {
   std::vector<std::string> mandatory;
   for (const Node& objQuestion : colQuestions) {
     std::string strQuestionId = attributeText(objQuestion, kId);
     bool blnMandatory = false;
     Acknowledge objAck = isXpathMandatory(
-        mapping_.session, mapping_.objReferenceXml, objQuestion.selectSingleNode("xpath").text(),
-        error_.xpath, strQuestionId, mapping_.objParkXml, blnMandatory);
+        mapping_.session_, documents_.objReferenceXml, objQuestion.selectSingleNode("xpath").text(),
+        error_.xpath, strQuestionId, documents_.objParkXml, blnMandatory);
     if (!objAck.Success()) return objAck;
     if (!blnMandatory) continue;
     checkQuestion(strQuestionId, false);
     mandatory.push_back(std::move(strQuestionId));
   }
-  mapping_.mandatoryByPath[error_.xpath] = std::move(mandatory);
+  mapping_.mandatoryByPath_[error_.xpath] = std::move(mandatory);
   return {};
 }
 
 /// What the form has to say about a question that was found by its path.
-void ErrorCase::checkQuestion(const std::string& strQuestionId, bool blnOnlyMatch) const {
-  const Node objValue = getPrtObjctValue(mapping_.objParkXml, strQuestionId);
+void ErrorMapping::Case::checkQuestion(const std::string& strQuestionId, bool blnOnlyMatch) const {
+  const Node objValue = getPrtObjctValue(documents_.objParkXml, strQuestionId);
   if (!objValue) {
     traceLine({"Question not in protocol: ", strQuestionId});
     // deliberate: with several candidates it is nobody's question in particular.
@@ -247,32 +250,27 @@ void ErrorCase::checkQuestion(const std::string& strQuestionId, bool blnOnlyMatc
   if (!objValue.text().empty()) return;
 
   traceLine({"No value for question: ", strQuestionId});
-  if (attributeText(getPrtObjct(mapping_.objParkXml, strQuestionId), kType) == "hidden") {
+  if (attributeText(getPrtObjct(documents_.objParkXml, strQuestionId), kType) == "hidden") {
     addInternal("Hidden question value missing", strQuestionId, error_.columnId);
   } else {
     addUserForQuestion("Value missing", strQuestionId);
   }
 }
 
-}  // namespace
-
-Acknowledge mapError(const ErrorMapping& mapping, const SchemaValidationErr& error) {
-  trace(mapping.session, kProcedure,
+Acknowledge ErrorMapping::map(const SchemaValidationErr& error) {
+  trace(session_, kProcedure,
         {"Processing error: ", error.message, ", questionId: ", error.questionId,
          ", rowIndex: ", error.rowIndex, ", columnId: ", error.columnId});
-  trace(mapping.session, kProcedure, {"           xpath: ", error.xpath});
+  trace(session_, kProcedure, {"           xpath: ", error.xpath});
 
-  const std::size_t lngUserErrors = mapping.colUserErrors.size();
-  const std::size_t lngIntErrors = mapping.colIntErrors.size();
-  const ErrorCase errorCase(mapping, error);
+  const std::size_t lngRecords = colUserErrors_.size() + colIntErrors_.size();
+  const Case errorCase(*this, error);
   Acknowledge objAck = errorCase.map();
   if (!objAck.Success()) return objAck;
 
-  if (mapping.colUserErrors.size() == lngUserErrors &&
-      mapping.colIntErrors.size() == lngIntErrors) {
-    if (tracing(mapping.session)) {
-      trace(mapping.session, kProcedure,
-            {"Uncaught schema validation error: ", description(error)});
+  if (colUserErrors_.size() + colIntErrors_.size() == lngRecords) {
+    if (tracing(session_)) {
+      trace(session_, kProcedure, {"Uncaught schema validation error: ", description(error)});
     }
     errorCase.addOwnText();
   }

@@ -66,13 +66,11 @@ Acknowledge ProccessSchemaValidationErrors(
         objAck = setSelectionNamespaces(session, objReferenceXml);
         if (!objAck.Success()) return objAck;
 
-        QuestionPaths questionPaths(objQuestionsXml);
-        MandatoryByPath mandatoryByPath;
-        const ErrorMapping mapping{session,         objQuestionsXml,  objReferenceXml,
-                                   objParkXml,      objMessageXmlDom, questionPaths,
-                                   mandatoryByPath, *colUserErrors,   *colIntErrors};
+        ErrorMapping mapping(session,
+                             {objQuestionsXml, objReferenceXml, objParkXml, objMessageXmlDom},
+                             *colUserErrors, *colIntErrors);
         for (const SchemaValidationErr& error : colErrors) {
-          objAck = mapError(mapping, error);
+          objAck = mapping.map(error);
           if (!objAck.Success()) return objAck;
         }
         return objAck;

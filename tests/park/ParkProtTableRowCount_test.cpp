@@ -1,12 +1,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <chrono>
-
 #include "ParkTesting.h"
 #include "park/ParkProtTable.h"
-#include "platform/fault/FaultInjector.h"
 #include "support/Documents.h"
+#include "support/Faults.h"
 #include "support/Host.h"
 #include "support/Results.h"
 
@@ -20,13 +18,15 @@ using ::testing::IsEmpty;
 constexpr const char* kTable =
     "<prtobjct id=\"t\" type=\"dynatable\"><column id=\"a\"/></prtobjct>";
 
-/// Parks the table in a list and gives the list's text; fails the test when that takes more than a
-/// visit of every one of two thousand million rows could.
-std::string parkedAtOnce(const TestHost& host, std::string_view strTable) {
-  const Document objList = objectList(strTable);
-  const auto start = std::chrono::steady_clock::now();
+/// Parks the table in a list and gives the list's text; fails when that takes more reads of the
+/// form, or operations on documents, than a millionth of the rows that a count can name.
+std::string parkedInFewSteps(TestHost& host, std::string_view strTable) {
+  constexpr std::size_t kSteps = 2000;
+  CountedOperations operations(kSteps);
+  host.withFaults(operations);
+  const LimitedRequest request(host, kSteps);
+  const Document objList = objectList(strTable, {.faults = &operations});
   EXPECT_TRUE(Succeeded(ParkProtTable(host.session(), firstObject(objList))));
-  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1));
   return objList.xml();
 }
 
@@ -133,7 +133,7 @@ TEST(ParkProtTable, GivesTheSameForAHugeRowCountAsForThatOfTheFilledRows) {
                      {"t___timedimension_2", "d"},
                      {"t___to_3", "2012-01-31"},
                      {"t___timedimension_3", "d"}});
-      colResults.push_back(parkedAtOnce(host, strTable));
+      colResults.push_back(parkedInFewSteps(host, strTable));
       EXPECT_EQ(colResults.back(), colResults.front()) << strCount;
       EXPECT_THAT(host.traceLines(), IsEmpty());
     }
@@ -150,7 +150,7 @@ TEST(ParkProtTable, FindsTheFilledRowsOfAHugeTable) {
                  {"t___a_18446744073709551617", "beyond 64 bits"},
                  {"t___a_2", "two"},
                  {"t___a_1", "one"}});
-  EXPECT_EQ(parkedAtOnce(host, kTable),
+  EXPECT_EQ(parkedInFewSteps(host, kTable),
             objectListXml("<prtobjct id=\"t\" type=\"dynatable\">"
                           "<row id=\"1\"><column id=\"a\" value=\"one\"/></row>"
                           "<row id=\"2\"><column id=\"a\" value=\"two\"/></row>"
@@ -161,7 +161,7 @@ TEST(ParkProtTable, FindsTheFilledRowsOfAHugeTable) {
 TEST(ParkProtTable, PutsTheRowsInTheOrderOfTheirNumbersNotOfTheirNames) {
   TestHost host(
       {{"t_rowCount", "2147483647"}, {"t___a_10", "x"}, {"t___a_9", "y"}, {"t___a_100", "z"}});
-  EXPECT_EQ(parkedAtOnce(host, kTable),
+  EXPECT_EQ(parkedInFewSteps(host, kTable),
             objectListXml("<prtobjct id=\"t\" type=\"dynatable\">"
                           "<row id=\"9\"><column id=\"a\" value=\"y\"/></row>"
                           "<row id=\"10\"><column id=\"a\" value=\"x\"/></row>"
@@ -170,7 +170,8 @@ TEST(ParkProtTable, PutsTheRowsInTheOrderOfTheirNumbersNotOfTheirNames) {
 
 TEST(ParkProtTable, KeepsAHugeTableThatIsBlank) {
   TestHost host({{"t_rowCount", "2147483647"}});
-  EXPECT_EQ(parkedAtOnce(host, kTable), objectListXml("<prtobjct id=\"t\" type=\"dynatable\"/>"));
+  EXPECT_EQ(parkedInFewSteps(host, kTable),
+            objectListXml("<prtobjct id=\"t\" type=\"dynatable\"/>"));
 }
 
 TEST(ParkProtTable, FailsAtOnceWhereAFixedGridLacksAHugeRow) {
@@ -188,23 +189,11 @@ TEST(ParkProtTable, FailsAtOnceWhereAFixedGridLacksAHugeRow) {
                           "<column id=\"a\"/></prtobjct>"));
 }
 
-/// Counts the nodes that are made.
-class NodesMade : public FaultInjector {
- public:
-  Fault next(DomOperation operation) override {
-    const bool blnMakes =
-        operation == DomOperation::createElement || operation == DomOperation::cloneNode;
-    lngMade += blnMakes ? 1 : 0;
-    return Fault::none;
-  }
-  int lngMade = 0;
-};
-
 TEST(ParkProtTable, MakesNothingOfRowsThatAreNamedAndNotFilledIn) {
-  NodesMade nodes;
-  const DocumentSettings settings{.faults = &nodes};
+  CountedOperations operations(100'000);
+  const DocumentSettings settings{.faults = &operations};
   TestHost host({{"t_rowCount", "5000"}, {"t___a_5000", "x"}});
-  host.withFaults(nodes);
+  host.withFaults(operations);
   for (int lngRow = 1; lngRow < 5000; ++lngRow) {
     host.submit("t___other_" + std::to_string(lngRow), "x");  // no column of the table
     host.submit("t___a_" + std::to_string(lngRow), "");
@@ -212,7 +201,8 @@ TEST(ParkProtTable, MakesNothingOfRowsThatAreNamedAndNotFilledIn) {
   const Document objList = objectList(kTable, settings);
   EXPECT_TRUE(Succeeded(ParkProtTable(host.session(), firstObject(objList))));
   EXPECT_EQ(objList.selectNodes("//row")->length(), 1u);
-  EXPECT_LE(nodes.lngMade, 4) << "the first row's element, the last row's and its one cell";
+  EXPECT_LE(operations.of(DomOperation::createElement) + operations.of(DomOperation::cloneNode), 4u)
+      << "the first row's element, the last row's and its one cell";
 }
 
 }  // namespace

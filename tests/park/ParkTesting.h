@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -65,6 +66,22 @@ class Refusal : public Request {
   const ObjectContext* before_;
   ObjectContext context_;
   std::vector<std::string> colNames_;
+};
+
+/// From now until it ends, a host's request can be asked for this many fields, after which it
+/// raises `kNumber`.
+class LimitedRequest : public Refusal {
+ public:
+  LimitedRequest(TestHost& host, std::size_t lngFields) : Refusal(host, {}), lngLeft_(lngFields) {}
+
+  std::string formItem(std::string_view strName) const override {
+    if (lngLeft_ == 0) throw RuntimeError(kNumber, "too many fields");
+    --lngLeft_;
+    return Refusal::formItem(strName);
+  }
+
+ private:
+  mutable std::size_t lngLeft_;
 };
 
 }  // namespace Varnel_Tolv_XML_Creation::test

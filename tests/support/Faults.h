@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstddef>
+#include <map>
+
 #include "platform/fault/FaultInjector.h"
 
 namespace Varnel_Tolv_XML_Creation::test {
@@ -31,6 +34,29 @@ class FaultAt : public FaultInjector {
   int lngCall_;
   int lngCalls_ = 0;
   bool blnArmed_ = true;
+};
+
+/// Counts what is asked of documents. Beyond a limit everything fails, so that work which a test
+/// would have to wait for comes to an end.
+class CountedOperations : public FaultInjector {
+ public:
+  explicit CountedOperations(std::size_t lngLimit) : lngLimit_(lngLimit) {}
+
+  Fault next(DomOperation operation) override {
+    ++counts_[operation];
+    return ++lngAll_ > lngLimit_ ? Fault::error : Fault::none;
+  }
+
+  std::size_t all() const { return lngAll_; }
+  std::size_t of(DomOperation operation) const {
+    const auto found = counts_.find(operation);
+    return found == counts_.end() ? 0 : found->second;
+  }
+
+ private:
+  std::size_t lngLimit_;
+  std::size_t lngAll_ = 0;
+  std::map<DomOperation, std::size_t> counts_;
 };
 
 }  // namespace Varnel_Tolv_XML_Creation::test

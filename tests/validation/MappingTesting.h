@@ -45,6 +45,7 @@ class MappingStory {
   TestHost host;
   Session session = withNamespaces(host);
   std::string strQuestions, strReference = "<r/>", strPark;
+  DocumentSettings parkSettings;
   Document objMessage = message("");
   std::vector<SchemaValidationErr> colErrors;
   ValidationUserErrors colUserErrors;
@@ -81,7 +82,7 @@ class MappingStory {
 
   /// With the files that were written, or not.
   Acknowledge mapWithFiles() {
-    const Document objPark = parsed("<prtobjcts>" + strPark + "</prtobjcts>");
+    const Document objPark = parsed("<prtobjcts>" + strPark + "</prtobjcts>", parkSettings);
     return ProccessSchemaValidationErrors(session, colErrors, objMessage, questionsPath(),
                                           referencePath(), objPark, colIntErrors, colUserErrors);
   }

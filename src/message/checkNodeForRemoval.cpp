@@ -9,6 +9,7 @@
 #include "config/Utility.h"
 #include "platform/text/Conversions.h"
 #include "platform/text/Text.h"
+#include "result/RuntimeError.h"
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {
@@ -27,7 +28,10 @@ void removeFromParent(const Node& objNode) { required(objNode.parentNode().remov
 
 bool isMandatory(const Node& objReferenceNode) {
   const std::string strMandatory = attributeText(objReferenceNode, "mandatory");
-  return !isBlank(strMandatory) && toBoolean(strMandatory);
+  if (isBlank(strMandatory)) return false;
+  // deliberate: a number, a Boolean everywhere else, is none here.
+  if (isNumeric(strMandatory)) throw RuntimeError(kTypeMismatch);
+  return toBoolean(strMandatory);
 }
 
 bool isMandatoryForQuestion(const Node& objMessageNode, const Node& objReferenceNode,

@@ -12,7 +12,7 @@ namespace Varnel_Tolv_XML_Creation {
 // handler: run-time errors pass to the caller.
 
 /// The attribute `mandatory` of a reference element. False when it is missing or blank; run-time
-/// error 13 when it is no Boolean word.
+/// error 13 for any text but "true" and "false", in any case.
 bool isMandatory(const Node& objReferenceNode);
 
 /// `blnMandatory`, narrowed to the questions that the reference element lists in `questionIds`

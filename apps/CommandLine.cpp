@@ -28,9 +28,11 @@ void addOptions(CLI::App& build) {
   for (const OptionRow& row : optionTable()) {
     const std::string name = std::string("--") + row.name;
     CLI::Option* const option = row.kind == OptionKind::flag
-                                    ? build.add_flag(name, row.help)->take_last()
+                                    ? build.add_flag(name)
                                     : build.add_option(name)->expected(1)->type_size(1);
     option->description(row.help)->group(row.group);
+    // What is given twice is told below, in words that say what to do.
+    option->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
     if (row.kind != OptionKind::flag) option->type_name(row.placeholder);
   }
 }
@@ -38,8 +40,13 @@ void addOptions(CLI::App& build) {
 OptionValues givenOptions(const CLI::App& build) {
   OptionValues values;
   for (const OptionRow& row : optionTable()) {
-    const CLI::Option* const option = build.get_option(std::string("--") + row.name);
+    const std::string name = std::string("--") + row.name;
+    const CLI::Option* const option = build.get_option(name);
     if (option->count() == 0) continue;
+    if (option->count() > 1) {
+      throw CannotRun(name + ": given " + std::to_string(option->count()) +
+                      " times; leave all but one of them out");
+    }
     values[row.name] = row.kind == OptionKind::flag ? (option->as<bool>() ? "true" : "false")
                                                     : option->results().front();
   }

@@ -77,13 +77,33 @@ TEST_F(CommandLine, RefusesWhatItDoesNotKnow) {
       {"a word too many", {"build", "form.txt"}, "form.txt"},
       {"an empty word too many", {"build", "--submit", ""}, ""},
       {"a value that is missing", {"build", "--form"}, "--form"},
-      {"an option given twice", {"build", "--form", "a", "--form", "b"}, "--form"},
       {"a flag with a word that is no Boolean", {"build", "--submit=perhaps"}, "perhaps"},
       {"a line end in a word", {"build", "--a\nb"}, "--a b"},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.says);
     EXPECT_TRUE(CouldNotRun(run(c.words), c.reason));
+  }
+}
+
+TEST_F(CommandLine, TellsWhatToDoAboutAnOptionGivenTwice) {
+  const struct {
+    const char* says;
+    std::vector<std::string> words;
+    const char* reason;
+  } cases[] = {
+      {"a file", {"--form", "a", "--form", "b"}, "--form: given 2 times"},
+      {"the same both times", {"--now=x", "--now=x"}, "--now: given 2 times"},
+      {"the deployment", {"--deployment", "a", "--deployment", "b"}, "--deployment: given 2 times"},
+      {"an output", {"--trace", "-", "--submit", "--trace", "t"}, "--trace: given 2 times"},
+      {"no value", {"--template=", "--template=", "--template=x"}, "--template: given 3 times"},
+      {"a flag", {"--submit", "--submit=false"}, "--submit: given 2 times"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    std::vector<std::string> words = {"build"};
+    words.insert(words.end(), c.words.begin(), c.words.end());
+    EXPECT_TRUE(CouldNotRun(run(words), c.reason + std::string("; leave all but one of them out")));
   }
 }
 

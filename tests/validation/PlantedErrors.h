@@ -135,8 +135,6 @@ inline constexpr const char* kNoQuestionThere =
     "what is missing is told by the path of its parent, and no question has its path there";
 inline constexpr const char* kFirstRow =
     "once a child has ended, the identifiers of the first row are in force, whose cell is filled";
-inline constexpr const char* kNoLimit =
-    "the questions document knows no least length, which its keepers are told besides";
 inline constexpr const char* kWholeRow =
     "the text of a whole row names the row's last column, whichever is at fault";
 inline constexpr const char* kNoIdentifiers =
@@ -220,32 +218,6 @@ inline const std::vector<Shortfall>& shortfalls() {
        {tooLong, oneCharacter, noValueOfItsType},
        {"arrivaltime//"},
        kTwoAnswers},
-
-      {"/Parties/cnt:Owner/cnt:Address/cnt:Line1",
-       {},
-       {empty},
-       {"owneraddress//", "internal %p owneraddress//"},
-       kNoLimit},
-      {"/Parties/cnt:Owner/cnt:Address/cnt:Line2",
-       {},
-       {empty},
-       {"owneraddress//", "internal %p owneraddress//"},
-       kNoLimit},
-      {"/Parties/cnt:Owner/cnt:Address/cnt:Line3",
-       {},
-       {empty},
-       {"owneraddress//", "internal %p owneraddress//"},
-       kNoLimit},
-      {"/Parties/cnt:Owner/cnt:Address/cnt:Line4",
-       {},
-       {empty},
-       {"owneraddress//", "internal %p owneraddress//"},
-       kNoLimit},
-      {"/Record/pbr:Readings/pbr:Reading/pbr:Meter",
-       {},
-       {empty},
-       {"meters/%r/meter", "internal %p meters/%r/meter"},
-       kNoLimit},
   };
   return kShortfalls;
 }

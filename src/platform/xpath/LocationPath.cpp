@@ -22,7 +22,11 @@ bool isNameForBoth(std::string_view strName) {
   return xmlValidateNCName(xmlText(std::string(strName).c_str()), 0) == 0;
 }
 
-// Every parse function returns false for "not certainly this grammar"; the caller gives up then.
+// Recursive descent, a function for each rule of the grammar in the header. Whether an expression
+// is malformed, or means something else than it seems to, is never decided here: a function that
+// does not certainly have its rule before it returns false, all give up, and the library has the
+// word. So nothing is tried twice but the name of a function, which the name of an operand may turn
+// out to be. The time is linear in the expression, and kMaxNesting bounds the stack.
 class LocationPathCompiler {
  public:
   LocationPathCompiler(std::string_view strXPath, const SelectionNamespaces* namespaces)
@@ -94,6 +98,9 @@ class LocationPathCompiler {
     return blnParsed;
   }
 
+  /// One operand, or several joined by the same operator. Only then a condition stands above them,
+  /// made with the second operand: the first one, already in the list of conditions, becomes the
+  /// head of the list of what it combines.
   template <class ParseOperand>
   bool parseOperators(std::string_view strOperator, Condition::Kind kind, ConditionIndex& result,
                       const ParseOperand& parseOperand) {
@@ -230,6 +237,8 @@ class LocationPathCompiler {
     return static_cast<ConditionIndex>(path_.conditions.size() - 1);
   }
 
+  /// Links a condition to the end of a list that is known by its first and last. They are links by
+  /// index, as the vector of all conditions moves while it grows.
   void append(ConditionIndex& first, ConditionIndex& last, ConditionIndex added) {
     if (first == kNoCondition) {
       first = added;

@@ -1,8 +1,5 @@
 #pragma once
 
-#include <cstdint>
-#include <string_view>
-
 #include "Parts.h"
 
 namespace Varnel_Tolv_XML_Creation::fuzz {

@@ -1,7 +1,6 @@
 #include "config/getSchemaReference.h"
 
 #include "config/Attributes.h"
-#include "config/Names.h"
 #include "config/Utility.h"
 #include "result/Guarded.h"
 

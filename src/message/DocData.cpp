@@ -3,7 +3,6 @@
 #include <array>
 
 #include "config/Attributes.h"
-#include "config/Names.h"
 #include "config/Utility.h"
 #include "config/convertToXsdDate.h"
 #include "message/LateResult.h"

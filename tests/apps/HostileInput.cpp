@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <algorithm>
 #include <utility>
 
 #include "result/ServiceEnums.h"

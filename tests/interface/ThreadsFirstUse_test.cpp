@@ -5,7 +5,6 @@
 #include <atomic>
 #include <exception>
 #include <functional>
-#include <string>
 #include <thread>
 
 #include "interface/BuildXML.h"

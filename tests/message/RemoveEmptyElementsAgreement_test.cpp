@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 
 #include <memory>
-#include <optional>
 #include <random>
 #include <string>
 #include <vector>

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <new>
-#include <stdexcept>
 
 namespace Varnel_Tolv_XML_Creation::test {
 namespace {

@@ -2,8 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <algorithm>
-
 #include "validation/MappingTesting.h"
 
 namespace Varnel_Tolv_XML_Creation::test {

@@ -1,5 +1,7 @@
 #include "platform/host/Trace.h"
 
+#include <string>
+
 namespace Varnel_Tolv_XML_Creation {
 
 void DebugTrace(TraceSink* sink, std::string_view strMessage, std::string_view strSource,

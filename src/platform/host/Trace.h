@@ -1,7 +1,5 @@
 #pragma once
 
-#include <array>
-#include <string>
 #include <string_view>
 
 namespace Varnel_Tolv_XML_Creation {

@@ -2,8 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <optional>
-
 #include "support/Faults.h"
 #include "support/Messages.h"
 

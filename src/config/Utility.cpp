@@ -24,6 +24,12 @@ Acknowledge FailureInContext(const Session& session, std::string_view strProcedu
                  session.strDefaultUserMessage);
 }
 
+Acknowledge TracedFailure(const Session& session, std::string_view strProcedure,
+                          std::int32_t lngErrorCode, std::string_view strDetail) {
+  trace(session, strProcedure, {strDetail});
+  return Failure(lngErrorCode, strDetail, session.strDefaultUserMessage);
+}
+
 std::optional<std::vector<std::string>> splitText(const Session& session, std::string_view strText,
                                                   std::string_view strSeparator) {
   if (givesNothing(session.host.documentSettings.faults, DomOperation::split)) return std::nullopt;

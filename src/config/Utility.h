@@ -28,6 +28,10 @@ constexpr std::string_view traceWord(bool blnValue) { return blnValue ? "True" :
 Acknowledge FailureInContext(const Session& session, std::string_view strProcedure,
                              std::int32_t lngErrorCode, std::string_view strDetail);
 
+/// A failure of `strProcedure` whose detail is traced too; its user message is the default one.
+Acknowledge TracedFailure(const Session& session, std::string_view strProcedure,
+                          std::int32_t lngErrorCode, std::string_view strDetail);
+
 /// The pieces of a text between separators, see `split`; no list only where a test makes it fail.
 std::optional<std::vector<std::string>> splitText(const Session& session, std::string_view strText,
                                                   std::string_view strSeparator);

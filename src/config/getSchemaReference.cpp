@@ -9,32 +9,27 @@ namespace {
 
 constexpr std::string_view kProcedure = "getSchemaReference";
 
-Acknowledge tracedFailure(const Session& session, eReturnValues lngErrorCode,
-                          std::string_view strMessage) {
-  trace(session, kProcedure, {strMessage});
-  return Failure(lngErrorCode, strMessage, session.strDefaultUserMessage);
-}
-
 }  // namespace
 
 Acknowledge getSchemaReference(const Session& session, std::string_view strSchemaRefId,
                                std::string& strRef) {
   return Guarded(kProcedure, [&]() -> Acknowledge {
     if (strSchemaRefId.empty()) {
-      return tracedFailure(session, SVC_RET_XML_CREATION_SCHEMA_REF_ID_NOT_SUPPLIED,
+      return TracedFailure(session, kProcedure, SVC_RET_XML_CREATION_SCHEMA_REF_ID_NOT_SUPPLIED,
                            "The schema reference id was not supplied");
     }
     strRef.clear();
     if (!session.objNamespaceXML) {
-      return tracedFailure(
-          session, SVC_RET_XML_CREATION_SCHEMA_REFERENCE_XML_MISSING,
+      return TracedFailure(
+          session, kProcedure, SVC_RET_XML_CREATION_SCHEMA_REFERENCE_XML_MISSING,
           "The schema reference xml object is nothing. Context:" + std::string(kProcedure));
     }
     const std::string strId(strSchemaRefId);
     const Node objNamespace =
         session.objNamespaceXML.selectSingleNode("/namespaces/namespace[@id='" + strId + "']");
     if (!objNamespace) {
-      return tracedFailure(session, SVC_RET_XML_CREATION_SCHEMA_REFERENCE_XML_NODE_MISSING,
+      return TracedFailure(session, kProcedure,
+                           SVC_RET_XML_CREATION_SCHEMA_REFERENCE_XML_NODE_MISSING,
                            "The schema reference information for schema id=" + strId +
                                " could not be selected. Context:" + std::string(kProcedure));
     }

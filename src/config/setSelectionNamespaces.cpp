@@ -29,11 +29,9 @@ std::string declarations(const NodeList& colNamespaces) {
 Acknowledge setSelectionNamespaces(const Session& session, const Document& objXmlDoc) {
   return Guarded(kProcedure, [&]() -> Acknowledge {
     if (!session.objNamespaceXML) {
-      const std::string_view strMessage =
-          "The namespace xml is not available to select the namespace information.";
-      trace(session, kProcedure, {strMessage});
-      return Failure(SVC_RET_XML_CREATION_NAMESPACE_XML_MISSING, strMessage,
-                     session.strDefaultUserMessage);
+      return TracedFailure(
+          session, kProcedure, SVC_RET_XML_CREATION_NAMESPACE_XML_MISSING,
+          "The namespace xml is not available to select the namespace information.");
     }
     const std::optional<NodeList> colNamespaces = session.objNamespaceXML.selectNodes(kEntries);
     if (!colNamespaces) {
@@ -45,19 +43,13 @@ Acknowledge setSelectionNamespaces(const Session& session, const Document& objXm
     }
     const std::string strDeclarations = declarations(*colNamespaces);
     if (isBlank(strDeclarations)) {
-      const std::string_view strMessage =
-          "The namespace string could not be build from the namespace schemalist";
-      trace(session, kProcedure, {strMessage});
-      return Failure(SVC_RET_XML_CREATION_NAMESPACES_UNAVAILABLE, strMessage,
-                     session.strDefaultUserMessage);
+      return TracedFailure(session, kProcedure, SVC_RET_XML_CREATION_NAMESPACES_UNAVAILABLE,
+                           "The namespace string could not be build from the namespace schemalist");
     }
     objXmlDoc.setSelectionNamespaces(strDeclarations);
     if (objXmlDoc.selectionNamespaces() != strDeclarations) {
-      const std::string strMessage =
-          "The namespace information could not be set: " + strDeclarations;
-      trace(session, kProcedure, {strMessage});
-      return Failure(SVC_RET_XML_CREATION_UNABLE_TO_SET_NAMESPACES, strMessage,
-                     session.strDefaultUserMessage);
+      return TracedFailure(session, kProcedure, SVC_RET_XML_CREATION_UNABLE_TO_SET_NAMESPACES,
+                           "The namespace information could not be set: " + strDeclarations);
     }
     return {};
   });

@@ -30,10 +30,8 @@ Acknowledge removeIdentifiers(const Session& session, const Node& objXml,
     const std::optional<std::vector<std::string>> names =
         splitText(session, varAttributeList, strDelimiter);
     if (!names) {
-      const std::string_view strDetail = "the attributelist could not be converted to an array.";
-      trace(session, kProcedure, {strDetail});
-      return Failure(SVC_RET_XML_CREATION_ARRAYLIST_SPLIT_FAILED, strDetail,
-                     session.strDefaultUserMessage);
+      return TracedFailure(session, kProcedure, SVC_RET_XML_CREATION_ARRAYLIST_SPLIT_FAILED,
+                           "the attributelist could not be converted to an array.");
     }
     for (const Node& objElement : required(objXml.selectNodes(elementsWithAny(*names)))) {
       for (const std::string& strName : *names) objElement.removeAttribute(strName);

@@ -16,12 +16,6 @@ namespace {
 constexpr std::string_view kProcedure = "addHiddenFieldsToParkXML";
 constexpr std::string_view kMarkedFields = "//hiddenfield[@toschema='true']";
 
-Acknowledge tracedFailure(const Session& session, eReturnValues lngErrorCode,
-                          std::string_view strDetail) {
-  trace(session, kProcedure, {strDetail});
-  return Failure(lngErrorCode, strDetail, session.strDefaultUserMessage);
-}
-
 }  // namespace
 
 Acknowledge addHiddenFieldsToParkXML(const Session& session, const Node& objHiddenFldXML,
@@ -29,8 +23,8 @@ Acknowledge addHiddenFieldsToParkXML(const Session& session, const Node& objHidd
   return Guarded(kProcedure, [&]() -> Acknowledge {
     const std::optional<NodeList> colHiddenFields = objHiddenFldXML.selectNodes(kMarkedFields);
     if (!colHiddenFields) {
-      return tracedFailure(
-          session, SVC_RET_XML_CREATION_HIDDEN_FIELD_LIST_MISSING,
+      return TracedFailure(
+          session, kProcedure, SVC_RET_XML_CREATION_HIDDEN_FIELD_LIST_MISSING,
           "The hidden field list could not be selected. path=" + std::string(kMarkedFields));
     }
     for (const Node& objHiddenField : *colHiddenFields) {
@@ -39,7 +33,8 @@ Acknowledge addHiddenFieldsToParkXML(const Session& session, const Node& objHidd
 
       const Node objField = objParkingXML.createElement(kProtocolObject);
       if (!objField) {
-        return tracedFailure(session, SVC_RET_XML_CREATION_CREATE_PRTOBJCT_FOR_HDDN_FLD_FAILED,
+        return TracedFailure(session, kProcedure,
+                             SVC_RET_XML_CREATION_CREATE_PRTOBJCT_FOR_HDDN_FLD_FAILED,
                              "The prtobjct node could not be created for the hidden field");
       }
       std::string strValue;
@@ -55,7 +50,8 @@ Acknowledge addHiddenFieldsToParkXML(const Session& session, const Node& objHidd
       // deliberate: the second top-level node, whatever it is; the first is the XML declaration.
       const Node objRoot = required(objParkingXML.childNodes()).item(1);
       if (!objRoot.appendChild(objField)) {
-        return tracedFailure(session, SVC_RET_XML_CREATION_APPEND_PRTOBJCT_TO_PARK_XML_FAILED,
+        return TracedFailure(session, kProcedure,
+                             SVC_RET_XML_CREATION_APPEND_PRTOBJCT_TO_PARK_XML_FAILED,
                              "Unable to add the newly created prtobjct node to the parked XML");
       }
     }

@@ -21,20 +21,18 @@ struct LoadFailure {
 
 Acknowledge load(const Session& session, const Document& objXml, std::string_view strPath,
                  const LoadFailure& failure) {
-  const auto fail = [&](eReturnValues lngErrorCode, const std::string& strText) {
-    trace(session, kProcedure, {strText});
-    return Failure(lngErrorCode, strText, session.strDefaultUserMessage);
-  };
   const std::string strContext = "Context =" + std::string(kProcedure) + ", ";
   if (!objXml.load(strPath)) {
     // Behind the dash stands the description of a run-time error, of which there is none here.
-    return fail(failure.lngUnableToLoad,
-                strContext + std::string(failure.strLabel) + "=" + std::string(strPath) + " - ");
+    return TracedFailure(
+        session, kProcedure, failure.lngUnableToLoad,
+        strContext + std::string(failure.strLabel) + "=" + std::string(strPath) + " - ");
   }
   const ParseError& error = objXml.parseError();
   if (error.errorCode != 0) {
-    return fail(failure.lngParseError, strContext + std::to_string(error.errorCode) + " , , " +
-                                           std::to_string(error.line) + " , , " + error.reason);
+    return TracedFailure(session, kProcedure, failure.lngParseError,
+                         strContext + std::to_string(error.errorCode) + " , , " +
+                             std::to_string(error.line) + " , , " + error.reason);
   }
   return {};
 }

@@ -6,6 +6,7 @@
 #include "platform/text/Text.h"
 
 namespace Varnel_Tolv_XML_Creation {
+
 std::string convertToXsdDate(const Session& session, std::string_view strDataType,
                              std::string_view strValue) {
   const std::optional<DateTime> date = parseDate(strValue, session.host.dateOrder);
@@ -16,6 +17,13 @@ std::string convertToXsdDate(const Session& session, std::string_view strDataTyp
   // deliberate: the time of day in the input is dropped, midnight is written instead.
   if (strDataType == "time") strResult += "T00:00:00";
   return strResult;
+}
+
+std::string convertAnswer(const Session& session, std::string_view strDataType,
+                          std::string_view strAnswer) {
+  const std::string strTypeWord = toLower(strDataType);
+  const bool blnDate = strTypeWord == "date" || strTypeWord == "time";
+  return blnDate ? convertToXsdDate(session, strDataType, strAnswer) : std::string(strAnswer);
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -13,4 +13,9 @@ namespace Varnel_Tolv_XML_Creation {
 std::string convertToXsdDate(const Session& session, std::string_view strDataType,
                              std::string_view strValue);
 
+/// The same for an answer whose data type is "date" or "time" in any case; any other answer comes
+/// back unchanged.
+std::string convertAnswer(const Session& session, std::string_view strDataType,
+                          std::string_view strAnswer);
+
 }  // namespace Varnel_Tolv_XML_Creation

@@ -9,7 +9,6 @@
 #include "config/convertToXsdDate.h"
 #include "message/GetComplexTypeFromAction.h"
 #include "message/SetAttributesUpwards.h"
-#include "platform/text/Text.h"
 #include "result/Guarded.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -28,12 +27,8 @@ bool isFilledIn(const NodeList& colColumns) {
 void placeCell(const Session& session, const Node& objModel, const Node& objColumn,
                const std::string& strTableId, const std::string& strRowId) {
   const std::string strColumnId = attributeText(objColumn, kId);
-  std::string strValue = attributeText(objColumn, kValue);
-  const std::string strColumnType = attributeText(objColumn, "columntype");
-  const std::string strTypeWord = toLower(strColumnType);
-  if (!strValue.empty() && (strTypeWord == "date" || strTypeWord == "time")) {
-    strValue = convertToXsdDate(session, strColumnType, strValue);
-  }
+  const std::string strValue = convertAnswer(session, attributeText(objColumn, "columntype"),
+                                             attributeText(objColumn, kValue));
 
   const Node objPlaceholder = objModel.selectSingleNode("//value[@id='" + strColumnId + "']");
   if (objPlaceholder) {

@@ -70,15 +70,10 @@ class FieldPlacement {
 
 void FieldPlacement::readField() {
   strId_ = toLower(attributeText(prtobjct_, kId));
-  const std::string strType = attributeText(prtobjct_, kType);
   const bool blnDynamic = toBoolean(attributeText(prtobjct_, kDynamic));
   strLabel_ = attributeText(prtobjct_, kFieldLabel);
-  strValue_ = trim(attributeText(prtobjct_, kValue));
-
-  const std::string strTypeWord = toLower(strType);
-  if (!strValue_.empty() && (strTypeWord == "date" || strTypeWord == "time")) {
-    strValue_ = convertToXsdDate(session_, strType, strValue_);
-  }
+  strValue_ = convertAnswer(session_, attributeText(prtobjct_, kType),
+                            trim(attributeText(prtobjct_, kValue)));
   strMapperPath_ = blnDynamic ? "//message/messageitem[@id='" + attributeText(prtobjct_, "group") +
                                     "' and @type='group']"
                               : "//message/messageitem[@id='" + strId_ + "']";

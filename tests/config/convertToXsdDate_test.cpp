@@ -72,5 +72,25 @@ TEST(convertToXsdDate, WritesNoTrace) {
   EXPECT_THAT(host.traceLines(), IsEmpty());
 }
 
+TEST(convertAnswer, ConvertsWhatIsOfADateType) {
+  const struct {
+    const char *says, *type, *answer, *converted;
+  } cases[] = {
+      {"a date", "date", "5/3/2012", "2012-03-05"},
+      {"in any case", "DaTe", "5/3/2012", "2012-03-05"},
+      {"a time", "time", "5/3/2012", "2012-03-05T00:00:00"},
+      {"a time in another case is one without midnight", "Time", "5/3/2012", "2012-03-05"},
+      {"no date", "date", "soon", "soon"},
+      {"nothing", "date", "", ""},
+      {"a text", "text", "5/3/2012", "5/3/2012"},
+      {"no type", "", "5/3/2012", "5/3/2012"},
+  };
+  const TestHost host;
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    EXPECT_EQ(convertAnswer(host.session(), c.type, c.answer), c.converted);
+  }
+}
+
 }  // namespace
 }  // namespace Varnel_Tolv_XML_Creation::test

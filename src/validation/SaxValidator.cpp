@@ -10,8 +10,6 @@ namespace Varnel_Tolv_XML_Creation {
 namespace {
 
 constexpr std::string_view kProcedure = "SaxValidator";
-constexpr std::string_view kUndeclaredAttributePattern =
-    "The attribute '.*' on this element is not defined in the DTD/Schema.";
 
 struct KindPattern {
   RegularExpression pattern;
@@ -33,7 +31,8 @@ const std::array<KindPattern, 8>& kindPatterns() {
        kUndeclaredElement},
       {RegularExpression("Text is not allowed in this context according to DTD/Schema."),
        kTextNotAllowed},
-      {RegularExpression(kUndeclaredAttributePattern), kUndeclaredAttribute},
+      {RegularExpression("The attribute '.*' on this element is not defined in the DTD/Schema."),
+       kUndeclaredAttribute},
   }};
   return kPatterns;
 }
@@ -84,14 +83,7 @@ void SaxValidator::endElement(std::string_view /*strNamespaceURI*/,
 
 void SaxValidator::error(const SaxLocator& /*oLocator*/, std::string_view strErrorMessage,
                          std::int32_t /*nErrorCode*/) {
-  static const RegularExpression kUndeclared(kUndeclaredAttributePattern);
-  if (!kUndeclared.Test(strErrorMessage)) {
-    trace(session_, kProcedure,
-          {"error: ", strErrorMessage, ", questionId: ", questionId_.strInForce,
-           ", rowIndex: ", rowIndex_.strInForce, ", columnId: ", columnId_.strInForce});
-    trace(session_, kProcedure, {"xpath: ", strElementPath_});
-  }
-  addError(strErrorMessage);
+  addError(strErrorMessage, true);
 }
 
 void SaxValidator::fatalError(const SaxLocator& oLocator, std::string_view strErrorMessage,
@@ -102,17 +94,23 @@ void SaxValidator::fatalError(const SaxLocator& oLocator, std::string_view strEr
         {"fatalError: ", strErrorMessage, ", code ", std::to_string(nErrorCode), ", line ",
          std::to_string(oLocator.lineNumber), ", column ", std::to_string(oLocator.columnNumber)});
   }
-  addError(strErrorMessage);
+  addError(strErrorMessage, false);
 }
 
 void SaxValidator::ignorableWarning(const SaxLocator& /*oLocator*/,
                                     std::string_view strErrorMessage, std::int32_t /*nErrorCode*/) {
-  addError(strErrorMessage);
+  addError(strErrorMessage, false);
 }
 
-void SaxValidator::addError(std::string_view strErrorMessage) {
+void SaxValidator::addError(std::string_view strErrorMessage, bool blnTracePlace) {
   const Classification classification = classify(strErrorMessage);
   if (classification.kind == kUndeclaredAttribute) return;
+  if (blnTracePlace) {
+    trace(session_, kProcedure,
+          {"error: ", strErrorMessage, ", questionId: ", questionId_.strInForce,
+           ", rowIndex: ", rowIndex_.strInForce, ", columnId: ", columnId_.strInForce});
+    trace(session_, kProcedure, {"xpath: ", strElementPath_});
+  }
 
   SchemaValidationErr error;
   error.kind = classification.kind;

@@ -5,6 +5,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "config/Names.h"
 #include "config/Session.h"
 #include "platform/schema/ValidatingReader.h"
 #include "validation/SchemaValidationErr.h"
@@ -44,14 +45,15 @@ class SaxValidator : public SaxHandler {
     std::unordered_map<std::string, std::string> firstAtPath;
   };
 
-  void addError(std::string_view strErrorMessage);
+  /// Records what is not an undeclared attribute; the trace may tell of its place before.
+  void addError(std::string_view strErrorMessage, bool blnTracePlace);
 
   const Session& session_;
   std::string strElementPath_;
   std::string strLastElement_;
-  Identifier questionId_{"questionId", {}, {}};
-  Identifier rowIndex_{"rowIndex", {}, {}};
-  Identifier columnId_{"columnId", {}, {}};
+  Identifier questionId_{kQuestionId, {}, {}};
+  Identifier rowIndex_{kRowIndex, {}, {}};
+  Identifier columnId_{kColumnId, {}, {}};
   std::vector<SchemaValidationErr> errors_;
 };
 

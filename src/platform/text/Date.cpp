@@ -16,31 +16,23 @@ namespace {
 
 /// A group of one to four digits.
 struct Digits {
-  int value = 0;
-  std::size_t length = 0;
+  int lngValue = 0;
+  std::size_t lngLength = 0;
 };
 
-char lowerAscii(char letter) {
-  return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter + ('a' - 'A')) : letter;
-}
-
-bool startsWithWord(std::string_view strText, std::string_view strLowerWord) {
-  return strText.size() >= strLowerWord.size() &&
-         std::equal(strLowerWord.begin(), strLowerWord.end(), strText.begin(),
-                    [](char letter, char other) { return letter == lowerAscii(other); });
-}
+bool isLetter(char byte) { return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z'); }
 
 /// The digits at the front; none when there are none or more than `lngMost`.
 std::optional<Digits> takeDigits(std::string_view& strRest, std::size_t lngMost) {
   Digits digits;
-  while (digits.length < strRest.size() && strRest[digits.length] >= '0' &&
-         strRest[digits.length] <= '9') {
-    if (digits.length == lngMost) return std::nullopt;
-    digits.value = digits.value * 10 + (strRest[digits.length] - '0');
-    ++digits.length;
+  while (digits.lngLength < strRest.size() && strRest[digits.lngLength] >= '0' &&
+         strRest[digits.lngLength] <= '9') {
+    if (digits.lngLength == lngMost) return std::nullopt;
+    digits.lngValue = digits.lngValue * 10 + (strRest[digits.lngLength] - '0');
+    ++digits.lngLength;
   }
-  if (digits.length == 0) return std::nullopt;
-  strRest.remove_prefix(digits.length);
+  if (digits.lngLength == 0) return std::nullopt;
+  strRest.remove_prefix(digits.lngLength);
   return digits;
 }
 
@@ -59,19 +51,19 @@ char takeMark(std::string_view& strRest, std::string_view strMarks) {
   return mark;
 }
 
-bool isShort(const Digits& digits) { return digits.length <= 2; }
+bool isShort(const Digits& digits) { return digits.lngLength <= 2; }
 
 /// The day that three groups write; none when there is no such day.
 std::optional<DateTime> makeDay(const Digits& year, const Digits& month, const Digits& day) {
   if (!isShort(month) || !isShort(day)) return std::nullopt;
-  int lngYear = year.value;
+  int lngYear = year.lngValue;
   if (isShort(year)) lngYear += lngYear < 30 ? 2000 : 1900;
   if (lngYear < 100) return std::nullopt;
   const std::chrono::year_month_day calendarDay{
-      std::chrono::year(lngYear), std::chrono::month(static_cast<unsigned>(month.value)),
-      std::chrono::day(static_cast<unsigned>(day.value))};
+      std::chrono::year(lngYear), std::chrono::month(static_cast<unsigned>(month.lngValue)),
+      std::chrono::day(static_cast<unsigned>(day.lngValue))};
   if (!calendarDay.ok()) return std::nullopt;
-  return DateTime{.year = lngYear, .month = month.value, .day = day.value};
+  return DateTime{.year = lngYear, .month = month.lngValue, .day = day.lngValue};
 }
 
 std::optional<DateTime> makeDay(const std::array<Digits, 3>& groups, DateOrder order) {
@@ -119,18 +111,16 @@ std::optional<Digits> takeMonthName(std::string_view& strRest) {
       "july",    "august",   "september", "october", "november", "december"};
   constexpr std::size_t kShortName = 3;
 
-  std::size_t lngLetters = 0;
-  while (lngLetters < strRest.size() && lowerAscii(strRest[lngLetters]) >= 'a' &&
-         lowerAscii(strRest[lngLetters]) <= 'z') {
-    ++lngLetters;
-  }
+  const auto lngLetters = static_cast<std::size_t>(
+      std::find_if_not(strRest.begin(), strRest.end(), isLetter) - strRest.begin());
   const std::string_view strWord = strRest.substr(0, lngLetters);
   for (std::size_t lngMonth = 0; lngMonth < kMonths.size(); ++lngMonth) {
     const std::string_view strMonth = kMonths[lngMonth];
-    if ((lngLetters == strMonth.size() && startsWithWord(strWord, strMonth)) ||
-        (lngLetters == kShortName && startsWithWord(strWord, strMonth.substr(0, kShortName)))) {
+    if ((lngLetters == strMonth.size() && startsWithIgnoringCase(strWord, strMonth)) ||
+        (lngLetters == kShortName &&
+         startsWithIgnoringCase(strWord, strMonth.substr(0, kShortName)))) {
       strRest.remove_prefix(lngLetters);
-      return Digits{.value = static_cast<int>(lngMonth) + 1, .length = 2};
+      return Digits{.lngValue = static_cast<int>(lngMonth) + 1, .lngLength = 2};
     }
   }
   return std::nullopt;
@@ -165,8 +155,8 @@ enum class HalfDay { none, am, pm };
 HalfDay takeHalfDay(std::string_view& strRest) {
   std::string_view strMark = strRest;
   takeBlanks(strMark);
-  const bool blnAm = startsWithWord(strMark, "am");
-  if (!blnAm && !startsWithWord(strMark, "pm")) return HalfDay::none;
+  const bool blnAm = startsWithIgnoringCase(strMark, "am");
+  if (!blnAm && !startsWithIgnoringCase(strMark, "pm")) return HalfDay::none;
   strMark.remove_prefix(2);
   strRest = strMark;
   return blnAm ? HalfDay::am : HalfDay::pm;
@@ -191,14 +181,14 @@ std::optional<DateTime> takeTime(std::string_view& strRest, DateTime day) {
   for (int* part : {&day.minute, &day.second}) {
     if (takeMark(strRest, ":") == 0) break;
     const std::optional<Digits> digits = takeDigits(strRest, 2);
-    if (!digits || digits->value > 59) return std::nullopt;
-    *part = digits->value;
+    if (!digits || digits->lngValue > 59) return std::nullopt;
+    *part = digits->lngValue;
     blnMinutes = true;
   }
 
   const HalfDay halfDay = takeHalfDay(strRest);
   if (!blnMinutes && halfDay == HalfDay::none) return std::nullopt;
-  const std::optional<int> lngHour = hourOfDay(hour->value, halfDay);
+  const std::optional<int> lngHour = hourOfDay(hour->lngValue, halfDay);
   if (!lngHour) return std::nullopt;
   day.hour = *lngHour;
   return day;

@@ -73,6 +73,12 @@ std::string toLower(std::string_view strText) {
   return strLower;
 }
 
+bool startsWithIgnoringCase(std::string_view strText, std::string_view strLowerCaseStart) {
+  return strText.size() >= strLowerCaseStart.size() &&
+         std::equal(strLowerCaseStart.begin(), strLowerCaseStart.end(), strText.begin(),
+                    [](char wanted, char given) { return wanted == lowerCase(given); });
+}
+
 std::size_t characterCount(std::string_view strText) {
   std::size_t lngCount = 0;
   for (; !strText.empty(); ++lngCount) strText.remove_prefix(firstCharacter(strText).lngBytes);

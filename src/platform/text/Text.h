@@ -18,6 +18,9 @@ bool isBlank(std::string_view strText);
 /// Unicode's simple lower-case mapping, code point by code point, in no locale.
 std::string toLower(std::string_view strText);
 
+/// Whether a text begins with this, which is ASCII without capital letters, in any case.
+bool startsWithIgnoringCase(std::string_view strText, std::string_view strLowerCaseStart);
+
 /// The length in characters (code points); each byte that belongs to none counts as one.
 std::size_t characterCount(std::string_view strText);
 

@@ -28,15 +28,6 @@ class FileDescriptor {
   int descriptor_;
 };
 
-bool startsWithIgnoringCase(std::string_view strText, std::string_view strLowerCaseStart) {
-  const auto lower = [](char byte) {
-    return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
-  };
-  return strText.size() >= strLowerCaseStart.size() &&
-         std::equal(strLowerCaseStart.begin(), strLowerCaseStart.end(), strText.begin(),
-                    [&](char wanted, char given) { return wanted == lower(given); });
-}
-
 /// Reads to the end, or until there is one byte more than `lngMaxBytes`. False when reading fails.
 bool readBytes(int descriptor, std::size_t lngMaxBytes, std::size_t lngExpected,
                std::string& strBytes) {

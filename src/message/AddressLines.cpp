@@ -12,13 +12,13 @@ constexpr std::size_t kLines = 4;
 std::string tidyCommas(std::string_view strText) {
   std::string strTidy;
   for (std::size_t lngNext = 0; lngNext < strText.size();) {
-    const char chrNext = strText[lngNext++];
-    if (chrNext == ',') {
+    const char letter = strText[lngNext++];
+    if (letter == ',') {
       while (!strTidy.empty() && strTidy.back() == ' ') strTidy.pop_back();
       while (lngNext < strText.size() && strText[lngNext] == ' ') ++lngNext;
       if (!strTidy.empty() && strTidy.back() == ',') continue;
     }
-    strTidy += chrNext;
+    strTidy += letter;
   }
   return strTidy;
 }

@@ -15,7 +15,7 @@ constexpr std::string_view kProcedure = "buildXPath";
 
 /// What stands before the first ":" of a step, all of it without one. An empty step has no such
 /// piece: run-time error 9.
-std::string_view prefixOf(std::string_view strStep) {
+std::string_view schemaIdOf(std::string_view strStep) {
   if (strStep.empty()) throw RuntimeError(kSubscriptOutOfRange);
   return strStep.substr(0, strStep.find(':'));
 }
@@ -70,7 +70,7 @@ Acknowledge buildXPath(const Session& session, std::string_view strParentXPath,
 
       // deliberate: not checked here. An unknown prefix does not stop the element from being made,
       // but it is the result unless a later lookup succeeds.
-      objAck = getSchemaReference(session, prefixOf(strStep), strUri);
+      objAck = getSchemaReference(session, schemaIdOf(strStep), strUri);
       trace(session, kProcedure, {"arrSchema = Split(", strStep, ", ':')"});
       trace(session, kProcedure,
             {"Set objCurrentNode = objXmlDocument.createNode(NODE_ELEMENT,", strStep, ", ", strUri,

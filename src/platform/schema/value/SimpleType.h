@@ -58,6 +58,9 @@ enum class IdentifierKind : std::uint8_t { none, id, reference };
 
 /// A simple type definition: whether a text is one of its values, and which. Immutable: any number
 /// of threads may ask it. Checking takes time linear in the text, whatever the type's patterns.
+///
+/// What values there are is as XML Schema 1.0 has it, with these limits: years and the numbers of a
+/// duration have at most 15 digits; nothing is an ENTITY, since no message declares any.
 class SimpleType {
  public:
   enum class Variety : std::uint8_t { atomic, list, unionOf };
@@ -82,12 +85,17 @@ class SimpleType {
   Variety variety() const noexcept;
 
   /// Whether `strText` (as written, white space not yet normalised) is a value of the type. When it
-  /// is not and `faults` is given, `faults` tells everything that is wrong with it.
+  /// is not and `faults` is given, `faults` tells everything that is wrong with it. Raises
+  /// kXmlFailure for a pattern that takes too much memory to be checked; so do all that follow
+  /// where a union has to know its member.
   bool check(std::string_view strText, const PrefixLookup& lookup, ValueFaults* faults) const;
 
   /// What tells the value of a valid text from others: two texts have the same key exactly if they
   /// mean the same value of the same primitive type ("1.0" and "01" of xs:decimal and of xs:int).
   std::string valueKey(std::string_view strText, const PrefixLookup& lookup) const;
+
+  /// How the library tells the value of a valid text: in canonical form, a qualified name as it is.
+  std::string canonical(std::string_view strText, const PrefixLookup& lookup) const;
 
   /// The identifiers and references in a valid text, each one told.
   void identifiers(std::string_view strText, const PrefixLookup& lookup,
@@ -104,7 +112,7 @@ class SimpleType {
   std::string_view builtInName() const noexcept;
   const SimpleType* item() const noexcept;
   const std::vector<const SimpleType*>& members() const noexcept;
-  const std::vector<FacetDefinition>& facets() const noexcept;
+  const std::vector<FacetDefinition>& facets() const;
 
  private:
   struct Impl;

@@ -1,0 +1,251 @@
+#include "platform/schema/value/LexicalForms.h"
+
+#include <libxml/tree.h>
+
+#include <algorithm>
+#include <charconv>
+#include <cstdint>
+#include <limits>
+#include <system_error>
+
+#include "platform/xml/XmlCharacters.h"
+
+namespace Varnel_Tolv_XML_Creation {
+
+namespace {
+
+constexpr std::string_view kWhiteSpace = " \t\r\n";
+
+bool isSpace(char byte) noexcept {
+  return byte == ' ' || byte == '\t' || byte == '\r' || byte == '\n';
+}
+
+bool isDigit(char byte) noexcept { return byte >= '0' && byte <= '9'; }
+
+bool isLetter(char byte) noexcept {
+  return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z');
+}
+
+bool isHexDigit(char byte) noexcept {
+  return isDigit(byte) || (byte >= 'a' && byte <= 'f') || (byte >= 'A' && byte <= 'F');
+}
+
+/// Whether the library says 0, no fault, of a text that is not all ASCII.
+bool passes(int (*validate)(const xmlChar*, int), std::string_view strText) {
+  const std::string strTerminated(strText);
+  return validate(reinterpret_cast<const xmlChar*>(strTerminated.c_str()), 0) == 0;
+}
+
+bool areNameBytes(std::string_view strText) noexcept {
+  return std::all_of(strText.begin(), strText.end(),
+                     [](char byte) { return byte == ':' || isNameByte(byte); });
+}
+
+bool isAscii(std::string_view strText) noexcept {
+  return std::all_of(strText.begin(), strText.end(),
+                     [](char byte) { return static_cast<unsigned char>(byte) < 0x80; });
+}
+
+/// Takes the digits off the front: how many.
+std::size_t takeDigits(std::string_view& strRest) noexcept {
+  const auto end = std::find_if_not(strRest.begin(), strRest.end(), isDigit);
+  const auto lngDigits = static_cast<std::size_t>(end - strRest.begin());
+  strRest.remove_prefix(lngDigits);
+  return lngDigits;
+}
+
+/// Whether the number is an optional sign, digits with or without a point, and maybe an exponent.
+bool isFloatingPoint(std::string_view strText) noexcept {
+  const auto takeSign = [&] {
+    if (!strText.empty() && (strText[0] == '+' || strText[0] == '-')) strText.remove_prefix(1);
+  };
+  takeSign();
+  std::size_t lngDigits = takeDigits(strText);
+  if (!strText.empty() && strText[0] == '.') {
+    strText.remove_prefix(1);
+    lngDigits += takeDigits(strText);
+  }
+  if (lngDigits == 0) return false;
+  if (strText.empty()) return true;
+  if (strText[0] != 'e' && strText[0] != 'E') return false;
+  strText.remove_prefix(1);
+  takeSign();
+  return takeDigits(strText) > 0 && strText.empty();
+}
+
+/// Whether a number that does not fit is too large, not too small: by the power of ten of its first
+/// digit other than 0.
+bool isTooLarge(std::string_view strText) noexcept {
+  const std::size_t exponent = std::min(strText.find_first_of("eE"), strText.size());
+  const auto point = static_cast<std::int64_t>(std::min(strText.find('.'), exponent));
+  const auto first = static_cast<std::int64_t>(strText.find_first_of("123456789"));
+  if (exponent == strText.size()) return first < point;
+  strText.remove_prefix(exponent + 1);
+  if (strText[0] == '+') strText.remove_prefix(1);
+  std::int64_t lngPower = 0;
+  const auto read = std::from_chars(strText.data(), strText.data() + strText.size(), lngPower);
+  if (read.ec == std::errc::result_out_of_range) return strText[0] != '-';
+  return lngPower > first - point;
+}
+
+template <class Number>
+std::optional<double> parseNumber(std::string_view strText) noexcept {
+  constexpr Number kInfinity = std::numeric_limits<Number>::infinity();
+  if (strText == "INF") return kInfinity;
+  if (strText == "-INF") return -kInfinity;
+  if (strText == "NaN") return std::numeric_limits<Number>::quiet_NaN();
+  if (!isFloatingPoint(strText)) return std::nullopt;
+  const bool blnNegative = strText[0] == '-';
+  if (blnNegative || strText[0] == '+') strText.remove_prefix(1);
+  Number number = 0;
+  const auto [end, error] =
+      std::from_chars(strText.data(), strText.data() + strText.size(), number);
+  if (error == std::errc::result_out_of_range) number = isTooLarge(strText) ? kInfinity : 0;
+  if (number == 0) return 0;  // there is one zero
+  return blnNegative ? -number : number;
+}
+
+}  // namespace
+
+Normalised::Normalised(std::string_view strText, WhiteSpace whiteSpace) : strView_(strText) {
+  if (whiteSpace == WhiteSpace::preserve) return;
+  if (whiteSpace == WhiteSpace::collapse) {
+    while (!strView_.empty() && isSpace(strView_.front())) strView_.remove_prefix(1);
+    while (!strView_.empty() && isSpace(strView_.back())) strView_.remove_suffix(1);
+  }
+  // From the first place on that has to change the text is made anew.
+  bool blnAfterBlank = false;
+  std::size_t at = 0;
+  for (; at < strView_.size(); ++at) {
+    const bool blnSpace = isSpace(strView_[at]);
+    if (blnSpace && (strView_[at] != ' ' || (blnAfterBlank && whiteSpace == WhiteSpace::collapse)))
+      break;
+    blnAfterBlank = blnSpace;
+  }
+  if (at == strView_.size()) return;
+  strChanged_.reserve(strView_.size());
+  strChanged_ = strView_.substr(0, at);
+  for (; at < strView_.size(); ++at) {
+    const bool blnSpace = isSpace(strView_[at]);
+    if (!(blnSpace && blnAfterBlank && whiteSpace == WhiteSpace::collapse)) {
+      strChanged_ += blnSpace ? ' ' : strView_[at];
+    }
+    blnAfterBlank = blnSpace;
+  }
+  strView_ = strChanged_;
+}
+
+std::string_view takeItem(std::string_view& strList) noexcept {
+  strList.remove_prefix(std::min(strList.find_first_not_of(kWhiteSpace), strList.size()));
+  const std::string_view strItem = strList.substr(0, strList.find_first_of(kWhiteSpace));
+  strList.remove_prefix(strItem.size());
+  return strItem;
+}
+
+std::string shown(std::string_view strText) {
+  constexpr std::size_t kLongestShown = 100;
+  std::size_t end = std::min(strText.size(), kLongestShown);
+  while (end > 0 && end < strText.size() && (strText[end] & 0xC0) == 0x80) --end;
+  std::string strShown(strText.substr(0, end));
+  const auto isControl = [](char byte) { return static_cast<unsigned char>(byte) < 0x20; };
+  std::replace_if(strShown.begin(), strShown.end(), isControl, '?');
+  return strShown;
+}
+
+bool isName(std::string_view strText) {
+  if (strText.empty() || !areNameBytes(strText)) return false;
+  if (!isAscii(strText)) return passes(xmlValidateName, strText);
+  const char first = strText[0];
+  return isLetter(first) || first == '_' || first == ':';
+}
+
+bool isNmtoken(std::string_view strText) {
+  if (strText.empty() || !areNameBytes(strText)) return false;
+  return isAscii(strText) || passes(xmlValidateNMToken, strText);
+}
+
+bool isQName(std::string_view strText) {
+  const std::size_t colon = strText.find(':');
+  if (colon == std::string_view::npos) return isNCName(strText);
+  return isNCName(strText.substr(0, colon)) && isNCName(strText.substr(colon + 1));
+}
+
+bool isLanguage(std::string_view strText) noexcept {
+  std::size_t lngLength = 0;
+  bool blnFirst = true;
+  for (const char byte : strText) {
+    if (byte == '-') {
+      if (lngLength == 0) return false;
+      lngLength = 0;
+      blnFirst = false;
+    } else if (!(isLetter(byte) || (isDigit(byte) && !blnFirst)) || ++lngLength > 8) {
+      return false;
+    }
+  }
+  return lngLength > 0;
+}
+
+bool isAnyUri(std::string_view strText) noexcept {
+  // What escapes something must be whole, there is one fragment, and what looks like a scheme must
+  // be one.
+  for (std::size_t at = strText.find('%'); at != std::string_view::npos;
+       at = strText.find('%', at + 1)) {
+    if (at + 2 >= strText.size() || !isHexDigit(strText[at + 1]) || !isHexDigit(strText[at + 2])) {
+      return false;
+    }
+  }
+  const std::size_t hash = strText.find('#');
+  if (hash != std::string_view::npos && strText.find('#', hash + 1) != std::string_view::npos) {
+    return false;
+  }
+  const std::size_t end = strText.find_first_of(":/?#");
+  if (end == std::string_view::npos || strText[end] != ':') return true;
+  const std::string_view strScheme = strText.substr(0, end);
+  return !strScheme.empty() && isLetter(strScheme[0]) &&
+         std::all_of(strScheme.begin(), strScheme.end(), [](char byte) {
+           return isLetter(byte) || isDigit(byte) || byte == '+' || byte == '-' || byte == '.';
+         });
+}
+
+std::optional<std::size_t> hexOctets(std::string_view strText) noexcept {
+  if (strText.size() % 2 != 0 || !std::all_of(strText.begin(), strText.end(), isHexDigit)) {
+    return std::nullopt;
+  }
+  return strText.size() / 2;
+}
+
+std::optional<std::size_t> base64Octets(std::string_view strText) noexcept {
+  // Four letters stand for three octets. At the end "=" stands in place of letters without octets,
+  // and the letter before it has no bits to spare. Single blanks may stand between any two.
+  std::size_t lngLetters = 0;
+  std::size_t lngFilled = 0;
+  char last = 0;
+  for (const char byte : strText) {
+    if (byte == ' ') continue;
+    if (byte == '=') {
+      ++lngFilled;
+      continue;
+    }
+    if (lngFilled > 0 || !(isLetter(byte) || isDigit(byte) || byte == '+' || byte == '/')) {
+      return std::nullopt;
+    }
+    ++lngLetters;
+    last = byte;
+  }
+  if (lngFilled > 2 || (lngLetters + lngFilled) % 4 != 0) return std::nullopt;
+  constexpr std::string_view kTwoBitsFree = "AEIMQUYcgkosw048";
+  constexpr std::string_view kFourBitsFree = "AQgw";
+  if (lngFilled == 1 && kTwoBitsFree.find(last) == std::string_view::npos) return std::nullopt;
+  if (lngFilled == 2 && kFourBitsFree.find(last) == std::string_view::npos) return std::nullopt;
+  return (lngLetters + lngFilled) / 4 * 3 - lngFilled;
+}
+
+std::optional<double> parseFloat(std::string_view strText) noexcept {
+  return parseNumber<float>(strText);
+}
+
+std::optional<double> parseDouble(std::string_view strText) noexcept {
+  return parseNumber<double>(strText);
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

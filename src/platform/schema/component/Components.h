@@ -7,8 +7,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
-#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -71,6 +69,11 @@ struct TypeDefinition {
   std::vector<AttributeUse> attributes;       // in the order of the schema, inherited ones first
   std::optional<Wildcard> attributeWildcard;
 
+  std::vector<std::uint32_t> byName;  // the attributes' numbers, in the order of their names' ids
+
+  /// To be called when `attributes` is complete.
+  void indexAttributes();
+
   /// The use of an attribute, or null.
   const AttributeUse* attribute(NameId attributeName) const noexcept;
 };
@@ -114,38 +117,52 @@ struct ElementDeclaration {
   std::vector<const IdentityConstraint*> constraints;
 };
 
+/// What SchemaComponents consists of, open to those who read it. A deque never moves what it holds.
+struct ComponentStore {
+  NameTable names;
+  NameMap<const ElementDeclaration*> elementsByName;
+  NameMap<const AttributeDeclaration*> attributesByName;
+  NameMap<const TypeDefinition*> typesByName;
+  NameMap<char> declared;  // whether an element has the name, globally or inside a type
+  std::vector<const ElementDeclaration*> globalElements;
+  const TypeDefinition* anyType = nullptr;
+
+  std::deque<ElementDeclaration> elements;
+  std::deque<AttributeDeclaration> attributes;
+  std::deque<TypeDefinition> types;
+  std::deque<IdentityConstraint> constraints;
+  std::deque<std::unique_ptr<const SimpleType>> simpleTypes;  // those that are not built in
+};
+
 /// All components of one schema, those of imported namespaces included.
 class SchemaComponents {
  public:
-  const NameTable& names() const noexcept { return names_; }
+  explicit SchemaComponents(ComponentStore store) : store_(std::move(store)) {}
+
+  const NameTable& names() const noexcept { return store_.names; }
 
   /// Global components by name; null when there is none.
-  const ElementDeclaration* element(NameId name) const noexcept;
-  const AttributeDeclaration* attribute(NameId name) const noexcept;
-  const TypeDefinition* type(NameId name) const noexcept;  // the built-in types included
-  const TypeDefinition& anyType() const noexcept { return *anyType_; }
+  const ElementDeclaration* element(NameId name) const noexcept {
+    return store_.elementsByName.find(name);
+  }
+  const AttributeDeclaration* attribute(NameId name) const noexcept {
+    return store_.attributesByName.find(name);
+  }
+  const TypeDefinition* type(NameId name) const noexcept {  // the built-in types included
+    return store_.typesByName.find(name);
+  }
+  const TypeDefinition& anyType() const noexcept { return *store_.anyType; }
 
   /// Whether an element of this name is declared anywhere, globally or inside a type.
-  bool declaresElement(NameId name) const noexcept { return declared_.contains(name); }
+  bool declaresElement(NameId name) const noexcept { return store_.declared.find(name) != 0; }
 
   /// The global elements in the order of the schema.
-  const std::vector<const ElementDeclaration*>& elements() const noexcept { return elements_; }
+  const std::vector<const ElementDeclaration*>& elements() const noexcept {
+    return store_.globalElements;
+  }
 
  private:
-  friend class ComponentReader;
-  NameTable names_;
-  std::unordered_map<NameId, const ElementDeclaration*> elementsByName_;
-  std::unordered_map<NameId, const AttributeDeclaration*> attributesByName_;
-  std::unordered_map<NameId, const TypeDefinition*> typesByName_;
-  std::unordered_set<NameId> declared_;
-  std::vector<const ElementDeclaration*> elements_;
-  const TypeDefinition* anyType_ = nullptr;
-  // What owns them; a deque never moves what it holds.
-  std::deque<ElementDeclaration> ownedElements_;
-  std::deque<AttributeDeclaration> ownedAttributes_;
-  std::deque<TypeDefinition> ownedTypes_;
-  std::deque<IdentityConstraint> ownedConstraints_;
-  std::deque<std::unique_ptr<const SimpleType>> ownedSimpleTypes_;
+  ComponentStore store_;
 };
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <memory>
@@ -12,6 +14,7 @@
 namespace Varnel_Tolv_XML_Creation {
 
 struct ElementDeclaration;
+struct LeafList;
 
 /// What a wildcard for elements or attributes lets pass, and how that is then checked.
 struct Wildcard {
@@ -82,23 +85,53 @@ class ContentModel {
 class ContentCursor {
  public:
   explicit ContentCursor(const ContentModel& model);  // borrowed
-  ~ContentCursor();
-  ContentCursor(ContentCursor&&) noexcept;
-  ContentCursor& operator=(ContentCursor&&) noexcept;
 
-  /// Takes the next child if it may stand here. If not, nothing changes.
+  /// Takes the next child if it may stand here. If not, nothing changes. An abstract element is
+  /// taken where it is declared; that none may stand there is for the caller to tell.
   ContentMatch accept(NameId name, std::string_view strUri);
 
   /// Whether the element may end here.
-  bool complete() const;
+  bool complete() const noexcept;
 
   /// The elements that could stand here, in the order of the model, each once, the members of
   /// substitution groups behind their heads (an abstract head is none). Wildcards have no name.
   std::vector<const ElementDeclaration*> expected() const;
 
+  /// How many ways of attributing the children so far it keeps: what the next child costs.
+  std::size_t ways() const noexcept { return lngWays_; }
+
  private:
-  struct Impl;
-  std::unique_ptr<Impl> impl_;
+  // A step from a way: to a leaf, into the occurrence of a group (`turn`) that it is in already, or
+  // into a new one.
+  struct Step {
+    std::size_t lngFrom;  // the way
+    std::uint32_t leaf;
+    std::uint32_t turn;
+    bool blnNewOccurrence;
+  };
+  struct Steps;
+  using Word = std::uint64_t;
+  static constexpr std::size_t kWordsInside = 4;
+
+  // The words of a way: the leaf that took the last child (0: none yet), then the state of the
+  // path that leads there.
+  const Word* way(std::size_t lngWay) const noexcept;
+  Word* way(std::size_t lngWay) noexcept;
+  std::uint32_t plainStep(Word* way, LeafList list) const noexcept;
+  template <class Fits>
+  bool collect(LeafList list, const Fits& fits, Steps& steps) const;
+  void take(const Steps& steps);
+  void advance(Word* way, const Step& step) const noexcept;
+  void weighLast(std::size_t lngFirst);
+
+  const ContentModel::Impl* model_;
+  std::size_t lngStride_;  // words of a way
+  std::size_t lngWays_ = 1;
+  bool blnLost_ = false;
+  std::array<Word, kWordsInside> inside_ = {};  // a single way that fits
+  std::vector<Word> outside_;                   // all others
+  std::vector<Word> next_;                      // kept for their memory, as `steps_`
+  std::vector<Step> steps_;
 };
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -1,0 +1,26 @@
+#include "platform/schema/component/Components.h"
+
+#include <algorithm>
+#include <numeric>
+
+namespace Varnel_Tolv_XML_Creation {
+
+const AttributeUse* TypeDefinition::attribute(NameId attributeName) const noexcept {
+  const auto found = std::lower_bound(byName.begin(), byName.end(), attributeName,
+                                      [this](std::uint32_t use, NameId wanted) {
+                                        return attributes[use].declaration->name < wanted;
+                                      });
+  if (found == byName.end() || attributes[*found].declaration->name != attributeName)
+    return nullptr;
+  return &attributes[*found];
+}
+
+void TypeDefinition::indexAttributes() {
+  byName.resize(attributes.size());
+  std::iota(byName.begin(), byName.end(), 0U);
+  std::sort(byName.begin(), byName.end(), [this](std::uint32_t left, std::uint32_t right) {
+    return attributes[left].declaration->name < attributes[right].declaration->name;
+  });
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

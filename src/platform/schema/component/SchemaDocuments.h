@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <deque>
 #include <string>
 #include <string_view>
@@ -12,13 +13,23 @@ namespace Varnel_Tolv_XML_Creation {
 /// A schema document in the part that it plays. One without a target namespace that is included by
 /// documents of several namespaces plays several parts: the tree is then shared.
 struct SchemaDocument {
+  /// An include, redefine or import, and the document that it leads to.
+  struct Reference {
+    const xmlNode* element = nullptr;
+    std::size_t lngDocument = 0;
+  };
+
   std::string strPath;  // for messages
   const xmlDoc* document = nullptr;
   std::string strTargetNamespace;  // its own, or that of the document which includes it
   bool blnAdopted = false;         // the latter: references without a namespace mean it as well
+  /// In the order of the document. Left out are imports of a namespace of which no document could
+  /// be had, and those of one that another import has led to already.
+  std::vector<Reference> references;
 };
 
-/// A schema document and all that it includes, redefines and imports, each file read once.
+/// A schema document and all that it includes, redefines and imports, each file read once. The
+/// trees have no document type: its entities are expanded, its attribute defaults applied.
 struct SchemaDocuments {
   std::deque<OwnedXmlDoc> trees;
   std::vector<SchemaDocument> documents;  // the first is the one that was asked for

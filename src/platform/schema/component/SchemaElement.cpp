@@ -1,0 +1,158 @@
+#include "platform/schema/component/SchemaElement.h"
+
+#include <algorithm>
+
+#include "platform/schema/component/Components.h"
+#include "platform/xml/XmlCharacters.h"
+#include "result/RuntimeError.h"
+
+namespace Varnel_Tolv_XML_Creation {
+
+namespace {
+
+constexpr std::string_view kXmlUri = "http://www.w3.org/XML/1998/namespace";
+constexpr const char* kWhiteSpace = " \t\r\n";
+
+/// The first of these siblings that is of the namespace of `near`: nearly always the very same
+/// declaration of it.
+const xmlNode* schemaElementFrom(const xmlNode* node, const xmlNs* near) noexcept {
+  const auto isNear = [near](const xmlNs* ns) {
+    return ns == near || (ns && view(ns->href) == kSchemaUri);
+  };
+  while (node && !(isElement(node) && isNear(node->ns))) node = node->next;
+  return node;
+}
+
+bool equal(const xmlChar* text, std::string_view strText) noexcept {
+  for (const char one : strText) {
+    if (*text++ != static_cast<xmlChar>(one)) return false;
+  }
+  return *text == 0;
+}
+
+}  // namespace
+
+bool SchemaElement::is(std::string_view strKind) const noexcept {
+  return equal(node_->name, strKind);
+}
+
+bool SchemaElement::isOneOf(std::initializer_list<std::string_view> kinds) const noexcept {
+  return std::any_of(kinds.begin(), kinds.end(),
+                     [this](std::string_view strKind) { return is(strKind); });
+}
+
+SchemaElement SchemaElement::child() const noexcept {
+  return {schemaElementFrom(node_->children, node_->ns), *definition_};
+}
+
+SchemaElement SchemaElement::next() const noexcept {
+  return {schemaElementFrom(node_->next, node_->ns), *definition_};
+}
+
+SchemaElement SchemaElement::child(std::initializer_list<std::string_view> kinds) const noexcept {
+  SchemaElement found = child();
+  while (found && !found.isOneOf(kinds)) found = found.next();
+  return found;
+}
+
+const xmlAttr* SchemaElement::find(std::string_view strName) const noexcept {
+  const xmlAttr* attribute = node_->properties;
+  while (attribute && (attribute->ns || !equal(attribute->name, strName))) {
+    attribute = attribute->next;
+  }
+  return attribute;
+}
+
+bool SchemaElement::has(std::string_view strName) const noexcept { return find(strName); }
+
+std::string_view SchemaElement::attribute(std::string_view strName) const noexcept {
+  // Entities are expanded, so that a value is one text.
+  const xmlAttr* attribute = find(strName);
+  return attribute && attribute->children ? view(attribute->children->content) : std::string_view();
+}
+
+std::string_view SchemaElement::token(std::string_view strName) const noexcept {
+  std::string_view strValue = attribute(strName);
+  strValue.remove_suffix(strValue.size() - (strValue.find_last_not_of(kWhiteSpace) + 1));
+  strValue.remove_prefix(std::min(strValue.find_first_not_of(kWhiteSpace), strValue.size()));
+  return strValue;
+}
+
+std::vector<std::string_view> SchemaElement::tokens(std::string_view strName) const {
+  const std::string_view strValue = attribute(strName);
+  std::vector<std::string_view> tokens;
+  std::size_t end = 0;
+  for (;;) {
+    const std::size_t start = strValue.find_first_not_of(kWhiteSpace, end);
+    if (start == std::string_view::npos) return tokens;
+    end = std::min(strValue.find_first_of(kWhiteSpace, start), strValue.size());
+    tokens.push_back(strValue.substr(start, end - start));
+  }
+}
+
+bool SchemaElement::flag(std::string_view strName) const {
+  const std::string_view strValue = token(strName);
+  return strValue == "true" || strValue == "1";
+}
+
+unsigned SchemaElement::derivations(std::string_view strName, unsigned otherwise,
+                                    unsigned meant) const {
+  if (!has(strName)) return otherwise & meant;
+  unsigned derivations = 0;
+  for (const std::string_view strToken : tokens(strName)) {
+    if (strToken == "#all") derivations = ~0u;
+    if (strToken == "extension") derivations |= kByExtension;
+    if (strToken == "restriction") derivations |= kByRestriction;
+    if (strToken == "substitution") derivations |= kBySubstitution;
+    if (strToken == "list") derivations |= kByList;
+    if (strToken == "union") derivations |= kByUnion;
+  }
+  return derivations & meant;
+}
+
+std::string SchemaElement::Name::text() const {
+  return ExpandedName{std::string(strUri), std::string(strLocal)}.text();
+}
+
+SchemaElement::Name SchemaElement::expand(std::string_view strName) const {
+  const std::string_view strPrefix = prefixOf(strName);
+  const std::optional<std::string_view> strUri = namespaceOf(strPrefix);
+  if (!strUri) refuse(*this, "The prefix of '" + std::string(strName) + "' is not declared.");
+  // A document without a target namespace speaks of that of whoever includes it.
+  const SchemaDocument& document = *part().document;
+  const bool blnAdopting = strPrefix.empty() && strUri->empty() && document.blnAdopted;
+  return {blnAdopting ? std::string_view(document.strTargetNamespace) : *strUri,
+          withoutPrefix(strName)};
+}
+
+std::optional<std::string_view> SchemaElement::namespaceOf(
+    std::string_view strPrefix) const noexcept {
+  for (const xmlNode* node = node_; node && isElement(node); node = node->parent) {
+    for (const xmlNs* declared = node->nsDef; declared; declared = declared->next) {
+      if (view(declared->prefix) == strPrefix) return view(declared->href);
+    }
+  }
+  if (strPrefix.empty()) return std::string_view();
+  if (strPrefix == "xml") return kXmlUri;
+  return std::nullopt;
+}
+
+PrefixLookup SchemaElement::prefixes() const {
+  return [here = *this](std::string_view strPrefix) { return here.namespaceOf(strPrefix); };
+}
+
+void refuse(const SchemaElement& at, std::string_view strReason) {
+  std::string strDescription = "The schema";
+  if (at) strDescription += " '" + at.part().document->strPath + "'";
+  strDescription.append(" cannot be used: ").append(strReason);
+  const auto isControl = [](char byte) { return static_cast<unsigned char>(byte) < 0x20; };
+  std::replace_if(strDescription.begin(), strDescription.end(), isControl, ' ');
+  throw RuntimeError(kXmlFailure, strDescription);
+}
+
+void Allowance::spend(std::size_t lngMore, const SchemaElement& at) {
+  lngSpent_ += lngMore;
+  if (lngSpent_ > kMost) refuse(at, "Written out, it comes to more than a million parts.");
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

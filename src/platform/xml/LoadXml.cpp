@@ -31,8 +31,11 @@ constexpr std::ptrdiff_t kMaxEntityTags = 2048;
 constexpr int kMaxAttributes = 512;
 constexpr const char* kTooManyAttributes = "An element has more than 512 attributes.";
 
-/// How much text entities may add to the attributes of an input, and parameter entities to its
-/// document type.
+// What an attribute or a namespace that a document type adds costs beside its text.
+constexpr std::size_t kDefaultBytes = 64;
+
+/// How much text entities and defaults may add to the attributes of an input, and parameter
+/// entities to its document type.
 std::size_t expansionLimit(std::size_t lngInput) {
   return std::max(std::size_t{1} << 20, 10 * lngInput);
 }
@@ -83,6 +86,8 @@ struct LoadRun {
   std::size_t parameterEntityBytes = 0;
   std::size_t maxExpandedBytes = 0;  // of either
   bool blnDocumentTypeAllowed = true;
+  AttributeDefaults defaults = AttributeDefaults::forgotten;
+  int declaredAttributes = 0;
 };
 
 LoadRun& runOf(void* context) {
@@ -121,6 +126,33 @@ void stop(xmlParserCtxt* parser, const char* reason) {
   xmlStopParser(parser);
 }
 
+/// What an entity holds is put into the tree only when it has been read. So the library does not
+/// find the namespaces that are declared around it: it leaves its elements and attributes without,
+/// and declares the prefix of an element as nothing.
+void restoreNamespaces(xmlNode* element, const xmlChar* prefix, const xmlChar* uri,
+                       int attributeCount, const xmlChar** attributes) {
+  const auto declared = [&](const xmlChar* ownPrefix, const xmlChar* ownUri) {
+    if (xmlNs* ns = xmlSearchNs(element->doc, element, ownPrefix)) return ns;
+    for (xmlNs* ns = element->nsDef; ns; ns = ns->next) {
+      if (view(ns->prefix) != view(ownPrefix) || ns->href) continue;
+      ns->href = xmlStrdup(ownUri);
+      return ns;
+    }
+    return xmlNewNs(element, ownUri, ownPrefix);
+  };
+  if (uri && !element->ns) element->ns = declared(prefix, uri);
+  constexpr std::ptrdiff_t kFields = 5;
+  for (int at = 0; at < attributeCount; ++at) {
+    const xmlChar* const* from = attributes + kFields * at;
+    if (!from[2]) continue;
+    xmlAttr* attribute = element->properties;
+    while (attribute && (attribute->ns || view(attribute->name) != view(from[0]))) {
+      attribute = attribute->next;
+    }
+    if (attribute) attribute->ns = declared(from[1], from[2]);
+  }
+}
+
 void onStartElement(void* context, const xmlChar* name, const xmlChar* prefix, const xmlChar* uri,
                     int namespaceCount, const xmlChar** namespaces, int attributeCount,
                     int defaultedCount, const xmlChar** attributes) {
@@ -135,11 +167,23 @@ void onStartElement(void* context, const xmlChar* name, const xmlChar* prefix, c
     const xmlChar* const* attribute = attributes + kFields * at;
     run.attributeBytes += static_cast<std::size_t>(attribute[4] - attribute[3]);
   }
-  if (run.attributeBytes > run.maxExpandedBytes) {
-    return refuseTag("The entities make the attributes too large.");
+  if (run.defaults == AttributeDefaults::applied) {
+    run.attributeBytes += kDefaultBytes * static_cast<std::size_t>(defaultedCount + namespaceCount);
+    for (int at = 0; at < namespaceCount; ++at) {  // a prefix and a URI each
+      run.attributeBytes += view(namespaces[2 * at + 1]).size();
+    }
   }
+  if (run.attributeBytes > run.maxExpandedBytes) {
+    return refuseTag("The document type makes the attributes too large.");
+  }
+  // It would leave out what is said to be there by default.
+  if (run.defaults == AttributeDefaults::applied) defaultedCount = 0;
   xmlSAX2StartElementNs(context, name, prefix, uri, namespaceCount, namespaces, attributeCount,
                         defaultedCount, attributes);
+  auto* parser = static_cast<xmlParserCtxt*>(context);
+  if (parser->depth > 0 && parser->node) {
+    restoreNamespaces(parser->node, prefix, uri, attributeCount - defaultedCount, attributes);
+  }
 }
 
 void onEndElement(void* context, const xmlChar* name, const xmlChar* prefix, const xmlChar* uri) {
@@ -189,13 +233,23 @@ xmlEntity* onParameterEntity(void* context, const xmlChar* name) {
   return nullptr;
 }
 
-/// Called between the document type and the root. Attribute defaults are forgotten, not applied: a
-/// long one, repeated by every element, would make gigabytes of a small input. The DTD that the
-/// document type may name is not read.
+/// Where attribute defaults are applied, the library compares those of a tag with one another.
+void onAttributeDeclaration(void* context, const xmlChar* element, const xmlChar* name, int type,
+                            int presence, const xmlChar* value, xmlEnumeration* values) {
+  xmlSAX2AttributeDecl(context, element, name, type, presence, value, values);
+  LoadRun& run = runOf(context);
+  if (run.defaults == AttributeDefaults::forgotten || ++run.declaredAttributes <= kMaxAttributes) {
+    return;
+  }
+  stop(static_cast<xmlParserCtxt*>(context), "The document type declares too many attributes.");
+}
+
+/// Called between the document type and the root. Unless they were asked for, attribute defaults
+/// are forgotten. The DTD that the document type may name is not read.
 void onDocumentTypeRead(void* context, const xmlChar* /*name*/, const xmlChar* /*publicId*/,
                         const xmlChar* /*systemId*/) {
   auto* parser = static_cast<xmlParserCtxt*>(context);
-  if (!parser->attsDefault) return;
+  if (runOf(context).defaults == AttributeDefaults::applied || !parser->attsDefault) return;
   xmlHashFree(parser->attsDefault, xmlHashDefaultDeallocator);
   parser->attsDefault = nullptr;
 }
@@ -211,6 +265,7 @@ OwnedXmlParser newParser(LoadRun& run) {
   sax.endElementNs = onEndElement;
   sax.internalSubset = onDocumentType;
   sax.entityDecl = onEntityDeclaration;
+  sax.attributeDecl = onAttributeDeclaration;
   sax.getParameterEntity = onParameterEntity;
   sax.unparsedEntityDecl = nullptr;
   sax.externalSubset = onDocumentTypeRead;
@@ -289,7 +344,7 @@ std::string parserReason(const char* message) {
   return oneLine(message ? message : "The text could not be parsed.");
 }
 
-LoadedXml loadXml(std::string_view strBytes, XmlEncoding encoding) {
+LoadedXml loadXml(std::string_view strBytes, XmlEncoding encoding, AttributeDefaults defaults) {
   if (strBytes.empty()) return {nullptr, {XML_ERR_DOCUMENT_EMPTY, 0, "Document is empty"}};
   if (strBytes.size() > INT_MAX) return {nullptr, tooLarge(INT_MAX)};
 
@@ -299,6 +354,7 @@ LoadedXml loadXml(std::string_view strBytes, XmlEncoding encoding) {
   LoadRun run;
   run.maxExpandedBytes = expansionLimit(strBytes.size());
   run.blnDocumentTypeAllowed = seen.blnDocumentType;
+  run.defaults = defaults;
   const MemoryWatch memory;
   const OwnedXmlParser parser = newParser(run);
   int options = XML_PARSE_NODICT | XML_PARSE_NONET | XML_PARSE_NOENT | XML_PARSE_NOERROR |

@@ -5,6 +5,8 @@
 
 #include <mutex>
 
+#include "platform/xml/ServedDocuments.h"
+
 namespace Varnel_Tolv_XML_Creation {
 
 void prepareXmlLibrary() {
@@ -14,6 +16,7 @@ void prepareXmlLibrary() {
   std::call_once(blnPrepared, [] {
     xmlInitParser();
     xmlSchemaInitTypes();
+    ServedDocuments::prepareLoader();
   });
 }
 

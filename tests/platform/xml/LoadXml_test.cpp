@@ -196,6 +196,16 @@ TEST(LoadXml, ExpandsInternalEntities) {
             "<r a=\"in &amp; out\">in &amp; out<m>1</m>&lt;</r>");
 }
 
+TEST(LoadXml, KeepsTheNamespacesOfWhatEntitiesHold) {
+  const Document objDocument = loaded(
+      "<!DOCTYPE p:r [<!ENTITY e \"<p:m p:a='1' q:a='2'/><m><p:n xmlns:p='urn:q'/></m>\">]>"
+      "<p:r xmlns:p='urn:p' xmlns='urn:none' xmlns:q='urn:q'>&e;&e;</p:r>");
+  objDocument.setSelectionNamespaces("xmlns:p='urn:p' xmlns:n='urn:none' xmlns:q='urn:q'");
+  EXPECT_EQ(objDocument.documentElement().selectNodes("/p:r/p:m[@p:a='1'][@q:a='2']")->length(),
+            2U);
+  EXPECT_EQ(objDocument.documentElement().selectNodes("/p:r/n:m/q:n")->length(), 2U);
+}
+
 TEST(LoadXml, ReadsNothingOutsideTheDocument) {
   const TemporaryFolder folder;
   const std::string strSecret = folder.write("secret.txt", "secret");

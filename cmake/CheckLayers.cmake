@@ -6,14 +6,16 @@ endif()
 
 # The arrows: what quoted includes of a folder may begin with. The first folder that fits counts.
 set(layers src/result src/platform/text src/platform/fault src/platform/xml src/platform/xpath
-  src/platform/dom src/platform/schema src/platform/host src/config src/park src/message
-  src/validation src/interface)
+  src/platform/dom src/platform/schema/value src/platform/schema/component src/platform/schema
+  src/platform/host src/config src/park src/message src/validation src/interface)
 set(src/result          "^result/")
 set(src/platform/text   "^(result|platform/text)/")
 set(src/platform/fault  "^(result|platform/(text|fault))/")
 set(src/platform/xml    "^(result|platform/(text|xml))/")
 set(src/platform/xpath  "^(result|platform/(text|xml|xpath))/")
 set(src/platform/dom    "^(result|platform/(text|fault|xml|xpath|dom))/")
+set(src/platform/schema/value     "^(result|platform/(text|xml|schema/value))/")
+set(src/platform/schema/component "^(result|platform/(text|xml|schema/(value|component)))/")
 set(src/platform/schema "^(result|platform/(text|fault|xml|schema))/")
 set(src/platform/host   "^(result|platform/(text|dom|host))/")
 set(src/config          "^(result|platform|config)/")

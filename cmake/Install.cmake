@@ -26,6 +26,10 @@ install(FILES
   "${CMAKE_CURRENT_BINARY_DIR}/VarnelXmlCreationConfigVersion.cmake"
   DESTINATION "${package_dir}")
 
+# The library holds schemas of the W3C, whose notice goes with every copy.
+install(FILES "${CMAKE_CURRENT_LIST_DIR}/../src/platform/schema/w3c/LICENSE"
+  DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/VarnelXmlCreation" RENAME LICENSE.W3C)
+
 if(TARGET varnel-xml)
   file(RELATIVE_PATH library_dir "/${CMAKE_INSTALL_BINDIR}" "/${CMAKE_INSTALL_LIBDIR}")
   set_target_properties(varnel-xml PROPERTIES INSTALL_RPATH "$ORIGIN/${library_dir}")

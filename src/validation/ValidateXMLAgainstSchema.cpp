@@ -87,6 +87,7 @@ Acknowledge ValidateXMLAgainstSchema(const Session& session, const Document& obj
         const std::string strSchemaPath =
             objContext->server->MapPath("../" + std::string(strSchemaUrl));
         SchemaCollection colSchemas(session.host.documentSettings.faults);
+        colSchemas.catalog(session.host.strSchemaCatalog);
         colSchemas.add(strSchemaUri, strSchemaPath);
 
         const std::unique_ptr<ValidatingReader> objSaxXmlReader =

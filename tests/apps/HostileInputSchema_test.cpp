@@ -25,7 +25,19 @@ class HostileInputSchema : public HostileInput {
     return "../" + outside_.path().filename().string() + "/" + strName;
   }
 
+  /// What the schema refers to in the imported namespace was not found.
+  static void expectNothingImported(const Outcome& outcome) {
+    EXPECT_EQ(outcome.run.status, 0) << outcome.run.err;
+    EXPECT_EQ(outcome.run.out, kSuccessJson);
+    EXPECT_THAT(outcome.strTrace, HasSubstr("'{urn:o}o' does not resolve to"));
+    EXPECT_THAT(outcome.strTrace, ::testing::Not(HasSubstr("End ValidateXMLAgainstSchema")));
+  }
+
   const std::string strHonest_ = read("card.xsd");
+  // What refers to the imported namespace.
+  const std::string strUse_ =
+      "<xs:element name='use'><xs:complexType><xs:sequence><xs:element ref='o:o' xmlns:o='urn:o'/>"
+      "</xs:sequence></xs:complexType></xs:element>";
 };
 
 TEST_F(HostileInputSchema, GoesToNoOtherMachine) {
@@ -34,24 +46,34 @@ TEST_F(HostileInputSchema, GoesToNoOtherMachine) {
         "ftp://127.0.0.1:9/o.xsd", "http:o.xsd", "file://127.0.0.1/o.xsd",
         "//127.0.0.1/share/o.xsd", "//127.0.0.1", "urn:o", "data:text/xml,o"}) {
     for (const std::string& strReference :
-         {import(location), "<xs:include schemaLocation='" + std::string(location) + "'/>",
+         {"<xs:include schemaLocation='" + std::string(location) + "'/>",
           "<xs:redefine schemaLocation='" + std::string(location) + "'/>"}) {
       SCOPED_TRACE(strReference);
       refer(strReference);
       expectNoVerdict(submit(), directory_.at("card.xsd"),
                       "It refers to '" + std::string(location) + "', which is no file.)");
     }
+    SCOPED_TRACE(location);
+    refer(import(location));  // of which nothing is needed
+    expectSent(submit());
+    refer(import(location) + strUse_);
+    expectNothingImported(submit());
   }
 }
 
 TEST_F(HostileInputSchema, TakesNoTextForALocationThatIsNone) {
-  for (const char* location : {"\\\\127.0.0.1\\share\\o.xsd", "..\\..\\o.xsd",
-                               " http://127.0.0.1:9/o.xsd ", "%zz", "http://[", "a b.xsd"}) {
+  for (const char* location :
+       {"\\\\127.0.0.1\\share\\o.xsd", "..\\..\\o.xsd", "%zz", "http://[", "a b.xsd"}) {
     SCOPED_TRACE(location);
-    refer(import(location));
+    refer("<xs:include schemaLocation='" + std::string(location) + "'/>");
     expectNoVerdict(submit(), directory_.at("card.xsd"),
                     "It refers to '" + std::string(location) + "', which is no location.)");
+    refer(import(location));
+    expectSent(submit());
   }
+  refer("<xs:include schemaLocation=' http://127.0.0.1:9/o.xsd '/>");
+  expectNoVerdict(submit(), directory_.at("card.xsd"),
+                  "It refers to ' http://127.0.0.1:9/o.xsd ', which is no file.)");
 }
 
 TEST_F(HostileInputSchema, LooksForNothingByItsNamespace) {
@@ -67,12 +89,19 @@ TEST_F(HostileInputSchema, CannotMoveItsBase) {
   expectNoVerdict(submit(), directory_.at("card.xsd"), "It has an xml:base.)");
 }
 
-TEST_F(HostileInputSchema, HasNoDocumentType) {
-  for (const char* type : {"<!DOCTYPE d>", "<!DOCTYPE d SYSTEM 'http://127.0.0.1:9/e.dtd'>",
-                           "<!DOCTYPE d [<!ENTITY e SYSTEM 'secret.txt'>]>"}) {
-    SCOPED_TRACE(type);
-    write("card.xsd", type + strHonest_);
-    expectNoVerdict(submit(), directory_.at("card.xsd"), "It has a document type declaration.)");
+TEST_F(HostileInputSchema, ReadsNothingForItsDocumentType) {
+  const std::string strUse = "<xs:annotation><xs:appinfo>&e;</xs:appinfo></xs:annotation>";
+  for (const std::string& strType :
+       {std::string("<!DOCTYPE d>"), std::string("<!DOCTYPE d SYSTEM 'http://127.0.0.1:9/e.dtd'>"),
+        "<!DOCTYPE d SYSTEM '" + secret("secret.dtd") + "'>",
+        "<!DOCTYPE d [<!ENTITY e SYSTEM '" + secret("secret.txt") + "'>]>",
+        std::string("<!DOCTYPE d [<!ENTITY e SYSTEM '/etc/passwd'>]>")}) {
+    SCOPED_TRACE(strType);
+    write("card.xsd", strType + strHonest_);
+    expectSent(submit());  // it needs nothing of that
+    refer(strUse);
+    write("card.xsd", strType + read("card.xsd"));
+    expectNoVerdict(submit(), directory_.at("card.xsd"), "Entity 'e' not defined)");
   }
 }
 
@@ -95,7 +124,6 @@ TEST_F(HostileInputSchema, TellsNothingOfAnotherFileThatItRefersTo) {
       {"secret.txt", "Start tag expected, '<' not found"},
       {"secret.dtd", ""},
       {"secret.xml", "It is not an XML Schema.)"},
-      {"missing.xsd", "The system cannot locate the object specified.)"},
   };
   for (const auto& c : cases) {
     for (const std::string& strLocation : {upAndOut(c.file), "file://" + secret(c.file)}) {
@@ -120,12 +148,12 @@ TEST_F(HostileInputSchema, MayReferInACircleButNotWithoutEnd) {
           strInclude + "chain" + std::to_string(lngAt + 1) + ".xsd'/></xs:schema>");
   }
   refer("<xs:include schemaLocation='chain0.xsd'/>");
-  expectNoVerdict(submit(), directory_.at("chain999.xsd"), "It is one document too many.)");
+  expectNoVerdict(submit(), directory_.at("chain998.xsd"), "It is one document too many.)");
 }
 
-TEST_F(HostileInputSchema, IsNotReplacedThroughACatalog) {
+TEST_F(HostileInputSchema, IsNotReplacedThroughACatalogOfTheMachine) {
   const std::string strOutside = outside_.path().string() + "/";
-  write("catalog.xml",
+  write("elsewhere.xml",
         "<catalog xmlns='urn:oasis:names:tc:entity:xmlns:xml:catalog'>"
         "<rewriteURI uriStartString='' rewritePrefix='" +
             strOutside +
@@ -138,11 +166,43 @@ TEST_F(HostileInputSchema, IsNotReplacedThroughACatalog) {
             "'/>"
             "<system systemId='" +
             directory_.at("secret.xsd") + "' uri='" + secret("secret.xsd") + "'/></catalog>");
-  const ProgramStreams streams{.variables = {"XML_CATALOG_FILES=" + directory_.at("catalog.xml")}};
+  const ProgramStreams streams{
+      .variables = {"XML_CATALOG_FILES=" + directory_.at("elsewhere.xml")}};
   expectSent(submit({}, streams));
-  refer(import("secret.xsd"));
+  refer("<xs:include schemaLocation='secret.xsd'/>");
   expectNoVerdict(submit({}, streams), directory_.at("secret.xsd"),
                   "The system cannot locate the object specified.)");
+  refer(import("secret.xsd") + strUse_);
+  expectNothingImported(submit({}, streams));
+}
+
+// The deployment's own catalog may lead anywhere on the machine, as its schemas may, but no
+// further.
+TEST_F(HostileInputSchema, FindsWhatItImportsThroughTheDeploymentsCatalog) {
+  const auto catalog = [&](const std::string& strUri) {
+    write("catalog.xml",
+          "<catalog xmlns='urn:oasis:names:tc:entity:xmlns:xml:catalog'><uri name='urn:o' uri='" +
+              strUri + "'/></catalog>");
+  };
+  write("o.xsd",
+        "<xs:schema xmlns:xs='http://www.w3.org/2001/XMLSchema' targetNamespace='urn:o'>"
+        "<xs:element name='o'/></xs:schema>");
+  refer(import("http://127.0.0.1:9/o.xsd") + strUse_);
+  catalog("o.xsd");
+  expectSent(submit());
+  catalog("http://127.0.0.1:9/o.xsd");
+  expectNothingImported(submit());
+  // The schema may stand elsewhere: it is the deployment's all the same.
+  std::filesystem::create_directories(directory_.path() / "schemas");
+  std::filesystem::copy(directory_.at("card.xsd"), directory_.at("schemas/card.xsd"));
+  std::filesystem::copy(directory_.at("short.xsd"), directory_.at("schemas/short.xsd"));
+  catalog("o.xsd");
+  expectSent(submit({"--schema-url", "schemas/card.xsd"}));
+  write("catalog.xml", "<catalog>");
+  const Outcome outcome = submit();
+  EXPECT_EQ(outcome.run.out, kSuccessJson);
+  EXPECT_THAT(outcome.strTrace, HasSubstr("(-2147467259, The catalog '"));
+  EXPECT_THAT(outcome.strTrace, HasSubstr("catalog.xml' cannot be read: "));
 }
 
 TEST_F(HostileInputSchema, IsNotNamedByTheMessage) {

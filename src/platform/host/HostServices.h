@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "platform/dom/Document.h"
 #include "platform/host/Clock.h"
 #include "platform/host/Trace.h"
@@ -16,6 +18,10 @@ struct HostServices {
   TraceSink* traceSink = nullptr;                // null: no trace line is composed
   DateOrder dateOrder = DateOrder::dayMonthYear;
   DocumentSettings documentSettings = {};  // of every document that the library creates
+
+  /// The OASIS XML catalog file in which a schema's imports are looked up whose own files do not
+  /// exist; empty: none. A catalog.xml in the folder of the schema is asked behind it in any case.
+  std::string strSchemaCatalog = {};
 };
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -3,10 +3,11 @@
 #include <libxml/SAX2.h>
 
 #include <climits>
-#include <deque>
+#include <forward_list>
 #include <new>
 #include <utility>
 
+#include "platform/xml/LoadXml.h"
 #include "platform/xml/ReadXmlFile.h"
 #include "platform/xml/XmlCharacters.h"
 #include "platform/xml/XmlLibrary.h"
@@ -24,34 +25,21 @@ class TagAttributes : public SaxAttributes {
 
   std::optional<std::string_view> getValueFromName(std::string_view strNamespaceURI,
                                                    std::string_view strLocalName) const override {
-    const std::optional<std::string_view> strRaw = tag_.findRaw(strNamespaceURI, strLocalName);
-    constexpr std::string_view kAmpersand = "&#38;";
-    if (!strRaw || strRaw->find(kAmpersand) == std::string_view::npos) return strRaw;
-    std::string& strValue = decoded_.emplace_back();
-    std::string_view strRest = *strRaw;
-    for (std::size_t at = 0; (at = strRest.find(kAmpersand)) != std::string_view::npos;) {
-      strValue.append(strRest.substr(0, at)).append("&");
-      strRest.remove_prefix(at + kAmpersand.size());
+    for (std::size_t index = 0; index < tag_.attributeCount; ++index) {
+      const xmlChar** parts = tag_.attribute(index);
+      if (view(parts[0]) != strLocalName || view(parts[2]) != strNamespaceURI) continue;
+      std::string strDecoded;
+      const std::string_view strValue = tag_.value(index, strDecoded);
+      if (strDecoded.empty()) return strValue;
+      return decoded_.emplace_front(std::move(strDecoded));
     }
-    strValue += strRest;
-    return strValue;
+    return std::nullopt;
   }
 
  private:
   const StartTag& tag_;
-  mutable std::deque<std::string> decoded_;
+  mutable std::forward_list<std::string> decoded_;  // mostly there is none
 };
-
-std::string oneLine(const char* message) {
-  std::string strMessage(message ? message : "The text could not be parsed.");
-  while (!strMessage.empty() && isXmlWhiteSpace(strMessage.substr(strMessage.size() - 1))) {
-    strMessage.pop_back();
-  }
-  for (char& byte : strMessage) {
-    if (static_cast<unsigned char>(byte) < 0x20) byte = ' ';
-  }
-  return strMessage;
-}
 
 /// How much of the text the parser is given at once: the library refuses to look ten million bytes
 /// ahead, which is what it believes to do in a long text that it holds as a whole. A piece ends
@@ -67,13 +55,6 @@ std::size_t pieceOf(std::string_view strText) {
     if (!blnInside && last != ']' && last != '\r') return piece;
   }
   return kPiece;
-}
-
-std::string writtenName(const xmlChar* local, const xmlChar* prefix) {
-  StartTag tag;
-  tag.local = local;
-  tag.prefix = prefix;
-  return tag.qualifiedName();
 }
 
 }  // namespace
@@ -98,20 +79,28 @@ struct SaxReading::Callbacks {
 
   static void start(void* context, const xmlChar* local, const xmlChar* prefix, const xmlChar* uri,
                     int namespaceCount, const xmlChar** namespaces, int attributeCount,
-                    int defaultedCount, const xmlChar** attributes) {
-    guarded(of(context), [&] {
-      of(context).onStart({local, prefix, uri, namespaceCount, namespaces, attributeCount,
-                           defaultedCount, attributes});
+                    int /*defaultedCount*/, const xmlChar** attributes) {
+    SaxReading& reading = of(context);
+    guarded(reading, [&] {
+      if (reading.open_.empty()) reading.openNames(uri);
+      StartTag tag;
+      tag.name = &reading.names_->of(local, prefix, uri);
+      tag.namespaceCount = static_cast<std::size_t>(namespaceCount);
+      tag.namespaces = namespaces;
+      tag.attributeCount = static_cast<std::size_t>(attributeCount);
+      tag.attributes = attributes;
+      reading.onStart(tag);
     });
   }
 
-  static void end(void* context, const xmlChar* local, const xmlChar* prefix, const xmlChar* uri) {
-    guarded(of(context), [&] { of(context).onEnd(local, prefix, uri); });
+  static void end(void* context, const xmlChar* /*local*/, const xmlChar* /*prefix*/,
+                  const xmlChar* /*uri*/) {
+    guarded(of(context), [&] { of(context).onEnd(); });
   }
 
   static void text(void* context, const xmlChar* text, int length) {
     SaxReading& reading = of(context);
-    if (!reading.shadow_) return;
+    if (!reading.validator_) return;
     guarded(reading, [&] {
       reading.strText_.append(reinterpret_cast<const char*>(text),
                               static_cast<std::size_t>(length));
@@ -133,7 +122,7 @@ struct SaxReading::Callbacks {
     if (reading.blnStopped_ || reading.fault_ || report->level < XML_ERR_ERROR) return;
     if (report->code == XML_WAR_NS_URI) return;  // a namespace's name may be any text
     try {
-      reading.refuse(report->code, oneLine(report->message), report->line, report->int2);
+      reading.refuse(report->code, parserReason(report->message), report->line, report->int2);
     } catch (...) {
       reading.exception_ = std::current_exception();
     }
@@ -155,10 +144,6 @@ SaxReading::SaxReading(const Settings& settings) : settings_(settings) {
   sax.cdataBlock = Callbacks::text;
   sax.internalSubset = Callbacks::documentType;
   sax.serror = Callbacks::report;
-  if (settings_.schemas && !settings_.schemas->schemas.empty()) {
-    shadow_.emplace(*settings_.schemas,
-                    [this](const SchemaReport& report) { onViolation(report); });
-  }
 }
 
 std::optional<RuntimeError> SaxReading::read(std::string_view strText) {
@@ -194,37 +179,50 @@ void SaxReading::parse(std::string_view strText) {
   if (mayGoOn()) xmlParseChunk(parser_.get(), nullptr, 0, 1);
   if (!exception_) memory.check();
   if (mayGoOn() && (parser_->disableSAX || !parser_->wellFormed)) {
-    refuse(XML_ERR_INTERNAL_ERROR, oneLine(nullptr), here().lineNumber, here().columnNumber);
+    refuse(XML_ERR_INTERNAL_ERROR, parserReason(nullptr), here().lineNumber, here().columnNumber);
   }
 }
 
 void SaxReading::onStart(const StartTag& tag) {
-  if (++depth_ > kMaxDepth) {
+  if (open_.size() == static_cast<std::size_t>(kMaxDepth)) {
     const SaxLocator& at = here();
     return refuse(XML_ERR_INTERNAL_ERROR, kTooDeep, at.lineNumber, at.columnNumber);
   }
+  open_.push_back(tag.name);
   flushText();
   if (blnStopped_) return;
-  if (shadow_) shadow_->start(tag);
+  if (validator_) validator_->start(tag);
   if (blnStopped_ || !settings_.contentHandler) return;
   here();
-  settings_.contentHandler->startElement(view(tag.uri), view(tag.local), tag.qualifiedName(),
+  settings_.contentHandler->startElement(tag.name->strUri, tag.name->strLocal, tag.name->strWritten,
                                          TagAttributes(tag));
 }
 
-void SaxReading::onEnd(const xmlChar* local, const xmlChar* prefix, const xmlChar* uri) {
-  --depth_;
+/// Made at the root, whose namespace decides which schema a message is checked against.
+void SaxReading::openNames(const xmlChar* rootUri) {
+  const SchemaComponents* components =
+      settings_.schemas ? settings_.schemas->schemaFor(view(rootUri)) : nullptr;
+  names_.emplace(components ? &components->names() : nullptr);
+  if (!components) return;
+  validator_.emplace(*components, *names_,
+                     [this](const SchemaReport& report) { onViolation(report); });
+}
+
+void SaxReading::onEnd() {
   flushText();
   if (blnStopped_) return;
-  if (shadow_) shadow_->end(local, uri);
-  if (blnStopped_ || !settings_.contentHandler) return;
+  if (validator_) validator_->end();
+  if (blnStopped_) return;
+  const MessageName& name = *open_.back();
+  open_.pop_back();
+  if (!settings_.contentHandler) return;
   here();
-  settings_.contentHandler->endElement(view(uri), view(local), writtenName(local, prefix));
+  settings_.contentHandler->endElement(name.strUri, name.strLocal, name.strWritten);
 }
 
 void SaxReading::flushText() {
   if (strText_.empty()) return;
-  shadow_->text(strText_);
+  validator_->text(strText_);
   strText_.clear();
 }
 

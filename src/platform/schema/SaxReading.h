@@ -3,20 +3,21 @@
 #include <libxml/parser.h>
 
 #include <exception>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
-#include "platform/schema/CompiledSchema.h"
-#include "platform/schema/ShadowModel.h"
+#include "platform/schema/ExhaustiveValidator.h"
+#include "platform/schema/SchemaCollectionImpl.h"
 #include "platform/schema/ValidatingReader.h"
+#include "platform/xml/OwnedXml.h"
 #include "result/RuntimeError.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
-/// One reading of one text: the parser's events go to the shadow of the schema first, which joins
-/// every run of text to one, and then to the handlers.
+/// One reading of one text: the parser's events go to the validator first, every run of text in one
+/// piece, and then to the handlers.
 class SaxReading {
  public:
   struct Settings {
@@ -33,16 +34,11 @@ class SaxReading {
 
  private:
   struct Callbacks;
-  struct FreeParser {
-    void operator()(xmlParserCtxt* parser) const noexcept {
-      xmlFreeDoc(parser->myDoc);
-      xmlFreeParserCtxt(parser);
-    }
-  };
 
   void parse(std::string_view strText);
   void onStart(const StartTag& tag);
-  void onEnd(const xmlChar* local, const xmlChar* prefix, const xmlChar* uri);
+  void openNames(const xmlChar* rootUri);
+  void onEnd();
   void onViolation(const SchemaReport& report);
   void flushText();
   void refuse(int code, std::string_view strReason, int line, int column);
@@ -51,11 +47,12 @@ class SaxReading {
   std::optional<RuntimeError> outcome();
 
   Settings settings_;
-  std::unique_ptr<xmlParserCtxt, FreeParser> parser_;  // the names in the shadow are its own
-  std::optional<ShadowModel> shadow_;
+  OwnedXmlParser parser_;  // the names in the validator are its own
+  std::optional<MessageNames> names_;
+  std::optional<ExhaustiveValidator> validator_;
   SaxLocator locator_;
-  std::string strText_;  // the run that is being read
-  int depth_ = 0;
+  std::string strText_;                   // the run that is being read
+  std::vector<const MessageName*> open_;  // the names of the open elements
   bool blnStopped_ = false;
   std::optional<RuntimeError> fault_;  // why the text is refused
   std::exception_ptr exception_;

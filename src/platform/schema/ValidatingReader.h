@@ -16,8 +16,7 @@ class FaultInjector;
 // reports every violation, in document order, before the content handler hears of the event that
 // carries it: what is wrong with a start tag (an element that is not expected here, its attributes)
 // before `startElement`, what is wrong with a text or an end tag (a bad value, missing children)
-// before `endElement`. One missing element does not hide what follows it, within fixed limits of
-// work and save inside elements and types of imported namespaces that only the document names.
+// before `endElement`. No violation hides another that follows it.
 
 /// Schemas by their target namespace.
 class SchemaCollection {
@@ -27,16 +26,22 @@ class SchemaCollection {
   SchemaCollection(SchemaCollection&&) noexcept;
   SchemaCollection& operator=(SchemaCollection&&) noexcept;
 
+  /// The OASIS XML catalog file in which schemas that are added from now on look up what they
+  /// import; none when empty. A catalog.xml in the folder of a schema is asked behind it.
+  void catalog(std::string_view strPath);
+
   /// Registers the schema file at `strPath` under its target namespace. Includes and imports are
-  /// files, relative to the schema's; nothing is read over the network. Raises kXmlFailure for a
-  /// file that is missing, is no schema, refers to one that cannot be had, or has another target
-  /// namespace.
+  /// files, relative to the schema's; nothing is read over the network. An import whose file does
+  /// not exist, or that names none, is looked up in the catalogs, and then among the schemas of the
+  /// W3C that the library holds: xml.xsd, xlink.xsd and xmldsig-core-schema.xsd. Raises kXmlFailure
+  /// for a file that is missing, is no schema, includes one that cannot be had, refers to something
+  /// in a namespace that was not found, or has another target namespace; and for a catalog that
+  /// cannot be read.
   void add(std::string_view strNamespaceUri, std::string_view strPath);
 
  private:
   friend class ValidatingReader;
   friend class SaxReading;
-  friend class ShadowModel;
   struct Impl;
   std::unique_ptr<Impl> impl_;
 };

@@ -7,13 +7,13 @@
 #include <filesystem>
 #include <map>
 #include <memory>
-#include <random>
 #include <set>
 #include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "Items.h"
 #include "SchemaTesting.h"
 
 // What the tests share that compare the reader with another validator.
@@ -22,62 +22,9 @@ namespace Varnel_Tolv_XML_Creation {
 
 inline constexpr const char* kProgram = "/usr/bin/SAX2Count";  // Debian: libxerces-c-samples
 
-struct Item {
-  std::string name;
-  std::string value;
-  std::string attributes;
-  std::vector<Item> children;
-};
-
-/// The items that have children, `item` included.
-inline void collectParents(Item& item, std::vector<Item*>& parents) {
-  if (item.children.empty()) return;
-  parents.push_back(&item);
-  for (Item& child : item.children) collectParents(child, parents);
-}
-
-/// A child of some item below `item`, and its siblings.
-struct Place {
-  std::vector<Item>& siblings;
-  std::vector<Item>::iterator at;
-};
-
-inline Place anyPlace(Item& item, std::mt19937& random) {
-  std::vector<Item*> parents;
-  collectParents(item, parents);
-  std::vector<Item>& siblings = parents[random() % parents.size()]->children;
-  return {siblings, siblings.begin() + static_cast<std::ptrdiff_t>(random() % siblings.size())};
-}
-
-/// How content is damaged, counted from 0; `place` has its item no longer afterwards.
-constexpr unsigned kWaysToDisturb = 4;
-inline void disturb(const Place& place, unsigned lngWay, std::mt19937& random) {
-  auto& [siblings, at] = place;
-  switch (lngWay) {
-    case 0:
-      siblings.erase(at);
-      break;
-    case 1:
-      siblings.insert(at, Item(*at));
-      break;
-    case 2:
-      std::iter_swap(at,
-                     siblings.begin() + static_cast<std::ptrdiff_t>(random() % siblings.size()));
-      break;
-    default:
-      siblings.insert(at, {"unknown", "x", "", {}});
-  }
-}
-
-inline void serialise(const Item& item, std::string& strText) {
-  strText.append("<").append(item.name).append(item.attributes).append(">");
-  if (!item.children.empty()) strText += "\n";
-  for (const Item& child : item.children) serialise(child, strText);
-  strText.append(item.value).append("</").append(item.name).append(">\n");
-}
-
 /// What a validator has to say of one message.
 struct Verdict {
+  bool blnSchemaRefused = false;  // nothing else counts then
   bool blnValid = true;
   std::set<int> badValues;  // the lines that they end in; each element without children has its own
   bool operator==(const Verdict&) const = default;
@@ -119,26 +66,45 @@ inline std::map<std::string, Verdict> otherVerdicts(const std::string& strList) 
       outputOf(std::string(kProgram) + " -v=always -f -l '" + strList + "' 2>&1");
   std::map<std::string, Verdict> verdicts;
   Verdict* verdict = nullptr;
+  std::string strFile;
   std::istringstream lines(strOutput);
   int lngLine = 0;
   for (std::string strLine; std::getline(lines, strLine);) {
     constexpr std::string_view kFile = "==Parsing== ";
-    if (strLine.starts_with(kFile)) verdict = &verdicts[strLine.substr(kFile.size())];
+    if (strLine.starts_with(kFile)) {
+      strFile = strLine.substr(kFile.size());
+      verdict = &verdicts[strFile];
+    }
     const std::size_t at = strLine.find(", line ");
-    if (strLine.starts_with("Error at file") && at != std::string::npos) {
-      lngLine = std::stoi(strLine.substr(at + 7));
+    if (verdict && (strLine.starts_with("Error at file") || strLine.starts_with("Fatal Error"))) {
+      lngLine = at == std::string::npos ? 0 : std::stoi(strLine.substr(at + 7));
+      if (strLine.find(strFile) == std::string::npos) verdict->blnSchemaRefused = true;
     }
     if (!verdict || !strLine.starts_with("  Message: ")) continue;
     verdict->blnValid = false;
     bool blnValue = true;
     for (const char* other :
          {"no declaration found", "for content model", "in content model", "by content model",
-          "is not declared for element", "missing required attribute"}) {
+          "is not declared for element", "missing required attribute", "identity constraint",
+          "is nil and must be empty", "is abstract", "grammar not found for namespace",
+          "xsi:type"}) {
       blnValue = blnValue && strLine.find(other) == std::string::npos;
     }
     if (blnValue) verdict->badValues.insert(lngLine);
   }
   return verdicts;
+}
+
+/// A number from the environment, for other and longer runs.
+inline unsigned long fromEnvironment(const char* name, unsigned long lngUsual) {
+  const char* value = std::getenv(name);
+  return value ? std::stoul(value) : lngUsual;
+}
+
+/// Whether the first tag of a line, counted from 1, is an end tag.
+inline bool isEndTag(std::string_view strText, int lngLine) {
+  for (; lngLine > 1; --lngLine) strText.remove_prefix(strText.find('\n') + 1);
+  return strText.substr(strText.find('<'), 2) == "</";
 }
 
 /// Expects the same verdicts of both on every message. The comparison is worth nothing unless there
@@ -158,7 +124,10 @@ inline void expectAgreement(const SchemaDirectory& directory, const SchemaCollec
   std::size_t lngBadValues = 0;
   for (std::size_t number = 0; number < messages.size(); ++number) {
     const Verdict own = readersVerdict(colSchemas, messages[number]);
-    const Verdict& other = others.at(paths[number]);
+    Verdict other = others.at(paths[number]);
+    // It repeats bad values at the end of an element whose keys they are.
+    std::erase_if(other.badValues,
+                  [&](int lngLine) { return isEndTag(messages[number], lngLine); });
     EXPECT_EQ(own.blnValid, other.blnValid) << messages[number];
     EXPECT_EQ(own.badValues, other.badValues) << messages[number];
     lngValid += own.blnValid ? 1 : 0;

@@ -180,11 +180,9 @@ TEST(SecondEngine, AgreesOnWhatElseASchemaCanSay) {
   const SchemaDirectory directory;
   directory.write("x.xsd", schemaText(kOther, "urn:x"));
   const SchemaCollection colSchemas = schemasOf(directory, schemaText(kMain, "urn:m"), "urn:m");
-  const char* seed = getenv("SECOND_ENGINE_SEED");
-  const char* count = getenv("SECOND_ENGINE_COUNT");
-  Generator generator(seed ? std::stoul(seed) : 7);
+  Generator generator(fromEnvironment("SECOND_ENGINE_SEED", 7));
   std::vector<std::string> messages;
-  for (int number = 0; number < (count ? atoi(count) : 240); ++number) {
+  for (auto left = fromEnvironment("SECOND_ENGINE_COUNT", 240); left > 0; --left) {
     messages.push_back(generator.message());
   }
   expectAgreement(directory, colSchemas, messages, 15, 200);

@@ -3,8 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <chrono>
-#include <ctime>
 #include <new>
 #include <stdexcept>
 #include <thread>
@@ -235,7 +233,7 @@ TEST(ValidatingReader, FailsWhereATestMakesItFail) {
   EXPECT_THROW(ValidatingReader::create(&noMemory)->parse("<r/>"), std::bad_alloc);
 }
 
-TEST(ValidatingReader, ReportsAHugeValueInBoundedTime) {
+TEST(ValidatingReader, ReportsAHugeValue) {
   const SchemaDirectory directory;
   const SchemaCollection colSchemas = schemasOf(
       directory,
@@ -243,10 +241,8 @@ TEST(ValidatingReader, ReportsAHugeValueInBoundedTime) {
                  "<xs:maxLength value='9'/><xs:pattern value='([a-z]|[0-9]+)*-'/>"
                  "<xs:enumeration value='a'/></xs:restriction></xs:simpleType></xs:element>"));
   const std::string strValue = repeated("0123456789", 1'000'000) + "\n";
-  const auto begin = std::chrono::steady_clock::now();
   EXPECT_THAT(violations(colSchemas, "<r>" + strValue + "</r>"),
               ElementsAre(StartsWith("/r: MaxLength constraint failed. + ")));
-  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(20));
 }
 
 TEST(ValidatingReader, ReadsLongTextsAndAttributesWhereverTheyAreCut) {
@@ -266,7 +262,7 @@ TEST(ValidatingReader, ReadsLongTextsAndAttributesWhereverTheyAreCut) {
   }
 }
 
-TEST(ValidatingReader, ReportsTenThousandViolationsInLinearTime) {
+TEST(ValidatingReader, ReportsTenThousandViolations) {
   const SchemaDirectory directory;
   std::string strFlat = "<xs:element name='flat'><xs:complexType><xs:sequence>";
   for (int field = 0; field < 2000; ++field) {
@@ -289,7 +285,6 @@ TEST(ValidatingReader, ReportsTenThousandViolationsInLinearTime) {
     if (field % 2 != 0) strGaps += strElement;
     strTwice.append(strElement).append(strElement);
   }
-  const auto begin = std::chrono::steady_clock::now();
   EXPECT_THAT(violations(colSchemas, "<r>" + repeated("<n>x</n>", 10'000) + "</r>"),
               SizeIs(10'000));
   EXPECT_THAT(violations(colSchemas, "<r>" + repeated("<n>1</n><nix/>", 10'000) + "</r>"),
@@ -298,7 +293,6 @@ TEST(ValidatingReader, ReportsTenThousandViolationsInLinearTime) {
               SizeIs(10'001));
   EXPECT_THAT(violations(colSchemas, "<flat>" + strGaps + "</flat>"), SizeIs(1001));
   EXPECT_THAT(violations(colSchemas, "<flat>" + strTwice + "</flat>"), SizeIs(4001));
-  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(20));
 }
 
 TEST(ValidatingReader, FindsItsWayAmongManyChoicesThatAreNotCounted) {
@@ -315,9 +309,7 @@ TEST(ValidatingReader, FindsItsWayAmongManyChoicesThatAreNotCounted) {
                             strChoices +
                             "</xs:choice><xs:element name='z' type='xs:int'/></xs:sequence>"
                             "</xs:complexType></xs:element>"));
-  const std::clock_t begin = std::clock();  // of this process alone
   EXPECT_THAT(violations(colSchemas, "<r><n/><c1>x</c1><z>y</z></r>"), SizeIs(3));
-  EXPECT_LT((std::clock() - begin) / CLOCKS_PER_SEC, 5);
 }
 
 TEST(ValidatingReader, SharesSchemasWithOtherThreads) {

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "platform/schema/component/SchemaDocuments.h"
+
+namespace Varnel_Tolv_XML_Creation {
+
+/// The content of a complex type that is too much for the library's compiler.
+struct HeavyContent {
+  /// What the compiler has to see in its place: one child that must be there, or may be; or, of an
+  /// extension, no content at all, that of its base being as much as it needs to know.
+  enum class Substitute : std::uint8_t { required, optional, none };
+
+  std::size_t lngDocument = 0;
+  const xmlNode* particle = nullptr;  // the model group, or the reference to a named one
+  Substitute substitute = Substitute::required;
+};
+
+/// Finds the content models for which the compiler's work would be out of all proportion. It makes
+/// an automaton of each, in which a state has a transition to every child that may come next,
+/// compares all transitions of a state with one another and makes a table of all states by all
+/// names: for n optional elements in a row the first is n cubed, for n elements of any kind the
+/// second n squared.
+///
+/// Models that are large by themselves are found, and all but the smallest once those before them
+/// come to too much together.
+///
+/// Raises kXmlFailure for what cannot be bounded in this way: definitions that come to more than
+/// 100,000 elements and attributes once all that they refer to is written out (groups that refer
+/// twice to groups that refer twice ...), and those that refer to one another in a chain of more
+/// than 250, which the compiler follows by recursion. Circles are left to the compiler, which
+/// refuses them.
+std::vector<HeavyContent> heavyContents(const SchemaDocuments& documents);
+
+}  // namespace Varnel_Tolv_XML_Creation

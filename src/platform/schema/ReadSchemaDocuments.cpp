@@ -1,0 +1,263 @@
+#include "platform/schema/ReadSchemaDocuments.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <string>
+#include <system_error>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "platform/schema/SchemaCatalog.h"
+#include "platform/schema/W3cSchemas.h"
+#include "platform/text/Text.h"
+#include "platform/xml/FileUri.h"
+#include "platform/xml/LoadXml.h"
+#include "platform/xml/ParseError.h"
+#include "platform/xml/ReadXmlFile.h"
+#include "result/RuntimeError.h"
+
+namespace Varnel_Tolv_XML_Creation {
+
+namespace {
+
+constexpr std::string_view kSchemaNamespace = "http://www.w3.org/2001/XMLSchema";
+constexpr std::size_t kMaxDocuments = 1000;
+constexpr std::size_t kMaxDocumentBytes = std::size_t{64} * 1024 * 1024;
+
+std::optional<std::string> attributeText(const xmlNode* element, std::string_view strName) {
+  const xmlAttr* attribute = findAttribute(element, strName);
+  if (!attribute) return std::nullopt;
+  return textOf(asNode(const_cast<xmlAttr*>(attribute)));
+}
+
+/// What the include, redefine or import means where it stands. An import of no namespace names
+/// none.
+std::optional<std::string> locationOf(const xmlNode* reference) {
+  return attributeText(reference, "schemaLocation");
+}
+
+OwnedXmlDoc parseSchema(const std::string& strPath, std::string_view strBytes) {
+  LoadedXml loaded = loadXml(strBytes, XmlEncoding::declared, AttributeDefaults::applied);
+  if (!loaded.document) refuseSchema(strPath, loaded.error.reason);
+  const xmlNode* root = xmlDocGetRootElement(loaded.document.get());
+  if (!root || !isSchemaElement(root, "schema")) refuseSchema(strPath, "It is not an XML Schema.");
+  for (const xmlNode* node = root; node; node = nextBelow(node, root)) {
+    // It would change where all below it leads.
+    if (isElement(node) && findAttribute(node, "xml:base")) {
+      refuseSchema(strPath, "It has an xml:base.");
+    }
+  }
+  if (xmlDtd* type = loaded.document->intSubset) {  // all that it says has been done
+    unlinkNode(reinterpret_cast<xmlNode*>(type));
+    xmlFreeDtd(type);
+  }
+  return std::move(loaded.document);
+}
+
+/// A document that was read: a tree, and where its own references start from.
+struct ReadDocument {
+  std::string strPath, strUri;
+  const xmlDoc* document = nullptr;
+  std::optional<std::string> strTarget;
+};
+
+// References are followed depth first, in the order of the documents, as the library's compiler
+// does: so of several imports of a namespace the first counts here as it does there. Imports that
+// lead to no file wait until all the others have been followed, because one of those may bring the
+// namespace.
+class DocumentsReader {
+ public:
+  DocumentsReader(std::string_view strCatalog, const std::string& strPath)
+      : catalog_(strCatalog, strPath) {}
+
+  SchemaDocuments read(std::string_view strNamespaceUri, const std::string& strPath) {
+    ParseError error;
+    const ReadDocument* main = openFile(strPath, error);
+    if (!main) refuseSchema(strPath, error.reason);
+    const std::string strTarget = main->strTarget.value_or("");
+    if (strTarget != strNamespaceUri) {
+      refuseSchema(strPath, "Its target namespace is '" + strTarget + "', not '" +
+                                std::string(strNamespaceUri) + "'.");
+    }
+    imported_.emplace(strTarget, partOf(*main, ""));
+    followAll();
+    for (std::size_t at = 0; at < unlocated_.size(); ++at) {
+      resolve(unlocated_[at]);
+      followAll();
+    }
+    for (SchemaDocument& document : found_.documents) sortReferences(document);
+    return std::move(found_);
+  }
+
+ private:
+  struct Reference {
+    std::size_t lngFrom;
+    const xmlNode* element;
+  };
+
+  void followAll() {
+    while (!pending_.empty()) {
+      const Reference reference = pending_.back();
+      pending_.pop_back();
+      if (isSchemaElement(reference.element, "import")) {
+        import(reference);
+      } else {
+        include(reference);
+      }
+    }
+  }
+
+  void include(const Reference& reference) {
+    const std::optional<std::string> strLocation = locationOf(reference.element);
+    if (!strLocation) return;  // the compiler says so
+    const std::string strFrom = found_.documents[reference.lngFrom].strPath;
+    const std::optional<std::string> strUri = resolved(reference, *strLocation);
+    if (!strUri)
+      refuseSchema(strFrom, "It refers to '" + *strLocation + "', which is no location.");
+    const std::optional<std::string> strPath = pathOfUri(*strUri);
+    if (!strPath) refuseSchema(strFrom, "It refers to '" + *strLocation + "', which is no file.");
+    ParseError error;
+    const ReadDocument* document = openFile(*strPath, error);
+    if (!document) refuseSchema(*strPath, error.reason);
+    lead(reference, partOf(*document, found_.documents[reference.lngFrom].strTargetNamespace));
+  }
+
+  void import(const Reference& reference) {
+    if (imported_.contains(namespaceOf(reference))) return;
+    const std::optional<std::string> strLocation = locationOf(reference.element);
+    const std::optional<std::string> strUri =
+        strLocation ? resolved(reference, *strLocation) : std::nullopt;
+    if (!strUri || !importFrom(reference, pathOfUri(*strUri))) unlocated_.push_back(reference);
+  }
+
+  /// Looks an import up that leads to no file by itself.
+  void resolve(const Reference& reference) {
+    const std::string strNamespace = namespaceOf(reference);
+    if (imported_.contains(strNamespace)) return;
+    const std::optional<std::string> strLocation = locationOf(reference.element);
+    const std::optional<std::string> strUri =
+        strLocation ? resolved(reference, *strLocation) : std::nullopt;
+    if (strUri && importFrom(reference, catalog_.fileOfLocation(*strUri))) return;
+    if (importFrom(reference, catalog_.fileOfNamespace(strNamespace, strUri.has_value()))) return;
+    if (const W3cSchema* own = w3cSchema(strNamespace)) {
+      const std::string strPath(own->strUri);
+      import(reference, take(strPath, strPath, own->strText));
+    }
+  }
+
+  bool importFrom(const Reference& reference, const std::optional<std::string>& strPath) {
+    ParseError ignored;
+    const ReadDocument* document = strPath ? openFile(*strPath, ignored) : nullptr;
+    if (document) import(reference, *document);
+    return document != nullptr;
+  }
+
+  void import(const Reference& reference, const ReadDocument& document) {
+    const std::size_t lngPart = partOf(document, "");
+    imported_.emplace(namespaceOf(reference), lngPart);
+    lead(reference, lngPart);
+  }
+
+  static std::string namespaceOf(const Reference& reference) {
+    return attributeText(reference.element, "namespace").value_or("");
+  }
+
+  std::optional<std::string> resolved(const Reference& reference,
+                                      const std::string& strLocation) const {
+    return resolveUri(strLocation, read_.at(found_.documents[reference.lngFrom].strPath).strUri);
+  }
+
+  void lead(const Reference& reference, std::size_t lngPart) {
+    found_.documents[reference.lngFrom].references.push_back({reference.element, lngPart});
+  }
+
+  /// The document of a file; null when that cannot be opened.
+  const ReadDocument* openFile(const std::string& strPath, ParseError& error) {
+    const auto known = read_.find(strPath);
+    if (known != read_.end()) return &known->second;
+    const std::optional<std::string> strBytes = readXmlFile(strPath, kMaxDocumentBytes, error);
+    if (strBytes) return &take(strPath, uriOfPath(strPath), *strBytes);
+    if (error.errorCode != ParseError::kCannotOpen) refuseSchema(strPath, error.reason);
+    return nullptr;
+  }
+
+  const ReadDocument& take(const std::string& strPath, const std::string& strUri,
+                           std::string_view strBytes) {
+    if (read_.size() == kMaxDocuments) refuseSchema(strPath, "It is one document too many.");
+    const xmlDoc* document = found_.trees.emplace_back(parseSchema(strPath, strBytes)).get();
+    const xmlNode* root = xmlDocGetRootElement(document);
+    ReadDocument read{strPath, strUri, document, attributeText(root, "targetNamespace")};
+    return read_.insert_or_assign(strPath, std::move(read)).first->second;
+  }
+
+  /// The part that a document plays when one of the namespace `strAdopted` includes it. The
+  /// references of a new part are followed next.
+  std::size_t partOf(const ReadDocument& read, const std::string& strAdopted) {
+    const std::string& strTarget = read.strTarget ? *read.strTarget : strAdopted;
+    const std::size_t lngPart = found_.documents.size();
+    if (const auto [known, blnNew] = parts_.emplace(std::pair(read.document, strTarget), lngPart);
+        !blnNew) {
+      return known->second;
+    }
+    if (lngPart == kMaxDocuments) refuseSchema(read.strPath, "It is one document too many.");
+    found_.documents.push_back(
+        {read.strPath, read.document, strTarget, !read.strTarget && !strTarget.empty(), {}});
+    for (const xmlNode* child = xmlDocGetRootElement(read.document)->last; child;
+         child = child->prev) {
+      for (const char* kind : {"include", "redefine", "import"}) {
+        if (isSchemaElement(child, kind)) pending_.push_back({lngPart, child});
+      }
+    }
+    return lngPart;
+  }
+
+  /// Those that had to wait come last.
+  static void sortReferences(SchemaDocument& document) {
+    std::unordered_map<const xmlNode*, std::size_t> places;
+    std::size_t lngPlace = 0;
+    for (const xmlNode* child = xmlDocGetRootElement(document.document)->children; child;
+         child = child->next) {
+      places.emplace(child, lngPlace++);
+    }
+    std::ranges::sort(document.references, {},
+                      [&](const auto& reference) { return places.at(reference.element); });
+  }
+
+  SchemaCatalog catalog_;
+  SchemaDocuments found_;
+  std::unordered_map<std::string, ReadDocument> read_;  // by path
+  std::map<std::pair<const xmlDoc*, std::string>, std::size_t> parts_;
+  std::unordered_map<std::string, std::size_t> imported_;  // by namespace
+  std::vector<Reference> pending_;                         // the last is the next
+  std::vector<Reference> unlocated_;
+};
+
+}  // namespace
+
+bool isSchemaElement(const xmlNode* node, std::string_view strName) {
+  return isElement(node) && node->ns && view(node->ns->href) == kSchemaNamespace &&
+         view(node->name) == strName;
+}
+
+SchemaDocuments readSchemaDocuments(std::string_view strNamespaceUri, std::string_view strPath,
+                                    std::string_view strCatalog) {
+  const bool blnOtherUrl =
+      strPath.find("://") != std::string_view::npos && !strPath.starts_with("file:");
+  const std::optional<std::string> strFile = filePath(strPath);
+  if (!strFile || blnOtherUrl) refuseSchema(strPath, "It is no file.");
+  std::error_code error;
+  const std::filesystem::path absolute = std::filesystem::absolute(*strFile, error);
+  if (error) refuseSchema(strPath, error.message());
+  const std::string strMain = absolute.lexically_normal().string();
+  return DocumentsReader(strCatalog, strMain).read(strNamespaceUri, strMain);
+}
+
+void refuseSchema(std::string_view strPath, std::string_view strReason) {
+  throw RuntimeError(kXmlFailure, oneLine("The schema '" + std::string(strPath) +
+                                          "' cannot be registered: " + std::string(strReason)));
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

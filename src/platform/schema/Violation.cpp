@@ -1,0 +1,110 @@
+#include "platform/schema/Violation.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/text/Text.h"
+
+namespace Varnel_Tolv_XML_Creation {
+
+namespace {
+
+constexpr std::string_view kNewLine = "\r\n";
+
+// How many expected elements are told of one message in all. A message of thousands of errors in
+// the content of a type with thousands of children is told of the first few only after that.
+constexpr std::size_t kMaxNamesTold = 1'000'000;
+constexpr std::size_t kFewNames = 128;
+
+void append(std::string& strText, std::initializer_list<std::string_view> parts) {
+  for (const std::string_view part : parts) strText += part;
+}
+
+void addFacets(std::string& strMessage, const std::vector<ValueFaults::FailedFacet>& facets) {
+  for (const ValueFaults::FailedFacet& failed : facets) {
+    const std::size_t first = strMessage.size();
+    append(strMessage, {facetName(failed.facet), " constraint failed.", kNewLine});
+    strMessage[first] = static_cast<char>(strMessage[first] - 'a' + 'A');
+  }
+}
+
+}  // namespace
+
+std::string libraryWords(const MessageName& element, std::string_view strWhat) {
+  std::string strWords;
+  append(strWords, {"Element '", element.expanded(), "': ", strWhat});
+  return oneLine(strWords);
+}
+
+std::string libraryWords(const MessageName& element, std::string_view strAttribute,
+                         std::string_view strWhat) {
+  std::string strWords;
+  append(strWords,
+         {"Element '", element.expanded(), "', attribute '", strAttribute, "': ", strWhat});
+  return oneLine(strWords);
+}
+
+void ViolationReporter::report(const Violation& violation) {
+  using Kind = Violation::Kind;
+  strMessage_.clear();
+  switch (violation.kind) {
+    case Kind::undeclaredElement:
+      append(strMessage_,
+             {"The element '", violation.strName, "' is used but not declared in the DTD/Schema."});
+      break;
+    case Kind::invalidContent:
+      strMessage_ = "Element content is invalid according to the DTD/Schema.";
+      addExpected(violation.expected);
+      break;
+    case Kind::incompleteContent:
+      strMessage_ = "Element content is incomplete according to the DTD/Schema.";
+      addExpected(violation.expected);
+      break;
+    case Kind::textNotAllowed:
+      strMessage_ = "Text is not allowed in this context according to DTD/Schema.";
+      break;
+    case Kind::undeclaredAttribute:
+      append(strMessage_, {"The attribute '", violation.strName,
+                           "' on this element is not defined in the DTD/Schema."});
+      break;
+    case Kind::missingAttribute:
+      append(strMessage_, {"Required attribute '", violation.strName, "' is missing."});
+      break;
+    case Kind::elementValue:
+    case Kind::attributeValue:
+      if (!violation.strWords.empty()) append(strMessage_, {violation.strWords, kNewLine});
+      addFacets(strMessage_, violation.facets);
+      append(strMessage_,
+             {violation.kind == Kind::elementValue ? "The element: '" : "The attribute: '",
+              violation.strName, "'  has an invalid value according to its data type."});
+      break;
+    case Kind::other:
+      strMessage_ = violation.strWords;
+      break;
+  }
+  sink_({strMessage_, violation.lngCode});
+}
+
+void ViolationReporter::reportOther(std::int32_t lngCode, std::string strWords) {
+  Violation violation;
+  violation.lngCode = lngCode;
+  violation.strWords = std::move(strWords);
+  report(violation);
+}
+
+void ViolationReporter::addExpected(const std::vector<const ElementDeclaration*>& expected) {
+  if (expected.empty()) return;
+  const bool blnMany = lngNamesTold_ + expected.size() > kMaxNamesTold;
+  const std::size_t lngTold = blnMany ? std::min(expected.size(), kFewNames) : expected.size();
+  append(strMessage_, {kNewLine, "Expecting: "});
+  for (std::size_t index = 0; index < lngTold; ++index) {
+    if (index > 0) strMessage_ += ", ";
+    const ExpandedName& name = names_[expected[index]->name];
+    if (!name.strUri.empty()) append(strMessage_, {"{", name.strUri, "}"});
+    strMessage_ += name.strLocal;
+  }
+  strMessage_ += lngTold < expected.size() ? ", ..." : ".";
+  if (!blnMany) lngNamesTold_ += lngTold;
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

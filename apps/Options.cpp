@@ -1,7 +1,9 @@
 #include "Options.h"
 
 #include <cstddef>
+#include <filesystem>
 #include <string_view>
+#include <system_error>
 
 #include "CannotRun.h"
 #include "Deployment.h"
@@ -53,6 +55,15 @@ std::optional<FixedClock> clock(const OptionValues& values) {
   throw CannotRun("--now: \"" + *strNow + "\" is no moment of the form YYYY-MM-DDTHH:MM:SS");
 }
 
+/// The catalog.xml of the deployment; empty when it has none.
+std::string schemaCatalog(const OptionValues& values) {
+  const std::optional<std::string> strDirectory = value(values, "deployment");
+  if (!strDirectory) return "";
+  const std::filesystem::path catalog = std::filesystem::path(*strDirectory) / "catalog.xml";
+  std::error_code error;  // what cannot be looked at is not there
+  return std::filesystem::exists(catalog, error) ? catalog.string() : "";
+}
+
 }  // namespace
 
 Options readOptions(OptionValues values) {
@@ -75,6 +86,7 @@ Options readOptions(OptionValues values) {
       .protocolInfo = value(values, "protocol-info"),
       .strSchemaUrl = text(values, "schema-url"),
       .strSchemaUri = text(values, "schema-uri"),
+      .strSchemaCatalog = schemaCatalog(values),
       .deploymentFile = deploymentFile,
       .form = value(values, "form"),
       .pageDirectory = value(values, "page-dir").value_or("."),

@@ -22,6 +22,7 @@ struct Options {
   std::optional<std::string> protocolInfo;  // none: Nothing is passed
   std::string strSchemaUrl;
   std::string strSchemaUri;
+  std::string strSchemaCatalog;  // the deployment's, empty when it has none
 
   std::optional<std::string> deploymentFile;  // where options came from
   std::optional<std::string> form;            // none: an empty form

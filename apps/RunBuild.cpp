@@ -145,6 +145,7 @@ bool runBuild(const Options& options) {
       .traceSink = options.trace ? &trace : nullptr,
       .dateOrder = options.dateOrder,
       .documentSettings = {},
+      .strSchemaCatalog = options.strSchemaCatalog,
   });
 
   Document objSendXML;

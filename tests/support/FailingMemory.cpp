@@ -1,8 +1,14 @@
 #include "support/FailingMemory.h"
 
+#include <dlfcn.h>
+#include <execinfo.h>
+
+#include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <cstring>
 #include <new>
+#include <string_view>
 
 #include "platform/xpath/LibraryMemory.h"
 
@@ -17,11 +23,24 @@ std::size_t lngFailing = 0;
 std::size_t lngRequests = 0;
 std::size_t lngBlocks = 0;
 
+/// Whether RE2 asks. It is written for programs without exceptions: what it was making when one
+/// passes through is never given back.
+bool isAskedByRe2() {
+  std::array<void*, 64> frames{};
+  const int lngFrames = backtrace(frames.data(), static_cast<int>(frames.size()));
+  return std::any_of(frames.begin(), frames.begin() + lngFrames, [](void* frame) {
+    Dl_info found{};
+    return dladdr(frame, &found) != 0 && found.dli_fname &&
+           std::string_view(found.dli_fname).find("libre2.so") != std::string_view::npos;
+  });
+}
+
 bool refused(MemorySource source) {
   if (!blnShort || source != shortSource) return false;
   ++lngRequests;
-  if (lngFailing == 0) return false;
-  return shortShortage == Shortage::once ? lngRequests == lngFailing : lngRequests >= lngFailing;
+  if (lngFailing == 0 || lngRequests < lngFailing) return false;
+  if (shortShortage == Shortage::once && lngRequests > lngFailing) return false;
+  return !isAskedByRe2();
 }
 
 void* allocate(MemorySource source, std::size_t lngBytes) {

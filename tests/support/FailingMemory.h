@@ -3,7 +3,8 @@
 #include <cstddef>
 
 // The memory of a test program that links FailingMemory.cpp: operator new and what the XML library
-// allocates. It can run out at a given request, and it counts what was not given back.
+// allocates. It can run out at a given request, but for those of RE2, which no exception may pass
+// through, and it counts what was not given back.
 
 namespace Varnel_Tolv_XML_Creation::test {
 

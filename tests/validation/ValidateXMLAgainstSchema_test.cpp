@@ -165,6 +165,33 @@ TEST(ValidateXMLAgainstSchema, LooksForTheSchemaOneDirectoryAboveThePage) {
   EXPECT_THAT(story.server.asked, ElementsAre("../schemas/other.xsd"));
 }
 
+TEST(ValidateXMLAgainstSchema, LooksImportsUpInTheHostsCatalog) {
+  VerdictStory story;
+  std::filesystem::create_directories(story.directory.path() / "codes");
+  story.directory.file("codes/codes.xsd", R"(
+<xs:schema xmlns:xs="http://www.w3.org/2001/XMLSchema" targetNamespace="urn:codes">
+  <xs:simpleType name="code"><xs:restriction base="xs:int"/></xs:simpleType>
+</xs:schema>)");
+  story.directory.file("codes/catalog.xml", R"(
+<catalog xmlns="urn:oasis:names:tc:entity:xmlns:xml:catalog">
+  <uri name="urn:codes" uri="codes.xsd"/>
+</catalog>)");
+  std::string strSchema(kSchema);
+  const std::string strBefore = "<xs:element name=\"r\">";
+  strSchema.insert(strSchema.find(strBefore),
+                   "<xs:import namespace='urn:codes'/>"
+                   "<xs:element name='code' type='c:code' xmlns:c='urn:codes'/>");
+  story.directory.file("schema.xsd", strSchema);
+  EXPECT_FALSE(story.validate().Success());
+  story.session.host.strSchemaCatalog = story.directory.at("codes/catalog.xml");
+  EXPECT_TRUE(Succeeded(story.validate()));
+  story.session.host.strSchemaCatalog = story.directory.at("none.xml");
+  EXPECT_FALSE(story.validate().Success());
+  EXPECT_THAT(story.lines().back(),
+              ::testing::HasSubstr("The catalog '" + story.directory.at("none.xml") +
+                                   "' cannot be read: The system cannot locate the object"));
+}
+
 TEST(ValidateXMLAgainstSchema, FailsForASchemaThatCannotBeRegistered) {
   const struct {
     const char *says, *schema, *uri;

@@ -5,11 +5,15 @@
 #include <algorithm>
 #include <utility>
 
+#include "result/RuntimeError.h"
+
 namespace Varnel_Tolv_XML_Creation {
 
 namespace {
 
 using Step = IdentityPath::Step;
+
+constexpr std::size_t kMaxKept = 2'000'000;
 
 bool admits(const Step& step, const MessageName& name) noexcept {
   if (step.test == Step::Test::name) return name.id == step.name;
@@ -34,28 +38,57 @@ bool leadsToLast(const std::vector<IdentityPath>& alternatives,
                      [&](const IdentityPath& path) { return leadsToLast(path, open, lngFrom); });
 }
 
+/// How far below its target a field of a constraint may lead.
+std::size_t reachOf(const IdentityConstraint& constraint) noexcept {
+  std::size_t lngReach = 0;
+  for (const std::vector<IdentityPath>& field : constraint.fields) {
+    for (const IdentityPath& path : field) {
+      if (path.blnAnywhereBelow) return static_cast<std::size_t>(kMaxDepth);
+      lngReach = std::max(lngReach, path.steps.size());
+    }
+  }
+  return lngReach;
+}
+
+/// The first of those at the end of a list that belong to the element at a depth.
+template <class Item>
+auto firstAt(std::vector<Item>& items, std::size_t lngDepth) {
+  auto first = items.end();
+  while (first != items.begin() && (first - 1)->lngDepth == lngDepth) --first;
+  return first;
+}
+
 }  // namespace
 
 void IdentityConstraints::start(const std::vector<OpenElement>& open,
                                 const std::vector<CheckedAttribute>& attributes) {
-  const std::size_t lngDepth = open.size() - 1;
-  openScopes(open.back(), lngDepth);
-  for (std::size_t scope = 0; scope < scopes_.size(); ++scope) {
-    const IdentityConstraint& constraint = *scopes_[scope].constraint;
-    if (!leadsToLast(constraint.selector, open, scopes_[scope].lngDepth)) continue;
-    targets_.push_back({scope, lngDepth, KeySequence(constraint.fields.size(), kAbsent)});
-  }
-  for (std::size_t target = 0; target < targets_.size(); ++target) {
-    findFields(open, target, attributes);
-  }
+  openScopes(open.back(), open.size() - 1);
+  openTargets(open);
+  std::size_t target = targets_.size();
+  while (target > 0 && open.size() - 1 - targets_[target - 1].lngDepth <= lngReach_) --target;
+  for (; target < targets_.size(); ++target) findFields(open, target, attributes);
 }
 
 void IdentityConstraints::openScopes(const OpenElement& element, std::size_t lngDepth) {
+  if (scopes_.empty()) lngReach_ = 0;
   if (!element.declaration) return;
   for (const IdentityConstraint* constraint : element.declaration->constraints) {
-    scopes_.push_back({constraint, lngDepth, tables_.size(), {}});
-    if (constraint->kind == IdentityConstraint::Kind::keyref) continue;
-    tables_.push_back({lngDepth, constraint, {}});
+    lngReach_ = std::max(lngReach_, reachOf(*constraint));
+    scopes_.push_back({constraint, lngDepth, {}});
+    if (constraint->kind == IdentityConstraint::Kind::keyref) {
+      ++askedFor_[constraint->refer];
+    } else {
+      tables_[constraint].push_back({lngDepth, {}});
+      marks_.push_back({lngDepth, constraint});
+    }
+  }
+}
+
+void IdentityConstraints::openTargets(const std::vector<OpenElement>& open) {
+  for (std::size_t scope = 0; scope < scopes_.size(); ++scope) {
+    const IdentityConstraint& constraint = *scopes_[scope].constraint;
+    if (!leadsToLast(constraint.selector, open, scopes_[scope].lngDepth)) continue;
+    targets_.push_back({scope, open.size() - 1, Fields(constraint.fields.size())});
   }
 }
 
@@ -84,19 +117,18 @@ void IdentityConstraints::findFields(const std::vector<OpenElement>& open, std::
 void IdentityConstraints::end(const std::vector<OpenElement>& open, const FieldContent& content) {
   const std::size_t lngDepth = open.size() - 1;
   const OpenElement& element = open.back();
-  const auto isHere = [&](const auto& one) { return one.lngDepth == lngDepth; };
 
-  const auto awaited = std::find_if(awaited_.begin(), awaited_.end(), isHere);
+  const auto awaited = firstAt(awaited_, lngDepth);
   for (auto field = awaited; field != awaited_.end(); ++field) {
     takeContent(*field, element, content);
   }
   awaited_.erase(awaited, awaited_.end());
 
-  const auto target = std::find_if(targets_.begin(), targets_.end(), isHere);
+  const auto target = firstAt(targets_, lngDepth);
   std::for_each(target, targets_.end(), [&](const Target& one) { closeTarget(one, element); });
   targets_.erase(target, targets_.end());
 
-  const auto scope = std::find_if(scopes_.begin(), scopes_.end(), isHere);
+  const auto scope = firstAt(scopes_, lngDepth);
   std::for_each(scope, scopes_.end(), [&](const Scope& one) { closeScope(one); });
   scopes_.erase(scope, scopes_.end());
 
@@ -105,91 +137,113 @@ void IdentityConstraints::end(const std::vector<OpenElement>& open, const FieldC
 
 void IdentityConstraints::takeContent(const AwaitedField& field, const OpenElement& element,
                                       const FieldContent& content) {
-  char32_t& number = targets_[field.lngTarget].key[field.lngField];
-  const IdentityConstraint& constraint = *scopes_[targets_[field.lngTarget].lngScope].constraint;
+  Target& target = targets_[field.lngTarget];
+  const IdentityConstraint& constraint = *scopes_[target.lngScope].constraint;
+  char32_t& number = target.fields.key[field.lngField];
   const auto refuse = [&](std::string_view strWhat) {
-    report(libraryWords(*element.name, "The XPath '" + constraint.fieldTexts[field.lngField] +
-                                           "' of a field of " + designation(constraint) +
-                                           std::string(strWhat)));
+    report(libraryWords(*element.name, fieldWords(constraint, field.lngField, strWhat)));
   };
-  if (!content.type) return refuse(" does evaluate to a node of non-simple type.");
-  if (number != kAbsent) return refuse(" evaluates to a node-set with more than one member.");
-  if (content.blnNilled) return;
-  number = content.blnValid ? numberOf(*content.type, content.strText) : kUnknown;
+  if (!content.type) {
+    refuse("does evaluate to a node of non-simple type.");
+  } else if (number != kAbsent) {
+    refuse("evaluates to a node-set with more than one member.");
+  } else if (content.blnNilled) {
+    number = kNil;
+  } else if (!content.blnValid) {
+    number = kUnknown;
+  } else {
+    takeValue(target.fields, field.lngField, *content.type, content.strText);
+  }
 }
 
 void IdentityConstraints::takeAttribute(std::size_t lngTarget, std::size_t lngField,
                                         const OpenElement& element,
                                         const CheckedAttribute& attribute) {
-  char32_t& number = targets_[lngTarget].key[lngField];
-  if (number == kAbsent) {
-    number = attribute.blnValid ? numberOf(*attribute.type, attribute.strValue) : kUnknown;
-    return;
+  Target& target = targets_[lngTarget];
+  char32_t& number = target.fields.key[lngField];
+  if (number != kAbsent) {
+    report(libraryWords(*element.name, attribute.name->expanded(),
+                        fieldWords(*scopes_[target.lngScope].constraint, lngField,
+                                   "evaluates to a node-set with more than one member.")));
+  } else if (!attribute.blnValid) {
+    number = kUnknown;
+  } else {
+    takeValue(target.fields, lngField, *attribute.type, attribute.strValue);
   }
-  const IdentityConstraint& constraint = *scopes_[targets_[lngTarget].lngScope].constraint;
-  report(libraryWords(*element.name, attribute.name->expanded(),
-                      "The XPath '" + constraint.fieldTexts[lngField] + "' of a field of " +
-                          designation(constraint) +
-                          " evaluates to a node-set with more than one member."));
 }
 
 void IdentityConstraints::closeTarget(const Target& target, const OpenElement& element) {
   Scope& scope = scopes_[target.lngScope];
   const IdentityConstraint& constraint = *scope.constraint;
-  if (target.key.find(kUnknown) != KeySequence::npos) return;  // the value has been told of
-  if (target.key.find(kAbsent) != KeySequence::npos) {
+  if (target.fields.key.find(kUnknown) != KeySequence::npos) return;  // the value has been told of
+  if (target.fields.key.find_first_of(KeySequence{kAbsent, kNil}) != KeySequence::npos) {
     if (constraint.kind != IdentityConstraint::Kind::key) return;
     return report(libraryWords(
         *element.name, "Not all fields of " + designation(constraint) + " evaluate to a node."));
   }
+  if (++lngKept_ > kMaxKept) {
+    throw RuntimeError(kXmlFailure, "The message has more keys than can be compared.");
+  }
   if (constraint.kind == IdentityConstraint::Kind::keyref) {
-    scope.references.push_back({target.key, element.name});
+    scope.references.push_back({target.fields, element.name});
     return;
   }
   const Entry own = {scope.lngDepth, false};
-  const auto [entry, blnNew] = tables_[scope.lngTable].entries.try_emplace(target.key, own);
+  Table& table = *tableAt(&constraint, scope.lngDepth);
+  const auto [entry, blnNew] = table.entries.try_emplace(target.fields.key, own);
   if (!blnNew && entry->second.lngDepth == scope.lngDepth && !entry->second.blnConflict) {
-    return report(libraryWords(*element.name, "Duplicate key-sequence " + shown(target.key) +
+    return report(libraryWords(*element.name, "Duplicate key-sequence " + shown(target.fields) +
                                                   " in " + designation(constraint) + "."));
   }
   entry->second = own;  // whatever came from further down
 }
 
 void IdentityConstraints::closeScope(const Scope& scope) {
-  if (scope.references.empty()) return;
-  const Table* table = tableOf(scope.constraint->refer, scope.lngDepth);
+  if (scope.constraint->kind != IdentityConstraint::Kind::keyref) return;
+  --askedFor_[scope.constraint->refer];
+  const Table* table = tableAt(scope.constraint->refer, scope.lngDepth);
   for (const Reference& reference : scope.references) {
     const char* found = "No match";
     if (table) {
-      const auto entry = table->entries.find(reference.key);
+      const auto entry = table->entries.find(reference.fields.key);
       if (entry != table->entries.end()) {
         if (!entry->second.blnConflict) continue;
         if (entry->second.lngDepth == scope.lngDepth) found = "More than one match";
       }
     }
     report(libraryWords(*reference.element, std::string(found) + " found for key-sequence " +
-                                                shown(reference.key) + " of keyref '" +
+                                                shown(reference.fields) + " of keyref '" +
                                                 names_[scope.constraint->name].text() + "'."));
   }
 }
 
-/// Hands the tables of an element that ends to its parent. They are the last ones; what stays of
-/// them stays in its order, the parent's own before it.
+/// Hands the tables of an element that ends to its parent. Their marks are the last ones; those
+/// that stay become the parent's, behind its own.
 void IdentityConstraints::handOnTables(std::size_t lngDepth) {
-  const auto isHere = [&](const Table& table) { return table.lngDepth == lngDepth; };
-  const auto first = std::find_if(tables_.begin(), tables_.end(), isHere);
-  auto kept = first;
-  for (auto table = first; table != tables_.end(); ++table) {
-    if (lngDepth == 0 || !isAskedFor(table->constraint)) continue;
-    if (Table* parents = tableOf(table->constraint, lngDepth - 1)) {
-      merge(*table, *parents);
-    } else {
-      table->lngDepth = lngDepth - 1;
-      if (kept != table) *kept = std::move(*table);
-      ++kept;
-    }
+  auto kept = firstAt(marks_, lngDepth);
+  for (auto mark = kept; mark != marks_.end(); ++mark) {
+    if (!handOn(tables_[mark->constraint], mark->constraint)) continue;
+    *kept++ = {lngDepth - 1, mark->constraint};
   }
-  tables_.erase(kept, tables_.end());
+  marks_.erase(kept, marks_.end());
+}
+
+/// Hands the innermost table of a constraint to the parent of its element; tells whether it stays a
+/// table there, not having become part of another.
+bool IdentityConstraints::handOn(std::vector<Table>& tables, const IdentityConstraint* constraint) {
+  Table& table = tables.back();
+  const auto asked = askedFor_.find(constraint);
+  if (table.lngDepth > 0 && asked != askedFor_.end() && asked->second > 0) {
+    const bool blnParentHas =
+        tables.size() > 1 && tables[tables.size() - 2].lngDepth == table.lngDepth - 1;
+    if (!blnParentHas) {
+      --table.lngDepth;
+      return true;
+    }
+    merge(table, tables[tables.size() - 2]);
+  }
+  tables.pop_back();
+  return false;
 }
 
 /// Adds what a child's table holds to that of its parent. The smaller one is gone through, which
@@ -214,37 +268,42 @@ void IdentityConstraints::merge(Table& child, Table& parent) {
   }
 }
 
-IdentityConstraints::Table* IdentityConstraints::tableOf(const IdentityConstraint* constraint,
+IdentityConstraints::Table* IdentityConstraints::tableAt(const IdentityConstraint* constraint,
                                                          std::size_t lngDepth) {
-  const auto table = std::find_if(tables_.rbegin(), tables_.rend(), [&](const Table& one) {
-    return one.lngDepth == lngDepth && one.constraint == constraint;
-  });
-  return table == tables_.rend() ? nullptr : &*table;
+  std::vector<Table>& tables = tables_[constraint];
+  const auto table = std::find_if(tables.rbegin(), tables.rend(),
+                                  [&](const Table& one) { return one.lngDepth <= lngDepth; });
+  return table == tables.rend() || table->lngDepth != lngDepth ? nullptr : &*table;
 }
 
-/// Whether a keyref of an open element may look for a key of this constraint.
-bool IdentityConstraints::isAskedFor(const IdentityConstraint* constraint) const {
-  return std::any_of(scopes_.begin(), scopes_.end(),
-                     [&](const Scope& scope) { return scope.constraint->refer == constraint; });
-}
-
-char32_t IdentityConstraints::numberOf(const SimpleType& type, std::string_view strText) {
-  constexpr char32_t kFirst = kUnknown + 1;
-  const auto number = static_cast<char32_t>(kFirst + values_.size());
+void IdentityConstraints::takeValue(Fields& fields, std::size_t lngField, const SimpleType& type,
+                                    std::string_view strText) {
+  const auto number = static_cast<char32_t>(kUnknown + 1 + values_.size());
   const auto [known, blnNew] = numbers_.try_emplace(type.valueKey(strText, lookup_), number);
-  if (blnNew) values_.push_back({&type, std::string(strText)});
-  return known->second;
+  if (blnNew) values_.push_back(type.normalised(strText));
+  fields.key[lngField] = known->second;
+  const auto typeNumber = static_cast<char32_t>(types_.size());
+  const auto [knownType, blnNewType] = typeNumbers_.try_emplace(&type, typeNumber);
+  if (blnNewType) types_.push_back(&type);
+  fields.types[lngField] = knownType->second;
 }
 
 /// `['a', 'b']`
-std::string IdentityConstraints::shown(const KeySequence& key) const {
+std::string IdentityConstraints::shown(const Fields& fields) const {
   std::string strShown;
-  for (const char32_t number : key) {
-    strShown += strShown.empty() ? "['" : "', '";
-    const Value& value = values_[number - kUnknown - 1];
-    strShown += value.type->canonical(value.strText, lookup_);
+  for (std::size_t field = 0; field < fields.key.size(); ++field) {
+    strShown += field == 0 ? "['" : "', '";
+    const std::string& strValue = values_[fields.key[field] - kUnknown - 1];
+    strShown += types_[fields.types[field]]->canonical(strValue, lookup_);
   }
   return strShown + "']";
+}
+
+std::string IdentityConstraints::fieldWords(const IdentityConstraint& constraint,
+                                            std::size_t lngField, std::string_view strWhat) const {
+  std::string strWords("The XPath '");
+  strWords.append(constraint.fieldTexts[lngField]).append("' of a field of ");
+  return strWords.append(designation(constraint)).append(" ").append(strWhat);
 }
 
 std::string IdentityConstraints::designation(const IdentityConstraint& constraint) const {

@@ -30,8 +30,10 @@ struct FieldContent {
 /// in the table of their key when the scope ends. Tables are handed on to the parent as far as a
 /// keyref further up may ask for them.
 ///
-/// Costs, for each event, a look at the scopes and targets that are open, and for each target that
-/// ends a look into a hash table.
+/// Costs, for each event, a look at the scopes that are open and at the targets that are near
+/// enough for a field to lead here (near, unless a field begins with ".//"), and for each target
+/// that ends a look into a hash table. An element can be a target of every element around it; a
+/// message that comes to more than two million key sequences ends with kXmlFailure.
 class IdentityConstraints {
  public:
   IdentityConstraints(const NameTable& names, const PrefixLookup& lookup,
@@ -54,7 +56,8 @@ class IdentityConstraints {
   // a value is kept once however many constraints it matters to.
   using KeySequence = std::u32string;
   static constexpr char32_t kAbsent = 0;
-  static constexpr char32_t kUnknown = 1;  // it is there, but not what its type allows
+  static constexpr char32_t kNil = 1;      // it is there, and nil
+  static constexpr char32_t kUnknown = 2;  // it is there, but not what its type allows
 
   /// An entry in the table of an element. Its meaning depends on which element's table it is seen
   /// in by now: what is a target of the element's own constraint is, further up, merely inherited;
@@ -67,31 +70,38 @@ class IdentityConstraints {
   /// The key sequences of a key or unique at an open element.
   struct Table {
     std::size_t lngDepth = 0;
-    const IdentityConstraint* constraint = nullptr;
     std::unordered_map<KeySequence, Entry> entries;
   };
 
-  struct Reference {
+  /// Says that there is a table of a constraint at an open element.
+  struct TableMark {
+    std::size_t lngDepth = 0;
+    const IdentityConstraint* constraint = nullptr;
+  };
+
+  /// What the fields of a target have led to.
+  struct Fields {
     KeySequence key;
+    std::u32string types;  // of the values, by their numbers in `types_`; to tell them
+
+    explicit Fields(std::size_t lngCount) : key(lngCount, kAbsent), types(lngCount, 0) {}
+  };
+
+  struct Reference {
+    Fields fields;
     const MessageName* element = nullptr;
   };
 
   struct Scope {
     const IdentityConstraint* constraint = nullptr;
     std::size_t lngDepth = 0;
-    std::size_t lngTable = 0;           // of a key or unique
     std::vector<Reference> references;  // of a keyref
   };
 
   struct Target {
     std::size_t lngScope = 0;
     std::size_t lngDepth = 0;
-    KeySequence key;
-  };
-
-  struct Value {
-    const SimpleType* type = nullptr;
-    std::string strText;
+    Fields fields;
   };
 
   /// A field of a target whose value is the content of an open element.
@@ -102,6 +112,7 @@ class IdentityConstraints {
   };
 
   void openScopes(const OpenElement& element, std::size_t lngDepth);
+  void openTargets(const std::vector<OpenElement>& open);
   void findFields(const std::vector<OpenElement>& open, std::size_t lngTarget,
                   const std::vector<CheckedAttribute>& attributes);
   void takeContent(const AwaitedField& field, const OpenElement& element,
@@ -111,23 +122,33 @@ class IdentityConstraints {
   void closeTarget(const Target& target, const OpenElement& element);
   void closeScope(const Scope& scope);
   void handOnTables(std::size_t lngDepth);
+  bool handOn(std::vector<Table>& tables, const IdentityConstraint* constraint);
   static void merge(Table& child, Table& parent);
-  Table* tableOf(const IdentityConstraint* constraint, std::size_t lngDepth);
-  bool isAskedFor(const IdentityConstraint* constraint) const;
-  char32_t numberOf(const SimpleType& type, std::string_view strText);
-  std::string shown(const KeySequence& key) const;
+  Table* tableAt(const IdentityConstraint* constraint, std::size_t lngDepth);
+  void takeValue(Fields& fields, std::size_t lngField, const SimpleType& type,
+                 std::string_view strText);
+  std::string shown(const Fields& fields) const;
+  std::string fieldWords(const IdentityConstraint& constraint, std::size_t lngField,
+                         std::string_view strWhat) const;
   std::string designation(const IdentityConstraint& constraint) const;
   void report(const std::string& strWords);
 
   const NameTable& names_;
   const PrefixLookup& lookup_;
   ViolationReporter& reporter_;
-  std::vector<Scope> scopes_;  // these three: of open elements, the outermost first
+  // These four: of open elements, the outermost first.
+  std::vector<Scope> scopes_;
   std::vector<Target> targets_;
-  std::vector<Table> tables_;
   std::vector<AwaitedField> awaited_;
+  std::vector<TableMark> marks_;
+  std::unordered_map<const IdentityConstraint*, std::vector<Table>> tables_;  // the outermost first
+  std::unordered_map<const IdentityConstraint*, int> askedFor_;  // by how many open keyrefs
+  std::size_t lngReach_ = 0;  // how far below a target a field may lead
+  std::size_t lngKept_ = 0;   // key sequences, in all
   std::unordered_map<std::string, char32_t> numbers_;
-  std::vector<Value> values_;  // by number
+  std::vector<std::string> values_;  // by number: how one was written
+  std::unordered_map<const SimpleType*, char32_t> typeNumbers_;
+  std::vector<const SimpleType*> types_;  // by number
 };
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -26,7 +26,8 @@ std::string MessageName::expanded() const {
   return ExpandedName{std::string(strUri), std::string(strLocal)}.text();
 }
 
-MessageNames::MessageNames(const NameTable* schemaNames) : schemaNames_(schemaNames), slots_(1024) {}
+MessageNames::MessageNames(const NameTable* schemaNames)
+    : schemaNames_(schemaNames), slots_(1024) {}
 
 const MessageName& MessageNames::of(const xmlChar* local, const xmlChar* prefix,
                                     const xmlChar* uri) {

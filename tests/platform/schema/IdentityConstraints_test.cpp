@@ -77,6 +77,13 @@ TEST(IdentityConstraints, TellOfEveryKeyAndReference) {
                                     "The XPath 'weight' of a field of unique "
                                     "identity-constraint 'weights' evaluates to a "
                                     "node-set with more than one member.")}},
+       {"nor is nil nothing at all",
+        "<r xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance'><part no='1'>"
+        "<weight xsi:nil='true'/><weight>2</weight></part></r>",
+        {"/r/part/weight: " + words("weight",
+                                    "The XPath 'weight' of a field of unique identity-constraint "
+                                    "'weights' evaluates to a node-set with more than one "
+                                    "member.")}},
        {"a value that is none is told as such and is no key",
         "<r><part no='1'><weight>x</weight></part><part no='2'><weight>x</weight></part></r>",
         {"/r/part/weight: " + badValue("weight"), "/r/part/weight: " + badValue("weight")}},
@@ -263,6 +270,29 @@ TEST(IdentityConstraints, CompareTenThousandRows) {
       {{"keys from far below",
         ("<box>" + strNested + "<ref>10000</ref><ref>9999</ref><ref>40</ref></box>").c_str(),
         {"/box: " + noMatch("ref", "refs", "['10000']")}}});
+}
+
+TEST(IdentityConstraints, CompareTwoMillionKeysAndNoMore) {
+  const SchemaDirectory directory;
+  const SchemaCollection colSchemas = schemasOf(
+      directory,
+      schemaText("<xs:element name='a'><xs:complexType><xs:sequence><xs:element ref='a' "
+                 "minOccurs='0' maxOccurs='unbounded'/></xs:sequence><xs:attribute name='n'/>"
+                 "</xs:complexType><xs:unique name='u'><xs:selector xpath='.//a'/>"
+                 "<xs:field xpath='@n'/></xs:unique></xs:element>"));
+  // Each of the innermost is a target of all that are around it.
+  std::string strMessage;
+  for (int level = 0; level < 250; ++level) strMessage += "<a>";
+  for (int key = 0; key < 8'000; ++key) strMessage += "<a n='" + std::to_string(key) + "'/>";
+  std::string strEnd;
+  for (int level = 0; level < 250; ++level) strEnd += "</a>";
+  EXPECT_EQ(violations(colSchemas, strMessage + strEnd), Lines());
+  const auto reader = ValidatingReader::create();
+  reader->putFeature("schema-validation", true);
+  reader->schemas(colSchemas);
+  const std::optional<RuntimeError> error = reader->parse(strMessage + "<a n=''/>" + strEnd);
+  ASSERT_TRUE(error);
+  EXPECT_EQ(error->description(), "The message has more keys than can be compared.");
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include <libxml/xmlschemastypes.h>
 
+#include <algorithm>
 #include <memory>
 
 #include "platform/schema/value/SimpleTypeImpl.h"
@@ -9,6 +10,15 @@
 namespace Varnel_Tolv_XML_Creation {
 
 namespace {
+
+/// Its digits without needless ones; also of an integer that is written as another decimal.
+std::string canonicalInteger(std::string_view strText) {
+  const bool blnNegative = strText.starts_with('-');
+  strText = strText.substr(0, strText.find('.'));
+  strText.remove_prefix(std::min(strText.find_first_not_of("+-0"), strText.size()));
+  if (strText.empty()) return "0";
+  return (blnNegative ? "-" : "") + std::string(strText);
+}
 
 /// As the library tells the value of a number, a time and the like; what it cannot read stays.
 std::string canonicalByLibrary(const AtomicType& atomic, const std::string& strText) {
@@ -50,7 +60,9 @@ std::string SimpleType::canonical(std::string_view strText, const PrefixLookup& 
     case Primitive::notation:
       return strValue;
     default:
-      return canonicalByLibrary(*impl_->atomic, strValue);
+      // Of the integer 0 the library would tell nothing.
+      return impl_->atomic->blnInteger ? canonicalInteger(strValue)
+                                       : canonicalByLibrary(*impl_->atomic, strValue);
   }
 }
 

@@ -85,7 +85,9 @@ std::optional<ExhaustiveValidator::Placement> ExhaustiveValidator::place(const M
   OpenElement& parent = open_.back();
   parent.blnHasChildren = true;
   const TypeDefinition& type = *parent.type;
-  if (&type == &components_.anyType()) return placeByName(name.id).value_or(Placement());
+  if (&type == &components_.anyType() && !parent.blnNilled) {
+    return placeByName(name.id).value_or(Placement());
+  }
   const bool blnMayHave = hasElements(type) && type.model && !parent.blnNilled;
   if (blnMayHave && !parent.blnMisplaced) {
     if (!parent.cursor) parent.cursor.emplace(*type.model);

@@ -267,6 +267,12 @@ TEST(SemanticCases, NothingIsReallyNothing) {
       {"nothing in place of a fixed value (3.3.4, clause 3.2.2)",
        element("xs:int", " nillable='true' fixed='5'"), instance("xsi:nil='true'/>"), false},
       {"no word for a flag", strNil, instance("xsi:nil='yes'>1</r>"), false},
+      {"of any type", "<xs:element name='r' nillable='true'/>", instance("xsi:nil='true'/>"), true},
+      {"an element, which any type has room for",
+       "<xs:element name='r' nillable='true'/><xs:element name='a'/>",
+       instance("xsi:nil='true'><a/></r>"), false},
+      {"one that is not declared", "<xs:element name='r' nillable='true'/>",
+       instance("xsi:nil='true'><a/></r>"), false},
   });
 }
 

@@ -217,12 +217,22 @@ FieldContent ExhaustiveValidator::checkValue(const OpenElement& element) {
     if (!blnTold) reportValue(element, faults.lngCode, std::move(faults.facets), {});
     return content;
   }
-  if (!blnByDefault && constraint.kind == ValueConstraint::Kind::fixed &&
-      type.valueKey(content.strText, lookup_) != constraint.strKey) {
+  if (!blnByDefault && !isFixedValue(element, content.strText)) {
     reportNotFixed(element, XML_SCHEMAV_CVC_ELT_5_2_2_2_2, "actual", content.strText);
   }
   identifiers_.add(type, content.strText, lookup_, *element.name, nullptr);
   return content;
+}
+
+/// Whether a value is the one that is demanded, if one is. A type that the message names may tell
+/// values apart in another way than the declared one.
+bool ExhaustiveValidator::isFixedValue(const OpenElement& element, std::string_view strText) const {
+  const ValueConstraint& constraint = constraintOf(element);
+  if (constraint.kind != ValueConstraint::Kind::fixed) return true;
+  const SimpleType& type = *element.type->simple;
+  const std::string strKey = type.valueKey(strText, lookup_);
+  return strKey == constraint.strKey || (element.type != element.declaration->type &&
+                                         strKey == type.valueKey(constraint.strValue, lookup_));
 }
 
 /// Checks that nothing is missing at the end of an element that is to have no value.

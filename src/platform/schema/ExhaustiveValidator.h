@@ -58,6 +58,7 @@ class ExhaustiveValidator {
   void open(const StartTag& tag, const Placement& placement, std::size_t lngOuterBindings);
   void readAttributes(const StartTag& tag);
   FieldContent checkValue(const OpenElement& element);
+  bool isFixedValue(const OpenElement& element, std::string_view strText) const;
   void checkMixedText(const OpenElement& element);
   void checkComplete(OpenElement& element);
   static const ValueConstraint& constraintOf(const OpenElement& element) noexcept;

@@ -196,6 +196,16 @@ TEST(SemanticCases, ValuesAreComparedAsTheirTypesCompareThem) {
       {"blanks are no empty element (3.3.4, clause 5.1)", element("xs:int", " default='5'"), r(" "),
        false},
       {"nothing stands for the default", element("xs:int", " default='5'"), r(""), true},
+      {"a fixed text of any type, as a number (3.3.4, clause 5.2.2.2.2)",
+       "<xs:element name='r' fixed='5'/>", instance("xsi:type='xs:int'>05</r>"), true},
+      {"another one", "<xs:element name='r' fixed='5'/>", instance("xsi:type='xs:int'>6</r>"),
+       false},
+      {"a fixed number of a union, as a text",
+       "<xs:simpleType name='u'><xs:union memberTypes='xs:int xs:string'/></xs:simpleType>" +
+           element("u", " fixed='5'"),
+       instance("xsi:type='xs:string'>5</r>"), true},
+      {"a fixed text that the type has not", "<xs:element name='r' fixed='a'/>",
+       instance("xsi:type='xs:int'>5</r>"), false},
   });
 }
 

@@ -95,7 +95,7 @@ std::optional<ExhaustiveValidator::Placement> ExhaustiveValidator::place(const M
     // taken for that, the cursor has to be as it was before.
     std::optional<ContentCursor> before;
     const Wildcard* wildcard = type.model->find(kNoName, name.strUri).wildcard;
-    if (wildcard && isLocal(name.id)) before = parent.cursor;
+    if (wildcard && isLocal(name.id) && !namesItsType()) before = parent.cursor;
     const ContentMatch match = parent.cursor->accept(name.id, name.strUri);
     const bool blnByMistake =
         before && match.wildcard && match.wildcard->process == Wildcard::Process::strict;
@@ -120,9 +120,7 @@ std::optional<ExhaustiveValidator::Placement> ExhaustiveValidator::placeByMatch(
   if (process == Wildcard::Process::skip) return std::nullopt;
   if (const std::optional<Placement> placement = placeByName(name.id)) return placement;
   if (process == Wildcard::Process::lax) return Placement();
-  if (instanceValues_.strType && namesType(components_, *instanceValues_.strType, lookup_)) {
-    return Placement();
-  }
+  if (namesItsType()) return Placement();
   if (!isLocal(name.id)) reportUndeclared(name, XML_SCHEMAV_CVC_ELT_1);
   return std::nullopt;
 }
@@ -146,6 +144,11 @@ std::optional<ExhaustiveValidator::Placement> ExhaustiveValidator::placeMisplace
     reporter_.report(violation);
   }
   return elsewhere ? placeByMatch(elsewhere, name) : placeByName(name.id);
+}
+
+/// Whether the start tag that is being read names a type that there is.
+bool ExhaustiveValidator::namesItsType() const {
+  return instanceValues_.strType && namesType(components_, *instanceValues_.strType, lookup_);
 }
 
 /// Whether elements of this name are declared, but only for places of their own.

@@ -54,6 +54,7 @@ class ExhaustiveValidator {
   std::optional<Placement> placeByMatch(const ContentMatch& match, const MessageName& name);
   std::optional<Placement> placeMisplaced(OpenElement& parent, const MessageName& name);
   std::optional<Placement> placeByName(NameId id) const;
+  bool namesItsType() const;
   bool isLocal(NameId id) const noexcept;
   void open(const StartTag& tag, const Placement& placement, std::size_t lngOuterBindings);
   void readAttributes(const StartTag& tag);

@@ -364,6 +364,10 @@ TEST(SemanticCases, ContentIsWhatSomeWayThroughTheModelAdmits) {
       {"demanded to be declared", wild("namespace='##other'"), r(strOther), false},
       {"or to name its type (3.10.1)", wild("namespace='##other'"),
        instance("><o:x xmlns:o='urn:o' xsi:type='xs:int'>1</o:x></r>"), true},
+      {"also where others of its name are declared for a place of their own",
+       wild("") + "<xs:complexType name='t'><xs:sequence><xs:element name='x'/></xs:sequence>"
+                  "</xs:complexType>",
+       instance("><x xsi:type='xs:int'>1</x></r>"), true},
       {"and be of it", wild("namespace='##other' processContents='lax'"),
        instance("><o:x xmlns:o='urn:o' xsi:type='xs:int'>x</o:x></r>"), false},
       {"what is declared is checked below what is not", wild("processContents='lax'"),

@@ -139,7 +139,7 @@ std::optional<ExhaustiveValidator::Placement> ExhaustiveValidator::placeMisplace
     Violation violation;
     violation.kind = Violation::Kind::invalidContent;
     violation.lngCode = parent.blnNilled ? XML_SCHEMAV_CVC_ELT_3_2_1 : XML_SCHEMAV_ELEMENT_CONTENT;
-    if (parent.cursor) violation.expected = parent.cursor->expected();
+    if (parent.cursor) violation.expected = parent.cursor->expected(reporter_.namesWanted());
     parent.cursor.reset();
     reporter_.report(violation);
   }
@@ -248,7 +248,7 @@ void ExhaustiveValidator::checkComplete(OpenElement& element) {
   Violation violation;
   violation.kind = Violation::Kind::incompleteContent;
   violation.lngCode = XML_SCHEMAV_ELEMENT_CONTENT;
-  violation.expected = element.cursor->expected();
+  violation.expected = element.cursor->expected(reporter_.namesWanted());
   reporter_.report(violation);
 }
 

@@ -92,6 +92,10 @@ void ViolationReporter::reportOther(std::int32_t lngCode, std::string strWords) 
   report(violation);
 }
 
+std::size_t ViolationReporter::namesWanted() const noexcept {
+  return std::max(kMaxNamesTold - lngNamesTold_, kFewNames) + 1;
+}
+
 void ViolationReporter::addExpected(const std::vector<const ElementDeclaration*>& expected) {
   if (expected.empty()) return;
   const bool blnMany = lngNamesTold_ + expected.size() > kMaxNamesTold;
@@ -104,7 +108,7 @@ void ViolationReporter::addExpected(const std::vector<const ElementDeclaration*>
     strMessage_ += name.strLocal;
   }
   strMessage_ += lngTold < expected.size() ? ", ..." : ".";
-  if (!blnMany) lngNamesTold_ += lngTold;
+  lngNamesTold_ = blnMany ? kMaxNamesTold : lngNamesTold_ + lngTold;
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

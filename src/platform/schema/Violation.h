@@ -58,6 +58,9 @@ class ViolationReporter {
   void report(const Violation& violation);
   void reportOther(std::int32_t lngCode, std::string strWords);
 
+  /// How many expected elements a violation need have: one more than would be told.
+  std::size_t namesWanted() const noexcept;
+
  private:
   void addExpected(const std::vector<const ElementDeclaration*>& expected);
 

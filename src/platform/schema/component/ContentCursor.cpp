@@ -273,7 +273,7 @@ bool ContentCursor::complete() const noexcept {
   return blnLost_;
 }
 
-std::vector<const ElementDeclaration*> ContentCursor::expected() const {
+std::vector<const ElementDeclaration*> ContentCursor::expected(std::size_t lngMost) const {
   const Nodes& nodes = model_->tree.nodes;
   std::vector<bool> mayBegin(nodes.size(), blnLost_);
   for (std::size_t lngWay = 0; lngWay < lngWays_; ++lngWay) {
@@ -287,9 +287,10 @@ std::vector<const ElementDeclaration*> ContentCursor::expected() const {
   std::unordered_set<const ElementDeclaration*> told;
   std::unordered_set<NameId> names;
   const auto tell = [&](const ElementDeclaration* element) {
-    if (!element->blnAbstract && names.insert(element->name).second) elements.push_back(element);
+    if (elements.size() == lngMost || element->blnAbstract) return;
+    if (names.insert(element->name).second) elements.push_back(element);
   };
-  for (std::uint32_t self = 1; self < nodes.size(); ++self) {
+  for (std::uint32_t self = 1; self < nodes.size() && elements.size() < lngMost; ++self) {
     const ContentNode& node = nodes[self];
     if (mayBegin[node.parent] && node.entry == nodes[node.parent].entry) mayBegin[self] = true;
     if (!mayBegin[self] || node.term != Particle::Term::element) continue;

@@ -94,8 +94,10 @@ class ContentCursor {
   bool complete() const noexcept;
 
   /// The elements that could stand here, in the order of the model, each once, the members of
-  /// substitution groups behind their heads (an abstract head is none). Wildcards have no name.
-  std::vector<const ElementDeclaration*> expected() const;
+  /// substitution groups behind their heads (an abstract head is none); no more than `lngMost` of
+  /// them. Wildcards have no name.
+  std::vector<const ElementDeclaration*> expected(
+      std::size_t lngMost = std::numeric_limits<std::size_t>::max()) const;
 
   /// How many ways of attributing the children so far it keeps: what the next child costs.
   std::size_t ways() const noexcept { return lngWays_; }

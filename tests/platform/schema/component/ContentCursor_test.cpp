@@ -204,6 +204,17 @@ TEST(ContentCursor, ListsWhatCouldStandHereOnceInTheOrderOfTheModel) {
   }
 }
 
+TEST(ContentCursor, ListsNoMoreThanAreWanted) {
+  Vocabulary vocabulary;
+  vocabulary["head"].substitutes = {&vocabulary["z"], &vocabulary["a"]};
+  const Reading reading(vocabulary, "(x?, head?, y)");
+  const std::vector<std::string> lists = {
+      "", "x", "x head", "x head z", "x head z a", "x head z a y", "x head z a y"};
+  for (std::size_t most = 0; most < lists.size(); ++most) {
+    EXPECT_EQ(vocabulary.namesOf(reading.cursor.expected(most)), lists[most]);
+  }
+}
+
 TEST(ContentCursor, TellsAMemberOfASubstitutionGroupAndNotItsHead) {
   Vocabulary vocabulary;
   vocabulary["head"].substitutes = {&vocabulary["one"]};

@@ -165,6 +165,15 @@ const Shape kShapes[] = {
        return modelOf("sequence", strModel + "<xs:element name='z' type='xs:int'/>");
      },
      [](int n) { return message(times(n, "<a>1</a>")); }},
+    {"OneNameInManyPlaces", 50,
+     [](int n) {
+       return modelOf("sequence",
+                      "<xs:sequence maxOccurs='unbounded'>" +
+                          times(200, "<xs:element name='a' type='xs:int' minOccurs='0'/>") +
+                          "<xs:element name='z' type='xs:int'/></xs:sequence>") +
+              ints(n, "");
+     },
+     [](int n) { return message(times(n, "<a>x</a>")); }},
     {"ChoicesInSequencesInChoices", 8,
      [](int n) {
        return modelOf("sequence", times(n, [](int number) {

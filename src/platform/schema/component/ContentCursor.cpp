@@ -26,7 +26,7 @@ using Nodes = std::vector<ContentNode>;
 // can follow each other, which schemas must not have, or four and more levels of narrow ranges of
 // large numbers.
 constexpr std::size_t kMaxWays = 256;
-constexpr std::size_t kMaxSteps = kMaxWays * kMaxWays;
+constexpr std::size_t kMaxSteps = 4 * kMaxWays;
 
 // From the number needed on, the lower one is as good as all others: it leaves more to come. But
 // where there is no limit, the higher one is as good as all others: it needs less to come.

@@ -32,7 +32,7 @@ void AttributeChecks::check(const StartTag& tag, const std::vector<const Message
 void AttributeChecks::checkInstance(const StartTag& tag, std::size_t lngIndex,
                                     const MessageName& name) {
   if (name.instance == InstanceAttribute::location) return;
-  const std::string_view strValue = tag.value(lngIndex, strDecoded_);
+  const std::string_view strValue = tag.value(lngIndex);
   const bool blnValid = name.instance == InstanceAttribute::nil
                             ? SimpleType::builtIn("boolean")->check(strValue, lookup_, nullptr)
                             : isTypeName(strValue);
@@ -66,7 +66,7 @@ void AttributeChecks::checkValue(const StartTag& tag, std::size_t lngIndex, cons
                                  const ValueConstraint& constraint,
                                  std::vector<CheckedAttribute>* checked) {
   const SimpleType& type = *declaration.type;
-  const std::string_view strValue = tag.value(lngIndex, strDecoded_);
+  const std::string_view strValue = tag.value(lngIndex);
   ValueFaults faults;
   const bool blnValid = type.check(strValue, lookup_, &faults);
   if (!blnValid) {

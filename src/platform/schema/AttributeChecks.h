@@ -55,7 +55,6 @@ class AttributeChecks {
   const PrefixLookup& lookup_;
   ViolationReporter& reporter_;
   DocumentIdentifiers& identifiers_;
-  std::string strDecoded_;
   std::vector<char> stated_;  // which of the type's attributes the tag states
 };
 

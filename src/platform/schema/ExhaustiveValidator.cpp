@@ -70,11 +70,10 @@ void ExhaustiveValidator::readAttributes(const StartTag& tag) {
     const xmlChar** parts = tag.attribute(index);
     const MessageName& name = names_.of(parts[0], parts[1], parts[2]);
     attributeNames_.push_back(&name);
-    std::string strDecoded;
     if (name.instance == InstanceAttribute::type) {
-      instanceValues_.strType = tag.value(index, strDecoded);
+      instanceValues_.strType = tag.value(index);
     } else if (name.instance == InstanceAttribute::nil) {
-      instanceValues_.strNil = tag.value(index, strDecoded);
+      instanceValues_.strNil = tag.value(index);
     }
   }
 }

@@ -3,7 +3,6 @@
 #include <libxml/SAX2.h>
 
 #include <climits>
-#include <forward_list>
 #include <new>
 #include <utility>
 
@@ -27,18 +26,15 @@ class TagAttributes : public SaxAttributes {
                                                    std::string_view strLocalName) const override {
     for (std::size_t index = 0; index < tag_.attributeCount; ++index) {
       const xmlChar** parts = tag_.attribute(index);
-      if (view(parts[0]) != strLocalName || view(parts[2]) != strNamespaceURI) continue;
-      std::string strDecoded;
-      const std::string_view strValue = tag_.value(index, strDecoded);
-      if (strDecoded.empty()) return strValue;
-      return decoded_.emplace_front(std::move(strDecoded));
+      if (view(parts[0]) == strLocalName && view(parts[2]) == strNamespaceURI) {
+        return tag_.value(index);
+      }
     }
     return std::nullopt;
   }
 
  private:
   const StartTag& tag_;
-  mutable std::forward_list<std::string> decoded_;  // mostly there is none
 };
 
 /// How much of the text the parser is given at once: the library refuses to look ten million bytes
@@ -169,7 +165,9 @@ void SaxReading::parse(std::string_view strText) {
   const MemoryWatch memory;
   // It is text already, whatever encoding its declaration names.
   if (xmlCtxtResetPush(parser_.get(), nullptr, 0, nullptr, "UTF-8") != 0) throw std::bad_alloc();
-  xmlCtxtUseOptions(parser_.get(), XML_PARSE_NONET | XML_PARSE_IGNORE_ENC);
+  // There are no entities but its own; unless they are replaced it leaves "&" as "&#38;" in values
+  // and namespaces.
+  xmlCtxtUseOptions(parser_.get(), XML_PARSE_NONET | XML_PARSE_IGNORE_ENC | XML_PARSE_NOENT);
   const auto mayGoOn = [this] { return !blnStopped_ && !fault_ && !exception_; };
   while (!strText.empty() && mayGoOn()) {
     const std::size_t piece = pieceOf(strText);

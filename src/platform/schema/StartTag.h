@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <string>
 #include <string_view>
 
 #include "platform/schema/MessageNames.h"
@@ -22,8 +21,10 @@ struct StartTag {
     return attributes + lngIndex * kPointersPerAttribute;
   }
 
-  /// A value. The parser writes "&" as "&#38;" in it; where it did, the value goes to `strDecoded`.
-  std::string_view value(std::size_t lngIndex, std::string& strDecoded) const;
+  std::string_view value(std::size_t lngIndex) const noexcept {
+    const xmlChar** parts = attribute(lngIndex);
+    return {reinterpret_cast<const char*>(parts[3]), static_cast<std::size_t>(parts[4] - parts[3])};
+  }
 };
 
 }  // namespace Varnel_Tolv_XML_Creation

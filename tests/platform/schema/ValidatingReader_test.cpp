@@ -76,6 +76,18 @@ TEST(ValidatingReader, HandsOutElementsWithTheirNamesAndAttributes) {
   EXPECT_EQ(recorder.lngLine, 2);
 }
 
+TEST(ValidatingReader, KnowsNamespacesHoweverTheirCharactersAreWritten) {
+  const SchemaDirectory directory;
+  const SchemaCollection colSchemas =
+      schemasOf(directory, schemaText("<xs:element name='r' type='xs:QName'/>", "urn:a?b&amp;c"),
+                "urn:a?b&c");
+  const std::string strBound = " xmlns:m='urn:a?b&amp;c'>";
+  EXPECT_THAT(readAll(colSchemas, "<m:r" + strBound + "m:x</m:r>"), ElementsAre("<m:r", ">m:r"));
+  EXPECT_THAT(readAll(colSchemas, "<r xmlns='urn:a?b&#38;c' xmlns:m='urn:a?b&amp;amp;c'>m:x</r>"),
+              ElementsAre("<r", ">r"));
+  EXPECT_THAT(readAll(colSchemas, "<r xmlns='urn:a?b&amp;amp;c'/>"), testing::SizeIs(3));
+}
+
 TEST(ValidatingReader, DeliversWhatComesBeforeAFaultAndThenTheFaultOnce) {
   const Outcome outcome = readPlain("<r><a>x</a>\n<b></c></r>");
   ASSERT_TRUE(outcome.error);

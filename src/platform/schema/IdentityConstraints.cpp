@@ -13,7 +13,12 @@ namespace {
 
 using Step = IdentityPath::Step;
 
-constexpr std::size_t kMaxKept = 2'000'000;
+constexpr std::size_t kMaxCount = 2'000'000;
+constexpr std::size_t kMaxNear = 1'000;
+
+[[noreturn]] void refuseMessage() {
+  throw RuntimeError(kXmlFailure, "The message has more keys than can be compared.");
+}
 
 bool admits(const Step& step, const MessageName& name) noexcept {
   if (step.test == Step::Test::name) return name.id == step.name;
@@ -66,6 +71,7 @@ void IdentityConstraints::start(const std::vector<OpenElement>& open,
   openTargets(open);
   std::size_t target = targets_.size();
   while (target > 0 && open.size() - 1 - targets_[target - 1].lngDepth <= lngReach_) --target;
+  if (targets_.size() - target > kMaxNear) refuseMessage();
   for (; target < targets_.size(); ++target) findFields(open, target, attributes);
 }
 
@@ -141,6 +147,7 @@ void IdentityConstraints::takeContent(const AwaitedField& field, const OpenEleme
   const IdentityConstraint& constraint = *scopes_[target.lngScope].constraint;
   char32_t& number = target.fields.key[field.lngField];
   const auto refuse = [&](std::string_view strWhat) {
+    countOne();
     report(libraryWords(*element.name, fieldWords(constraint, field.lngField, strWhat)));
   };
   if (!content.type) {
@@ -162,6 +169,7 @@ void IdentityConstraints::takeAttribute(std::size_t lngTarget, std::size_t lngFi
   Target& target = targets_[lngTarget];
   char32_t& number = target.fields.key[lngField];
   if (number != kAbsent) {
+    countOne();
     report(libraryWords(*element.name, attribute.name->expanded(),
                         fieldWords(*scopes_[target.lngScope].constraint, lngField,
                                    "evaluates to a node-set with more than one member.")));
@@ -181,9 +189,7 @@ void IdentityConstraints::closeTarget(const Target& target, const OpenElement& e
     return report(libraryWords(
         *element.name, "Not all fields of " + designation(constraint) + " evaluate to a node."));
   }
-  if (++lngKept_ > kMaxKept) {
-    throw RuntimeError(kXmlFailure, "The message has more keys than can be compared.");
-  }
+  countOne();
   if (constraint.kind == IdentityConstraint::Kind::keyref) {
     scope.references.push_back({target.fields, element.name});
     return;
@@ -315,6 +321,10 @@ std::string IdentityConstraints::designation(const IdentityConstraint& constrain
 
 void IdentityConstraints::report(const std::string& strWords) {
   reporter_.reportOther(XML_SCHEMAV_CVC_IDC, strWords);
+}
+
+void IdentityConstraints::countOne() {
+  if (++lngCount_ > kMaxCount) refuseMessage();
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

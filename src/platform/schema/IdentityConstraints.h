@@ -33,7 +33,8 @@ struct FieldContent {
 /// Costs, for each event, a look at the scopes that are open and at the targets that are near
 /// enough for a field to lead here (near, unless a field begins with ".//"), and for each target
 /// that ends a look into a hash table. An element can be a target of every element around it; a
-/// message that comes to more than two million key sequences ends with kXmlFailure.
+/// message that comes to more than two million key sequences and bad fields, or to an element that
+/// a field may lead to from more than a thousand targets, ends with kXmlFailure.
 class IdentityConstraints {
  public:
   IdentityConstraints(const NameTable& names, const PrefixLookup& lookup,
@@ -132,6 +133,7 @@ class IdentityConstraints {
                          std::string_view strWhat) const;
   std::string designation(const IdentityConstraint& constraint) const;
   void report(const std::string& strWords);
+  void countOne();
 
   const NameTable& names_;
   const PrefixLookup& lookup_;
@@ -144,7 +146,7 @@ class IdentityConstraints {
   std::unordered_map<const IdentityConstraint*, std::vector<Table>> tables_;  // the outermost first
   std::unordered_map<const IdentityConstraint*, int> askedFor_;  // by how many open keyrefs
   std::size_t lngReach_ = 0;  // how far below a target a field may lead
-  std::size_t lngKept_ = 0;   // key sequences, in all
+  std::size_t lngCount_ = 0;  // of key sequences and bad fields, in all
   std::unordered_map<std::string, char32_t> numbers_;
   std::vector<std::string> values_;  // by number: how one was written
   std::unordered_map<const SimpleType*, char32_t> typeNumbers_;

@@ -295,5 +295,29 @@ TEST(IdentityConstraints, CompareTwoMillionKeysAndNoMore) {
   EXPECT_EQ(error->description(), "The message has more keys than can be compared.");
 }
 
+TEST(IdentityConstraints, LookForFieldsOfAThousandTargetsAndNoMore) {
+  const SchemaDirectory directory;
+  const SchemaCollection colSchemas = schemasOf(
+      directory,
+      schemaText("<xs:element name='a'><xs:complexType><xs:sequence><xs:element ref='a' "
+                 "minOccurs='0'/><xs:element name='k' minOccurs='0' type='xs:int'/></xs:sequence>"
+                 "</xs:complexType><xs:unique name='u'><xs:selector xpath='.//a'/>"
+                 "<xs:field xpath='.//k'/></xs:unique></xs:element>"));
+  const auto errorIn = [&](int lngLevels) {
+    std::string strMessage;
+    for (int level = 0; level < lngLevels; ++level) strMessage += "<a>";
+    strMessage += "<k>1</k>";
+    for (int level = 0; level < lngLevels; ++level) strMessage += "</a>";
+    const auto reader = ValidatingReader::create();
+    reader->putFeature("schema-validation", true);
+    reader->schemas(colSchemas);
+    return reader->parse(strMessage);
+  };
+  EXPECT_FALSE(errorIn(45));  // 44 of them around the innermost, 43 around the next ...
+  const std::optional<RuntimeError> error = errorIn(46);
+  ASSERT_TRUE(error);
+  EXPECT_EQ(error->description(), "The message has more keys than can be compared.");
+}
+
 }  // namespace
 }  // namespace Varnel_Tolv_XML_Creation

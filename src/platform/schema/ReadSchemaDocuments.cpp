@@ -118,10 +118,15 @@ class DocumentsReader {
     if (!strUri)
       refuseSchema(strFrom, "It refers to '" + *strLocation + "', which is no location.");
     const std::optional<std::string> strPath = pathOfUri(*strUri);
-    if (!strPath) refuseSchema(strFrom, "It refers to '" + *strLocation + "', which is no file.");
     ParseError error;
-    const ReadDocument* document = openFile(*strPath, error);
-    if (!document) refuseSchema(*strPath, error.reason);
+    const ReadDocument* document = strPath ? openFile(*strPath, error) : nullptr;
+    if (!document) {
+      ParseError ignored;
+      const std::optional<std::string> strOther = catalog_.fileOfLocation(*strUri);
+      if (strOther) document = openFile(*strOther, ignored);
+    }
+    if (!document && strPath) refuseSchema(*strPath, error.reason);
+    if (!document) refuseSchema(strFrom, "It refers to '" + *strLocation + "', which is no file.");
     lead(reference, partOf(*document, found_.documents[reference.lngFrom].strTargetNamespace));
   }
 

@@ -31,12 +31,12 @@ class SchemaCollection {
   void catalog(std::string_view strPath);
 
   /// Registers the schema file at `strPath` under its target namespace. Includes and imports are
-  /// files, relative to the schema's; nothing is read over the network. An import whose file does
-  /// not exist, or that names none, is looked up in the catalogs, and then among the schemas of the
-  /// W3C that the library holds: xml.xsd, xlink.xsd and xmldsig-core-schema.xsd. Raises kXmlFailure
-  /// for a file that is missing, is no schema, includes one that cannot be had, refers to something
-  /// in a namespace that was not found, or has another target namespace; and for a catalog that
-  /// cannot be read.
+  /// files, relative to the schema's; nothing is read over the network. What names no file that
+  /// exists is looked up in the catalogs, an import then among the schemas of the W3C that the
+  /// library holds: xml.xsd, xlink.xsd and xmldsig-core-schema.xsd. Raises kXmlFailure for a file
+  /// that is missing, is no schema, includes one that cannot be had, refers to something in a
+  /// namespace that was not found, or has another target namespace; and for a catalog that cannot
+  /// be read.
   void add(std::string_view strNamespaceUri, std::string_view strPath);
 
  private:

@@ -156,11 +156,35 @@ TEST_F(SchemaCatalogTest, IsAskedForNothingThatIsThere) {
   EXPECT_EQ(refusal(importing("o.xsd"), strCatalog), "");
 }
 
-TEST_F(SchemaCatalogTest, IsNotAskedForIncludes) {
+TEST_F(SchemaCatalogTest, IsAskedForTheLocationsOfIncludes) {
+  directory_.write("schemas/part.xsd",
+                   schemaText("<xs:element name='r'><xs:complexType><xs:sequence>"
+                              "<xs:any/></xs:sequence><xs:attribute name='t' type='T'/>"
+                              "</xs:complexType></xs:element><xs:simpleType name='T'>"
+                              "<xs:restriction base='xs:int'/></xs:simpleType>"));
   const std::string strCatalog = directory_.write(
-      "catalog.xml", catalogText("<uriSuffix uriSuffix='o.xsd' uri='schemas/o.xsd'/>"));
-  EXPECT_THAT(refusal(schemaText("<xs:include schemaLocation='o.xsd'/>"), strCatalog),
-              HasSubstr("The system cannot locate the object specified."));
+      "catalog.xml", catalogText("<uriSuffix uriSuffix='/part.xsd' uri='schemas/part.xsd'/>"));
+  const struct {
+    const char *says, *parts, *refusal;
+  } cases[] = {
+      {"of another machine", "<xs:include schemaLocation='http://127.0.0.1:9/part.xsd'/>", ""},
+      {"of no file", "<xs:include schemaLocation='no/part.xsd'/>", ""},
+      {"of what is redefined",
+       "<xs:redefine schemaLocation='http://127.0.0.1:9/part.xsd'><xs:simpleType name='T'>"
+       "<xs:restriction base='T'><xs:maxInclusive value='9'/></xs:restriction></xs:simpleType>"
+       "</xs:redefine>",
+       ""},
+      {"that it has not", "<xs:include schemaLocation='http://127.0.0.1:9/o.xsd'/>",
+       "which is no file."},
+      {"that it has not, of no file", "<xs:include schemaLocation='o.xsd'/>",
+       "The system cannot locate the object specified."},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    const std::string strRefusal = refusal(schemaText(c.parts), strCatalog);
+    EXPECT_EQ(strRefusal.empty(), std::string_view(c.refusal).empty()) << strRefusal;
+    EXPECT_THAT(strRefusal, HasSubstr(c.refusal));
+  }
 }
 
 TEST_F(SchemaCatalogTest, MustBeACatalog) {

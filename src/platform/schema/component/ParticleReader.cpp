@@ -63,8 +63,10 @@ std::optional<Particle> ParticleReader::contentOf(const SchemaElement& body) {
   Particle content;
   if (!readOccurrences(source, content)) return std::nullopt;
   readGroup(source, content);
-  // A choice of nothing that has to occur is not empty: nothing at all satisfies it.
-  const bool blnEmpty = content.children.empty() && !source.is("group") &&
+  // A choice of nothing that has to occur is not empty: nothing at all satisfies it. Nor is what
+  // states only children that never occur: there may be white space in it.
+  const bool blnEmpty = !source.is("group") &&
+                        !source.child({"element", "any", "group", "choice", "sequence"}) &&
                         (content.term != Term::choice || content.minOccurs == 0);
   if (blnEmpty) return std::nullopt;
   return content;

@@ -58,7 +58,7 @@ TEST(ParticleReader, WritesNamedGroupsOut) {
        "((s t){1,2} (c|(s t)))"},
       {"<xs:choice><xs:group ref='C'/><xs:element name='a'/></xs:choice>", "(c|(s t)|a)"},
       {"<xs:choice><xs:group ref='C' minOccurs='0'/></xs:choice>", "((c|(s t)){0,1})"},
-      {"<xs:sequence><xs:group ref='S' minOccurs='0' maxOccurs='0'/></xs:sequence>", "empty"},
+      {"<xs:sequence><xs:group ref='S' minOccurs='0' maxOccurs='0'/></xs:sequence>", "( )"},
   };
   for (const auto& c : cases) EXPECT_EQ(read(c.content), c.text);
 }
@@ -86,7 +86,7 @@ TEST(ParticleReader, ReadsAnyNumberOfOccurrences) {
       {"minOccurs='3' maxOccurs='99999999999999999999999999999999999'", "(a{3,4294967294})"},
       {"minOccurs='99999999999999999999999999999999999' maxOccurs='unbounded'",
        "(a{4294967294,*})"},
-      {"minOccurs='0' maxOccurs='0'", "empty"},
+      {"minOccurs='0' maxOccurs='0'", "( )"},
       {"minOccurs='5' maxOccurs='2'", "(a{2,2})"},
   };
   for (const auto& c : cases) {

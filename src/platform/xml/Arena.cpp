@@ -1,0 +1,61 @@
+#include "platform/xml/Arena.h"
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+#include <utility>
+
+namespace Varnel_Tolv_XML_Creation {
+
+namespace {
+
+// A copied fragment is happy with the first; a document soon has the largest, which keep what is
+// reserved in vain small beside what is used.
+constexpr std::size_t kSmallestChunk = 1024;
+constexpr std::size_t kLargestChunk = std::size_t{64} << 10;
+
+}  // namespace
+
+Arena::~Arena() {
+  while (last_) ::operator delete(std::exchange(last_, last_->before));
+}
+
+Arena::Arena(Arena&& other) noexcept
+    : last_(std::exchange(other.last_, nullptr)),
+      cursor_(std::exchange(other.cursor_, nullptr)),
+      end_(std::exchange(other.end_, nullptr)),
+      lngNextChunk_(other.lngNextChunk_) {}
+
+Arena& Arena::operator=(Arena&& other) noexcept {
+  std::swap(last_, other.last_);
+  std::swap(cursor_, other.cursor_);
+  std::swap(end_, other.end_);
+  std::swap(lngNextChunk_, other.lngNextChunk_);
+  return *this;
+}
+
+std::string_view Arena::copy(std::string_view strText) {
+  char* const copied = room(strText.size() + 1);
+  if (!strText.empty()) std::memcpy(copied, strText.data(), strText.size());
+  copied[strText.size()] = '\0';
+  return {copied, strText.size()};
+}
+
+/// Takes a piece that the chunk in use has no room for. A large one gets a chunk of its own, and
+/// the chunk in use stays so.
+void* Arena::takeNew(std::size_t lngBytes) {
+  const std::size_t lngChunk = std::clamp(lngNextChunk_, kSmallestChunk, kLargestChunk);
+  const bool blnOwn = lngBytes > lngChunk / 4;
+  const std::size_t lngRoom = blnOwn ? lngBytes : lngChunk;
+  if (lngRoom < lngBytes || lngRoom + sizeof(Chunk) < lngRoom) throw std::bad_alloc();
+  auto* const chunk = static_cast<Chunk*>(::operator new(sizeof(Chunk) + lngRoom));
+  last_ = new (chunk) Chunk{last_};
+  char* const piece = reinterpret_cast<char*>(chunk + 1);
+  if (blnOwn) return piece;
+  lngNextChunk_ = 2 * lngChunk;
+  cursor_ = piece + lngBytes;
+  end_ = piece + lngRoom;
+  return piece;
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

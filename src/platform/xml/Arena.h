@@ -1,0 +1,58 @@
+#pragma once
+
+#include <cstddef>
+#include <new>
+#include <string_view>
+
+namespace Varnel_Tolv_XML_Creation {
+
+/// Memory for what lives and goes together: taken piece by piece from a few large chunks, given
+/// back all at once. A piece costs the move of a pointer.
+class Arena {
+ public:
+  /// `lngExpected` bytes will be wanted at least; it makes the first chunk large enough.
+  explicit Arena(std::size_t lngExpected = 0) noexcept : lngNextChunk_(lngExpected) {}
+  ~Arena();
+  Arena(Arena&& other) noexcept;
+  Arena& operator=(Arena&& other) noexcept;
+
+  /// A new object, which is never destroyed. std::bad_alloc when there is no memory, as for all
+  /// here.
+  template <class Type>
+  Type* make() {
+    return new (take(sizeof(Type), alignof(Type))) Type();
+  }
+
+  /// `lngCount` zero pointers.
+  template <class Type>
+  Type** pointers(std::size_t lngCount) {
+    return new (take(lngCount * sizeof(Type*), alignof(Type*))) Type* [lngCount] {};
+  }
+
+  /// Room for a text.
+  char* room(std::size_t lngBytes) { return static_cast<char*>(take(lngBytes, 1)); }
+
+  /// A copy with a NUL behind it.
+  std::string_view copy(std::string_view strText);
+
+ private:
+  struct Chunk {
+    Chunk* before;
+  };
+
+  void* take(std::size_t lngBytes, std::size_t lngAlignment) {
+    const std::size_t lngGap = -reinterpret_cast<std::size_t>(cursor_) & (lngAlignment - 1);
+    if (static_cast<std::size_t>(end_ - cursor_) < lngGap + lngBytes) return takeNew(lngBytes);
+    char* const piece = cursor_ + lngGap;
+    cursor_ = piece + lngBytes;
+    return piece;
+  }
+  void* takeNew(std::size_t lngBytes);
+
+  Chunk* last_ = nullptr;
+  char* cursor_ = nullptr;
+  char* end_ = nullptr;
+  std::size_t lngNextChunk_;
+};
+
+}  // namespace Varnel_Tolv_XML_Creation

@@ -1,0 +1,76 @@
+#include "platform/xml/CopyTree.h"
+
+#include <array>
+#include <cstdint>
+
+namespace Varnel_Tolv_XML_Creation {
+
+namespace {
+
+class Copier {
+ public:
+  explicit Copier(Tree& target) : target_(target) {}
+
+  TreeNode* copy(const TreeNode* source) {
+    if (!isElement(source)) {
+      return target_.newLeaf(source->kind, ownName(source->name), valueOf(source));
+    }
+    TreeNode* const element = target_.newElement(ownName(source->name));
+    TreeNode** link = &asParent(element)->attributes;
+    for (const TreeNode* from = asParent(source)->attributes; from; from = from->next) {
+      *link = copy(from);
+      (*link)->parent = element;
+      link = &(*link)->next;
+    }
+    return element;
+  }
+
+ private:
+  /// The target's own name of the same parts. It is looked up once for many nodes: what was found
+  /// is kept in a place that the address of the source's name chooses.
+  const TreeName* ownName(const TreeName* source) {
+    if (!source) return nullptr;
+    Known& known = known_[reinterpret_cast<std::uintptr_t>(source) / sizeof(TreeName) % kKept];
+    if (known.source != source) {
+      known.own = target_.name(*source);
+      known.source = source;
+    }
+    return known.own;
+  }
+
+  static constexpr std::size_t kKept = 16;
+  struct Known {
+    const TreeName* source = nullptr;
+    const TreeName* own = nullptr;
+  };
+
+  Tree& target_;
+  std::array<Known, kKept> known_ = {};
+};
+
+}  // namespace
+
+TreeNode* copyNode(const TreeNode* source, bool blnDeep, Tree& target) {
+  Copier copier(target);
+  TreeNode* const top = copier.copy(source);
+  TreeNode* parent = top;  // the copy of the parent of what `from` moves to
+  const TreeNode* from = source;
+  while (blnDeep) {
+    if (const TreeNode* child = firstChild(from)) {
+      from = child;
+    } else {
+      while (from != source && !from->next) {
+        from = from->parent;
+        if (from != source) parent = parent->parent;
+      }
+      if (from == source) break;
+      from = from->next;
+    }
+    TreeNode* const node = copier.copy(from);
+    linkNode(parent, node, nullptr);
+    if (firstChild(from)) parent = node;
+  }
+  return top;
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

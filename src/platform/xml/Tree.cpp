@@ -1,0 +1,139 @@
+#include "platform/xml/Tree.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+#include <limits>
+#include <new>
+
+namespace Varnel_Tolv_XML_Creation {
+
+static_assert(sizeof(TreeNode) == 48 && sizeof(TreeElement) == 64);
+
+bool isDeclaration(const TreeNode* node) noexcept {
+  return node->kind == NodeKind::instruction && node->name->strQualified == "xml";
+}
+
+TreeNode* firstAttribute(const TreeNode* node) noexcept {
+  if (!isElement(node)) return nullptr;
+  TreeNode* attribute = asParent(node)->attributes;
+  while (attribute && !isAttribute(attribute)) attribute = attribute->next;
+  return attribute;
+}
+
+TreeNode* findAttribute(const TreeNode* element, std::string_view strName) noexcept {
+  TreeNode* attribute = firstAttribute(element);
+  while (attribute && attribute->name->strQualified != strName) attribute = attribute->next;
+  return attribute;
+}
+
+TreeNode* nextBelow(const TreeNode* node, const TreeNode* top) noexcept {
+  if (TreeNode* child = firstChild(node)) return child;
+  while (node != top) {
+    if (node->next) return node->next;
+    node = node->parent;
+  }
+  return nullptr;
+}
+
+TreeNode* topOf(TreeNode* node) noexcept {
+  while (node->parent) node = node->parent;
+  return node;
+}
+
+std::string textOf(const TreeNode* node) {
+  if (!isParent(node)) {
+    return std::string(node->kind == NodeKind::documentType ? std::string_view() : valueOf(node));
+  }
+  std::string strText;
+  for (const TreeNode* below = nextBelow(node, node); below; below = nextBelow(below, node)) {
+    if (isCharacterData(below)) strText += valueOf(below);
+  }
+  return strText;
+}
+
+bool hasText(const TreeNode* node) noexcept {
+  if (!isParent(node)) return node->kind != NodeKind::documentType && node->lngSize != 0;
+  for (const TreeNode* below = nextBelow(node, node); below; below = nextBelow(below, node)) {
+    if (isCharacterData(below) && below->lngSize != 0) return true;
+  }
+  return false;
+}
+
+void unlinkNode(TreeNode* node) noexcept {
+  if (!node->parent) return;
+  TreeElement* const parent = asParent(node->parent);
+  if (isAttribute(node)) {
+    TreeNode** link = &parent->attributes;
+    while (*link != node) link = &(*link)->next;
+    *link = node->next;
+  } else {
+    (node->prev ? node->prev->next : parent->first) = node->next;
+    (node->next ? node->next->prev : parent->last) = node->prev;
+    --parent->lngSize;
+  }
+  node->parent = node->next = node->prev = nullptr;
+}
+
+void linkNode(TreeNode* parent, TreeNode* node, TreeNode* before) noexcept {
+  TreeElement* const owner = asParent(parent);
+  node->parent = owner;
+  node->next = before;
+  node->prev = before ? before->prev : owner->last;
+  (node->prev ? node->prev->next : owner->first) = node;
+  (before ? before->prev : owner->last) = node;
+  ++owner->lngSize;
+}
+
+void linkAttribute(TreeNode* element, TreeNode* attribute) noexcept {
+  TreeNode** link = &asParent(element)->attributes;
+  while (*link) link = &(*link)->next;
+  *link = attribute;
+  attribute->parent = element;
+}
+
+Tree::Tree(std::size_t lngExpected) : arena_(lngExpected), document_(newDocument()) {}
+
+TreeNode* Tree::newDocument() {
+  auto* const document = arena_.make<TreeElement>();
+  document->kind = NodeKind::document;
+  document->first = nullptr;
+  return document;
+}
+
+TreeNode* Tree::newElement(const TreeName* name) {
+  auto* const element = arena_.make<TreeElement>();
+  element->kind = NodeKind::element;
+  element->name = name;
+  element->first = nullptr;
+  return element;
+}
+
+TreeNode* Tree::newLeaf(NodeKind kind, const TreeName* name, std::string_view strValue) {
+  if (strValue.size() > std::numeric_limits<std::uint32_t>::max()) throw std::bad_alloc();
+  auto* const leaf = arena_.make<TreeNode>();
+  char* const value = arena_.room(strValue.size());
+  if (!strValue.empty()) std::memcpy(value, strValue.data(), strValue.size());
+  leaf->kind = kind;
+  leaf->name = name;
+  leaf->value = value;
+  leaf->lngSize = static_cast<std::uint32_t>(strValue.size());
+  return leaf;
+}
+
+void Tree::setValue(TreeNode* leaf, std::string_view strValue) {
+  if (strValue.size() > std::numeric_limits<std::uint32_t>::max() / 2) throw std::bad_alloc();
+  // Only room that was made here is written to again, with its size known to be a power of two, so
+  // each new room is at least twice as large as the one before it.
+  if (leaf->lngRoom == 0 || strValue.size() > std::size_t{1} << leaf->lngRoom) {
+    const std::size_t lngBytes = std::bit_ceil(std::max<std::size_t>(strValue.size(), 2));
+    leaf->value = arena_.room(lngBytes);
+    leaf->lngRoom = static_cast<std::uint8_t>(std::countr_zero(lngBytes));
+  }
+  if (!strValue.empty()) {
+    std::memmove(const_cast<char*>(leaf->value), strValue.data(), strValue.size());
+  }
+  leaf->lngSize = static_cast<std::uint32_t>(strValue.size());
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

@@ -1,0 +1,143 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "platform/xml/Arena.h"
+#include "platform/xml/TreeNames.h"
+
+// The tree in which a document is kept: nodes of a fixed small size, linked with one another, whose
+// names are interned and whose values lie beside them in the arena of the document. A node that is
+// taken out of the tree stays in the arena, so none ever dangles while its document lives. Nothing
+// here recurses.
+
+namespace Varnel_Tolv_XML_Creation {
+
+enum class NodeKind : std::uint8_t {
+  document,
+  element,
+  attribute,
+  declaration,  // of a namespace, among the attributes and before them; no handle points to one
+  text,
+  cdata,
+  comment,
+  instruction,   // the XML declaration too, as one named `xml`
+  documentType,  // its value is what is written behind the name: the identifiers
+};
+
+struct TreeElement;
+
+struct TreeNode {
+  NodeKind kind = NodeKind::text;
+  std::uint8_t lngRoom = 0;   // of a value that was written over: 2 to this power are its bytes
+  bool blnIndexed = false;    // of a parent: its children are in the index of child names
+  std::uint32_t lngSize = 0;  // the bytes of the value, or how many children there are
+  const TreeName* name = nullptr;  // of an instruction its target; of a declaration the prefix
+  TreeNode* parent = nullptr;      // null also for the top of a detached tree
+  TreeNode* next = nullptr;
+  TreeNode* prev = nullptr;  // not of an attribute
+  union {
+    const char* value = nullptr;
+    TreeNode* first;  // of a document or an element
+  };
+};
+
+/// A node of the two kinds that have children.
+struct TreeElement : TreeNode {
+  TreeNode* last = nullptr;
+  TreeNode* attributes = nullptr;  // in the order written, behind the namespace declarations
+};
+
+inline bool isElement(const TreeNode* node) noexcept { return node->kind == NodeKind::element; }
+inline bool isAttribute(const TreeNode* node) noexcept { return node->kind == NodeKind::attribute; }
+inline bool isDocument(const TreeNode* node) noexcept { return node->kind == NodeKind::document; }
+inline bool isText(const TreeNode* node) noexcept { return node->kind == NodeKind::text; }
+inline bool isCData(const TreeNode* node) noexcept { return node->kind == NodeKind::cdata; }
+inline bool isCharacterData(const TreeNode* node) noexcept { return isText(node) || isCData(node); }
+inline bool isParent(const TreeNode* node) noexcept { return node->kind <= NodeKind::element; }
+
+inline TreeElement* asParent(TreeNode* node) noexcept { return static_cast<TreeElement*>(node); }
+inline const TreeElement* asParent(const TreeNode* node) noexcept {
+  return static_cast<const TreeElement*>(node);
+}
+
+/// Whether a node is the XML declaration.
+bool isDeclaration(const TreeNode* node) noexcept;
+
+/// The value of a node that is neither a document nor an element.
+inline std::string_view valueOf(const TreeNode* node) noexcept {
+  return {node->value, node->lngSize};
+}
+
+/// The first child of a document or an element; null for every other kind of node.
+inline TreeNode* firstChild(const TreeNode* node) noexcept {
+  return isParent(node) ? node->first : nullptr;
+}
+
+/// The first attribute of an element, past the namespace declarations; null for other nodes.
+TreeNode* firstAttribute(const TreeNode* node) noexcept;
+
+/// The attribute of an element with this name as written, or null.
+TreeNode* findAttribute(const TreeNode* element, std::string_view strName) noexcept;
+
+/// The node after `node` in document order among those below `top`; null after the last.
+TreeNode* nextBelow(const TreeNode* node, const TreeNode* top) noexcept;
+
+/// The document, or the node without a parent, that `node` stands below.
+TreeNode* topOf(TreeNode* node) noexcept;
+
+/// An attribute's value, or the concatenated text of any other node.
+std::string textOf(const TreeNode* node);
+
+/// Whether that is not empty.
+bool hasText(const TreeNode* node) noexcept;
+
+/// Takes a node or attribute out of where it is; it then has no parent.
+void unlinkNode(TreeNode* node) noexcept;
+
+/// Puts a node without a parent below `parent`: before `before`, or at the end when that is null.
+void linkNode(TreeNode* parent, TreeNode* node, TreeNode* before) noexcept;
+
+/// Puts an attribute without a parent at the end of an element's.
+void linkAttribute(TreeNode* element, TreeNode* attribute) noexcept;
+
+/// A document with the nodes that it owns, those that stand nowhere in it included.
+class Tree {
+ public:
+  /// An empty document, which will take about `lngExpected` bytes.
+  explicit Tree(std::size_t lngExpected = 0);
+
+  TreeNode* document() const noexcept { return document_; }
+
+  /// Goes on with another document node; what belongs to the earlier one stays as it is.
+  void setDocument(TreeNode* document) noexcept { document_ = document; }
+
+  const TreeNames& names() const noexcept { return names_; }
+
+  /// A name, with an empty prefix where it has none and an empty URI for no namespace.
+  const TreeName* name(std::string_view strPrefix, std::string_view strLocal,
+                       std::string_view strUri) {
+    return names_.get(arena_, strPrefix, strLocal, strUri);
+  }
+
+  /// The name of the same parts as one of another document.
+  const TreeName* name(const TreeName& other) { return names_.get(arena_, other); }
+
+  // Nodes without a parent. std::bad_alloc when there is no memory.
+  TreeNode* newDocument();
+  TreeNode* newElement(const TreeName* name);
+  TreeNode* newLeaf(NodeKind kind, const TreeName* name, std::string_view strValue);
+
+  /// Writes a value in place of another. The old bytes stay used where the new ones do not fit, but
+  /// all that one node ever held takes no more than some times the longest.
+  void setValue(TreeNode* leaf, std::string_view strValue);
+
+ private:
+  Arena arena_;
+  TreeNames names_;
+  TreeNode* document_;
+};
+
+}  // namespace Varnel_Tolv_XML_Creation

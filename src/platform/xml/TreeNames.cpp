@@ -1,0 +1,112 @@
+#include "platform/xml/TreeNames.h"
+
+#include <algorithm>
+#include <functional>
+
+namespace Varnel_Tolv_XML_Creation {
+
+namespace {
+
+std::size_t hashOf(std::string_view strText) { return std::hash<std::string_view>{}(strText); }
+
+/// The same in every table.
+std::size_t hashOf(std::string_view strPrefix, std::string_view strLocal, std::string_view strUri) {
+  constexpr std::size_t kOdd = 0x9E3779B97F4A7C15;
+  std::size_t lngHash = hashOf(strLocal);
+  if (!strPrefix.empty()) lngHash = (lngHash + hashOf(strPrefix)) * kOdd;
+  if (!strUri.empty()) lngHash = (lngHash ^ hashOf(strUri)) * kOdd;
+  return lngHash ^ (lngHash >> 32);
+}
+
+}  // namespace
+
+/// Buckets that are too few are left behind in the arena: together never more than those in use.
+template <class Entry>
+void TreeNames::Buckets<Entry>::add(Arena& arena, Entry* entry) {
+  if (lngCount == lngSize) {
+    constexpr std::size_t kFirstSize = 8;
+    const std::size_t lngMore = std::max(kFirstSize, 2 * lngSize);
+    Entry** const more = arena.pointers<Entry>(lngMore);
+    for (std::size_t bucket = 0; bucket < lngSize; ++bucket) {
+      for (Entry* moved = buckets[bucket]; moved;) {
+        Entry* const next = moved->nextOfHash;
+        Entry*& first = more[moved->lngHash & (lngMore - 1)];
+        moved->nextOfHash = first;
+        first = moved;
+        moved = next;
+      }
+    }
+    buckets = more;
+    lngSize = lngMore;
+  }
+  Entry*& first = buckets[entry->lngHash & (lngSize - 1)];
+  entry->nextOfHash = first;
+  first = entry;
+  ++lngCount;
+}
+
+const TreeName* TreeNames::find(std::string_view strPrefix, std::string_view strLocal,
+                                std::string_view strUri, std::size_t lngHash) const noexcept {
+  const TreeName* name = names_.first(lngHash);
+  while (name && (name->lngHash != lngHash || name->strLocal != strLocal ||
+                  name->uri->strText != strUri || name->prefix->strText != strPrefix)) {
+    name = name->nextOfHash;
+  }
+  return name;
+}
+
+const TreeName* TreeNames::find(std::string_view strLocal, std::string_view strUri) const {
+  return find({}, strLocal, strUri, hashOf({}, strLocal, strUri));
+}
+
+const TreeName* TreeNames::get(Arena& arena, std::string_view strPrefix, std::string_view strLocal,
+                               std::string_view strUri) {
+  const std::size_t lngHash = hashOf(strPrefix, strLocal, strUri);
+  const TreeName* const known = find(strPrefix, strLocal, strUri, lngHash);
+  return known ? known : make(arena, strPrefix, strLocal, strUri, lngHash);
+}
+
+const TreeName* TreeNames::get(Arena& arena, const TreeName& other) {
+  const std::string_view strPrefix = other.prefix->strText;
+  const std::string_view strUri = other.uri->strText;
+  const TreeName* const known = find(strPrefix, other.strLocal, strUri, other.lngHash);
+  return known ? known : make(arena, strPrefix, other.strLocal, strUri, other.lngHash);
+}
+
+const TreeName* TreeNames::make(Arena& arena, std::string_view strPrefix, std::string_view strLocal,
+                                std::string_view strUri, std::size_t lngHash) {
+  const bool blnPlain = strPrefix.empty();
+  const TreeName* const plain = blnPlain ? nullptr : get(arena, {}, strLocal, strUri);
+  const std::size_t lngBefore = blnPlain ? 0 : strPrefix.size() + 1;
+  char* const qualified = arena.room(lngBefore + strLocal.size() + 1);
+  char* end = std::copy(strPrefix.begin(), strPrefix.end(), qualified);
+  if (!blnPlain) *end++ = ':';
+  end = std::copy(strLocal.begin(), strLocal.end(), end);
+  *end = '\0';
+
+  auto* const name = arena.make<TreeName>();
+  name->prefix = part(arena, strPrefix);
+  name->uri = part(arena, strUri);
+  name->strQualified = {qualified, end};
+  name->strLocal = name->strQualified.substr(lngBefore);
+  name->plain = plain ? plain : name;
+  name->lngHash = lngHash;
+  names_.add(arena, name);
+  return name;
+}
+
+const NamePart* TreeNames::part(Arena& arena, std::string_view strText) {
+  if (parts_.lngCount == 0 && !strText.empty()) part(arena, {});  // which has the first number
+  const std::size_t lngHash = hashOf(strText);
+  NamePart* known = parts_.first(lngHash);
+  while (known && known->strText != strText) known = known->nextOfHash;
+  if (known) return known;
+  auto* const made = arena.make<NamePart>();
+  made->strText = arena.copy(strText);
+  made->lngNumber = static_cast<std::uint32_t>(parts_.lngCount);
+  made->lngHash = lngHash;
+  parts_.add(arena, made);
+  return made;
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

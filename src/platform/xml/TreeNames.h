@@ -1,0 +1,72 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+#include "platform/xml/Arena.h"
+
+namespace Varnel_Tolv_XML_Creation {
+
+/// A prefix or a namespace's URI, once for all the names of a document. The empty one has number 0.
+struct NamePart {
+  std::string_view strText;  // a NUL stands behind it
+  std::uint32_t lngNumber = 0;
+  std::size_t lngHash = 0;
+  NamePart* nextOfHash = nullptr;
+};
+
+/// The name of elements and attributes, or the target of an instruction. Nodes of one document have
+/// the same name when they point to the same one of these.
+struct TreeName {
+  const NamePart* prefix = nullptr;
+  const NamePart* uri = nullptr;    // the empty one: it is in no namespace
+  std::string_view strLocal;        // without the prefix; whole, as written, in no namespace
+  std::string_view strQualified;    // as written; a NUL stands behind both
+  const TreeName* plain = nullptr;  // that of the same URI and local part without a prefix
+  std::size_t lngHash = 0;
+  TreeName* nextOfHash = nullptr;
+};
+
+/// The names of one document, each once. They live as long as the arena that is given with every
+/// call that may make one.
+class TreeNames {
+ public:
+  /// The name of these parts. In no namespace, which is the empty URI, there is no prefix.
+  const TreeName* get(Arena& arena, std::string_view strPrefix, std::string_view strLocal,
+                      std::string_view strUri);
+
+  /// The name of the same parts as one of another table.
+  const TreeName* get(Arena& arena, const TreeName& other);
+
+  /// `plain` of the names with this URI and local part; null when no node ever had one.
+  const TreeName* find(std::string_view strLocal, std::string_view strUri) const;
+
+  /// More than the number of any part.
+  std::size_t parts() const noexcept { return parts_.lngCount; }
+
+ private:
+  /// Entries by their hash, which link to the next of one bucket.
+  template <class Entry>
+  struct Buckets {
+    Entry* first(std::size_t lngHash) const noexcept {
+      return lngSize == 0 ? nullptr : buckets[lngHash & (lngSize - 1)];
+    }
+    void add(Arena& arena, Entry* entry);
+
+    Entry** buckets = nullptr;
+    std::size_t lngSize = 0;
+    std::size_t lngCount = 0;
+  };
+
+  const TreeName* find(std::string_view strPrefix, std::string_view strLocal,
+                       std::string_view strUri, std::size_t lngHash) const noexcept;
+  const TreeName* make(Arena& arena, std::string_view strPrefix, std::string_view strLocal,
+                       std::string_view strUri, std::size_t lngHash);
+  const NamePart* part(Arena& arena, std::string_view strText);
+
+  Buckets<NamePart> parts_;
+  Buckets<TreeName> names_;
+};
+
+}  // namespace Varnel_Tolv_XML_Creation

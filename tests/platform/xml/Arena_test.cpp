@@ -1,0 +1,44 @@
+#include "platform/xml/Arena.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace Varnel_Tolv_XML_Creation {
+namespace {
+
+TEST(Arena, GivesPiecesThatDoNotOverlap) {
+  Arena arena;
+  std::vector<std::pair<char*, std::size_t>> colPieces;
+  for (std::size_t lngBytes : {1, 7, 100, 5000, 3, 0, 70'000, 200, 1'000'000, 8}) {
+    for (int piece = 0; piece < 50; ++piece) {
+      char* const room = arena.room(lngBytes);
+      std::fill_n(room, lngBytes, static_cast<char>(colPieces.size() % 100));
+      colPieces.emplace_back(room, lngBytes);
+      const auto place = reinterpret_cast<std::uintptr_t>(arena.make<void*>());
+      EXPECT_EQ(place % alignof(void*), 0U);
+    }
+  }
+  for (std::size_t piece = 0; piece < colPieces.size(); ++piece) {
+    const auto [room, lngBytes] = colPieces[piece];
+    EXPECT_EQ(std::count(room, room + lngBytes, static_cast<char>(piece % 100)),
+              static_cast<std::ptrdiff_t>(lngBytes));
+  }
+}
+
+TEST(Arena, KeepsWhatItGaveWhenItMoves) {
+  Arena arena;
+  const std::string_view strText = arena.copy("text");
+  Arena other = std::move(arena);
+  EXPECT_EQ(strText, "text");
+  EXPECT_EQ(other.copy("more"), "more");
+  EXPECT_EQ(arena.copy("again"), "again");  // NOLINT(bugprone-use-after-move): it is empty
+}
+
+}  // namespace
+}  // namespace Varnel_Tolv_XML_Creation

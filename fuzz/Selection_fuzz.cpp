@@ -1,6 +1,3 @@
-#include <libxml/parser.h>
-#include <libxml/tree.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -8,7 +5,7 @@
 #include <vector>
 
 #include "Check.h"
-#include "platform/xml/OwnedXml.h"
+#include "platform/xml/LoadTree.h"
 #include "platform/xpath/IdIndex.h"
 #include "platform/xpath/LibraryXPath.h"
 #include "platform/xpath/Selection.h"
@@ -24,17 +21,16 @@ using namespace Varnel_Tolv_XML_Creation;
 
 constexpr std::size_t kMaxContexts = 24;
 
-void collect(xmlNode* node, std::vector<xmlNode*>& nodes) {
+void collect(TreeNode* node, std::vector<TreeNode*>& nodes) {
   for (; node && nodes.size() < kMaxContexts; node = node->next) {
     nodes.push_back(node);
-    if (node->type != XML_ELEMENT_NODE) continue;
-    if (node->properties) nodes.push_back(reinterpret_cast<xmlNode*>(node->properties));
-    collect(node->children, nodes);
+    if (TreeNode* attribute = firstAttribute(node)) nodes.push_back(attribute);
+    collect(firstChild(node), nodes);
   }
 }
 
 struct Outcome {
-  std::vector<xmlNode*> nodes;
+  std::vector<TreeNode*> nodes;
   std::string strFailure;
 
   bool operator==(const Outcome&) const = default;
@@ -61,26 +57,31 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         "<a id='1' xmlns:p='urn:p'><b id='1'>x<c id='2'>1</c></b><p:a id='2'/><b id='3'>"
         "<a id='1'/><!--n--><c/></b></a>";
   }
-  const OwnedXmlDoc tree(
-      xmlReadMemory(strXml.data(), static_cast<int>(strXml.size()), nullptr, nullptr,
-                    XML_PARSE_NONET | XML_PARSE_NODICT | XML_PARSE_NOERROR | XML_PARSE_NOWARNING));
-  // Documents of this library have no document type.
-  if (!tree || tree->intSubset) return 0;
+  Tree tree;
+  ParseError error;
+  TreeNode* const document = loadTree(tree, strXml, XmlEncoding::utf8, error);
+  if (!document) return 0;
+  tree.setDocument(document);
+  for (const TreeNode* node = document->first; node; node = node->next) {
+    // Documents of this library have none.
+    if (node->kind == NodeKind::documentType) return 0;
+  }
 
   static const SelectionNamespaces namespaces("xmlns:p='urn:p' xmlns:q='urn:q'");
   IdIndex index;
-  index.build(tree.get());
-  std::vector<xmlNode*> nodes = {reinterpret_cast<xmlNode*>(tree.get())};
-  collect(tree->children, nodes);
+  index.build(document);
+  std::vector<TreeNode*> nodes = {document};
+  collect(document->first, nodes);
   const auto all = [](const SelectionContext& context, std::string_view strPath) {
     return select(context, strPath);
   };
   const auto first = [](const SelectionContext& context, std::string_view strPath) {
-    xmlNode* node = selectFirst(context, strPath);
-    return node ? std::vector{node} : std::vector<xmlNode*>{};
+    TreeNode* node = selectFirst(context, strPath);
+    return node ? std::vector{node} : std::vector<TreeNode*>{};
   };
-  for (xmlNode* node : nodes) {
-    SelectionContext context{.node = node, .namespaces = &namespaces, .index = &index};
+  for (TreeNode* node : nodes) {
+    SelectionContext context{
+        .tree = &tree, .node = node, .namespaces = &namespaces, .index = &index};
     Outcome expected = outcomeOf(selectByLibrary, context, strXPath);
     fuzz::require(outcomeOf(all, context, strXPath) == expected, "the index agrees");
     context.index = nullptr;

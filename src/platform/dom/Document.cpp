@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "platform/dom/DocumentState.h"
-#include "platform/xml/LoadXml.h"
 #include "platform/xml/ReadXmlFile.h"
 #include "platform/xml/XmlCharacters.h"
 #include "result/RuntimeError.h"
@@ -26,14 +25,6 @@ void requireFreeNamespace(std::string_view strPrefix, std::string_view strUri) {
   }
 }
 
-bool takeLoaded(DocumentState& state, LoadedXml loaded, bool blnHandlesExist) {
-  const bool blnLoaded = loaded.document != nullptr;
-  if (!blnLoaded) loaded.document = newXmlDoc();
-  state.replaceTree(std::move(loaded.document), blnHandlesExist);
-  state.parseError = std::move(loaded.error);
-  return blnLoaded;
-}
-
 }  // namespace
 
 Document Document::create(const DocumentSettings& settings) {
@@ -45,23 +36,22 @@ Document Document::create(const DocumentSettings& settings) {
 bool Document::load(std::string_view strLocation) const {
   DocumentState::target(*this);
   if (state_->givesNothing(DomOperation::load)) return false;
-  LoadedXml loaded;
+  ParseError error;
   const std::optional<std::string> strBytes =
-      readXmlFile(strLocation, state_->settings.lngMaxBytes, loaded.error);
-  if (strBytes) loaded = loadXml(*strBytes, XmlEncoding::declared);
-  return takeLoaded(*state_, std::move(loaded), state_.use_count() > 1);
+      readXmlFile(strLocation, state_->settings.lngMaxBytes, error);
+  return state_->load(strBytes, XmlEncoding::declared, std::move(error), state_.use_count() > 1);
 }
 
 bool Document::loadXML(std::string_view strText) const {
   DocumentState::target(*this);
   if (state_->givesNothing(DomOperation::load)) return false;
-  LoadedXml loaded;
+  std::optional<std::string_view> strTaken = strText;
+  ParseError error;
   if (strText.size() > state_->settings.lngMaxBytes) {
-    loaded.error = tooLarge(state_->settings.lngMaxBytes);
-  } else {
-    loaded = loadXml(strText, XmlEncoding::utf8);
+    error = tooLarge(state_->settings.lngMaxBytes);
+    strTaken.reset();
   }
-  return takeLoaded(*state_, std::move(loaded), state_.use_count() > 1);
+  return state_->load(strTaken, XmlEncoding::utf8, std::move(error), state_.use_count() > 1);
 }
 
 const ParseError& Document::parseError() const {
@@ -72,7 +62,7 @@ const ParseError& Document::parseError() const {
 }
 
 Node Document::documentElement() const {
-  xmlNode* child = DocumentState::target(*this)->children;
+  TreeNode* child = DocumentState::target(*this)->first;
   if (state_->givesNothing(DomOperation::documentElement)) return {};
   while (child && !isElement(child)) child = child->next;
   return DocumentState::handle(state_, child);
@@ -95,10 +85,8 @@ Node Document::createElement(std::string_view strName) const {
   if (state_->givesNothing(DomOperation::createElement)) return {};
   requireQualifiedName(strName);
   if (prefixOf(strName) == "xmlns") refuse("The namespace prefix 'xmlns' is reserved.");
-  state_->reserveDetached(1);
-  xmlNode* element = state_->newElement(strName, nullptr).release();
-  state_->detach(element);
-  return DocumentState::handle(state_, element);
+  Tree& tree = state_->tree;
+  return DocumentState::handle(state_, tree.newElement(tree.name({}, strName, {})));
 }
 
 Node Document::createNode(NodeType type, std::string_view strName,
@@ -111,15 +99,11 @@ Node Document::createNode(NodeType type, std::string_view strName,
   const std::string_view strPrefix = prefixOf(strName);
   requireFreeNamespace(strPrefix, strNamespaceUri);
 
-  state_->reserveDetached(1);
-  xmlNs* ns = nullptr;
-  if (!strNamespaceUri.empty()) {
-    ns = state_->namespaces.get(strPrefix, strNamespaceUri);
-    strName = withoutPrefix(strName);
-  }
-  xmlNode* element = state_->newElement(strName, ns).release();
-  state_->detach(element);
-  return DocumentState::handle(state_, element);
+  Tree& tree = state_->tree;
+  const TreeName* const name = strNamespaceUri.empty()
+                                   ? tree.name({}, strName, {})
+                                   : tree.name(strPrefix, withoutPrefix(strName), strNamespaceUri);
+  return DocumentState::handle(state_, tree.newElement(name));
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "platform/dom/DocumentState.h"
-#include "platform/xml/CopyXml.h"
+#include "platform/xml/CopyTree.h"
 #include "platform/xml/SerialiseXml.h"
 #include "platform/xml/XmlCharacters.h"
 #include "result/RuntimeError.h"
@@ -14,7 +14,7 @@ namespace Varnel_Tolv_XML_Creation {
 
 namespace {
 
-std::vector<void*> erased(const std::vector<xmlNode*>& nodes) {
+std::vector<void*> erased(const std::vector<TreeNode*>& nodes) {
   return {nodes.begin(), nodes.end()};
 }
 
@@ -25,20 +25,20 @@ bool operator==(const Node& left, const Node& right) noexcept {
 }
 
 NodeType Node::nodeType() const {
-  switch (DocumentState::target(*this)->type) {
-    case XML_ELEMENT_NODE:
+  switch (DocumentState::target(*this)->kind) {
+    case NodeKind::element:
       return NodeType::element;
-    case XML_ATTRIBUTE_NODE:
+    case NodeKind::attribute:
       return NodeType::attribute;
-    case XML_CDATA_SECTION_NODE:
+    case NodeKind::cdata:
       return NodeType::cdataSection;
-    case XML_PI_NODE:
+    case NodeKind::instruction:
       return NodeType::processingInstruction;
-    case XML_COMMENT_NODE:
+    case NodeKind::comment:
       return NodeType::comment;
-    case XML_DOCUMENT_NODE:
+    case NodeKind::document:
       return NodeType::document;
-    case XML_DTD_NODE:
+    case NodeKind::documentType:
       return NodeType::documentType;
     default:
       return NodeType::text;
@@ -46,7 +46,7 @@ NodeType Node::nodeType() const {
 }
 
 std::string Node::nodeName() const {
-  const xmlNode* node = DocumentState::target(*this);
+  const TreeNode* node = DocumentState::target(*this);
   switch (nodeType()) {
     case NodeType::text:
       return "#text";
@@ -57,81 +57,81 @@ std::string Node::nodeName() const {
     case NodeType::document:
       return "#document";
     default:
-      return qualifiedName(node);
+      return std::string(node->name->strQualified);
   }
 }
 
 std::string Node::baseName() const { return std::string(withoutPrefix(nodeName())); }
 
 std::string Node::text() const {
-  const xmlNode* node = DocumentState::target(*this);
+  const TreeNode* node = DocumentState::target(*this);
   if (state_->givesNothing(DomOperation::readText)) return {};
   return textOf(node);
 }
 
 bool Node::hasText() const {
-  const xmlNode* node = DocumentState::target(*this);
+  const TreeNode* node = DocumentState::target(*this);
   if (state_->givesNothing(DomOperation::readText)) return false;
   return Varnel_Tolv_XML_Creation::hasText(node);
 }
 
 std::string Node::xml() const {
-  const xmlNode* node = DocumentState::target(*this);
+  const TreeNode* node = DocumentState::target(*this);
   if (state_->givesNothing(DomOperation::serialise)) return {};
-  return serialiseXml(node);
+  return serialiseXml(state_->tree, node);
 }
 
 bool Node::hasChildNodes() const { return firstChild(DocumentState::target(*this)) != nullptr; }
 
 std::optional<NodeList> Node::childNodes() const {
-  const xmlNode* node = DocumentState::target(*this);
+  const TreeNode* node = DocumentState::target(*this);
   if (state_->givesNothing(DomOperation::childNodes)) return std::nullopt;
   std::vector<void*> nodes;
-  for (xmlNode* child = firstChild(node); child; child = child->next) nodes.push_back(child);
+  for (TreeNode* child = firstChild(node); child; child = child->next) nodes.push_back(child);
   return NodeList(state_, std::move(nodes));
 }
 
 Node Node::parentNode() const {
-  const xmlNode* node = DocumentState::target(*this);
+  const TreeNode* node = DocumentState::target(*this);
   if (isAttribute(node) || !node->parent) return {};
   if (state_->blnFragment && isDocument(node->parent)) return {};
   return DocumentState::handle(state_, node->parent);
 }
 
 std::optional<std::string> Node::getAttribute(std::string_view strName) const {
-  const xmlNode* element = DocumentState::targetElement(*this);
+  const TreeNode* element = DocumentState::targetElement(*this);
   if (state_->givesNothing(DomOperation::getAttribute)) return std::nullopt;
-  xmlAttr* attribute = findAttribute(element, strName);
+  const TreeNode* attribute = findAttribute(element, strName);
   if (!attribute) return std::nullopt;
-  return textOf(asNode(attribute));
+  return std::string(valueOf(attribute));
 }
 
 Node Node::getNamedItem(std::string_view strName) const {
-  const xmlNode* element = DocumentState::targetElement(*this);
+  const TreeNode* element = DocumentState::targetElement(*this);
   if (state_->givesNothing(DomOperation::getAttribute)) return {};
-  return DocumentState::handle(state_, asNode(findAttribute(element, strName)));
+  return DocumentState::handle(state_, findAttribute(element, strName));
 }
 
 std::optional<NodeList> Node::selectNodes(std::string_view strXPath) const {
-  xmlNode* node = DocumentState::target(*this);
+  TreeNode* node = DocumentState::target(*this);
   if (state_->givesNothing(DomOperation::select)) return std::nullopt;
   return NodeList(state_, erased(select(state_->selectionContext(node, strXPath), strXPath)));
 }
 
 Node Node::selectSingleNode(std::string_view strXPath) const {
-  xmlNode* node = DocumentState::target(*this);
+  TreeNode* node = DocumentState::target(*this);
   if (state_->givesNothing(DomOperation::select)) return {};
   return DocumentState::handle(state_,
                                selectFirst(state_->selectionContext(node, strXPath), strXPath));
 }
 
 std::optional<NodeList> Node::getElementsByTagName(std::string_view strName) const {
-  const xmlNode* top = DocumentState::target(*this);
+  const TreeNode* top = DocumentState::target(*this);
   if (state_->givesNothing(DomOperation::getElementsByTagName)) return std::nullopt;
   std::vector<void*> nodes;
   if (firstChild(top)) {
-    for (xmlNode* node = firstChild(top); node; node = nextBelow(node, top)) {
-      if (isElement(node) && (strName == "*" || hasQualifiedName(node, strName))) {
+    for (TreeNode* node = firstChild(top); node; node = nextBelow(node, top)) {
+      if (isElement(node) && (strName == "*" || node->name->strQualified == strName)) {
         nodes.push_back(node);
       }
     }
@@ -140,38 +140,28 @@ std::optional<NodeList> Node::getElementsByTagName(std::string_view strName) con
 }
 
 Node Node::cloneNode(bool blnDeep) const {
-  const xmlNode* node = DocumentState::target(*this);
+  const TreeNode* node = DocumentState::target(*this);
   if (state_->givesNothing(DomOperation::cloneNode)) return {};
-  if (node->type == XML_DTD_NODE) refuse("A document type is not copied by itself.");
+  if (node->kind == NodeKind::documentType) refuse("A document type is not copied by itself.");
 
   auto state = std::make_shared<DocumentState>(state_->settings, !isDocument(node));
   state->selectionNamespaces = state_->selectionNamespaces;
-  xmlDoc* document = state->document.get();
-  if (isAttribute(node)) {
-    state->reserveDetached(1);
-    xmlNode* copy = copyXml(node, true, document, state->namespaces).release();
-    state->detach(copy);
-    return Node(std::move(state), copy);
-  }
+  Tree& tree = state->tree;
+  if (isAttribute(node)) return Node(state, copyNode(node, true, tree));
   if (!isDocument(node)) {
-    xmlNode* copy = copyXml(node, blnDeep, document, state->namespaces).release();
-    linkNode(asNode(document), copy, nullptr);
-    return Node(std::move(state), copy);
+    TreeNode* const copy = copyNode(node, blnDeep, tree);
+    linkNode(tree.document(), copy, nullptr);
+    return Node(state, copy);
   }
-  for (const xmlNode* child = blnDeep ? node->children : nullptr; child; child = child->next) {
-    if (child->type == XML_DTD_NODE) {
-      copyDocumentType(reinterpret_cast<const xmlDtd*>(child), document);
-    } else {
-      xmlNode* copy = copyXml(child, true, document, state->namespaces).release();
-      linkNode(asNode(document), copy, nullptr);
-    }
+  for (const TreeNode* child = blnDeep ? node->first : nullptr; child; child = child->next) {
+    linkNode(tree.document(), copyNode(child, true, tree), nullptr);
   }
-  return Node(std::move(state), nullptr);
+  return Node(state, nullptr);
 }
 
 Node NodeList::item(std::size_t lngIndex) const {
   if (lngIndex >= nodes_.size()) return {};
-  return DocumentState::handle(state_, static_cast<xmlNode*>(nodes_[lngIndex]));
+  return DocumentState::handle(state_, static_cast<TreeNode*>(nodes_[lngIndex]));
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -1,10 +1,10 @@
 #include <algorithm>
-#include <new>
 #include <utility>
 
 #include "platform/dom/DocumentState.h"
 #include "platform/dom/Node.h"
-#include "platform/xml/CopyXml.h"
+#include "platform/xml/CopyTree.h"
+#include "platform/xml/DepthLimit.h"
 #include "platform/xml/XmlCharacters.h"
 #include "result/RuntimeError.h"
 
@@ -15,79 +15,62 @@ namespace Varnel_Tolv_XML_Creation {
 
 namespace {
 
-/// The index of ids tells of elements by their attribute `id` and refers to its very text.
-void beforeAttributeChange(DocumentState& state, std::string_view strName) {
-  if (strName == "id") state.idIndex.drop();
-}
+/// Whether an attribute of this name makes the index of ids tell of an element.
+bool isId(const TreeNode* attribute) { return attribute->name->strQualified == "id"; }
 
 /// Whether that index may tell of `top` or of what is below it. What it does not tell of comes and
 /// goes without changing it.
-bool holdsId(const xmlNode* top) {
-  for (const xmlNode* node = top; node; node = nextBelow(node, top)) {
-    if (!isElement(node)) continue;
-    for (const xmlAttr* item = node->properties; item; item = item->next) {
-      if (view(item->name) == "id") return true;
+bool holdsId(const TreeNode* top) {
+  for (const TreeNode* node = top; node; node = nextBelow(node, top)) {
+    for (const TreeNode* item = firstAttribute(node); item; item = item->next) {
+      if (isId(item)) return true;
     }
   }
   return false;
 }
 
-void setValue(DocumentState& state, xmlAttr* attribute, std::string_view strValue) {
-  OwnedXmlNode value = newTextNode(attribute->doc, strValue);
-  const xmlNode* const before = attribute->children;
-  state.grow(strValue.size(), before ? view(before->content).size() : 0);
-  beforeAttributeChange(state, view(attribute->name));
-  xmlFreeNodeList(attribute->children);  // no handle ever points below an attribute
-  value->parent = asNode(attribute);
-  attribute->children = attribute->last = value.release();
+void setValue(DocumentState& state, TreeNode* leaf, std::string_view strValue) {
+  state.grow(strValue.size(), leaf->lngSize);
+  state.changing(leaf->parent, isAttribute(leaf) && isId(leaf));
+  state.tree.setValue(leaf, strValue);
 }
 
-void setContent(DocumentState& state, xmlNode* element, std::string_view strText) {
-  OwnedXmlNode value = newTextNode(element->doc, strText);
+void setContent(DocumentState& state, TreeNode* element, std::string_view strText) {
+  TreeNode* const text = state.tree.newLeaf(NodeKind::text, nullptr, strText);
   state.grow(strText.size());  // what it replaces stays for the handles to it
-  std::size_t lngChildren = 0;
   bool blnIds = false;
-  for (const xmlNode* child = element->children; child; child = child->next) {
-    ++lngChildren;
+  for (const TreeNode* child = element->first; child; child = child->next) {
     blnIds = blnIds || holdsId(child);
   }
-  state.reserveDetached(lngChildren);
-
-  if (blnIds) state.idIndex.drop();
+  state.changing(element, blnIds);
   state.childNames.emptying(element);
-  while (element->children) state.detach(element->children);
-  linkNode(element, value.release(), nullptr);
+  while (element->first) unlinkNode(element->first);
+  linkNode(element, text, nullptr);
 }
 
-void setCharacters(DocumentState& state, xmlNode* node, std::string_view strText) {
-  OwnedXmlNode fresh = newTextNode(node->doc, strText);
-  state.grow(strText.size(), view(node->content).size());
-  std::swap(node->content, fresh->content);
-}
-
-bool hasElementChild(const xmlNode* document, const xmlNode* except) {
-  for (const xmlNode* child = document->children; child; child = child->next) {
+bool hasElementChild(const TreeNode* document, const TreeNode* except) {
+  for (const TreeNode* child = document->first; child; child = child->next) {
     if (isElement(child) && child != except) return true;
   }
   return false;
 }
 
 /// Whether a document type stands at or after `before` among the children of a document.
-bool precedesDocumentType(const xmlNode* before) {
-  while (before && before->type != XML_DTD_NODE) before = before->next;
+bool precedesDocumentType(const TreeNode* before) {
+  while (before && before->kind != NodeKind::documentType) before = before->next;
   return before != nullptr;
 }
 
 /// How many levels of elements `top` and what is below it make; no more than `limit` + 1 are
 /// counted.
-int levels(const xmlNode* top, int limit) {
+int levels(const TreeNode* top, int limit) {
   int deepest = 0;
   int level = 0;  // of `node`'s parent
-  const xmlNode* node = top;
+  const TreeNode* node = top;
   while (true) {
     if (isElement(node)) deepest = std::max(deepest, level + 1);
     if (deepest > limit) return deepest;
-    if (const xmlNode* child = firstChild(node)) {
+    if (const TreeNode* child = firstChild(node)) {
       ++level;
       node = child;
       continue;
@@ -102,7 +85,7 @@ int levels(const xmlNode* top, int limit) {
 }
 
 /// A tree deeper than what can be loaded could not be read again.
-void requireDepth(const xmlNode* parent, const xmlNode* child) {
+void requireDepth(const TreeNode* parent, const TreeNode* child) {
   if (!isElement(child)) return;
   int above = 0;
   for (; parent && isElement(parent); parent = parent->parent) ++above;
@@ -110,21 +93,21 @@ void requireDepth(const xmlNode* parent, const xmlNode* child) {
 }
 
 /// Refuses what would make no tree, or none that can be written and read again.
-void requirePlace(const xmlNode* parent, const xmlNode* child, const xmlNode* before) {
+void requirePlace(const TreeNode* parent, const TreeNode* child, const TreeNode* before) {
   if (!isElement(parent) && !isDocument(parent)) {
     refuse("This type of node cannot have children.");
   }
-  if (isDocument(child) || isAttribute(child) || child->type == XML_DTD_NODE) {
+  if (isDocument(child) || isAttribute(child) || child->kind == NodeKind::documentType) {
     refuse("This type of node cannot be a child.");
   }
   if (before && before->parent != parent) refuse("The reference node is not a child of this node.");
   // Without children it stands above nothing, so the walk up is spared to what is just made.
   if (child == parent) refuse("A node cannot be put below itself.");
-  for (const xmlNode* above = firstChild(child) ? parent : nullptr; above; above = above->parent) {
+  for (const TreeNode* above = firstChild(child) ? parent : nullptr; above; above = above->parent) {
     if (above == child) refuse("A node cannot be put below itself.");
   }
   requireDepth(parent, child);
-  const bool blnFirst = before ? before == parent->children : !parent->children;
+  const bool blnFirst = before ? before == parent->first : !parent->first;
   if (isDeclaration(child) && !(isDocument(parent) && blnFirst)) {
     refuse("The XML declaration can only be the first node of a document.");
   }
@@ -139,81 +122,70 @@ void requirePlace(const xmlNode* parent, const xmlNode* child, const xmlNode* be
 }
 
 /// Takes a node out of the tree of its own document, which keeps it.
-void takeOut(DocumentState& state, xmlNode* node) {
-  state.reserveDetached(1);
-  if (holdsId(node)) state.idIndex.drop();
-  state.detach(node);
+void takeOut(DocumentState& state, TreeNode* node) noexcept {
+  state.changing(node->parent, holdsId(node));
+  state.childNames.removing(node);
+  unlinkNode(node);
 }
 
-Node place(const Node& objParent, const Node& objChild, xmlNode* before) {
-  xmlNode* const parent = DocumentState::target(objParent);
-  xmlNode* const child = DocumentState::target(objChild);
+Node place(const Node& objParent, const Node& objChild, TreeNode* before) {
+  TreeNode* const parent = DocumentState::target(objParent);
+  TreeNode* child = DocumentState::target(objChild);
   const std::shared_ptr<DocumentState>& state = DocumentState::stateOf(objParent);
   DocumentState& source = *DocumentState::stateOf(objChild);
   requirePlace(parent, child, before);
   if (child == before) return objChild;
 
-  if (&source != state.get()) {
-    OwnedXmlNode copy = copyXml(child, true, parent->doc, state->namespaces);
-    source.reserveDetached(1);  // once the index refers to the copy nothing may fail
-    state->childNames.prepare(parent, copy.get());
-    takeOut(source, child);
-    if (holdsId(copy.get())) state->idIndex.drop();
-    xmlNode* const placed = copy.release();
-    linkNode(parent, placed, before);
-    state->childNames.added(placed);
-    return DocumentState::handle(state, placed);
-  }
-  state->childNames.prepare(parent, child);
-  if (holdsId(child)) state->idIndex.drop();
-  state->release(child);
-  linkNode(parent, child, before);
-  state->childNames.added(child);
-  return objChild;
+  TreeNode* const placed = &source == state.get() ? child : copyNode(child, true, state->tree);
+  state->childNames.prepare(parent, placed);
+  takeOut(source, child);
+  state->changing(parent, placed != child && holdsId(placed));
+  linkNode(parent, placed, before);
+  state->childNames.added(placed);
+  return DocumentState::handle(state, placed);
 }
 
 }  // namespace
 
 void Node::setText(std::string_view strText) const {
-  xmlNode* node = DocumentState::target(*this);
+  TreeNode* node = DocumentState::target(*this);
   state_->mayFail(DomOperation::writeText);
   requireXmlText(strText);
   if (isElement(node)) return setContent(*state_, node, strText);
-  if (isAttribute(node)) return setValue(*state_, asAttribute(node), strText);
-  if (isText(node)) return setCharacters(*state_, node, strText);
-  if (!isCData(node)) refuse("The text of this type of node cannot be set.");
-  if (strText.find("]]>") != std::string_view::npos) refuse("A CDATA section cannot hold ']]>'.");
-  setCharacters(*state_, node, strText);
+  if (!isAttribute(node) && !isCharacterData(node)) {
+    refuse("The text of this type of node cannot be set.");
+  }
+  if (isCData(node) && strText.find("]]>") != std::string_view::npos) {
+    refuse("A CDATA section cannot hold ']]>'.");
+  }
+  setValue(*state_, node, strText);
 }
 
 void Node::setAttribute(std::string_view strName, std::string_view strValue) const {
-  xmlNode* element = DocumentState::targetElement(*this);
+  TreeNode* element = DocumentState::targetElement(*this);
   state_->mayFail(DomOperation::setAttribute);
   requireQualifiedName(strName);
   if (strName == "xmlns" || prefixOf(strName) == "xmlns") {
     refuse("A namespace declaration cannot be set as an attribute.");
   }
   requireXmlText(strValue);
-  if (xmlAttr* attribute = findAttribute(element, strName)) {
+  if (TreeNode* attribute = findAttribute(element, strName)) {
     return setValue(*state_, attribute, strValue);
   }
-  const std::string strTerminated(strName);
-  xmlAttr* attribute = xmlNewDocProp(element->doc, xmlText(strTerminated.c_str()), nullptr);
-  OwnedXmlNode owned(asNode(attribute));
-  if (!attribute || !attribute->name) throw std::bad_alloc();
-  setValue(*state_, attribute, strValue);
-  static_cast<void>(owned.release());
+  Tree& tree = state_->tree;
+  TreeNode* attribute = tree.newLeaf(NodeKind::attribute, tree.name({}, strName, {}), strValue);
+  state_->grow(strValue.size());
+  state_->changing(element, isId(attribute));
   linkAttribute(element, attribute);
 }
 
 void Node::removeAttribute(std::string_view strName) const {
-  const xmlNode* element = DocumentState::targetElement(*this);
+  TreeNode* element = DocumentState::targetElement(*this);
   state_->mayFail(DomOperation::removeAttribute);
-  xmlAttr* attribute = findAttribute(element, strName);
+  TreeNode* attribute = findAttribute(element, strName);
   if (!attribute) return;
-  state_->reserveDetached(1);
-  beforeAttributeChange(*state_, view(attribute->name));
-  state_->detach(asNode(attribute));
+  state_->changing(element, isId(attribute));
+  unlinkNode(attribute);
 }
 
 Node Node::appendChild(const Node& objChild) const {
@@ -226,14 +198,14 @@ Node Node::appendChild(const Node& objChild) const {
 Node Node::insertBefore(const Node& objChild, const Node& objBefore) const {
   DocumentState::target(*this);
   DocumentState::target(objChild);
-  xmlNode* before = DocumentState::target(objBefore);
+  TreeNode* before = DocumentState::target(objBefore);
   if (state_->givesNothing(DomOperation::insertBefore)) return {};
   return place(*this, objChild, before);
 }
 
 Node Node::removeChild(const Node& objChild) const {
-  const xmlNode* parent = DocumentState::target(*this);
-  xmlNode* child = DocumentState::target(objChild);
+  const TreeNode* parent = DocumentState::target(*this);
+  TreeNode* child = DocumentState::target(objChild);
   if (state_->givesNothing(DomOperation::removeChild)) return {};
   if (child->parent != parent || isAttribute(child)) throw RuntimeError(kInvalidArgument);
   takeOut(*state_, child);

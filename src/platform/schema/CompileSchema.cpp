@@ -2,6 +2,7 @@
 
 #include <libxml/xmlschemas.h>
 
+#include <climits>
 #include <exception>
 #include <new>
 #include <string>
@@ -12,10 +13,10 @@
 #include "platform/schema/HeavyContent.h"
 #include "platform/schema/ReadSchemaDocuments.h"
 #include "platform/text/Text.h"
-#include "platform/xml/CopyXml.h"
 #include "platform/xml/OwnedXml.h"
 #include "platform/xml/SerialiseXml.h"
 #include "platform/xml/ServedDocuments.h"
+#include "platform/xml/Tree.h"
 #include "platform/xml/XmlLibrary.h"
 #include "platform/xml/XmlMemory.h"
 
@@ -41,116 +42,128 @@ void onCompileError(void* context, xmlError* report) {
   }
 }
 
-xmlNode* addElement(xmlNode* parent, xmlNode* before, xmlNs* ns, const char* name) {
-  OwnedXmlNode element(xmlNewDocNode(parent->doc, nullptr, xmlText(name), nullptr));
-  if (!element) throw std::bad_alloc();
-  element->ns = ns;
-  xmlNode* added = element.release();
-  linkNode(parent, added, before);
-  return added;
-}
-
-void addAttribute(xmlNode* element, const char* name, const std::string& strValue) {
-  if (!xmlNewProp(element, xmlText(name), xmlText(strValue.c_str()))) throw std::bad_alloc();
-}
-
-/// Makes a copied reference lead to a document, or nowhere.
-void relocate(xmlNode* reference, const std::string& strLocation) {
-  if (xmlAttr* attribute = findAttribute(reference, "schemaLocation")) {
-    unlinkNode(asNode(attribute));
-    xmlFreeProp(attribute);
-  }
-  if (!strLocation.empty()) addAttribute(reference, "schemaLocation", strLocation);
-}
-
-/// Declares in `element` what is declared around `source`, up to the root.
-void declareAsAround(const xmlNode* source, xmlNode* element) {
-  for (const xmlNode* scope = source; scope->parent->parent; scope = scope->parent) {
-    for (const xmlNs* ns = scope->nsDef; ns; ns = ns->next) {
-      const xmlNs* own = element->nsDef;
-      while (own && view(own->prefix) != view(ns->prefix)) own = own->next;
-      if (!own && !xmlNewNs(element, ns->href, ns->prefix)) throw std::bad_alloc();
-    }
-  }
-}
-
-/// Makes a content model that is too much for the compiler a named group to which nothing refers:
-/// all in it is checked, but no automaton is made of it. So it is not checked whether the model is
-/// ambiguous (unique particle attribution). What stands in its place is as empty as it may be.
-void setAside(xmlNode* particle, HeavyContent::Substitute substitute, const std::string& strName) {
-  xmlNode* const parent = particle->parent;
-  xmlNode* const behind = particle->next;
-  xmlNode* const root = xmlDocGetRootElement(parent->doc);
-  xmlNs* const ns = particle->ns;
-  if (substitute != HeavyContent::Substitute::none) {
-    xmlNode* sequence = addElement(parent, behind, ns, "sequence");
-    xmlNode* child = addElement(sequence, nullptr, ns, "element");
-    addAttribute(child, "name", strName);
-    const bool blnOptional = substitute == HeavyContent::Substitute::optional;
-    addAttribute(child, "minOccurs", blnOptional ? "0" : "1");
-  }
-  unlinkNode(particle);
-  if (isSchemaElement(particle, "group")) {  // only refers to one
-    xmlFreeNode(particle);
-    return;
-  }
-  xmlNode* group = addElement(root, nullptr, ns, "group");
-  addAttribute(group, "name", strName);
-  declareAsAround(parent, group);
-  // A group of "all" cannot be part of another, the others have numbers that a named one has not.
-  const bool blnAll = isSchemaElement(particle, "all");
-  linkNode(blnAll ? group : addElement(group, nullptr, ns, "sequence"), particle, nullptr);
-}
-
-void setAside(const SchemaDocuments& documents, std::size_t lngDocument,
-              const std::vector<HeavyContent>& heavy, xmlDoc* copy) {
-  std::unordered_map<const xmlNode*, HeavyContent::Substitute> substitutes;
-  for (const HeavyContent& content : heavy) {
-    if (content.lngDocument == lngDocument) {
-      substitutes.emplace(content.particle, content.substitute);
-    }
-  }
-  if (substitutes.empty()) return;
-  std::vector<std::pair<xmlNode*, HeavyContent::Substitute>> found;
-  const xmlNode* const root = xmlDocGetRootElement(documents.documents[lngDocument].document);
-  xmlNode* const copiedRoot = xmlDocGetRootElement(copy);
-  xmlNode* copied = copiedRoot;
-  for (const xmlNode* node = root; node; node = nextBelow(node, root)) {
-    const auto substitute = substitutes.find(node);
-    if (substitute != substitutes.end()) found.emplace_back(copied, substitute->second);
-    copied = nextBelow(copied, copiedRoot);
-  }
-  for (std::size_t at = 0; at < found.size(); ++at) {
-    setAside(found[at].first, found[at].second,
-             "set-aside." + std::to_string(lngDocument) + "." + std::to_string(at));
-  }
-}
-
 /// A copy of a document for the compiler, whose references are the locations of served documents:
 /// so each document, in each of its parts, is what the compiler knows by one location.
-OwnedXmlDoc copyForCompiler(const SchemaDocuments& documents, std::size_t lngDocument,
-                            const std::vector<HeavyContent>& heavy,
-                            InternedNamespaces& namespaces) {
-  const SchemaDocument& source = documents.documents[lngDocument];
-  const xmlNode* root = xmlDocGetRootElement(source.document);
-  OwnedXmlDoc copy = newXmlDoc();
-  linkNode(asNode(copy.get()), copyXml(root, true, copy.get(), namespaces).release(), nullptr);
-  auto reference = source.references.begin();
-  xmlNode* copied = xmlDocGetRootElement(copy.get())->children;
-  for (const xmlNode* child = root->children; child; child = child->next, copied = copied->next) {
-    if (reference != source.references.end() && reference->element == child) {
-      relocate(copied, ServedDocuments::location(reference->lngDocument));
-      ++reference;
-    } else if (isSchemaElement(child, "import")) {
-      relocate(copied, "");
+class CompilerCopy {
+ public:
+  CompilerCopy(const SchemaDocuments& documents, std::size_t lngDocument,
+               const std::vector<HeavyContent>& heavy) {
+    std::unordered_map<const xmlNode*, HeavyContent::Substitute> substitutes;
+    for (const HeavyContent& content : heavy) {
+      if (content.lngDocument != lngDocument) continue;
+      substitutes.emplace(content.particle, content.substitute);
+    }
+    const SchemaDocument& source = documents.documents[lngDocument];
+    const xmlNode* const root = xmlDocGetRootElement(source.document);
+    auto reference = source.references.begin();
+    std::vector<std::pair<TreeNode*, HeavyContent::Substitute>> found;
+    const xmlNode* around = root->parent;
+    TreeNode* parent = tree_.document();  // the copy of that
+    for (const xmlNode* node = root; node; node = nextBelow(node, root)) {
+      for (; around != node->parent; around = around->parent) parent = parent->parent;
+      if (isText(node) || isCData(node)) {
+        const NodeKind kind = isText(node) ? NodeKind::text : NodeKind::cdata;
+        linkNode(parent, tree_.newLeaf(kind, nullptr, view(node->content)), nullptr);
+      }
+      if (!isElement(node)) continue;  // the compiler has no use for comments
+      linkNode(parent, copyElement(node), nullptr);
+      around = node;
+      parent = asParent(parent)->last;
+      if (reference != source.references.end() && reference->element == node) {
+        relocate(parent, ServedDocuments::location(reference->lngDocument));
+        ++reference;
+      } else if (node->parent == root && isSchemaElement(node, "import")) {
+        relocate(parent, "");
+      }
+      const auto substitute = substitutes.find(node);
+      if (substitute != substitutes.end()) found.emplace_back(parent, substitute->second);
+    }
+    for (std::size_t at = 0; at < found.size(); ++at) {
+      setAside(found[at].first, found[at].second,
+               "set-aside." + std::to_string(lngDocument) + "." + std::to_string(at));
     }
   }
-  setAside(documents, lngDocument, heavy, copy.get());
-  const std::string strUrl = ServedDocuments::location(lngDocument);
-  copy->URL = xmlStrdup(xmlText(strUrl.c_str()));
-  if (!copy->URL) throw std::bad_alloc();
-  return copy;
-}
+
+  std::string text() const { return serialiseXml(tree_, tree_.document()->first); }
+
+ private:
+  const TreeName* nameOf(const xmlNode* node) {
+    return tree_.name(prefixOf(node), view(node->name), node->ns ? view(node->ns->href) : "");
+  }
+
+  TreeNode* copyElement(const xmlNode* source) {
+    TreeNode* const element = tree_.newElement(nameOf(source));
+    for (const xmlNs* ns = source->nsDef; ns; ns = ns->next) {
+      declare(element, tree_.name(view(ns->prefix), {}, view(ns->href)));
+    }
+    for (xmlAttr* attribute = source->properties; attribute; attribute = attribute->next) {
+      add(element, nameOf(asNode(attribute)), textOf(asNode(attribute)));
+    }
+    return element;
+  }
+
+  void declare(TreeNode* element, const TreeName* name) {
+    linkAttribute(element, tree_.newLeaf(NodeKind::declaration, name, {}));
+  }
+
+  void add(TreeNode* element, const TreeName* name, std::string_view strValue) {
+    linkAttribute(element, tree_.newLeaf(NodeKind::attribute, name, strValue));
+  }
+
+  void addAttribute(TreeNode* element, std::string_view strName, std::string_view strValue) {
+    add(element, tree_.name({}, strName, {}), strValue);
+  }
+
+  /// Makes a reference lead to a document, or nowhere.
+  void relocate(TreeNode* reference, const std::string& strLocation) {
+    if (TreeNode* attribute = findAttribute(reference, "schemaLocation")) unlinkNode(attribute);
+    if (!strLocation.empty()) addAttribute(reference, "schemaLocation", strLocation);
+  }
+
+  /// Declares in `element` what is declared around `source`, up to the root.
+  void declareAsAround(const TreeNode* source, TreeNode* element) {
+    for (const TreeNode* scope = source; scope->parent->parent; scope = scope->parent) {
+      for (const TreeNode* outer = asParent(scope)->attributes; outer && !isAttribute(outer);
+           outer = outer->next) {
+        const TreeNode* own = asParent(element)->attributes;
+        while (own && own->name->prefix != outer->name->prefix) own = own->next;
+        if (!own) declare(element, outer->name);
+      }
+    }
+  }
+
+  /// Makes a content model that is too much for the compiler a named group to which nothing refers:
+  /// all in it is checked, but no automaton is made of it. So it is not checked whether the model
+  /// is ambiguous (unique particle attribution). What stands in its place is as empty as it may be.
+  void setAside(TreeNode* particle, HeavyContent::Substitute substitute,
+                const std::string& strName) {
+    const TreeName& name = *particle->name;
+    const auto addElement = [&](TreeNode* above, TreeNode* before, std::string_view strKind) {
+      linkNode(above,
+               tree_.newElement(tree_.name(name.prefix->strText, strKind, name.uri->strText)),
+               before);
+      return before ? before->prev : asParent(above)->last;
+    };
+    TreeNode* const parent = particle->parent;
+    if (substitute != HeavyContent::Substitute::none) {
+      TreeNode* const child =
+          addElement(addElement(parent, particle->next, "sequence"), nullptr, "element");
+      addAttribute(child, "name", strName);
+      const bool blnOptional = substitute == HeavyContent::Substitute::optional;
+      addAttribute(child, "minOccurs", blnOptional ? "0" : "1");
+    }
+    unlinkNode(particle);
+    if (name.strLocal == "group") return;  // it only refers to one
+    TreeNode* const group = addElement(tree_.document()->first, nullptr, "group");
+    declareAsAround(parent, group);
+    addAttribute(group, "name", strName);
+    // A group of "all" cannot be part of another, the others have numbers that a named one has not.
+    const bool blnAll = name.strLocal == "all";
+    linkNode(blnAll ? group : addElement(group, nullptr, "sequence"), particle, nullptr);
+  }
+
+  Tree tree_;
+};
 
 /// What the compiler says, the documents by their paths.
 std::string inPaths(std::string strReason, const SchemaDocuments& documents) {
@@ -167,12 +180,16 @@ void checkByCompiler(const SchemaDocuments& documents, std::string_view strPath)
   prepareXmlLibrary();
   const MemoryWatch memory;
   const std::vector<HeavyContent> heavy = heavyContents(documents);
-  const ServedDocuments served([&](std::size_t lngDocument) {
-    InternedNamespaces namespaces;
-    return serialiseXml(asNode(copyForCompiler(documents, lngDocument, heavy, namespaces).get()));
-  });
-  InternedNamespaces namespaces;
-  const OwnedXmlDoc document = copyForCompiler(documents, 0, heavy, namespaces);
+  const auto textOf = [&](std::size_t lngDocument) {
+    return CompilerCopy(documents, lngDocument, heavy).text();
+  };
+  const ServedDocuments served(textOf);
+  const std::string strText = textOf(0);
+  if (strText.size() > INT_MAX) throw std::bad_alloc();
+  const OwnedXmlDoc document(xmlReadMemory(
+      strText.data(), static_cast<int>(strText.size()), ServedDocuments::location(0).c_str(),
+      nullptr, XML_PARSE_NONET | XML_PARSE_HUGE | XML_PARSE_NOERROR | XML_PARSE_NOWARNING));
+  if (!document) throw std::bad_alloc();
   CompileRun run;
   const Owned<xmlSchemaParserCtxt, xmlSchemaFreeParserCtxt> parser(
       xmlSchemaNewDocParserCtxt(document.get()));

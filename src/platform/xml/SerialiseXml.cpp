@@ -1,54 +1,65 @@
 #include "platform/xml/SerialiseXml.h"
 
+#include <algorithm>
+#include <array>
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
-#include <unordered_map>
+#include <utility>
 #include <vector>
-
-#include "platform/xml/XmlTree.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
 namespace {
 
-/// The namespace declarations in scope at one place of the text that is being written.
+/// The namespace declarations in scope at one place of the text that is being written. Prefixes and
+/// URIs are told apart by their numbers.
 class Scope {
  public:
-  std::string_view uriOf(std::string_view strPrefix) const {
-    const auto found = latest_.find(strPrefix);
-    if (found == latest_.end() || found->second == kUnbound) return {};
-    return bindings_[found->second].strUri;
+  explicit Scope(std::size_t lngParts) : latest_(lngParts, kUnbound) {}
+
+  std::uint32_t uriOf(const NamePart* prefix) const {
+    const std::uint32_t latest = latest_[prefix->lngNumber];
+    return latest == kUnbound ? 0 : bindings_[latest].uri;
   }
 
-  void bind(std::string_view strPrefix, std::string_view strUri) {
-    std::size_t& latest = latest_.emplace(strPrefix, kUnbound).first->second;
-    bindings_.push_back({strPrefix, strUri, latest});
-    latest = bindings_.size() - 1;
+  void bind(const NamePart* prefix, const NamePart* uri) {
+    std::uint32_t& latest = latest_[prefix->lngNumber];
+    bindings_.push_back({prefix->lngNumber, uri->lngNumber, latest});
+    latest = static_cast<std::uint32_t>(bindings_.size() - 1);
   }
 
-  void enter() { marks_.push_back(bindings_.size()); }
+  std::size_t size() const { return bindings_.size(); }
 
-  void leave() {
-    while (bindings_.size() > marks_.back()) {
-      latest_.find(bindings_.back().strPrefix)->second = bindings_.back().hidden;
-      bindings_.pop_back();
+  /// Forgets the bindings made since there were so many.
+  void leave(std::size_t lngSize) {
+    for (; bindings_.size() > lngSize; bindings_.pop_back()) {
+      latest_[bindings_.back().prefix] = bindings_.back().hidden;
     }
-    marks_.pop_back();
   }
 
  private:
-  static constexpr std::size_t kUnbound = static_cast<std::size_t>(-1);
+  static constexpr std::uint32_t kUnbound = UINT32_MAX;
 
   struct Binding {
-    std::string_view strPrefix, strUri;
-    std::size_t hidden;  // the binding of the same prefix further out
+    std::uint32_t prefix, uri;
+    std::uint32_t hidden;  // the binding of the same prefix further out
   };
   std::vector<Binding> bindings_;
-  std::vector<std::size_t> marks_;  // one for each open element
-  std::unordered_map<std::string_view, std::size_t> latest_;
+  std::vector<std::uint32_t> latest_;  // by the number of the prefix
 };
 
-std::string_view textReference(char byte) {
+enum Escape : unsigned char { kNever = 0, kInText = 1, kInValues = 2 };
+
+/// Where a character is written as a reference; one that is so in text is so in values too.
+constexpr std::array<Escape, 256> kEscapes = [] {
+  std::array<Escape, 256> escapes = {};
+  for (const char byte : {'&', '<', '>', '\r'}) escapes[static_cast<unsigned char>(byte)] = kInText;
+  for (const char byte : {'"', '\t', '\n'}) escapes[static_cast<unsigned char>(byte)] = kInValues;
+  return escapes;
+}();
+
+std::string_view reference(char byte) {
   switch (byte) {
     case '&':
       return "&amp;";
@@ -58,48 +69,44 @@ std::string_view textReference(char byte) {
       return "&gt;";  // everywhere, so that "]]>" needs no thought
     case '\r':
       return "&#13;";
-    default:
-      return {};
-  }
-}
-
-std::string_view valueReference(char byte) {
-  switch (byte) {
     case '"':
       return "&quot;";
     case '\t':
       return "&#9;";
-    case '\n':
-      return "&#10;";
     default:
-      return textReference(byte);
+      return "&#10;";
   }
 }
 
 class Writer {
  public:
-  void write(const xmlNode* top) {
-    if (isAttribute(top)) return writeAttribute(qualifiedName(top), textOf(top));
+  explicit Writer(std::size_t lngParts) : scope_(lngParts) {}
+
+  void write(const TreeNode* top) {
+    if (isAttribute(top)) return writeAttribute(top->name->strQualified, valueOf(top));
     if (!isDocument(top)) return writeTree(top);
-    for (const xmlNode* child = top->children; child; child = child->next) {
+    for (const TreeNode* child = top->first; child; child = child->next) {
       writeTree(child);
-      strOut_ += "\r\n";
+      put("\r\n");
     }
   }
 
-  std::string take() { return std::move(strOut_); }
+  std::string take() {
+    strOut_.resize(lngUsed_);
+    return std::move(strOut_);
+  }
 
  private:
-  void writeTree(const xmlNode* top) {
-    const xmlNode* node = top;
+  void writeTree(const TreeNode* top) {
+    const TreeNode* node = top;
     while (true) {
       if (isElement(node)) {
         startTag(node);
-        if (node->children) {
-          node = node->children;
+        if (node->first) {
+          node = node->first;
           continue;
         }
-        endTag(node);
+        scope_.leave(marks_[--depth_]);
       } else {
         writeLeaf(node);
       }
@@ -112,117 +119,117 @@ class Writer {
     }
   }
 
-  void startTag(const xmlNode* element) {
-    scope_.enter();
-    strOut_ += '<';
-    writeName(element);
-    declare(element);
-    for (const xmlNs* ns = element->nsDef; ns; ns = ns->next) {
-      bindIfNew(view(ns->prefix), view(ns->href));
+  void startTag(const TreeNode* element) {
+    if (depth_ == marks_.size()) marks_.resize(2 * depth_);
+    marks_[depth_++] = scope_.size();
+    const TreeName* const name = element->name;
+    put('<');
+    put(name->strQualified);
+    // One in no namespace is so whatever stands around it, unless a prefix is part of its name.
+    const bool blnAsWritten =
+        name->uri->strText.empty() && name->strLocal.find(':') != std::string_view::npos;
+    if (!blnAsWritten) bindIfNew(name->prefix, name->uri);
+    const TreeNode* attribute = asParent(element)->attributes;
+    for (; attribute && !isAttribute(attribute); attribute = attribute->next) {
+      bindIfNew(attribute->name->prefix, attribute->name->uri);
     }
-    for (xmlAttr* attribute = element->properties; attribute; attribute = attribute->next) {
-      declare(asNode(attribute));
+    for (const TreeNode* item = attribute; item; item = item->next) {
+      if (item->name->uri->lngNumber != 0) bindIfNew(item->name->prefix, item->name->uri);
     }
-    for (xmlAttr* attribute = element->properties; attribute; attribute = attribute->next) {
-      strOut_ += ' ';
-      writeAttribute(qualifiedName(asNode(attribute)), textOf(asNode(attribute)));
+    for (; attribute; attribute = attribute->next) {
+      put(' ');
+      writeAttribute(attribute->name->strQualified, valueOf(attribute));
     }
-    strOut_ += element->children ? ">" : "/>";
+    put(element->first ? ">" : "/>");
   }
 
-  void endTag(const xmlNode* element) {
-    scope_.leave();
-    if (!element->children) return;
-    strOut_ += "</";
-    writeName(element);
-    strOut_ += '>';
+  void endTag(const TreeNode* element) {
+    scope_.leave(marks_[--depth_]);
+    put("</");
+    put(element->name->strQualified);
+    put('>');
   }
 
-  /// Writes the declaration that an element's or attribute's own name needs, if any.
-  void declare(const xmlNode* node) {
-    if (node->ns) {
-      bindIfNew(view(node->ns->prefix), view(node->ns->href));
-    } else if (isElement(node) && view(node->name).find(':') == std::string_view::npos) {
-      bindIfNew("", "");  // it is in no namespace, whatever stands around it
+  void bindIfNew(const NamePart* prefix, const NamePart* uri) {
+    if (scope_.uriOf(prefix) == uri->lngNumber || prefix->strText == "xml") return;
+    scope_.bind(prefix, uri);
+    put(" xmlns");
+    if (!prefix->strText.empty()) {
+      put(':');
+      put(prefix->strText);
     }
-  }
-
-  void bindIfNew(std::string_view strPrefix, std::string_view strUri) {
-    if (strPrefix == "xml" || scope_.uriOf(strPrefix) == strUri) return;
-    scope_.bind(strPrefix, strUri);
-    strOut_ += " xmlns";
-    if (!strPrefix.empty()) (strOut_ += ':') += strPrefix;
-    strOut_ += "=\"";
-    writeEscaped(strUri, valueReference);
-    strOut_ += '"';
-  }
-
-  void writeName(const xmlNode* element) {
-    const std::string_view strPrefix = prefixOf(element);
-    if (!strPrefix.empty()) (strOut_ += strPrefix) += ':';
-    strOut_ += view(element->name);
+    put("=\"");
+    writeEscaped(uri->strText, kInValues);
+    put('"');
   }
 
   void writeAttribute(std::string_view strName, std::string_view strValue) {
-    (strOut_ += strName) += "=\"";
-    writeEscaped(strValue, valueReference);
-    strOut_ += '"';
+    put(strName);
+    put("=\"");
+    writeEscaped(strValue, kInValues);
+    put('"');
   }
 
-  void writeEscaped(std::string_view strText, std::string_view (*reference)(char)) {
+  void writeEscaped(std::string_view strText, Escape where) {
     std::size_t written = 0;
     for (std::size_t at = 0; at < strText.size(); ++at) {
-      const std::string_view strReference = reference(strText[at]);
-      if (strReference.empty()) continue;
-      (strOut_ += strText.substr(written, at - written)) += strReference;
+      const Escape escape = kEscapes[static_cast<unsigned char>(strText[at])];
+      if (escape == kNever || escape > where) continue;
+      put(strText.substr(written, at - written));
+      put(reference(strText[at]));
       written = at + 1;
     }
-    strOut_ += strText.substr(written);
+    put(strText.substr(written));
   }
 
-  void writeLeaf(const xmlNode* node) {
-    switch (node->type) {
-      case XML_CDATA_SECTION_NODE:
-        ((strOut_ += "<![CDATA[") += view(node->content)) += "]]>";
-        break;
-      case XML_COMMENT_NODE:
-        ((strOut_ += "<!--") += view(node->content)) += "-->";
-        break;
-      case XML_PI_NODE:
-        (strOut_ += "<?") += view(node->name);
-        if (!view(node->content).empty()) (strOut_ += ' ') += view(node->content);
-        strOut_ += "?>";
-        break;
-      case XML_DTD_NODE:
-        writeDocumentType(reinterpret_cast<const xmlDtd*>(node));
-        break;
+  void writeLeaf(const TreeNode* node) {
+    switch (node->kind) {
+      case NodeKind::cdata:
+        put("<![CDATA[");
+        put(valueOf(node));
+        return put("]]>");
+      case NodeKind::comment:
+        put("<!--");
+        put(valueOf(node));
+        return put("-->");
+      case NodeKind::instruction:
+        put("<?");
+        put(node->name->strQualified);
+        if (node->lngSize != 0) put(' ');
+        put(valueOf(node));
+        return put("?>");
+      case NodeKind::documentType:
+        put("<!DOCTYPE ");
+        put(node->name->strQualified);
+        put(valueOf(node));
+        return put('>');
       default:
-        writeEscaped(view(node->content), textReference);
+        writeEscaped(valueOf(node), kInText);
     }
   }
 
-  // deliberate: without the declarations inside. They have done their work, and when the text is
-  // read again they could only put back a default that was removed since, or change a new value.
-  void writeDocumentType(const xmlDtd* type) {
-    (strOut_ += "<!DOCTYPE ") += view(type->name);
-    if (type->ExternalID) ((strOut_ += " PUBLIC \"") += view(type->ExternalID)) += '"';
-    if (type->SystemID) {
-      if (!type->ExternalID) strOut_ += " SYSTEM";
-      const std::string_view strSystem = view(type->SystemID);
-      const char quote = strSystem.find('"') == std::string_view::npos ? '"' : '\'';
-      (((strOut_ += ' ') += quote) += strSystem) += quote;
+  void put(char byte) { put(std::string_view(&byte, 1)); }
+
+  void put(std::string_view strPart) {
+    if (strOut_.size() - lngUsed_ < strPart.size()) {
+      strOut_.resize(std::max(2 * strOut_.size(), lngUsed_ + strPart.size()));
     }
-    strOut_ += '>';
+    std::copy(strPart.begin(), strPart.end(),
+              strOut_.begin() + static_cast<std::ptrdiff_t>(lngUsed_));
+    lngUsed_ += strPart.size();
   }
 
-  std::string strOut_;
+  std::string strOut_ = std::string(512, '\0');  // longer than what is written yet
+  std::size_t lngUsed_ = 0;
+  std::vector<std::size_t> marks_ = std::vector<std::size_t>(16);  // of each open element
+  std::size_t depth_ = 0;
   Scope scope_;
 };
 
 }  // namespace
 
-std::string serialiseXml(const xmlNode* node) {
-  Writer writer;
+std::string serialiseXml(const Tree& tree, const TreeNode* node) {
+  Writer writer(tree.names().parts());
   writer.write(node);
   return writer.take();
 }

@@ -1,13 +1,14 @@
 #pragma once
 
-#include <libxml/tree.h>
-
 #include <string>
+
+#include "platform/xml/Tree.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
-/// The text of a node and of all below it, with the namespace declarations that it needs to stand
-/// alone; of an attribute `name="value"`. Each node at the top of a document is followed by CR LF.
-std::string serialiseXml(const xmlNode* node);
+/// The text of a node of `tree` and of all below it, with the namespace declarations that it needs
+/// to stand alone; of an attribute `name="value"`. Each node at the top of a document is followed
+/// by CR LF.
+std::string serialiseXml(const Tree& tree, const TreeNode* node);
 
 }  // namespace Varnel_Tolv_XML_Creation

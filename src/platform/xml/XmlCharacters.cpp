@@ -62,13 +62,18 @@ std::int32_t takeCharacter(std::string_view& strRest) {
 }  // namespace
 
 bool isXmlText(std::string_view strText) {
-  while (!strText.empty()) {
-    const std::int32_t character = takeCharacter(strText);
-    // Negative for what is not UTF-8.
-    if (character < 0x20 && character != '\t' && character != '\n' && character != '\r') {
-      return false;
+  for (std::size_t at = 0; at < strText.size();) {
+    const auto byte = static_cast<unsigned char>(strText[at]);
+    const bool blnAscii = byte < 0x80;
+    if (blnAscii && byte < 0x20 && !isXmlSpace(strText[at])) return false;
+    if (blnAscii) {
+      ++at;
+      continue;
     }
-    if (character == 0xFFFE || character == 0xFFFF) return false;
+    const auto [lngCodePoint, lngBytes] = firstBeyondAscii(strText.substr(at));
+    // Negative for what is not UTF-8.
+    if (lngCodePoint < 0 || lngCodePoint == 0xFFFE || lngCodePoint == 0xFFFF) return false;
+    at += lngBytes;
   }
   return true;
 }

@@ -39,10 +39,6 @@ OwnedXmlNode newTextNode(xmlDoc* document, std::string_view strText) {
   return node;
 }
 
-bool isDeclaration(const xmlNode* node) noexcept {
-  return node->type == XML_PI_NODE && view(node->name) == "xml";
-}
-
 xmlNode* firstChild(const xmlNode* node) noexcept {
   return isElement(node) || isDocument(node) ? node->children : nullptr;
 }
@@ -56,20 +52,9 @@ xmlNode* nextBelow(const xmlNode* node, const xmlNode* top) noexcept {
   return nullptr;
 }
 
-xmlNode* topOf(xmlNode* node) noexcept {
-  while (node->parent) node = node->parent;
-  return node;
-}
-
 std::string_view prefixOf(const xmlNode* node) noexcept {
   const bool blnMayHaveNamespace = isElement(node) || isAttribute(node);
   return blnMayHaveNamespace && node->ns ? view(node->ns->prefix) : std::string_view();
-}
-
-std::string qualifiedName(const xmlNode* node) {
-  std::string strName(prefixOf(node));
-  if (!strName.empty()) strName += ':';
-  return strName += view(node->name);
 }
 
 bool hasQualifiedName(const xmlNode* node, std::string_view strName) noexcept {
@@ -105,21 +90,6 @@ std::string textOf(const xmlNode* node) {
   return strText;
 }
 
-bool hasText(const xmlNode* node) noexcept {
-  if (isAttribute(node)) {
-    const xmlNode* value = node->children;
-    while (value && view(value->content).empty()) value = value->next;
-    return value != nullptr;
-  }
-  if (!isElement(node) && !isDocument(node)) {
-    return node->type != XML_DTD_NODE && !view(node->content).empty();
-  }
-  for (const xmlNode* below = nextBelow(node, node); below; below = nextBelow(below, node)) {
-    if ((isText(below) || isCData(below)) && !view(below->content).empty()) return true;
-  }
-  return false;
-}
-
 void unlinkNode(xmlNode* node) noexcept {
   if (node->type == XML_DTD_NODE && node->doc) node->doc->intSubset = nullptr;
   if (xmlNode* parent = node->parent) {
@@ -142,14 +112,6 @@ void linkNode(xmlNode* parent, xmlNode* node, xmlNode* before) noexcept {
   node->prev = before ? before->prev : parent->last;
   (node->prev ? node->prev->next : parent->children) = node;
   (before ? before->prev : parent->last) = node;
-}
-
-void linkAttribute(xmlNode* element, xmlAttr* attribute) noexcept {
-  xmlAttr* last = element->properties;
-  while (last && last->next) last = last->next;
-  attribute->parent = element;
-  attribute->prev = last;
-  (last ? last->next : element->properties) = attribute;
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

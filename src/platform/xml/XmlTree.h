@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/xml/DepthLimit.h"
 #include "platform/xml/OwnedXml.h"
 
 // How this layer walks, names and links the nodes of a libxml2 tree; internal to it. The library's
@@ -12,11 +13,6 @@
 // used to change a tree. Nothing here recurses.
 
 namespace Varnel_Tolv_XML_Creation {
-
-/// How deep the elements of a document may nest, the root being the first, and what is said of one
-/// that is deeper.
-inline constexpr int kMaxDepth = 256;
-inline constexpr const char* kTooDeep = "The document is deeper than 256 elements.";
 
 /// An empty document. std::bad_alloc when there is no memory, as for all that makes nodes here.
 OwnedXmlDoc newXmlDoc();
@@ -47,21 +43,14 @@ inline bool isDocument(const xmlNode* node) noexcept { return node->type == XML_
 inline bool isText(const xmlNode* node) noexcept { return node->type == XML_TEXT_NODE; }
 inline bool isCData(const xmlNode* node) noexcept { return node->type == XML_CDATA_SECTION_NODE; }
 
-/// Whether a node is the XML declaration, which stands in the tree as an instruction.
-bool isDeclaration(const xmlNode* node) noexcept;
-
 /// The first child of a document or an element; null for every other kind of node.
 xmlNode* firstChild(const xmlNode* node) noexcept;
 
 /// The node after `node` in document order among those below `top`; null after the last.
 xmlNode* nextBelow(const xmlNode* node, const xmlNode* top) noexcept;
 
-/// The document, or the node without a parent, that `node` stands below.
-xmlNode* topOf(xmlNode* node) noexcept;
-
-/// The prefix, empty without one, and the whole name as written.
+/// The prefix, empty without one, and a look at the whole name as written.
 std::string_view prefixOf(const xmlNode* node) noexcept;
-std::string qualifiedName(const xmlNode* node);
 bool hasQualifiedName(const xmlNode* node, std::string_view strName) noexcept;
 
 /// The attribute of an element with this name as written, or null.
@@ -70,16 +59,10 @@ xmlAttr* findAttribute(const xmlNode* element, std::string_view strName) noexcep
 /// An attribute's value, or the concatenated text of any other node.
 std::string textOf(const xmlNode* node);
 
-/// Whether that is not empty.
-bool hasText(const xmlNode* node) noexcept;
-
 /// Takes a node or attribute out of where it is; it then has no parent.
 void unlinkNode(xmlNode* node) noexcept;
 
 /// Puts a node without a parent below `parent`: before `before`, or at the end when that is null.
 void linkNode(xmlNode* parent, xmlNode* node, xmlNode* before) noexcept;
-
-/// Puts an attribute without a parent at the end of an element's.
-void linkAttribute(xmlNode* element, xmlAttr* attribute) noexcept;
 
 }  // namespace Varnel_Tolv_XML_Creation

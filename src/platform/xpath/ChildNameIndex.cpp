@@ -1,83 +1,74 @@
 #include "platform/xpath/ChildNameIndex.h"
 
-#include "platform/xml/XmlTree.h"
-#include "platform/xpath/PathCondition.h"
+#include <utility>
 
 namespace Varnel_Tolv_XML_Creation {
 
 namespace {
 
-bool hasManyChildren(const xmlNode* parent) {
-  std::size_t lngCount = 0;
-  for (const xmlNode* child = parent->children; child != nullptr; child = child->next) {
-    if (++lngCount >= ChildNameIndex::kManyChildren) return true;
-  }
-  return false;
+bool isSameNamed(const TreeNode* node, const TreeName* plain) noexcept {
+  return isElement(node) && node->name->plain == plain;
 }
 
 }  // namespace
 
-ChildNameIndex::ChildNameIndex(const xmlDoc* document) {
-  const auto* top = reinterpret_cast<const xmlNode*>(document);
-  for (const xmlNode* node = top; node != nullptr; node = nextBelow(node, top)) {
-    if (firstChild(node) != nullptr && hasManyChildren(node)) parents_[node] = namesBelow(node);
+void ChildNameIndex::add(TreeNode* document) {
+  for (TreeNode* node = document; node != nullptr; node = nextBelow(node, document)) {
+    if (isParent(node) && node->lngSize >= kManyChildren) addParent(node);
   }
 }
 
-ChildNameIndex::Name ChildNameIndex::nameOf(const xmlNode* element) noexcept {
-  const xmlNs* ns = element->ns;
-  return {ns != nullptr, ns != nullptr ? view(ns->href) : std::string_view(), view(element->name)};
-}
-
-ChildNameIndex::Names ChildNameIndex::namesBelow(const xmlNode* parent) {
+void ChildNameIndex::addParent(TreeNode* parent) {
   Names names;
-  for (xmlNode* child = parent->children; child != nullptr; child = child->next) {
+  for (TreeNode* child = parent->first; child != nullptr; child = child->next) {
     if (!isElement(child)) continue;
-    Children& children = names[nameOf(child)];
+    Children& children = names[child->name->plain];
     if (++children.lngCount == 1) children.first = child;
   }
-  return names;
+  parents_[parent] = std::move(names);
+  parent->blnIndexed = true;
 }
 
-void ChildNameIndex::prepare(const xmlNode* parent, const xmlNode* child) {
+void ChildNameIndex::prepare(TreeNode* parent, const TreeNode* child) {
   if (!isElement(child)) return;
-  auto found = parents_.find(parent);
-  if (found == parents_.end()) {
-    if (!hasManyChildren(parent)) return;
-    found = parents_.emplace(parent, namesBelow(parent)).first;
+  if (!parent->blnIndexed) {
+    if (parent->lngSize < kManyChildren) return;
+    addParent(parent);
   }
-  found->second.try_emplace(nameOf(child));
+  parents_.find(parent)->second.try_emplace(child->name->plain);
 }
 
-void ChildNameIndex::added(xmlNode* child) noexcept {
+void ChildNameIndex::added(TreeNode* child) noexcept {
   Children* const children = childrenNamedAs(child);
   if (children == nullptr) return;
   if (children->lngCount == 0 || isFirst(child, *children)) children->first = child;
   ++children->lngCount;
 }
 
-void ChildNameIndex::removing(const xmlNode* child) noexcept {
+void ChildNameIndex::removing(const TreeNode* child) noexcept {
   Children* const children = childrenNamedAs(child);
   if (children == nullptr) return;
   --children->lngCount;
   if (children->first != child) return;
-  xmlNode* next = nullptr;
+  TreeNode* next = nullptr;
   if (children->lngCount != 0) {
-    const Name name = nameOf(child);
     next = child->next;
-    while (!isElement(next) || nameOf(next) != name) next = next->next;
+    while (!isSameNamed(next, child->name->plain)) next = next->next;
   }
   children->first = next;
 }
 
+void ChildNameIndex::emptying(TreeNode* parent) noexcept {
+  if (std::exchange(parent->blnIndexed, false)) parents_.erase(parent);
+}
+
 /// Whether `child` stands before the other children of its name. It looks both ways at once, since
 /// it is mostly put at the end or beside one of them.
-bool ChildNameIndex::isFirst(const xmlNode* child, const Children& others) noexcept {
-  const Name name = nameOf(child);
-  const xmlNode* before = child->prev;
-  const xmlNode* after = child->next;
+bool ChildNameIndex::isFirst(const TreeNode* child, const Children& others) noexcept {
+  const TreeNode* before = child->prev;
+  const TreeNode* after = child->next;
   while (before != nullptr && after != nullptr) {
-    if (isElement(before) && nameOf(before) == name) return false;
+    if (isSameNamed(before, child->name->plain)) return false;
     if (after == others.first) return true;
     before = before->prev;
     after = after->next;
@@ -86,31 +77,28 @@ bool ChildNameIndex::isFirst(const xmlNode* child, const Children& others) noexc
 }
 
 /// What is known of the name of `child` below its parent, or null.
-ChildNameIndex::Children* ChildNameIndex::childrenNamedAs(const xmlNode* child) noexcept {
-  if (child->parent == nullptr || !isElement(child)) return nullptr;
-  const auto parent = parents_.find(child->parent);
-  if (parent == parents_.end()) return nullptr;
-  const auto children = parent->second.find(nameOf(child));
-  return children == parent->second.end() ? nullptr : &children->second;
+ChildNameIndex::Children* ChildNameIndex::childrenNamedAs(const TreeNode* child) noexcept {
+  if (child->parent == nullptr || !child->parent->blnIndexed || !isElement(child)) return nullptr;
+  Names& names = parents_.find(child->parent)->second;
+  const auto children = names.find(child->name->plain);
+  return children == names.end() ? nullptr : &children->second;
 }
 
-std::optional<ChildNameIndex::Match> ChildNameIndex::find(const xmlNode* parent,
-                                                          const NameTest& name) const {
-  const auto indexed = parents_.find(parent);
-  if (indexed != parents_.end()) {
-    const auto children = indexed->second.find({name.blnPrefixed, name.strUri, name.strName});
-    if (children == indexed->second.end()) return Match{};
+std::optional<ChildNameIndex::Match> ChildNameIndex::find(const TreeNode* parent,
+                                                          const TreeName* plain) const {
+  if (parent->blnIndexed) {
+    const Names& names = parents_.find(parent)->second;
+    const auto children = names.find(plain);
+    if (children == names.end()) return Match{};
     return Match{children->second.first, children->second.lngCount <= 1};
   }
   Match match;
-  std::size_t lngCount = 0;
-  for (xmlNode* child = firstChild(parent); child != nullptr; child = child->next) {
-    if (++lngCount > kManyChildren) return std::nullopt;  // a copied parent, not written to since
-    if (!hasName(child, name)) continue;
-    if (match.first != nullptr) {
-      match.blnOnly = false;
-      return match;
-    }
+  if (!isParent(parent)) return match;
+  if (parent->lngSize > kManyChildren) return std::nullopt;  // a copy, not written to since
+  for (TreeNode* child = parent->first; child != nullptr; child = child->next) {
+    if (!isSameNamed(child, plain)) continue;
+    match.blnOnly = match.first == nullptr;
+    if (!match.blnOnly) break;
     match.first = child;
   }
   return match;

@@ -1,13 +1,10 @@
 #pragma once
 
-#include <libxml/tree.h>
-
 #include <cstddef>
 #include <optional>
-#include <string_view>
 #include <unordered_map>
 
-#include "platform/xpath/LocationPath.h"
+#include "platform/xml/Tree.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
@@ -16,63 +13,47 @@ namespace Varnel_Tolv_XML_Creation {
 /// keeps it right; so any number of threads may ask it, and none of them waits or makes anything.
 ///
 /// To put a child below a parent: `prepare`, which may fail, then take the child out of where it
-/// was, link it and call `added`. It refers to names in the nodes, so all that it was told of has
-/// to live as long, also when it no longer stands there.
+/// was, link it and call `added`. All that it was told of has to live as long as it is asked.
 class ChildNameIndex {
  public:
   static constexpr std::size_t kManyChildren = 32;
 
-  ChildNameIndex() = default;
-
-  /// Indexes all that is below `document`.
-  explicit ChildNameIndex(const xmlDoc* document);
+  /// Indexes all that is below `document`, which it is told of for the first time.
+  void add(TreeNode* document);
 
   /// Makes room for the name of `child` below `parent`. std::bad_alloc leaves all as it was.
-  void prepare(const xmlNode* parent, const xmlNode* child);
+  void prepare(TreeNode* parent, const TreeNode* child);
 
   /// To be told of each child that was linked.
-  void added(xmlNode* child) noexcept;
+  void added(TreeNode* child) noexcept;
 
   /// To be told of each node that will be unlinked.
-  void removing(const xmlNode* child) noexcept;
+  void removing(const TreeNode* child) noexcept;
 
   /// May be told, before it is told of each, that all children of a parent will go.
-  void emptying(const xmlNode* parent) noexcept { parents_.erase(parent); }
+  void emptying(TreeNode* parent) noexcept;
 
   struct Match {
-    xmlNode* first = nullptr;  // null when there is none
-    bool blnOnly = true;       // no other child has the name
+    TreeNode* first = nullptr;  // null when there is none
+    bool blnOnly = true;        // no other child has the name
   };
 
-  /// The first child element of `parent` with a name, which must not be a wildcard. None when only
-  /// looking at all of the children could tell.
-  std::optional<Match> find(const xmlNode* parent, const NameTest& name) const;
+  /// The first child element of `parent` with a name, given as its `plain`; of none for null. None
+  /// when only looking at all of the children could tell.
+  std::optional<Match> find(const TreeNode* parent, const TreeName* plain) const;
 
  private:
-  struct Name {
-    bool blnNamespace = false;
-    std::string_view strUri;
-    std::string_view strLocal;
-
-    friend bool operator==(const Name&, const Name&) = default;
-  };
-  struct HashName {
-    std::size_t operator()(const Name& name) const noexcept {
-      return std::hash<std::string_view>{}(name.strLocal);
-    }
-  };
   struct Children {
-    xmlNode* first = nullptr;
+    TreeNode* first = nullptr;
     std::size_t lngCount = 0;
   };
-  using Names = std::unordered_map<Name, Children, HashName>;  // the keys lie in the tree
+  using Names = std::unordered_map<const TreeName*, Children>;
 
-  static Name nameOf(const xmlNode* element) noexcept;
-  static Names namesBelow(const xmlNode* parent);
-  static bool isFirst(const xmlNode* child, const Children& others) noexcept;
-  Children* childrenNamedAs(const xmlNode* child) noexcept;
+  void addParent(TreeNode* parent);
+  static bool isFirst(const TreeNode* child, const Children& others) noexcept;
+  Children* childrenNamedAs(const TreeNode* child) noexcept;
 
-  std::unordered_map<const xmlNode*, Names> parents_;
+  std::unordered_map<const TreeNode*, Names> parents_;  // these, and only these, are `blnIndexed`
 };
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -1,49 +1,59 @@
 #include "platform/xpath/IdIndex.h"
 
-#include "platform/xml/XmlTree.h"
+#include <algorithm>
+#include <functional>
 
 namespace Varnel_Tolv_XML_Creation {
 
 namespace {
 
-const xmlAttr* idOf(const xmlNode* element) {
-  for (const xmlAttr* attribute = element->properties; attribute != nullptr;
-       attribute = attribute->next) {
-    const bool blnPlain = attribute->ns == nullptr || attribute->ns->prefix == nullptr;
-    if (blnPlain && view(attribute->name) == "id") return attribute;
-  }
-  return nullptr;
+const TreeNode* idOf(const TreeNode* element) {
+  const TreeNode* attribute = firstAttribute(element);
+  while (attribute && attribute->name->strQualified != "id") attribute = attribute->next;
+  return attribute;
 }
+
+struct Entry {
+  std::size_t lngHash;
+  std::string_view strId;
+  TreeNode* element;
+
+  friend bool operator<(const Entry& left, const Entry& right) {
+    return left.lngHash != right.lngHash ? left.lngHash < right.lngHash : left.strId < right.strId;
+  }
+};
 
 }  // namespace
 
-void IdIndex::build(const xmlDoc* document) {
-  elements_.clear();
-  joinedValues_.clear();
-  if (document == nullptr) return;
-
-  const auto* top = reinterpret_cast<const xmlNode*>(document);
-  for (xmlNode* node = nextBelow(top, top); node != nullptr; node = nextBelow(node, top)) {
+void IdIndex::build(const TreeNode* document) {
+  std::vector<Entry> entries;
+  for (TreeNode* node = nextBelow(document, document); node; node = nextBelow(node, document)) {
     if (!isElement(node)) continue;
-    const xmlAttr* id = idOf(node);
-    if (id == nullptr) continue;
-
-    std::string_view strId;
-    if (const xmlNode* piece = id->children; piece != nullptr && piece->next == nullptr) {
-      strId = view(piece->content);
-    } else if (piece != nullptr) {
-      joinedValues_.push_back(
-          std::make_unique<const std::string>(textOf(reinterpret_cast<const xmlNode*>(id))));
-      strId = *joinedValues_.back();
-    }
-    elements_[strId].push_back(node);
+    const TreeNode* id = idOf(node);
+    if (!id) continue;
+    const std::string_view strId = valueOf(id);
+    entries.push_back({std::hash<std::string_view>{}(strId), strId, node});
+  }
+  std::stable_sort(entries.begin(), entries.end());
+  hashes_.clear();
+  elements_.clear();
+  hashes_.reserve(entries.size());
+  elements_.reserve(entries.size());
+  for (const Entry& entry : entries) {
+    hashes_.push_back(entry.lngHash);
+    elements_.push_back(entry.element);
   }
 }
 
-const std::vector<xmlNode*>& IdIndex::find(std::string_view strId) const {
-  static const std::vector<xmlNode*> kNone;
-  const auto found = elements_.find(strId);
-  return found == elements_.end() ? kNone : found->second;
+std::span<TreeNode* const> IdIndex::find(std::string_view strId) const {
+  const auto [lower, upper] =
+      std::equal_range(hashes_.begin(), hashes_.end(), std::hash<std::string_view>{}(strId));
+  auto first = elements_.begin() + (lower - hashes_.begin());
+  auto last = elements_.begin() + (upper - hashes_.begin());
+  // Other values of the same hash, should there be any, stand before or behind.
+  while (first != last && valueOf(idOf(*first)) != strId) ++first;
+  while (first != last && valueOf(idOf(*(last - 1))) != strId) --last;
+  return {first, last};
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -1,28 +1,27 @@
 #pragma once
 
-#include <libxml/tree.h>
-
-#include <memory>
-#include <string>
+#include <cstddef>
+#include <span>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
+
+#include "platform/xml/Tree.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
 /// The elements of a tree by the value of their attribute `id` (no namespace), each list in
-/// document order.
+/// document order. It is kept sorted by the hashes of the values, so a list is found by halving.
 class IdIndex {
  public:
   /// Indexes all that is below `document`.
-  void build(const xmlDoc* document);
+  void build(const TreeNode* document);
 
   /// Empty when there is none.
-  const std::vector<xmlNode*>& find(std::string_view strId) const;
+  std::span<TreeNode* const> find(std::string_view strId) const;
 
  private:
-  std::unordered_map<std::string_view, std::vector<xmlNode*>> elements_;  // keys lie in the tree
-  std::vector<std::unique_ptr<const std::string>> joinedValues_;  // but for values in pieces
+  std::vector<std::size_t> hashes_;  // of the elements at the same places
+  std::vector<TreeNode*> elements_;
 };
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -15,7 +15,7 @@ void LazyIdIndex::drop() noexcept {
   blnWantedBefore_ = false;
 }
 
-const IdIndex* LazyIdIndex::get(const xmlDoc* document, bool blnWanted) const {
+const IdIndex* LazyIdIndex::get(const TreeNode* document, bool blnWanted) const {
   const IdIndex* ready = ready_.load(std::memory_order_acquire);
   if (ready || !blnWanted) return ready;
 

@@ -20,7 +20,7 @@ class LazyIdIndex {
 
   /// The index of `document`, or null when there is none. One is built at the second wish since it
   /// was dropped: a document whose ids change after each selection never pays for it.
-  const IdIndex* get(const xmlDoc* document, bool blnWanted) const;
+  const IdIndex* get(const TreeNode* document, bool blnWanted) const;
 
  private:
   mutable std::atomic<const IdIndex*> ready_ = nullptr;

@@ -14,6 +14,7 @@
 #include "platform/xml/XmlLibrary.h"
 #include "platform/xml/XmlMemory.h"
 #include "platform/xml/XmlTree.h"
+#include "platform/xpath/LibraryTree.h"
 #include "platform/xpath/LocationPath.h"
 #include "platform/xpath/SelectionNamespaces.h"
 #include "result/RuntimeError.h"
@@ -104,30 +105,6 @@ xmlXPathFunction findFunction(void* context, const xmlChar* name, const xmlChar*
   return xmlHashLookup2(known, name, uri) != nullptr ? nullptr : failAsUnknown;
 }
 
-/// Gives the top of a fragment a document for as long as the library looks at it.
-class TemporaryDocument {
- public:
-  explicit TemporaryDocument(xmlNode* top) : top_(isDocument(top) ? nullptr : top) {
-    document_.type = XML_DOCUMENT_NODE;
-    document_.doc = &document_;
-    if (top_ == nullptr) return;
-    if (!isAttribute(top_)) document_.children = document_.last = top_;
-    top_->parent = node();
-  }
-  ~TemporaryDocument() {
-    if (top_ != nullptr) top_->parent = nullptr;
-  }
-  TemporaryDocument(const TemporaryDocument&) = delete;
-  TemporaryDocument& operator=(const TemporaryDocument&) = delete;
-
-  xmlDoc* document() { return &document_; }
-  xmlNode* node() { return asNode(&document_); }
-
- private:
-  xmlNode* top_;
-  xmlDoc document_{};
-};
-
 /// The first prefix in a well-formed expression that is not declared. The library notices only one
 /// in a step that it comes to evaluate.
 std::optional<std::string_view> undeclaredPrefix(std::string_view strXPath,
@@ -170,21 +147,21 @@ std::string withNamesRecognised(std::string_view strXPath) {
   return strResult;
 }
 
-unsigned long operationsFor(const xmlNode* top) {
-  unsigned long nodes = 1;
-  for (const xmlNode* node = nextBelow(top, top); node != nullptr; node = nextBelow(node, top)) {
-    ++nodes;
-  }
+unsigned long operationsFor(const xmlDoc* document) {
+  const auto* top = reinterpret_cast<const xmlNode*>(document);
+  unsigned long nodes = 0;
+  for (const xmlNode* node = top; node != nullptr; node = nextBelow(node, top)) ++nodes;
   return std::max(nodes * kOperationsPerNode,
                   std::min(kMaxOperations, kMaxOperationsTimesNodes / nodes));
 }
 
 class LibraryEvaluation {
  public:
-  LibraryEvaluation(const SelectionContext& context, xmlNode* top, xmlDoc* document)
-      : context_(xmlXPathNewContext(document)), top_(top) {
+  LibraryEvaluation(const SelectionContext& context, const LibraryTree& tree)
+      : context_(xmlXPathNewContext(tree.document())) {
     if (!context_) throw std::bad_alloc();
-    context_->node = context.node;
+    xmlNode* const node = tree.copyOf(context.node);
+    context_->node = node != nullptr ? node : asNode(tree.document());  // from a document type
     context_->userData = this;
     context_->error = [](void* self, xmlError* error) {
       int& code = static_cast<LibraryEvaluation*>(self)->code_;
@@ -209,7 +186,7 @@ class LibraryEvaluation {
 
   OwnedObject evaluate() {
     OwnedObject result = evaluateWithin(kFirstOperations);
-    if (!result && code_ == kOperationLimit) result = evaluateWithin(operationsFor(top_));
+    if (!result && code_ == kOperationLimit) result = evaluateWithin(operationsFor(context_->doc));
     if (!result) raise(code_);
     return result;
   }
@@ -227,36 +204,38 @@ class LibraryEvaluation {
 
   MemoryWatch memory_;
   OwnedContext context_;
-  xmlNode* top_;
   OwnedExpression expression_;
   int code_ = 0;
 };
 
-std::vector<xmlNode*> nodesOf(const xmlXPathObject& result) {
+/// The originals of the nodes of a result, but for `hidden`.
+std::vector<TreeNode*> nodesOf(const xmlXPathObject& result, const TreeNode* hidden) {
   if (result.type != XPATH_NODESET) fail("The expression does not select nodes");
-  if (result.nodesetval == nullptr) return {};
-  std::vector<xmlNode*> colNodes(result.nodesetval->nodeTab,
-                                 result.nodesetval->nodeTab + result.nodesetval->nodeNr);
-  for (const xmlNode* node : colNodes) {
+  std::vector<TreeNode*> colNodes;
+  const xmlNodeSet* const nodes = result.nodesetval;
+  for (int at = 0; nodes != nullptr && at < nodes->nodeNr; ++at) {
+    const xmlNode* const node = nodes->nodeTab[at];
     // The library makes these for the result only; they go with it.
     if (node->type == XML_NAMESPACE_DECL) fail("A namespace declaration cannot be selected");
+    TreeNode* const original = LibraryTree::originalOf(node);
+    if (original != hidden) colNodes.push_back(original);
   }
   return colNodes;
 }
 
 }  // namespace
 
-std::vector<xmlNode*> selectByLibrary(const SelectionContext& context, std::string_view strXPath) {
+std::vector<TreeNode*> selectByLibrary(const SelectionContext& context, std::string_view strXPath) {
   prepareXmlLibrary();
   if (context.node == nullptr) throw RuntimeError(kObjectNotSet);
   if (strXPath.size() > kMaxExpressionBytes) fail("The expression is too long");
   if (strXPath.find('\0') != std::string_view::npos) fail(sentence(XML_XPATH_INVALID_CHAR_ERROR));
 
-  xmlNode* top = topOf(context.node);
-  TemporaryDocument temporary(top);
-  const bool blnDetached = !isDocument(top);
-  xmlDoc* document = blnDetached ? temporary.document() : reinterpret_cast<xmlDoc*>(top);
-  LibraryEvaluation evaluation(context, top, document);
+  TreeNode* const top = topOf(context.node);
+  const std::shared_ptr<const LibraryTree> tree = context.libraryTree != nullptr
+                                                      ? context.libraryTree->get(top)
+                                                      : std::make_shared<const LibraryTree>(top);
+  LibraryEvaluation evaluation(context, *tree);
 
   // The parentheses change nothing but that the library does not take its evaluator for streams,
   // which knows no limit and can run for hours on a deep tree.
@@ -266,10 +245,8 @@ std::vector<xmlNode*> selectByLibrary(const SelectionContext& context, std::stri
   if (const auto strPrefix = undeclaredPrefix(strXPath, context.namespaces)) {
     fail("Reference to undeclared namespace prefix: '" + std::string(*strPrefix) + "'.");
   }
-
-  std::vector<xmlNode*> colNodes = nodesOf(*evaluation.evaluate());
-  if (blnDetached || context.blnFragment) std::erase(colNodes, asNode(document));
-  return colNodes;
+  const bool blnHidden = context.blnFragment && isDocument(top);
+  return nodesOf(*evaluation.evaluate(), blnHidden ? top : nullptr);
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

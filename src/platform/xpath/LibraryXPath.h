@@ -1,7 +1,5 @@
 #pragma once
 
-#include <libxml/tree.h>
-
 #include <string_view>
 #include <vector>
 
@@ -11,6 +9,6 @@ namespace Varnel_Tolv_XML_Creation {
 
 /// What `select` gives, always by libxml2's own evaluator: it takes every expression, and is the
 /// reference for the walk of the common ones.
-std::vector<xmlNode*> selectByLibrary(const SelectionContext& context, std::string_view strXPath);
+std::vector<TreeNode*> selectByLibrary(const SelectionContext& context, std::string_view strXPath);
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -29,8 +29,9 @@ bool isNameForBoth(std::string_view strName) {
 // out to be. The time is linear in the expression, and kMaxNesting bounds the stack.
 class LocationPathCompiler {
  public:
-  LocationPathCompiler(std::string_view strXPath, const SelectionNamespaces* namespaces)
-      : strXPath_(strXPath), namespaces_(namespaces) {}
+  LocationPathCompiler(std::string_view strXPath, const SelectionNamespaces* namespaces,
+                       const TreeNames& names)
+      : strXPath_(strXPath), namespaces_(namespaces), names_(names) {}
 
   std::optional<LocationPath> compile() {
     if (!parsePath()) return std::nullopt;
@@ -164,7 +165,7 @@ class LocationPathCompiler {
     return count != 0 && count <= kMaxDigits && (atEnd() || !isNameByte(peek()));
   }
 
-  bool parseLiteral(std::string& strLiteral) {
+  bool parseLiteral(std::string_view& strLiteral) {
     const char quote = atEnd() ? '\0' : peek();
     if (quote != '\'' && quote != '"') return false;
     const std::size_t start = position_ + 1;
@@ -186,7 +187,7 @@ class LocationPathCompiler {
     const std::string_view strFirst = takeName();
     if (!isNameForBoth(strFirst)) return false;
     if (!take(':')) {
-      test.strName = strFirst;
+      test.name = names_.find(strFirst, {});
       return true;
     }
     const auto strUri = namespaces_ ? namespaces_->uri(strFirst) : std::nullopt;
@@ -197,8 +198,9 @@ class LocationPathCompiler {
       test.blnAnyName = true;
       return true;
     }
-    test.strName = takeName();
-    return isNameForBoth(test.strName);
+    const std::string_view strLocal = takeName();
+    test.name = names_.find(strLocal, *strUri);
+    return isNameForBoth(strLocal);
   }
 
   bool takeFunction(std::string_view strName) {
@@ -250,6 +252,7 @@ class LocationPathCompiler {
 
   std::string_view strXPath_;
   const SelectionNamespaces* namespaces_;
+  const TreeNames& names_;
   std::size_t position_ = 0;
   int nesting_ = 0;
   LocationPath path_;
@@ -258,13 +261,14 @@ class LocationPathCompiler {
 }  // namespace
 
 std::optional<LocationPath> compileLocationPath(std::string_view strXPath,
-                                                const SelectionNamespaces* namespaces) {
+                                                const SelectionNamespaces* namespaces,
+                                                const TreeNames& names) {
   if (strXPath.size() > kMaxExpressionBytes) return std::nullopt;
-  return LocationPathCompiler(strXPath, namespaces).compile();
+  return LocationPathCompiler(strXPath, namespaces, names).compile();
 }
 
 bool isWalked(std::string_view strXPath, const SelectionNamespaces* namespaces) {
-  return compileLocationPath(strXPath, namespaces).has_value();
+  return compileLocationPath(strXPath, namespaces, TreeNames()).has_value();
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

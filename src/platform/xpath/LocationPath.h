@@ -1,14 +1,12 @@
 #pragma once
 
-#include <libxml/tree.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <string>
 #include <string_view>
 #include <vector>
 
+#include "platform/xml/TreeNames.h"
 #include "platform/xpath/SelectionNamespaces.h"
 
 // The common location paths in a compiled form. The grammar, with white space between its tokens:
@@ -27,8 +25,8 @@ namespace Varnel_Tolv_XML_Creation {
 struct NameTest {
   bool blnPrefixed = false;
   bool blnAnyName = false;
-  std::string strName;
-  std::string_view strUri;  // of the prefix; lies in the selection namespaces
+  const TreeName* name = nullptr;  // `plain` of the wanted names; null: the document has none
+  std::string_view strUri;         // of the prefix; lies in the selection namespaces
 };
 
 using ConditionIndex = std::uint32_t;
@@ -42,7 +40,7 @@ struct Condition {
   ConditionIndex firstInner = kNoCondition;  // all, any, none: the list of what it combines
   bool blnAttribute = false;                 // the operand is an attribute, else a child element
   NameTest name{};
-  std::string strLiteral{};
+  std::string_view strLiteral{};
   double dblNumber = 0;
 };
 
@@ -64,10 +62,12 @@ struct LocationPath {
 /// A longer expression is refused before anyone looks at it.
 inline constexpr std::size_t kMaxExpressionBytes = std::size_t{1} << 20;
 
-/// The compiled path; none when the expression is not certainly one of the grammar above with
-/// prefixes that are declared.
+/// The compiled path, for the nodes that have their names from `names`; none when the expression is
+/// not certainly one of the grammar above with prefixes that are declared. It refers to the
+/// expression.
 std::optional<LocationPath> compileLocationPath(std::string_view strXPath,
-                                                const SelectionNamespaces* namespaces);
+                                                const SelectionNamespaces* namespaces,
+                                                const TreeNames& names);
 
 /// Whether `select` walks the tree for this expression instead of asking the library.
 bool isWalked(std::string_view strXPath, const SelectionNamespaces* namespaces = nullptr);

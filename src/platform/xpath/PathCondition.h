@@ -1,7 +1,6 @@
 #pragma once
 
-#include <libxml/tree.h>
-
+#include "platform/xml/Tree.h"
 #include "platform/xpath/LocationPath.h"
 #include "platform/xpath/WorkLimit.h"
 
@@ -9,11 +8,19 @@
 
 namespace Varnel_Tolv_XML_Creation {
 
-bool hasName(const xmlNode* element, const NameTest& name);
-bool hasName(const xmlAttr* attribute, const NameTest& name);
+/// Whether the name of an element or attribute is meant.
+inline bool isNamed(const TreeNode* node, const NameTest& test) {
+  if (!test.blnAnyName) return node->name->plain == test.name;
+  return !test.blnPrefixed || node->name->uri->strText == test.strUri;
+}
+
+/// Whether a node is an element with such a name.
+inline bool hasName(const TreeNode* node, const NameTest& test) {
+  return isElement(node) && isNamed(node, test);
+}
 
 /// Whether all conditions of the list that starts at `first` hold for `element`.
-bool holdAll(const LocationPath& path, ConditionIndex first, const xmlNode* element,
+bool holdAll(const LocationPath& path, ConditionIndex first, const TreeNode* element,
              WorkLimit& limit);
 
 }  // namespace Varnel_Tolv_XML_Creation

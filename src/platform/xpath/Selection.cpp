@@ -2,8 +2,9 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <optional>
+#include <span>
 
-#include "platform/xml/XmlTree.h"
 #include "platform/xpath/ChildNameIndex.h"
 #include "platform/xpath/IdIndex.h"
 #include "platform/xpath/LibraryXPath.h"
@@ -20,15 +21,16 @@ namespace {
 constexpr std::size_t kFewCandidates = 64;
 
 /// The id that the conditions of this list demand, if there is one.
-const std::string* demandedId(const LocationPath& path, ConditionIndex first) {
+const std::string_view* demandedId(const LocationPath& path, ConditionIndex first) {
   for (ConditionIndex index = first; index != kNoCondition; index = path.conditions[index].next) {
     const Condition& condition = path.conditions[index];
     if (condition.kind == Condition::Kind::all) {
-      if (const std::string* id = demandedId(path, condition.firstInner)) return id;
+      if (const std::string_view* id = demandedId(path, condition.firstInner)) return id;
     }
     const bool blnEqualsId = condition.kind == Condition::Kind::equalsText &&
                              condition.blnAttribute && !condition.name.blnPrefixed &&
-                             condition.name.strName == "id";
+                             condition.name.name != nullptr &&
+                             condition.name.name->strLocal == "id";
     if (blnEqualsId) return &condition.strLiteral;
   }
   return nullptr;
@@ -48,7 +50,7 @@ class Evaluation {
   Evaluation(const SelectionContext& context, const LocationPath& path, bool blnFirstOnly)
       : context_(context), path_(path), blnFirstOnly_(blnFirstOnly), walk_(path, limit_) {}
 
-  std::vector<xmlNode*> run() {
+  std::vector<TreeNode*> run() {
     start_.node = context_.node;
     if (path_.blnAbsolute) {
       start_.node = topOf(context_.node);
@@ -69,13 +71,13 @@ class Evaluation {
   bool findByIndex() {
     if (context_.index == nullptr || start_.blnAboveNode) return false;
     chooseIndexedStep();
-    if (candidates_ == nullptr) return false;
+    if (!candidates_) return false;
     // A relative path mostly concerns few nodes.
     if (!path_.blnAbsolute && candidates_->size() > kFewCandidates) return false;
 
     const bool blnLastStep = lngIndexedStep_ + 1 == path_.steps.size();
-    std::vector<xmlNode*> colElements;
-    for (xmlNode* candidate : *candidates_) {
+    std::vector<TreeNode*> colElements;
+    for (TreeNode* candidate : *candidates_) {
       if (!walk_.selects(start_.node, lngIndexedStep_, candidate)) continue;
       colElements.push_back(candidate);
       if (blnFirstOnly_ && blnLastStep) break;
@@ -85,7 +87,7 @@ class Evaluation {
       return true;
     }
     if (areNested(colElements)) return false;  // what is below them may interleave
-    for (xmlNode* element : colElements) {
+    for (TreeNode* element : colElements) {
       findFrom({.node = element}, lngIndexedStep_ + 1);
       if (blnFirstOnly_ && !colFound_.empty()) break;
     }
@@ -105,16 +107,16 @@ class Evaluation {
     const auto last = path_.steps.end() - 1;
     if (!std::all_of(first, last, isPlainChild) || !isNamedChild(*last)) return false;
 
-    xmlNode* node = start.node;
+    TreeNode* node = start.node;
     bool blnOnlyWay = true;
     for (auto step = first; step != last; ++step) {
-      const auto match = context_.childNames->find(node, step->name);
+      const auto match = context_.childNames->find(node, step->name.name);
       if (!match) return false;
       if (match->first == nullptr) return blnOnlyWay;
       blnOnlyWay = blnOnlyWay && match->blnOnly;
       node = match->first;
     }
-    const auto match = context_.childNames->find(node, last->name);
+    const auto match = context_.childNames->find(node, last->name.name);
     if (!match) return false;
     for (node = match->first; node != nullptr; node = node->next) {
       limit_.count();
@@ -130,20 +132,20 @@ class Evaluation {
   /// elements of an earlier step may have any number of children. Without one, the rarest id.
   void chooseIndexedStep() {
     for (std::size_t step = 0; step < path_.steps.size(); ++step) {
-      const std::string* id = demandedId(path_, path_.steps[step].firstCondition);
+      const std::string_view* id = demandedId(path_, path_.steps[step].firstCondition);
       if (id == nullptr) continue;
-      const auto& candidates = context_.index->find(*id);
+      const auto candidates = context_.index->find(*id);
       const bool blnFew = candidates.size() <= kFewCandidates;
-      if (candidates_ != nullptr && !blnFew && candidates_->size() <= candidates.size()) continue;
-      candidates_ = &candidates;
+      if (candidates_ && !blnFew && candidates_->size() <= candidates.size()) continue;
+      candidates_ = candidates;
       lngIndexedStep_ = step;
     }
   }
 
   /// In document order what is below an element follows it, so neighbours are enough to look at.
-  bool areNested(const std::vector<xmlNode*>& colElements) {
+  bool areNested(const std::vector<TreeNode*>& colElements) {
     for (std::size_t item = 1; item < colElements.size(); ++item) {
-      for (const xmlNode* above = colElements[item]->parent; above != nullptr;
+      for (const TreeNode* above = colElements[item]->parent; above != nullptr;
            above = above->parent) {
         limit_.count();
         if (above == colElements[item - 1]) return true;
@@ -158,26 +160,26 @@ class Evaluation {
   WorkLimit limit_;
   PathWalk walk_;
   PathStart start_;
-  const std::vector<xmlNode*>* candidates_ = nullptr;
+  std::optional<std::span<TreeNode* const>> candidates_;
   std::size_t lngIndexedStep_ = 0;
-  std::vector<xmlNode*> colFound_;
+  std::vector<TreeNode*> colFound_;
 };
 
-std::vector<xmlNode*> evaluate(const SelectionContext& context, std::string_view strXPath,
-                               bool blnFirstOnly) {
+std::vector<TreeNode*> evaluate(const SelectionContext& context, std::string_view strXPath,
+                                bool blnFirstOnly) {
   if (context.node == nullptr) throw RuntimeError(kObjectNotSet);
-  const auto path = compileLocationPath(strXPath, context.namespaces);
+  const auto path = compileLocationPath(strXPath, context.namespaces, context.tree->names());
   if (!path) return selectByLibrary(context, strXPath);
   return Evaluation(context, *path, blnFirstOnly).run();
 }
 
 }  // namespace
 
-std::vector<xmlNode*> select(const SelectionContext& context, std::string_view strXPath) {
+std::vector<TreeNode*> select(const SelectionContext& context, std::string_view strXPath) {
   return evaluate(context, strXPath, false);
 }
 
-xmlNode* selectFirst(const SelectionContext& context, std::string_view strXPath) {
+TreeNode* selectFirst(const SelectionContext& context, std::string_view strXPath) {
   const auto colFound = evaluate(context, strXPath, true);
   return colFound.empty() ? nullptr : colFound.front();
 }

@@ -2,7 +2,6 @@
 
 #include <bit>
 
-#include "platform/xml/XmlTree.h"
 #include "platform/xpath/PathCondition.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -15,7 +14,7 @@ PathWalk::PathWalk(const LocationPath& path, WorkLimit& limit) : path_(path), li
 }
 
 /// The subset of `steps` that select `element` from where they were tried.
-PathWalk::StepSet PathWalk::matched(StepSet steps, const xmlNode* element) {
+PathWalk::StepSet PathWalk::matched(StepSet steps, const TreeNode* element) {
   limit_.count();
   StepSet result = 0;
   for (StepSet left = steps & ~attribute_; left != 0; left &= left - 1) {
@@ -28,23 +27,22 @@ PathWalk::StepSet PathWalk::matched(StepSet steps, const xmlNode* element) {
   return result;
 }
 
-bool PathWalk::findAttributes(xmlNode* element, bool blnFirstOnly,
-                              std::vector<xmlNode*>& colFound) {
-  if (!isElement(element)) return false;
-  for (xmlAttr* item = element->properties; item != nullptr; item = item->next) {
+bool PathWalk::findAttributes(TreeNode* element, bool blnFirstOnly,
+                              std::vector<TreeNode*>& colFound) {
+  for (TreeNode* item = firstAttribute(element); item != nullptr; item = item->next) {
     limit_.count();
-    if (!hasName(item, path_.steps.back().name)) continue;
-    colFound.push_back(asNode(item));
+    if (!isNamed(item, path_.steps.back().name)) continue;
+    colFound.push_back(item);
     if (blnFirstOnly) return true;
   }
   return false;
 }
 
 void PathWalk::find(const PathStart& start, std::size_t lngStep, bool blnFirstOnly,
-                    std::vector<xmlNode*>& colFound) {
+                    std::vector<TreeNode*>& colFound) {
   const StepSet accepting = only(path_.steps.size());
   const StepSet below = ~attribute_ | anyDepth_;  // what concerns more than the node at hand
-  xmlNode* node = start.node;
+  TreeNode* node = start.node;
   if (!start.blnAboveNode) {
     if ((only(lngStep) & attribute_) != 0 && findAttributes(node, blnFirstOnly, colFound)) return;
     if ((only(lngStep) & below) == 0) return;
@@ -66,9 +64,9 @@ void PathWalk::find(const PathStart& start, std::size_t lngStep, bool blnFirstOn
       if ((next & attribute_) != 0 && findAttributes(node, blnFirstOnly, colFound)) return;
       next &= below;
     }
-    if (next != 0 && node->children != nullptr) {
+    if (next != 0 && node->first != nullptr) {  // an element, then
       levels_.push_back(next);
-      node = node->children;
+      node = node->first;
       continue;
     }
     while (true) {
@@ -82,11 +80,11 @@ void PathWalk::find(const PathStart& start, std::size_t lngStep, bool blnFirstOn
   }
 }
 
-bool PathWalk::selects(const xmlNode* start, std::size_t lngStep, const xmlNode* element) {
+bool PathWalk::selects(const TreeNode* start, std::size_t lngStep, const TreeNode* element) {
   StepSet here = only(lngStep);  // the steps of which the node has to be selected by one
   StepSet anyAbove = 0;          // the same for any node above it
   bool blnStartAnyAbove = false;
-  for (const xmlNode* node = element;; node = node->parent) {
+  for (const TreeNode* node = element;; node = node->parent) {
     StepSet parent = 0;
     bool blnStartIsParent = false;
     for (StepSet left = matched(here | anyAbove, node); left != 0; left &= left - 1) {

@@ -1,11 +1,10 @@
 #pragma once
 
-#include <libxml/tree.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <vector>
 
+#include "platform/xml/Tree.h"
 #include "platform/xpath/LocationPath.h"
 #include "platform/xpath/WorkLimit.h"
 
@@ -13,7 +12,7 @@ namespace Varnel_Tolv_XML_Creation {
 
 /// Where the steps of a path start: a node, or an imaginary document whose only child it is.
 struct PathStart {
-  xmlNode* node = nullptr;
+  TreeNode* node = nullptr;
   bool blnAboveNode = false;
 };
 
@@ -27,19 +26,19 @@ class PathWalk {
   /// Appends to `colFound` what the steps from `lngStep` on select, or only the first of it. There
   /// must be such a step.
   void find(const PathStart& start, std::size_t lngStep, bool blnFirstOnly,
-            std::vector<xmlNode*>& colFound);
+            std::vector<TreeNode*>& colFound);
 
   /// Whether the steps from `start` up to and including `lngStep`, which selects elements, select
   /// `element`.
-  bool selects(const xmlNode* start, std::size_t lngStep, const xmlNode* element);
+  bool selects(const TreeNode* start, std::size_t lngStep, const TreeNode* element);
 
  private:
   using StepSet = std::uint64_t;
 
   static constexpr StepSet only(std::size_t lngStep) { return StepSet{1} << lngStep; }
 
-  StepSet matched(StepSet steps, const xmlNode* element);
-  bool findAttributes(xmlNode* element, bool blnFirstOnly, std::vector<xmlNode*>& colFound);
+  StepSet matched(StepSet steps, const TreeNode* element);
+  bool findAttributes(TreeNode* element, bool blnFirstOnly, std::vector<TreeNode*>& colFound);
 
   const LocationPath& path_;
   WorkLimit& limit_;

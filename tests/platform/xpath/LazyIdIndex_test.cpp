@@ -7,34 +7,36 @@
 
 #include "platform/dom/DocumentState.h"
 #include "platform/dom/DomTesting.h"
-#include "platform/xml/XmlTree.h"
+#include "platform/xml/Tree.h"
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {
 
 TEST(LazyIdIndex, IsMadeAtTheSecondWishSinceTheLastChange) {
-  const OwnedXmlDoc document = newXmlDoc();
+  const Tree tree;
+  const TreeNode* const document = tree.document();
   LazyIdIndex index;
   for (int change = 0; change < 3; ++change) {
-    EXPECT_EQ(index.get(document.get(), false), nullptr);
-    EXPECT_EQ(index.get(document.get(), true), nullptr);
-    EXPECT_EQ(index.get(document.get(), false), nullptr) << "nobody wished";
-    const IdIndex* made = index.get(document.get(), true);
+    EXPECT_EQ(index.get(document, false), nullptr);
+    EXPECT_EQ(index.get(document, true), nullptr);
+    EXPECT_EQ(index.get(document, false), nullptr) << "nobody wished";
+    const IdIndex* made = index.get(document, true);
     EXPECT_NE(made, nullptr);
-    EXPECT_EQ(index.get(document.get(), false), made);
-    EXPECT_EQ(index.get(document.get(), true), made);
+    EXPECT_EQ(index.get(document, false), made);
+    EXPECT_EQ(index.get(document, true), made);
     index.drop();
   }
 }
 
 TEST(LazyIdIndex, IsThereAtOnceAfterALoad) {
-  const OwnedXmlDoc document = newXmlDoc();
+  const Tree tree;
+  const TreeNode* const document = tree.document();
   LazyIdIndex index;
   auto built = std::make_unique<IdIndex>();
-  built->build(document.get());
+  built->build(document);
   const IdIndex* expected = built.get();
   index.set(std::move(built));
-  EXPECT_EQ(index.get(document.get(), false), expected);
+  EXPECT_EQ(index.get(document, false), expected);
 }
 
 TEST(LazyIdIndex, LivesUntilAnElementWithAnIdComesOrGoes) {
@@ -79,10 +81,10 @@ TEST(LazyIdIndex, LivesUntilAnElementWithAnIdComesOrGoes) {
     SCOPED_TRACE(c.says);
     const Document objDocument = loaded("<r><a id='1'><b/></a><e><f id='2'/></e><b/></r>");
     const DocumentState& state = *DocumentState::stateOf(objDocument);
-    const IdIndex* const before = state.idIndex.get(state.document.get(), false);
+    const IdIndex* const before = state.idIndex.get(state.tree.document(), false);
     ASSERT_NE(before, nullptr);
     c.change(objDocument, objDocument.documentElement());
-    EXPECT_EQ(state.idIndex.get(state.document.get(), false), c.blnLives ? before : nullptr);
+    EXPECT_EQ(state.idIndex.get(state.tree.document(), false), c.blnLives ? before : nullptr);
     EXPECT_EQ(objDocument.selectNodes("//*[@id='2']")->length(),
               objDocument.selectNodes("//*[@id='2' or @id='2']")->length());
   }

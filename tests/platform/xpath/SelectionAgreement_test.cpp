@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-#include <libxml/tree.h>
 
 #include <array>
 #include <optional>
@@ -9,6 +8,7 @@
 
 #include "platform/xpath/ChildNameIndex.h"
 #include "platform/xpath/IdIndex.h"
+#include "platform/xpath/LibraryTree.h"
 #include "platform/xpath/LibraryXPath.h"
 #include "platform/xpath/LocationPath.h"
 #include "platform/xpath/Selection.h"
@@ -48,94 +48,79 @@ constexpr std::array kValues = {"1",   "1",   "1", "2", "2",  "3", "01",
 
 class RandomTree {
  public:
-  explicit RandomTree(Dice& dice) : dice_(dice), tree_(parsedTree("<a/>")) {
-    xmlNode* root = xmlDocGetRootElement(tree_.get());
-    namespaces_ = {nullptr, nullptr, nullptr, xmlNewNs(root, BAD_CAST "urn:p", BAD_CAST "x"),
-                   xmlNewNs(root, BAD_CAST "urn:q", nullptr)};
-    nodes_ = {nodeOf(tree_), root};
-    std::vector<xmlNode*> elements = {root};
+  explicit RandomTree(Dice& dice) : dice_(dice), tree_(parsedTree("<a xmlns:x='urn:p'/>")) {
+    TreeNode* root = rootOf(tree_);
+    nodes_ = {tree_.document(), root};
+    std::vector<TreeNode*> elements = {root};
     addAttributes(root);
     for (unsigned count = 3 + dice.below(30); count != 0; --count) {
-      xmlNode* parent = dice.pick(elements);
-      xmlNode* child = newChild();
-      child->parent = parent;
-      child->prev = parent->last;
-      (parent->last ? parent->last->next : parent->children) = child;
-      parent->last = child;
+      TreeNode* parent = dice.pick(elements);
+      TreeNode* child = newChild();
+      linkNode(parent, child, nullptr);
       nodes_.push_back(child);
-      if (child->type != XML_ELEMENT_NODE) continue;
+      if (!isElement(child)) continue;
       elements.push_back(child);
       addAttributes(child);
     }
-    if (dice.oneIn(3)) detach(dice.pick(elements), root);
-    index_.build(tree_.get());
-    childNames_ = ChildNameIndex(tree_.get());
+    TreeNode* const taken = dice.pick(elements);
+    if (dice.oneIn(3) && taken != root) unlinkNode(taken);
+    index_.build(tree_.document());
+    childNames_.add(tree_.document());
   }
 
   SelectionContext context() {
     SelectionContext context;
+    context.tree = &tree_;
     context.node = dice_.oneIn(3) ? nodes_.front() : dice_.pick(nodes_);
-    const xmlNode* top = context.node;
-    while (top->parent) top = top->parent;
-    if (top == nodes_.front()) context.index = &index_;
+    if (topOf(context.node) == tree_.document()) {
+      context.index = &index_;
+      if (dice_.oneIn(2)) context.libraryTree = &libraryTree_;
+    }
     if (dice_.oneIn(2)) context.childNames = &childNames_;
     context.blnFragment = dice_.oneIn(8);
     return context;
   }
 
  private:
-  xmlNode* newChild() {
-    const auto* text = BAD_CAST dice_.pick(kValues);
-    xmlNode* node = nullptr;
+  TreeNode* newChild() {
+    const char* text = dice_.pick(kValues);
     switch (dice_.below(8)) {
       case 0:
-        node = xmlNewText(text);
-        break;
+        return tree_.newLeaf(NodeKind::text, nullptr, text);
       case 1:
-        node = xmlNewCDataBlock(nullptr, text, xmlStrlen(text));
-        break;
+        return tree_.newLeaf(NodeKind::cdata, nullptr, text);
       case 2:
-        node = xmlNewComment(text);
-        break;
+        return tree_.newLeaf(NodeKind::comment, nullptr, text);
       default:
-        node = xmlNewNode(nullptr, BAD_CAST dice_.pick(kNames));
-        node->ns = dice_.pick(namespaces_);
-        break;
+        return tree_.newElement(newName(dice_.pick(kNames), dice_.below(5)));
     }
-    xmlSetTreeDoc(node, tree_.get());
-    return node;
   }
 
-  void addAttributes(xmlNode* element) {
+  /// In no namespace or, for the highest numbers, in one with a prefix or in one without.
+  const TreeName* newName(const char* name, unsigned kind) {
+    // With a prefix that is part of its local name, no element can be in a namespace.
+    if (kind < 3 || std::string_view(name).find(':') != std::string_view::npos) {
+      return tree_.name({}, name, {});
+    }
+    return kind == 3 ? tree_.name("x", name, "urn:p") : tree_.name({}, name, "urn:q");
+  }
+
+  void addAttributes(TreeNode* element) {
     for (unsigned count = dice_.below(5); count != 0; --count) {
-      const char* name = dice_.pick(kAttributes);
-      xmlNs* ns = dice_.oneIn(4) ? namespaces_[3] : nullptr;
-      if (xmlHasNsProp(element, BAD_CAST name, ns ? ns->href : nullptr)) continue;
-      xmlAttr* attribute = xmlNewNsProp(element, ns, BAD_CAST name, BAD_CAST dice_.pick(kValues));
-      nodes_.push_back(reinterpret_cast<xmlNode*>(attribute));
-      if (attribute->children && dice_.oneIn(6)) {  // a value in two pieces
-        xmlNode* piece = xmlNewText(BAD_CAST "1");
-        xmlSetTreeDoc(piece, tree_.get());
-        piece->parent = reinterpret_cast<xmlNode*>(attribute);
-        piece->prev = attribute->children;
-        attribute->children->next = attribute->last = piece;
-      }
+      const TreeName* name = newName(dice_.pick(kAttributes), dice_.oneIn(4) ? 3 : 0);
+      if (findAttribute(element, name->strQualified)) continue;
+      TreeNode* attribute = tree_.newLeaf(NodeKind::attribute, name, dice_.pick(kValues));
+      linkAttribute(element, attribute);
+      nodes_.push_back(attribute);
     }
-  }
-
-  void detach(xmlNode* element, const xmlNode* root) {
-    if (element == root) return;
-    xmlUnlinkNode(element);
-    fragment_.reset(element);
   }
 
   Dice& dice_;
-  TestTree tree_;
-  OwnedXmlNode fragment_;
-  std::array<xmlNs*, 5> namespaces_;
-  std::vector<xmlNode*> nodes_;
+  Tree tree_;
+  std::vector<TreeNode*> nodes_;
   IdIndex index_;
   ChildNameIndex childNames_;
+  LibraryTreeCache libraryTree_;
 };
 
 class RandomPath {
@@ -216,7 +201,7 @@ class RandomPath {
 };
 
 struct Outcome {
-  std::vector<xmlNode*> nodes;
+  std::vector<TreeNode*> nodes;
   std::string failure;
 
   friend bool operator==(const Outcome&, const Outcome&) = default;
@@ -238,8 +223,8 @@ std::ostream& operator<<(std::ostream& stream, const Outcome& outcome) {
 TEST(SelectionAgreement, HoldsForRandomTreesAndPaths) {
   const SelectionNamespaces namespaces("xmlns:p='urn:p' xmlns:q='urn:q'");
   const auto first = [](const SelectionContext& context, const std::string& path) {
-    xmlNode* node = selectFirst(context, path);
-    return node ? std::vector{node} : std::vector<xmlNode*>{};
+    TreeNode* node = selectFirst(context, path);
+    return node ? std::vector{node} : std::vector<TreeNode*>{};
   };
   int lngPairs = 0, lngWalked = 0, lngWalkedWithNodes = 0, lngWithSeveral = 0, lngFailed = 0;
   for (unsigned seed = 1; seed <= 800 && !testing::Test::HasFailure(); ++seed) {

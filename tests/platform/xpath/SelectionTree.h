@@ -1,49 +1,48 @@
 #pragma once
 
-#include <libxml/parser.h>
-#include <libxml/tree.h>
+#include <gtest/gtest.h>
 
+#include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
-#include "platform/xml/OwnedXml.h"
+#include "platform/xml/LoadTree.h"
 
 // A tree for the tests of selection, and what they say about its nodes.
 
 namespace Varnel_Tolv_XML_Creation {
 
-using TestTree = OwnedXmlDoc;
-
-inline TestTree parsedTree(const std::string& strXml) {
-  return TestTree(xmlReadMemory(strXml.data(), static_cast<int>(strXml.size()), nullptr, nullptr,
-                                XML_PARSE_NODICT | XML_PARSE_NONET));
+inline Tree parsedTree(std::string_view strXml) {
+  Tree tree;
+  ParseError error;
+  TreeNode* const document = loadTree(tree, strXml, XmlEncoding::utf8, error);
+  EXPECT_NE(document, nullptr) << error.reason;
+  if (document) tree.setDocument(document);
+  return tree;
 }
 
-inline xmlNode* nodeOf(const TestTree& tree) { return reinterpret_cast<xmlNode*>(tree.get()); }
+inline TreeNode* rootOf(const Tree& tree) { return tree.document()->first; }
 
-inline std::string text(const xmlChar* text) {
-  return text ? reinterpret_cast<const char*>(text) : std::string();
+/// Gives an element an attribute in no namespace, whatever its name.
+inline void addAttribute(Tree& tree, TreeNode* element, std::string_view strName,
+                         std::string_view strValue) {
+  linkAttribute(element, tree.newLeaf(NodeKind::attribute, tree.name({}, strName, {}), strValue));
 }
 
 /// An element by its name and, when it has one, "#" and its id; an attribute as @name=value.
-inline std::string described(xmlNode* node) {
-  if (node->type == XML_DOCUMENT_NODE) return "/";
-  if (node->type == XML_ATTRIBUTE_NODE) {
-    return "@" + text(node->name) + "=" + (node->children ? text(node->children->content) : "");
-  }
-  if (node->type != XML_ELEMENT_NODE) return "'" + text(node->content) + "'";
-  std::string strId;
-  for (const xmlAttr* item = node->properties; item; item = item->next) {
-    if (item->ns || text(item->name) != "id") continue;
-    strId = "#" + (item->children ? text(item->children->content) : "");
-  }
-  return text(node->name) + strId;
+inline std::string described(const TreeNode* node) {
+  if (isDocument(node)) return "/";
+  if (isAttribute(node)) return "@" + std::string(node->name->strLocal) + "=" + textOf(node);
+  if (!isElement(node)) return "'" + textOf(node) + "'";
+  const TreeNode* const id = findAttribute(node, "id");
+  return std::string(node->name->strLocal) + (id ? "#" + textOf(id) : "");
 }
 
-inline std::string described(const std::vector<xmlNode*>& colNodes) {
+inline std::string described(std::span<TreeNode* const> colNodes) {
   std::string strResult;
-  for (xmlNode* node : colNodes) strResult += (strResult.empty() ? "" : " ") + described(node);
+  for (const TreeNode* node : colNodes) {
+    strResult += (strResult.empty() ? "" : " ") + described(node);
+  }
   return strResult;
 }
 

@@ -1,7 +1,6 @@
 #include "platform/xpath/Selection.h"
 
 #include <gtest/gtest.h>
-#include <libxml/tree.h>
 
 #include <string>
 #include <string_view>
@@ -24,9 +23,10 @@ class Selection : public testing::Test {
  protected:
   void load(const std::string& strXml) {
     tree_ = parsedTree(strXml);
-    ASSERT_TRUE(tree_) << strXml;
-    index_.build(tree_.get());
-    context_.node = nodeOf(tree_);
+    ASSERT_TRUE(tree_.document()->first) << strXml;
+    index_.build(tree_.document());
+    context_.tree = &tree_;
+    context_.node = tree_.document();
     context_.namespaces = &namespaces_;
     context_.index = &index_;
   }
@@ -68,7 +68,7 @@ class Selection : public testing::Test {
     return strDescription;
   }
 
-  TestTree tree_;
+  Tree tree_;
   IdIndex index_;
   const SelectionNamespaces namespaces_{kPrefixes};
   SelectionContext context_;
@@ -212,12 +212,11 @@ TEST_F(Selection, ComparesNamesWithTheSelectionNamespaces) {
       "<r xmlns:x='urn:p' xmlns:y='urn:q'><a id='1'/><x:a id='2' x:k='v' k='w'/><y:a id='3' "
       "x:id='9'/>"
       "<a xmlns='urn:p' id='4'/></r>");
-  xmlNode* created =
-      xmlNewChild(xmlDocGetRootElement(tree_.get()), nullptr, BAD_CAST "p:a", nullptr);
-  created->ns = nullptr;
-  xmlNewProp(created, BAD_CAST "p:k", BAD_CAST "v");
-  xmlNewProp(created, BAD_CAST "id", BAD_CAST "5");
-  index_.build(tree_.get());
+  TreeNode* created = tree_.newElement(tree_.name({}, "p:a", {}));
+  linkNode(rootOf(tree_), created, nullptr);
+  addAttribute(tree_, created, "p:k", "v");
+  addAttribute(tree_, created, "id", "5");
+  index_.build(tree_.document());
   const struct {
     const char *path, *selected;
   } cases[] = {
@@ -261,8 +260,8 @@ TEST_F(Selection, StartsAtTheContextNode) {
 
 TEST_F(Selection, StartsAtAnAttributeOrAText) {
   load("<r><a id='1'>text</a></r>");
-  xmlNode* element = selectFirst(context_, "//a");
-  for (xmlNode* start : {reinterpret_cast<xmlNode*>(element->properties), element->children}) {
+  TreeNode* element = selectFirst(context_, "//a");
+  for (TreeNode* start : {firstAttribute(element), element->first}) {
     context_.node = start;
     expectAllWays(".", described(start));
     expectAllWays("a", "");
@@ -276,9 +275,8 @@ TEST_F(Selection, StartsAtAnAttributeOrAText) {
 
 TEST_F(Selection, SearchesADetachedFragmentFromItsTop) {
   load("<r><v id='0'/><t id='1'><v id='2'/><w id='3'><v id='4'/></w></t><v id='5'/></r>");
-  xmlNode* top = selectFirst(context_, "//t");
-  xmlUnlinkNode(top);
-  const OwnedXmlNode owned(top);
+  TreeNode* top = selectFirst(context_, "//t");
+  unlinkNode(top);
   context_.index = nullptr;
   const struct {
     const char *path, *selected;
@@ -295,7 +293,7 @@ TEST_F(Selection, SearchesADetachedFragmentFromItsTop) {
       {"//v | /", "v#2 v#4"},
       {"//t[@id='1']/v", "v#2"},
   };
-  for (xmlNode* start : {top, top->children}) {
+  for (TreeNode* start : {top, top->first}) {
     context_.node = start;
     for (const auto& c : cases) {
       if (start != top && std::string_view(c.path) == "ancestor::node()") continue;
@@ -313,12 +311,12 @@ TEST_F(Selection, SearchesADetachedFragmentFromItsTop) {
 TEST_F(Selection, NeverGivesTheDocumentOfALoneFragment) {
   load("<t id='1'><v id='2'/></t>");
   context_.blnFragment = true;
-  context_.node = xmlDocGetRootElement(tree_.get());
+  context_.node = rootOf(tree_);
   expectAllWays("/", "");
   expectAllWays("..", "");
   expectAllWays("/t", "t#1");
   expectAllWays("ancestor-or-self::node()", "t#1");
-  context_.node = nodeOf(tree_);
+  context_.node = tree_.document();
   expectAllWays(".", "");
 }
 
@@ -433,16 +431,14 @@ TEST_F(Selection, EndsAnExpressionThatTakesTooLong) {
 TEST_F(Selection, WalksATreeOfAnyDepth) {
   load("<r/>");
   constexpr int kDepth = 200'000;
-  xmlNode* node = xmlDocGetRootElement(tree_.get());
+  TreeNode* node = rootOf(tree_);
   for (int i = 0; i < kDepth; ++i) {
-    xmlNode* child = xmlNewNode(nullptr, BAD_CAST "a");
-    child->doc = tree_.get();
-    child->parent = node;
-    node->children = node->last = child;
+    TreeNode* child = tree_.newElement(tree_.name({}, "a", {}));
+    linkNode(node, child, nullptr);
     node = child;
   }
-  xmlNewProp(node, BAD_CAST "id", BAD_CAST "x");
-  index_.build(tree_.get());
+  addAttribute(tree_, node, "id", "x");
+  index_.build(tree_.document());
   EXPECT_EQ(select(context_, "//a").size(), static_cast<std::size_t>(kDepth));
   expectSelected("//a//a[@id='x']", "a#x");
   expectSelected("/r//a/a[@id='x']/@id", "@id=x");

@@ -1,0 +1,294 @@
+#include "platform/xml/GuardedParser.h"
+
+#include <libxml/hash.h>
+#include <libxml/parserInternals.h>
+
+#include <algorithm>
+#include <climits>
+#include <new>
+#include <string>
+#include <utility>
+
+#include "platform/text/Text.h"
+#include "platform/xml/DepthLimit.h"
+#include "platform/xml/ReadXmlFile.h"
+#include "platform/xml/XmlLibrary.h"
+#include "platform/xml/XmlTree.h"
+
+namespace Varnel_Tolv_XML_Creation {
+
+namespace {
+
+// The library parses or copies the content of an entity by recursion, and an entity may hold
+// another, so the tags of all entities together bound its stack.
+constexpr std::ptrdiff_t kMaxEntityTags = 2048;
+
+// The library compares the attributes of a tag with one another, one by one.
+constexpr int kMaxAttributes = 512;
+constexpr const char* kTooManyAttributes = "An element has more than 512 attributes.";
+
+// What an attribute or a namespace that a document type adds costs beside its text.
+constexpr std::size_t kDefaultBytes = 64;
+
+/// How much text entities and defaults may add to the attributes of an input, and parameter
+/// entities to its document type.
+std::size_t expansionLimit(std::size_t lngInput) {
+  return std::max(std::size_t{1} << 20, 10 * lngInput);
+}
+
+/// The length of all entities that an input may use, each counted as often as it is used.
+std::size_t entityLimit(std::size_t lngInput) {
+  return std::max(std::size_t{10'000'000}, 10 * lngInput);
+}
+
+/// What the bytes of an input show before they are parsed. Zero bytes are passed over, so that it
+/// is the same for each width of characters.
+struct Preview {
+  bool blnDocumentType = false;    // it has, or seems to have, a document type declaration
+  bool blnManyAttributes = false;  // a start tag has more attributes than are accepted
+};
+
+/// Whether `strTag`, from its "<" up to the next, is a start tag of too many attributes. No tag
+/// holds another "<".
+bool hasManyAttributes(std::string_view strTag) {
+  constexpr std::size_t kShortest = std::string_view(" a=''").size();  // one attribute
+  if (strTag.size() < kMaxAttributes * kShortest) return false;
+  char quote = 0;
+  int lngEquals = 0;
+  for (const char byte : strTag) {
+    if (quote != 0) {
+      if (byte == quote) quote = 0;
+    } else if (byte == '"' || byte == '\'') {
+      quote = byte;
+    } else if (byte == '>') {
+      return false;
+    } else if (byte == '=' && ++lngEquals > kMaxAttributes) {
+      return true;
+    }
+  }
+  return false;
+}
+
+Preview preview(std::string_view strBytes) {
+  Preview seen;
+  while (true) {
+    const std::size_t begin = strBytes.find('<');
+    if (begin == std::string_view::npos) return seen;
+    const std::size_t end = std::min(strBytes.find('<', begin + 1), strBytes.size());
+    const std::string_view strTag = strBytes.substr(begin, end - begin);
+    std::size_t at = strTag.find_first_not_of('\0', 1);
+    const char kind = at < strTag.size() ? strTag[at] : '>';
+    if (kind == '!') {
+      at = strTag.find_first_not_of('\0', at + 1);
+      if (at < strTag.size() && strTag[at] == 'D') seen.blnDocumentType = true;
+    } else if (kind != '?' && kind != '/' && hasManyAttributes(strTag)) {
+      seen.blnManyAttributes = true;
+    }
+    strBytes.remove_prefix(end);
+  }
+}
+
+/// Whether a report of the parser makes the load fail.
+bool isFailure(const xmlError& report) {
+  // What an undeclared entity stands for is unknown: that it might be declared in a DTD which is
+  // not read makes it a mere warning to the library.
+  if (report.code == XML_WAR_UNDECLARED_ENTITY) return true;
+  if (report.level < XML_ERR_ERROR) return false;
+  // Validity was not asked for, and a namespace's name may be any text.
+  return report.domain != XML_FROM_VALID && report.code != XML_WAR_NS_URI;
+}
+
+}  // namespace
+
+std::string parserReason(const char* message) {
+  return oneLine(message ? message : "The text could not be parsed.");
+}
+
+struct ParserCallbacks {
+  static void onReport(void* context, xmlError* report) {
+    GuardedParser& self = GuardedParser::of(context);
+    try {
+      if (self.isOver() || !isFailure(*report)) return;
+      self.error_ = {report->code, report->line, parserReason(report->message)};
+    } catch (...) {
+      self.exception_ = std::current_exception();
+    }
+  }
+
+  static void onStartElement(void* context, const xmlChar* name, const xmlChar* prefix,
+                             const xmlChar* uri, int namespaceCount, const xmlChar** namespaces,
+                             int attributeCount, int defaultedCount, const xmlChar** attributes) {
+    GuardedParser& self = GuardedParser::of(context);
+    if (++self.depth_ > kMaxDepth) return self.stop(context, kTooDeep);
+    if (attributeCount + namespaceCount > kMaxAttributes) {
+      return self.stop(context, kTooManyAttributes);
+    }
+    constexpr std::ptrdiff_t kFields = 5;  // name, prefix, URI, begin and end of the value
+    for (int at = 0; at < attributeCount; ++at) {
+      const xmlChar* const* attribute = attributes + kFields * at;
+      self.attributeBytes_ += static_cast<std::size_t>(attribute[4] - attribute[3]);
+    }
+    if (self.defaults_ == AttributeDefaults::applied) {
+      self.attributeBytes_ +=
+          kDefaultBytes * static_cast<std::size_t>(defaultedCount + namespaceCount);
+      for (int at = 0; at < namespaceCount; ++at) {  // a prefix and a URI each
+        self.attributeBytes_ += view(namespaces[2 * at + 1]).size();
+      }
+      defaultedCount = 0;  // the library would leave out what is said to be there by default
+    }
+    if (self.attributeBytes_ > self.maxExpandedBytes_) {
+      return self.stop(context, "The document type makes the attributes too large.");
+    }
+    self.startElement(context, name, prefix, uri, namespaceCount, namespaces, attributeCount,
+                      defaultedCount, attributes);
+  }
+
+  static void onEndElement(void* context, const xmlChar* name, const xmlChar* prefix,
+                           const xmlChar* uri) {
+    GuardedParser& self = GuardedParser::of(context);
+    --self.depth_;
+    self.endElement(context, name, prefix, uri);
+  }
+
+  /// Without limits of its own the parser must not meet an entity.
+  static void onDocumentType(void* context, const xmlChar* name, const xmlChar* publicId,
+                             const xmlChar* systemId) {
+    GuardedParser& self = GuardedParser::of(context);
+    if (!self.blnDocumentTypeAllowed_) {
+      return self.stop(context, "A document type is not supported in this encoding.");
+    }
+    self.documentType(context, name, publicId, systemId);
+  }
+
+  /// Lets the parser know internal entities only, so that there is nothing outside to be read.
+  static void onEntityDeclaration(void* context, const xmlChar* name, int type,
+                                  const xmlChar* publicId, const xmlChar* systemId,
+                                  xmlChar* content) {
+    if (type != XML_INTERNAL_GENERAL_ENTITY && type != XML_INTERNAL_PARAMETER_ENTITY) return;
+    GuardedParser& self = GuardedParser::of(context);
+    const std::string_view strContent = view(content);
+    self.entityTags_ += std::count(strContent.begin(), strContent.end(), '<');
+    if (self.entityTags_ > kMaxEntityTags) {
+      return self.stop(context, "The entities hold too many elements.");
+    }
+    xmlSAX2EntityDecl(context, name, type, publicId, systemId, content);
+  }
+
+  /// Called for each use of an entity, those inside others included.
+  static xmlEntity* onEntity(void* context, const xmlChar* name) {
+    GuardedParser& self = GuardedParser::of(context);
+    xmlEntity* entity = xmlSAX2GetEntity(context, name);
+    if (!entity) return nullptr;
+    self.entityBytes_ += static_cast<std::size_t>(entity->length);
+    if (self.entityBytes_ <= self.maxEntityBytes_) return entity;
+    self.stop(context, "The entities make the document too large.");
+    return nullptr;
+  }
+
+  /// The same for parameter entities. The library itself gives up after ten thousand uses of
+  /// entities, but then never returns from within a document type.
+  static xmlEntity* onParameterEntity(void* context, const xmlChar* name) {
+    constexpr unsigned long kMaxUses = 1000;
+    GuardedParser& self = GuardedParser::of(context);
+    xmlEntity* entity = xmlSAX2GetParameterEntity(context, name);
+    if (!entity) return nullptr;
+    self.parameterEntityBytes_ += static_cast<std::size_t>(entity->length);
+    const unsigned long lngUses = static_cast<xmlParserCtxt*>(context)->nbentities;
+    if (lngUses <= kMaxUses && self.parameterEntityBytes_ <= self.maxExpandedBytes_) return entity;
+    self.stop(context, "The entities make the document type too large.");
+    return nullptr;
+  }
+
+  /// Where attribute defaults are applied, the library compares those of a tag with one another.
+  static void onAttributeDeclaration(void* context, const xmlChar* element, const xmlChar* name,
+                                     int type, int presence, const xmlChar* value,
+                                     xmlEnumeration* values) {
+    xmlSAX2AttributeDecl(context, element, name, type, presence, value, values);
+    GuardedParser& self = GuardedParser::of(context);
+    if (self.defaults_ == AttributeDefaults::forgotten) return;
+    if (++self.declaredAttributes_ <= kMaxAttributes) return;
+    self.stop(context, "The document type declares too many attributes.");
+  }
+
+  /// Called between the document type and the root. Unless they were asked for, attribute defaults
+  /// are forgotten. The DTD that the document type may name is not read.
+  static void onDocumentTypeRead(void* context, const xmlChar* /*name*/,
+                                 const xmlChar* /*publicId*/, const xmlChar* /*systemId*/) {
+    auto* parser = static_cast<xmlParserCtxt*>(context);
+    const bool blnApplied = GuardedParser::of(context).defaults_ == AttributeDefaults::applied;
+    if (blnApplied || !parser->attsDefault) return;
+    xmlHashFree(parser->attsDefault, xmlHashDefaultDeallocator);
+    parser->attsDefault = nullptr;
+  }
+};
+
+GuardedParser::GuardedParser() {
+  prepareXmlLibrary();
+  parser_.reset(xmlNewParserCtxt());
+  if (!parser_) throw std::bad_alloc();
+  parser_->_private = this;
+  xmlSAXHandler& sax = *parser_->sax;
+  sax.serror = ParserCallbacks::onReport;
+  sax.startElementNs = ParserCallbacks::onStartElement;
+  sax.endElementNs = ParserCallbacks::onEndElement;
+  sax.internalSubset = ParserCallbacks::onDocumentType;
+  sax.entityDecl = ParserCallbacks::onEntityDeclaration;
+  sax.attributeDecl = ParserCallbacks::onAttributeDeclaration;
+  sax.getEntity = ParserCallbacks::onEntity;
+  sax.getParameterEntity = ParserCallbacks::onParameterEntity;
+  sax.unparsedEntityDecl = nullptr;
+  sax.externalSubset = ParserCallbacks::onDocumentTypeRead;
+  sax.resolveEntity = nullptr;
+}
+
+void GuardedParser::stop(void* context, const char* reason) noexcept {
+  auto* parser = static_cast<xmlParserCtxt*>(context);
+  try {
+    if (error_.errorCode == 0) {
+      error_ = {XML_ERR_INTERNAL_ERROR, parser->input ? parser->input->line : 0, reason};
+    }
+  } catch (...) {
+    exception_ = std::current_exception();
+  }
+  xmlStopParser(parser);
+}
+
+OwnedXmlDoc GuardedParser::parse(std::string_view strBytes, XmlEncoding encoding, ParseError& error,
+                                 AttributeDefaults defaults) {
+  error = {XML_ERR_DOCUMENT_EMPTY, 0, "Document is empty"};
+  if (strBytes.empty()) return nullptr;
+  if (strBytes.size() > INT_MAX) {
+    error = tooLarge(INT_MAX);
+    return nullptr;
+  }
+  const Preview seen = preview(strBytes);
+  if (seen.blnManyAttributes) {
+    error = {XML_ERR_INTERNAL_ERROR, 0, kTooManyAttributes};
+    return nullptr;
+  }
+  maxExpandedBytes_ = expansionLimit(strBytes.size());
+  maxEntityBytes_ = entityLimit(strBytes.size());
+  defaults_ = defaults;
+  blnDocumentTypeAllowed_ = seen.blnDocumentType;
+  int options = XML_PARSE_NODICT | XML_PARSE_NONET | XML_PARSE_NOENT | XML_PARSE_NOERROR |
+                XML_PARSE_NOWARNING;
+  // The parser's own limits are against entities, and they refuse an answer of more than ten
+  // million bytes. Where nothing can declare an entity the size of the input is limit enough.
+  if (!seen.blnDocumentType) options |= XML_PARSE_HUGE;
+  if (encoding == XmlEncoding::utf8) options |= XML_PARSE_IGNORE_ENC;
+  OwnedXmlDoc document(
+      xmlCtxtReadMemory(parser_.get(), strBytes.data(), static_cast<int>(strBytes.size()), nullptr,
+                        encoding == XmlEncoding::utf8 ? "UTF-8" : nullptr, options));
+  if (exception_) std::rethrow_exception(exception_);
+  memory_.check();
+  // The library takes a NUL for the end of its input.
+  const bool blnCut = parser_->input && parser_->input->cur < parser_->input->end;
+  if (error_.errorCode == 0 && (!document || parser_->disableSAX || blnCut)) {
+    error_ = {XML_ERR_INTERNAL_ERROR, 0, parserReason(nullptr)};
+  }
+  error = std::move(error_);
+  if (error.errorCode != 0) return nullptr;
+  return document;
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

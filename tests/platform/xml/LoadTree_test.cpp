@@ -1,0 +1,133 @@
+#include "platform/xml/LoadTree.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+
+#include "platform/xml/LoadXml.h"
+#include "platform/xml/ToldXml.h"
+#include "platform/xpath/LibraryTree.h"
+
+// The tree that is made while the parser reads must be the one that libxml2 makes itself.
+
+namespace Varnel_Tolv_XML_Creation {
+namespace {
+
+/// Expects both ways to take the text and to make the same of it, or to refuse it for one reason.
+/// Whether it was taken.
+bool agree(const std::string& strText) {
+  SCOPED_TRACE(strText);
+  Tree tree;
+  ParseError error;
+  TreeNode* const document = loadTree(tree, strText, XmlEncoding::utf8, error);
+  const LoadedXml expected = loadXml(strText, XmlEncoding::utf8);
+  EXPECT_EQ(document != nullptr, expected.document != nullptr)
+      << error.reason << expected.error.reason;
+  EXPECT_EQ(error.errorCode, expected.error.errorCode);
+  EXPECT_EQ(error.line, expected.error.line);
+  EXPECT_EQ(error.reason, expected.error.reason);
+  if (!document || !expected.document) return false;
+  EXPECT_EQ(told(LibraryTree(document).document()), told(expected.document.get()));
+  return true;
+}
+
+TEST(LoadTree, MakesTheTreeThatTheLibraryMakes) {
+  const std::string strEntities =
+      "<!DOCTYPE r [<!--no--><?no no?><!ENTITY t 'te<!-- -->xt'><!ENTITY s ' '><!ENTITY n ''>"
+      "<!ENTITY m '<m a=\"&t2;\">1<n/></m>'><!ENTITY t2 'two'><!ENTITY c '<![CDATA[ ]]>'>"
+      "<!ENTITY o 'o&m;&m;o'><!ATTLIST r d CDATA 'default'>]>";
+  for (const char* strText : {
+           "<r/>",
+           "<?xml version='1.0'?><!--c--><?p i?><r/><!--d--><?q?>",
+           "<?xml version='1.0' standalone='yes'?><r/>",
+           "<!DOCTYPE r SYSTEM 's'><r/>",
+           "<r a='1' b='&lt;&amp;&#10;' c='x\ny'>t&amp;u<![CDATA[<>]]>v<!--c-->w<?p i?>x</r>",
+           "<r>\n <a> </a>\n <b>x</b> y <c/> </r>",
+           "<r xml:space='preserve'> <a> <b xml:space='default'> <c/></b> </a></r>",
+           "<p:r xmlns:p='urn:p' xmlns='urn:d' p:a='1' a='2'><r xmlns=''/><p:r xmlns:p='urn:q'/>"
+           "<q xmlns:xml='http://www.w3.org/XML/1998/namespace' xml:lang='en'/></p:r>",
+           "<r><![CDATA[]]><a><![CDATA[ ]]></a></r>",
+           "<r><![CDATA[a]]><![CDATA[b]]> <![CDATA[c]]>d<![CDATA[]]>e</r>",
+           "<r>a<!---->b</r>",
+           "<r><a></r>",
+           "<r>&nothing;</r>",
+           "<p:r/>",
+       }) {
+    agree(strText);
+  }
+  for (const char* strContent :
+       {"&t;", "x&t;y", "x&t;&t;y", " &s; ", "x&s;", "&n;", "&n;x&n;", "&m;", "&m;&m;", "x&m;y&m;z",
+        "&c;", " &c; ", "&o;", "<a b='&t2;&t2;'>&t2;</a>", "<a>&s;<b/>&s;</a>", "&o;&t;&o;"}) {
+    EXPECT_TRUE(agree(strEntities + "<r>" + strContent + "</r>"));
+  }
+}
+
+TEST(LoadTree, AgreesAboutRandomPiecesOfDocuments) {
+  static constexpr const char* kPieces[] = {
+      "<a>",   "<a>",          "</a>",   "</a>",  "<b c='1'/>", " ",       "\n",
+      "text",  "&e;",          "&f;",    "&amp;", "<!--c-->",   "<?p i?>", "<![CDATA[x]]>",
+      "&#65;", "<p:c p:d=''>", "</p:c>", "&g;",   "\xC3\xA9"};
+  std::mt19937 engine(7);
+  int lngTaken = 0;
+  for (int round = 0; round < 4000 && !testing::Test::HasFailure(); ++round) {
+    std::string strText =
+        "<!DOCTYPE r [<!ENTITY e 'x'><!ENTITY f ' <a>&e;</a> y'><!ENTITY g '&f; &f;'>]>"
+        "<r xmlns:p='urn:p'>";
+    std::string strEnds;
+    for (auto count = engine() % 10; count != 0; --count) {
+      const std::string strPiece = kPieces[engine() % std::size(kPieces)];
+      if (strPiece.starts_with("</") && engine() % 8 != 0) continue;
+      strText += strPiece;
+      const bool blnStart = strPiece[0] == '<' && (strPiece[1] == 'a' || strPiece[1] == 'p');
+      if (blnStart && engine() % 16 != 0) {
+        strEnds.insert(0, strPiece[1] == 'a' ? "</a>" : "</p:c>");
+      }
+    }
+    lngTaken += agree(strText + strEnds + "</r>");
+  }
+  EXPECT_GT(lngTaken, 1000);  // otherwise it would say little
+  EXPECT_LT(lngTaken, 3900);
+}
+
+TEST(LoadTree, ReadsTheElementsOfAnEntityInTheNamespacesAroundEachUse) {
+  Tree tree;
+  ParseError error;
+  TreeNode* const document =
+      loadTree(tree,
+               "<!DOCTYPE r [<!ENTITY e '<a/>'><!ENTITY f '&e;'>]>"
+               "<r><b xmlns='urn:b'>&f;</b><c xmlns='urn:c'>&f;&e;</c>&e;</r>",
+               XmlEncoding::utf8, error);
+  ASSERT_NE(document, nullptr) << error.reason;
+  std::string strUris;
+  for (const TreeNode* node = document; node; node = nextBelow(node, document)) {
+    if (isElement(node) && node->name->strLocal == "a") {
+      (strUris += node->name->uri->strText) += ' ';
+    }
+  }
+  EXPECT_EQ(strUris, "urn:b urn:c urn:c  ");
+}
+
+TEST(LoadTree, LeavesTheDocumentAloneUntilItIsGivenTheNewOne) {
+  Tree tree;
+  ParseError error;
+  TreeNode* const before = tree.document();
+  TreeNode* const loaded = loadTree(tree, "<r/>", XmlEncoding::utf8, error);
+  ASSERT_NE(loaded, nullptr);
+  EXPECT_EQ(tree.document(), before);
+  EXPECT_EQ(loadTree(tree, "<r>", XmlEncoding::utf8, error), nullptr);
+  EXPECT_NE(error.errorCode, 0);
+  EXPECT_EQ(loaded->lngSize, 1U);
+}
+
+TEST(LoadTree, RefusesAnEntityThatIsRepeatedWithoutEnd) {
+  std::string strText = "<!DOCTYPE r [<!ENTITY e '" + std::string(100'000, 'x') + "'>]><r>";
+  for (int use = 0; use < 5'000; ++use) strText += "&e;";
+  Tree tree;
+  ParseError error;
+  EXPECT_EQ(loadTree(tree, strText + "</r>", XmlEncoding::utf8, error), nullptr);
+  EXPECT_EQ(error.reason, "The entities make the document too large.");
+}
+
+}  // namespace
+}  // namespace Varnel_Tolv_XML_Creation

@@ -5,6 +5,8 @@
 
 #include <filesystem>
 #include <fstream>
+#include <string>
+#include <utility>
 
 #include "platform/dom/DomTesting.h"
 #include "platform/xml/ReadXmlFile.h"
@@ -206,6 +208,26 @@ TEST(LoadXml, KeepsTheNamespacesOfWhatEntitiesHold) {
   EXPECT_EQ(objDocument.documentElement().selectNodes("/p:r/n:m/q:n")->length(), 2U);
 }
 
+TEST(LoadXml, KeepsOfADocumentTypeItsNameAndItsIdentifiers) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"r", "r"},
+      {"p:r [<!ELEMENT r ANY><!--c--><?p i?><!ENTITY e 'x'>]", "p:r"},
+      {"r SYSTEM 'it'", "r SYSTEM \"it\""},
+      {"r SYSTEM 'say \"it\"' [ ]", "r SYSTEM 'say \"it\"'"},
+      {"r SYSTEM ''", "r SYSTEM \"\""},
+      {"r PUBLIC '-//A//B' \"it's\"", "r PUBLIC \"-//A//B\" \"it's\""},
+  };
+  for (const auto& [written, kept] : cases) {
+    const std::string strKept = "<!DOCTYPE " + std::string(kept) + ">\r\n<r/>\r\n";
+    const Document objDocument = loaded("<!DOCTYPE " + std::string(written) + "><r/>");
+    EXPECT_EQ(objDocument.xml(), strKept);
+    EXPECT_EQ(loaded(objDocument.xml()).xml(), strKept);
+    EXPECT_EQ(objDocument.childNodes()->length(), 2U);
+    // What stood in it is no part of the document.
+    EXPECT_EQ(objDocument.selectNodes("//comment() | //processing-instruction()")->length(), 0U);
+  }
+}
+
 TEST(LoadXml, ReadsNothingOutsideTheDocument) {
   const TemporaryFolder folder;
   const std::string strSecret = folder.write("secret.txt", "secret");
@@ -255,8 +277,20 @@ TEST(LoadXml, RefusesWhatIsNotWellFormed) {
 
 TEST(LoadXml, TellsTheLineOfTheFault) {
   const Document objDocument = Document::create();
-  EXPECT_FALSE(objDocument.loadXML("<a>\n\n<b></a>"));
-  EXPECT_EQ(objDocument.parseError().line, 3);
+  const std::pair<std::string, int> cases[] = {
+      {"<a>\n\n<b></a>", 3},
+      {"<a>\n&nothing;</a>", 2},
+      {"<a>\n<b>\n<p:c/></b></a>", 3},
+      {"\n\n" + nested(256, "\n<a/>"), 4},
+      {"<a>\n]]></a>", 2},
+      {"<!DOCTYPE a [\n<!ENTITY e '<b>'>\n]>\n<a>\n&e;</a>", 1},  // of what the entity holds
+      {"<a/>\n<b/>", 2},
+  };
+  for (const auto& [strText, lngLine] : cases) {
+    SCOPED_TRACE(strText.substr(0, 80));
+    EXPECT_FALSE(objDocument.loadXML(strText));
+    EXPECT_EQ(objDocument.parseError().line, lngLine);
+  }
   EXPECT_TRUE(objDocument.loadXML("<a/>"));
   EXPECT_EQ(objDocument.parseError().errorCode, 0);
   EXPECT_EQ(objDocument.parseError().line, 0);

@@ -14,7 +14,8 @@ class FaultInjector;
 /// How a document is made and what it accepts.
 struct DocumentSettings {
   /// A larger input is refused, and so is a write that makes the text written into one document
-  /// more than that.
+  /// more than that. Whatever it is, a document that
+  /// would take more than 1 GiB of memory is refused as well, when it is read and when it is built.
   std::size_t lngMaxBytes = std::size_t{64} << 20;
   FaultInjector* faults = nullptr;  // for tests; must outlive the document
 };

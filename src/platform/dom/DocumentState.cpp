@@ -29,7 +29,10 @@ bool DocumentState::load(std::optional<std::string_view> strText, XmlEncoding en
   Tree& target = blnHandlesExist ? tree : fresh;
   TreeNode* document = strText ? loadTree(target, *strText, encoding, error) : nullptr;
   const bool blnLoaded = document != nullptr;
-  if (!blnLoaded) document = target.newDocument();
+  if (!blnLoaded) {
+    if (!blnHandlesExist) fresh = Tree();  // what was read of it may be much
+    document = target.newDocument();
+  }
   auto index = std::make_unique<IdIndex>();
   index->build(document);
   ChildNameIndex freshNames;

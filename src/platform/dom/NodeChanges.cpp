@@ -4,7 +4,7 @@
 #include "platform/dom/DocumentState.h"
 #include "platform/dom/Node.h"
 #include "platform/xml/CopyTree.h"
-#include "platform/xml/DepthLimit.h"
+#include "platform/xml/TreeLimits.h"
 #include "platform/xml/XmlCharacters.h"
 #include "result/RuntimeError.h"
 

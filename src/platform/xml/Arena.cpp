@@ -5,6 +5,8 @@
 #include <new>
 #include <utility>
 
+#include "result/RuntimeError.h"
+
 namespace Varnel_Tolv_XML_Creation {
 
 namespace {
@@ -24,13 +26,17 @@ Arena::Arena(Arena&& other) noexcept
     : last_(std::exchange(other.last_, nullptr)),
       cursor_(std::exchange(other.cursor_, nullptr)),
       end_(std::exchange(other.end_, nullptr)),
-      lngNextChunk_(other.lngNextChunk_) {}
+      lngNextChunk_(other.lngNextChunk_),
+      lngMost_(other.lngMost_),
+      lngTaken_(other.lngTaken_) {}
 
 Arena& Arena::operator=(Arena&& other) noexcept {
   std::swap(last_, other.last_);
   std::swap(cursor_, other.cursor_);
   std::swap(end_, other.end_);
   std::swap(lngNextChunk_, other.lngNextChunk_);
+  std::swap(lngMost_, other.lngMost_);
+  std::swap(lngTaken_, other.lngTaken_);
   return *this;
 }
 
@@ -47,8 +53,9 @@ void* Arena::takeNew(std::size_t lngBytes) {
   const std::size_t lngChunk = std::clamp(lngNextChunk_, kSmallestChunk, kLargestChunk);
   const bool blnOwn = lngBytes > lngChunk / 4;
   const std::size_t lngRoom = blnOwn ? lngBytes : lngChunk;
-  if (lngRoom < lngBytes || lngRoom + sizeof(Chunk) < lngRoom) throw std::bad_alloc();
+  if (lngRoom > lngMost_ - lngTaken_) throw RuntimeError(kXmlFailure, kTreeTooLarge);
   auto* const chunk = static_cast<Chunk*>(::operator new(sizeof(Chunk) + lngRoom));
+  lngTaken_ += lngRoom;
   last_ = new (chunk) Chunk{last_};
   char* const piece = reinterpret_cast<char*>(chunk + 1);
   if (blnOwn) return piece;

@@ -4,6 +4,8 @@
 #include <new>
 #include <string_view>
 
+#include "platform/xml/TreeLimits.h"
+
 namespace Varnel_Tolv_XML_Creation {
 
 /// Memory for what lives and goes together: taken piece by piece from a few large chunks, given
@@ -11,13 +13,18 @@ namespace Varnel_Tolv_XML_Creation {
 class Arena {
  public:
   /// `lngExpected` bytes will be wanted at least; it makes the first chunk large enough.
-  explicit Arena(std::size_t lngExpected = 0) noexcept : lngNextChunk_(lngExpected) {}
+  /// `lngMost` may be taken at most.
+  explicit Arena(std::size_t lngExpected = 0, std::size_t lngMost = kMaxTreeBytes) noexcept
+      : lngNextChunk_(lngExpected), lngMost_(lngMost) {}
   ~Arena();
   Arena(Arena&& other) noexcept;
   Arena& operator=(Arena&& other) noexcept;
 
-  /// A new object, which is never destroyed. std::bad_alloc when there is no memory, as for all
-  /// here.
+  /// Begins to count what is taken: as much as at first may be taken from here on.
+  void startCount() noexcept { lngTaken_ = 0; }
+
+  /// A new object, which is never destroyed. std::bad_alloc when there is no memory, kXmlFailure
+  /// when too much was taken, as for all here.
   template <class Type>
   Type* make() {
     return new (take(sizeof(Type), alignof(Type))) Type();
@@ -53,6 +60,8 @@ class Arena {
   char* cursor_ = nullptr;
   char* end_ = nullptr;
   std::size_t lngNextChunk_;
+  std::size_t lngMost_;
+  std::size_t lngTaken_ = 0;  // the bytes of the chunks that were taken since it counts
 };
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -10,8 +10,8 @@
 #include <utility>
 
 #include "platform/text/Text.h"
-#include "platform/xml/DepthLimit.h"
 #include "platform/xml/ReadXmlFile.h"
+#include "platform/xml/TreeLimits.h"
 #include "platform/xml/XmlLibrary.h"
 #include "platform/xml/XmlTree.h"
 
@@ -27,6 +27,10 @@ constexpr std::ptrdiff_t kMaxEntityTags = 2048;
 constexpr int kMaxAttributes = 512;
 constexpr const char* kTooManyAttributes = "An element has more than 512 attributes.";
 
+// The table by which the library tells names apart does not grow with their number.
+constexpr int kMaxNames = 1 << 16;
+constexpr const char* kTooManyNames = "The document has more than 65536 different names.";
+
 // What an attribute or a namespace that a document type adds costs beside its text.
 constexpr std::size_t kDefaultBytes = 64;
 
@@ -36,9 +40,10 @@ std::size_t expansionLimit(std::size_t lngInput) {
   return std::max(std::size_t{1} << 20, 10 * lngInput);
 }
 
-/// The length of all entities that an input may use, each counted as often as it is used.
+/// The length of all entities that an input may use, each counted as often as it is used and once
+/// for its declaration.
 std::size_t entityLimit(std::size_t lngInput) {
-  return std::max(std::size_t{10'000'000}, 10 * lngInput);
+  return std::max(std::size_t{10'000'000}, 10 * lngInput) + lngInput;
 }
 
 /// What the bytes of an input show before they are parsed. Zero bytes are passed over, so that it
@@ -123,6 +128,7 @@ struct ParserCallbacks {
     if (attributeCount + namespaceCount > kMaxAttributes) {
       return self.stop(context, kTooManyAttributes);
     }
+    if (hasTooManyNames(context)) return self.stop(context, kTooManyNames);
     constexpr std::ptrdiff_t kFields = 5;  // name, prefix, URI, begin and end of the value
     for (int at = 0; at < attributeCount; ++at) {
       const xmlChar* const* attribute = attributes + kFields * at;
@@ -148,6 +154,16 @@ struct ParserCallbacks {
     GuardedParser& self = GuardedParser::of(context);
     --self.depth_;
     self.endElement(context, name, prefix, uri);
+  }
+
+  static void onInstruction(void* context, const xmlChar* target, const xmlChar* content) {
+    GuardedParser& self = GuardedParser::of(context);
+    if (hasTooManyNames(context)) return self.stop(context, kTooManyNames);
+    self.instruction(context, target, content);
+  }
+
+  static bool hasTooManyNames(void* context) {
+    return xmlDictSize(static_cast<xmlParserCtxt*>(context)->dict) > kMaxNames;
   }
 
   /// Without limits of its own the parser must not meet an entity.
@@ -231,6 +247,7 @@ GuardedParser::GuardedParser() {
   sax.serror = ParserCallbacks::onReport;
   sax.startElementNs = ParserCallbacks::onStartElement;
   sax.endElementNs = ParserCallbacks::onEndElement;
+  sax.processingInstruction = ParserCallbacks::onInstruction;
   sax.internalSubset = ParserCallbacks::onDocumentType;
   sax.entityDecl = ParserCallbacks::onEntityDeclaration;
   sax.attributeDecl = ParserCallbacks::onAttributeDeclaration;

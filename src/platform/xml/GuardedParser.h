@@ -11,6 +11,7 @@
 #include "platform/xml/OwnedXml.h"
 #include "platform/xml/ParseError.h"
 #include "platform/xml/XmlMemory.h"
+#include "result/RuntimeError.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
@@ -28,8 +29,9 @@ enum class AttributeDefaults {
 };
 
 /// libxml2's parser within limits: it reads nothing but its input, whose elements may be 256 deep
-/// with 512 attributes each, and expands entities while all of them together hold no more than 2048
-/// tags and what they add is not much beside the input. Used for one input.
+/// with 512 attributes each and 65,536 different names in all, and expands entities while all of
+/// them together hold no more than 2048 tags and what they add is not much beside the input: ten
+/// times its size, or ten million bytes where that is more. Used for one input.
 class GuardedParser {
  public:
   GuardedParser();
@@ -37,11 +39,12 @@ class GuardedParser {
   GuardedParser& operator=(const GuardedParser&) = delete;
 
   /// The functions that get what the parser finds, libxml2's own at first, which make a tree. An
-  /// element's start and end, the document type and the declarations in it are watched, so of these
-  /// only those below may be set.
+  /// element's start and end, instructions, the document type and the declarations in it are
+  /// watched, so of these only those below may be set.
   xmlSAXHandler& sax() noexcept { return *parser_->sax; }
   startElementNsSAX2Func startElement = xmlSAX2StartElementNs;
   endElementNsSAX2Func endElement = xmlSAX2EndElementNs;
+  processingInstructionSAXFunc instruction = xmlSAX2ProcessingInstruction;
   internalSubsetSAXFunc documentType = xmlSAX2InternalSubset;
 
   /// What those functions work on.
@@ -54,13 +57,16 @@ class GuardedParser {
                     AttributeDefaults defaults = AttributeDefaults::forgotten);
 
   /// For those functions, whose first argument is `context`: calls `body` with the builder, unless
-  /// the input is refused already, and ends the parse when it raises something.
+  /// the input is refused already, and ends the parse when it raises something. A RuntimeError
+  /// refuses the input.
   template <class Builder, class Body>
   static void build(void* context, Body&& body) noexcept {
     GuardedParser& self = of(context);
     if (self.isOver()) return;
     try {
       body(*static_cast<Builder*>(self.builder));
+    } catch (const RuntimeError& error) {
+      self.stop(context, error.description().c_str());
     } catch (...) {
       self.exception_ = std::current_exception();
       xmlStopParser(static_cast<xmlParserCtxt*>(context));

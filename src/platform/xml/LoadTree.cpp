@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/xml/DepthLimit.h"
+#include "platform/xml/TreeLimits.h"
 #include "platform/xml/XmlCharacters.h"
 #include "platform/xml/XmlTree.h"
 
@@ -72,18 +72,18 @@ class TreeBuilder {
     return known.name;
   }
 
-  /// The finished document; `standalone` as libxml2 tells of the XML declaration.
-  TreeNode* document(int standalone) {
+  /// The XML declaration, if there is one; `standalone` as libxml2 tells of it.
+  void declaration(int standalone) {
     constexpr int kNoDeclaration = -1;
-    if (standalone == kNoDeclaration) return open_;
+    if (standalone == kNoDeclaration) return;
     std::string strContent = "version=\"1.0\"";
     if (standalone == 1) strContent += " standalone=\"yes\"";
     if (standalone == 0) strContent += " standalone=\"no\"";
-    TreeNode* const declaration =
-        tree_.newLeaf(NodeKind::instruction, tree_.name({}, "xml", {}), strContent);
-    linkNode(open_, declaration, open_->first);
-    return open_;
+    leaf(NodeKind::instruction, tree_.name({}, "xml", {}), strContent);
   }
+
+  /// The document, finished when all is read.
+  TreeNode* document() const { return open_; }
 
   Tree& tree() const { return tree_; }
 
@@ -115,6 +115,13 @@ class TreeBuilder {
   std::size_t depth_ = 0;
   std::array<Known, kKept> known_ = {};
 };
+
+void onStartDocument(void* context) {
+  xmlSAX2StartDocument(context);
+  GuardedParser::build<TreeBuilder>(context, [&](TreeBuilder& builder) {
+    builder.declaration(static_cast<xmlParserCtxt*>(context)->standalone);
+  });
+}
 
 void onStartElement(void* context, const xmlChar* name, const xmlChar* prefix, const xmlChar* uri,
                     int namespaceCount, const xmlChar** namespaces, int attributeCount,
@@ -195,15 +202,15 @@ TreeNode* loadTree(Tree& tree, std::string_view strBytes, XmlEncoding encoding, 
   parser.builder = &builder;
   parser.startElement = onStartElement;
   parser.endElement = onEndElement;
+  parser.instruction = onInstruction;
   parser.documentType = onDocumentType;
   xmlSAXHandler& sax = parser.sax();
+  sax.startDocument = onStartDocument;
   sax.characters = sax.ignorableWhitespace = onText;
   sax.cdataBlock = onCData;
   sax.comment = onComment;
-  sax.processingInstruction = onInstruction;
   sax.reference = nullptr;
-  const OwnedXmlDoc rest = parser.parse(strBytes, encoding, error);
-  return rest ? builder.document(rest->standalone) : nullptr;
+  return parser.parse(strBytes, encoding, error) ? builder.document() : nullptr;
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -92,9 +92,11 @@ void linkAttribute(TreeNode* element, TreeNode* attribute) noexcept {
   attribute->parent = element;
 }
 
-Tree::Tree(std::size_t lngExpected) : arena_(lngExpected), document_(newDocument()) {}
+Tree::Tree(std::size_t lngExpected, std::size_t lngMost)
+    : arena_(lngExpected, lngMost), document_(newDocument()) {}
 
 TreeNode* Tree::newDocument() {
+  arena_.startCount();
   auto* const document = arena_.make<TreeElement>();
   document->kind = NodeKind::document;
   document->first = nullptr;

@@ -106,8 +106,8 @@ void linkAttribute(TreeNode* element, TreeNode* attribute) noexcept;
 /// A document with the nodes that it owns, those that stand nowhere in it included.
 class Tree {
  public:
-  /// An empty document, which will take about `lngExpected` bytes.
-  explicit Tree(std::size_t lngExpected = 0);
+  /// An empty document, which will take about `lngExpected` bytes and may take `lngMost`.
+  explicit Tree(std::size_t lngExpected = 0, std::size_t lngMost = kMaxTreeBytes);
 
   TreeNode* document() const noexcept { return document_; }
 
@@ -125,7 +125,8 @@ class Tree {
   /// The name of the same parts as one of another document.
   const TreeName* name(const TreeName& other) { return names_.get(arena_, other); }
 
-  // Nodes without a parent. std::bad_alloc when there is no memory.
+  // Nodes without a parent. std::bad_alloc when there is no memory, as for names and values;
+  // kXmlFailure when all that was made since the last document node takes more than it may.
   TreeNode* newDocument();
   TreeNode* newElement(const TreeName* name);
   TreeNode* newLeaf(NodeKind kind, const TreeName* name, std::string_view strValue);

@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-#include "platform/xml/DepthLimit.h"
 #include "platform/xml/OwnedXml.h"
+#include "platform/xml/TreeLimits.h"
 
 // How this layer walks, names and links the nodes of a libxml2 tree; internal to it. The library's
 // own functions merge and free text, look namespaces up by prefix and recurse, so none of them is

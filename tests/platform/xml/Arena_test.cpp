@@ -9,6 +9,8 @@
 #include <utility>
 #include <vector>
 
+#include "result/RuntimeError.h"
+
 namespace Varnel_Tolv_XML_Creation {
 namespace {
 
@@ -38,6 +40,29 @@ TEST(Arena, KeepsWhatItGaveWhenItMoves) {
   EXPECT_EQ(strText, "text");
   EXPECT_EQ(other.copy("more"), "more");
   EXPECT_EQ(arena.copy("again"), "again");  // NOLINT(bugprone-use-after-move): it is empty
+}
+
+TEST(Arena, GivesNoMoreThanItMay) {
+  Arena arena(0, 100'000);
+  arena.room(60'000);
+  try {
+    arena.room(60'000);
+    FAIL() << "It gave too much.";
+  } catch (const RuntimeError& error) {
+    EXPECT_EQ(error.number(), kXmlFailure);
+    EXPECT_EQ(error.description(), "The document takes more than 1 GiB of memory.");
+  }
+  Arena other = std::move(arena);
+  EXPECT_THROW(other.room(60'000), RuntimeError);
+  other.room(30'000);
+  EXPECT_THROW(
+      {
+        for (int piece = 0; piece < 100'000; ++piece) other.room(1);
+      },
+      RuntimeError);
+  other.startCount();
+  other.room(60'000);
+  EXPECT_THROW(other.room(SIZE_MAX), RuntimeError);
 }
 
 }  // namespace

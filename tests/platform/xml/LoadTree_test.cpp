@@ -4,6 +4,7 @@
 
 #include <random>
 #include <string>
+#include <utility>
 
 #include "platform/xml/LoadXml.h"
 #include "platform/xml/ToldXml.h"
@@ -120,13 +121,76 @@ TEST(LoadTree, LeavesTheDocumentAloneUntilItIsGivenTheNewOne) {
   EXPECT_EQ(loaded->lngSize, 1U);
 }
 
-TEST(LoadTree, RefusesAnEntityThatIsRepeatedWithoutEnd) {
-  std::string strText = "<!DOCTYPE r [<!ENTITY e '" + std::string(100'000, 'x') + "'>]><r>";
-  for (int use = 0; use < 5'000; ++use) strText += "&e;";
+TEST(LoadTree, ExpandsEntitiesToTenTimesTheInputOrTenMillionBytes) {
+  const std::string strMillion(1'000'000, 'x');
+  const std::string strInner = "<!ENTITY i '" + std::string(100'000, 'y') + "'>";
+  const struct {
+    const char* says;
+    std::string strType, strBefore;
+    int lngUses;
+    bool blnTaken;
+  } cases[] = {
+      {"ten million bytes", "<!ENTITY e '" + strMillion + "'>", "", 10, true},
+      {"more", "<!ENTITY e '" + strMillion + "'>", "", 11, false},
+      {"far more", "<!ENTITY e '" + strMillion.substr(0, 100'000) + "'>", "", 5'000, false},
+      {"ten times the input", "<!ENTITY e '" + strMillion + "'>", strMillion, 20, true},
+      {"more than that", "<!ENTITY e '" + strMillion + "'>", strMillion, 22, false},
+      {"an entity inside counts too", strInner + "<!ENTITY e '&i;&i;'>", "", 49, true},
+      {"and is not made more of", strInner + "<!ENTITY e '&i;&i;'>", "", 51, false},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    std::string strText = "<!DOCTYPE r [" + c.strType + "]><r>" + c.strBefore;
+    for (int use = 0; use < c.lngUses; ++use) strText += "&e;";
+    Tree tree;
+    ParseError error;
+    TreeNode* const document = loadTree(tree, strText + "</r>", XmlEncoding::utf8, error);
+    EXPECT_EQ(document != nullptr, c.blnTaken);
+    EXPECT_EQ(error.reason, c.blnTaken ? "" : "The entities make the document too large.");
+  }
+}
+
+TEST(LoadTree, RefusesMoreNamesThanTheParserCanTellApartInTime) {
+  const auto withNames = [](const std::string& strBegin, const std::string& strEnd, int lngNames) {
+    std::string strText = "<r>";
+    for (int name = 0; name < lngNames; ++name) {
+      ((strText += strBegin) += std::to_string(name)) += strEnd;
+    }
+    return strText + "</r>";
+  };
   Tree tree;
   ParseError error;
-  EXPECT_EQ(loadTree(tree, strText + "</r>", XmlEncoding::utf8, error), nullptr);
-  EXPECT_EQ(error.reason, "The entities make the document too large.");
+  EXPECT_NE(loadTree(tree, withNames("<a", "/>", 60'000), XmlEncoding::utf8, error), nullptr);
+  const std::pair<const char*, const char*> kinds[] = {{"<a", "/>"},
+                                                       {"<a b", "=''/>"},
+                                                       {"<a xmlns:p", "='u'/>"},
+                                                       {"<a xmlns='u", "'/>"},
+                                                       {"<?p", "?>"}};
+  for (const auto& [begin, end] : kinds) {
+    SCOPED_TRACE(begin);
+    EXPECT_EQ(loadTree(tree, withNames(begin, end, 66'000), XmlEncoding::utf8, error), nullptr);
+    EXPECT_EQ(error.reason, "The document has more than 65536 different names.");
+  }
+}
+
+TEST(LoadTree, RefusesWhatTakesMoreMemoryThanADocumentMay) {
+  const std::string strElements = [] {
+    std::string strText = "<r>";
+    for (int element = 0; element < 5'000; ++element) strText += "<a/>x";
+    return strText + "</r>";
+  }();
+  Tree small(0, 500'000);
+  ParseError error;
+  EXPECT_EQ(loadTree(small, strElements, XmlEncoding::utf8, error), nullptr);
+  EXPECT_NE(error.errorCode, 0);
+  EXPECT_EQ(error.line, 1);
+  EXPECT_EQ(error.reason, "The document takes more than 1 GiB of memory.");
+  EXPECT_NE(loadTree(small, "<r/>", XmlEncoding::utf8, error), nullptr);
+  EXPECT_EQ(error.errorCode, 0);
+  Tree large(0, 1'000'000);
+  for (int load = 0; load < 3; ++load) {  // each begins anew, whatever is kept of those before
+    EXPECT_NE(loadTree(large, strElements, XmlEncoding::utf8, error), nullptr);
+  }
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include <cerrno>
 
 #include "platform/text/Text.h"
+#include "platform/xml/FilesRead.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
@@ -46,6 +47,37 @@ bool readBytes(int descriptor, std::size_t lngMaxBytes, std::size_t lngExpected,
   return true;
 }
 
+struct OneReading {
+  std::optional<FileStamp> stamp;  // none: no regular file
+  std::optional<std::string> strBytes;
+  std::optional<ParseError> error;  // none: it cannot be opened
+  bool blnSteady = true;            // whether nobody wrote to it meanwhile
+};
+
+OneReading readOnce(const std::string& strPath, std::size_t lngMaxBytes) {
+  OneReading reading;
+  // Not to wait for a pipe's writer; what is no regular file is then turned away.
+  const FileDescriptor file(open(strPath.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
+  struct stat status = {};
+  if (file.get() < 0 || fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) return reading;
+  reading.stamp = stampOf(status);
+  const auto lngSize = static_cast<std::size_t>(status.st_size);
+  if (lngSize > lngMaxBytes) {
+    reading.error = tooLarge(lngMaxBytes);
+    return reading;
+  }
+  std::string strBytes;
+  if (!readBytes(file.get(), lngMaxBytes, lngSize, strBytes)) return reading;
+  reading.blnSteady = fstat(file.get(), &status) == 0 && stampOf(status) == reading.stamp;
+  if (strBytes.size() > lngMaxBytes) {  // it has grown since
+    reading.error = tooLarge(lngMaxBytes);
+    return reading;
+  }
+  reading.error.emplace();
+  reading.strBytes = std::move(strBytes);
+  return reading;
+}
+
 }  // namespace
 
 std::optional<std::string> filePath(std::string_view strLocation) {
@@ -68,30 +100,19 @@ std::optional<std::string> filePath(std::string_view strLocation) {
 }
 
 std::optional<std::string> readXmlFile(std::string_view strLocation, std::size_t lngMaxBytes,
-                                       ParseError& error) {
+                                       ParseError& error, FilesRead* files) {
+  constexpr int kReadings = 5;
   error = {ParseError::kCannotOpen, 0, "The system cannot locate the object specified."};
   const std::optional<std::string> strPath = filePath(strLocation);
   if (!strPath) return std::nullopt;
-
-  // Not to wait for a pipe's writer; what is no regular file is then turned away.
-  const FileDescriptor file(open(strPath->c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
-  struct stat status = {};
-  if (file.get() < 0 || fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) {
-    return std::nullopt;
+  for (int lngReading = 1;; ++lngReading) {
+    OneReading reading = readOnce(*strPath, lngMaxBytes);
+    if (!reading.blnSteady && lngReading < kReadings) continue;
+    if (files && !reading.blnSteady) files->addUnsteady();
+    if (files) files->add(*strPath, reading.stamp);
+    if (reading.error) error = *std::move(reading.error);
+    return std::move(reading.strBytes);
   }
-  const auto lngSize = static_cast<std::size_t>(status.st_size);
-  if (lngSize > lngMaxBytes) {
-    error = tooLarge(lngMaxBytes);
-    return std::nullopt;
-  }
-  std::string strBytes;
-  if (!readBytes(file.get(), lngMaxBytes, lngSize, strBytes)) return std::nullopt;
-  if (strBytes.size() > lngMaxBytes) {  // it has grown since
-    error = tooLarge(lngMaxBytes);
-    return std::nullopt;
-  }
-  error = {};
-  return strBytes;
 }
 
 ParseError tooLarge(std::size_t lngMaxBytes) {

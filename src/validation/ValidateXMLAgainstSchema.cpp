@@ -86,7 +86,7 @@ Acknowledge ValidateXMLAgainstSchema(const Session& session, const Document& obj
         }
         const std::string strSchemaPath =
             objContext->server->MapPath("../" + std::string(strSchemaUrl));
-        SchemaCollection colSchemas(session.host.documentSettings.faults);
+        SchemaCollection colSchemas(session.host.documentSettings.faults, session.host.cache);
         colSchemas.catalog(session.host.strSchemaCatalog);
         colSchemas.add(strSchemaUri, strSchemaPath);
 

@@ -7,6 +7,7 @@
 #include "platform/host/Trace.h"
 #include "platform/host/WebRequest.h"
 #include "platform/text/Date.h"
+#include "platform/xml/FileCache.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
@@ -18,6 +19,7 @@ struct HostServices {
   TraceSink* traceSink = nullptr;                // null: no trace line is composed
   DateOrder dateOrder = DateOrder::dayMonthYear;
   DocumentSettings documentSettings = {};  // of every document that the library creates
+  FileCache* cache = nullptr;              // null: every run reads and compiles its files anew
 
   /// The OASIS XML catalog file in which a schema's imports are looked up whose own files do not
   /// exist; empty: none. A catalog.xml in the folder of the schema is asked behind it in any case.

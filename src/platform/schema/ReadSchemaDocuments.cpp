@@ -71,7 +71,7 @@ struct ReadDocument {
 class DocumentsReader {
  public:
   DocumentsReader(std::string_view strCatalog, const std::string& strPath)
-      : catalog_(strCatalog, strPath) {}
+      : catalog_(strCatalog, strPath, found_.files) {}
 
   SchemaDocuments read(std::string_view strNamespaceUri, const std::string& strPath) {
     ParseError error;
@@ -183,7 +183,8 @@ class DocumentsReader {
   const ReadDocument* openFile(const std::string& strPath, ParseError& error) {
     const auto known = read_.find(strPath);
     if (known != read_.end()) return &known->second;
-    const std::optional<std::string> strBytes = readXmlFile(strPath, kMaxDocumentBytes, error);
+    const std::optional<std::string> strBytes =
+        readXmlFile(strPath, kMaxDocumentBytes, error, &found_.files);
     if (strBytes) return &take(strPath, uriOfPath(strPath), *strBytes);
     if (error.errorCode != ParseError::kCannotOpen) refuseSchema(strPath, error.reason);
     return nullptr;
@@ -231,8 +232,8 @@ class DocumentsReader {
                       [&](const auto& reference) { return places.at(reference.element); });
   }
 
-  SchemaCatalog catalog_;
   SchemaDocuments found_;
+  SchemaCatalog catalog_;
   std::unordered_map<std::string, ReadDocument> read_;  // by path
   std::map<std::pair<const xmlDoc*, std::string>, std::size_t> parts_;
   std::unordered_map<std::string, std::size_t> imported_;  // by namespace

@@ -168,6 +168,9 @@ std::optional<std::string> targetIn(const CatalogFile& file, const std::string& 
 }  // namespace
 
 struct SchemaCatalog::Impl {
+  explicit Impl(FilesRead& read) : filesRead(read) {}
+
+  FilesRead& filesRead;
   std::string strCatalog, strBeside;
   std::optional<std::vector<CatalogFile>> files;  // in the order in which they are asked
 
@@ -183,7 +186,7 @@ struct SchemaCatalog::Impl {
       if (!seen.insert(strPath).second) continue;
       if (seen.size() > kMaxCatalogs) refuseCatalog(strPath, "It is one catalog too many.");
       ParseError error;
-      const auto strBytes = readXmlFile(strPath, kMaxCatalogBytes, error);
+      const auto strBytes = readXmlFile(strPath, kMaxCatalogBytes, error, &filesRead);
       if (!strBytes && strPath != strCatalog && error.errorCode == ParseError::kCannotOpen)
         continue;
       if (!strBytes) refuseCatalog(strPath, error.reason);
@@ -202,8 +205,9 @@ struct SchemaCatalog::Impl {
   }
 };
 
-SchemaCatalog::SchemaCatalog(std::string_view strCatalog, std::string_view strSchemaPath)
-    : impl_(std::make_unique<Impl>()) {
+SchemaCatalog::SchemaCatalog(std::string_view strCatalog, std::string_view strSchemaPath,
+                             FilesRead& files)
+    : impl_(std::make_unique<Impl>(files)) {
   using std::filesystem::path;
   if (!strCatalog.empty()) {
     impl_->strCatalog = std::filesystem::absolute(path(strCatalog)).lexically_normal().string();

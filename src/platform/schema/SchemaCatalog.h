@@ -7,6 +7,8 @@
 
 namespace Varnel_Tolv_XML_Creation {
 
+class FilesRead;
+
 // The library's own catalogs cannot be had privately: it keeps each catalog file that it has read
 // in a table of the process, by name and for good, so that a changed one is not seen, and the only
 // way to forget it takes the host's catalogs away too; it reads them through the loader of the
@@ -22,8 +24,8 @@ namespace Varnel_Tolv_XML_Creation {
 class SchemaCatalog {
  public:
   /// The catalog at `strCatalog`, which must then be there, unless it is empty; behind it the
-  /// catalog.xml in the folder of the schema, if there is one.
-  SchemaCatalog(std::string_view strCatalog, std::string_view strSchemaPath);
+  /// catalog.xml in the folder of the schema, if there is one. Tells `files` of what it reads.
+  SchemaCatalog(std::string_view strCatalog, std::string_view strSchemaPath, FilesRead& files);
   ~SchemaCatalog();
 
   /// The path of what stands for a location, an absolute URI; none when no entry fits.

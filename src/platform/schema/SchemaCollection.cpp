@@ -5,6 +5,7 @@
 #include "platform/schema/ReadSchemaDocuments.h"
 #include "platform/schema/SchemaCollectionImpl.h"
 #include "platform/schema/component/ComponentReader.h"
+#include "platform/xml/FileCacheEntry.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
@@ -15,7 +16,24 @@ const SchemaComponents* SchemaCollection::Impl::schemaFor(
   return (found == schemas.end() ? schemas.begin() : found)->second.get();
 }
 
-SchemaCollection::SchemaCollection(FaultInjector* faults) : impl_(std::make_unique<Impl>(faults)) {}
+namespace {
+
+FileCache::Made compile(std::string_view strNamespaceUri, std::string_view strPath,
+                        std::string_view strCatalog) {
+  constexpr std::size_t kTimesItsText = 20;  // about what components take
+  SchemaDocuments documents = readSchemaDocuments(strNamespaceUri, strPath, strCatalog);
+  checkByCompiler(documents, strPath);
+  FileCache::Made made;
+  made.value = std::shared_ptr(readComponents(documents));
+  made.files = std::move(documents.files);
+  made.lngBytes = made.files.bytes() * kTimesItsText;
+  return made;
+}
+
+}  // namespace
+
+SchemaCollection::SchemaCollection(FaultInjector* faults, FileCache* cache)
+    : impl_(std::make_unique<Impl>(faults, cache)) {}
 SchemaCollection::~SchemaCollection() = default;
 SchemaCollection::SchemaCollection(SchemaCollection&&) noexcept = default;
 SchemaCollection& SchemaCollection::operator=(SchemaCollection&&) noexcept = default;
@@ -26,10 +44,20 @@ void SchemaCollection::add(std::string_view strNamespaceUri, std::string_view st
   if (givesNothing(impl_->faults, DomOperation::addSchema)) {
     throw RuntimeError(kXmlFailure, "Injected failure");
   }
-  const SchemaDocuments documents =
-      readSchemaDocuments(strNamespaceUri, strPath, impl_->strCatalog);
-  checkByCompiler(documents, strPath);
-  impl_->schemas.insert_or_assign(std::string(strNamespaceUri), readComponents(documents));
+  const auto compileIt = [&] { return compile(strNamespaceUri, strPath, impl_->strCatalog); };
+  std::shared_ptr<const void> schema;
+  if (impl_->cache) {
+    std::string strName = "schema";
+    for (const std::string_view strPart :
+         {strNamespaceUri, strPath, std::string_view(impl_->strCatalog)}) {
+      strName.append(1, '\0').append(strPart);
+    }
+    schema = impl_->cache->get(strName, compileIt);
+  } else {
+    schema = compileIt().value;
+  }
+  impl_->schemas.insert_or_assign(std::string(strNamespaceUri),
+                                  std::static_pointer_cast<const SchemaComponents>(schema));
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

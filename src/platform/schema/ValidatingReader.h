@@ -11,6 +11,7 @@
 namespace Varnel_Tolv_XML_Creation {
 
 class FaultInjector;
+class FileCache;
 
 // A streaming reader that checks a text against an XML Schema while it hands out its elements. It
 // reports every violation, in document order, before the content handler hears of the event that
@@ -21,7 +22,8 @@ class FaultInjector;
 /// Schemas by their target namespace.
 class SchemaCollection {
  public:
-  explicit SchemaCollection(FaultInjector* faults = nullptr);
+  /// Takes compiled schemas from `cache`, if there is one, and leaves them there.
+  explicit SchemaCollection(FaultInjector* faults = nullptr, FileCache* cache = nullptr);
   ~SchemaCollection();
   SchemaCollection(SchemaCollection&&) noexcept;
   SchemaCollection& operator=(SchemaCollection&&) noexcept;

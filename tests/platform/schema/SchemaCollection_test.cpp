@@ -2,9 +2,12 @@
 #include <gtest/gtest.h>
 
 #include <new>
+#include <thread>
 
 #include "SchemaTesting.h"
 #include "platform/dom/DomTesting.h"
+#include "platform/xml/FileCache.h"
+#include "platform/xml/FilesRead.h"
 #include "support/Faults.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -153,6 +156,48 @@ TEST(SchemaCollection, FailsWhereATestMakesItFail) {
   }
   FaultAt noMemory(DomOperation::addSchema, Fault::outOfMemory);
   EXPECT_THROW(SchemaCollection(&noMemory).add("", strPath), std::bad_alloc);
+}
+
+/// Expects that `strText` has `lngViolations` by the schema at `strPath`, taken from `cache`.
+void expectBy(FileCache& cache, const std::string& strPath, std::string_view strText,
+              std::size_t lngViolations) {
+  SchemaCollection colSchemas(nullptr, &cache);
+  colSchemas.add("", strPath);
+  EXPECT_THAT(violations(colSchemas, strText), SizeIs(lngViolations)) << strText;
+}
+
+TEST(SchemaCollection, TakesASchemaFromTheCacheWhileNoneOfItsFilesChanges) {
+  const SchemaDirectory directory;
+  const auto write = [&](const std::string& strName, const std::string& strText) {
+    std::string strPath = directory.write(strName, strText);
+    FilesRead files;
+    files.add(strPath, stampOf(strPath));
+    while (!files.settled()) std::this_thread::yield();
+    return strPath;
+  };
+  const auto typeText = [](const std::string& strBase) {
+    return schemaText("<xs:simpleType name='t'><xs:restriction base='xs:" + strBase +
+                      "'/></xs:simpleType>");
+  };
+  write("t.xsd", typeText("int"));
+  const std::string strPath =
+      write("a.xsd", schemaText("<xs:include schemaLocation='t.xsd'/>"
+                                "<xs:import namespace='urn:o' schemaLocation='o.xsd'/>"
+                                "<xs:element name='r' type='t'/>"));
+  FileCache cache;
+  expectBy(cache, strPath, "<r>x</r>", 1);
+  const std::size_t lngBytes = cache.bytes();
+  EXPECT_GT(lngBytes, 0);
+  expectBy(cache, strPath, "<r>x</r>", 1);
+  expectBy(cache, strPath, "<r>1</r>", 0);
+  EXPECT_EQ(cache.bytes(), lngBytes);
+
+  // The included file, and one that was missing and then comes.
+  write("t.xsd", typeText("token"));
+  expectBy(cache, strPath, "<r>x</r>", 0);
+  write("o.xsd", "no schema");
+  SchemaCollection colSchemas(nullptr, &cache);
+  EXPECT_THROW(colSchemas.add("", strPath), RuntimeError);
 }
 
 }  // namespace

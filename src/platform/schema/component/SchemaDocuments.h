@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/xml/FilesRead.h"
 #include "platform/xml/XmlTree.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -33,6 +34,7 @@ struct SchemaDocument {
 struct SchemaDocuments {
   std::deque<OwnedXmlDoc> trees;
   std::vector<SchemaDocument> documents;  // the first is the one that was asked for
+  FilesRead files;                        // the catalogs that were asked included
 };
 
 }  // namespace Varnel_Tolv_XML_Creation

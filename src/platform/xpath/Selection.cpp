@@ -10,6 +10,7 @@
 #include "platform/xpath/LibraryXPath.h"
 #include "platform/xpath/LocationPath.h"
 #include "platform/xpath/PathCondition.h"
+#include "platform/xpath/PlainPath.h"
 #include "platform/xpath/WalkPath.h"
 #include "result/RuntimeError.h"
 
@@ -180,6 +181,8 @@ std::vector<TreeNode*> select(const SelectionContext& context, std::string_view 
 }
 
 TreeNode* selectFirst(const SelectionContext& context, std::string_view strXPath) {
+  if (context.node == nullptr) throw RuntimeError(kObjectNotSet);
+  if (const std::optional<TreeNode*> found = followPlainPath(context, strXPath)) return *found;
   const auto colFound = evaluate(context, strXPath, true);
   return colFound.empty() ? nullptr : colFound.front();
 }

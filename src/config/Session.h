@@ -20,7 +20,21 @@ struct Session {
   Document objNamespaceXML;
 
   /// A new, empty document with the host's settings.
-  Document newDocument() const { return Document::create(host.documentSettings); }
+  Document newDocument() const { return Document::create(documentSettings()); }
+
+  /// The same for one that is loaded and then only read.
+  Document newConfiguration() const {
+    DocumentSettings settings = documentSettings();
+    settings.blnReadOnly = true;
+    return Document::create(settings);
+  }
+
+ private:
+  DocumentSettings documentSettings() const {
+    DocumentSettings settings = host.documentSettings;
+    if (host.cache) settings.cache = host.cache;
+    return settings;
+  }
 };
 
 }  // namespace Varnel_Tolv_XML_Creation

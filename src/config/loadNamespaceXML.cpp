@@ -12,7 +12,7 @@ Acknowledge loadNamespaceXML(Session& session, std::string_view strNamespaceXML)
 
     // deliberate: kept before it is loaded, so that after a failed load the next run on the same
     // instance fails for want of namespaces instead of loading again.
-    session.objNamespaceXML = session.newDocument();
+    session.objNamespaceXML = session.newConfiguration();
     if (!session.objNamespaceXML.load(strNamespaceXML)) {
       return Failure(SVC_RET_XML_CREATION_NAMESPACE_XML_LOAD_ERROR,
                      "Unable to load namespace xml:" + std::string(strNamespaceXML),

@@ -103,7 +103,7 @@ Acknowledge BuildXML::buildXML(std::string_view strTemplateXML, std::string_view
     objAck = setSelectionNamespaces(session, objMsgXML);
     if (!objAck.Success()) return objAck;
 
-    const Document objHiddenFldXML = session.newDocument();
+    const Document objHiddenFldXML = session.newConfiguration();
     trace(session, kProcedure,
           {"Set objAck = LoadTemplateXML(", strHiddenFieldXML, ", objHiddenFldXML)"});
     objAck = LoadTemplateXML(strHiddenFieldXML, objHiddenFldXML);

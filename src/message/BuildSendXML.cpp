@@ -37,17 +37,17 @@ Acknowledge BuildSendXML(const Session& session, const Document& objParkXML,
     Acknowledge objAck = LoadTemplateXML(strTemplateXML, objSendXML);
     if (!objAck.Success()) return objAck;
 
-    const Document objReferenceXML = session.newDocument();
+    const Document objReferenceXML = session.newConfiguration();
     objAck = loadWithNamespaces(session, strReferenceXmlPath, objReferenceXML);
     if (!objAck.Success()) return objAck;
 
-    const Document objObjectMapper = session.newDocument();
+    const Document objObjectMapper = session.newConfiguration();
     trace(session, kProcedure,
           {"Set objAck = LoadTemplateXML(", strMsgObjectXML, ", objObjectMapper)"});
     objAck = LoadTemplateXML(strMsgObjectXML, objObjectMapper);
     if (!objAck.Success()) return objAck;
 
-    const Document objSchemaTypeMapper = session.newDocument();
+    const Document objSchemaTypeMapper = session.newConfiguration();
     objAck = loadWithNamespaces(session, strSchemaTypeMapperXML, objSchemaTypeMapper);
     if (!objAck.Success()) return objAck;
 

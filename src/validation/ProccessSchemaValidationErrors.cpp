@@ -49,8 +49,8 @@ Acknowledge ProccessSchemaValidationErrors(
       [&]() -> Acknowledge {
         colUserErrors.emplace();
         colIntErrors.emplace();
-        const Document objQuestionsXml = session.newDocument();
-        const Document objReferenceXml = session.newDocument();
+        const Document objQuestionsXml = session.newConfiguration();
+        const Document objReferenceXml = session.newConfiguration();
 
         Acknowledge objAck =
             load(session, objQuestionsXml, strQuestionsXmlPath,

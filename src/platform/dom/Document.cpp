@@ -37,9 +37,14 @@ bool Document::load(std::string_view strLocation) const {
   DocumentState::target(*this);
   if (state_->givesNothing(DomOperation::load)) return false;
   ParseError error;
+  const bool blnHandlesExist = state_.use_count() > 1;
+  if (FileCache* cache = state_->settings.cache) {
+    auto content = DocumentState::read(*cache, strLocation, state_->settings.lngMaxBytes, error);
+    return state_->take(std::move(content), std::move(error), blnHandlesExist);
+  }
   const std::optional<std::string> strBytes =
       readXmlFile(strLocation, state_->settings.lngMaxBytes, error);
-  return state_->load(strBytes, XmlEncoding::declared, std::move(error), state_.use_count() > 1);
+  return state_->load(strBytes, XmlEncoding::declared, std::move(error), blnHandlesExist);
 }
 
 bool Document::loadXML(std::string_view strText) const {
@@ -85,7 +90,7 @@ Node Document::createElement(std::string_view strName) const {
   if (state_->givesNothing(DomOperation::createElement)) return {};
   requireQualifiedName(strName);
   if (prefixOf(strName) == "xmlns") refuse("The namespace prefix 'xmlns' is reserved.");
-  Tree& tree = state_->tree;
+  Tree& tree = state_->changeable().tree;
   return DocumentState::handle(state_, tree.newElement(tree.name({}, strName, {})));
 }
 
@@ -99,7 +104,7 @@ Node Document::createNode(NodeType type, std::string_view strName,
   const std::string_view strPrefix = prefixOf(strName);
   requireFreeNamespace(strPrefix, strNamespaceUri);
 
-  Tree& tree = state_->tree;
+  Tree& tree = state_->changeable().tree;
   const TreeName* const name = strNamespaceUri.empty()
                                    ? tree.name({}, strName, {})
                                    : tree.name(strPrefix, withoutPrefix(strName), strNamespaceUri);

@@ -10,6 +10,7 @@
 namespace Varnel_Tolv_XML_Creation {
 
 class FaultInjector;
+class FileCache;
 
 /// How a document is made and what it accepts.
 struct DocumentSettings {
@@ -17,6 +18,9 @@ struct DocumentSettings {
   /// more than that. Whatever it is, a document that
   /// would take more than 1 GiB of memory is refused as well, when it is read and when it is built.
   std::size_t lngMaxBytes = std::size_t{64} << 20;
+  FileCache* cache = nullptr;  // what `load` reads comes from here where it is known already
+  bool blnReadOnly = false;    // whatever would change the document is kXmlFailure; what it loads
+                               // from the cache it shares with others instead of copying it
   FaultInjector* faults = nullptr;  // for tests; must outlive the document
 };
 
@@ -60,6 +64,7 @@ class Document : public Node {
   Node createNode(NodeType type, std::string_view strName, std::string_view strNamespaceUri) const;
 
  private:
+  friend struct DocumentState;
   using Node::Node;
 };
 

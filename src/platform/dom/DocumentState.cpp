@@ -4,7 +4,10 @@
 #include <new>
 #include <utility>
 
+#include "platform/xml/CopyTree.h"
+#include "platform/xml/FileCacheEntry.h"
 #include "platform/xml/LoadTree.h"
+#include "platform/xml/ReadXmlFile.h"
 #include "result/RuntimeError.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -22,33 +25,93 @@ bool looksForId(std::string_view strXPath) {
 DocumentState::DocumentState(const DocumentSettings& documentSettings, bool blnTopOnly)
     : settings(documentSettings), blnFragment(blnTopOnly) {}
 
-bool DocumentState::load(std::optional<std::string_view> strText, XmlEncoding encoding,
-                         ParseError error, bool blnHandlesExist) {
+bool DocumentContent::replace(std::size_t lngExpected, bool blnKeepBefore,
+                              const std::function<TreeNode*(Tree& tree)>& fill) {
   // All that can fail comes first.
-  Tree fresh(strText && !blnHandlesExist ? strText->size() : 0);
-  Tree& target = blnHandlesExist ? tree : fresh;
-  TreeNode* document = strText ? loadTree(target, *strText, encoding, error) : nullptr;
-  const bool blnLoaded = document != nullptr;
-  if (!blnLoaded) {
-    if (!blnHandlesExist) fresh = Tree();  // what was read of it may be much
+  Tree fresh(blnKeepBefore ? 0 : lngExpected);
+  Tree& target = blnKeepBefore ? tree : fresh;
+  TreeNode* document = fill(target);
+  const bool blnMade = document != nullptr;
+  if (!blnMade) {
+    if (!blnKeepBefore) fresh = Tree();  // what was read of it may be much
     document = target.newDocument();
   }
   auto index = std::make_unique<IdIndex>();
   index->build(document);
   ChildNameIndex freshNames;
-  (blnHandlesExist ? childNames : freshNames).add(document);
+  (blnKeepBefore ? childNames : freshNames).add(document);
 
   idIndex.drop();
   libraryTree.drop();
+  derived.drop();
   target.setDocument(document);
-  if (!blnHandlesExist) {
+  if (!blnKeepBefore) {
     tree = std::move(fresh);
     childNames = std::move(freshNames);
   }
   idIndex.set(std::move(index));
+  return blnMade;
+}
+
+std::shared_ptr<const DocumentContent> DocumentState::read(FileCache& cache,
+                                                           std::string_view strLocation,
+                                                           std::size_t lngMaxBytes,
+                                                           ParseError& error) {
+  constexpr std::size_t kTimesItsText = 4;  // about what a tree takes, with its indexes
+  const std::string strName =
+      "document" + std::to_string(lngMaxBytes) + ' ' + std::string(strLocation);
+  const auto made = cache.get(strName, [&]() -> FileCache::Made {
+    FileCache::Made content;
+    const std::optional<std::string> strBytes =
+        readXmlFile(strLocation, lngMaxBytes, error, &content.files);
+    if (!strBytes) return {};
+    auto document = std::make_shared<DocumentContent>();
+    const bool blnLoaded = document->replace(strBytes->size(), false, [&](Tree& tree) {
+      return loadTree(tree, *strBytes, XmlEncoding::declared, error);
+    });
+    if (!blnLoaded) return {};
+    content.value = std::move(document);
+    content.lngBytes = strBytes->size() * kTimesItsText;
+    return content;
+  });
+  return std::static_pointer_cast<const DocumentContent>(made);
+}
+
+bool DocumentState::load(std::optional<std::string_view> strText, XmlEncoding encoding,
+                         ParseError error, bool blnHandlesExist) {
+  const bool blnLoaded =
+      own_.replace(strText ? strText->size() : 0, blnHandlesExist, [&](Tree& tree) -> TreeNode* {
+        return strText ? loadTree(tree, *strText, encoding, error) : nullptr;
+      });
   parseError = std::move(error);
   lngWrittenBytes_ = 0;
   return blnLoaded;
+}
+
+bool DocumentState::take(std::shared_ptr<const DocumentContent> loaded, ParseError error,
+                         bool blnHandlesExist) {
+  const bool blnLoaded = loaded != nullptr;
+  if (settings.blnReadOnly) {
+    if (blnHandlesExist) refuse("A read-only document to which there are handles stays as it is.");
+    shared_ = std::move(loaded);
+    if (!shared_) own_.replace(0, false, [](Tree&) { return nullptr; });
+  } else {
+    own_.replace(0, blnHandlesExist, [&](Tree& tree) -> TreeNode* {
+      if (!loaded) return nullptr;
+      TreeNode* const document = tree.newDocument();
+      const TreeNode* child = loaded->tree.document()->first;
+      for (; child; child = child->next) linkNode(document, copyNode(child, true, tree), nullptr);
+      return document;
+    });
+  }
+  parseError = std::move(error);
+  lngWrittenBytes_ = 0;
+  return blnLoaded;
+}
+
+DocumentContent& DocumentState::changeable() {
+  if (settings.blnReadOnly) refuse("The document is read-only.");
+  return own_;
 }
 
 bool DocumentState::givesNothing(DomOperation operation) const {
@@ -68,29 +131,31 @@ void DocumentState::grow(std::size_t lngBytes, std::size_t lngBefore) {
 }
 
 void DocumentState::changing(const TreeNode* parent, bool blnIds) noexcept {
-  libraryTree.changed(parent);
-  if (blnIds) idIndex.drop();
+  own_.libraryTree.changed(parent);
+  own_.derived.drop();
+  if (blnIds) own_.idIndex.drop();
 }
 
 SelectionContext DocumentState::selectionContext(TreeNode* node, std::string_view strXPath) const {
   const TreeNode* top = topOf(node);
   static const SelectionNamespaces kNone;
   SelectionContext context;
-  context.tree = &tree;
+  const DocumentContent& content = this->content();
+  context.tree = &content.tree;
   context.node = node;
   context.namespaces = selectionNamespaces ? selectionNamespaces.get() : &kNone;
-  if (top == tree.document()) {
-    context.index = idIndex.get(top, looksForId(strXPath));
-    context.libraryTree = &libraryTree;
+  if (top == content.tree.document()) {
+    context.index = content.idIndex.get(top, looksForId(strXPath));
+    context.libraryTree = &content.libraryTree;
   }
-  context.childNames = &childNames;
+  context.childNames = &content.childNames;
   context.blnFragment = blnFragment || !isDocument(top);
   return context;
 }
 
 TreeNode* DocumentState::target(const Node& handle) {
   if (!handle.state_) throw RuntimeError(kObjectNotSet);
-  if (!handle.node_) return handle.state_->tree.document();
+  if (!handle.node_) return handle.state_->content().tree.document();
   return static_cast<TreeNode*>(handle.node_);
 }
 
@@ -107,7 +172,43 @@ const std::shared_ptr<DocumentState>& DocumentState::stateOf(const Node& handle)
 Node DocumentState::handle(const std::shared_ptr<DocumentState>& state, TreeNode* node) {
   if (!node) return {};
   // The document has no address of its own in a handle: a load gives it another node.
-  return Node(state, node == state->tree.document() ? nullptr : node);
+  return Node(state, node == state->content().tree.document() ? nullptr : node);
+}
+
+NodePlace DocumentState::placeOf(const Node& handle) {
+  NodePlace place;
+  if (handle) place.node_ = target(handle);
+  return place;
+}
+
+Node DocumentState::nodeAt(const Document& objDocument, NodePlace place) {
+  target(objDocument);
+  return handle(objDocument.state_,
+                const_cast<TreeNode*>(static_cast<const TreeNode*>(place.node_)));
+}
+
+Document DocumentState::withoutFaults(const Document& objDocument) {
+  const std::shared_ptr<DocumentState>& state = objDocument.state_;
+  DocumentSettings settings = state->settings;
+  settings.faults = nullptr;
+  settings.blnReadOnly = true;
+  auto view = std::make_shared<DocumentState>(settings, state->blnFragment);
+  view->shared_ = std::shared_ptr<const DocumentContent>(state, &state->content());
+  view->selectionNamespaces = state->selectionNamespaces;
+  return Document(std::move(view), nullptr);
+}
+
+NodePlace placeOf(const Node& objNode) { return DocumentState::placeOf(objNode); }
+
+Node nodeAt(const Document& objDocument, NodePlace place) {
+  return DocumentState::nodeAt(objDocument, place);
+}
+
+const void* derived(const Document& objDocument, DerivedData::Maker maker) {
+  DocumentState::target(objDocument);
+  const DerivedData& kept = DocumentState::stateOf(objDocument)->content().derived;
+  if (const void* value = kept.find(maker)) return value;
+  return kept.keep(maker, maker(DocumentState::withoutFaults(objDocument)));
 }
 
 void refuse(std::string_view strReason) { throw RuntimeError(kXmlFailure, strReason); }

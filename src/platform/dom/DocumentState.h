@@ -1,10 +1,13 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string_view>
 
+#include "platform/dom/Derived.h"
+#include "platform/dom/DerivedData.h"
 #include "platform/dom/Document.h"
 #include "platform/dom/Node.h"
 #include "platform/fault/InjectedFault.h"
@@ -18,6 +21,20 @@
 
 namespace Varnel_Tolv_XML_Creation {
 
+/// What a document holds, and what helps to find it.
+struct DocumentContent {
+  /// Lets `fill` make a document, null for an empty one, and puts it in place of the one before,
+  /// which stays when `blnKeepBefore`. Whether it made one. What it raises leaves all as it was.
+  bool replace(std::size_t lngExpected, bool blnKeepBefore,
+               const std::function<TreeNode*(Tree& tree)>& fill);
+
+  Tree tree;
+  LazyIdIndex idIndex;
+  ChildNameIndex childNames;
+  LibraryTreeCache libraryTree;
+  DerivedData derived;
+};
+
 /// What the handles of one document share. Its tree owns every node that a handle can point to,
 /// until the last handle goes: those of the document, those of a document that a load replaced, and
 /// those that stand in none, because they were made and not yet placed, or taken out.
@@ -27,11 +44,20 @@ struct DocumentState {
   DocumentState(const DocumentState&) = delete;
   DocumentState& operator=(const DocumentState&) = delete;
 
+  /// What the file at `strLocation` holds, from `cache` where it has it; null, with the reason in
+  /// `error`, when it cannot be read or parsed.
+  static std::shared_ptr<const DocumentContent> read(FileCache& cache, std::string_view strLocation,
+                                                     std::size_t lngMaxBytes, ParseError& error);
+
   /// Takes what `strText` holds in place of the content, or nothing where that is none or refused;
   /// `error` tells why there is none. Whether it was taken. The earlier content stays for the
   /// handles to it, unless there are none.
   bool load(std::optional<std::string_view> strText, XmlEncoding encoding, ParseError error,
             bool blnHandlesExist);
+
+  /// The same with content that was loaded before: a read-only document shares it, another gets a
+  /// copy. kXmlFailure for a read-only one to which there are handles.
+  bool take(std::shared_ptr<const DocumentContent> loaded, ParseError error, bool blnHandlesExist);
 
   /// Whether the test wants an operation to give nothing. Raises when it wants an error.
   bool givesNothing(DomOperation operation) const;
@@ -50,6 +76,12 @@ struct DocumentState {
   /// What a selection at `node` needs. `strXPath` tells whether an index would help.
   SelectionContext selectionContext(TreeNode* node, std::string_view strXPath) const;
 
+  static NodePlace placeOf(const Node& handle);
+  static Node nodeAt(const Document& objDocument, NodePlace place);
+
+  /// A document that shares the content of this one, for as long as it lives, and has no faults.
+  static Document withoutFaults(const Document& objDocument);
+
   /// What a handle points to. Run-time error 91 for Nothing.
   static TreeNode* target(const Node& handle);
 
@@ -61,16 +93,20 @@ struct DocumentState {
   /// A handle to a node; Nothing for null.
   static Node handle(const std::shared_ptr<DocumentState>& state, TreeNode* node);
 
+  const DocumentContent& content() const noexcept { return shared_ ? *shared_ : own_; }
+
+  /// The content to be changed. kXmlFailure for a document that is read-only.
+  DocumentContent& changeable();
+
   const DocumentSettings settings;
   const bool blnFragment;
-  Tree tree;
   ParseError parseError;
   std::shared_ptr<const SelectionNamespaces> selectionNamespaces;  // null: none were set
-  LazyIdIndex idIndex;
-  ChildNameIndex childNames;
-  LibraryTreeCache libraryTree;
 
  private:
+  DocumentContent own_;
+  std::shared_ptr<const DocumentContent> shared_;  // null: it has its own
+
   std::size_t lngWrittenBytes_ = 0;  // by writes since the content was loaded
 };
 

@@ -78,7 +78,7 @@ bool Node::hasText() const {
 std::string Node::xml() const {
   const TreeNode* node = DocumentState::target(*this);
   if (state_->givesNothing(DomOperation::serialise)) return {};
-  return serialiseXml(state_->tree, node);
+  return serialiseXml(state_->content().tree, node);
 }
 
 bool Node::hasChildNodes() const { return firstChild(DocumentState::target(*this)) != nullptr; }
@@ -144,9 +144,11 @@ Node Node::cloneNode(bool blnDeep) const {
   if (state_->givesNothing(DomOperation::cloneNode)) return {};
   if (node->kind == NodeKind::documentType) refuse("A document type is not copied by itself.");
 
-  auto state = std::make_shared<DocumentState>(state_->settings, !isDocument(node));
+  DocumentSettings settings = state_->settings;
+  settings.blnReadOnly = false;
+  auto state = std::make_shared<DocumentState>(settings, !isDocument(node));
   state->selectionNamespaces = state_->selectionNamespaces;
-  Tree& tree = state->tree;
+  Tree& tree = state->changeable().tree;
   if (isAttribute(node)) return Node(state, copyNode(node, true, tree));
   if (!isDocument(node)) {
     TreeNode* const copy = copyNode(node, blnDeep, tree);

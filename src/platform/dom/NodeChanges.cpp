@@ -30,20 +30,22 @@ bool holdsId(const TreeNode* top) {
 }
 
 void setValue(DocumentState& state, TreeNode* leaf, std::string_view strValue) {
+  DocumentContent& content = state.changeable();
   state.grow(strValue.size(), leaf->lngSize);
   state.changing(leaf->parent, isAttribute(leaf) && isId(leaf));
-  state.tree.setValue(leaf, strValue);
+  content.tree.setValue(leaf, strValue);
 }
 
 void setContent(DocumentState& state, TreeNode* element, std::string_view strText) {
-  TreeNode* const text = state.tree.newLeaf(NodeKind::text, nullptr, strText);
+  DocumentContent& content = state.changeable();
+  TreeNode* const text = content.tree.newLeaf(NodeKind::text, nullptr, strText);
   state.grow(strText.size());  // what it replaces stays for the handles to it
   bool blnIds = false;
   for (const TreeNode* child = element->first; child; child = child->next) {
     blnIds = blnIds || holdsId(child);
   }
   state.changing(element, blnIds);
-  state.childNames.emptying(element);
+  content.childNames.emptying(element);
   while (element->first) unlinkNode(element->first);
   linkNode(element, text, nullptr);
 }
@@ -122,9 +124,9 @@ void requirePlace(const TreeNode* parent, const TreeNode* child, const TreeNode*
 }
 
 /// Takes a node out of the tree of its own document, which keeps it.
-void takeOut(DocumentState& state, TreeNode* node) noexcept {
+void takeOut(DocumentState& state, DocumentContent& content, TreeNode* node) noexcept {
   state.changing(node->parent, holdsId(node));
-  state.childNames.removing(node);
+  content.childNames.removing(node);
   unlinkNode(node);
 }
 
@@ -136,12 +138,14 @@ Node place(const Node& objParent, const Node& objChild, TreeNode* before) {
   requirePlace(parent, child, before);
   if (child == before) return objChild;
 
-  TreeNode* const placed = &source == state.get() ? child : copyNode(child, true, state->tree);
-  state->childNames.prepare(parent, placed);
-  takeOut(source, child);
+  DocumentContent& content = state->changeable();
+  DocumentContent& sourceContent = source.changeable();
+  TreeNode* const placed = &source == state.get() ? child : copyNode(child, true, content.tree);
+  content.childNames.prepare(parent, placed);
+  takeOut(source, sourceContent, child);
   state->changing(parent, placed != child && holdsId(placed));
   linkNode(parent, placed, before);
-  state->childNames.added(placed);
+  content.childNames.added(placed);
   return DocumentState::handle(state, placed);
 }
 
@@ -172,7 +176,7 @@ void Node::setAttribute(std::string_view strName, std::string_view strValue) con
   if (TreeNode* attribute = findAttribute(element, strName)) {
     return setValue(*state_, attribute, strValue);
   }
-  Tree& tree = state_->tree;
+  Tree& tree = state_->changeable().tree;
   TreeNode* attribute = tree.newLeaf(NodeKind::attribute, tree.name({}, strName, {}), strValue);
   state_->grow(strValue.size());
   state_->changing(element, isId(attribute));
@@ -182,6 +186,7 @@ void Node::setAttribute(std::string_view strName, std::string_view strValue) con
 void Node::removeAttribute(std::string_view strName) const {
   TreeNode* element = DocumentState::targetElement(*this);
   state_->mayFail(DomOperation::removeAttribute);
+  state_->changeable();
   TreeNode* attribute = findAttribute(element, strName);
   if (!attribute) return;
   state_->changing(element, isId(attribute));
@@ -208,7 +213,7 @@ Node Node::removeChild(const Node& objChild) const {
   TreeNode* child = DocumentState::target(objChild);
   if (state_->givesNothing(DomOperation::removeChild)) return {};
   if (child->parent != parent || isAttribute(child)) throw RuntimeError(kInvalidArgument);
-  takeOut(*state_, child);
+  takeOut(*state_, state_->changeable(), child);
   return objChild;
 }
 

@@ -48,7 +48,7 @@ std::shared_ptr<const void> FileCache::get(std::string_view strName,
   if (kept && kept->files.unchanged()) return kept->value;
 
   const auto made = std::make_shared<const Made>(make());
-  const bool blnKeep = made->files.settled() && made->lngBytes <= cache.lngMaxBytes;
+  const bool blnKeep = made->value && made->lngBytes <= cache.lngMaxBytes && made->files.settled();
   Impl::Entries fresh;
   if (blnKeep) fresh.push_back({std::string(strName), made});
 

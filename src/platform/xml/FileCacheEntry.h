@@ -10,9 +10,9 @@ namespace Varnel_Tolv_XML_Creation {
 
 /// Something that may be kept.
 struct FileCache::Made {
-  std::shared_ptr<const void> value;
-  FilesRead files;           // what it was made of
-  std::size_t lngBytes = 0;  // the memory that it takes, about
+  std::shared_ptr<const void> value;  // null: nothing could be made, so nothing is kept
+  FilesRead files;                    // what it was made of
+  std::size_t lngBytes = 0;           // the memory that it takes, about
 };
 
 }  // namespace Varnel_Tolv_XML_Creation

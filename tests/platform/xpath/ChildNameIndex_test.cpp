@@ -39,8 +39,8 @@ Node confirmed(const Node& objFrom, const std::string& strXPath) {
 std::optional<ChildNameIndex::Match> known(const Node& objParent, std::string_view strLocal,
                                            std::string_view strUri = {}) {
   const DocumentState& state = *DocumentState::stateOf(objParent);
-  return state.childNames.find(DocumentState::target(objParent),
-                               state.tree.names().find(strLocal, strUri));
+  return state.content().childNames.find(DocumentState::target(objParent),
+                               state.content().tree.names().find(strLocal, strUri));
 }
 
 TEST(ChildNameIndex, KnowsManyChildrenAfterALoadAndFewAtAnyTime) {

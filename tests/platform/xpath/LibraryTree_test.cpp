@@ -15,7 +15,7 @@ namespace {
 
 std::string kept(const Document& objDocument) {
   const DocumentState& state = *DocumentState::stateOf(objDocument);
-  return told(state.libraryTree.get(state.tree.document())->document());
+  return told(state.content().libraryTree.get(state.content().tree.document())->document());
 }
 
 std::string fresh(const Document& objDocument) {
@@ -25,15 +25,15 @@ std::string fresh(const Document& objDocument) {
 TEST(LibraryTree, IsTheSameOneWhileNothingChanges) {
   const Document objDocument = loaded("<a><b/></a>");
   const DocumentState& state = *DocumentState::stateOf(objDocument);
-  const auto tree = state.libraryTree.get(state.tree.document());
-  EXPECT_EQ(state.libraryTree.get(state.tree.document()), tree);
+  const auto tree = state.content().libraryTree.get(state.content().tree.document());
+  EXPECT_EQ(state.content().libraryTree.get(state.content().tree.document()), tree);
 }
 
 TEST(LibraryTree, FollowsWhatIsWrittenWithoutACopyOfTheRest) {
   const Document objDocument = loaded("<a x='1'><b>t</b><c/><d/></a>");
   const Node objRoot = objDocument.documentElement();
   const DocumentState& state = *DocumentState::stateOf(objDocument);
-  const auto* const before = state.libraryTree.get(state.tree.document()).get();
+  const auto* const before = state.content().libraryTree.get(state.content().tree.document()).get();
   objRoot.appendChild(objDocument.createElement("e")).setText("new");
   objRoot.insertBefore(objDocument.createElement("f"), objRoot.childNodes()->item(1));
   objRoot.removeChild(objRoot.selectSingleNode("d"));
@@ -41,7 +41,7 @@ TEST(LibraryTree, FollowsWhatIsWrittenWithoutACopyOfTheRest) {
   objRoot.selectSingleNode("c").setAttribute("y", "2");
   objRoot.setAttribute("x", "3");
   EXPECT_EQ(kept(objDocument), fresh(objDocument));
-  EXPECT_EQ(state.libraryTree.get(state.tree.document()).get(), before);
+  EXPECT_EQ(state.content().libraryTree.get(state.content().tree.document()).get(), before);
   EXPECT_EQ(objRoot.selectSingleNode("f[last()]/following-sibling::c/@y").text(), "2");
 }
 

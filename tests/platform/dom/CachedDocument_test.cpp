@@ -1,0 +1,191 @@
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <thread>
+
+#include "platform/dom/Derived.h"
+#include "platform/dom/DomTesting.h"
+#include "platform/xml/FileCache.h"
+#include "platform/xml/FilesRead.h"
+#include "support/Documents.h"
+#include "support/Faults.h"
+
+namespace Varnel_Tolv_XML_Creation {
+namespace {
+
+/// Documents that are loaded by way of a cache.
+class CachedDocument : public testing::Test {
+ protected:
+  std::string write(const std::string& strName, const std::string& strText) const {
+    std::string strPath = directory_.file(strName, strText);
+    FilesRead files;
+    files.add(strPath, stampOf(strPath));
+    while (!files.settled()) std::this_thread::yield();
+    return strPath;
+  }
+
+  Document loadedFrom(const std::string& strPath, bool blnReadOnly) {
+    Document objDocument = Document::create({.cache = &cache_, .blnReadOnly = blnReadOnly});
+    EXPECT_TRUE(objDocument.load(strPath)) << objDocument.parseError().reason;
+    return objDocument;
+  }
+
+  const test::TemporaryDirectory directory_;
+  FileCache cache_;
+};
+
+TEST_F(CachedDocument, IsTheSameAsOneThatWasParsed) {
+  const std::string strText =
+      "<?xml version=\"1.0\"?>\r\n<!-- c --><p:a xmlns:p='urn:p' id='1'> <b> x "
+      "</b><![CDATA[<]]></p:a>";
+  const std::string strPath = write("a.xml", strText);
+  const Document objParsed = Document::create();
+  ASSERT_TRUE(objParsed.load(strPath));
+  for (int lngTime = 0; lngTime < 2; ++lngTime) {
+    for (const bool blnReadOnly : {false, true}) {
+      const Document objDocument = loadedFrom(strPath, blnReadOnly);
+      EXPECT_EQ(objDocument.xml(), objParsed.xml());
+      EXPECT_EQ(objDocument.parseError().errorCode, 0);
+      objDocument.setSelectionNamespaces("xmlns:q='urn:p'");
+      EXPECT_EQ(objDocument.selectSingleNode("//q:a[@id='1']/b").text(), " x ");
+      EXPECT_EQ(objDocument.selectNodes("//b[contains(., 'x')]")->length(), 1);
+    }
+  }
+}
+
+TEST_F(CachedDocument, ChangesForItselfAlone) {
+  const std::string strPath = write("a.xml", "<a id='1'><b/></a>");
+  const Document objFirst = loadedFrom(strPath, false);
+  const Document objOther = loadedFrom(strPath, false);
+  objFirst.documentElement().setAttribute("id", "2");
+  objFirst.selectSingleNode("/a/b").setText("text");
+  objFirst.documentElement().appendChild(objFirst.createElement("c"));
+  EXPECT_EQ(objFirst.documentElement().xml(), "<a id=\"2\"><b>text</b><c/></a>");
+  EXPECT_EQ(objOther.documentElement().xml(), "<a id=\"1\"><b/></a>");
+  EXPECT_EQ(loadedFrom(strPath, true).documentElement().xml(), "<a id=\"1\"><b/></a>");
+}
+
+TEST_F(CachedDocument, IsNotChangedWhenItIsReadOnly) {
+  const std::string strPath = write("a.xml", "<a id='1'><b>t</b></a>");
+  const Document objDocument = loadedFrom(strPath, true);
+  const Document objOther = loaded("<o/>");
+  const Node objRoot = objDocument.documentElement();
+  const Node objChild = objRoot.selectSingleNode("b");
+  const auto refused = [](const auto& change) { descriptionOf(kXmlFailure, change); };
+  refused([&] { objRoot.setAttribute("id", "2"); });
+  refused([&] { objRoot.setAttribute("new", "2"); });
+  refused([&] { objRoot.removeAttribute("id"); });
+  refused([&] { objRoot.getNamedItem("id").setText("2"); });
+  refused([&] { objChild.setText("2"); });
+  refused([&] { objRoot.removeChild(objChild); });
+  refused([&] { objRoot.appendChild(objOther.createElement("c")); });
+  refused([&] { objRoot.insertBefore(objOther.createElement("c"), objChild); });
+  refused([&] { objOther.documentElement().appendChild(objChild); });
+  refused([&] { objDocument.createElement("c"); });
+  refused([&] { objDocument.createNode(NodeType::element, "c", "urn:c"); });
+  EXPECT_EQ(objRoot.xml(), "<a id=\"1\"><b>t</b></a>");
+
+  const Node objClone = objRoot.cloneNode(true);  // that is nobody else's
+  objClone.setAttribute("id", "2");
+  EXPECT_EQ(objClone.xml(), "<a id=\"2\"><b>t</b></a>");
+}
+
+TEST_F(CachedDocument, StaysAsItIsWhenItIsReadOnlyAndInUse) {
+  const std::string strPath = write("a.xml", "<a/>");
+  const Document objDocument = loadedFrom(strPath, true);
+  {
+    const Node objRoot = objDocument.documentElement();
+    descriptionOf(kXmlFailure, [&] { objDocument.load(strPath); });
+    EXPECT_EQ(objRoot.xml(), "<a/>");
+  }
+  EXPECT_TRUE(objDocument.load(write("b.xml", "<b/>")));
+  EXPECT_EQ(objDocument.documentElement().nodeName(), "b");
+}
+
+TEST_F(CachedDocument, TellsWhyAFileIsRefusedEachTime) {
+  const std::string strPath = write("a.xml", "<a>");
+  for (int lngTime = 0; lngTime < 2; ++lngTime) {
+    for (const bool blnReadOnly : {false, true}) {
+      const Document objDocument = Document::create({.cache = &cache_, .blnReadOnly = blnReadOnly});
+      EXPECT_FALSE(objDocument.load(strPath));
+      EXPECT_NE(objDocument.parseError().errorCode, 0);
+      EXPECT_FALSE(objDocument.documentElement());
+    }
+  }
+  write("a.xml", "<a/>");
+  EXPECT_EQ(loadedFrom(strPath, true).documentElement().nodeName(), "a");
+}
+
+TEST_F(CachedDocument, IsReadAgainWhenItsLimitIsAnother) {
+  const std::string strPath = write("a.xml", "<a>0123456789</a>");
+  loadedFrom(strPath, true);
+  const Document objSmall = Document::create({.lngMaxBytes = 10, .cache = &cache_});
+  EXPECT_FALSE(objSmall.load(strPath));
+}
+
+/// The number of elements of a document, and how often it was found out.
+struct ElementCount {
+  explicit ElementCount(const Document& objDocument)
+      : lngCount(objDocument.selectNodes("//*")->length()),
+        placeOfFirst(placeOf(objDocument.documentElement())) {
+    ++lngMade;
+  }
+  std::size_t lngCount;
+  NodePlace placeOfFirst;
+  static inline std::atomic<int> lngMade = 0;
+};
+
+TEST_F(CachedDocument, KeepsWhatWasFoundOutAboutItWhileNothingChanges) {
+  ElementCount::lngMade = 0;
+  const Document objDocument = loaded("<a><b/></a>");
+  EXPECT_EQ(derivedFrom<ElementCount>(objDocument).lngCount, 2);
+  EXPECT_EQ(derivedFrom<ElementCount>(objDocument).lngCount, 2);
+  EXPECT_EQ(ElementCount::lngMade, 1);
+  EXPECT_EQ(nodeAt(objDocument, derivedFrom<ElementCount>(objDocument).placeOfFirst),
+            objDocument.documentElement());
+  EXPECT_FALSE(nodeAt(objDocument, NodePlace()));
+
+  objDocument.documentElement().appendChild(objDocument.createElement("c"));
+  EXPECT_EQ(derivedFrom<ElementCount>(objDocument).lngCount, 3);
+  objDocument.documentElement().removeChild(objDocument.selectSingleNode("/a/b"));
+  EXPECT_EQ(derivedFrom<ElementCount>(objDocument).lngCount, 2);
+  objDocument.loadXML("<a/>");
+  EXPECT_EQ(derivedFrom<ElementCount>(objDocument).lngCount, 1);
+  EXPECT_EQ(ElementCount::lngMade, 4);
+}
+
+TEST_F(CachedDocument, SharesWhatWasFoundOutAboutTheFile) {
+  ElementCount::lngMade = 0;
+  const std::string strPath = write("a.xml", "<a><b/></a>");
+  const Document objFirst = loadedFrom(strPath, true);
+  const Document objOther = loadedFrom(strPath, true);
+  EXPECT_EQ(&derivedFrom<ElementCount>(objFirst), &derivedFrom<ElementCount>(objOther));
+  EXPECT_EQ(ElementCount::lngMade, 1);
+}
+
+TEST_F(CachedDocument, HasNoFaultsWhileSomethingIsFoundOut) {
+  test::FaultAt faults(DomOperation::select, Fault::error);
+  const Document objDocument = Document::create({.faults = &faults});
+  objDocument.loadXML("<a/>");
+  EXPECT_EQ(derivedFrom<ElementCount>(objDocument).lngCount, 1);
+  EXPECT_THROW(objDocument.selectNodes("//*"), RuntimeError);
+}
+
+TEST_F(CachedDocument, MayBeAskedByManyThreads) {
+  const std::string strPath = write("a.xml", "<a><b id='1'/><b id='2'/></a>");
+  const auto ask = [&] {
+    for (int lngTime = 0; lngTime < 200; ++lngTime) {
+      const Document objDocument = loadedFrom(strPath, true);
+      EXPECT_EQ(derivedFrom<ElementCount>(objDocument).lngCount, 3);
+      EXPECT_EQ(objDocument.selectNodes("//b[@id='2']")->length(), 1);
+      EXPECT_EQ(objDocument.selectNodes("//b[position()=2]")->length(), 1);
+    }
+  };
+  std::thread one(ask);
+  std::thread two(ask);
+  one.join();
+  two.join();
+}
+
+}  // namespace
+}  // namespace Varnel_Tolv_XML_Creation

@@ -41,7 +41,7 @@ void placeCell(const Session& session, const Node& objModel, const Node& objColu
   }
   const Node objAdditionalInfo = objModel.selectSingleNode("pbr:AdditionalInfo");
   if (!objAdditionalInfo) return;  // the cell has no place in the message
-  const Node objCopy = objAdditionalInfo.cloneNode(true);
+  const Node objCopy = objAdditionalInfo.cloneFor(objAdditionalInfo, true);
   objCopy.setText(strValue);
   objCopy.setAttribute(kId, strColumnId);
   required(objAdditionalInfo.parentNode().appendChild(objCopy));
@@ -93,7 +93,7 @@ Acknowledge AddComplexTypeFromTableRows(const Session& session, const Document& 
     }
     for (const Node& objRow : *colRows) {
       const std::string strRowId = attributeText(objRow, kId);
-      const Node objModel = objComplexType.cloneNode(true);
+      const Node objModel = objComplexType.cloneFor(objParentNode, true);
       if (!objModel) {
         return Failure(SVC_RET_XML_CREATION_CMPLX_TYPE_CLONE_FAILED,
                        "Cloning the complex type has failed", kUserMessage);

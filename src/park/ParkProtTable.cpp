@@ -112,7 +112,7 @@ class TableParking {
   const bool blnFixed_;
   const bool blnNumbered_;
   const std::int32_t lngRowCount_;
-  const Document objScratch_ = session_.newDocument();
+  const Document objDocument_ = objTable_.ownerDocument();
   std::optional<std::vector<CellDefinition>> cells_;  // read with the first row
   bool blnOnlyRowBlank_ = false;
 };
@@ -156,7 +156,7 @@ Acknowledge TableParking::parkGridRows() {
 Acknowledge TableParking::parkNewRow(std::int32_t lngRow) {
   Node objRow;
   if (!cells_) {
-    objRow = objScratch_.createElement(kRow);
+    objRow = objDocument_.createElement(kRow);
     if (!objRow) return rowMissing();
   }
   Acknowledge objAck = readDefinitions();
@@ -167,7 +167,7 @@ Acknowledge TableParking::parkNewRow(std::int32_t lngRow) {
   noteBlank(row);
   if (row.blnBlank) return {};
 
-  if (!objRow) objRow = objScratch_.createElement(kRow);
+  if (!objRow) objRow = objDocument_.createElement(kRow);
   if (!objRow) return rowMissing();
   if (blnNumbered_) objRow.setAttribute(kId, std::to_string(lngRow));
   for (std::size_t lngCell = 0; lngCell < cells_->size(); ++lngCell) {
@@ -205,7 +205,7 @@ Acknowledge TableParking::readRow(std::int32_t lngRow, RowValues& row) const {
 /// Adds a copy of a definition with the value that was read for it.
 Acknowledge TableParking::addCell(const Node& objRow, std::size_t lngCell,
                                   const RowValues& row) const {
-  const Node objCopy = (*cells_)[lngCell].objColumn.cloneNode(true);
+  const Node objCopy = (*cells_)[lngCell].objColumn.cloneFor(objTable_, true);
   if (!objCopy) {
     return Failure(SVC_RET_XML_CREATION_CLONE_CLMN_NODE_FAILED, "Cloning the column node failed",
                    "An error occurred cloning the column node");

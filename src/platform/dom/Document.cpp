@@ -33,6 +33,11 @@ Document Document::create(const DocumentSettings& settings) {
   return objDocument;
 }
 
+Document Node::ownerDocument() const {
+  DocumentState::target(*this);
+  return Document(state_, nullptr);
+}
+
 bool Document::load(std::string_view strLocation) const {
   DocumentState::target(*this);
   if (state_->givesNothing(DomOperation::load)) return false;

@@ -64,6 +64,7 @@ class Document : public Node {
   Node createNode(NodeType type, std::string_view strName, std::string_view strNamespaceUri) const;
 
  private:
+  friend class Node;
   friend struct DocumentState;
   using Node::Node;
 };

@@ -23,7 +23,13 @@ bool looksForId(std::string_view strXPath) {
 }  // namespace
 
 DocumentState::DocumentState(const DocumentSettings& documentSettings, bool blnTopOnly)
-    : settings(documentSettings), blnFragment(blnTopOnly) {}
+    : settings(documentSettings), blnFragment(blnTopOnly), content_(&own_.emplace()) {}
+
+DocumentState::DocumentState(const DocumentSettings& documentSettings,
+                             std::shared_ptr<DocumentState> host)
+    : settings(documentSettings), blnFragment(true), content_(&host->changeable()) {
+  shared_ = std::shared_ptr<const DocumentContent>(std::move(host), content_);
+}
 
 bool DocumentContent::replace(std::size_t lngExpected, bool blnKeepBefore,
                               const std::function<TreeNode*(Tree& tree)>& fill) {
@@ -80,7 +86,7 @@ std::shared_ptr<const DocumentContent> DocumentState::read(FileCache& cache,
 bool DocumentState::load(std::optional<std::string_view> strText, XmlEncoding encoding,
                          ParseError error, bool blnHandlesExist) {
   const bool blnLoaded =
-      own_.replace(strText ? strText->size() : 0, blnHandlesExist, [&](Tree& tree) -> TreeNode* {
+      own_->replace(strText ? strText->size() : 0, blnHandlesExist, [&](Tree& tree) -> TreeNode* {
         return strText ? loadTree(tree, *strText, encoding, error) : nullptr;
       });
   parseError = std::move(error);
@@ -93,10 +99,11 @@ bool DocumentState::take(std::shared_ptr<const DocumentContent> loaded, ParseErr
   const bool blnLoaded = loaded != nullptr;
   if (settings.blnReadOnly) {
     if (blnHandlesExist) refuse("A read-only document to which there are handles stays as it is.");
+    own_->replace(0, false, [](Tree&) { return nullptr; });
     shared_ = std::move(loaded);
-    if (!shared_) own_.replace(0, false, [](Tree&) { return nullptr; });
+    content_ = shared_ ? shared_.get() : &*own_;
   } else {
-    own_.replace(0, blnHandlesExist, [&](Tree& tree) -> TreeNode* {
+    own_->replace(0, blnHandlesExist, [&](Tree& tree) -> TreeNode* {
       if (!loaded) return nullptr;
       TreeNode* const document = tree.newDocument();
       const TreeNode* child = loaded->tree.document()->first;
@@ -111,7 +118,7 @@ bool DocumentState::take(std::shared_ptr<const DocumentContent> loaded, ParseErr
 
 DocumentContent& DocumentState::changeable() {
   if (settings.blnReadOnly) refuse("The document is read-only.");
-  return own_;
+  return const_cast<DocumentContent&>(*content_);  // only read-only documents share it with others
 }
 
 bool DocumentState::givesNothing(DomOperation operation) const {
@@ -120,6 +127,12 @@ bool DocumentState::givesNothing(DomOperation operation) const {
 
 void DocumentState::mayFail(DomOperation operation) const {
   Varnel_Tolv_XML_Creation::mayFail(settings.faults, operation);
+}
+
+DocumentSettings DocumentState::settingsOfCopy() const {
+  DocumentSettings copied = settings;
+  copied.blnReadOnly = false;
+  return copied;
 }
 
 void DocumentState::grow(std::size_t lngBytes, std::size_t lngBefore) {
@@ -131,9 +144,12 @@ void DocumentState::grow(std::size_t lngBytes, std::size_t lngBefore) {
 }
 
 void DocumentState::changing(const TreeNode* parent, bool blnIds) noexcept {
-  own_.libraryTree.changed(parent);
-  own_.derived.drop();
-  if (blnIds) own_.idIndex.drop();
+  auto& content = const_cast<DocumentContent&>(*content_);
+  content.derived.drop();
+  if (!blnIds && !content.libraryTree.isKept()) return;
+  if (!parent || topOf(parent) != content.tree.document()) return;
+  content.libraryTree.changed(parent);
+  if (blnIds) content.idIndex.drop();
 }
 
 SelectionContext DocumentState::selectionContext(TreeNode* node, std::string_view strXPath) const {
@@ -193,7 +209,8 @@ Document DocumentState::withoutFaults(const Document& objDocument) {
   settings.faults = nullptr;
   settings.blnReadOnly = true;
   auto view = std::make_shared<DocumentState>(settings, state->blnFragment);
-  view->shared_ = std::shared_ptr<const DocumentContent>(state, &state->content());
+  view->shared_ = std::shared_ptr<const DocumentContent>(state, state->content_);
+  view->content_ = state->content_;
   view->selectionNamespaces = state->selectionNamespaces;
   return Document(std::move(view), nullptr);
 }

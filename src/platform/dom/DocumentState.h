@@ -41,6 +41,9 @@ struct DocumentContent {
 struct DocumentState {
   /// `blnTopOnly`: the tree is a fragment, so its document node is hidden.
   explicit DocumentState(const DocumentSettings& documentSettings, bool blnTopOnly = false);
+
+  /// For a fragment that will stand in the content of `host`, and is made there.
+  DocumentState(const DocumentSettings& documentSettings, std::shared_ptr<DocumentState> host);
   DocumentState(const DocumentState&) = delete;
   DocumentState& operator=(const DocumentState&) = delete;
 
@@ -65,12 +68,16 @@ struct DocumentState {
   /// The same for an operation without a result, where nothing can only be an error.
   void mayFail(DomOperation operation) const;
 
+  /// The settings of a copy, which is never read-only.
+  DocumentSettings settingsOfCopy() const;
+
   /// Accounts for text that is about to be written, in place of `lngBefore` bytes that go. Refuses,
   /// with kXmlFailure, to write more than an input may hold.
   void grow(std::size_t lngBytes, std::size_t lngBefore = 0);
 
   /// To be called before children, attributes or text of `parent`, null for none, change; `blnIds`:
-  /// that concerns elements with an attribute `id`, that attribute included.
+  /// that concerns elements with an attribute `id`, that attribute included. What stands nowhere in
+  /// the document concerns none of its indexes.
   void changing(const TreeNode* parent, bool blnIds) noexcept;
 
   /// What a selection at `node` needs. `strXPath` tells whether an index would help.
@@ -93,7 +100,7 @@ struct DocumentState {
   /// A handle to a node; Nothing for null.
   static Node handle(const std::shared_ptr<DocumentState>& state, TreeNode* node);
 
-  const DocumentContent& content() const noexcept { return shared_ ? *shared_ : own_; }
+  const DocumentContent& content() const noexcept { return *content_; }
 
   /// The content to be changed. kXmlFailure for a document that is read-only.
   DocumentContent& changeable();
@@ -104,8 +111,9 @@ struct DocumentState {
   std::shared_ptr<const SelectionNamespaces> selectionNamespaces;  // null: none were set
 
  private:
-  DocumentContent own_;
-  std::shared_ptr<const DocumentContent> shared_;  // null: it has its own
+  std::optional<DocumentContent> own_;
+  std::shared_ptr<const DocumentContent> shared_;  // whose content it uses, if it has not its own
+  const DocumentContent* content_ = nullptr;
 
   std::size_t lngWrittenBytes_ = 0;  // by writes since the content was loaded
 };

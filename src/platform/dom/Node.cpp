@@ -144,9 +144,7 @@ Node Node::cloneNode(bool blnDeep) const {
   if (state_->givesNothing(DomOperation::cloneNode)) return {};
   if (node->kind == NodeKind::documentType) refuse("A document type is not copied by itself.");
 
-  DocumentSettings settings = state_->settings;
-  settings.blnReadOnly = false;
-  auto state = std::make_shared<DocumentState>(settings, !isDocument(node));
+  auto state = std::make_shared<DocumentState>(state_->settingsOfCopy(), !isDocument(node));
   state->selectionNamespaces = state_->selectionNamespaces;
   Tree& tree = state->changeable().tree;
   if (isAttribute(node)) return Node(state, copyNode(node, true, tree));
@@ -159,6 +157,17 @@ Node Node::cloneNode(bool blnDeep) const {
     linkNode(tree.document(), copyNode(child, true, tree), nullptr);
   }
   return Node(state, nullptr);
+}
+
+Node Node::cloneFor(const Node& objTarget, bool blnDeep) const {
+  const TreeNode* node = DocumentState::target(*this);
+  DocumentState::target(objTarget);
+  if (state_->givesNothing(DomOperation::cloneNode)) return {};
+  if (!isElement(node)) refuse("Only an element is copied for another document.");
+  auto state = std::make_shared<DocumentState>(state_->settingsOfCopy(), objTarget.state_);
+  state->selectionNamespaces = state_->selectionNamespaces;
+  TreeNode* const copy = copyNode(node, blnDeep, state->changeable().tree);
+  return Node(std::move(state), copy);
 }
 
 Node NodeList::item(std::size_t lngIndex) const {

@@ -78,6 +78,9 @@ class Node {
   /// The children at this moment, in order: later changes do not change the list.
   std::optional<NodeList> childNodes() const;
 
+  /// The document to which this node belongs, whether it stands in its tree or not.
+  Document ownerDocument() const;
+
   /// The parent element or document; Nothing for a node without one, the top of a clone included.
   Node parentNode() const;
 
@@ -123,6 +126,10 @@ class Node {
   /// A copy that stands alone as the top of a fragment of its own: no parent, the same selection
   /// namespaces. With `blnDeep` all that is below it is copied too. The original is only read.
   Node cloneNode(bool blnDeep) const;
+
+  /// The same for an element, made to be placed in the document of `objTarget`, which then need not
+  /// copy it once more.
+  Node cloneFor(const Node& objTarget, bool blnDeep) const;
 
  protected:
   friend class NodeList;

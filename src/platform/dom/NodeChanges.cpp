@@ -140,10 +140,10 @@ Node place(const Node& objParent, const Node& objChild, TreeNode* before) {
 
   DocumentContent& content = state->changeable();
   DocumentContent& sourceContent = source.changeable();
-  TreeNode* const placed = &source == state.get() ? child : copyNode(child, true, content.tree);
+  TreeNode* const placed = &sourceContent == &content ? child : copyNode(child, true, content.tree);
   content.childNames.prepare(parent, placed);
   takeOut(source, sourceContent, child);
-  state->changing(parent, placed != child && holdsId(placed));
+  state->changing(parent, holdsId(placed));
   linkNode(parent, placed, before);
   content.childNames.added(placed);
   return DocumentState::handle(state, placed);

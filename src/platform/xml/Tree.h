@@ -87,6 +87,9 @@ TreeNode* nextBelow(const TreeNode* node, const TreeNode* top) noexcept;
 
 /// The document, or the node without a parent, that `node` stands below.
 TreeNode* topOf(TreeNode* node) noexcept;
+inline const TreeNode* topOf(const TreeNode* node) noexcept {
+  return topOf(const_cast<TreeNode*>(node));
+}
 
 /// An attribute's value, or the concatenated text of any other node.
 std::string textOf(const TreeNode* node);

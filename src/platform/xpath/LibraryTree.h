@@ -55,6 +55,9 @@ class LibraryTreeCache {
   /// To be told of each node whose children, attributes or text change; null for none.
   void changed(const TreeNode* parent) noexcept;
 
+  /// Whether there is a copy, so that changes must be told.
+  bool isKept() const noexcept { return tree_ != nullptr; }
+
   /// To be called when the document becomes another.
   void drop() noexcept { tree_.reset(); }
 

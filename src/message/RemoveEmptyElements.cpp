@@ -1,6 +1,6 @@
 #include "message/RemoveEmptyElements.h"
 
-#include <utility>
+#include <string>
 
 #include "config/Attributes.h"
 #include "message/checkNodeForRemoval.h"
@@ -8,44 +8,52 @@
 namespace Varnel_Tolv_XML_Creation {
 namespace {
 
-constexpr std::string_view kText = "#text";
-
-/// Whether all that an element holds is one empty text.
-bool isHollow(const Node& objNode) {
-  const NodeList colChildren = required(objNode.childNodes());
-  return colChildren.length() == 1 && colChildren.item(0).nodeName() == kText && !objNode.hasText();
+/// Whether all that an element holds, of which `colChildren` are the children, is one empty text.
+bool isHollow(const NodeList& colChildren) {
+  if (colChildren.length() != 1) return false;
+  const Node objChild = colChildren.item(0);
+  return objChild.nodeType() == NodeType::text && !objChild.hasText();
 }
 
+/// `strPath` is the path of what `objNode` stands in, and is so again at the end.
 bool removeEmpty(const Session& session, const Node& objNode, const Document& objReferenceXML,
-                 std::string strPath, TextlessElements& textless) {
-  if (!objNode) return false;
-  const std::string strName = objNode.nodeName();
-  if (strName != "#document") strPath += "/" + strName;
+                 std::string& strPath, TextlessElements& textless) {
   if (!objNode.hasChildNodes()) return !objNode.hasText();
 
-  if (isHollow(objNode)) {
-    checkNodeForRemoval(session, objNode, strPath, objReferenceXML, textless);
-    return false;
-  }
+  const std::size_t lngPathAbove = strPath.size();
+  if (objNode.nodeType() != NodeType::document) strPath.append("/").append(objNode.nodeName());
   // A list taken before the walk: a child that goes does not hide the one after it.
-  for (const Node& objChild : required(objNode.childNodes())) {
-    if (!removeEmpty(session, objChild, objReferenceXML, strPath, textless)) continue;
-    const std::string strChildName = objChild.nodeName();
-    if (strChildName == kText) continue;
-    checkNodeForRemoval(session, objChild, strPath + "/" + strChildName, objReferenceXML, textless);
+  const NodeList colChildren = required(objNode.childNodes());
+  bool blnEmpty = false;
+  if (isHollow(colChildren)) {
+    checkNodeForRemoval(session, objNode, strPath, objReferenceXML, textless);
+  } else {
+    bool blnText = false;  // only a text can be what makes it hollow in the end
+    for (const Node& objChild : colChildren) {
+      const bool blnEmptyChild = removeEmpty(session, objChild, objReferenceXML, strPath, textless);
+      if (objChild.nodeType() == NodeType::text) {
+        blnText = true;
+      } else if (blnEmptyChild) {
+        checkNodeForRemoval(session, objChild, strPath + "/" + objChild.nodeName(), objReferenceXML,
+                            textless);
+      }
+    }
+    blnEmpty = !objNode.hasChildNodes();
+    if (blnText && !blnEmpty && isHollow(required(objNode.childNodes()))) {
+      checkNodeForRemoval(session, objNode, strPath, objReferenceXML, textless);
+    }
   }
-
-  if (!objNode.hasChildNodes()) return true;
-  if (isHollow(objNode)) checkNodeForRemoval(session, objNode, strPath, objReferenceXML, textless);
-  return false;
+  strPath.resize(lngPathAbove);
+  return blnEmpty;
 }
 
 }  // namespace
 
 bool RemoveEmptyElements(const Session& session, const Node& objNode,
                          const Document& objReferenceXML, std::string strPath) {
+  if (!objNode) return false;
   TextlessElements textless;
-  return removeEmpty(session, objNode, objReferenceXML, std::move(strPath), textless);
+  return removeEmpty(session, objNode, objReferenceXML, strPath, textless);
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 
+#include "platform/xml/XmlCharacters.h"
 #include "platform/xpath/ChildNameIndex.h"
 #include "platform/xpath/IdIndex.h"
 #include "platform/xpath/SelectionNamespaces.h"
@@ -17,9 +18,13 @@ constexpr bool isFirstLetter(char byte) noexcept {
   return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') || byte == '_';
 }
 
-constexpr bool isLetter(char byte) noexcept {
-  return isFirstLetter(byte) || (byte >= '0' && byte <= '9') || byte == '-' || byte == '.';
-}
+/// Which bytes may stand in a name, as a table: each byte of each path is asked about.
+constexpr auto kLetters = [] {
+  std::array<bool, 256> letters = {};
+  for (std::size_t byte = 0; byte < 0x80; ++byte)
+    letters[byte] = isNameByte(static_cast<char>(byte));
+  return letters;
+}();
 
 class PlainPath {
  public:
@@ -43,21 +48,23 @@ class PlainPath {
       strRest_.remove_prefix(lngEnd + 1);
       if (!take("]")) return false;
     }
-    return strRest_.empty() && (strId_ || !blnAnyDepth_);
+    start_ = blnAbsolute_ ? topOf(context_.node) : context_.node;
+    return strRest_.empty() && (blnAnyDepth_ || !blnAbsolute_ || isDocument(start_));
   }
 
-  std::optional<TreeNode*> follow() {
-    start_ = blnAbsolute_ ? topOf(context_.node) : context_.node;
-    if (!blnAnyDepth_ && blnAbsolute_ && !isDocument(start_)) return std::nullopt;
-    if (!strId_) return firstByNames();
-    if (context_.index != nullptr && isDocument(topOf(start_))) {
-      for (TreeNode* element : context_.index->find(*strId_)) {
-        if (isSelected(element)) return element;
-      }
-      return nullptr;
+  std::optional<TreeNode*> first() const {
+    if (!strId_ && !blnAnyDepth_) return firstByNames();
+    std::vector<TreeNode*> colFound;
+    if (!find(true, colFound)) return std::nullopt;
+    return colFound.empty() ? nullptr : colFound.front();
+  }
+
+  std::optional<std::vector<TreeNode*>> all() const {
+    std::vector<TreeNode*> colFound;
+    if (strId_ || blnAnyDepth_ ? !find(false, colFound) : !findByNames(colFound)) {
+      return std::nullopt;
     }
-    if (!blnAnyDepth_) return std::nullopt;
-    return firstBelow();
+    return colFound;
   }
 
  private:
@@ -70,7 +77,10 @@ class PlainPath {
   std::string_view takeName() noexcept {
     std::size_t lngSize = 0;
     if (!strRest_.empty() && isFirstLetter(strRest_.front())) {
-      for (lngSize = 1; lngSize < strRest_.size() && isLetter(strRest_[lngSize]);) ++lngSize;
+      do {
+        ++lngSize;
+      } while (lngSize < strRest_.size() &&
+               kLetters[static_cast<unsigned char>(strRest_[lngSize])]);
     }
     const std::string_view strName = strRest_.substr(0, lngSize);
     strRest_.remove_prefix(lngSize);
@@ -106,26 +116,57 @@ class PlainPath {
     return node != nullptr || blnOnlyWay ? std::optional(node) : std::nullopt;
   }
 
-  /// Whether the names lead from the start to an element, whose id is right.
+  /// All children of the last name of the one element to which the other names lead; false when
+  /// they lead to several.
+  bool findByNames(std::vector<TreeNode*>& colFound) const {
+    if (context_.childNames == nullptr) return false;
+    TreeNode* node = start_;
+    for (std::size_t at = 0; at + 1 < lngNames_; ++at) {
+      const auto match = context_.childNames->find(node, names_[at]);
+      if (!match || !match->blnOnly) return false;
+      node = match->first;
+      if (node == nullptr) return true;
+    }
+    const TreeName* const name = names_[lngNames_ - 1];
+    for (TreeNode* child = firstChild(node); child != nullptr; child = child->next) {
+      if (isElement(child) && child->name->plain == name) colFound.push_back(child);
+    }
+    return true;
+  }
+
+  /// By the index of ids or, where there is none and the path may begin anywhere, by looking at all
+  /// that is in the tree.
+  bool find(bool blnFirstOnly, std::vector<TreeNode*>& colFound) const {
+    if (strId_ && context_.index != nullptr && isDocument(topOf(start_))) {
+      for (TreeNode* element : context_.index->find(*strId_)) {
+        if (!isSelected(element)) continue;
+        colFound.push_back(element);
+        if (blnFirstOnly) break;
+      }
+      return true;
+    }
+    if (!blnAnyDepth_) return false;
+    WorkLimit limit;
+    TreeNode* node = isDocument(start_) ? nextBelow(start_, start_) : start_;
+    for (; node != nullptr; node = nextBelow(node, start_)) {
+      limit.count();
+      if (!isElement(node) || node->name->plain != names_[lngNames_ - 1]) continue;
+      const TreeNode* const id = strId_ ? findAttribute(node, "id") : nullptr;
+      if (strId_ && (id == nullptr || valueOf(id) != *strId_)) continue;
+      if (!isSelected(node)) continue;
+      colFound.push_back(node);
+      if (blnFirstOnly) break;
+    }
+    return true;
+  }
+
+  /// Whether the names lead to an element, from the start or from anywhere.
   bool isSelected(const TreeNode* element) const {
     const TreeNode* node = element;
     for (std::size_t at = lngNames_; at > 0; --at, node = node->parent) {
       if (node == nullptr || !isElement(node) || node->name->plain != names_[at - 1]) return false;
     }
     return blnAnyDepth_ || node == start_;
-  }
-
-  /// Without an index all that is in the tree is looked at.
-  TreeNode* firstBelow() const {
-    WorkLimit limit;
-    TreeNode* node = isDocument(start_) ? nextBelow(start_, start_) : start_;
-    for (; node != nullptr; node = nextBelow(node, start_)) {
-      limit.count();
-      if (!isElement(node) || node->name->plain != names_[lngNames_ - 1]) continue;
-      const TreeNode* const id = findAttribute(node, "id");
-      if (id != nullptr && valueOf(id) == *strId_ && isSelected(node)) return node;
-    }
-    return nullptr;
   }
 
   const SelectionContext& context_;
@@ -140,10 +181,16 @@ class PlainPath {
 
 }  // namespace
 
-std::optional<TreeNode*> followPlainPath(const SelectionContext& context,
-                                         std::string_view strXPath) {
+std::optional<TreeNode*> firstOfPlainPath(const SelectionContext& context,
+                                          std::string_view strXPath) {
   PlainPath path(context, strXPath);
-  return path.parse() ? path.follow() : std::nullopt;
+  return path.parse() ? path.first() : std::nullopt;
+}
+
+std::optional<std::vector<TreeNode*>> allOfPlainPath(const SelectionContext& context,
+                                                     std::string_view strXPath) {
+  PlainPath path(context, strXPath);
+  return path.parse() ? path.all() : std::nullopt;
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

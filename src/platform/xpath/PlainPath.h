@@ -2,20 +2,26 @@
 
 #include <optional>
 #include <string_view>
+#include <vector>
 
 #include "platform/xpath/Selection.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
-/// The first node, or null, that one of the two commonest expressions selects:
-///
-///   [ "/" ] name { "/" name } [ "[@id='...']" ]
-///   "//" name { "/" name } "[@id='...']"
-///
-/// with names in ASCII and no blank anywhere. Nothing is kept of the expression, so it costs little
-/// more than to read it. None for any other expression, one with a prefix that is not declared, and
-/// where the two indexes do not give the answer.
-std::optional<TreeNode*> followPlainPath(const SelectionContext& context,
-                                         std::string_view strXPath);
+// The commonest expressions, with names in ASCII and no blank anywhere:
+//
+//   [ "/" | "//" ] name { "/" name } [ "[@id='...']" ]
+//
+// Nothing is kept of the expression, so a selection costs little more than to read it. None for any
+// other expression, one with a prefix that is not declared, and where the indexes do not give the
+// answer.
+
+/// The first node that is selected, or null.
+std::optional<TreeNode*> firstOfPlainPath(const SelectionContext& context,
+                                          std::string_view strXPath);
+
+/// All of them, in document order.
+std::optional<std::vector<TreeNode*>> allOfPlainPath(const SelectionContext& context,
+                                                     std::string_view strXPath);
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -168,7 +168,6 @@ class Evaluation {
 
 std::vector<TreeNode*> evaluate(const SelectionContext& context, std::string_view strXPath,
                                 bool blnFirstOnly) {
-  if (context.node == nullptr) throw RuntimeError(kObjectNotSet);
   const auto path = compileLocationPath(strXPath, context.namespaces, context.tree->names());
   if (!path) return selectByLibrary(context, strXPath);
   return Evaluation(context, *path, blnFirstOnly).run();
@@ -177,12 +176,14 @@ std::vector<TreeNode*> evaluate(const SelectionContext& context, std::string_vie
 }  // namespace
 
 std::vector<TreeNode*> select(const SelectionContext& context, std::string_view strXPath) {
+  if (context.node == nullptr) throw RuntimeError(kObjectNotSet);
+  if (auto colFound = allOfPlainPath(context, strXPath)) return *std::move(colFound);
   return evaluate(context, strXPath, false);
 }
 
 TreeNode* selectFirst(const SelectionContext& context, std::string_view strXPath) {
   if (context.node == nullptr) throw RuntimeError(kObjectNotSet);
-  if (const std::optional<TreeNode*> found = followPlainPath(context, strXPath)) return *found;
+  if (const std::optional<TreeNode*> found = firstOfPlainPath(context, strXPath)) return *found;
   const auto colFound = evaluate(context, strXPath, true);
   return colFound.empty() ? nullptr : colFound.front();
 }

@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <filesystem>
 #include <initializer_list>
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "interface/BuildXML.h"
 #include "support/Documents.h"
@@ -48,15 +50,20 @@ class ExampleRun {
   using Ids = std::span<const std::string_view>;
 
   /// The whole form, or what it holds of these objects. The settings are those of every document,
-  /// the caller's own included. For the whole form no XML is touched yet.
+  /// the caller's own included. For the whole form no XML is touched yet. `folder` may be a copy of
+  /// the example's.
   explicit ExampleRun(std::string_view strForm, Ids ids = {}, TraceSink* traceSink = nullptr,
-                      const DocumentSettings& settings = {})
-      : form_(body(strForm)),
+                      const DocumentSettings& settings = {},
+                      std::filesystem::path folder = VARNEL_SOURCE_DIR "/examples/inspection",
+                      FileCache* cache = nullptr)
+      : folder_(std::move(folder)),
+        form_(body(strForm)),
         strObjectList_(ids.empty() ? textOfFile(at("object-list.xml")) : objectList(ids)) {
     host_ = {.objectContext = &context_,
              .clock = &clock_,
              .traceSink = traceSink,
-             .documentSettings = settings};
+             .documentSettings = settings,
+             .cache = cache};
   }
   ExampleRun(const ExampleRun&) = delete;
   ExampleRun& operator=(const ExampleRun&) = delete;
@@ -97,18 +104,16 @@ class ExampleRun {
   }
 
  private:
-  static std::string at(std::string_view strFile) {
-    return VARNEL_SOURCE_DIR "/examples/inspection/" + std::string(strFile);
-  }
+  std::string at(std::string_view strFile) const { return (folder_ / strFile).string(); }
 
   /// What a browser sends, without the line end of the file.
-  static std::string body(std::string_view strForm) {
+  std::string body(std::string_view strForm) const {
     std::string strBody = textOfFile(at(strForm));
     while (strBody.ends_with('\n')) strBody.pop_back();
     return strBody;
   }
 
-  static std::string objectList(Ids ids) {
+  std::string objectList(Ids ids) const {
     const Document objList = parsed(textOfFile(at("object-list.xml")));
     const NodeList colObjects = objList.documentElement().getElementsByTagName("prtobjct").value();
     for (const Node& objObject : colObjects) {
@@ -139,6 +144,7 @@ class ExampleRun {
     return strVerdict;
   }
 
+  const std::filesystem::path folder_;
   FormCollection form_;
   const std::string strObjectList_;
   const std::string strTemplate_ = at("template.xml"), strMapper_ = at("object-mapper.xml"),

@@ -2,24 +2,32 @@
 #include <exception>
 #include <iostream>
 
+#include "Counting.h"
 #include "Run.h"
 
-// Runs one size of one shape a number of times, so that an instruction counter around the whole
-// program tells the cost of a run: count twice with different numbers of runs and take the
-// difference.
+// Submits one form a number of times, each checked, and then once more with instructions counted,
+// when an instruction counter stands around the program (scripts/count-instructions).
 //
-//   counted_run FIELDS RUNS [SHAPE]
+//   counted_run KIND SIZE [RUNS [FAULTY-PERCENT]]
+//
+// KIND is that of dimensionsOf. A message in sections is validated too.
 
 int main(int argc, char** argv) {
   using namespace Varnel_Tolv_XML_Creation::bench;
-  if (argc != 3 && argc != 4) {
-    std::cerr << "usage: counted_run FIELDS RUNS [SHAPE]\n";
+  if (argc < 3 || argc > 5) {
+    std::cerr << "usage: counted_run KIND SIZE [RUNS [FAULTY-PERCENT]]\n";
     return 2;
   }
   try {
-    const GeneratedDeployment deployment(std::atoi(argv[1]),
-                                         argc == 4 ? shapeNamed(argv[3]) : Shape::sections);
-    for (int lngRun = 0; lngRun < std::atoi(argv[2]); ++lngRun) check(deployment, run(deployment));
+    const int lngRuns = argc > 3 ? std::atoi(argv[3]) : 2;
+    const GeneratedDeployment deployment(
+        dimensionsOf(argv[1], std::atoi(argv[2]), argc > 4 ? std::atoi(argv[4]) : 0));
+    const Extent extent = deployment.hasSchema() ? Extent::validate : Extent::submit;
+    const Caller caller(deployment);
+    for (int lngRun = 0; lngRun < lngRuns; ++lngRun) {
+      check(deployment, extent, caller.run(extent));
+    }
+    counted("run", [&] { caller.run(extent); });
   } catch (const std::exception& error) {
     std::cerr << error.what() << "\n";
     return 1;

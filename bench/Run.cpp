@@ -3,42 +3,58 @@
 #include <stdexcept>
 
 namespace Varnel_Tolv_XML_Creation::bench {
+namespace {
 
-Document run(const GeneratedDeployment& deployment) {
-  const ObjectContext context{.request = &deployment.form(), .server = nullptr};
-  HostServices host;
-  host.objectContext = &context;
-  BuildXML objBuild(host);
+Document loaded(const std::string& strFile) {
+  Document objXml = Document::create();
+  if (!objXml.load(strFile)) throw std::runtime_error(objXml.parseError().reason);
+  return objXml;
+}
 
-  Document objParkXML = Document::create();
-  if (!objParkXML.load(deployment.file("objects.xml"))) {
-    throw std::runtime_error(objParkXML.parseError().reason);
-  }
-  const Document objInfo = Document::create();
-  objInfo.loadXML("<info name='Benchmark' region='North' version='1'/>");
+}  // namespace
 
+Caller::Caller(const GeneratedDeployment& deployment)
+    : deployment_(deployment), server_(deployment.directory() / "pages") {
+  context_ = {.request = &deployment.form(), .server = &server_};
+  host_.objectContext = &context_;
+  host_.clock = &clock_;
+}
+
+Outcome Caller::run(Extent extent) const {
+  const auto file = [&](const char* strName) { return deployment_.file(strName); };
+  BuildXML objBuild(host_);
+  Document objParkXML = loaded(file("objects.xml"));
+  const Document objInfo = loaded(file("protocol.xml"));
   Document objSendXML;
   ValidationUserErrors colUserErrors;
   ValidationIntErrors colIntErrors;
   const Acknowledge objAck = objBuild.buildXML(
-      deployment.file("template.xml"), deployment.file("mapper.xml"), deployment.file("types.xml"),
-      deployment.file("hidden.xml"), deployment.file("namespaces.xml"), "",
-      deployment.file("reference.xml"), true, false, objParkXML, objSendXML,
-      objInfo.documentElement(), colUserErrors, colIntErrors, "", "");
-  if (!objAck.Success()) throw std::runtime_error(objAck.ErrorDetail());
-  return objSendXML;
+      file("template.xml"), file("mapper.xml"), file("types.xml"), file("hidden.xml"),
+      file("namespaces.xml"), file("questions.xml"), file("reference.xml"), extent != Extent::park,
+      extent == Extent::validate, objParkXML, objSendXML, objInfo.documentElement(), colUserErrors,
+      colIntErrors, "message.xsd", "urn:bench:message");
+  Outcome outcome;
+  outcome.blnValid = objAck.ErrorCode() != SVC_RET_XML_CREATION_SCHEMA_VALIDATION_FAILED;
+  if (outcome.blnValid && !objAck.Success()) throw std::runtime_error(objAck.ErrorDetail());
+  outcome.strParkXML = objParkXML.xml();
+  if (objSendXML) outcome.strMessage = objSendXML.xml();
+  return outcome;
 }
 
-void check(const GeneratedDeployment& deployment, const Document& objMessage) {
+void check(const GeneratedDeployment& deployment, Extent extent, const Outcome& outcome) {
+  const Document objMessage = Document::create();
+  if (!objMessage.loadXML(outcome.strMessage)) throw std::runtime_error("there is no message");
   objMessage.setSelectionNamespaces("xmlns:m='urn:bench:message'");
   const auto count = [&](const char* strXPath) {
     return static_cast<int>(objMessage.selectNodes(strXPath)->length());
   };
-  const int lngAnswers = count(deployment.answersPath()) + count("/m:message/m:tables/*/*");
-  if (lngAnswers != deployment.answers()) {
-    throw std::runtime_error("the message holds " + std::to_string(lngAnswers) + " answers of " +
-                             std::to_string(deployment.answers()));
+  const int lngElements = count(deployment.elementsPath()) + count("/m:message/m:tables/*/*");
+  if (lngElements != deployment.elements()) {
+    throw std::runtime_error("the message holds " + std::to_string(lngElements) + " answers of " +
+                             std::to_string(deployment.elements()));
   }
+  const bool blnExpected = extent != Extent::validate || deployment.dimensions().faults == 0;
+  if (outcome.blnValid != blnExpected) throw std::runtime_error("the verdict is wrong");
 }
 
 }  // namespace Varnel_Tolv_XML_Creation::bench

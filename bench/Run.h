@@ -1,16 +1,45 @@
 #pragma once
 
+#include <cstddef>
+#include <string>
+
 #include "GeneratedDeployment.h"
 #include "interface/BuildXML.h"
 
 namespace Varnel_Tolv_XML_Creation::bench {
 
-/// One whole submission on a new instance: loads the object list and every configuration document,
-/// parks the form and builds the message. Throws std::runtime_error when the run fails.
-Document run(const GeneratedDeployment& deployment);
+/// How far a run goes.
+enum class Extent { park, submit, validate };
 
-/// Throws std::runtime_error unless the message holds every answer of the form and nothing
-/// beside them.
-void check(const GeneratedDeployment& deployment, const Document& objMessage);
+/// What a submission came to, as a host stores and sends it.
+struct Outcome {
+  std::string strParkXML;
+  std::string strMessage;  // empty when the form was only parked
+  bool blnValid = true;
+};
+
+/// A host that serves submissions of one form. It may be used by any number of threads at once.
+class Caller {
+ public:
+  explicit Caller(const GeneratedDeployment& deployment);
+  Caller(const Caller&) = delete;
+  Caller& operator=(const Caller&) = delete;
+
+  /// One whole submission on a new instance: loads the object list and every configuration
+  /// document, parks the form, builds the message, checks it and writes both as text. Throws
+  /// std::runtime_error when the run fails in another way than by the schema's verdict.
+  Outcome run(Extent extent) const;
+
+ private:
+  const GeneratedDeployment& deployment_;
+  const PageServer server_;
+  const FixedClock clock_{DateTime{2026, 3, 14, 12, 5, 0}};
+  ObjectContext context_;
+  HostServices host_;
+};
+
+/// Throws std::runtime_error unless the message holds every answer of the form and nothing beside
+/// them, and was found valid exactly when no answer is faulty.
+void check(const GeneratedDeployment& deployment, Extent extent, const Outcome& outcome);
 
 }  // namespace Varnel_Tolv_XML_Creation::bench

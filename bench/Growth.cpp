@@ -25,7 +25,7 @@ const Growing kGrowing[] = {
     {"rows", &Dimensions::rows, 100, {}},
     {"grid-rows", &Dimensions::gridRows, 100, {}},
     {"columns", &Dimensions::columns, 10, {.rows = 20}},
-    {"errors", &Dimensions::faults, 25, {.fields = 2000}},
+    {"errors", &Dimensions::faults, 10, {.fields = 800}},
     {"errors-in-rows", &Dimensions::faults, 50, {.rows = 400}},
     {"actions", &Dimensions::actions, 50, {}},
     {"hidden-fields", &Dimensions::hiddenFields, 50, {}},

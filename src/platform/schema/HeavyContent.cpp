@@ -1,13 +1,17 @@
 #include "platform/schema/HeavyContent.h"
 
 #include <algorithm>
+#include <array>
+#include <deque>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <utility>
 
 #include "platform/schema/ReadSchemaDocuments.h"
+#include "platform/schema/component/CompleteInOrder.h"
+#include "platform/schema/component/Definitions.h"
+#include "platform/schema/component/ParticleReader.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
@@ -73,335 +77,164 @@ Extent inChoice(const Extent& one, const Extent& other) {
   return both;
 }
 
-std::string attributeText(const xmlNode* element, std::string_view strName) {
-  const xmlAttr* attribute = findAttribute(element, strName);
-  return attribute ? textOf(asNode(const_cast<xmlAttr*>(attribute))) : "";
-}
-
-enum class Kind : std::uint8_t {
-  all,
-  annotation,
-  any,
-  attribute,
-  attributeGroup,
-  choice,
-  complexContent,
-  complexType,
-  element,
-  extension,
-  group,
-  list,
-  redefine,
-  restriction,
-  sequence,
-  simpleType,
-  unionOf,
-  other,
+/// A definition, or a type without a name.
+struct Draft {
+  SchemaElement source;
+  Progress progress = Progress::untouched;
+  std::vector<Draft*> needs{};  // what it refers to: of an element, the head of its group
+  std::size_t size = 1;         // itself, its elements and attributes, and all that it refers to
+  std::size_t chain = 0;        // the longest that begins here
+  std::size_t members = 0;      // of an element's substitution group
+  Extent content{};             // of a group or complex type
 };
 
-Kind kindOf(const xmlNode* node) {
-  static const std::unordered_map<std::string_view, Kind> kKinds = {
-      {"all", Kind::all},
-      {"annotation", Kind::annotation},
-      {"any", Kind::any},
-      {"attribute", Kind::attribute},
-      {"attributeGroup", Kind::attributeGroup},
-      {"choice", Kind::choice},
-      {"complexContent", Kind::complexContent},
-      {"complexType", Kind::complexType},
-      {"element", Kind::element},
-      {"extension", Kind::extension},
-      {"group", Kind::group},
-      {"list", Kind::list},
-      {"redefine", Kind::redefine},
-      {"restriction", Kind::restriction},
-      {"sequence", Kind::sequence},
-      {"simpleType", Kind::simpleType},
-      {"union", Kind::unionOf},
-  };
-  if (!isSchemaElement(node, view(node->name))) return Kind::other;
-  const auto found = kKinds.find(view(node->name));
-  return found == kKinds.end() ? Kind::other : found->second;
-}
-
-bool isModelGroup(Kind kind) {
-  return kind == Kind::sequence || kind == Kind::choice || kind == Kind::all;
-}
-
-bool isParticle(Kind kind) {
-  return isModelGroup(kind) || kind == Kind::group || kind == Kind::element || kind == Kind::any;
-}
-
-/// The node after `node` below `top`, whatever is below `node`.
-const xmlNode* nextBehind(const xmlNode* node, const xmlNode* top) {
-  while (node != top && !node->next) node = node->parent;
-  return node == top ? nullptr : node->next;
-}
-
-/// Of a named or anonymous type, a named group of either kind, a global element.
-struct Definition {
-  std::size_t lngDocument;
-  const xmlNode* node;
-  Kind kind;
-  bool blnRedefines = false;
-
-  enum class State : std::uint8_t { unknown, open, known } state = State::unknown;
-  std::size_t size = 1;   // itself, its elements and attributes, and all that it refers to
-  std::size_t chain = 0;  // the longest that begins here
-  Extent content = {};    // of a group or complex type
+/// How schema documents refer to definitions.
+struct Reference {
+  std::string_view strElement, strAttribute;
+  Symbol symbol;
 };
+constexpr std::array<Reference, 7> kReferences = {{
+    {"restriction", "base", Symbol::type},
+    {"extension", "base", Symbol::type},
+    {"union", "memberTypes", Symbol::type},
+    {"list", "itemType", Symbol::type},
+    {"group", "ref", Symbol::group},
+    {"attributeGroup", "ref", Symbol::attributeGroup},
+    {"element", "substitutionGroup", Symbol::element},
+}};
 
 class ContentSurvey {
  public:
-  explicit ContentSurvey(const SchemaDocuments& documents) : documents_(documents) {
-    for (std::size_t at = 0; at < documents.documents.size(); ++at) collect(at);
-  }
+  explicit ContentSurvey(const SchemaDocuments& documents)
+      : documents_(documents), definitions_(documents, names_) {}
 
   std::vector<HeavyContent> run() {
-    for (const std::size_t element : substitutes_) {
-      know(element);
-      countSubstitute(element);
+    for (const Definition& definition : definitions_.everything()) {
+      byDefinition_.push_back(definition.node ? &draft(SchemaElement(definition)) : nullptr);
     }
-    for (std::size_t at = 0; at < definitions_.size(); ++at) know(at);
+    // To know one adds the types without a name that stand in it.
+    for (std::size_t at = 0; at < drafts_.size(); ++at) {
+      if (!drafts_[at].source.is("element")) continue;
+      know(drafts_[at]);
+      countSubstitute(drafts_[at]);
+    }
+    for (std::size_t at = 0; at < drafts_.size(); ++at) know(drafts_[at]);
     return std::move(heavy_);
   }
 
  private:
-  void collect(std::size_t lngDocument) {
-    const xmlNode* root = xmlDocGetRootElement(documents_.documents[lngDocument].document);
-    const xmlNode* node = nextBelow(root, root);
-    while (node) {
-      const Kind kind = kindOf(node);
-      collect(lngDocument, root, node, kind);
-      node = kind == Kind::annotation ? nextBehind(node, root) : nextBelow(node, root);
-    }
+  Draft& draft(const SchemaElement& source) { return drafts_.emplace_back(Draft{source}); }
+
+  /// What a name refers to, unless it is a built-in type, or nothing.
+  Draft* find(const SchemaElement& at, Symbol symbol, std::string_view strName) const {
+    const Definition* definition = definitions_.find(at, symbol, strName);
+    return definition ? byDefinition_[definition->lngIndex] : nullptr;
   }
 
-  void collect(std::size_t lngDocument, const xmlNode* root, const xmlNode* node, Kind kind) {
-    const bool blnType = kind == Kind::simpleType || kind == Kind::complexType;
-    const bool blnGroup = kind == Kind::group || kind == Kind::attributeGroup;
-    const bool blnSubstitute =
-        kind == Kind::element && node->parent == root && findAttribute(node, "substitutionGroup");
-    if (!blnType && !blnGroup && !blnSubstitute) return;
-    const bool blnRedefines = kindOf(node->parent) == Kind::redefine;
-    const bool blnGlobal = node->parent == root || blnRedefines;
-    if (blnGroup && !blnGlobal) return;  // a reference
-    const std::size_t number = definitions_.size();
-    definitions_.push_back({lngDocument, node, kind, blnRedefines});
-    if (blnSubstitute) substitutes_.push_back(number);
-    if (!blnGlobal) return;
-    auto& names = blnRedefines ? redefined_ : defined_;
-    names.emplace(keyOf(kind, targetOf(lngDocument) + '|' + attributeText(node, "name")), number);
+  /// Makes a definition known, after those that it refers to.
+  void know(Draft& first) {
+    completeInOrder(
+        first, [this](Draft& draft) { readReferences(draft.source, draft); },
+        [this](Draft& draft) { finish(draft); }, [](Draft&) {});
   }
 
-  const std::string& targetOf(std::size_t lngDocument) const {
-    return documents_.documents[lngDocument].strTargetNamespace;
-  }
-
-  /// Types, groups, attribute groups and elements have names of their own.
-  static std::string keyOf(Kind kind, std::string_view strName) {
-    if (kind == Kind::simpleType) kind = Kind::complexType;
-    return std::string(1, static_cast<char>('A' + static_cast<int>(kind))).append(strName);
-  }
-
-  /// The namespace and local name that a QName means where it stands.
-  std::string expanded(std::size_t lngDocument, const xmlNode* node,
-                       std::string_view strQName) const {
-    const std::size_t colon = strQName.find(':');
-    const std::string_view strPrefix =
-        colon == std::string_view::npos ? "" : strQName.substr(0, colon);
-    const std::string strLocal(colon == std::string_view::npos ? strQName
-                                                               : strQName.substr(colon + 1));
-    for (const xmlNode* scope = node; scope && isElement(scope); scope = scope->parent) {
-      for (const xmlNs* ns = scope->nsDef; ns; ns = ns->next) {
-        if (view(ns->prefix) == strPrefix) return std::string(view(ns->href)) + '|' + strLocal;
+  /// Finds what a definition refers to and must be known before it. What the elements in it are
+  /// does not belong to it. Recurses as deep as the document is.
+  void readReferences(const SchemaElement& at, Draft& of) {
+    if (at.isOneOf({"element", "any", "attribute"})) ++of.size;
+    for (const Reference& reference : kReferences) {
+      if (!at.is(reference.strElement)) continue;
+      for (const std::string_view strName : at.tokens(reference.strAttribute)) {
+        if (Draft* need = find(at, reference.symbol, strName)) of.needs.push_back(need);
       }
     }
-    const bool blnTarget = strPrefix.empty() && documents_.documents[lngDocument].blnAdopted;
-    return (blnTarget ? targetOf(lngDocument) : "") + '|' + strLocal;
-  }
-
-  /// The definition that a name means to `from`; what redefines something means by its own name
-  /// what it redefines.
-  std::optional<std::size_t> find(const Definition& from, const std::string& strKey) const {
-    const auto redefined = redefined_.find(strKey);
-    const bool blnItself = redefined != redefined_.end() && from.blnRedefines &&
-                           definitions_[redefined->second].node == from.node;
-    if (redefined != redefined_.end() && !blnItself) return redefined->second;
-    const auto defined = defined_.find(strKey);
-    return defined == defined_.end() ? std::nullopt : std::optional(defined->second);
-  }
-
-  std::optional<std::size_t> find(const Definition& from, Kind kind, const xmlNode* node,
-                                  std::string_view strQName) const {
-    return find(from, keyOf(kind, expanded(from.lngDocument, node, strQName)));
-  }
-
-  /// What a definition refers to and must be known before it. What the elements in it are does not
-  /// belong to it.
-  std::vector<std::size_t> referencesOf(Definition& definition) const {
-    std::vector<std::size_t> found;
-    const auto refer = [&](const xmlNode* node, Kind kind, const char* attribute) {
-      const std::string strNames = attributeText(node, attribute);
-      std::size_t at = 0;
-      while ((at = strNames.find_first_not_of(" \t\r\n", at)) != std::string::npos) {
-        const std::size_t end = std::min(strNames.find_first_of(" \t\r\n", at), strNames.size());
-        const auto target = find(definition, kind, node, strNames.substr(at, end - at));
-        if (target) found.push_back(*target);
-        at = end;
-      }
-    };
-    const xmlNode* const top = definition.node;
-    if (definition.kind == Kind::element) {
-      definition.chain = 1;  // its head, which may have none
-      refer(top, Kind::element, "substitutionGroup");
-      return found;
+    if (at.is("element")) {
+      const SchemaElement type = at.child({"simpleType", "complexType"});
+      if (type) draft(type);
+      return;
     }
-    for (const xmlNode* node = top; node;) {
-      const Kind kind = kindOf(node);
-      if (kind == Kind::element || kind == Kind::any || kind == Kind::attribute) ++definition.size;
-      if (kind == Kind::restriction || kind == Kind::extension) {
-        refer(node, Kind::complexType, "base");
-      }
-      if (kind == Kind::unionOf) refer(node, Kind::complexType, "memberTypes");
-      if (kind == Kind::list) refer(node, Kind::complexType, "itemType");
-      if (kind == Kind::group || kind == Kind::attributeGroup) refer(node, kind, "ref");
-      const bool blnPassOver = kind == Kind::element || kind == Kind::annotation;
-      node = blnPassOver ? nextBehind(node, top) : nextBelow(node, top);
-    }
-    return found;
-  }
-
-  /// Makes a definition known, after those that it refers to; without recursion, because it is the
-  /// length of the chains that is to be found out.
-  void know(std::size_t number) {
-    struct Step {
-      std::size_t number;
-      std::vector<std::size_t> references;
-      std::size_t next = 0;
-    };
-    std::vector<Step> open;
-    const auto enter = [&](std::size_t entered) {
-      if (definitions_[entered].state != Definition::State::unknown) return;
-      definitions_[entered].state = Definition::State::open;
-      open.push_back({entered, referencesOf(definitions_[entered])});
-    };
-    enter(number);
-    while (!open.empty()) {
-      Step& step = open.back();
-      if (step.next < step.references.size()) {
-        enter(step.references[step.next++]);
-        continue;
-      }
-      finish(definitions_[step.number], step.references);
-      open.pop_back();
+    for (SchemaElement child = at.child(); child; child = child.next()) {
+      if (!child.is("annotation")) readReferences(child, of);
     }
   }
 
-  void finish(Definition& definition, const std::vector<std::size_t>& references) {
-    for (const std::size_t number : references) {
-      const Definition& target = definitions_[number];
-      definition.size += target.size;
-      definition.chain = std::max(definition.chain, target.chain + 1);
-      if (definition.size > kMaxSize) break;  // no sum of two is too large to be counted
+  void finish(Draft& draft) {
+    for (const Draft* need : draft.needs) {
+      draft.size += need->size;
+      draft.chain = std::max(draft.chain, need->chain + 1);
+      if (draft.size > kMaxSize) break;  // no sum of two is too large to be counted
     }
-    if (definition.size > kMaxSize) refuse(definition, kTooLarge);
-    if (definition.chain > kMaxChain) refuse(definition, kTooLong);
-    if (definition.kind == Kind::group) {
-      const xmlNode* particle = particleOf(definition.node);
-      if (particle) definition.content = extentOf(definition, particle);
-    } else if (definition.kind == Kind::complexType) {
-      judge(definition);
+    const std::string& strPath = draft.source.part().document->strPath;
+    if (draft.size > kMaxSize) refuseSchema(strPath, kTooLarge);
+    if (draft.chain > kMaxChain) refuseSchema(strPath, kTooLong);
+    if (draft.source.is("group")) {
+      const SchemaElement particle = modelGroupOf(draft.source);
+      if (particle) draft.content = extentOf(particle);
+    } else if (draft.source.is("complexType")) {
+      judge(draft);
     }
-    definition.state = Definition::State::known;
   }
 
-  [[noreturn]] void refuse(const Definition& definition, const char* reason) const {
-    refuseSchema(documents_.documents[definition.lngDocument].strPath, reason);
+  /// Counts an element with each head that it may, by way of others, stand for.
+  static void countSubstitute(Draft& element) {
+    Draft* head = &element;
+    for (std::size_t steps = 0; steps <= kMaxChain && !head->needs.empty(); ++steps) {
+      head = head->needs.front();  // a circle ends, too
+      ++head->members;
+    }
   }
 
   /// Recurses as deep as the document is.
-  Extent extentOf(const Definition& from, const xmlNode* particle) const {
-    const Kind kind = kindOf(particle);
+  Extent extentOf(const SchemaElement& particle) const {
     Extent extent;
-    if (kind == Kind::element || kind == Kind::any) {
-      extent.children = 1 + (kind == Kind::element ? members(from, particle) : 0);
-      extent.first = extent.children;
+    if (particle.isOneOf({"element", "any"})) {
+      const Draft* element = find(particle, Symbol::element, particle.token("ref"));
+      extent.children = extent.first = 1 + (element ? element->members : 0);
       extent.blnEmptiable = false;
-    } else if (kind == Kind::group) {
-      const auto target = find(from, kind, particle, attributeText(particle, "ref"));
-      if (target) extent = definitions_[*target].content;
+    } else if (particle.is("group")) {
+      const Draft* group = find(particle, Symbol::group, particle.token("ref"));
+      if (group) extent = group->content;
     } else {
-      extent = extentOfChildren(from, particle, kind);
+      extent = extentOfChildren(particle);
     }
     ++extent.nesting;
-    if (isZero(attributeText(particle, "minOccurs"))) extent.blnEmptiable = true;
-    const std::string strMax = attributeText(particle, "maxOccurs");
-    if (!strMax.empty() && strMax != "1") extent.further += extent.first;
+    if (occurrences(particle, "minOccurs") == 0) extent.blnEmptiable = true;
+    if (occurrences(particle, "maxOccurs") != 1) extent.further += extent.first;
     extent.alternatives = std::max({extent.alternatives, extent.first, extent.further});
     return extent;
   }
 
-  Extent extentOfChildren(const Definition& from, const xmlNode* group, Kind kind) const {
+  Extent extentOfChildren(const SchemaElement& group) const {
     std::optional<Extent> extent;
     bool blnEmptiable = true;
-    for (const xmlNode* child = group->children; child; child = child->next) {
-      if (!isParticle(kindOf(child))) continue;
-      const Extent next = extentOf(from, child);
+    for (SchemaElement child = group.child(); child; child = child.next()) {
+      if (!child.isOneOf({"element", "any", "group", "all", "choice", "sequence"})) continue;
+      const Extent next = extentOf(child);
       blnEmptiable = blnEmptiable && next.blnEmptiable;
       if (!extent) {
         extent = next;
       } else {
-        extent = kind == Kind::sequence ? inSequence(*extent, next) : inChoice(*extent, next);
+        extent = group.is("sequence") ? inSequence(*extent, next) : inChoice(*extent, next);
       }
     }
     if (!extent) return {};
-    if (kind == Kind::all) extent->blnEmptiable = blnEmptiable;
+    if (group.is("all")) extent->blnEmptiable = blnEmptiable;
     return *extent;
   }
 
-  static bool isZero(std::string_view strNumber) {
-    return !strNumber.empty() && strNumber.find_first_not_of(" \t\r\n+0") == std::string::npos &&
-           strNumber.find('0') != std::string::npos;
-  }
-
-  std::size_t members(const Definition& from, const xmlNode* element) const {
-    const std::string strRef = attributeText(element, "ref");
-    if (strRef.empty()) return 0;
-    const auto found = members_.find(expanded(from.lngDocument, element, strRef));
-    return found == members_.end() ? 0 : found->second;
-  }
-
-  /// Counts an element with each head that it may, by way of others, stand for.
-  void countSubstitute(std::size_t number) {
-    for (std::size_t steps = 0; steps <= kMaxChain; ++steps) {  // a circle ends, too
-      const Definition& element = definitions_[number];
-      const std::string strHead = expanded(element.lngDocument, element.node,
-                                           attributeText(element.node, "substitutionGroup"));
-      ++members_[strHead];
-      const auto head = defined_.find(keyOf(Kind::element, strHead));
-      if (head == defined_.end()) return;
-      number = head->second;
-    }
-  }
-
   /// Sets the content of a complex type to what the compiler is given, which is not always its own.
-  void judge(Definition& type) {
-    const xmlNode* derivation = nullptr;
-    for (const xmlNode* child = type.node->children; child; child = child->next) {
-      if (kindOf(child) == Kind::complexContent) derivation = derivationIn(child);
-    }
-    const xmlNode* particle = particleOf(derivation ? derivation : type.node);
-    const bool blnExtension = derivation && kindOf(derivation) == Kind::extension;
-    Extent base;
-    if (blnExtension) {
-      const auto target =
-          find(type, Kind::complexType, derivation, attributeText(derivation, "base"));
-      if (target) base = definitions_[*target].content;
-    }
+  void judge(Draft& type) {
+    const SchemaElement complex = type.source.child({"complexContent"});
+    const SchemaElement derivation =
+        complex ? complex.child({"extension", "restriction"}) : complex;
+    const SchemaElement particle = modelGroupOf(derivation ? derivation : type.source);
+    const bool blnExtension = derivation && derivation.is("extension");
+    const Draft* extended =
+        blnExtension ? find(derivation, Symbol::type, derivation.token("base")) : nullptr;
+    const Extent base = extended ? extended->content : Extent();
     type.content = base;
     if (!particle) return;
-    const Extent own = extentOf(type, particle);
+    const Extent own = extentOf(particle);
     type.content = inSequence(base, own);
     if (!type.content.isHeavy()) {
       const std::size_t work = type.content.work();
@@ -414,7 +247,8 @@ class ContentSurvey {
     using Substitute = HeavyContent::Substitute;
     Substitute substitute = own.blnEmptiable ? Substitute::optional : Substitute::required;
     if (blnExtension && (own.blnEmptiable || !base.blnEmptiable)) substitute = Substitute::none;
-    heavy_.push_back({type.lngDocument, particle, substitute});
+    const auto lngDocument = type.source.part().document - documents_.documents.data();
+    heavy_.push_back({static_cast<std::size_t>(lngDocument), particle.node(), substitute});
     Extent given;
     if (substitute != Substitute::none) {
       given.children = given.first = given.alternatives = given.nesting = 1;
@@ -423,27 +257,11 @@ class ContentSurvey {
     type.content = inSequence(base, given);
   }
 
-  static const xmlNode* derivationIn(const xmlNode* complexContent) {
-    const xmlNode* child = complexContent->children;
-    while (child && kindOf(child) != Kind::extension && kindOf(child) != Kind::restriction) {
-      child = child->next;
-    }
-    return child;
-  }
-
-  static const xmlNode* particleOf(const xmlNode* parent) {
-    const xmlNode* child = parent->children;
-    while (child && !isModelGroup(kindOf(child)) && kindOf(child) != Kind::group) {
-      child = child->next;
-    }
-    return child;
-  }
-
   const SchemaDocuments& documents_;
-  std::vector<Definition> definitions_;
-  std::vector<std::size_t> substitutes_;
-  std::unordered_map<std::string, std::size_t> defined_, redefined_;
-  std::unordered_map<std::string, std::size_t> members_;  // of substitution groups, by their heads
+  NameTable names_;
+  const Definitions definitions_;
+  std::deque<Draft> drafts_;          // which never moves them
+  std::vector<Draft*> byDefinition_;  // null for the built-in types
   std::vector<HeavyContent> heavy_;
   std::size_t work_ = 0;  // that the compiler has with the others
 };

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "platform/schema/component/BuiltInTypes.h"
+#include "platform/xml/XmlCharacters.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
@@ -93,25 +94,24 @@ void Definitions::add(const Definition& definition, bool blnRedefined) {
   if (blnRedefined || !meaning) meaning = &added;
 }
 
-const Definition& Definitions::referred(const SchemaElement& at, Symbol symbol,
-                                        std::string_view strAttribute) const {
-  const Definition& referred = named(at, symbol, at.token(strAttribute));
+const Definition* Definitions::find(const SchemaElement& at, Symbol symbol,
+                                    std::string_view strName) const {
+  if (!at.namespaceOf(prefixOf(strName))) return nullptr;
+  const SchemaElement::Name name = at.expand(strName);
+  const NameId known = names_.find(name.strUri, name.strLocal);
+  const Definition* meaning = meanings_.at(static_cast<std::size_t>(symbol)).find(known);
   // Within a redefinition its own name means what it redefines; of a type, only as its base.
   const Definition& owner = at.definition();
-  const bool blnOriginal = owner.redefined && owner.symbol == symbol &&
-                           owner.name == referred.name &&
-                           (symbol != Symbol::type || derivesRedefined(at));
-  return blnOriginal ? *owner.redefined : referred;
+  const bool blnOriginal = meaning && owner.redefined && owner.symbol == symbol &&
+                           owner.name == known && (symbol != Symbol::type || derivesRedefined(at));
+  return blnOriginal ? owner.redefined : meaning;
 }
 
 const Definition& Definitions::named(const SchemaElement& at, Symbol symbol,
                                      std::string_view strName) const {
-  const SchemaElement::Name name = at.expand(strName);
-  const NameId known = names_.find(name.strUri, name.strLocal);
-  const Definition* meaning = meanings_.at(static_cast<std::size_t>(symbol)).find(known);
-  if (meaning) return *meaning;
-  refuse(at, "It refers to the " + std::string(inMessages(symbol)) + " '" + name.text() +
-                 "', which is not there.");
+  if (const Definition* meaning = find(at, symbol, strName)) return *meaning;
+  refuse(at, "It refers to the " + std::string(inMessages(symbol)) + " '" +
+                 at.expand(strName).text() + "', which is not there.");
 }
 
 const Definition& Definitions::builtIn(std::string_view strName) const {

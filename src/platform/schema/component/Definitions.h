@@ -19,12 +19,19 @@ class Definitions {
   Definitions(const Definitions&) = delete;
   Definitions& operator=(const Definitions&) = delete;
 
-  /// What the qualified name in an attribute refers to. Raises kXmlFailure when there is nothing.
-  const Definition& referred(const SchemaElement& at, Symbol symbol,
-                             std::string_view strAttribute) const;
+  /// What a qualified name refers to, null when there is nothing; the same of the name in an
+  /// attribute, which raises kXmlFailure instead.
+  const Definition* find(const SchemaElement& at, Symbol symbol, std::string_view strName) const;
   const Definition& named(const SchemaElement& at, Symbol symbol, std::string_view strName) const;
+  const Definition& referred(const SchemaElement& at, Symbol symbol,
+                             std::string_view strAttribute) const {
+    return named(at, symbol, at.token(strAttribute));
+  }
 
   const Definition& builtIn(std::string_view strName) const;
+
+  /// Everything that is defined, what is redefined included.
+  const std::deque<Definition>& everything() const noexcept { return definitions_; }
 
   /// What the names of one kind mean, in the order of the schema.
   const std::vector<const Definition*>& all(Symbol symbol) const;
@@ -35,8 +42,8 @@ class Definitions {
 
   NameTable& names_;
   std::deque<SchemaPart> parts_;
-  std::deque<Definition> roots_;        // of the documents: they have no name
-  std::deque<Definition> definitions_;  // what is redefined included
+  std::deque<Definition> roots_;  // of the documents: they have no name
+  std::deque<Definition> definitions_;
   std::array<NameMap<const Definition*>, kSymbols> meanings_;
   std::array<std::vector<const Definition*>, kSymbols> all_;
 };

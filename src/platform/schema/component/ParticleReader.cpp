@@ -13,20 +13,6 @@ namespace {
 
 using Term = Particle::Term;
 
-/// A number of occurrences; one that is too large to count to is the largest that is not unbounded.
-std::uint32_t occurrences(const SchemaElement& source, std::string_view strAttribute) {
-  const std::string_view strNumber = source.token(strAttribute);
-  if (strNumber.empty()) return 1;
-  if (strNumber == "unbounded") return Particle::kUnbounded;
-  std::uint64_t lngNumber = 0;
-  for (const char digit : strNumber) {
-    if (digit < '0' || digit > '9') continue;  // a sign
-    lngNumber = lngNumber * 10 + static_cast<std::uint64_t>(digit - '0');
-    lngNumber = std::min<std::uint64_t>(lngNumber, Particle::kUnbounded - 1);
-  }
-  return static_cast<std::uint32_t>(lngNumber);
-}
-
 /// Gives a particle its occurrences; whether there may be any.
 bool readOccurrences(const SchemaElement& source, Particle& particle) {
   particle.maxOccurs = occurrences(source, "maxOccurs");
@@ -51,6 +37,23 @@ Extent extentOf(const Particle& particle) {
 
 }  // namespace
 
+std::uint32_t occurrences(const SchemaElement& source, std::string_view strAttribute) {
+  const std::string_view strNumber = source.token(strAttribute);
+  if (strNumber.empty()) return 1;
+  if (strNumber == "unbounded") return Particle::kUnbounded;
+  std::uint64_t lngNumber = 0;
+  for (const char digit : strNumber) {
+    if (digit < '0' || digit > '9') continue;  // a sign
+    lngNumber = lngNumber * 10 + static_cast<std::uint64_t>(digit - '0');
+    lngNumber = std::min<std::uint64_t>(lngNumber, Particle::kUnbounded - 1);
+  }
+  return static_cast<std::uint32_t>(lngNumber);
+}
+
+SchemaElement modelGroupOf(const SchemaElement& body) {
+  return body.child({"group", "all", "choice", "sequence"});
+}
+
 void ParticleReader::completeGroups() {
   for (const Definition* group : readers_.definitions.all(Symbol::group)) {
     complete(draftOf(*group));
@@ -58,7 +61,7 @@ void ParticleReader::completeGroups() {
 }
 
 std::optional<Particle> ParticleReader::contentOf(const SchemaElement& body) {
-  const SchemaElement source = body.child({"group", "all", "choice", "sequence"});
+  const SchemaElement source = modelGroupOf(body);
   if (!source) return std::nullopt;
   Particle content;
   if (!readOccurrences(source, content)) return std::nullopt;
@@ -81,7 +84,7 @@ Particle ParticleReader::copyOf(const Particle& particle, const SchemaElement& a
 
 ParticleReader::GroupDraft& ParticleReader::draftOf(const Definition& definition) {
   const auto [draft, blnNew] = groups_.try_emplace(&definition);
-  if (blnNew) draft->second.source = SchemaElement(definition).child({"all", "choice", "sequence"});
+  if (blnNew) draft->second.source = modelGroupOf(SchemaElement(definition));
   if (!draft->second.source) refuse(SchemaElement(definition), "A group says nothing.");
   return draft->second;
 }

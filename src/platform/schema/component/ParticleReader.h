@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -11,6 +13,12 @@
 namespace Varnel_Tolv_XML_Creation {
 
 struct Readers;
+
+/// A number of occurrences; one that is too large to count to is the largest that is not unbounded.
+std::uint32_t occurrences(const SchemaElement& source, std::string_view strAttribute);
+
+/// The model group that a definition or derivation states, or its reference to a named one.
+SchemaElement modelGroupOf(const SchemaElement& body);
 
 /// Reads the particles of content models. References to named groups are written out, and a
 /// sequence within a sequence, or a choice within a choice, that occurs once is made part of it.

@@ -4,7 +4,6 @@
 #include <array>
 #include <string>
 
-#include "platform/schema/component/BuiltInTypes.h"
 #include "platform/xml/XmlCharacters.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -50,8 +49,8 @@ bool derivesRedefined(const SchemaElement& at) {
 Definitions::Definitions(const SchemaDocuments& documents, NameTable& names) : names_(names) {
   // First, so that no document can give these names another meaning.
   add({Symbol::type, names_.intern(kSchemaUri, "anyType")}, false);
-  for (const BuiltInType& type : builtInTypes()) {
-    add({Symbol::type, names_.intern(kSchemaUri, type.name)}, false);
+  for (const BuiltInType& type : SimpleType::builtIns()) {
+    add({Symbol::type, names_.intern(kSchemaUri, type.strName)}, false);
   }
   for (const SchemaDocument& document : documents.documents) {
     SchemaPart& part = parts_.emplace_back(SchemaPart{&document});

@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "platform/schema/component/BuiltInTypes.h"
 #include "platform/schema/component/Readers.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -41,12 +40,12 @@ void TypeReader::addBuiltIn() {
   wildcard.minOccurs = 0;
   wildcard.maxOccurs = Particle::kUnbounded;
 
-  for (const BuiltInType& builtIn : builtInTypes()) {
-    TypeDefinition& type = *add(builtIn.name).type;
-    type.base = draftOf(readers_.definitions.builtIn(builtIn.base)).type;
-    type.derivedBy = builtIn.derivedBy;
+  for (const auto& [strName, strBase] : SimpleType::builtIns()) {
+    TypeDefinition& type = *add(strName).type;
+    type.base = draftOf(readers_.definitions.builtIn(strBase)).type;
     type.content = TypeDefinition::Content::simple;
-    type.simple = SimpleType::builtIn(builtIn.name);
+    type.simple = SimpleType::builtIn(strName);
+    type.derivedBy = type.simple->variety() == SimpleType::Variety::list ? kByList : kByRestriction;
   }
 }
 

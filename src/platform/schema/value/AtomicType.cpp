@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <variant>
 
 #include "platform/schema/value/Moment.h"
 #include "platform/xml/XmlCharacters.h"
@@ -15,10 +16,15 @@ namespace {
 /// No message that is read here declares unparsed entities, and nothing else is an entity's name.
 bool isEntity(std::string_view /*strText*/) noexcept { return false; }
 
-constexpr AtomicType text(std::string_view strName, WhiteSpace whiteSpace,
-                          bool (*hasForm)(std::string_view),
+constexpr AtomicType primitive(std::string_view strName, Primitive primitive) {
+  return {.strName = strName, .strBase = "anySimpleType", .primitive = primitive};
+}
+
+constexpr AtomicType text(std::string_view strName, std::string_view strBase, WhiteSpace whiteSpace,
+                          bool (*hasForm)(std::string_view) = nullptr,
                           IdentifierKind identifier = IdentifierKind::none) {
   return {.strName = strName,
+          .strBase = strBase,
           .primitive = Primitive::string,
           .whiteSpace = whiteSpace,
           .identifier = identifier,
@@ -32,9 +38,10 @@ constexpr std::optional<Decimal> bound(std::string_view strNumber) {
   return Decimal{blnNegative, strNumber.substr(blnNegative ? 1 : 0), {}};
 }
 
-constexpr AtomicType integer(std::string_view strName, std::string_view strLeast,
-                             std::string_view strMost) {
+constexpr AtomicType integer(std::string_view strName, std::string_view strBase,
+                             std::string_view strLeast = "", std::string_view strMost = "") {
   return {.strName = strName,
+          .strBase = strBase,
           .primitive = Primitive::decimal,
           .blnInteger = true,
           .least = bound(strLeast),
@@ -42,67 +49,49 @@ constexpr AtomicType integer(std::string_view strName, std::string_view strLeast
 }
 
 constexpr std::array kTypes = {
-    text("anySimpleType", WhiteSpace::preserve, nullptr),
-    text("string", WhiteSpace::preserve, nullptr),
-    AtomicType{"boolean", Primitive::boolean},
-    AtomicType{"decimal", Primitive::decimal},
-    AtomicType{"float", Primitive::floating},
-    AtomicType{"double", Primitive::doubled},
-    AtomicType{"duration", Primitive::duration},
-    AtomicType{"dateTime", Primitive::dateTime},
-    AtomicType{"time", Primitive::time},
-    AtomicType{"date", Primitive::date},
-    AtomicType{"gYearMonth", Primitive::gYearMonth},
-    AtomicType{"gYear", Primitive::gYear},
-    AtomicType{"gMonthDay", Primitive::gMonthDay},
-    AtomicType{"gDay", Primitive::gDay},
-    AtomicType{"gMonth", Primitive::gMonth},
-    AtomicType{"hexBinary", Primitive::hexBinary},
-    AtomicType{"base64Binary", Primitive::base64Binary},
-    AtomicType{"anyURI", Primitive::anyURI},
-    AtomicType{"QName", Primitive::qName},
-    AtomicType{"NOTATION", Primitive::notation},
-    text("normalizedString", WhiteSpace::replace, nullptr),
-    text("token", WhiteSpace::collapse, nullptr),
-    text("language", WhiteSpace::collapse, isLanguage),
-    text("NMTOKEN", WhiteSpace::collapse, isNmtoken),
-    text("Name", WhiteSpace::collapse, isName),
-    text("NCName", WhiteSpace::collapse, isNCName),
-    text("ID", WhiteSpace::collapse, isNCName, IdentifierKind::id),
-    text("IDREF", WhiteSpace::collapse, isNCName, IdentifierKind::reference),
-    text("ENTITY", WhiteSpace::collapse, isEntity),
-    integer("integer", "", ""),
-    integer("nonPositiveInteger", "", "0"),
-    integer("negativeInteger", "", "-1"),
-    integer("long", "-9223372036854775808", "9223372036854775807"),
-    integer("int", "-2147483648", "2147483647"),
-    integer("short", "-32768", "32767"),
-    integer("byte", "-128", "127"),
-    integer("nonNegativeInteger", "0", ""),
-    integer("unsignedLong", "0", "18446744073709551615"),
-    integer("unsignedInt", "0", "4294967295"),
-    integer("unsignedShort", "0", "65535"),
-    integer("unsignedByte", "0", "255"),
-    integer("positiveInteger", "1", ""),
+    text("anySimpleType", "anyType", WhiteSpace::preserve),
+    text("string", "anySimpleType", WhiteSpace::preserve),
+    primitive("boolean", Primitive::boolean),
+    primitive("decimal", Primitive::decimal),
+    primitive("float", Primitive::floating),
+    primitive("double", Primitive::doubled),
+    primitive("duration", Primitive::duration),
+    primitive("dateTime", Primitive::dateTime),
+    primitive("time", Primitive::time),
+    primitive("date", Primitive::date),
+    primitive("gYearMonth", Primitive::gYearMonth),
+    primitive("gYear", Primitive::gYear),
+    primitive("gMonthDay", Primitive::gMonthDay),
+    primitive("gDay", Primitive::gDay),
+    primitive("gMonth", Primitive::gMonth),
+    primitive("hexBinary", Primitive::hexBinary),
+    primitive("base64Binary", Primitive::base64Binary),
+    primitive("anyURI", Primitive::anyURI),
+    primitive("QName", Primitive::qName),
+    primitive("NOTATION", Primitive::notation),
+    text("normalizedString", "string", WhiteSpace::replace),
+    text("token", "normalizedString", WhiteSpace::collapse),
+    text("language", "token", WhiteSpace::collapse, isLanguage),
+    text("NMTOKEN", "token", WhiteSpace::collapse, isNmtoken),
+    text("Name", "token", WhiteSpace::collapse, isName),
+    text("NCName", "Name", WhiteSpace::collapse, isNCName),
+    text("ID", "NCName", WhiteSpace::collapse, isNCName, IdentifierKind::id),
+    text("IDREF", "NCName", WhiteSpace::collapse, isNCName, IdentifierKind::reference),
+    text("ENTITY", "NCName", WhiteSpace::collapse, isEntity),
+    integer("integer", "decimal"),
+    integer("nonPositiveInteger", "integer", "", "0"),
+    integer("negativeInteger", "nonPositiveInteger", "", "-1"),
+    integer("long", "integer", "-9223372036854775808", "9223372036854775807"),
+    integer("int", "long", "-2147483648", "2147483647"),
+    integer("short", "int", "-32768", "32767"),
+    integer("byte", "short", "-128", "127"),
+    integer("nonNegativeInteger", "integer", "0"),
+    integer("unsignedLong", "nonNegativeInteger", "0", "18446744073709551615"),
+    integer("unsignedInt", "unsignedLong", "0", "4294967295"),
+    integer("unsignedShort", "unsignedInt", "0", "65535"),
+    integer("unsignedByte", "unsignedShort", "0", "255"),
+    integer("positiveInteger", "nonNegativeInteger", "1"),
 };
-
-MomentKind momentKind(Primitive primitive) noexcept {
-  // Both lists have the same order.
-  return static_cast<MomentKind>(static_cast<int>(primitive) -
-                                 static_cast<int>(Primitive::dateTime));
-}
-
-bool isMoment(Primitive primitive) noexcept {
-  return primitive >= Primitive::dateTime && primitive <= Primitive::gMonth;
-}
-
-bool isBoolean(std::string_view strText) noexcept {
-  return strText == "true" || strText == "false" || strText == "1" || strText == "0";
-}
-
-std::optional<double> parseFloating(Primitive primitive, std::string_view strText) noexcept {
-  return primitive == Primitive::floating ? parseFloat(strText) : parseDouble(strText);
-}
 
 std::string shortest(double number) {
   std::array<char, 32> text{};
@@ -110,18 +99,41 @@ std::string shortest(double number) {
   return {text.data(), end};
 }
 
+/// A value of a type whose texts do not stand for themselves.
+using Value = std::variant<bool, Decimal, double, Duration, Moment>;
+
+std::optional<Value> parse(Primitive primitive, std::string_view strText) noexcept {
+  switch (primitive) {
+    case Primitive::boolean:
+      if (strText == "true" || strText == "1") return true;
+      if (strText == "false" || strText == "0") return false;
+      return std::nullopt;
+    case Primitive::decimal:
+      return Decimal::parse(strText);
+    case Primitive::floating:
+      return parseFloat(strText);
+    case Primitive::doubled:
+      return parseDouble(strText);
+    case Primitive::duration:
+      return Duration::parse(strText);
+    default:
+      return Moment::parse(primitive, strText);
+  }
+}
+
+/// The one text that all texts of a value share.
+struct Canonical {
+  std::string operator()(bool value) const { return value ? "1" : "0"; }
+  std::string operator()(double value) const { return shortest(value); }
+  std::string operator()(const auto& value) const { return value.canonical(); }
+};
+
 /// The namespace of a qualified name; none when its prefix stands for nothing.
 std::optional<std::string_view> namespaceOf(std::string_view strName, const PrefixLookup& lookup) {
   const std::string_view strPrefix = prefixOf(strName);
   const std::optional<std::string_view> strUri = lookup ? lookup(strPrefix) : std::nullopt;
   if (!strUri && strPrefix.empty()) return std::string_view();
   return strUri;
-}
-
-template <class Value>
-std::partial_ordering order(const std::optional<Value>& left, const std::optional<Value>& right) {
-  if (!left || !right) return std::partial_ordering::unordered;
-  return *left <=> *right;
 }
 
 }  // namespace
@@ -132,18 +144,11 @@ bool AtomicType::isValue(std::string_view strText, const PrefixLookup& lookup) c
   switch (primitive) {
     case Primitive::string:
       return !hasForm || hasForm(strText);
-    case Primitive::boolean:
-      return isBoolean(strText);
     case Primitive::decimal: {
       if (blnInteger && strText.find('.') != std::string_view::npos) return false;
       const std::optional<Decimal> number = Decimal::parse(strText);
       return number && (!least || *number >= *least) && (!most || *number <= *most);
     }
-    case Primitive::floating:
-    case Primitive::doubled:
-      return parseFloating(primitive, strText).has_value();
-    case Primitive::duration:
-      return Duration::parse(strText).has_value();
     case Primitive::hexBinary:
       return hexOctets(strText).has_value();
     case Primitive::base64Binary:
@@ -152,9 +157,9 @@ bool AtomicType::isValue(std::string_view strText, const PrefixLookup& lookup) c
       return isAnyUri(strText);
     case Primitive::qName:
     case Primitive::notation:
-      return isQName(strText) && namespaceOf(strText, lookup).has_value();
+      return isQualifiedName(strText) && namespaceOf(strText, lookup).has_value();
     default:
-      return Moment::parse(momentKind(primitive), strText).has_value();
+      return parse(primitive, strText).has_value();
   }
 }
 
@@ -178,64 +183,47 @@ bool AtomicType::allows(Facet facet) const noexcept {
 
 std::string atomicKey(Primitive primitive, std::string_view strText, const PrefixLookup& lookup) {
   std::string strKey(1, static_cast<char>('a' + static_cast<int>(primitive)));
-  if (primitive == Primitive::boolean && isBoolean(strText)) {
-    return strKey + (strText == "true" || strText == "1" ? "1" : "0");
-  }
-  if (primitive == Primitive::decimal) {
-    if (const auto number = Decimal::parse(strText)) return strKey + number->canonical();
-  }
-  if (primitive == Primitive::floating || primitive == Primitive::doubled) {
-    if (const auto number = parseFloating(primitive, strText)) return strKey + shortest(*number);
-  }
-  if (primitive == Primitive::duration) {
-    if (const auto duration = Duration::parse(strText)) return strKey + duration->canonical();
-  }
-  if (isMoment(primitive)) {
-    if (const auto moment = Moment::parse(momentKind(primitive), strText)) {
-      return strKey + moment->canonical();
-    }
-  }
-  if (primitive == Primitive::hexBinary && hexOctets(strText)) {
-    strKey += strText;
-    for (char& digit : strKey)
-      digit = digit >= 'A' && digit <= 'F' ? static_cast<char>(digit + 32) : digit;
-    return strKey;
-  }
-  if (primitive == Primitive::base64Binary && base64Octets(strText)) {
-    strKey += strText;
-    std::erase(strKey, ' ');
-    return strKey;
-  }
-  if ((primitive == Primitive::qName || primitive == Primitive::notation) && isQName(strText)) {
-    if (const auto strUri = namespaceOf(strText, lookup)) {
+  switch (primitive) {
+    case Primitive::string:
+    case Primitive::anyURI:
+      return strKey.append(strText);
+    case Primitive::hexBinary:
+      if (!hexOctets(strText)) break;
+      strKey += strText;
+      for (char& digit : strKey)
+        digit = digit >= 'A' && digit <= 'F' ? static_cast<char>(digit + 32) : digit;
+      return strKey;
+    case Primitive::base64Binary:
+      if (!base64Octets(strText)) break;
+      strKey += strText;
+      std::erase(strKey, ' ');
+      return strKey;
+    case Primitive::qName:
+    case Primitive::notation: {
+      const auto strUri = namespaceOf(strText, lookup);
+      if (!strUri || !isQualifiedName(strText)) break;
       return strKey.append("{").append(*strUri).append("}").append(withoutPrefix(strText));
     }
+    default:
+      if (const std::optional<Value> value = parse(primitive, strText)) {
+        return strKey + std::visit(Canonical(), *value);
+      }
   }
-  const bool blnAny = primitive == Primitive::string || primitive == Primitive::anyURI;
-  return strKey.append(blnAny ? "" : "?").append(strText);
+  return strKey.append("?").append(strText);
 }
 
 std::partial_ordering compareValues(Primitive primitive, std::string_view strLeft,
                                     std::string_view strRight) {
-  switch (primitive) {
-    case Primitive::decimal:
-      return order(Decimal::parse(strLeft), Decimal::parse(strRight));
-    case Primitive::floating:
-    case Primitive::doubled: {
-      const std::optional<double> left = parseFloating(primitive, strLeft);
-      const std::optional<double> right = parseFloating(primitive, strRight);
-      // No number is equal to itself here, where it is to the processor.
-      if (left && right && std::isnan(*left) && std::isnan(*right)) {
-        return std::partial_ordering::equivalent;
-      }
-      return order(left, right);
-    }
-    case Primitive::duration:
-      return order(Duration::parse(strLeft), Duration::parse(strRight));
-    default:
-      return order(Moment::parse(momentKind(primitive), strLeft),
-                   Moment::parse(momentKind(primitive), strRight));
-  }
+  const std::optional<Value> left = parse(primitive, strLeft);
+  const std::optional<Value> right = parse(primitive, strRight);
+  if (!left || !right) return std::partial_ordering::unordered;
+  // No number is equal to itself here, where it is to the processor.
+  const auto isNoNumber = [](const Value& value) {
+    const double* number = std::get_if<double>(&value);
+    return number && std::isnan(*number);
+  };
+  if (isNoNumber(*left) && isNoNumber(*right)) return std::partial_ordering::equivalent;
+  return *left <=> *right;
 }
 
 std::optional<std::size_t> lengthOf(Primitive primitive, std::string_view strText) {

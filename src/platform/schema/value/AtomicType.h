@@ -14,33 +14,12 @@
 
 namespace Varnel_Tolv_XML_Creation {
 
-enum class Primitive : std::uint8_t {
-  string,
-  boolean,
-  decimal,
-  floating,
-  doubled,
-  duration,
-  dateTime,
-  time,
-  date,
-  gYearMonth,
-  gYear,
-  gMonthDay,
-  gDay,
-  gMonth,
-  hexBinary,
-  base64Binary,
-  anyURI,
-  qName,
-  notation,
-};
-
 /// One of the types of the namespace of XML Schema that are no lists: a primitive type, the type
 /// above them all, or what XML Schema derives from them. Texts come with their white space
 /// normalised.
 struct AtomicType {
   std::string_view strName;
+  std::string_view strBase;  // the type that it derives from
   Primitive primitive;
   WhiteSpace whiteSpace = WhiteSpace::collapse;
   IdentifierKind identifier = IdentifierKind::none;
@@ -51,7 +30,7 @@ struct AtomicType {
   std::optional<Decimal> least = {};
   std::optional<Decimal> most = {};
 
-  /// All of them.
+  /// All of them, each behind its base.
   static std::span<const AtomicType> all() noexcept;
 
   bool isValue(std::string_view strText, const PrefixLookup& lookup) const;

@@ -1,159 +1,79 @@
-#include <algorithm>
-#include <array>
-#include <cstdint>
+#include <charconv>
 
 #include "platform/schema/value/CodePoints.h"
+#include "platform/schema/value/LexicalForms.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
 namespace {
 
-struct Block {
-  std::string_view strName;
-  std::uint32_t first, last;
-};
+/// The blocks that XML Schema 1.0 names, and what Unicode 4 added to them: the name of each, its
+/// first and its last character. Some stand here several times.
+constexpr std::string_view kBlocks =
+    "AegeanNumbers 10100 1013F  AlphabeticPresentationForms FB00 FB4F  Arabic 600 6FF  "
+    "ArabicPresentationForms-A FB50 FDFF  ArabicPresentationForms-B FE70 FEFE  "
+    "Armenian 530 58F  Arrows 2190 21FF  BasicLatin 0 7F  Bengali 980 9FF  "
+    "BlockElements 2580 259F  Bopomofo 3100 312F  BopomofoExtended 31A0 31BF  "
+    "BoxDrawing 2500 257F  BraillePatterns 2800 28FF  Buhid 1740 175F  "
+    "ByzantineMusicalSymbols 1D000 1D0FF  CJKCompatibility 3300 33FF  "
+    "CJKCompatibilityForms FE30 FE4F  CJKCompatibilityIdeographs F900 FAFF  "
+    "CJKCompatibilityIdeographsSupplement 2F800 2FA1F  CJKRadicalsSupplement 2E80 2EFF  "
+    "CJKSymbolsandPunctuation 3000 303F  CJKUnifiedIdeographs 4E00 9FFF  "
+    "CJKUnifiedIdeographsExtensionA 3400 4DB5  CJKUnifiedIdeographsExtensionB 20000 2A6D6  "
+    "Cherokee 13A0 13FF  CombiningDiacriticalMarks 300 36F  "
+    "CombiningDiacriticalMarksforSymbols 20D0 20FF  CombiningHalfMarks FE20 FE2F  "
+    "CombiningMarksforSymbols 20D0 20FF  ControlPictures 2400 243F  CurrencySymbols 20A0 20CF  "
+    "CypriotSyllabary 10800 1083F  Cyrillic 400 4FF  CyrillicSupplement 500 52F  "
+    "Deseret 10400 1044F  Devanagari 900 97F  Dingbats 2700 27BF  "
+    "EnclosedAlphanumerics 2460 24FF  EnclosedCJKLettersandMonths 3200 32FF  "
+    "Ethiopic 1200 137F  GeneralPunctuation 2000 206F  GeometricShapes 25A0 25FF  "
+    "Georgian 10A0 10FF  Gothic 10330 1034F  Greek 370 3FF  GreekExtended 1F00 1FFF  "
+    "GreekandCoptic 370 3FF  Gujarati A80 AFF  Gurmukhi A00 A7F  "
+    "HalfwidthandFullwidthForms FF00 FFEF  HangulCompatibilityJamo 3130 318F  "
+    "HangulJamo 1100 11FF  HangulSyllables AC00 D7A3  Hanunoo 1720 173F  Hebrew 590 5FF  "
+    "HighPrivateUseSurrogates DB80 DBFF  HighSurrogates D800 DB7F  Hiragana 3040 309F  "
+    "IPAExtensions 250 2AF  IdeographicDescriptionCharacters 2FF0 2FFF  Kanbun 3190 319F  "
+    "KangxiRadicals 2F00 2FDF  Kannada C80 CFF  Katakana 30A0 30FF  "
+    "KatakanaPhoneticExtensions 31F0 31FF  Khmer 1780 17FF  KhmerSymbols 19E0 19FF  "
+    "Lao E80 EFF  Latin-1Supplement 80 FF  LatinExtended-A 100 17F  LatinExtended-B 180 24F  "
+    "LatinExtendedAdditional 1E00 1EFF  LetterlikeSymbols 2100 214F  Limbu 1900 194F  "
+    "LinearBIdeograms 10080 100FF  LinearBSyllabary 10000 1007F  LowSurrogates DC00 DFFF  "
+    "Malayalam D00 D7F  MathematicalAlphanumericSymbols 1D400 1D7FF  "
+    "MathematicalOperators 2200 22FF  MiscellaneousMathematicalSymbols-A 27C0 27EF  "
+    "MiscellaneousMathematicalSymbols-B 2980 29FF  MiscellaneousSymbols 2600 26FF  "
+    "MiscellaneousSymbolsandArrows 2B00 2BFF  MiscellaneousTechnical 2300 23FF  "
+    "Mongolian 1800 18AF  MusicalSymbols 1D100 1D1FF  Myanmar 1000 109F  "
+    "NumberForms 2150 218F  Ogham 1680 169F  OldItalic 10300 1032F  "
+    "OpticalCharacterRecognition 2440 245F  Oriya B00 B7F  Osmanya 10480 104AF  "
+    "PhoneticExtensions 1D00 1D7F  PrivateUse E000 F8FF  PrivateUse F0000 FFFFD  "
+    "PrivateUse 100000 10FFFD  PrivateUseArea E000 F8FF  Runic 16A0 16FF  Shavian 10450 1047F  "
+    "Sinhala D80 DFF  SmallFormVariants FE50 FE6F  SpacingModifierLetters 2B0 2FF  "
+    "Specials FEFF FEFF  Specials FFF0 FFFD  SuperscriptsandSubscripts 2070 209F  "
+    "SupplementalArrows-A 27F0 27FF  SupplementalArrows-B 2900 297F  "
+    "SupplementalMathematicalOperators 2A00 2AFF  SupplementaryPrivateUseArea-A F0000 FFFFF  "
+    "SupplementaryPrivateUseArea-B 100000 10FFFF  Syriac 700 74F  Tagalog 1700 171F  "
+    "Tagbanwa 1760 177F  Tags E0000 E007F  TaiLe 1950 197F  TaiXuanJingSymbols 1D300 1D35F  "
+    "Tamil B80 BFF  Telugu C00 C7F  Thaana 780 7BF  Thai E00 E7F  Tibetan F00 FFF  "
+    "Ugaritic 10380 1039F  UnifiedCanadianAboriginalSyllabics 1400 167F  "
+    "VariationSelectors FE00 FE0F  VariationSelectorsSupplement E0100 E01EF  "
+    "YiRadicals A490 A4CF  YiSyllables A000 A48F  YijingHexagramSymbols 4DC0 4DFF";
 
-/// The blocks that XML Schema 1.0 names, and what Unicode 4 added to them; some have several rows.
-constexpr auto kBlocks = std::to_array<Block>({
-    {"AegeanNumbers", 0x10100, 0x1013F},
-    {"AlphabeticPresentationForms", 0xFB00, 0xFB4F},
-    {"Arabic", 0x0600, 0x06FF},
-    {"ArabicPresentationForms-A", 0xFB50, 0xFDFF},
-    {"ArabicPresentationForms-B", 0xFE70, 0xFEFE},
-    {"Armenian", 0x0530, 0x058F},
-    {"Arrows", 0x2190, 0x21FF},
-    {"BasicLatin", 0x0000, 0x007F},
-    {"Bengali", 0x0980, 0x09FF},
-    {"BlockElements", 0x2580, 0x259F},
-    {"Bopomofo", 0x3100, 0x312F},
-    {"BopomofoExtended", 0x31A0, 0x31BF},
-    {"BoxDrawing", 0x2500, 0x257F},
-    {"BraillePatterns", 0x2800, 0x28FF},
-    {"Buhid", 0x1740, 0x175F},
-    {"ByzantineMusicalSymbols", 0x1D000, 0x1D0FF},
-    {"CJKCompatibility", 0x3300, 0x33FF},
-    {"CJKCompatibilityForms", 0xFE30, 0xFE4F},
-    {"CJKCompatibilityIdeographs", 0xF900, 0xFAFF},
-    {"CJKCompatibilityIdeographsSupplement", 0x2F800, 0x2FA1F},
-    {"CJKRadicalsSupplement", 0x2E80, 0x2EFF},
-    {"CJKSymbolsandPunctuation", 0x3000, 0x303F},
-    {"CJKUnifiedIdeographs", 0x4E00, 0x9FFF},
-    {"CJKUnifiedIdeographsExtensionA", 0x3400, 0x4DB5},
-    {"CJKUnifiedIdeographsExtensionB", 0x20000, 0x2A6D6},
-    {"Cherokee", 0x13A0, 0x13FF},
-    {"CombiningDiacriticalMarks", 0x0300, 0x036F},
-    {"CombiningDiacriticalMarksforSymbols", 0x20D0, 0x20FF},
-    {"CombiningHalfMarks", 0xFE20, 0xFE2F},
-    {"CombiningMarksforSymbols", 0x20D0, 0x20FF},
-    {"ControlPictures", 0x2400, 0x243F},
-    {"CurrencySymbols", 0x20A0, 0x20CF},
-    {"CypriotSyllabary", 0x10800, 0x1083F},
-    {"Cyrillic", 0x0400, 0x04FF},
-    {"CyrillicSupplement", 0x0500, 0x052F},
-    {"Deseret", 0x10400, 0x1044F},
-    {"Devanagari", 0x0900, 0x097F},
-    {"Dingbats", 0x2700, 0x27BF},
-    {"EnclosedAlphanumerics", 0x2460, 0x24FF},
-    {"EnclosedCJKLettersandMonths", 0x3200, 0x32FF},
-    {"Ethiopic", 0x1200, 0x137F},
-    {"GeneralPunctuation", 0x2000, 0x206F},
-    {"GeometricShapes", 0x25A0, 0x25FF},
-    {"Georgian", 0x10A0, 0x10FF},
-    {"Gothic", 0x10330, 0x1034F},
-    {"Greek", 0x0370, 0x03FF},
-    {"GreekExtended", 0x1F00, 0x1FFF},
-    {"GreekandCoptic", 0x0370, 0x03FF},
-    {"Gujarati", 0x0A80, 0x0AFF},
-    {"Gurmukhi", 0x0A00, 0x0A7F},
-    {"HalfwidthandFullwidthForms", 0xFF00, 0xFFEF},
-    {"HangulCompatibilityJamo", 0x3130, 0x318F},
-    {"HangulJamo", 0x1100, 0x11FF},
-    {"HangulSyllables", 0xAC00, 0xD7A3},
-    {"Hanunoo", 0x1720, 0x173F},
-    {"Hebrew", 0x0590, 0x05FF},
-    {"HighPrivateUseSurrogates", 0xDB80, 0xDBFF},
-    {"HighSurrogates", 0xD800, 0xDB7F},
-    {"Hiragana", 0x3040, 0x309F},
-    {"IPAExtensions", 0x0250, 0x02AF},
-    {"IdeographicDescriptionCharacters", 0x2FF0, 0x2FFF},
-    {"Kanbun", 0x3190, 0x319F},
-    {"KangxiRadicals", 0x2F00, 0x2FDF},
-    {"Kannada", 0x0C80, 0x0CFF},
-    {"Katakana", 0x30A0, 0x30FF},
-    {"KatakanaPhoneticExtensions", 0x31F0, 0x31FF},
-    {"Khmer", 0x1780, 0x17FF},
-    {"KhmerSymbols", 0x19E0, 0x19FF},
-    {"Lao", 0x0E80, 0x0EFF},
-    {"Latin-1Supplement", 0x0080, 0x00FF},
-    {"LatinExtended-A", 0x0100, 0x017F},
-    {"LatinExtended-B", 0x0180, 0x024F},
-    {"LatinExtendedAdditional", 0x1E00, 0x1EFF},
-    {"LetterlikeSymbols", 0x2100, 0x214F},
-    {"Limbu", 0x1900, 0x194F},
-    {"LinearBIdeograms", 0x10080, 0x100FF},
-    {"LinearBSyllabary", 0x10000, 0x1007F},
-    {"LowSurrogates", 0xDC00, 0xDFFF},
-    {"Malayalam", 0x0D00, 0x0D7F},
-    {"MathematicalAlphanumericSymbols", 0x1D400, 0x1D7FF},
-    {"MathematicalOperators", 0x2200, 0x22FF},
-    {"MiscellaneousMathematicalSymbols-A", 0x27C0, 0x27EF},
-    {"MiscellaneousMathematicalSymbols-B", 0x2980, 0x29FF},
-    {"MiscellaneousSymbols", 0x2600, 0x26FF},
-    {"MiscellaneousSymbolsandArrows", 0x2B00, 0x2BFF},
-    {"MiscellaneousTechnical", 0x2300, 0x23FF},
-    {"Mongolian", 0x1800, 0x18AF},
-    {"MusicalSymbols", 0x1D100, 0x1D1FF},
-    {"Myanmar", 0x1000, 0x109F},
-    {"NumberForms", 0x2150, 0x218F},
-    {"Ogham", 0x1680, 0x169F},
-    {"OldItalic", 0x10300, 0x1032F},
-    {"OpticalCharacterRecognition", 0x2440, 0x245F},
-    {"Oriya", 0x0B00, 0x0B7F},
-    {"Osmanya", 0x10480, 0x104AF},
-    {"PhoneticExtensions", 0x1D00, 0x1D7F},
-    {"PrivateUse", 0xE000, 0xF8FF},
-    {"PrivateUse", 0xF0000, 0xFFFFD},
-    {"PrivateUse", 0x100000, 0x10FFFD},
-    {"PrivateUseArea", 0xE000, 0xF8FF},
-    {"Runic", 0x16A0, 0x16FF},
-    {"Shavian", 0x10450, 0x1047F},
-    {"Sinhala", 0x0D80, 0x0DFF},
-    {"SmallFormVariants", 0xFE50, 0xFE6F},
-    {"SpacingModifierLetters", 0x02B0, 0x02FF},
-    {"Specials", 0xFEFF, 0xFEFF},
-    {"Specials", 0xFFF0, 0xFFFD},
-    {"SuperscriptsandSubscripts", 0x2070, 0x209F},
-    {"SupplementalArrows-A", 0x27F0, 0x27FF},
-    {"SupplementalArrows-B", 0x2900, 0x297F},
-    {"SupplementalMathematicalOperators", 0x2A00, 0x2AFF},
-    {"SupplementaryPrivateUseArea-A", 0xF0000, 0xFFFFF},
-    {"SupplementaryPrivateUseArea-B", 0x100000, 0x10FFFF},
-    {"Syriac", 0x0700, 0x074F},
-    {"Tagalog", 0x1700, 0x171F},
-    {"Tagbanwa", 0x1760, 0x177F},
-    {"Tags", 0xE0000, 0xE007F},
-    {"TaiLe", 0x1950, 0x197F},
-    {"TaiXuanJingSymbols", 0x1D300, 0x1D35F},
-    {"Tamil", 0x0B80, 0x0BFF},
-    {"Telugu", 0x0C00, 0x0C7F},
-    {"Thaana", 0x0780, 0x07BF},
-    {"Thai", 0x0E00, 0x0E7F},
-    {"Tibetan", 0x0F00, 0x0FFF},
-    {"Ugaritic", 0x10380, 0x1039F},
-    {"UnifiedCanadianAboriginalSyllabics", 0x1400, 0x167F},
-    {"VariationSelectors", 0xFE00, 0xFE0F},
-    {"VariationSelectorsSupplement", 0xE0100, 0xE01EF},
-    {"YiRadicals", 0xA490, 0xA4CF},
-    {"YiSyllables", 0xA000, 0xA48F},
-    {"YijingHexagramSymbols", 0x4DC0, 0x4DFF},
-});
+char32_t takeCodePoint(std::string_view& strRest) {
+  const std::string_view strDigits = takeItem(strRest);
+  std::uint32_t lngCodePoint = 0;
+  std::from_chars(strDigits.data(), strDigits.data() + strDigits.size(), lngCodePoint, 16);
+  return lngCodePoint;
+}
 
 }  // namespace
 
 std::optional<CodePoints> blockNamed(std::string_view strName) {
   std::vector<CodePoints::Range> ranges;
-  for (const Block& block : kBlocks) {
-    if (block.strName == strName) ranges.push_back({block.first, block.last});
+  for (std::string_view strRest = kBlocks; !strRest.empty();) {
+    const bool blnNamed = takeItem(strRest) == strName;
+    const char32_t first = takeCodePoint(strRest);
+    const char32_t last = takeCodePoint(strRest);
+    if (blnNamed) ranges.push_back({first, last});
   }
   if (ranges.empty()) return std::nullopt;
   return CodePoints(std::move(ranges));

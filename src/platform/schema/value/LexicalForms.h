@@ -5,13 +5,36 @@
 #include <string>
 #include <string_view>
 
-// The forms of XML Schema's types that are not numbers or times. Texts come with their white space
+// The forms of XML Schema's types that are not decimals or times. Texts come with their white space
 // normalised.
 
 namespace Varnel_Tolv_XML_Creation {
 
 /// What is done to white space in a text; each does what the one before it does.
 enum class WhiteSpace : unsigned char { preserve, replace, collapse };
+
+/// The types that all others derive from, by their values. Those of dates and times stand together.
+enum class Primitive : unsigned char {
+  string,
+  boolean,
+  decimal,
+  floating,
+  doubled,
+  duration,
+  dateTime,
+  time,
+  date,
+  gYearMonth,
+  gYear,
+  gMonthDay,
+  gDay,
+  gMonth,
+  hexBinary,
+  base64Binary,
+  anyURI,
+  qName,
+  notation,
+};
 
 /// A text after white-space normalisation. Copies only a text that normalisation changes inside.
 class Normalised {
@@ -35,7 +58,6 @@ std::string shown(std::string_view strText);
 
 bool isName(std::string_view strText);  // the names of XML 1.0, colons included
 bool isNmtoken(std::string_view strText);
-bool isQName(std::string_view strText);
 bool isLanguage(std::string_view strText) noexcept;
 
 /// Whether a text is a reference to a resource, or will be one once the characters that may not

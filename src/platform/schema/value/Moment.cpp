@@ -166,11 +166,11 @@ auto order(const Moment& moment, std::int64_t lngShift) noexcept {
 
 }  // namespace
 
-std::optional<Moment> Moment::parse(MomentKind kind, std::string_view strText) noexcept {
-  using enum MomentKind;
-  const bool blnYear = kind == dateTime || kind == date || kind == gYearMonth || kind == gYear;
-  const bool blnMonth = kind != time && kind != gYear && kind != gDay;
-  const bool blnDay = kind == dateTime || kind == date || kind == gMonthDay || kind == gDay;
+std::optional<Moment> Moment::parse(Primitive type, std::string_view strText) noexcept {
+  using enum Primitive;
+  const bool blnYear = type == dateTime || type == date || type == gYearMonth || type == gYear;
+  const bool blnMonth = type != time && type != gYear && type != gDay;
+  const bool blnDay = type == dateTime || type == date || type == gMonthDay || type == gDay;
 
   Pieces pieces(strText);
   std::int64_t lngYear = 1972;  // a leap year
@@ -189,8 +189,8 @@ std::optional<Moment> Moment::parse(MomentKind kind, std::string_view strText) n
 
   Moment moment;
   std::int64_t lngSeconds = 0;
-  if (kind == dateTime) pieces.need("T");
-  if (kind == dateTime || kind == time) lngSeconds = takeTime(pieces, moment.strFraction);
+  if (type == dateTime) pieces.need("T");
+  if (type == dateTime || type == time) lngSeconds = takeTime(pieces, moment.strFraction);
   const std::optional<std::int64_t> lngZone = takeZone(pieces);
   if (!pieces.ended()) return std::nullopt;
 
@@ -200,7 +200,7 @@ std::optional<Moment> Moment::parse(MomentKind kind, std::string_view strText) n
   if (lngYear < 0) moment.lngDay += kDaysOfYearZero;
   lngSeconds -= lngZone.value_or(0);
   const std::int64_t lngOfDay = (lngSeconds % kSecondsOfDay + kSecondsOfDay) % kSecondsOfDay;
-  if (kind != time) moment.lngDay += (lngSeconds - lngOfDay) / kSecondsOfDay;
+  if (type != time) moment.lngDay += (lngSeconds - lngOfDay) / kSecondsOfDay;
   moment.lngSecond = static_cast<std::int32_t>(lngOfDay);
   return moment;
 }
@@ -248,53 +248,23 @@ std::string Duration::canonical() const {
   return strValue.append(strFraction);
 }
 
-namespace {
-
-/// A duration added to a moment: the day and second at or before its end, and what of a second is
-/// between them: its fraction, or what that leaves of the second.
-struct End {
-  std::int64_t lngDay;
-  std::int64_t lngSecond;
-  std::string_view strFraction;
-  bool blnRest;
-
-  End(const Duration& duration, std::int64_t lngYear, std::int64_t lngMonth) noexcept
-      : strFraction(duration.strFraction), blnRest(duration.blnNegative && !strFraction.empty()) {
-    const std::int64_t lngSign = duration.blnNegative ? -1 : 1;
-    const std::int64_t lngSeconds = lngSign * duration.lngSeconds - (blnRest ? 1 : 0);
-    const std::int64_t lngEarlier = lngSeconds < 0 ? 1 : 0;
-    lngDay = dayNumber(lngYear, lngMonth + lngSign * duration.lngMonths, 1) +
-             lngSign * duration.lngDays - lngEarlier;
-    lngSecond = lngSeconds + lngEarlier * kSecondsOfDay;
-  }
-
-  int digit(std::size_t at) const noexcept {
-    if (at >= strFraction.size()) return 0;
-    const int digit = strFraction[at] - '0';
-    return blnRest ? (at + 1 == strFraction.size() ? 10 : 9) - digit : digit;
-  }
-
-  std::strong_ordering operator<=>(const End& other) const noexcept {
-    if (lngDay != other.lngDay) return lngDay <=> other.lngDay;
-    if (lngSecond != other.lngSecond) return lngSecond <=> other.lngSecond;
-    const std::size_t lngDigits = std::max(strFraction.size(), other.strFraction.size());
-    for (std::size_t at = 0; at < lngDigits; ++at) {
-      if (digit(at) != other.digit(at)) return digit(at) <=> other.digit(at);
-    }
-    return std::strong_ordering::equal;
-  }
-};
-
-}  // namespace
-
 std::partial_ordering operator<=>(const Duration& left, const Duration& right) noexcept {
+  if (left.blnNegative != right.blnNegative) {
+    return left.blnNegative ? std::partial_ordering::less : std::partial_ordering::greater;
+  }
+  const int sign = left.blnNegative ? -1 : 1;
+  const auto rest =
+      std::tie(left.lngSeconds, left.strFraction) <=> std::tie(right.lngSeconds, right.strFraction);
   // The moments that XML Schema chose: what comes after them are months of all lengths.
   constexpr std::array<std::array<int, 2>, 4> kBegins = {
       {{1696, 9}, {1697, 2}, {1903, 3}, {1903, 7}}};
   std::optional<std::strong_ordering> common;
   for (const auto& [lngYear, lngMonth] : kBegins) {
-    const std::strong_ordering order =
-        End(left, lngYear, lngMonth) <=> End(right, lngYear, lngMonth);
+    const auto end = [&](const Duration& duration) {
+      return dayNumber(lngYear, lngMonth + sign * duration.lngMonths, 1) + sign * duration.lngDays;
+    };
+    std::strong_ordering order = end(left) <=> end(right);
+    if (std::is_eq(order)) order = left.blnNegative ? 0 <=> rest : rest;
     if (common && *common != order) return std::partial_ordering::unordered;
     common = order;
   }

@@ -6,22 +6,12 @@
 #include <string>
 #include <string_view>
 
+#include "platform/schema/value/LexicalForms.h"
+
 // The values of XML Schema's types of date and time. Years and the numbers of a duration have at
 // most 15 digits (a text with more is no value), the fractions of a second any number.
 
 namespace Varnel_Tolv_XML_Creation {
-
-/// What of a moment a type states.
-enum class MomentKind : std::uint8_t {
-  dateTime,
-  time,
-  date,
-  gYearMonth,
-  gYear,
-  gMonthDay,
-  gDay,
-  gMonth,
-};
 
 /// A moment on the time line: of a day or a longer span its beginning. What the type leaves out is
 /// filled in, the same for all values, so that they can be compared. With a zone it is in UTC; two
@@ -32,7 +22,8 @@ struct Moment {
   std::string_view strFraction;  // of the second, without zeros at the end
   bool blnZone = false;
 
-  static std::optional<Moment> parse(MomentKind kind, std::string_view strText) noexcept;
+  /// `type` is one of those of dates and times.
+  static std::optional<Moment> parse(Primitive type, std::string_view strText) noexcept;
 
   /// The one text that all texts of this value share.
   std::string canonical() const;

@@ -16,6 +16,10 @@ constexpr std::array<std::string_view, 12> kFacetNames = {
     "enumeration",  "whiteSpace",   "maxInclusive", "maxExclusive",
     "minInclusive", "minExclusive", "totalDigits",  "fractionDigits"};
 
+/// The built-in lists, and what their items are.
+constexpr std::array<std::array<std::string_view, 2>, 3> kLists = {
+    {{"NMTOKENS", "NMTOKEN"}, {"IDREFS", "IDREF"}, {"ENTITIES", "ENTITY"}}};
+
 }  // namespace
 
 std::string_view facetName(Facet facet) noexcept {
@@ -44,8 +48,6 @@ const SimpleType* SimpleType::builtIn(std::string_view strName) {
       impl->blnIdentifiers = atomic.identifier != IdentifierKind::none;
       made->emplace(atomic.strName, new SimpleType(std::move(impl)));
     }
-    constexpr std::array<std::array<std::string_view, 2>, 3> kLists = {
-        {{"NMTOKENS", "NMTOKEN"}, {"IDREFS", "IDREF"}, {"ENTITIES", "ENTITY"}}};
     for (const auto& [strList, strItem] : kLists) {
       const SimpleType& item = *made->at(strItem);
       std::unique_ptr<Impl> impl = Impl::listOf(item);
@@ -57,6 +59,15 @@ const SimpleType* SimpleType::builtIn(std::string_view strName) {
   }();
   const auto found = types->find(strName);
   return found == types->end() ? nullptr : found->second;
+}
+
+std::vector<BuiltInType> SimpleType::builtIns() {
+  std::vector<BuiltInType> types;
+  for (const AtomicType& atomic : AtomicType::all()) {
+    types.push_back({atomic.strName, atomic.strBase});
+  }
+  for (const auto& [strList, strItem] : kLists) types.push_back({strList, "anySimpleType"});
+  return types;
 }
 
 SimpleType::Variety SimpleType::variety() const noexcept { return impl_->variety; }

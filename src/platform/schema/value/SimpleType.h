@@ -56,6 +56,11 @@ struct FacetDefinition {
 /// Whether a type's values are identifiers of the whole document.
 enum class IdentifierKind : std::uint8_t { none, id, reference };
 
+/// A type of the namespace of XML Schema, and the one that it derives from.
+struct BuiltInType {
+  std::string_view strName, strBase;
+};
+
 /// A simple type definition: whether a text is one of its values, and which. Immutable: any number
 /// of threads may ask it. Checking takes time linear in the text, whatever the type's patterns.
 ///
@@ -68,6 +73,9 @@ class SimpleType {
   /// A type of the namespace of XML Schema by its local name, "anySimpleType" included; null when
   /// there is none of that name. It lives as long as the process.
   static const SimpleType* builtIn(std::string_view strName);
+
+  /// All of them, each behind its base; xs:anyType, the base of the first, is none.
+  static std::vector<BuiltInType> builtIns();
 
   /// Derivations. The types that they derive from are borrowed and must outlive the result.
   /// `restriction` raises kXmlFailure, with a description of one line, for a facet that the base

@@ -1,45 +1,26 @@
 #include "platform/schema/value/Alphabet.h"
 
+#include <utf8proc.h>
+
 #include <algorithm>
+#include <charconv>
 #include <cstddef>
 #include <set>
 #include <unordered_map>
+
+#include "platform/text/Utf8.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
 namespace {
 
 constexpr std::size_t kMostSteps = 5'000'000;
-constexpr std::uint32_t kOneByte = 256;
-constexpr std::uint32_t kTwoBytes = kOneByte * kOneByte;
+constexpr std::uint32_t kMostLetters = 0xD800;  // the surrogates behind are no characters
 
-void appendByte(std::string& strText, std::uint32_t lngByte) {
-  constexpr std::string_view kDigits = "0123456789abcdef";
-  strText.append("\\x").append(1, kDigits[lngByte / 16]).append(1, kDigits[lngByte % 16]);
-}
-
-std::string byteRange(std::uint32_t lngFirst, std::uint32_t lngLast) {
-  std::string strText = "[";
-  appendByte(strText, lngFirst);
-  strText += '-';
-  appendByte(strText, lngLast);
-  return strText + "]";
-}
-
-/// Takes the first character off a text that is not empty. Bytes that are none are U+FFFD.
-char32_t takeCharacter(std::string_view& strRest) noexcept {
-  const auto lead = static_cast<unsigned char>(strRest.front());
-  const std::size_t lngBytes = lead < 0xC0 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-  if ((lead >= 0x80 && lngBytes == 1) || strRest.size() < lngBytes) {
-    strRest.remove_prefix(1);
-    return 0xFFFD;
-  }
-  char32_t point = lngBytes == 1 ? lead : lead & (0x7Fu >> lngBytes);
-  for (std::size_t at = 1; at < lngBytes; ++at) {
-    point = (point << 6) | (static_cast<unsigned char>(strRest[at]) & 0x3Fu);
-  }
-  strRest.remove_prefix(lngBytes);
-  return point;
+std::string written(std::uint32_t lngLetter) {
+  std::array<char, 16> digits{};
+  const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), lngLetter, 16).ptr;
+  return "\\x{" + std::string(digits.data(), end) + "}";
 }
 
 }  // namespace
@@ -86,7 +67,7 @@ void Alphabet::divide(const std::vector<CodePoints>& sets) {
     letter = numbers.try_emplace(letter, static_cast<Letter>(numbers.size())).first->second;
   }
   lngLetters_ = static_cast<Letter>(numbers.size());
-  if (lngLetters_ > kTwoBytes) blnTooLarge_ = true;
+  if (lngLetters_ > kMostLetters) blnTooLarge_ = true;
 }
 
 std::string Alphabet::expression(const CodePoints& set) const {
@@ -96,19 +77,16 @@ std::string Alphabet::expression(const CodePoints& set) const {
                                        begins_.begin());
     for (; at < begins_.size() && begins_[at] <= last; ++at) letters.insert(letters_[at]);
   }
-  if (letters.empty()) return "[^\\x00-\\xff]";
+  if (letters.empty()) return "[^\\x{0}-\\x{10FFFF}]";
 
-  std::string strText;
+  std::string strText = "[";
   for (auto letter = letters.begin(); letter != letters.end();) {
     const Letter first = *letter;
     Letter last = first;
-    // Ranges of letters of two bytes end where the first byte does.
-    while (++letter != letters.end() && *letter == last + 1 && *letter % kOneByte != 0) ++last;
-    if (!strText.empty()) strText += '|';
-    if (lngLetters_ > kOneByte) appendByte(strText, first / kOneByte);
-    strText += byteRange(first % kOneByte, last % kOneByte);
+    while (++letter != letters.end() && *letter == last + 1) ++last;
+    strText += written(first) + "-" + written(last);
   }
-  return "(?:" + strText + ")";
+  return strText + "]";
 }
 
 Alphabet::Letter Alphabet::letter(char32_t point) const noexcept {
@@ -118,13 +96,17 @@ Alphabet::Letter Alphabet::letter(char32_t point) const noexcept {
 }
 
 std::string Alphabet::spell(std::string_view strText) const {
+  constexpr std::int32_t kNoCharacter = 0xFFFD;
   std::string strLetters;
-  const bool blnTwoBytes = lngLetters_ > kOneByte;
-  strLetters.reserve(strText.size() * (blnTwoBytes ? 2 : 1));
+  strLetters.reserve(strText.size());
   while (!strText.empty()) {
-    const Letter next = letter(takeCharacter(strText));
-    if (blnTwoBytes) strLetters += static_cast<char>(next / kOneByte);
-    strLetters += static_cast<char>(next % kOneByte);
+    const Utf8Character next = firstCharacter(strText);
+    strText.remove_prefix(next.lngBytes);
+    const Letter read =
+        letter(static_cast<char32_t>(next.isCharacter() ? next.lngCodePoint : kNoCharacter));
+    std::array<utf8proc_uint8_t, 4> bytes{};
+    const auto lngBytes = utf8proc_encode_char(static_cast<utf8proc_int32_t>(read), bytes.data());
+    strLetters.append(bytes.begin(), bytes.begin() + lngBytes);
   }
   return strLetters;
 }

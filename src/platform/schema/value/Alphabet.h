@@ -13,7 +13,7 @@ namespace Varnel_Tolv_XML_Creation {
 /// The letters of one regular expression: characters that it nowhere tells apart are one letter. Of
 /// the million characters that makes a handful for most expressions, so that a search for letters
 /// takes a program of a few hundredths of the size of one for the bytes of characters. A letter is
-/// written as one byte, or as two when there are more than 256.
+/// written as the character that has its number.
 class Alphabet {
  public:
   /// The sets of characters that an expression mentions, in any order.
@@ -22,7 +22,7 @@ class Alphabet {
   /// Whether working it out would have taken more than an expression may; then it is of no use.
   bool tooLarge() const noexcept { return blnTooLarge_; }
 
-  /// What matches one character of a set that was mentioned, in the syntax of RE2 for bytes.
+  /// What matches one character of a set that was mentioned, in the syntax of RE2.
   std::string expression(const CodePoints& set) const;
 
   /// A text in letters.

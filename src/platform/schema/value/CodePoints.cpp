@@ -1,6 +1,6 @@
 #include "platform/schema/value/CodePoints.h"
 
-#include <libxml/chvalid.h>
+#include <libxml/parserInternals.h>
 #include <utf8proc.h>
 
 #include <algorithm>
@@ -37,30 +37,13 @@ const std::array<Ranges, kCategories.size()>& rangesOfCategories() {
   return all;
 }
 
-void append(Ranges& ranges, const xmlChRangeGroup& group) {
-  for (int at = 0; at < group.nbShortRange; ++at) {
-    ranges.push_back({group.shortRange[at].low, group.shortRange[at].high});
-  }
-  for (int at = 0; at < group.nbLongRange; ++at) {
-    ranges.push_back({group.longRange[at].low, group.longRange[at].high});
-  }
-}
-
 /// What a name may begin with (letters, "_" and ":"), and what it may go on with.
 CodePoints nameCharacters(bool blnFirst) {
   Ranges ranges = {{':', ':'}, {'_', '_'}};
-  append(ranges, xmlIsBaseCharGroup);
-  append(ranges, xmlIsIdeographicGroup);
-  if (!blnFirst) {
-    ranges.push_back({'-', '.'});
-    append(ranges, xmlIsDigitGroup);
-    append(ranges, xmlIsCombiningGroup);
-    append(ranges, xmlIsExtenderGroup);
-  }
-  for (char32_t point = 0; point < 0x100; ++point) {
-    const bool blnLetter = xmlIsBaseChar_ch(point);
-    const bool blnLater = xmlIsDigit_ch(point) || xmlIsExtender_ch(point);
-    if (blnLetter || (blnLater && !blnFirst)) ranges.push_back({point, point});
+  if (!blnFirst) ranges.push_back({'-', '.'});
+  for (char32_t point = 0; point <= 0xFFFF; ++point) {
+    const bool blnLater = IS_DIGIT(point) || IS_COMBINING(point) || IS_EXTENDER(point);
+    if (IS_LETTER(point) || (blnLater && !blnFirst)) ranges.push_back({point, point});
   }
   return CodePoints(std::move(ranges));
 }

@@ -19,7 +19,6 @@ constexpr std::int64_t kMostMemory = std::int64_t{64} << 20;
 
 RE2::Options options() {
   RE2::Options settings;
-  settings.set_encoding(RE2::Options::EncodingLatin1);
   settings.set_log_errors(false);
   settings.set_never_capture(true);
   settings.set_max_mem(kMostMemory);

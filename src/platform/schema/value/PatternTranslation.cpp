@@ -10,6 +10,7 @@
 
 #include "platform/schema/value/CodePoints.h"
 #include "platform/schema/value/LexicalForms.h"
+#include "platform/text/Utf8.h"
 #include "result/RuntimeError.h"
 
 // The two languages share branches, groups and quantifiers. What differs: sets of characters, which
@@ -74,23 +75,17 @@ Part upToFew(const Part& atom, std::uint64_t lngMost) {
 /// An atom up to so many times: written like a number, as some of it thirty-fold and few more. To
 /// prepare a search takes RE2 time that grows with the square of the places at which an optional
 /// part may end; so there are thirty of each size, not as many as the number says.
-Part upTo(Part atom, std::uint64_t lngMost) {
+Part upTo(const Part& atom, std::uint64_t lngMost) {
   constexpr std::uint64_t kFew = 30;
-  std::vector<Part> rests;
-  while (lngMost >= kFew && !atom.blnTooLong) {
-    // From 0 to all but the last of the multiples, and what is missing up to the number itself.
-    Part rest = upToFew(atom, kFew - 1);
-    rest.append(upToFew(atom, (lngMost + 1) % kFew));
-    rests.push_back(std::move(rest));
-    lngMost = (lngMost + 1) / kFew - 1;
-    Part more{"(?:"};
-    more.append(times(atom, kFew));
-    more.append({")"});
-    atom = std::move(more);
-  }
-  Part result = upToFew(atom, lngMost);
-  result.blnTooLong = result.blnTooLong || atom.blnTooLong;
-  for (; !rests.empty(); rests.pop_back()) result.append(rests.back());
+  if (lngMost < kFew || atom.blnTooLong) return upToFew(atom, lngMost % kFew);
+  Part thirty{"(?:"};
+  thirty.append(times(atom, kFew));
+  thirty.append({")"});
+  // From 0 to all but the last of the multiples, and what is missing up to the number itself.
+  Part result = upTo(thirty, (lngMost + 1) / kFew - 1);
+  result.blnTooLong = result.blnTooLong || thirty.blnTooLong;
+  result.append(upToFew(atom, kFew - 1));
+  result.append(upToFew(atom, (lngMost + 1) % kFew));
   return result;
 }
 
@@ -181,19 +176,13 @@ class Translator {
   }
 
   char32_t takeCharacter() noexcept {
-    const auto lead = static_cast<unsigned char>(strRest_.empty() ? 0 : strRest_.front());
-    const std::size_t lngBytes = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-    if (strRest_.size() < lngBytes) {
+    const Utf8Character next = strRest_.empty() ? Utf8Character() : firstCharacter(strRest_);
+    if (!next.isCharacter()) {
       stop(Outcome::wrong);
       return 0;
     }
-    char32_t point = lngBytes == 1 ? lead : lead & (0x7Fu >> lngBytes);
-    for (std::size_t at = 1; at < lngBytes; ++at) {
-      point = (point << 6) | (static_cast<unsigned char>(strRest_[at]) & 0x3Fu);
-    }
-    strRest_.remove_prefix(lngBytes);
-    if (point > kLastCodePoint) stop(Outcome::wrong);
-    return std::min(point, kLastCodePoint);
+    strRest_.remove_prefix(next.lngBytes);
+    return static_cast<char32_t>(next.lngCodePoint);
   }
 
   /// What is left of an escape behind its backslash when it stands for one character.

@@ -9,7 +9,7 @@
 namespace Varnel_Tolv_XML_Creation {
 
 /// A regular expression of XML Schema in the syntax of RE2, for whole texts in the letters of its
-/// alphabet, which are bytes.
+/// alphabet.
 struct Translation {
   std::string strExpression;
   Alphabet alphabet;

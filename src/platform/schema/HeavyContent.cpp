@@ -9,9 +9,7 @@
 #include <utility>
 
 #include "platform/schema/ReadSchemaDocuments.h"
-#include "platform/schema/component/CompleteInOrder.h"
-#include "platform/schema/component/Definitions.h"
-#include "platform/schema/component/ParticleReader.h"
+#include "platform/schema/component/Readers.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

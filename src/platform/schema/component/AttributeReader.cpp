@@ -1,5 +1,3 @@
-#include "platform/schema/component/AttributeReader.h"
-
 #include <utility>
 
 #include "platform/schema/component/Readers.h"
@@ -108,11 +106,7 @@ void AttributeReader::readUse(const SchemaElement& source, AttributeSet& set) {
 }
 
 NameId AttributeReader::localName(const SchemaElement& source) {
-  const SchemaPart& part = source.part();
-  const bool blnQualified =
-      source.has("form") ? source.token("form") == "qualified" : part.blnAttributesQualified;
-  return readers_.store.names.intern(blnQualified ? part.document->strTargetNamespace : "",
-                                     source.token("name"));
+  return source.declaredName(source.part().blnAttributesQualified, readers_.store.names);
 }
 
 AttributeDeclaration& AttributeReader::declare(const SchemaElement& source, NameId name) {

@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "platform/schema/component/Readers.h"
-#include "platform/schema/component/TypeReader.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

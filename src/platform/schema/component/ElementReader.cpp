@@ -1,5 +1,3 @@
-#include "platform/schema/component/ElementReader.h"
-
 #include "platform/schema/component/Readers.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -48,12 +46,8 @@ const ElementDeclaration& ElementReader::declaredAt(const SchemaElement& source)
     const Definition& global = readers_.definitions.referred(source, Symbol::element, "ref");
     return *globalsByName_.find(global.name)->element;
   }
-  const SchemaPart& part = source.part();
-  const bool blnQualified =
-      source.has("form") ? source.token("form") == "qualified" : part.blnElementsQualified;
   ElementDeclaration& element = declare(
-      source, readers_.store.names.intern(blnQualified ? part.document->strTargetNamespace : "",
-                                          source.token("name")));
+      source, source.declaredName(source.part().blnElementsQualified, readers_.store.names));
   if (!element.type) element.type = readers_.store.anyType;
   return element;
 }

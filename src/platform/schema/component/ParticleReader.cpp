@@ -1,5 +1,3 @@
-#include "platform/schema/component/ParticleReader.h"
-
 #include <algorithm>
 #include <iterator>
 #include <utility>

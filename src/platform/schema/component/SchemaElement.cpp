@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/schema/component/Components.h"
+#include "platform/schema/value/LexicalForms.h"
 #include "platform/xml/XmlCharacters.h"
 #include "result/RuntimeError.h"
 
@@ -11,7 +12,6 @@ namespace Varnel_Tolv_XML_Creation {
 namespace {
 
 constexpr std::string_view kXmlUri = "http://www.w3.org/XML/1998/namespace";
-constexpr const char* kWhiteSpace = " \t\r\n";
 
 /// The first of these siblings that is of the namespace of `near`: nearly always the very same
 /// declaration of it.
@@ -72,21 +72,17 @@ std::string_view SchemaElement::attribute(std::string_view strName) const noexce
 }
 
 std::string_view SchemaElement::token(std::string_view strName) const noexcept {
-  std::string_view strValue = attribute(strName);
-  strValue.remove_suffix(strValue.size() - (strValue.find_last_not_of(kWhiteSpace) + 1));
-  strValue.remove_prefix(std::min(strValue.find_first_not_of(kWhiteSpace), strValue.size()));
-  return strValue;
+  std::string_view strRest = attribute(strName);
+  return takeItem(strRest);
 }
 
 std::vector<std::string_view> SchemaElement::tokens(std::string_view strName) const {
-  const std::string_view strValue = attribute(strName);
+  std::string_view strRest = attribute(strName);
   std::vector<std::string_view> tokens;
-  std::size_t end = 0;
-  for (;;) {
-    const std::size_t start = strValue.find_first_not_of(kWhiteSpace, end);
-    if (start == std::string_view::npos) return tokens;
-    end = std::min(strValue.find_first_of(kWhiteSpace, start), strValue.size());
-    tokens.push_back(strValue.substr(start, end - start));
+  while (true) {
+    const std::string_view strToken = takeItem(strRest);
+    if (strToken.empty()) return tokens;
+    tokens.push_back(strToken);
   }
 }
 
@@ -108,6 +104,11 @@ unsigned SchemaElement::derivations(std::string_view strName, unsigned otherwise
     if (strToken == "union") derivations |= kByUnion;
   }
   return derivations & meant;
+}
+
+NameId SchemaElement::declaredName(bool blnQualifiedByDefault, NameTable& names) const {
+  const bool blnQualified = has("form") ? token("form") == "qualified" : blnQualifiedByDefault;
+  return names.intern(blnQualified ? part().document->strTargetNamespace : "", token("name"));
 }
 
 std::string SchemaElement::Name::text() const {

@@ -70,13 +70,16 @@ class SchemaElement {
   bool has(std::string_view strName) const noexcept;
   /// An attribute's value as it stands; empty without one.
   std::string_view attribute(std::string_view strName) const noexcept;
-  /// The same without white space at its ends, and its parts between white space.
+  /// Its first part between white space (of most attributes all there is), and all of them.
   std::string_view token(std::string_view strName) const noexcept;
   std::vector<std::string_view> tokens(std::string_view strName) const;
   bool flag(std::string_view strName) const;
 
   /// The Derivations that an attribute lists, or `otherwise` without one; `meant` bounds them.
   unsigned derivations(std::string_view strName, unsigned otherwise, unsigned meant) const;
+
+  /// The name of what is declared here, inside another definition.
+  NameId declaredName(bool blnQualifiedByDefault, NameTable& names) const;
 
   /// What a qualified name means here.
   struct Name {

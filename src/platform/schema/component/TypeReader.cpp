@@ -1,5 +1,3 @@
-#include "platform/schema/component/TypeReader.h"
-
 #include <utility>
 
 #include "platform/schema/component/Readers.h"

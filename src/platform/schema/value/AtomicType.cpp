@@ -163,24 +163,6 @@ bool AtomicType::isValue(std::string_view strText, const PrefixLookup& lookup) c
   }
 }
 
-bool AtomicType::allows(Facet facet) const noexcept {
-  switch (facet) {
-    case Facet::pattern:
-    case Facet::whiteSpace:
-    case Facet::enumeration:
-      return true;
-    case Facet::length:
-    case Facet::minLength:
-    case Facet::maxLength:
-      return primitive == Primitive::string || primitive >= Primitive::hexBinary;
-    case Facet::totalDigits:
-    case Facet::fractionDigits:
-      return primitive == Primitive::decimal;
-    default:
-      return primitive >= Primitive::decimal && primitive <= Primitive::gMonth;
-  }
-}
-
 std::string atomicKey(Primitive primitive, std::string_view strText, const PrefixLookup& lookup) {
   std::string strKey(1, static_cast<char>('a' + static_cast<int>(primitive)));
   switch (primitive) {

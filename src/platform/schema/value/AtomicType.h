@@ -34,9 +34,6 @@ struct AtomicType {
   static std::span<const AtomicType> all() noexcept;
 
   bool isValue(std::string_view strText, const PrefixLookup& lookup) const;
-
-  /// Whether the types derived from it can have a facet.
-  bool allows(Facet facet) const noexcept;
 };
 
 /// What tells a value from all others of its primitive type, as `SimpleType::valueKey`; of a text

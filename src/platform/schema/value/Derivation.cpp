@@ -15,23 +15,21 @@ namespace {
                                       std::string(strWhy));
 }
 
-bool allows(SimpleType::Variety variety, Facet facet) noexcept {
-  switch (facet) {
-    case Facet::pattern:
-    case Facet::enumeration:
-    case Facet::whiteSpace:
-      return true;
-    case Facet::length:
-    case Facet::minLength:
-    case Facet::maxLength:
-      return variety == SimpleType::Variety::list;
-    default:
-      return false;
-  }
-}
-
 bool isBound(Facet facet) noexcept {
   return facet >= Facet::maxInclusive && facet <= Facet::minExclusive;
+}
+
+/// Whether a type can have a facet; `atomic` is the built-in type of an atomic one.
+bool allows(SimpleType::Variety variety, const AtomicType* atomic, Facet facet) noexcept {
+  if (facet == Facet::pattern || facet == Facet::enumeration || facet == Facet::whiteSpace) {
+    return true;
+  }
+  const bool blnLength = facet <= Facet::maxLength;
+  if (!atomic) return blnLength && variety == SimpleType::Variety::list;
+  const Primitive primitive = atomic->primitive;
+  if (blnLength) return primitive == Primitive::string || primitive >= Primitive::hexBinary;
+  if (isBound(facet)) return primitive >= Primitive::decimal && primitive <= Primitive::gMonth;
+  return primitive == Primitive::decimal;
 }
 
 bool hasLimit(const std::vector<Limit>& limits, Facet facet) {
@@ -86,9 +84,7 @@ SimpleType::Impl::Impl(const Impl* restricted) : base(restricted) {
 
 void SimpleType::Impl::add(const FacetDefinition& facet, const SimpleType& baseType,
                            const PrefixLookup& lookup) {
-  const bool blnAllowed =
-      variety == Variety::atomic ? atomic->allows(facet.facet) : allows(variety, facet.facet);
-  if (!blnAllowed) fail(facet, "is not one that the type can have.");
+  if (!allows(variety, atomic, facet.facet)) fail(facet, "is not one that the type can have.");
 
   const Normalised collapsed(facet.strValue, WhiteSpace::collapse);
   switch (facet.facet) {

@@ -1,6 +1,7 @@
 #include <libxml/xmlerror.h>
 
 #include <algorithm>
+#include <array>
 #include <compare>
 
 #include "platform/schema/value/Decimal.h"
@@ -14,34 +15,14 @@ namespace Varnel_Tolv_XML_Creation {
 
 namespace {
 
-std::int32_t codeOf(Facet facet) noexcept {
-  switch (facet) {
-    case Facet::length:
-      return XML_SCHEMAV_CVC_LENGTH_VALID;
-    case Facet::minLength:
-      return XML_SCHEMAV_CVC_MINLENGTH_VALID;
-    case Facet::maxLength:
-      return XML_SCHEMAV_CVC_MAXLENGTH_VALID;
-    case Facet::minInclusive:
-      return XML_SCHEMAV_CVC_MININCLUSIVE_VALID;
-    case Facet::maxInclusive:
-      return XML_SCHEMAV_CVC_MAXINCLUSIVE_VALID;
-    case Facet::minExclusive:
-      return XML_SCHEMAV_CVC_MINEXCLUSIVE_VALID;
-    case Facet::maxExclusive:
-      return XML_SCHEMAV_CVC_MAXEXCLUSIVE_VALID;
-    case Facet::totalDigits:
-      return XML_SCHEMAV_CVC_TOTALDIGITS_VALID;
-    case Facet::fractionDigits:
-      return XML_SCHEMAV_CVC_FRACTIONDIGITS_VALID;
-    case Facet::pattern:
-      return XML_SCHEMAV_CVC_PATTERN_VALID;
-    case Facet::enumeration:
-      return XML_SCHEMAV_CVC_ENUMERATION_VALID;
-    default:
-      return XML_SCHEMAV_CVC_FACET_VALID;
-  }
-}
+/// The library's numbers of failed facets, in the order of Facet.
+constexpr std::array<std::int32_t, 12> kCodes = {
+    XML_SCHEMAV_CVC_LENGTH_VALID,       XML_SCHEMAV_CVC_MINLENGTH_VALID,
+    XML_SCHEMAV_CVC_MAXLENGTH_VALID,    XML_SCHEMAV_CVC_PATTERN_VALID,
+    XML_SCHEMAV_CVC_ENUMERATION_VALID,  XML_SCHEMAV_CVC_FACET_VALID,
+    XML_SCHEMAV_CVC_MAXINCLUSIVE_VALID, XML_SCHEMAV_CVC_MAXEXCLUSIVE_VALID,
+    XML_SCHEMAV_CVC_MININCLUSIVE_VALID, XML_SCHEMAV_CVC_MINEXCLUSIVE_VALID,
+    XML_SCHEMAV_CVC_TOTALDIGITS_VALID,  XML_SCHEMAV_CVC_FRACTIONDIGITS_VALID};
 
 /// The number of what is wrong, if it is the first; false, for whoever wants no more than that.
 bool tell(ValueFaults* faults, std::int32_t lngCode) noexcept {
@@ -50,7 +31,7 @@ bool tell(ValueFaults* faults, std::int32_t lngCode) noexcept {
 }
 
 void tell(ValueFaults& faults, Facet facet, std::string_view strLimit) {
-  tell(&faults, codeOf(facet));
+  tell(&faults, kCodes.at(static_cast<std::size_t>(facet)));
   const bool blnTold =
       std::any_of(faults.facets.begin(), faults.facets.end(),
                   [=](const ValueFaults::FailedFacet& told) { return told.facet == facet; });

@@ -1,4 +1,4 @@
-#include "platform/schema/component/ElementReader.h"
+#include "platform/schema/component/Readers.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "platform/schema/component/IdentityReader.h"
+#include "platform/schema/component/Readers.h"
 
 #include <gtest/gtest.h>
 

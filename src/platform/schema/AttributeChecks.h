@@ -38,24 +38,31 @@ class AttributeChecks {
              const TypeDefinition& type, std::vector<CheckedAttribute>* checked);
 
  private:
-  void checkInstance(const StartTag& tag, std::size_t lngIndex, const MessageName& name);
-  void checkByWildcard(const StartTag& tag, std::size_t lngIndex, const MessageName& name,
-                       const TypeDefinition& type, std::vector<CheckedAttribute>* checked);
-  void checkValue(const StartTag& tag, std::size_t lngIndex, const MessageName& name,
-                  const AttributeDeclaration& declaration, const ValueConstraint& constraint,
-                  std::vector<CheckedAttribute>* checked);
-  void takeUnstated(const StartTag& tag, const TypeDefinition& type,
-                    std::vector<CheckedAttribute>* checked);
-  void reportValue(const MessageName& attribute, std::int32_t lngCode,
+  /// One of the attributes of the tag.
+  struct Stated {
+    std::size_t lngIndex;
+    const MessageName& name;
+  };
+
+  void checkInstance(const Stated& attribute);
+  void checkByWildcard(const Stated& attribute, const TypeDefinition& type);
+  void checkValue(const Stated& attribute, const AttributeDeclaration& declaration,
+                  const ValueConstraint& constraint);
+  void takeUnstated(const TypeDefinition& type);
+  void reportValue(const Stated& attribute, std::int32_t lngCode,
                    std::vector<ValueFaults::FailedFacet> facets, std::string strWords);
-  void reportUndeclared(const MessageName& attribute, std::int32_t lngCode);
+  void reportUndeclared(const Stated& attribute, std::int32_t lngCode);
 
   const SchemaComponents& components_;
   MessageNames& names_;
   const PrefixLookup& lookup_;
   ViolationReporter& reporter_;
   DocumentIdentifiers& identifiers_;
-  std::vector<char> stated_;  // which of the type's attributes the tag states
+
+  // Of the tag that is being checked.
+  const StartTag* tag_ = nullptr;
+  std::vector<CheckedAttribute>* checked_ = nullptr;
+  std::vector<char> stated_;  // which of the type's attributes it states
 };
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -30,8 +30,7 @@ void DocumentIdentifiers::finish() {
 void DocumentIdentifiers::report(const MessageName& element, const MessageName* attribute,
                                  const std::string& strWhat) {
   reporter_.reportOther(XML_SCHEMAV_CVC_IDC,
-                        attribute ? libraryWords(element, attribute->expanded(), strWhat)
-                                  : libraryWords(element, strWhat));
+                        libraryWords(element, strWhat, attribute ? attribute->expanded() : ""));
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -135,9 +135,9 @@ std::optional<ExhaustiveValidator::Placement> ExhaustiveValidator::placeMisplace
     return std::nullopt;
   }
   if (!std::exchange(parent.blnMisplaced, true)) {
-    Violation violation;
-    violation.kind = Violation::Kind::invalidContent;
-    violation.lngCode = parent.blnNilled ? XML_SCHEMAV_CVC_ELT_3_2_1 : XML_SCHEMAV_ELEMENT_CONTENT;
+    Violation violation = {
+        .kind = Violation::Kind::invalidContent,
+        .lngCode = parent.blnNilled ? XML_SCHEMAV_CVC_ELT_3_2_1 : XML_SCHEMAV_ELEMENT_CONTENT};
     if (parent.cursor) violation.expected = parent.cursor->expected(reporter_.namesWanted());
     parent.cursor.reset();
     reporter_.report(violation);
@@ -244,11 +244,9 @@ void ExhaustiveValidator::checkComplete(OpenElement& element) {
   if (!element.cursor && model.emptiable()) return;
   if (!element.cursor) element.cursor.emplace(model);
   if (element.cursor->complete()) return;
-  Violation violation;
-  violation.kind = Violation::Kind::incompleteContent;
-  violation.lngCode = XML_SCHEMAV_ELEMENT_CONTENT;
-  violation.expected = element.cursor->expected(reporter_.namesWanted());
-  reporter_.report(violation);
+  reporter_.report({.kind = Violation::Kind::incompleteContent,
+                    .lngCode = XML_SCHEMAV_ELEMENT_CONTENT,
+                    .expected = element.cursor->expected(reporter_.namesWanted())});
 }
 
 /// Mixed content can be demanded to be a certain text.
@@ -271,30 +269,22 @@ const ValueConstraint& ExhaustiveValidator::constraintOf(const OpenElement& elem
 }
 
 void ExhaustiveValidator::reportUndeclared(const MessageName& name, std::int32_t lngCode) {
-  Violation violation;
-  violation.kind = Violation::Kind::undeclaredElement;
-  violation.lngCode = lngCode;
-  violation.strName = name.strWritten;
-  reporter_.report(violation);
+  reporter_.report(
+      {.kind = Violation::Kind::undeclaredElement, .lngCode = lngCode, .strName = name.strWritten});
 }
 
 void ExhaustiveValidator::reportText(std::int32_t lngCode) {
-  Violation violation;
-  violation.kind = Violation::Kind::textNotAllowed;
-  violation.lngCode = lngCode;
-  reporter_.report(violation);
+  reporter_.report({.kind = Violation::Kind::textNotAllowed, .lngCode = lngCode});
 }
 
 void ExhaustiveValidator::reportValue(const OpenElement& element, std::int32_t lngCode,
                                       std::vector<ValueFaults::FailedFacet> facets,
                                       std::string strWords) {
-  Violation violation;
-  violation.kind = Violation::Kind::elementValue;
-  violation.lngCode = lngCode;
-  violation.strName = element.name->strWritten;
-  violation.facets = std::move(facets);
-  violation.strWords = std::move(strWords);
-  reporter_.report(violation);
+  reporter_.report({.kind = Violation::Kind::elementValue,
+                    .lngCode = lngCode,
+                    .strName = element.name->strWritten,
+                    .facets = std::move(facets),
+                    .strWords = std::move(strWords)});
 }
 
 void ExhaustiveValidator::reportNotFixed(const OpenElement& element, std::int32_t lngCode,

@@ -170,9 +170,10 @@ void IdentityConstraints::takeAttribute(std::size_t lngTarget, std::size_t lngFi
   char32_t& number = target.fields.key[lngField];
   if (number != kAbsent) {
     countOne();
-    report(libraryWords(*element.name, attribute.name->expanded(),
+    report(libraryWords(*element.name,
                         fieldWords(*scopes_[target.lngScope].constraint, lngField,
-                                   "evaluates to a node-set with more than one member.")));
+                                   "evaluates to a node-set with more than one member."),
+                        attribute.name->expanded()));
   } else if (!attribute.blnValid) {
     number = kUnknown;
   } else {

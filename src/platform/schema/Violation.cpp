@@ -30,17 +30,12 @@ void addFacets(std::string& strMessage, const std::vector<ValueFaults::FailedFac
 
 }  // namespace
 
-std::string libraryWords(const MessageName& element, std::string_view strWhat) {
+std::string libraryWords(const MessageName& element, std::string_view strWhat,
+                         std::string_view strAttribute) {
   std::string strWords;
-  append(strWords, {"Element '", element.expanded(), "': ", strWhat});
-  return oneLine(strWords);
-}
-
-std::string libraryWords(const MessageName& element, std::string_view strAttribute,
-                         std::string_view strWhat) {
-  std::string strWords;
-  append(strWords,
-         {"Element '", element.expanded(), "', attribute '", strAttribute, "': ", strWhat});
+  append(strWords, {"Element '", element.expanded(), "'"});
+  if (!strAttribute.empty()) append(strWords, {", attribute '", strAttribute, "'"});
+  append(strWords, {": ", strWhat});
   return oneLine(strWords);
 }
 
@@ -86,10 +81,7 @@ void ViolationReporter::report(const Violation& violation) {
 }
 
 void ViolationReporter::reportOther(std::int32_t lngCode, std::string strWords) {
-  Violation violation;
-  violation.lngCode = lngCode;
-  violation.strWords = std::move(strWords);
-  report(violation);
+  report({.lngCode = lngCode, .strWords = std::move(strWords)});
 }
 
 std::size_t ViolationReporter::namesWanted() const noexcept {

@@ -27,20 +27,19 @@ struct Violation {
   };
 
   Kind kind = Kind::other;
-  std::int32_t lngCode = 0;  // the library's number
-  std::string_view strName;  // borrowed: of the element or attribute as written, `{uri}local` of an
-                             // attribute that is missing
-  std::vector<ValueFaults::FailedFacet> facets;
-  std::vector<const ElementDeclaration*> expected;
+  std::int32_t lngCode = 0;    // the library's number
+  std::string_view strName{};  // borrowed: of the element or attribute as written, `{uri}local` of
+                               // an attribute that is missing
+  std::vector<ValueFaults::FailedFacet> facets{};
+  std::vector<const ElementDeclaration*> expected{};
   std::string
-      strWords;  // the library's own, one line: of `other`, and of a value that is not fixed
+      strWords{};  // the library's own, one line: of `other`, and of a value that is not fixed
 };
 
 /// The library's own words about an element, or about the attribute `{uri}local` of it, on one
 /// line.
-std::string libraryWords(const MessageName& element, std::string_view strWhat);
-std::string libraryWords(const MessageName& element, std::string_view strAttribute,
-                         std::string_view strWhat);
+std::string libraryWords(const MessageName& element, std::string_view strWhat,
+                         std::string_view strAttribute = "");
 
 /// Sentences joined by CR LF, and the library's number of the violation.
 struct SchemaReport {

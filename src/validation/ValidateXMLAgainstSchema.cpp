@@ -36,6 +36,8 @@ void parseMessage(const Session& session, ValidatingReader& objSaxXmlReader,
                   const Document& objMsgXML) {
   objSaxXmlReader.putFeature("schema-validation", true);
   objSaxXmlReader.putFeature("exhaustive-errors", true);
+  // The message is full of the form's own marks, and SaxValidator records no attribute.
+  objSaxXmlReader.putFeature("undeclared-attributes", false);
   objSaxXmlReader.schemas(colSchemas);
   objSaxXmlReader.contentHandler(&oValidator);
   objSaxXmlReader.errorHandler(&oValidator);

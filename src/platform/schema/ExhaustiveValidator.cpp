@@ -19,9 +19,9 @@ bool hasElements(const TypeDefinition& type) noexcept {
 }  // namespace
 
 ExhaustiveValidator::ExhaustiveValidator(const SchemaComponents& components, MessageNames& names,
-                                         ViolationReporter::Sink sink)
+                                         ViolationReporter::Sink sink, bool blnUndeclaredAttributes)
     : components_(components),
-      reporter_(components.names(), std::move(sink)),
+      reporter_(components.names(), std::move(sink), blnUndeclaredAttributes),
       lookup_([this](std::string_view strPrefix) { return bindings_.find(strPrefix); }),
       names_(names),
       identifiers_(reporter_),

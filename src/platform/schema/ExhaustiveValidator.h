@@ -31,9 +31,10 @@ namespace Varnel_Tolv_XML_Creation {
 /// constraints in force. Nothing here recurses.
 class ExhaustiveValidator {
  public:
-  /// The components and the names of the message are borrowed.
+  /// The components and the names of the message are borrowed. Attributes that are not declared
+  /// need not be reported.
   ExhaustiveValidator(const SchemaComponents& components, MessageNames& names,
-                      ViolationReporter::Sink sink);
+                      ViolationReporter::Sink sink, bool blnUndeclaredAttributes);
   ExhaustiveValidator(const ExhaustiveValidator&) = delete;
   ExhaustiveValidator& operator=(const ExhaustiveValidator&) = delete;
 

@@ -202,8 +202,9 @@ void SaxReading::openNames(const xmlChar* rootUri) {
       settings_.schemas ? settings_.schemas->schemaFor(view(rootUri)) : nullptr;
   names_.emplace(components ? &components->names() : nullptr);
   if (!components) return;
-  validator_.emplace(*components, *names_,
-                     [this](const SchemaReport& report) { onViolation(report); });
+  validator_.emplace(
+      *components, *names_, [this](const SchemaReport& report) { onViolation(report); },
+      settings_.blnUndeclaredAttributes);
 }
 
 void SaxReading::onEnd() {

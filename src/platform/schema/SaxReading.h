@@ -25,6 +25,7 @@ class SaxReading {
     SaxHandler* errorHandler = nullptr;
     const SchemaCollection::Impl* schemas = nullptr;  // null: only whether it is well-formed
     bool blnExhaustive = false;
+    bool blnUndeclaredAttributes = true;  // are reported
   };
 
   explicit SaxReading(const Settings& settings);

@@ -8,10 +8,8 @@ namespace Varnel_Tolv_XML_Creation {
 struct ValidatingReader::Impl {
   FaultInjector* faults = nullptr;
   bool blnValidate = false;
-  bool blnExhaustive = false;
   const SchemaCollection* colSchemas = nullptr;
-  SaxHandler* contentHandler = nullptr;
-  SaxHandler* errorHandler = nullptr;
+  SaxReading::Settings settings;
 };
 
 ValidatingReader::ValidatingReader() : impl_(std::make_unique<Impl>()) {}
@@ -28,7 +26,9 @@ void ValidatingReader::putFeature(std::string_view strName, bool blnValue) {
   if (strName == "schema-validation") {
     impl_->blnValidate = blnValue;
   } else if (strName == "exhaustive-errors") {
-    impl_->blnExhaustive = blnValue;
+    impl_->settings.blnExhaustive = blnValue;
+  } else if (strName == "undeclared-attributes") {
+    impl_->settings.blnUndeclaredAttributes = blnValue;
   } else {
     throw RuntimeError(kInvalidArgument);
   }
@@ -38,9 +38,11 @@ void ValidatingReader::schemas(const SchemaCollection& colSchemas) {
   impl_->colSchemas = &colSchemas;
 }
 
-void ValidatingReader::contentHandler(SaxHandler* handler) { impl_->contentHandler = handler; }
+void ValidatingReader::contentHandler(SaxHandler* handler) {
+  impl_->settings.contentHandler = handler;
+}
 
-void ValidatingReader::errorHandler(SaxHandler* handler) { impl_->errorHandler = handler; }
+void ValidatingReader::errorHandler(SaxHandler* handler) { impl_->settings.errorHandler = handler; }
 
 std::optional<RuntimeError> ValidatingReader::parse(std::string_view strText) {
   try {
@@ -50,11 +52,8 @@ std::optional<RuntimeError> ValidatingReader::parse(std::string_view strText) {
   } catch (const RuntimeError& error) {
     return error;
   }
-  SaxReading::Settings settings;
-  settings.contentHandler = impl_->contentHandler;
-  settings.errorHandler = impl_->errorHandler;
+  SaxReading::Settings settings = impl_->settings;
   if (impl_->blnValidate && impl_->colSchemas) settings.schemas = impl_->colSchemas->impl_.get();
-  settings.blnExhaustive = impl_->blnExhaustive;
   return SaxReading(settings).read(strText);
 }
 

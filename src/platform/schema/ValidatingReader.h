@@ -95,7 +95,8 @@ class ValidatingReader {
   ~ValidatingReader();
 
   /// "schema-validation" (check against the schemas) and "exhaustive-errors" (go on after the first
-  /// violation), both off at first. Any other name is run-time error 5.
+  /// violation), both off at first; "undeclared-attributes" (report those that are not defined), on
+  /// at first. Any other name is run-time error 5.
   void putFeature(std::string_view strName, bool blnValue);
 
   /// The schemas to check against; borrowed until the parse is over.

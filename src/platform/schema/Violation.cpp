@@ -1,6 +1,7 @@
 #include "platform/schema/Violation.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 #include "platform/text/Text.h"
@@ -15,6 +16,13 @@ constexpr std::string_view kNewLine = "\r\n";
 // the content of a type with thousands of children is told of the first few only after that.
 constexpr std::size_t kMaxNamesTold = 1'000'000;
 constexpr std::size_t kFewNames = 128;
+
+// A report is known by its sentences, so the library's words must have none of them, whatever text
+// of the message they quote: it is shown with what is told apart here.
+constexpr std::array<std::array<std::string_view, 2>, 3> kToldApart = {
+    {{"DTD/Schema", "DTD / Schema"},
+     {"constraint failed", "constraint  failed"},
+     {"its data type", "its  data type"}}};
 
 void append(std::string& strText, std::initializer_list<std::string_view> parts) {
   for (const std::string_view part : parts) strText += part;
@@ -36,11 +44,15 @@ std::string libraryWords(const MessageName& element, std::string_view strWhat,
   append(strWords, {"Element '", element.expanded(), "'"});
   if (!strAttribute.empty()) append(strWords, {", attribute '", strAttribute, "'"});
   append(strWords, {": ", strWhat});
+  for (const auto& [strPart, strApart] : kToldApart) {
+    strWords = replaceAll(strWords, strPart, strApart);
+  }
   return oneLine(strWords);
 }
 
 void ViolationReporter::report(const Violation& violation) {
   using Kind = Violation::Kind;
+  if (violation.kind == Kind::undeclaredAttribute && !blnUndeclaredAttributes_) return;
   strMessage_.clear();
   switch (violation.kind) {
     case Kind::undeclaredElement:

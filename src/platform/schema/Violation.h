@@ -52,7 +52,9 @@ class ViolationReporter {
  public:
   using Sink = std::function<void(const SchemaReport&)>;
 
-  ViolationReporter(const NameTable& names, Sink sink) : names_(names), sink_(std::move(sink)) {}
+  /// Attributes that are not declared are handed on only if wanted.
+  ViolationReporter(const NameTable& names, Sink sink, bool blnUndeclaredAttributes)
+      : names_(names), sink_(std::move(sink)), blnUndeclaredAttributes_(blnUndeclaredAttributes) {}
 
   void report(const Violation& violation);
   void reportOther(std::int32_t lngCode, std::string strWords);
@@ -65,6 +67,7 @@ class ViolationReporter {
 
   const NameTable& names_;
   Sink sink_;
+  bool blnUndeclaredAttributes_;
   std::string strMessage_;
   std::size_t lngNamesTold_ = 0;
 };

@@ -200,7 +200,27 @@ TEST(ValidatingReader, CanBeUsedWithoutHandlersAndMoreThanOnce) {
   EXPECT_THAT(recorder.lines, SizeIs(1));
 }
 
-TEST(ValidatingReader, KnowsTwoFeatures) {
+TEST(ValidatingReader, ReportsUndeclaredAttributesUnlessTheyAreOfNoInterest) {
+  const SchemaDirectory directory;
+  const SchemaCollection colSchemas = schemasOf(directory, schemaText(kRow));
+  for (const bool blnReported : {true, false}) {
+    Recorder recorder;
+    recorder.blnEvents = false;
+    const auto reader = ValidatingReader::create();
+    reader->putFeature("schema-validation", true);
+    reader->putFeature("exhaustive-errors", true);
+    if (!blnReported) reader->putFeature("undeclared-attributes", false);
+    reader->schemas(colSchemas);
+    reader->contentHandler(&recorder);
+    reader->errorHandler(&recorder);
+    EXPECT_FALSE(reader->parse("<r b='1'><n a='1'>x</n></r>"));
+    const std::vector<std::int32_t> reported = {1866, 1827, 1824};
+    EXPECT_THAT(recorder.codes,
+                testing::ElementsAreArray(blnReported ? reported : std::vector{reported.back()}));
+  }
+}
+
+TEST(ValidatingReader, KnowsThreeFeatures) {
   const auto reader = ValidatingReader::create();
   try {
     reader->putFeature("namespaces", true);

@@ -37,6 +37,7 @@ struct ContentIndex {
   explicit ContentIndex(const ContentTree& tree);
 
   std::span<const Alternative> find(NameId name) const noexcept {
+    if (name == kNoName) return {};
     const auto found = byName.find(name);
     return found == byName.end() ? std::span<const Alternative>() : found->second;
   }

@@ -104,6 +104,10 @@ std::string Alphabet::spell(std::string_view strText) const {
     strText.remove_prefix(next.lngBytes);
     const Letter read =
         letter(static_cast<char32_t>(next.isCharacter() ? next.lngCodePoint : kNoCharacter));
+    if (read < ascii_.size()) {
+      strLetters += static_cast<char>(read);
+      continue;
+    }
     std::array<utf8proc_uint8_t, 4> bytes{};
     const auto lngBytes = utf8proc_encode_char(static_cast<utf8proc_int32_t>(read), bytes.data());
     strLetters.append(bytes.begin(), bytes.begin() + lngBytes);

@@ -122,8 +122,9 @@ bool SimpleType::Impl::meets(const Limit& limit, std::string_view strValue,
       return length().value_or(limit.lngCount) == limit.lngCount;
     case Facet::minLength:
       return length().value_or(limit.lngCount) >= limit.lngCount;
-    case Facet::maxLength:
-      return length().value_or(limit.lngCount) <= limit.lngCount;
+    case Facet::maxLength:  // of no value more than its bytes
+      return strValue.size() <= limit.lngCount ||
+             length().value_or(limit.lngCount) <= limit.lngCount;
     case Facet::totalDigits:
       return Decimal::parse(strValue)->digits() <= limit.lngCount;
     case Facet::fractionDigits:

@@ -12,7 +12,7 @@
 #include "platform/schema/IdentityConstraints.h"
 #include "platform/schema/MessageNames.h"
 #include "platform/schema/OpenElement.h"
-#include "platform/schema/PrefixBindings.h"
+#include "platform/schema/StartTag.h"
 #include "platform/schema/Violation.h"
 
 namespace Varnel_Tolv_XML_Creation {

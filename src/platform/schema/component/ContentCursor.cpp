@@ -5,11 +5,8 @@
 #include <utility>
 
 #include "platform/schema/component/Components.h"
-#include "platform/schema/component/ContentIndex.h"
-#include "platform/schema/component/ContentModel.h"
 #include "platform/schema/component/ContentModelImpl.h"
 #include "platform/schema/component/ContentSteps.h"
-#include "platform/schema/component/ContentTree.h"
 
 // Ways are what ContentSteps.h says. The numbers of one particle that many ways share otherwise are
 // kept as a range, and a way that can do all that another can makes that one superfluous. So the

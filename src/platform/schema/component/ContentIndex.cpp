@@ -1,9 +1,8 @@
-#include "platform/schema/component/ContentIndex.h"
-
 #include <algorithm>
 #include <tuple>
 
 #include "platform/schema/component/Components.h"
+#include "platform/schema/component/ContentModelImpl.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

@@ -22,15 +22,7 @@ std::vector<Particle*> groupsOf(Particle& content) {
 }  // namespace
 
 bool Wildcard::admits(std::string_view strUri) const noexcept {
-  switch (namespaces) {
-    case Namespaces::any:
-      return true;
-    case Namespaces::other:
-      return !strUri.empty() && strUri != strOther;
-    case Namespaces::listed:
-      return std::find(uris.begin(), uris.end(), strUri) != uris.end();
-  }
-  return false;
+  return (std::find(uris.begin(), uris.end(), strUri) == uris.end()) == blnOthers;
 }
 
 ContentModel::Impl::Impl(Particle&& particle)

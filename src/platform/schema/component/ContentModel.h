@@ -18,11 +18,9 @@ struct LeafList;
 
 /// What a wildcard for elements or attributes lets pass, and how that is then checked.
 struct Wildcard {
-  enum class Namespaces : std::uint8_t { any, other, listed };
   enum class Process : std::uint8_t { strict, lax, skip };
-  Namespaces namespaces = Namespaces::any;
-  std::string strOther;           // the namespace that `other` leaves out, besides none at all
-  std::vector<std::string> uris;  // of `listed`; empty text: no namespace
+  bool blnOthers = true;          // all but those of the list, else those
+  std::vector<std::string> uris;  // empty text: no namespace
   Process process = Process::strict;
 
   bool admits(std::string_view strUri) const noexcept;

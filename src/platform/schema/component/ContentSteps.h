@@ -4,8 +4,7 @@
 #include <bit>
 #include <cstdint>
 
-#include "platform/schema/component/ContentIndex.h"
-#include "platform/schema/component/ContentTree.h"
+#include "platform/schema/component/ContentModelImpl.h"
 
 // A way attributes the children so far to occurrences of particles. What it says of the future is
 // the leaf that took the last child and, for the particles from there up to the root, the number of

@@ -1,7 +1,7 @@
-#include "platform/schema/component/ContentTree.h"
-
 #include <algorithm>
 #include <cstddef>
+
+#include "platform/schema/component/ContentModelImpl.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

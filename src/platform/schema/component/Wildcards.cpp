@@ -1,6 +1,7 @@
 #include "platform/schema/component/Wildcards.h"
 
 #include <algorithm>
+#include <iterator>
 #include <string_view>
 #include <unordered_set>
 
@@ -8,61 +9,21 @@ namespace Varnel_Tolv_XML_Creation {
 
 namespace {
 
-using Namespaces = Wildcard::Namespaces;
+using Uris = std::vector<std::string>;
 
-bool lists(const Wildcard& wildcard, std::string_view strUri) {
-  return std::find(wildcard.uris.begin(), wildcard.uris.end(), strUri) != wildcard.uris.end();
+/// Those of a list that are (not) among the others as well.
+Uris kept(const Uris& uris, const Uris& others, bool blnAmong) {
+  const std::unordered_set<std::string_view> known(others.begin(), others.end());
+  Uris kept;
+  std::copy_if(uris.begin(), uris.end(), std::back_inserter(kept),
+               [&](const std::string& strUri) { return known.contains(strUri) == blnAmong; });
+  return kept;
 }
 
-Wildcard allBut(std::string_view strOther) {
-  Wildcard wildcard;
-  wildcard.namespaces = Namespaces::other;
-  wildcard.strOther = strOther;
-  return wildcard;
-}
-
-/// Takes from a list what `blnAmong` the other's is (not) there.
-void keep(Wildcard& list, const Wildcard& other, bool blnAmong) {
-  const std::unordered_set<std::string_view> others(other.uris.begin(), other.uris.end());
-  std::erase_if(list.uris,
-                [&](const std::string& strUri) { return others.contains(strUri) != blnAmong; });
-}
-
-Wildcard namespacesOfBoth(const Wildcard& first, const Wildcard& second) {
-  if (first.namespaces == Namespaces::any) return second;
-  if (second.namespaces == Namespaces::any) return first;
-  if (first.namespaces == Namespaces::other && second.namespaces == Namespaces::other) {
-    // Of two different namespaces that would be more than one exception: no valid schema has that.
-    return first.strOther.empty() ? second : first;
-  }
-  Wildcard list = first.namespaces == Namespaces::listed ? first : second;
-  const Wildcard& other = first.namespaces == Namespaces::listed ? second : first;
-  if (other.namespaces == Namespaces::listed) {
-    keep(list, other, true);
-  } else {
-    std::erase_if(list.uris, [&](const std::string& strUri) {
-      return strUri.empty() || strUri == other.strOther;
-    });
-  }
-  return list;
-}
-
-Wildcard namespacesOfEither(const Wildcard& first, const Wildcard& second) {
-  if (first.namespaces == Namespaces::any || second.namespaces == Namespaces::any) return {};
-  if (first.namespaces == Namespaces::other && second.namespaces == Namespaces::other) {
-    return first.strOther == second.strOther ? first : allBut("");
-  }
-  const Wildcard& list = first.namespaces == Namespaces::listed ? first : second;
-  const Wildcard& other = first.namespaces == Namespaces::listed ? second : first;
-  if (other.namespaces == Namespaces::listed) {
-    Wildcard more = list;
-    keep(more, other, false);
-    more.uris.insert(more.uris.begin(), other.uris.begin(), other.uris.end());
-    return more;
-  }
-  // No namespace at all is the other exception; to lift it alone cannot be said.
-  if (!lists(list, other.strOther)) return other;
-  return lists(list, "") ? Wildcard() : allBut("");
+Uris together(const Uris& first, const Uris& second) {
+  Uris all = kept(second, first, false);
+  all.insert(all.begin(), first.begin(), first.end());
+  return all;
 }
 
 }  // namespace
@@ -76,12 +37,11 @@ Wildcard readWildcard(const SchemaElement& source) {
   const std::string_view strNamespaces = source.token("namespace");
   const std::string& strTarget = source.part().document->strTargetNamespace;
   if (strNamespaces == "##any" || !source.has("namespace")) return wildcard;
-  wildcard.namespaces = Namespaces::listed;
   if (strNamespaces == "##other") {
-    wildcard.namespaces = Namespaces::other;
-    wildcard.strOther = strTarget;
+    wildcard.uris = {"", strTarget};
     return wildcard;
   }
+  wildcard.blnOthers = false;
   for (std::string_view strToken : source.tokens("namespace")) {
     if (strToken == "##local") strToken = {};
     if (strToken == "##targetNamespace") strToken = strTarget;
@@ -91,14 +51,24 @@ Wildcard readWildcard(const SchemaElement& source) {
 }
 
 Wildcard intersectionOf(const Wildcard& first, const Wildcard& second) {
-  Wildcard both = namespacesOfBoth(first, second);
-  both.process = first.process;
+  Wildcard both = first;
+  if (first.blnOthers == second.blnOthers) {
+    both.uris =
+        first.blnOthers ? together(second.uris, first.uris) : kept(first.uris, second.uris, true);
+  } else {
+    both.blnOthers = false;
+    both.uris = first.blnOthers ? kept(second.uris, first.uris, false)
+                                : kept(first.uris, second.uris, false);
+  }
   return both;
 }
 
-Wildcard unionOf(const Wildcard& first, const Wildcard& second) {
-  Wildcard either = namespacesOfEither(first, second);
-  either.process = first.process;
+Wildcard unionOf(Wildcard first, Wildcard second) {
+  // All but what neither admits.
+  first.blnOthers = !first.blnOthers;
+  second.blnOthers = !second.blnOthers;
+  Wildcard either = intersectionOf(first, second);
+  either.blnOthers = !either.blnOthers;
   return either;
 }
 

@@ -8,9 +8,9 @@ namespace Varnel_Tolv_XML_Creation {
 /// The wildcard that an element `any` or `anyAttribute` states.
 Wildcard readWildcard(const SchemaElement& source);
 
-/// What both admit, and what either admits, as far as a wildcard can say that; what passes is
-/// checked as `first` has it. Both take time linear in the namespaces that they list.
+/// What both admit, and what either admits; what passes is checked as `first` has it. Both take
+/// time linear in the namespaces that they list.
 Wildcard intersectionOf(const Wildcard& first, const Wildcard& second);
-Wildcard unionOf(const Wildcard& first, const Wildcard& second);
+Wildcard unionOf(Wildcard first, Wildcard second);
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -104,12 +104,15 @@ class Written {
   }
 
   static std::string wildcard(const Wildcard& wildcard) {
-    std::string strText = "any";
-    if (wildcard.namespaces == Wildcard::Namespaces::other)
-      strText = "not{" + wildcard.strOther + "}";
-    if (wildcard.namespaces == Wildcard::Namespaces::listed) {
-      strText.clear();
-      for (const std::string& strUri : wildcard.uris) strText += "{" + strUri + "}";
+    std::string strText;
+    for (const std::string& strUri : wildcard.uris) {
+      if (!strUri.empty() || !wildcard.blnOthers) strText += "{" + strUri + "}";
+    }
+    if (wildcard
+            .blnOthers) {  // nearly always no namespace is left out, too, which goes without saying
+      const auto none = std::find(wildcard.uris.begin(), wildcard.uris.end(), "");
+      if (none == wildcard.uris.end() && !wildcard.uris.empty()) strText += "{but none}";
+      strText = wildcard.uris.empty() ? "any" : "not" + (strText.empty() ? "{}" : strText);
     }
     const char* processes[] = {"strict", "lax", "skip"};
     return strText + "/" + processes[static_cast<int>(wildcard.process)];

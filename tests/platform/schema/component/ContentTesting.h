@@ -81,7 +81,7 @@ class Vocabulary {
       }
     } else if (take(strText, '<')) {
       particle.term = Particle::Term::wildcard;
-      particle.wildcard.namespaces = Wildcard::Namespaces::listed;
+      particle.wildcard.blnOthers = false;
       particle.wildcard.uris = {std::string(strText.substr(0, strText.find('>')))};
       strText.remove_prefix(strText.find('>') + 1);
     } else {

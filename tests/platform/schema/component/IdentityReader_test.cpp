@@ -1,8 +1,7 @@
-#include "platform/schema/component/Readers.h"
-
 #include <gtest/gtest.h>
 
 #include "platform/schema/component/ComponentTesting.h"
+#include "platform/schema/component/Readers.h"
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {

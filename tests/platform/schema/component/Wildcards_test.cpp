@@ -11,14 +11,13 @@ Wildcard any() { return {}; }
 
 Wildcard other(const char* uri) {
   Wildcard wildcard;
-  wildcard.namespaces = Wildcard::Namespaces::other;
-  wildcard.strOther = uri;
+  wildcard.uris = {"", uri};
   return wildcard;
 }
 
 Wildcard listed(std::vector<std::string> uris) {
   Wildcard wildcard;
-  wildcard.namespaces = Wildcard::Namespaces::listed;
+  wildcard.blnOthers = false;
   wildcard.uris = std::move(uris);
   wildcard.process = Wildcard::Process::lax;
   return wildcard;

@@ -1,4 +1,4 @@
-#include "platform/schema/PrefixBindings.h"
+#include "platform/schema/StartTag.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

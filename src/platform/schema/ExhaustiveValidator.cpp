@@ -44,13 +44,13 @@ void ExhaustiveValidator::start(const StartTag& tag) {
   }
 }
 
-void ExhaustiveValidator::open(const StartTag& tag, const Placement& placement,
+void ExhaustiveValidator::open(const StartTag& tag, Placement declaration,
                                std::size_t lngOuterBindings) {
-  const ElementType found = typeOfElement(components_, *tag.name, placement.declaration,
-                                          instanceValues_, lookup_, reporter_);
+  const ElementType found =
+      typeOfElement(components_, *tag.name, declaration, instanceValues_, lookup_, reporter_);
   OpenElement& element = open_.emplace_back();
   element.name = tag.name;
-  element.declaration = placement.declaration;
+  element.declaration = declaration;
   element.type = found.type;
   element.blnNilled = found.blnNilled;
   element.blnNilRefused = found.blnNilRefused;
@@ -85,7 +85,7 @@ std::optional<ExhaustiveValidator::Placement> ExhaustiveValidator::place(const M
   parent.blnHasChildren = true;
   const TypeDefinition& type = *parent.type;
   if (&type == &components_.anyType() && !parent.blnNilled) {
-    return placeByName(name.id).value_or(Placement());
+    return placeByName(name.id).value_or(nullptr);
   }
   const bool blnMayHave = hasElements(type) && type.model && !parent.blnNilled;
   if (blnMayHave && !parent.blnMisplaced) {
@@ -114,12 +114,12 @@ std::optional<ExhaustiveValidator::Placement> ExhaustiveValidator::placeRoot(
 /// Takes a child for what its parent's content model has for it.
 std::optional<ExhaustiveValidator::Placement> ExhaustiveValidator::placeByMatch(
     const ContentMatch& match, const MessageName& name) {
-  if (match.element) return Placement{match.element};
+  if (match.element) return match.element;
   const Wildcard::Process process = match.wildcard->process;
   if (process == Wildcard::Process::skip) return std::nullopt;
   if (const std::optional<Placement> placement = placeByName(name.id)) return placement;
-  if (process == Wildcard::Process::lax) return Placement();
-  if (namesItsType()) return Placement();
+  if (process == Wildcard::Process::lax) return nullptr;
+  if (namesItsType()) return nullptr;
   if (!isLocal(name.id)) reportUndeclared(name, XML_SCHEMAV_CVC_ELT_1);
   return std::nullopt;
 }
@@ -158,7 +158,7 @@ bool ExhaustiveValidator::isLocal(NameId id) const noexcept {
 std::optional<ExhaustiveValidator::Placement> ExhaustiveValidator::placeByName(NameId id) const {
   const ElementDeclaration* declaration = components_.element(id);
   if (!declaration) return std::nullopt;
-  return Placement{declaration};
+  return declaration;
 }
 
 void ExhaustiveValidator::text(std::string_view strText) {

@@ -45,10 +45,8 @@ class ExhaustiveValidator {
   void end();
 
  private:
-  /// As what a child is to be checked, if it is at all.
-  struct Placement {
-    const ElementDeclaration* declaration = nullptr;  // null: as the type that the message names
-  };
+  /// As what a child is to be checked; null: as the type that the message names.
+  using Placement = const ElementDeclaration*;
 
   std::optional<Placement> place(const MessageName& name);
   std::optional<Placement> placeRoot(const MessageName& name);
@@ -57,7 +55,7 @@ class ExhaustiveValidator {
   std::optional<Placement> placeByName(NameId id) const;
   bool namesItsType() const;
   bool isLocal(NameId id) const noexcept;
-  void open(const StartTag& tag, const Placement& placement, std::size_t lngOuterBindings);
+  void open(const StartTag& tag, Placement declaration, std::size_t lngOuterBindings);
   void readAttributes(const StartTag& tag);
   FieldContent checkValue(const OpenElement& element);
   bool isFixedValue(const OpenElement& element, std::string_view strText) const;

@@ -108,13 +108,14 @@ void IdentityConstraints::findFields(const std::vector<OpenElement>& open, std::
       if (!leadsToLast(path, open, lngFrom)) continue;
       if (!path.attribute) {
         if (!std::exchange(blnAwaited, true)) {
-          awaited_.push_back({lngTarget, field, open.size() - 1});
+          awaited_.push_back({{lngTarget, field}, open.size() - 1});
         }
         continue;
       }
       for (const CheckedAttribute& attribute : attributes) {
         if (!admits(*path.attribute, *attribute.name)) continue;
-        takeAttribute(lngTarget, field, open.back(), attribute);
+        take({lngTarget, field}, open.back(),
+             {attribute.type, attribute.strValue, attribute.blnValid}, attribute.name);
       }
     }
   }
@@ -126,7 +127,7 @@ void IdentityConstraints::end(const std::vector<OpenElement>& open, const FieldC
 
   const auto awaited = firstAt(awaited_, lngDepth);
   for (auto field = awaited; field != awaited_.end(); ++field) {
-    takeContent(*field, element, content);
+    take(field->field, element, content, nullptr);
   }
   awaited_.erase(awaited, awaited_.end());
 
@@ -141,14 +142,18 @@ void IdentityConstraints::end(const std::vector<OpenElement>& open, const FieldC
   handOnTables(lngDepth);
 }
 
-void IdentityConstraints::takeContent(const AwaitedField& field, const OpenElement& element,
-                                      const FieldContent& content) {
+/// Takes the value of a field: the content of an element, or one of its attributes.
+void IdentityConstraints::take(const FieldOfTarget& field, const OpenElement& element,
+                               const FieldContent& content, const MessageName* attribute) {
   Target& target = targets_[field.lngTarget];
   const IdentityConstraint& constraint = *scopes_[target.lngScope].constraint;
   char32_t& number = target.fields.key[field.lngField];
   const auto refuse = [&](std::string_view strWhat) {
     countOne();
-    report(libraryWords(*element.name, fieldWords(constraint, field.lngField, strWhat)));
+    std::string strWords("The XPath '");
+    strWords.append(constraint.fieldTexts[field.lngField]).append("' of a field of ");
+    strWords.append(designation(constraint)).append(" ").append(strWhat);
+    report(libraryWords(*element.name, strWords, attribute ? attribute->expanded() : ""));
   };
   if (!content.type) {
     refuse("does evaluate to a node of non-simple type.");
@@ -160,24 +165,6 @@ void IdentityConstraints::takeContent(const AwaitedField& field, const OpenEleme
     number = kUnknown;
   } else {
     takeValue(target.fields, field.lngField, *content.type, content.strText);
-  }
-}
-
-void IdentityConstraints::takeAttribute(std::size_t lngTarget, std::size_t lngField,
-                                        const OpenElement& element,
-                                        const CheckedAttribute& attribute) {
-  Target& target = targets_[lngTarget];
-  char32_t& number = target.fields.key[lngField];
-  if (number != kAbsent) {
-    countOne();
-    report(libraryWords(*element.name,
-                        fieldWords(*scopes_[target.lngScope].constraint, lngField,
-                                   "evaluates to a node-set with more than one member."),
-                        attribute.name->expanded()));
-  } else if (!attribute.blnValid) {
-    number = kUnknown;
-  } else {
-    takeValue(target.fields, lngField, *attribute.type, attribute.strValue);
   }
 }
 
@@ -304,13 +291,6 @@ std::string IdentityConstraints::shown(const Fields& fields) const {
     strShown += types_[fields.types[field]]->canonical(strValue, lookup_);
   }
   return strShown + "']";
-}
-
-std::string IdentityConstraints::fieldWords(const IdentityConstraint& constraint,
-                                            std::size_t lngField, std::string_view strWhat) const {
-  std::string strWords("The XPath '");
-  strWords.append(constraint.fieldTexts[lngField]).append("' of a field of ");
-  return strWords.append(designation(constraint)).append(" ").append(strWhat);
 }
 
 std::string IdentityConstraints::designation(const IdentityConstraint& constraint) const {

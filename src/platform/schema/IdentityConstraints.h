@@ -105,10 +105,14 @@ class IdentityConstraints {
     Fields fields;
   };
 
-  /// A field of a target whose value is the content of an open element.
-  struct AwaitedField {
+  struct FieldOfTarget {
     std::size_t lngTarget = 0;
     std::size_t lngField = 0;
+  };
+
+  /// One whose value is the content of an open element.
+  struct AwaitedField {
+    FieldOfTarget field;
     std::size_t lngDepth = 0;
   };
 
@@ -116,10 +120,8 @@ class IdentityConstraints {
   void openTargets(const std::vector<OpenElement>& open);
   void findFields(const std::vector<OpenElement>& open, std::size_t lngTarget,
                   const std::vector<CheckedAttribute>& attributes);
-  void takeContent(const AwaitedField& field, const OpenElement& element,
-                   const FieldContent& content);
-  void takeAttribute(std::size_t lngTarget, std::size_t lngField, const OpenElement& element,
-                     const CheckedAttribute& attribute);
+  void take(const FieldOfTarget& field, const OpenElement& element, const FieldContent& content,
+            const MessageName* attribute);
   void closeTarget(const Target& target, const OpenElement& element);
   void closeScope(const Scope& scope);
   void handOnTables(std::size_t lngDepth);
@@ -129,8 +131,6 @@ class IdentityConstraints {
   void takeValue(Fields& fields, std::size_t lngField, const SimpleType& type,
                  std::string_view strText);
   std::string shown(const Fields& fields) const;
-  std::string fieldWords(const IdentityConstraint& constraint, std::size_t lngField,
-                         std::string_view strWhat) const;
   std::string designation(const IdentityConstraint& constraint) const;
   void report(const std::string& strWords);
   void countOne();

@@ -95,61 +95,33 @@ bool unite(const Nodes& nodes, WayWord* way, const WayWord* other) {
 
 }  // namespace
 
-// The steps of one child. Mostly there is one only, which is not put into the memory for many.
-struct ContentCursor::Steps {
-  void add(const Step& step) {
-    if (lngCount == kMaxSteps) return;
-    if (++lngCount == 1) {
-      first = step;
-      return;
-    }
-    if (lngCount == 2) many.assign(1, first);
-    many.push_back(step);
-  }
-
-  std::vector<Step>& many;
-  std::size_t lngCount = 0;
-  Step first{};
-};
-
 ContentCursor::ContentCursor(const ContentModel& model)
-    : model_(model.impl_.get()), lngStride_(1 + model_->tree.lngWords) {
-  if (lngStride_ > kWordsInside) outside_.resize(lngStride_);
-}
-
-const ContentCursor::Word* ContentCursor::way(std::size_t lngWay) const noexcept {
-  if (lngWays_ == 1 && lngStride_ <= kWordsInside) return inside_.data();
-  return outside_.data() + lngWay * lngStride_;
-}
-
-ContentCursor::Word* ContentCursor::way(std::size_t lngWay) noexcept {
-  return const_cast<Word*>(std::as_const(*this).way(lngWay));
-}
+    : model_(model.impl_.get()), lngStride_(1 + model_->tree.lngWords), ways_(lngStride_) {}
 
 ContentMatch ContentCursor::accept(NameId name, std::string_view strUri) {
   if (blnLost_) return model_->find(name, strUri);
   const Nodes& nodes = model_->tree.nodes;
   const auto alternatives = model_->index.find(name);
-  if (alternatives.size() == 1 && lngWays_ == 1) {
-    if (const std::uint32_t leaf = plainStep(way(0), alternatives.front().list))
+  if (alternatives.size() == 1 && isSingle()) {
+    if (const std::uint32_t leaf = plainStep(ways_.data(), alternatives.front().list))
       return {.element = alternatives.front().declaration(nodes[leaf])};
   }
 
   ContentMatch match;
-  Steps steps{steps_};
+  steps_.clear();
   for (const ContentIndex::Alternative& found : alternatives) {
     const auto any = [](const ContentNode&) { return true; };
-    if (collect(found.list, any, steps) && !match)
-      match.element = found.declaration(nodes[steps.first.leaf]);
+    if (collect(found.list, any) && !match)
+      match.element = found.declaration(nodes[steps_.front().leaf]);
   }
   if (!match) {
     const auto admits = [&](const ContentNode& node) {
       return node.particle->wildcard.admits(strUri);
     };
-    if (collect(model_->index.wildcards, admits, steps))
-      match.wildcard = &nodes[steps.first.leaf].particle->wildcard;
+    if (collect(model_->index.wildcards, admits))
+      match.wildcard = &nodes[steps_.front().leaf].particle->wildcard;
   }
-  if (match) take(steps);
+  if (match) take();
   return match;
 }
 
@@ -175,15 +147,15 @@ std::uint32_t ContentCursor::plainStep(Word* way, LeafList list) const noexcept 
 
 // Finds every step to those leaves of a list that fit.
 template <class Fits>
-bool ContentCursor::collect(LeafList list, const Fits& fits, Steps& steps) const {
-  for (std::size_t lngWay = 0; list.first != list.last && lngWay < lngWays_; ++lngWay) {
+bool ContentCursor::collect(LeafList list, const Fits& fits) {
+  for (std::size_t lngWay = 0; list.first != list.last && lngWay < ways(); ++lngWay) {
     eachStep(model_->tree, model_->index, way(lngWay), list,
              [&](std::uint32_t leaf, std::uint32_t turn, bool blnNewOccurrence) {
-               if (fits(model_->tree.nodes[leaf]))
-                 steps.add({lngWay, leaf, turn, blnNewOccurrence});
+               if (steps_.size() < kMaxSteps && fits(model_->tree.nodes[leaf]))
+                 steps_.push_back({lngWay, leaf, turn, blnNewOccurrence});
              });
   }
-  return steps.lngCount > 0;
+  return !steps_.empty();
 }
 
 // Makes the step: what is above its turn stays as it is, what is below begins anew.
@@ -211,14 +183,10 @@ void ContentCursor::advance(Word* way, const Step& step) const noexcept {
 }
 
 // Makes all steps, those to one leaf one after the other.
-void ContentCursor::take(const Steps& steps) {
-  if (steps.lngCount == 1 && lngWays_ == 1) {
-    advance(way(0), steps.first);
-    return;
-  }
-  blnLost_ = steps.lngCount == kMaxSteps;
+void ContentCursor::take() {
+  if (steps_.size() == 1 && isSingle()) return advance(ways_.data(), steps_.front());
+  blnLost_ = steps_.size() == kMaxSteps;
   if (blnLost_) return;
-  if (steps.lngCount == 1) steps_.assign(1, steps.first);
   std::sort(steps_.begin(), steps_.end(),
             [](const Step& left, const Step& right) { return left.leaf < right.leaf; });
   next_.clear();
@@ -234,12 +202,7 @@ void ContentCursor::take(const Steps& steps) {
     blnLost_ = next_.size() > kMaxWays * lngStride_;
     if (blnLost_) return;
   }
-  lngWays_ = next_.size() / lngStride_;
-  if (lngWays_ == 1 && lngStride_ <= kWordsInside) {
-    std::copy(next_.begin(), next_.end(), inside_.begin());
-  } else {
-    outside_.swap(next_);
-  }
+  ways_.swap(next_);
 }
 
 // Compares the last way of `next_` with those to the same leaf, and drops what is superfluous.
@@ -264,7 +227,7 @@ void ContentCursor::weighLast(std::size_t lngFirst) {
 }
 
 bool ContentCursor::complete() const noexcept {
-  for (std::size_t lngWay = 0; lngWay < lngWays_ && !blnLost_; ++lngWay) {
+  for (std::size_t lngWay = 0; lngWay < ways() && !blnLost_; ++lngWay) {
     if (mayEndThere(model_->tree, way(lngWay))) return true;
   }
   return blnLost_;
@@ -273,7 +236,7 @@ bool ContentCursor::complete() const noexcept {
 std::vector<const ElementDeclaration*> ContentCursor::expected(std::size_t lngMost) const {
   const Nodes& nodes = model_->tree.nodes;
   std::vector<bool> mayBegin(nodes.size(), blnLost_);
-  for (std::size_t lngWay = 0; lngWay < lngWays_; ++lngWay) {
+  for (std::size_t lngWay = 0; lngWay < ways(); ++lngWay) {
     eachRegion(model_->tree, way(lngWay), [&](const Region& region) {
       for (std::uint32_t self = region.begin; self != region.end; self = nodes[self].end)
         if (!isOver(model_->tree, way(lngWay), region, self)) mayBegin[self] = true;

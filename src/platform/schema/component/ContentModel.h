@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
@@ -98,7 +97,7 @@ class ContentCursor {
       std::size_t lngMost = std::numeric_limits<std::size_t>::max()) const;
 
   /// How many ways of attributing the children so far it keeps: what the next child costs.
-  std::size_t ways() const noexcept { return lngWays_; }
+  std::size_t ways() const noexcept { return ways_.size() / lngStride_; }
 
  private:
   // A step from a way: to a leaf, into the occurrence of a group (`turn`) that it is in already, or
@@ -109,29 +108,25 @@ class ContentCursor {
     std::uint32_t turn;
     bool blnNewOccurrence;
   };
-  struct Steps;
   using Word = std::uint64_t;
-  static constexpr std::size_t kWordsInside = 4;
 
   // The words of a way: the leaf that took the last child (0: none yet), then the state of the
   // path that leads there.
-  const Word* way(std::size_t lngWay) const noexcept;
-  Word* way(std::size_t lngWay) noexcept;
+  const Word* way(std::size_t lngWay) const noexcept { return ways_.data() + lngWay * lngStride_; }
+  bool isSingle() const noexcept { return ways_.size() == lngStride_; }
   std::uint32_t plainStep(Word* way, LeafList list) const noexcept;
   template <class Fits>
-  bool collect(LeafList list, const Fits& fits, Steps& steps) const;
-  void take(const Steps& steps);
+  bool collect(LeafList list, const Fits& fits);
+  void take();
   void advance(Word* way, const Step& step) const noexcept;
   void weighLast(std::size_t lngFirst);
 
   const ContentModel::Impl* model_;
   std::size_t lngStride_;  // words of a way
-  std::size_t lngWays_ = 1;
-  bool blnLost_ = false;
-  std::array<Word, kWordsInside> inside_ = {};  // a single way that fits
-  std::vector<Word> outside_;                   // all others
-  std::vector<Word> next_;                      // kept for their memory, as `steps_`
+  std::vector<Word> ways_;
+  std::vector<Word> next_;  // kept for their memory, as `steps_`
   std::vector<Step> steps_;
+  bool blnLost_ = false;
 };
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -25,8 +25,10 @@ set(src/validation      "^(result|platform|config|validation)/")
 set(src/interface       "^(result|platform|config|park|message|validation|interface)/")
 
 # The guests: who may include a third-party header. apps/ also keeps to the installed headers.
-set(guests "^(libxml/|re2/|utf8proc)" "^(nlohmann/|CLI/)" "^(gtest/|gmock/)")
-set(hosts  "^(src|tests)/platform/"   "^(apps|tests/apps)/" "^tests/")
+set(guests "^(re2/|utf8proc)"       "^libxml/" "^(libxslt/|boost/|soci/|openssl/)"
+  "^(nlohmann/|CLI/)"   "^(gtest/|gmock/)")
+set(hosts  "^(src|tests)/platform/" "^((src|tests)/platform|apps/host)/" "^apps/host/"
+  "^(apps|tests/apps)/" "^tests/")
 file(READ "${TREE}/src/CMakeLists.txt" listing)
 string(REGEX MATCH "FILE_SET HEADERS[^)]*" listing "${listing}")
 string(REGEX MATCHALL "[A-Za-z_/]+\\.h" installed "${listing}")

@@ -1,0 +1,68 @@
+#include "host/Deployments.h"
+
+#include "CannotRun.h"
+#include "host/Log.h"
+
+Deployments::Deployments(const std::vector<std::string>& folders) {
+  for (const std::string& strFolder : folders) {
+    auto deployment = std::make_shared<const FormDeployment>(strFolder);
+    for (const Finding& finding : checkDeployment(*deployment)) {
+      findings_.push_back({strFolder + '/' + finding.strFile, finding.strMessage});
+    }
+    const std::string strName = deployment->name();
+    if (!entries_.try_emplace(strName, Entry{strFolder, std::move(deployment), ""}).second) {
+      throw CannotRun("--deployment: two folders have the name \"" + strName + '"');
+    }
+  }
+}
+
+/// Takes over a change. Works on a copy of the entry, for building a deployment takes its time.
+void Deployments::refresh(Entry& entry) {
+  std::string strFingerprint;
+  try {
+    strFingerprint = fingerprintOf(entry.strFolder);
+    const bool blnKnown =
+        strFingerprint == entry.deployment->fingerprint() || strFingerprint == entry.strRefused;
+    if (blnKnown) return;
+    auto changed = std::make_shared<const FormDeployment>(entry.strFolder);
+    const std::vector<Finding> findings = checkDeployment(*changed);
+    if (findings.empty()) {
+      entry.deployment = std::move(changed);
+      logEvent("deployment-changed", {{"form", entry.deployment->name()}});
+      return;
+    }
+    entry.strRefused = changed->fingerprint();
+    for (const Finding& finding : findings) {
+      logEvent("deployment-refused", {{"form", entry.deployment->name()},
+                                      {"file", finding.strFile},
+                                      {"reason", finding.strMessage}});
+    }
+  } catch (const std::exception& error) {
+    entry.strRefused = strFingerprint;
+    logEvent("deployment-refused", {{"form", entry.deployment->name()}, {"reason", error.what()}});
+  }
+}
+
+std::shared_ptr<const FormDeployment> Deployments::find(std::string_view strName) {
+  Entry entry;
+  {
+    const std::scoped_lock lock(mutex_);
+    const auto found = entries_.find(strName);
+    if (found == entries_.end()) return nullptr;
+    entry = found->second;
+  }
+  // Whoever comes while another looks is served what there is.
+  const std::unique_lock refreshing(refreshing_, std::try_to_lock);
+  if (!refreshing.owns_lock()) return entry.deployment;
+  refresh(entry);
+  const std::scoped_lock lock(mutex_);
+  entries_.find(strName)->second = entry;
+  return entry.deployment;
+}
+
+std::vector<std::shared_ptr<const FormDeployment>> Deployments::all() {
+  const std::scoped_lock lock(mutex_);
+  std::vector<std::shared_ptr<const FormDeployment>> deployments;
+  for (const auto& [strName, entry] : entries_) deployments.push_back(entry.deployment);
+  return deployments;
+}

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/FormDeployment.h"
+
+/// The deployments that the host serves. One whose files change is taken over between two requests,
+/// as soon as it is sound; until then the one before it stays.
+class Deployments {
+ public:
+  /// Raises CannotRun for a folder that cannot be read and for two of one name.
+  explicit Deployments(const std::vector<std::string>& folders);
+
+  /// The findings of all of them, as they were at the start.
+  const std::vector<Finding>& findings() const { return findings_; }
+
+  /// The newest sound one with this name; null when there is none.
+  std::shared_ptr<const FormDeployment> find(std::string_view strName);
+
+  std::vector<std::shared_ptr<const FormDeployment>> all();
+
+ private:
+  struct Entry {
+    std::string strFolder;
+    std::shared_ptr<const FormDeployment> deployment;
+    std::string strRefused;  // the fingerprint of a change that was not sound
+  };
+
+  void refresh(Entry& entry);
+
+  std::mutex mutex_;       // of the entries
+  std::mutex refreshing_;  // held by the one that looks for a change
+  std::map<std::string, Entry, std::less<>> entries_;
+  std::vector<Finding> findings_;
+};

@@ -1,0 +1,44 @@
+# Writes the C++ source of Embedded.h: run with -DSOURCE=<folder of pages/ and migrations/>
+# -DOUTPUT=<file>.
+function(embed result file)
+  file(READ "${file}" text)
+  # A literal may not be longer than compilers must take; neighbours are joined.
+  set(literals "")
+  string(LENGTH "${text}" length)
+  set(at 0)
+  while(at LESS length)
+    string(SUBSTRING "${text}" ${at} 8000 part)
+    string(APPEND literals "R\"~~~(${part})~~~\"\n")
+    math(EXPR at "${at} + 8000")
+  endwhile()
+  set(${result} "${literals}" PARENT_SCOPE)
+endfunction()
+
+set(migrations "")
+file(GLOB files "${SOURCE}/migrations/*.sql")
+foreach(file IN LISTS files)
+  get_filename_component(name "${file}" NAME)
+  string(REGEX MATCH "^0*([0-9]+)-" number "${name}")
+  embed(text "${file}")
+  string(APPEND migrations "    {${CMAKE_MATCH_1},\n${text}},\n")
+endforeach()
+set(pages "")
+file(GLOB files "${SOURCE}/pages/*")
+foreach(file IN LISTS files)
+  get_filename_component(name "${file}" NAME)
+  embed(text "${file}")
+  string(APPEND pages "  if (strName == \"${name}\") {\n    return\n${text};\n  }\n")
+endforeach()
+file(WRITE "${OUTPUT}" "#include \"host/Embedded.h\"
+
+namespace {
+constexpr Migration kMigrations[] = {
+${migrations}};
+}  // namespace
+
+std::span<const Migration> migrations() { return kMigrations; }
+
+std::string_view pageFile(std::string_view strName) {
+${pages}  return {};
+}
+")

@@ -1,0 +1,284 @@
+#include "host/FormView.h"
+
+#include <algorithm>
+#include <map>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <tuple>
+
+#include "host/Moment.h"
+#include "platform/dom/Document.h"
+
+using namespace Varnel_Tolv_XML_Creation;
+
+namespace {
+
+// No input has such a name: it is none of those that a page asks the library to read.
+const std::string kHiddenPrefix = "hdnfld:";
+
+std::string anchorOf(const FormError& error) {
+  std::string strAnchor = "q-" + error.strQuestion;
+  if (!error.strRow.empty()) strAnchor += '-' + error.strRow;
+  if (!error.strColumn.empty()) strAnchor += '-' + error.strColumn;
+  return strAnchor;
+}
+
+/// Writes the questions, and notes which errors found a place beside an input.
+class FormWriter {
+ public:
+  explicit FormWriter(const FormView& view) : view_(view) {
+    for (const FormError& error : view.errors) errors_[anchorOf(error)].push_back(&error);
+  }
+
+  void writeSections(const ViewElement& root);
+  void writeSummary(const ViewElement& root) const;
+  void writeHidden(const ViewElement& root) const;
+
+ private:
+  struct Listed {
+    std::string strAnchor = {};
+    std::string strLabel = {};
+    std::string strRow = {};
+    std::string strColumn = {};
+    std::string strMessage = {};
+  };
+
+  void writeQuestion(const ViewElement& section, const Question& question);
+  void writeTable(const ViewElement& element, const Question& table);
+  void writeInput(const ViewElement& element, const Input& input, const std::string& strName,
+                  const std::string& strAnchor, const Listed& place);
+  void writeErrors(const ViewElement& element, const std::string& strAnchor, Listed place);
+
+  const FormView& view_;
+  std::map<std::string, std::vector<const FormError*>> errors_;  // those without a place yet
+  std::vector<Listed> listed_;                                   // in the order of the page
+};
+
+void FormWriter::writeErrors(const ViewElement& element, const std::string& strAnchor,
+                             Listed place) {
+  const auto found = errors_.find(strAnchor);
+  if (found == errors_.end()) return;
+  for (const FormError* const error : found->second) {
+    element.add("error", error->strMessage);
+    place.strAnchor = strAnchor;
+    place.strMessage = error->strMessage;
+    listed_.push_back(place);
+  }
+  errors_.erase(found);
+}
+
+void FormWriter::writeInput(const ViewElement& element, const Input& input,
+                            const std::string& strName, const std::string& strAnchor,
+                            const Listed& place) {
+  const std::string_view strValue = answerTo(view_.answers, strName);
+  const bool blnOutput = input.blnOutput;
+  element.set("anchor", strAnchor)
+      .set("name", strName)
+      .set("kind", blnOutput ? "output" : input.strKind)
+      .set("label", input.strLabel)
+      .set("hint", input.strHint)
+      .set("width", input.strWidth)
+      .set("maxlength", input.strMaxLength)
+      .setFlag("required", input.blnRequired)
+      .set("value", blnOutput && strValue.empty() ? input.strOutput : strValue);
+  if (!input.strHelp.empty()) element.add("help", input.strHelp);
+  if (input.strKind == "check") element.setFlag("checked", !strValue.empty());
+  bool blnKnown = strValue.empty();
+  for (const Choice& choice : input.choices) {
+    const bool blnChosen = choice.strValue == strValue && !blnKnown;
+    element.add("choice", choice.strLabel)
+        .set("value", choice.strValue)
+        .setFlag("chosen", blnChosen);
+    blnKnown = blnKnown || blnChosen;
+  }
+  // An answer that is no choice stays as it was given.
+  if (!blnKnown && !input.choices.empty()) {
+    element.add("choice", strValue).set("value", strValue).setFlag("chosen", true);
+  }
+  if (view_.strNotice == "conflict" && !blnOutput) {
+    const std::string_view strStored = answerTo(view_.stored, strName);
+    if (strStored != strValue) {
+      // Shown in the words of the choices where there are any.
+      const auto choice = std::ranges::find(input.choices, strStored, &Choice::strValue);
+      element.add("stored", choice == input.choices.end() ? strStored : choice->strLabel);
+      Listed other = place;
+      other.strAnchor = strAnchor;
+      listed_.push_back(other);
+    }
+  }
+  writeErrors(element, strAnchor, place);
+}
+
+void FormWriter::writeTable(const ViewElement& element, const Question& table) {
+  const std::string& strId = table.input.strId;
+  std::vector<TableRow> rows = table.rows;
+  if (table.blnDynamic) {
+    const std::string strCount = inputName(strId) + "_rowCount";
+    const bool blnNew = view_.strId.empty() && view_.answers.find(strCount) == view_.answers.end();
+    const std::int64_t lngRows =
+        blnNew ? table.lngFirstRows
+               : std::min(rowCount(table, view_.answers, view_.lngMostRows), view_.lngMostRows);
+    rows.clear();
+    for (std::int64_t lngRow = 1; lngRow <= lngRows; ++lngRow) {
+      rows.push_back({std::to_string(lngRow), ""});
+    }
+  }
+  element.set("anchor", "q-" + strId)
+      .set("id", strId)
+      .set("label", table.input.strLabel)
+      .set("count-name", inputName(strId) + "_rowCount")
+      .set("count", std::to_string(rows.size()))
+      .set("add", table.strAdd)
+      .setFlag("dynamic", table.blnDynamic);
+  if (!table.input.strHelp.empty()) element.add("help", table.input.strHelp);
+  writeErrors(element, "q-" + strId, {.strLabel = table.input.strLabel});
+  for (const Input& column : table.columns) {
+    const ViewElement head = element.add("column");
+    head.set("label", column.strLabel)
+        .set("hint", column.strHint)
+        .setFlag("required", column.blnRequired);
+    if (!column.strHelp.empty()) head.add("help", column.strHelp);
+  }
+  const auto writeRow = [&](const ViewElement& row, const TableRow& each) {
+    row.set("number", each.strId).set("label", each.strLabel);
+    const std::int64_t lngRow = rowNumber(each.strId, INT32_MAX);
+    const std::string strRow = each.strLabel.empty() ? "row " + each.strId : each.strLabel;
+    writeErrors(row, "q-" + strId + '-' + each.strId,
+                {.strLabel = table.input.strLabel, .strRow = strRow});
+    for (const Input& column : table.columns) {
+      writeInput(
+          row.add("cell"), column, cellName(table, column, lngRow),
+          "q-" + strId + '-' + each.strId + '-' + column.strId,
+          {.strLabel = table.input.strLabel, .strRow = strRow, .strColumn = column.strLabel});
+    }
+  };
+  for (const TableRow& row : rows) writeRow(element.add("row"), row);
+}
+
+void FormWriter::writeQuestion(const ViewElement& section, const Question& question) {
+  if (question.blnTable) {
+    writeTable(section.add("table"), question);
+    return;
+  }
+  const std::string& strId = question.input.strId;
+  writeInput(section.add("field"), question.input, inputName(strId), "q-" + strId,
+             {.strLabel = question.input.strLabel});
+}
+
+void FormWriter::writeSections(const ViewElement& root) {
+  for (const Section& section : view_.page->sections) {
+    const ViewElement element = root.add("section");
+    element.set("id", section.strId).set("title", section.strTitle);
+    if (!section.strHelp.empty()) element.add("help", section.strHelp);
+    for (const Question& question : section.questions) writeQuestion(element, question);
+  }
+}
+
+void FormWriter::writeSummary(const ViewElement& root) const {
+  const auto write = [&](const Listed& each) {
+    root.add("problem", each.strMessage)
+        .set("anchor", each.strAnchor)
+        .set("label", each.strLabel)
+        .set("row", each.strRow)
+        .set("column", each.strColumn);
+  };
+  for (const Listed& each : listed_) write(each);
+  for (const auto& [strAnchor, errors] : errors_) {
+    for (const FormError* const error : errors) write({.strMessage = error->strMessage});
+  }
+}
+
+void FormWriter::writeHidden(const ViewElement& root) const {
+  for (const HiddenField& field : view_.page->hidden) {
+    if (field.isFixed()) continue;
+    std::string strValue(answerTo(view_.answers, field.strId));
+    if (strValue.empty()) strValue = answerTo(view_.answers, kHiddenPrefix + field.strOutput);
+    if (strValue.empty() && field.strValue == "{now}") strValue = localMomentText();
+    root.add("hidden").set("name", field.strId).set("value", strValue);
+  }
+}
+
+/// The children of a table's row are cells once the table was parked; before, there are none.
+void readTable(const Node& objTable, const std::string& strId, Answers& answers) {
+  const std::optional<NodeList> colRows = objTable.childNodes();
+  for (const Node& objRow : *colRows) {
+    if (objRow.nodeName() != "row") continue;
+    const std::string strRow = objRow.getAttribute("id").value_or("");
+    const std::optional<NodeList> colCells = objRow.childNodes();
+    for (const Node& objCell : *colCells) {
+      if (objCell.nodeName() != "column") continue;
+      const std::string strName =
+          strId + "___" + objCell.getAttribute("id").value_or("") + '_' + strRow;
+      answers.insert_or_assign(strName, objCell.getAttribute("value").value_or(""));
+    }
+  }
+}
+
+}  // namespace
+
+ViewDocument viewOf(const FormView& view) {
+  ViewDocument document("form");
+  const ViewElement root = document.root();
+  const PageModel& page = *view.page;
+  root.set("form", view.strForm)
+      .set("title", page.strTitle)
+      .set("lang", page.strLanguage)
+      .set("action", view.strAction)
+      .set("id", view.strId)
+      .set("state", view.strState)
+      .set("notice", view.strNotice)
+      .set("saved", view.strSaved)
+      .set("version", std::to_string(view.lngVersion))
+      .set("token", view.strToken);
+  if (!page.strIntro.empty()) root.add("intro", page.strIntro);
+  FormWriter writer(view);
+  writer.writeHidden(root);
+  writer.writeSections(root);
+  writer.writeSummary(root);
+  return document;
+}
+
+Answers answersIn(const std::string& strParkXml, const std::string& strRowCounts) {
+  Answers answers;
+  const Document objPark = Document::create();
+  if (!objPark.loadXML(strParkXml)) return answers;
+  const std::optional<NodeList> colObjects = objPark.getElementsByTagName("prtobjct");
+  for (const Node& objItem : *colObjects) {
+    const std::string strId = objItem.getAttribute("id").value_or("");
+    if (inputName(objItem.getAttribute("objecttype").value_or("")) == "table") {
+      readTable(objItem, strId, answers);
+      continue;
+    }
+    const std::string strValue = objItem.getAttribute("value").value_or("");
+    const bool blnTicked =
+        objItem.getAttribute("type").value_or("") == "check" && !strValue.empty();
+    answers.insert_or_assign(inputName(strId), blnTicked ? "on" : strValue);
+  }
+  const std::optional<NodeList> colHidden = objPark.getElementsByTagName("hdnfld");
+  for (const Node& objItem : *colHidden) {
+    // Under the name of the output; a page asks for it by that of the field.
+    answers.insert_or_assign(kHiddenPrefix + objItem.getAttribute("id").value_or(""),
+                             objItem.getAttribute("value").value_or(""));
+  }
+  const auto counts = nlohmann::json::parse(strRowCounts, nullptr, false);
+  if (counts.is_object()) {
+    for (const auto& [strId, count] : counts.items()) {
+      if (!count.is_number_integer()) continue;
+      answers.insert_or_assign(inputName(strId) + "_rowCount",
+                               std::to_string(count.get<std::int64_t>()));
+    }
+  }
+  return answers;
+}
+
+std::string rowCountsOf(const PageModel& page, const Answers& answers, std::int64_t lngMost) {
+  nlohmann::ordered_json counts = nlohmann::ordered_json::object();
+  for (const Section& section : page.sections) {
+    for (const Question& question : section.questions) {
+      if (question.blnTable && question.blnDynamic) {
+        counts[question.input.strId] = rowCount(question, answers, lngMost);
+      }
+    }
+  }
+  return counts.dump();
+}

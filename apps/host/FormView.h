@@ -1,0 +1,35 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "host/Answers.h"
+#include "host/PageModel.h"
+#include "host/RunForm.h"
+#include "host/Stylesheet.h"
+
+/// All that one page of a form shows.
+struct FormView {
+  const PageModel* page = nullptr;
+  std::string strForm;    // the deployment's name
+  std::string strAction;  // the address that the page posts to
+  std::string strId;      // empty: not parked yet
+  std::string strState;   // new, parked, refused or accepted
+  std::string
+      strNotice;         // conflict, accepted, not-checked, failed, token, rows: what just happened
+  std::string strSaved;  // when it was parked last
+  std::int64_t lngVersion = 0;
+  std::string strToken;
+  Answers answers;
+  Answers stored;  // of a conflict: what somebody else parked meanwhile
+  std::vector<FormError> errors;
+  std::int64_t lngMostRows = 0;
+};
+
+ViewDocument viewOf(const FormView& view);
+
+/// The answers in a parked form, and the row counts that were kept beside it.
+Answers answersIn(const std::string& strParkXml, const std::string& strRowCounts);
+
+/// The row counts of the dynamic tables, as text to be kept.
+std::string rowCountsOf(const PageModel& page, const Answers& answers, std::int64_t lngMost);

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+/// How the host was started.
+struct HostOptions {
+  std::vector<std::string> deployments;  // their folders
+  std::string strAddress = "127.0.0.1";
+  unsigned short lngPort = 8080;
+  std::string strStore;    // "sqlite:FILE" or "postgresql://..."
+  std::string strDeliver;  // "directory:DIR", "http://..."; empty: messages are kept for download
+  std::size_t lngMaxBody = std::size_t{2} << 20;
+  std::size_t lngMaxRows = 5000;  // rows of a table, and fields of a body
+  std::size_t lngWorkers = 2;
+  std::size_t lngQueue = 64;
+};
+
+struct HostCommandLine {
+  std::optional<std::string> textToPrint;  // --help, --version: print it and end
+  HostOptions options;
+};
+
+/// The words after the program's name. Raises CannotRun.
+HostCommandLine readHostCommandLine(std::vector<std::string> words);

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+// A request and its answer, as the application sees them.
+
+struct HttpRequest {
+  std::string strMethod;
+  std::string strPath;  // without the query, as it was sent
+  std::string strAccept;
+  std::string strContentType;
+  std::string strHost;
+  std::string strOrigin;
+  std::string strFetchSite;
+  std::string strBody;
+};
+
+struct HttpResponse {
+  unsigned lngStatus = 200;
+  std::string strContentType = "text/html; charset=utf-8";
+  std::string strBody;
+  std::vector<std::pair<std::string, std::string>> headers;
+};

@@ -1,0 +1,79 @@
+#include "host/HttpPost.h"
+
+#include <boost/asio/connect.hpp>
+#include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/use_future.hpp>
+#include <boost/beast/core.hpp>
+#include <boost/beast/http.hpp>
+#include <chrono>
+
+#include "CannotRun.h"
+
+namespace asio = boost::asio;
+namespace beast = boost::beast;
+namespace http = boost::beast::http;
+
+namespace {
+
+constexpr auto kTimeout = std::chrono::seconds(20);
+
+struct Url {
+  std::string strHost;
+  std::string strPort = "80";
+  std::string strPath = "/";
+};
+
+Url urlOf(const std::string& strUrl) {
+  constexpr std::string_view kScheme = "http://";
+  Url url;
+  std::string strRest = strUrl.substr(kScheme.size());
+  const std::size_t lngSlash = strRest.find('/');
+  if (lngSlash != std::string::npos) {
+    url.strPath = strRest.substr(lngSlash);
+    strRest.erase(lngSlash);
+  }
+  const std::size_t lngColon = strRest.rfind(':');
+  url.strHost = strRest.substr(0, lngColon);
+  if (lngColon != std::string::npos) url.strPort = strRest.substr(lngColon + 1);
+  return url;
+}
+
+}  // namespace
+
+void checkUrl(const std::string& strUrl) {
+  const Url url = urlOf(strUrl);
+  if (url.strHost.empty() || url.strPort.empty() || strUrl.find('@') != std::string::npos) {
+    throw CannotRun("--deliver " + strUrl + ": is no address of the form http://HOST[:PORT]/PATH");
+  }
+}
+
+unsigned httpPost(const std::string& strUrl,
+                  const std::vector<std::pair<std::string, std::string>>& headers,
+                  const std::string& strBody) {
+  const Url url = urlOf(strUrl);
+  asio::io_context context;
+  beast::tcp_stream stream(context);
+  // One step at a time; the stream's deadline ends each of them.
+  const auto done = [&](auto future) {
+    context.restart();
+    context.run();
+    return future.get();
+  };
+  stream.expires_after(kTimeout);
+  const auto places = asio::ip::tcp::resolver(context).resolve(url.strHost, url.strPort);
+  done(stream.async_connect(places, asio::use_future));
+
+  http::request<http::string_body> request(http::verb::post, url.strPath, 11);
+  request.set(http::field::host, url.strHost + ':' + url.strPort);
+  request.set(http::field::connection, "close");
+  for (const auto& [strName, strValue] : headers) request.set(strName, strValue);
+  request.body() = strBody;
+  request.prepare_payload();
+  done(http::async_write(stream, request, asio::use_future));
+
+  beast::flat_buffer buffer;
+  http::response_parser<http::string_body> parser;
+  parser.body_limit(1 << 20);
+  done(http::async_read_header(stream, buffer, parser, asio::use_future));
+  return parser.get().result_int();
+}

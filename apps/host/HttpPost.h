@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+/// Raises CannotRun for what is no http:// address.
+void checkUrl(const std::string& strUrl);
+
+/// Posts a body and tells the status of the answer. Raises std::exception when there is none within
+/// 20 seconds.
+unsigned httpPost(const std::string& strUrl,
+                  const std::vector<std::pair<std::string, std::string>>& headers,
+                  const std::string& strBody);

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+/// What the host counts. One object for the program; every member may be used by any thread.
+class Metrics {
+ public:
+  enum Outcome : std::size_t { kParked, kAccepted, kRefused, kNotChecked, kFailed, kOutcomes };
+  enum Stage : std::size_t { kRun, kStore, kRender, kStages };
+
+  void countRun(Outcome outcome) { ++runs_[outcome]; }
+  void countRequest(unsigned status);
+  void countDelivered() { ++delivered_; }
+  void countDeliveryFailure() { ++deliveryFailures_; }
+  void countOverload() { ++overloads_; }
+
+  /// Adds the life of the object to a stage.
+  class Timer {
+   public:
+    Timer(Metrics& metrics, Stage stage) : metrics_(metrics), stage_(stage) {}
+    ~Timer();
+    Timer(const Timer&) = delete;
+    Timer& operator=(const Timer&) = delete;
+
+   private:
+    Metrics& metrics_;
+    Stage stage_;
+    std::chrono::steady_clock::time_point begin_ = std::chrono::steady_clock::now();
+  };
+
+  std::atomic<std::int64_t> inFlight = 0;
+  std::atomic<std::int64_t> outboxWaiting = 0;
+
+  /// In the text format of Prometheus.
+  std::string text() const;
+
+ private:
+  using Count = std::atomic<std::uint64_t>;
+  struct StageTime {
+    Count runs = 0;
+    Count microseconds = 0;
+    std::array<Count, 8> buckets{};  // each counts what took no longer than its limit
+  };
+
+  std::array<Count, kOutcomes> runs_{};
+  std::array<Count, 6> requests_{};  // by the first digit of the status
+  std::array<StageTime, kStages> stages_;
+  Count delivered_ = 0;
+  Count deliveryFailures_ = 0;
+  Count overloads_ = 0;
+};

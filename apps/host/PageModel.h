@@ -1,0 +1,90 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Options.h"
+#include "host/Answers.h"
+
+// What the page of a form asks, in which order and words: generated from the object list, the
+// questions XML and the schema, refined by page.xml. It knows no answers.
+
+struct Choice {
+  std::string strValue;
+  std::string strLabel;
+};
+
+/// An input: a question, or a column of a table.
+struct Input {
+  std::string strId;
+  std::string strKind;  // text, textarea, select, radio, check, date, time, number, email, tel
+  std::string strLabel;
+  bool blnLabelGiven = false;  // by page.xml: then it is the label, whatever is posted
+  std::string strHelp;
+  std::string strHint;    // the form of an answer, in few words
+  std::string strWidth;   // short, medium or long
+  std::string strOutput;  // a cell that nobody fills in: its fixed text
+  bool blnOutput = false;
+  bool blnRequired = false;
+  std::string strMaxLength;
+  std::vector<Choice> choices;
+};
+
+struct TableRow {
+  std::string strId;
+  std::string strLabel;
+};
+
+struct Question {
+  Input input;
+  bool blnTable = false;
+  bool blnDynamic = false;  // rows come and go
+  std::string strAdd;       // what the button says that adds a row
+  std::int64_t lngFirstRows = 1;
+  std::vector<TableRow> rows;  // of a fixed grid
+  std::vector<Input> columns;
+};
+
+struct Section {
+  std::string strId;
+  std::string strTitle;
+  std::string strHelp;
+  std::vector<Question> questions;
+};
+
+/// A field that nobody sees. A fixed one is the host's to give: what is posted for it does not
+/// count.
+struct HiddenField {
+  std::string strId;
+  std::string strOutput;
+  std::string strValue;  // "{now}": the moment at which the page was opened
+  bool isFixed() const { return !strValue.empty() && strValue != "{now}"; }
+};
+
+struct PageModel {
+  std::string strTitle;
+  std::string strLanguage = "en";
+  std::string strIntro;
+  std::string strReceipt;
+  std::vector<Section> sections;
+  std::vector<HiddenField> hidden;
+};
+
+/// `strPageXml` need not exist. Raises CannotRun for what cannot be read.
+PageModel readPageModel(const Options& options, const std::string& strPageXml);
+
+/// The name of a question's input, as the library looks for it, and that of a cell.
+std::string inputName(std::string_view strId);
+std::string cellName(const Question& table, const Input& column, std::int64_t lngRow);
+
+/// The table with this id; null when the page has none.
+const Question* findTable(const PageModel& page, std::string_view strId);
+
+/// How many rows the answers give a dynamic table: what they say, at least the last row that has a
+/// cell. More than `lngMost` is told as `lngMost + 1`.
+std::int64_t rowCount(const Question& table, const Answers& answers, std::int64_t lngMost);
+
+/// Adds what is the host's to say: fixed hidden fields, labels, the number of rows.
+void completeAnswers(const PageModel& page, Answers& answers, std::int64_t lngMost);

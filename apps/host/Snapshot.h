@@ -1,0 +1,30 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+/// What the files of a folder looked like: changes whenever one of them is written, added or
+/// removed.
+std::string fingerprintOf(const std::filesystem::path& folder);
+
+/// A copy of a deployment's folder that nobody changes, taken away with the object. Runs read it,
+/// so that a deployment which is being replaced is never read half.
+class Snapshot {
+ public:
+  /// Raises CannotRun when the folder cannot be copied, or changes while it is copied.
+  explicit Snapshot(const std::filesystem::path& folder);
+  ~Snapshot();
+  Snapshot(const Snapshot&) = delete;
+  Snapshot& operator=(const Snapshot&) = delete;
+
+  const std::string& fingerprint() const { return strFingerprint_; }
+
+  /// Where the copy of a path is; a path outside the folder stays as it is.
+  std::string placeOf(const std::string& strPath) const;
+  bool holds(const std::string& strPath) const;
+
+ private:
+  std::filesystem::path original_;
+  std::filesystem::path copy_;
+  std::string strFingerprint_;
+};

@@ -1,0 +1,277 @@
+#include "host/Store.h"
+
+#include <soci/soci.h>
+
+#include <string_view>
+#include <thread>
+#include <vector>
+
+#include "CannotRun.h"
+#include "host/Embedded.h"
+#include "host/Moment.h"
+#include "host/Token.h"
+
+namespace {
+
+constexpr int kPoolWaitMilliseconds = 10'000;
+constexpr int kMigrationAttempts = 20;
+
+struct Place {
+  std::string strBackend;
+  std::string strParameters;
+  bool isSqlite() const { return strBackend == "sqlite3"; }
+};
+
+Place placeOf(const std::string& strStore) {
+  constexpr std::string_view kSqlite = "sqlite:";
+  if (!strStore.starts_with(kSqlite)) return {"postgresql", strStore};
+  std::string strFile = strStore.substr(kSqlite.size());
+  if (strFile.find('"') != std::string::npos)
+    throw CannotRun("--store: a quote in the file's name");
+  // Every commit is on the disk before it is acknowledged; a lock is waited for.
+  return {"sqlite3", "db=\"" + strFile + "\" timeout=5 synchronous=full"};
+}
+
+void open(soci::session& sql, const Place& place) {
+  sql.open(place.strBackend, place.strParameters);
+  if (!place.isSqlite()) return;
+  std::string strMode;
+  sql << "PRAGMA journal_mode=WAL", soci::into(strMode);
+  sql << "PRAGMA foreign_keys=ON";
+}
+
+/// Executes a prepared change and tells how many rows it changed.
+long long changedBy(soci::statement statement) {
+  statement.execute(true);
+  return statement.get_affected_rows();
+}
+
+void executeAll(soci::session& sql, std::string_view strStatements) {
+  for (std::size_t at = 0; at < strStatements.size();) {
+    const std::size_t end = std::min(strStatements.find(';', at), strStatements.size());
+    const std::string strStatement(strStatements.substr(at, end - at));
+    if (strStatement.find_first_not_of(" \r\n\t") != std::string::npos) sql << strStatement;
+    at = end + 1;
+  }
+}
+
+/// Applies what is missing. Of several hosts that start at once one does it: the others fail on the
+/// first statement and find it done when they look again.
+void migrate(soci::session& sql) {
+  sql << "CREATE TABLE IF NOT EXISTS migration (number BIGINT PRIMARY KEY, "
+         "applied VARCHAR(32) NOT NULL)";
+  for (const Migration& migration : migrations()) {
+    long long lngApplied = 0;
+    sql << "SELECT COUNT(*) FROM migration WHERE number = :n", soci::use(migration.lngNumber),
+        soci::into(lngApplied);
+    if (lngApplied > 0) continue;
+    soci::transaction transaction(sql);
+    const std::string strNow = momentText();
+    sql << "INSERT INTO migration (number, applied) VALUES (:n, :t)",
+        soci::use(migration.lngNumber), soci::use(strNow);
+    executeAll(sql, migration.strSql);
+    transaction.commit();
+  }
+}
+
+std::string keyOf(soci::session& sql) {
+  const std::string strFresh = randomId() + randomId();
+  sql << "INSERT INTO setting (name, value) SELECT 'token-key', CAST(:v AS TEXT) "
+         "WHERE NOT EXISTS (SELECT 1 FROM setting WHERE name = 'token-key')",
+      soci::use(strFresh);
+  std::string strKey;
+  sql << "SELECT value FROM setting WHERE name = 'token-key'", soci::into(strKey);
+  return strKey;
+}
+
+bool update(soci::session& sql, const StoredForm& form, const std::string& strState) {
+  const std::int64_t lngBefore = form.lngVersion - 1;
+  return changedBy((sql.prepare << "UPDATE form SET state = :s, version = :v, park = :p, "
+                                   "row_counts = :r, result = :o, changed = :c "
+                                   "WHERE id = :i AND version = :b AND state <> 'accepted'",
+                    soci::use(strState), soci::use(form.lngVersion), soci::use(form.strParkXml),
+                    soci::use(form.strRowCounts), soci::use(form.strResult),
+                    soci::use(form.strChanged), soci::use(form.strId), soci::use(lngBefore))) == 1;
+}
+
+}  // namespace
+
+struct Store::Pool {
+  Pool(Place thePlace, std::size_t lngConnections)
+      : place(std::move(thePlace)), sessions(lngConnections) {}
+
+  /// Runs `body` on a connection of its own.
+  template <class Body>
+  auto with(Body&& body) {
+    std::size_t at = 0;
+    if (!sessions.try_lease(at, kPoolWaitMilliseconds)) {
+      throw StoreProblem("all connections to the store are in use");
+    }
+    const Lease lease{sessions, at};
+    soci::session& sql = sessions.at(at);
+    try {
+      if (sql.get_backend() == nullptr) open(sql, place);
+      return body(sql);
+    } catch (const soci::soci_error& error) {
+      // Whatever state the connection is in: the next one begins afresh.
+      try {
+        sql.close();
+      } catch (const soci::soci_error&) {
+        // It was broken, which is why it is closed.
+      }
+      throw StoreProblem(error.what());
+    }
+  }
+
+  struct Lease {
+    soci::connection_pool& sessions;
+    std::size_t at;
+    ~Lease() { sessions.give_back(at); }
+  };
+
+  Place place;
+  soci::connection_pool sessions;
+};
+
+Store::Store(const std::string& strStore, std::size_t lngConnections)
+    : pool_(std::make_unique<Pool>(placeOf(strStore), lngConnections)) {
+  for (int attempt = 1;; ++attempt) {
+    try {
+      strKey_ = pool_->with([](soci::session& sql) {
+        migrate(sql);
+        return keyOf(sql);
+      });
+      return;
+    } catch (const StoreProblem& problem) {
+      if (attempt == kMigrationAttempts) throw CannotRun("--store: " + std::string(problem.what()));
+      std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    }
+  }
+}
+
+Store::~Store() = default;
+
+void Store::ping() {
+  pool_->with([](soci::session& sql) {
+    long long lngOne = 0;
+    sql << "SELECT COUNT(*) FROM migration", soci::into(lngOne);
+  });
+}
+
+void Store::create(const StoredForm& form) {
+  pool_->with([&](soci::session& sql) {
+    sql << "INSERT INTO form (id, deployment, state, version, park, row_counts, result, created, "
+           "changed) VALUES (:i, :d, :s, :v, :p, :r, :o, :c, :h)",
+        soci::use(form.strId), soci::use(form.strDeployment), soci::use(form.strState),
+        soci::use(form.lngVersion), soci::use(form.strParkXml), soci::use(form.strRowCounts),
+        soci::use(form.strResult), soci::use(form.strCreated), soci::use(form.strChanged);
+  });
+}
+
+std::optional<StoredForm> Store::find(const std::string& strId) {
+  return pool_->with([&](soci::session& sql) -> std::optional<StoredForm> {
+    StoredForm form;
+    form.strId = strId;
+    sql << "SELECT deployment, state, version, park, row_counts, result, created, changed "
+           "FROM form WHERE id = :i",
+        soci::use(strId), soci::into(form.strDeployment), soci::into(form.strState),
+        soci::into(form.lngVersion), soci::into(form.strParkXml), soci::into(form.strRowCounts),
+        soci::into(form.strResult), soci::into(form.strCreated), soci::into(form.strChanged);
+    if (!sql.got_data()) return std::nullopt;
+    return form;
+  });
+}
+
+bool Store::replace(const StoredForm& form) {
+  return pool_->with([&](soci::session& sql) { return update(sql, form, form.strState); });
+}
+
+bool Store::accept(const StoredForm& form, const std::string& strMessage,
+                   const std::string& strTarget) {
+  return pool_->with([&](soci::session& sql) {
+    soci::transaction transaction(sql);
+    if (!update(sql, form, "accepted")) return false;
+    sql << "INSERT INTO message (id, accepted, message) VALUES (:i, :t, :m)", soci::use(form.strId),
+        soci::use(form.strChanged), soci::use(strMessage);
+    if (!strTarget.empty()) {
+      const std::int64_t lngNow = millisecondsNow();
+      sql << "INSERT INTO outbox (id, target, state, attempts, due, delivered) "
+             "VALUES (:i, :t, 'waiting', 0, :d, '')",
+          soci::use(form.strId), soci::use(strTarget), soci::use(lngNow);
+    }
+    transaction.commit();
+    return true;
+  });
+}
+
+std::optional<StoredMessage> Store::message(const std::string& strId) {
+  return pool_->with([&](soci::session& sql) -> std::optional<StoredMessage> {
+    StoredMessage message;
+    soci::indicator targetIs = soci::i_null;
+    soci::indicator deliveredIs = soci::i_null;
+    sql << "SELECT m.accepted, m.message, o.target, o.delivered FROM message m "
+           "LEFT JOIN outbox o ON o.id = m.id WHERE m.id = :i",
+        soci::use(strId), soci::into(message.strAccepted), soci::into(message.strXml),
+        soci::into(message.strTarget, targetIs), soci::into(message.strDelivered, deliveredIs);
+    if (!sql.got_data()) return std::nullopt;
+    return message;
+  });
+}
+
+std::optional<OutboxItem> Store::claim(std::int64_t lngLeaseMilliseconds) {
+  return pool_->with([&](soci::session& sql) -> std::optional<OutboxItem> {
+    OutboxItem item;
+    const std::int64_t lngNow = millisecondsNow();
+    std::int64_t lngDue = 0;
+    sql << "SELECT o.id, o.state, o.attempts, o.due, m.message FROM outbox o "
+           "JOIN message m ON m.id = o.id WHERE o.state <> 'delivered' AND o.due <= :n "
+           "ORDER BY o.due LIMIT 1",
+        soci::use(lngNow), soci::into(item.strId), soci::into(item.strState),
+        soci::into(item.lngAttempts), soci::into(lngDue), soci::into(item.strMessage);
+    if (!sql.got_data()) return std::nullopt;
+    // The moment at which the lease ends also tells whose it is: a later claim moves it on.
+    item.lngLease = lngNow + lngLeaseMilliseconds;
+    ++item.lngAttempts;
+    const bool blnMine =
+        changedBy((sql.prepare << "UPDATE outbox SET due = :l, attempts = :a "
+                                  "WHERE id = :i AND due = :d AND state = :s",
+                   soci::use(item.lngLease), soci::use(item.lngAttempts), soci::use(item.strId),
+                   soci::use(lngDue), soci::use(item.strState))) == 1;
+    if (!blnMine) return std::nullopt;
+    return item;
+  });
+}
+
+bool Store::markWritten(const OutboxItem& item) {
+  return pool_->with([&](soci::session& sql) {
+    return changedBy((sql.prepare << "UPDATE outbox SET state = 'written' "
+                                     "WHERE id = :i AND due = :l AND state = 'waiting'",
+                      soci::use(item.strId), soci::use(item.lngLease))) == 1;
+  });
+}
+
+bool Store::markDelivered(const OutboxItem& item) {
+  return pool_->with([&](soci::session& sql) {
+    const std::string strNow = momentText();
+    return changedBy((sql.prepare << "UPDATE outbox SET state = 'delivered', delivered = :t "
+                                     "WHERE id = :i AND due = :l AND state <> 'delivered'",
+                      soci::use(strNow), soci::use(item.strId), soci::use(item.lngLease))) == 1;
+  });
+}
+
+bool Store::postpone(const OutboxItem& item, std::int64_t lngMilliseconds) {
+  return pool_->with([&](soci::session& sql) {
+    const std::int64_t lngDue = millisecondsNow() + lngMilliseconds;
+    return changedBy((sql.prepare << "UPDATE outbox SET due = :d WHERE id = :i AND due = :l "
+                                     "AND state <> 'delivered'",
+                      soci::use(lngDue), soci::use(item.strId), soci::use(item.lngLease))) == 1;
+  });
+}
+
+std::int64_t Store::waiting() {
+  return pool_->with([](soci::session& sql) {
+    std::int64_t lngWaiting = 0;
+    sql << "SELECT COUNT(*) FROM outbox WHERE state <> 'delivered'", soci::into(lngWaiting);
+    return lngWaiting;
+  });
+}

@@ -1,0 +1,161 @@
+#include "host/Stylesheet.h"
+
+#include <libxml/parser.h>
+#include <libxslt/documents.h>
+#include <libxslt/security.h>
+#include <libxslt/transform.h>
+#include <libxslt/xsltutils.h>
+
+#include <array>
+#include <cstdarg>
+#include <cstdio>
+#include <filesystem>
+#include <stdexcept>
+#include <utility>
+
+#include "CannotRun.h"
+#include "host/Embedded.h"
+
+namespace {
+
+constexpr const char* kBuiltIn = "built-in:page.xsl";
+constexpr int kParserOptions = XSLT_PARSE_OPTIONS | XML_PARSE_NONET;
+
+thread_local std::string strComplaint;
+xsltDocLoaderFunc standardLoader = nullptr;  // set once, before any thread
+
+void complain(void* /*context*/, const char* format, ...) {
+  std::array<char, 512> line{};
+  std::va_list arguments;
+  va_start(arguments, format);
+  std::vsnprintf(line.data(), line.size(), format, arguments);
+  va_end(arguments);
+  if (strComplaint.size() < 2000) strComplaint += line.data();
+}
+
+std::string complaint() {
+  std::string strText = std::exchange(strComplaint, "");
+  for (char& letter : strText) {
+    if (letter == '\n') letter = ' ';
+  }
+  return strText;
+}
+
+/// All documents of a stylesheet share its dictionary of names: nodes of one hand theirs to the
+/// page.
+xmlDocPtr builtInDocument(xmlDictPtr dictionary) {
+  const std::unique_ptr<xmlParserCtxt, void (*)(xmlParserCtxtPtr)> parser(xmlNewParserCtxt(),
+                                                                          xmlFreeParserCtxt);
+  if (!parser) throw std::bad_alloc();
+  if (dictionary != nullptr) {
+    xmlDictFree(parser->dict);
+    parser->dict = dictionary;
+    xmlDictReference(dictionary);
+  }
+  const std::string_view strText = pageFile("page.xsl");
+  return xmlCtxtReadMemory(parser.get(), strText.data(), static_cast<int>(strText.size()), kBuiltIn,
+                           nullptr, kParserOptions);
+}
+
+/// Gives the built-in stylesheet to those that import it.
+xmlDocPtr loadDocument(const xmlChar* uri, xmlDictPtr dictionary, int options, void* context,
+                       xsltLoadType type) {
+  if (std::string_view(reinterpret_cast<const char*>(uri)) == kBuiltIn) {
+    return builtInDocument(dictionary);
+  }
+  return standardLoader(uri, dictionary, options | XML_PARSE_NONET, context, type);
+}
+
+xsltSecurityPrefsPtr restrictions() {
+  static xsltSecurityPrefsPtr const preferences = [] {
+    xsltSecurityPrefsPtr const made = xsltNewSecurityPrefs();
+    for (const xsltSecurityOption option :
+         {XSLT_SECPREF_WRITE_FILE, XSLT_SECPREF_CREATE_DIRECTORY, XSLT_SECPREF_READ_NETWORK,
+          XSLT_SECPREF_WRITE_NETWORK}) {
+      xsltSetSecurityPrefs(made, option, xsltSecurityForbid);
+    }
+    return made;
+  }();
+  return preferences;
+}
+
+const xmlChar* characters(const char* text) { return reinterpret_cast<const xmlChar*>(text); }
+
+}  // namespace
+
+ViewElement ViewElement::add(const char* name, std::string_view strText) const {
+  xmlNodePtr const child = xmlNewChild(node_, nullptr, characters(name), nullptr);
+  if (child == nullptr) throw std::bad_alloc();
+  if (!strText.empty()) {
+    xmlNodeAddContentLen(child, characters(strText.data()), static_cast<int>(strText.size()));
+  }
+  return ViewElement(child);
+}
+
+const ViewElement& ViewElement::set(const char* name, std::string_view strValue) const {
+  if (!strValue.empty() &&
+      xmlNewProp(node_, characters(name), characters(std::string(strValue).c_str())) == nullptr) {
+    throw std::bad_alloc();
+  }
+  return *this;
+}
+
+const ViewElement& ViewElement::setFlag(const char* name, bool blnValue) const {
+  return set(name, blnValue ? "true" : "");
+}
+
+ViewDocument::ViewDocument(const char* rootName) : document_(xmlNewDoc(nullptr)) {
+  if (!document_) throw std::bad_alloc();
+  xmlDocSetRootElement(document_.get(),
+                       xmlNewDocNode(document_.get(), nullptr, characters(rootName), nullptr));
+}
+
+ViewElement ViewDocument::root() const {
+  return ViewElement(xmlDocGetRootElement(document_.get()));
+}
+
+struct Stylesheet::Compiled {
+  struct Free {
+    void operator()(xsltStylesheetPtr stylesheet) const { xsltFreeStylesheet(stylesheet); }
+  };
+  std::unique_ptr<xsltStylesheet, Free> stylesheet;
+};
+
+Stylesheet::Stylesheet(const std::string& strFile) : compiled_(std::make_unique<Compiled>()) {
+  const bool blnOwn = !strFile.empty() && std::filesystem::exists(strFile);
+  xmlDocPtr const document =
+      blnOwn ? xmlReadFile(strFile.c_str(), nullptr, kParserOptions) : builtInDocument(nullptr);
+  // The stylesheet owns its document, unless there is none.
+  if (document != nullptr) compiled_->stylesheet.reset(xsltParseStylesheetDoc(document));
+  if (!compiled_->stylesheet || compiled_->stylesheet->errors != 0) {
+    throw CannotRun((blnOwn ? "page.xsl: " : "the built-in stylesheet: ") + complaint());
+  }
+}
+
+Stylesheet::~Stylesheet() = default;
+
+std::string Stylesheet::apply(const ViewDocument& view) const {
+  xsltStylesheetPtr const stylesheet = compiled_->stylesheet.get();
+  const std::unique_ptr<xsltTransformContext, void (*)(xsltTransformContextPtr)> context(
+      xsltNewTransformContext(stylesheet, view.get()), xsltFreeTransformContext);
+  if (!context) throw std::bad_alloc();
+  xsltSetCtxtSecurityPrefs(restrictions(), context.get());
+  const std::unique_ptr<xmlDoc, void (*)(xmlDocPtr)> page(
+      xsltApplyStylesheetUser(stylesheet, view.get(), nullptr, nullptr, nullptr, context.get()),
+      xmlFreeDoc);
+  xmlChar* text = nullptr;
+  int lngSize = 0;
+  const bool blnDone = page && context->state == XSLT_STATE_OK &&
+                       xsltSaveResultToString(&text, &lngSize, page.get(), stylesheet) == 0;
+  const std::unique_ptr<xmlChar, void (*)(void*)> owned(text, xmlFree);
+  if (!blnDone || text == nullptr) throw std::runtime_error("page.xsl: " + complaint());
+  return {reinterpret_cast<const char*>(text), static_cast<std::size_t>(lngSize)};
+}
+
+void prepareStylesheets() {
+  xmlInitParser();
+  xsltInit();
+  xsltSetGenericErrorFunc(nullptr, complain);
+  standardLoader = xsltDocDefaultLoader;
+  xsltSetLoaderFunc(loadDocument);
+}

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <libxml/tree.h>
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+/// An element of a document that a page is made from. The document owns it.
+class ViewElement {
+ public:
+  explicit ViewElement(xmlNodePtr node) : node_(node) {}
+
+  /// A new last child, with `strText` as its text.
+  ViewElement add(const char* name, std::string_view strText = {}) const;
+
+  /// Sets an attribute; an empty value leaves it out.
+  const ViewElement& set(const char* name, std::string_view strValue) const;
+  const ViewElement& setFlag(const char* name, bool blnValue) const;
+
+ private:
+  xmlNodePtr node_;
+};
+
+/// What a page shows, as data: nothing in it is markup, and all that reaches the page goes through
+/// a stylesheet. Texts are UTF-8 of characters that XML can hold.
+class ViewDocument {
+ public:
+  explicit ViewDocument(const char* rootName);
+  ViewElement root() const;
+  xmlDocPtr get() const { return document_.get(); }
+
+ private:
+  struct Free {
+    void operator()(xmlDocPtr document) const { xmlFreeDoc(document); }
+  };
+  std::unique_ptr<xmlDoc, Free> document_;
+};
+
+/// Makes pages from view documents. Several threads may use one at a time.
+class Stylesheet {
+ public:
+  /// The stylesheet of the file, or the built-in one when there is no such file. It may import
+  /// "built-in:page.xsl"; it reads and writes nothing else but files beside it. Raises CannotRun.
+  explicit Stylesheet(const std::string& strFile = "");
+  ~Stylesheet();
+
+  /// The page as text. Raises std::runtime_error when the stylesheet gives up.
+  std::string apply(const ViewDocument& view) const;
+
+ private:
+  struct Compiled;
+  std::unique_ptr<Compiled> compiled_;
+};
+
+/// To be called once, before threads are started.
+void prepareStylesheets();

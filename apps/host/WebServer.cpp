@@ -1,0 +1,344 @@
+#include "host/WebServer.h"
+
+#include <sys/resource.h>
+
+#include <algorithm>
+#include <boost/asio/dispatch.hpp>
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/post.hpp>
+#include <boost/asio/signal_set.hpp>
+#include <boost/asio/steady_timer.hpp>
+#include <boost/beast/core.hpp>
+#include <boost/beast/http.hpp>
+#include <chrono>
+#include <csignal>
+#include <list>
+#include <optional>
+
+#include "CannotRun.h"
+#include "host/WorkerPool.h"
+
+namespace asio = boost::asio;
+namespace beast = boost::beast;
+namespace http = boost::beast::http;
+using tcp = asio::ip::tcp;
+
+namespace {
+
+// A request's head, its body and its answer each have so long; a browser may be silent as long
+// between two requests.
+constexpr auto kHeadTime = std::chrono::seconds(15);
+constexpr auto kBodyTime = std::chrono::seconds(60);
+constexpr auto kAnswerTime = std::chrono::seconds(60);
+constexpr auto kDrainTime = std::chrono::seconds(5);
+constexpr auto kStopTime = std::chrono::seconds(30);
+constexpr std::uint32_t kMaxHead = 16 * 1024;
+constexpr std::size_t kMaxDrained = std::size_t{64} << 20;
+constexpr std::size_t kSpareFiles = 128;  // for the store, deployments and deliveries
+constexpr std::size_t kMostConnections = 10'000;
+
+/// As many as there may be files, less some.
+std::size_t mostConnections() {
+  rlimit limit{};
+  if (::getrlimit(RLIMIT_NOFILE, &limit) != 0) return kSpareFiles;
+  limit.rlim_cur = std::min<rlim_t>(limit.rlim_max, kMostConnections + kSpareFiles);
+  ::setrlimit(RLIMIT_NOFILE, &limit);
+  return limit.rlim_cur > 2 * kSpareFiles ? limit.rlim_cur - kSpareFiles : kSpareFiles;
+}
+
+std::string text(beast::string_view view) { return {view.data(), view.size()}; }
+
+HttpRequest requestOf(const http::request<http::string_body>& message) {
+  const std::string strTarget = text(message.target());
+  return {.strMethod = text(message.method_string()),
+          .strPath = strTarget.substr(0, strTarget.find('?')),
+          .strAccept = text(message[http::field::accept]),
+          .strContentType = text(message[http::field::content_type]),
+          .strHost = text(message[http::field::host]),
+          .strOrigin = text(message[http::field::origin]),
+          .strFetchSite = text(message["Sec-Fetch-Site"]),
+          .strBody = message.body()};
+}
+
+}  // namespace
+
+class Connection;
+
+struct WebServer::Impl : std::enable_shared_from_this<WebServer::Impl> {
+  Impl(WebSettings theSettings, WebHandlers theHandlers, Metrics& theMetrics)
+      : settings(std::move(theSettings)), handlers(std::move(theHandlers)), metrics(theMetrics) {}
+
+  void listen();
+  void accept();
+  void stop();
+
+  WebSettings settings;
+  WebHandlers handlers;
+  Metrics& metrics;
+  asio::io_context context{1};
+  tcp::acceptor acceptor{context};
+  asio::signal_set signals{context};
+  asio::steady_timer timer{context};
+  std::list<std::weak_ptr<Connection>> connections;  // the oldest first
+  std::size_t lngMostConnections = mostConnections();
+  bool blnStopping = false;
+  std::unique_ptr<WorkerPool> workers;
+};
+
+/// One connection. All of it runs in the server's thread, apart from the making of an answer.
+class Connection : public std::enable_shared_from_this<Connection> {
+ public:
+  Connection(tcp::socket socket, std::shared_ptr<WebServer::Impl> server)
+      : stream_(std::move(socket)), server_(std::move(server)) {}
+  ~Connection() { server_->connections.erase(place_); }
+
+  void begin(std::list<std::weak_ptr<Connection>>::iterator place) {
+    place_ = place;
+    readHead();
+  }
+
+  bool isIdle() const { return blnIdle_; }
+  void close() {
+    beast::error_code ignored;
+    stream_.socket().close(ignored);
+  }
+
+ private:
+  using Message = http::request<http::string_body>;
+
+  void readHead() {
+    blnIdle_ = true;
+    parser_.emplace();
+    parser_->header_limit(kMaxHead);
+    parser_->body_limit(server_->settings.lngMaxBody);
+    stream_.expires_after(kHeadTime);
+    http::async_read_header(
+        stream_, buffer_, *parser_,
+        [self = shared_from_this()](beast::error_code error, std::size_t) { self->onHead(error); });
+  }
+
+  void onHead(beast::error_code error) {
+    if (error) {
+      onReadError(error);
+      return;
+    }
+    blnIdle_ = false;
+    if (beast::iequals(parser_->get()[http::field::expect], "100-continue")) {
+      const auto held =
+          std::make_shared<http::response<http::empty_body>>(http::status::continue_, 11);
+      stream_.expires_after(kBodyTime);
+      http::async_write(stream_, *held,
+                        [self = shared_from_this(), held](beast::error_code failed, std::size_t) {
+                          if (!failed) self->readBody();
+                        });
+      return;
+    }
+    readBody();
+  }
+
+  void readBody() {
+    stream_.expires_after(kBodyTime);
+    http::async_read(stream_, buffer_, *parser_,
+                     [self = shared_from_this()](beast::error_code error, std::size_t) {
+                       if (error) {
+                         self->onReadError(error);
+                       } else {
+                         self->dispatch();
+                       }
+                     });
+  }
+
+  void onReadError(beast::error_code error) {
+    if (error == http::error::body_limit) {
+      refuse(413);
+    } else if (error == http::error::header_limit || error == http::error::buffer_overflow) {
+      refuse(431);
+    } else if (error.category() == make_error_code(http::error::bad_method).category() &&
+               error != http::error::end_of_stream && error != http::error::partial_message) {
+      refuse(400);
+    }
+    // Else the other side is gone, or said nothing for too long.
+  }
+
+  void refuse(unsigned lngStatus) {
+    blnIdle_ = false;
+    blnLast_ = true;
+    ++server_->metrics.inFlight;
+    write(server_->handlers.refuse(requestOf(parser_->get()), lngStatus));
+  }
+
+  void dispatch() {
+    ++server_->metrics.inFlight;
+    const Message& message = parser_->get();
+    blnLast_ = !message.keep_alive() || server_->blnStopping;
+    auto request = std::make_shared<const HttpRequest>(requestOf(message));
+    stream_.expires_never();
+    if (server_->handlers.isQuick(*request)) {
+      write(server_->handlers.answer(*request));
+      return;
+    }
+    const bool blnTaken = server_->workers->enqueue([self = shared_from_this(), request]() mutable {
+      // What was made goes back to the server's thread, with all that holds the connection.
+      auto response = std::make_shared<HttpResponse>(self->server_->handlers.answer(*request));
+      asio::io_context& context = self->server_->context;
+      asio::post(context,
+                 [held = std::move(self), response] { held->write(std::move(*response)); });
+    });
+    if (blnTaken) return;
+    server_->metrics.countOverload();
+    HttpResponse busy = server_->handlers.refuse(*request, 503);
+    busy.headers.emplace_back("Retry-After", "1");
+    write(std::move(busy));
+  }
+
+  void write(HttpResponse made) {
+    server_->metrics.countRequest(made.lngStatus);
+    response_ = {};
+    response_.version(11);
+    response_.result(made.lngStatus);
+    if (!made.strContentType.empty()) response_.set(http::field::content_type, made.strContentType);
+    for (const auto& [strName, strValue] : made.headers) response_.set(strName, strValue);
+    response_.set(
+        "Content-Security-Policy",
+        "default-src 'none'; style-src 'self'; script-src 'self'; img-src 'self' data:; "
+        "connect-src 'self'; form-action 'self'; frame-ancestors 'none'; base-uri 'none'");
+    response_.set("X-Content-Type-Options", "nosniff");
+    response_.set("X-Frame-Options", "DENY");
+    response_.set("Referrer-Policy", "same-origin");
+    response_.set("Cross-Origin-Opener-Policy", "same-origin");
+    response_.set("Cross-Origin-Resource-Policy", "same-origin");
+    response_.set(http::field::cache_control, "no-store");
+    response_.keep_alive(!blnLast_);
+    response_.body() = std::move(made.strBody);
+    response_.prepare_payload();
+    if (parser_->get().method() == http::verb::head) response_.body().clear();
+    stream_.expires_after(kAnswerTime);
+    http::async_write(stream_, response_,
+                      [self = shared_from_this()](beast::error_code error, std::size_t) {
+                        --self->server_->metrics.inFlight;
+                        if (error) return;
+                        if (self->blnLast_ || self->server_->blnStopping) {
+                          self->drain();
+                        } else {
+                          self->readHead();
+                        }
+                      });
+  }
+
+  /// Reads what still comes, so that the answer is not lost with it when the connection is closed.
+  void drain() {
+    beast::error_code ignored;
+    stream_.socket().shutdown(tcp::socket::shutdown_send, ignored);
+    stream_.expires_after(kDrainTime);
+    readRest();
+  }
+
+  void readRest() {
+    buffer_.clear();
+    stream_.async_read_some(
+        buffer_.prepare(64 * 1024),
+        [self = shared_from_this()](beast::error_code error, std::size_t lngRead) {
+          self->lngDrained_ += lngRead;
+          if (!error && self->lngDrained_ < kMaxDrained) self->readRest();
+        });
+  }
+
+  beast::tcp_stream stream_;
+  std::shared_ptr<WebServer::Impl> server_;
+  std::list<std::weak_ptr<Connection>>::iterator place_;
+  beast::flat_buffer buffer_;
+  std::optional<http::request_parser<http::string_body>> parser_;
+  http::response<http::string_body> response_;
+  std::size_t lngDrained_ = 0;
+  bool blnIdle_ = true;   // between two requests
+  bool blnLast_ = false;  // closed behind the answer
+};
+
+void WebServer::Impl::listen() {
+  try {
+    tcp::resolver resolver(context);
+    const auto places = resolver.resolve(settings.strAddress, std::to_string(settings.lngPort),
+                                         tcp::resolver::passive);
+    const tcp::endpoint place = places.begin()->endpoint();
+    acceptor.open(place.protocol());
+    acceptor.set_option(asio::socket_base::reuse_address(true));
+    acceptor.bind(place);
+    acceptor.listen(asio::socket_base::max_listen_connections);
+  } catch (const boost::system::system_error& error) {
+    throw CannotRun("--listen " + settings.strAddress + ':' + std::to_string(settings.lngPort) +
+                    ": " + error.code().message());
+  }
+}
+
+void WebServer::Impl::accept() {
+  acceptor.async_accept([self = shared_from_this()](beast::error_code error, tcp::socket socket) {
+    if (self->blnStopping) return;
+    if (error) {
+      // Out of files, most likely: what is open has to end first.
+      self->timer.expires_after(std::chrono::milliseconds(50));
+      self->timer.async_wait([self](beast::error_code) {
+        if (!self->blnStopping) self->accept();
+      });
+      return;
+    }
+    if (self->connections.size() >= self->lngMostConnections) {
+      // The one that has been silent longest makes room.
+      const auto silent = std::ranges::find_if(self->connections, [](const auto& each) {
+        const auto connection = each.lock();
+        return connection && connection->isIdle();
+      });
+      if (silent != self->connections.end()) silent->lock()->close();
+    }
+    beast::error_code ignored;
+    socket.set_option(tcp::no_delay(true), ignored);
+    const auto connection = std::make_shared<Connection>(std::move(socket), self);
+    connection->begin(self->connections.insert(self->connections.end(), connection));
+    self->accept();
+  });
+}
+
+/// Takes no more connections and closes those that ask for nothing; the rest goes on to its end.
+void WebServer::Impl::stop() {
+  blnStopping = true;
+  handlers.stopping();
+  beast::error_code ignored;
+  acceptor.close(ignored);
+  for (const auto& each : connections) {
+    if (const auto connection = each.lock(); connection && connection->isIdle()) {
+      connection->close();
+    }
+  }
+  timer.expires_after(kStopTime);
+  timer.async_wait([this](beast::error_code error) {
+    if (!error) context.stop();
+  });
+}
+
+WebServer::WebServer(WebSettings settings, WebHandlers handlers, Metrics& metrics)
+    : impl_(std::make_shared<Impl>(std::move(settings), std::move(handlers), metrics)) {
+  impl_->listen();
+}
+
+WebServer::~WebServer() = default;
+
+unsigned short WebServer::port() const { return impl_->acceptor.local_endpoint().port(); }
+
+void WebServer::run() {
+  impl_->workers =
+      std::make_unique<WorkerPool>(impl_->settings.lngWorkers, impl_->settings.lngQueue);
+  impl_->signals.add(SIGTERM);
+  impl_->signals.add(SIGINT);
+  impl_->signals.async_wait([this](beast::error_code error, int) {
+    if (!error) impl_->stop();
+  });
+  impl_->accept();
+  // Ends when nothing is left to wait for, or when what is left takes too long.
+  while (!impl_->blnStopping || !impl_->connections.empty()) {
+    if (impl_->context.run_one_for(std::chrono::milliseconds(100)) == 0 &&
+        impl_->context.stopped()) {
+      break;
+    }
+  }
+  impl_->workers.reset();
+}

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "host/Http.h"
+#include "host/Metrics.h"
+
+/// What the server asks of the program.
+struct WebHandlers {
+  std::function<HttpResponse(const HttpRequest&)> answer;  // by a worker
+  /// Whether the answer is made without waiting for anything, so that no worker is needed.
+  std::function<bool(const HttpRequest&)> isQuick;
+  /// For a request that is refused before it was read: its status.
+  std::function<HttpResponse(const HttpRequest&, unsigned)> refuse;
+  std::function<void()> stopping;  // a clean stop begins
+};
+
+struct WebSettings {
+  std::string strAddress;
+  unsigned short lngPort = 0;
+  std::size_t lngMaxBody = 0;
+  std::size_t lngWorkers = 1;
+  std::size_t lngQueue = 0;
+};
+
+/// Waits for browsers. Connections cost no thread, so those that are silent or slow hold up nobody:
+/// one thread reads and writes with deadlines, and a bounded number of workers makes the answers. A
+/// request that finds the queue full is told to come again.
+class WebServer {
+ public:
+  /// Begins to listen. Raises CannotRun.
+  WebServer(WebSettings settings, WebHandlers handlers, Metrics& metrics);
+  ~WebServer();
+
+  unsigned short port() const;
+
+  /// Serves until SIGTERM or SIGINT; requests that were read by then are answered.
+  void run();
+
+  struct Impl;
+
+ private:
+  std::shared_ptr<Impl> impl_;
+};

@@ -1,0 +1,126 @@
+// Comfort on top of pages that work without it: rows without a round trip, a warning before answers
+// are lost, saving every 30 seconds, the focus on the summary of errors.
+(function () {
+  "use strict";
+  var form = document.getElementById("form");
+  var summary = document.getElementById("summary");
+  if (summary) summary.focus();
+  if (!form || form.dataset.state === "accepted") return;
+
+  var state = document.getElementById("state");
+  var changed = false;
+  var saving = false;
+  var edits = 0;
+
+  function noteChange() {
+    changed = true;
+    edits += 1;
+  }
+  form.addEventListener("input", noteChange);
+  form.addEventListener("change", noteChange);
+
+  window.addEventListener("beforeunload", function (event) {
+    if (!changed) return;
+    event.preventDefault();
+    event.returnValue = "";
+  });
+  form.addEventListener("submit", function () { changed = false; });
+
+  // Rows
+
+  function rowsOf(table) { return table.querySelectorAll("tbody > tr"); }
+
+  function renumber(row, id, number) {
+    var old = row.dataset.row;
+    var anchor = "q-" + id;
+    row.dataset.row = String(number);
+    row.id = anchor + "-" + number;
+    row.querySelector("th").lastChild.textContent = String(number);
+    row.querySelectorAll("[name], [id], [for], [aria-describedby]").forEach(function (each) {
+      if (each.name && each.name.indexOf(id + "___") === 0) {
+        each.name = each.name.replace(/_\d+$/, "_" + number);
+      }
+      ["id", "for", "aria-describedby"].forEach(function (attribute) {
+        var text = each.getAttribute(attribute);
+        if (!text) return;
+        each.setAttribute(attribute, text.split(anchor + "-" + old + "-").join(anchor + "-" + number + "-"));
+      });
+      if (each.value && each.name === "_action") each.value = "remove-row:" + id + ":" + number;
+    });
+    row.querySelectorAll(".hidden").forEach(function (each) {
+      each.textContent = each.textContent.replace(/\brow \d+/, "row " + number);
+    });
+  }
+
+  function keepCount(table) {
+    table.querySelector(".row-count").value = String(rowsOf(table).length);
+    noteChange();
+  }
+
+  form.addEventListener("click", function (event) {
+    var button = event.target.closest("button[name=_action]");
+    if (!button) return;
+    var words = button.value.split(":");
+    var table = button.closest(".table");
+    if (words[0] === "remove-row") {
+      var row = button.closest("tr");
+      if (rowsOf(table).length < 2) return;  // the last row is the server's to give back later
+      event.preventDefault();
+      var neighbour = row.nextElementSibling || row.previousElementSibling;
+      row.remove();
+      rowsOf(table).forEach(function (each, at) { renumber(each, words[1], at + 1); });
+      keepCount(table);
+      neighbour.querySelector("input, select, textarea").focus();
+    } else if (words[0] === "add-row") {
+      var rows = rowsOf(table);
+      if (rows.length === 0) return;  // there is none to copy: the server makes it
+      event.preventDefault();
+      var copy = rows[rows.length - 1].cloneNode(true);
+      copy.querySelectorAll(".error, .stored").forEach(function (each) { each.remove(); });
+      copy.querySelectorAll(".wrong, .differs").forEach(function (each) {
+        each.classList.remove("wrong", "differs");
+      });
+      copy.querySelectorAll("input, select, textarea").forEach(function (each) {
+        each.removeAttribute("aria-invalid");
+        each.removeAttribute("aria-describedby");
+        if (each.type === "checkbox") each.checked = false;
+        else each.value = "";
+      });
+      rows[0].parentNode.appendChild(copy);
+      renumber(copy, words[1], rows.length + 1);
+      keepCount(table);
+      copy.querySelector("input, select, textarea").focus();
+    }
+  });
+
+  // Saving by itself
+
+  function tell(text) { state.querySelector("strong").textContent = text; }
+
+  function save() {
+    if (!changed || saving) return;
+    saving = true;
+    var before = edits;
+    var body = new URLSearchParams(new FormData(form));
+    body.set("_action", "park");
+    fetch(form.action, { method: "POST", body: body, headers: { "Accept": "application/json" } })
+      .then(function (answer) {
+        return answer.json().then(function (json) {
+          if (!answer.ok) throw new Error(String(answer.status));
+          form.elements._version.value = String(json.version);
+          form.elements._token.value = json.token;
+          if (edits === before) changed = false;
+          tell("Saved, not sent yet");
+          if (form.getAttribute("action") !== "/parked/" + json.id) {
+            // The form has its address now; the page that can send it stands there.
+            form.setAttribute("action", "/parked/" + json.id);
+            history.replaceState(null, "", "/parked/" + json.id);
+            document.getElementById("save").textContent = "Save";
+          }
+        });
+      })
+      .catch(function () { tell("Could not be saved by itself: please save"); })
+      .then(function () { saving = false; });
+  }
+  window.setInterval(save, 30000);
+})();

@@ -81,7 +81,8 @@ void FormWriter::writeInput(const ViewElement& element, const Input& input,
       .set("maxlength", input.strMaxLength)
       .setFlag("required", input.blnRequired)
       .set("value", blnOutput && strValue.empty() ? input.strOutput : strValue);
-  if (!input.strHelp.empty()) element.add("help", input.strHelp);
+  // The help for a cell stands at the head of its column.
+  if (!input.strHelp.empty() && place.strColumn.empty()) element.add("help", input.strHelp);
   if (input.strKind == "check") element.setFlag("checked", !strValue.empty());
   bool blnKnown = strValue.empty();
   for (const Choice& choice : input.choices) {

@@ -18,7 +18,7 @@
         <link rel="icon" href="data:,"/>
         <xsl:call-template name="head"/>
       </head>
-      <body class="{local-name()}">
+      <body class="page-{local-name()}">
         <a class="skip" href="#content">Skip to the content</a>
         <header class="masthead"><xsl:call-template name="masthead"/></header>
         <main id="content" tabindex="-1"><xsl:copy-of select="$content"/></main>
@@ -347,6 +347,7 @@
       <xsl:call-template name="errors"/>
       <xsl:if test="help"><p class="help"><xsl:value-of select="help"/></p></xsl:if>
       <table>
+        <xsl:if test="count(column) &gt; 5"><xsl:attribute name="class">cards</xsl:attribute></xsl:if>
         <caption><xsl:value-of select="@label"/></caption>
         <thead>
           <tr>
@@ -380,8 +381,9 @@
                     <span class="hidden"><xsl:text>, </xsl:text>
                       <xsl:choose><xsl:when test="$row/@label"><xsl:value-of select="$row/@label"/></xsl:when>
                         <xsl:otherwise>row <xsl:value-of select="$row/@number"/></xsl:otherwise></xsl:choose></span></label>
+                  <xsl:if test="@hint"><p class="cell-hint hint" id="{@anchor}-hint"><xsl:value-of select="@hint"/></p></xsl:if>
                   <xsl:call-template name="errors"/>
-                  <xsl:call-template name="cell-input"/>
+                  <xsl:call-template name="input"/>
                 </td>
               </xsl:for-each>
               <xsl:if test="$table/@dynamic">
@@ -398,9 +400,6 @@
       </xsl:if>
     </div>
   </xsl:template>
-
-  <!-- Hints and help of a cell stand at the head of its column. -->
-  <xsl:template name="cell-input"><xsl:call-template name="input"/></xsl:template>
 
   <!-- The receipt -->
 

@@ -20,7 +20,7 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::string_view kDirectory = "directory:";
-constexpr std::int64_t kLeaseMilliseconds = 60'000;  // longer than an attempt may take
+constexpr std::int64_t kLeaseMilliseconds = 30'000;  // longer than an attempt may take
 constexpr std::int64_t kFirstDelay = 500;
 constexpr std::int64_t kLongestDelay = 300'000;
 constexpr auto kLookAgain = std::chrono::seconds(1);

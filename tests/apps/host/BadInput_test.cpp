@@ -1,0 +1,221 @@
+#include <memory>
+#include <nlohmann/json.hpp>
+
+#include "apps/host/Host.h"
+
+namespace Varnel_Tolv_XML_Creation::test {
+namespace {
+
+/// What people with bad luck or bad intent send. Whatever it is, the next one is served.
+class BadInput : public HostTest {
+ protected:
+  ~BadInput() override { EXPECT_EQ(host_.get("/forms/inspection").status, 200); }
+
+  std::string token(const std::string& strPlace) const {
+    return hiddenInputs(host_.get(strPlace).body)["_token"];
+  }
+
+  Host host_{words({"--max-rows", "400"})};
+  const std::string strPlace_ = parked(host_, exampleForm("draft.form"));
+};
+
+TEST_F(BadInput, IsToldByStatusAndPage) {
+  const std::string strToken = "_token=" + token("/forms/inspection");
+  const std::string strForm = "application/x-www-form-urlencoded";
+  std::string strManyFields = strToken;
+  for (int field = 0; field < 100'000; ++field) strManyFields += "&f=1";
+  const std::string strUnknown(32, '0');
+  const struct {
+    const char* says;
+    const char* method;
+    std::string path;
+    std::string type;
+    std::string body;
+    int status;
+  } cases[] = {
+      {"no type", "POST", "/forms/inspection", "", strToken, 415},
+      {"another type", "POST", "/forms/inspection", "multipart/form-data; boundary=x", "--x", 415},
+      {"another character set", "POST", "/forms/inspection", strForm + "; charset=utf-16", strToken,
+       415},
+      {"a type that only begins alike", "POST", "/forms/inspection", strForm + "x", strToken, 415},
+      {"the type with its character set", "POST", "/forms/inspection",
+       strForm + "; charset=\"UTF-8\"", strToken, 303},
+      {"3 MB", "POST", "/forms/inspection", strForm, std::string(3'000'000, 'a'), 413},
+      {"100,000 fields", "POST", "/forms/inspection", strForm, strManyFields, 422},
+      {"too many rows by their count", "POST", "/forms/inspection", strForm,
+       strToken + "&defects_rowCount=401", 422},
+      {"a row count beyond all numbers", "POST", "/forms/inspection", strForm,
+       strToken + "&defects_rowCount=99999999999999999999", 422},
+      {"too many rows by a cell", "POST", "/forms/inspection", strForm,
+       strToken + "&defects___place_401=x", 422},
+      {"a row count that is none", "POST", "/forms/inspection", strForm,
+       strToken + "&defects_rowCount=-3&meters_rowCount=abc", 303},
+      {"nothing but a token", "POST", "/forms/inspection", strForm, strToken, 303},
+      {"no body", "POST", "/forms/inspection", strForm, "", 403},
+      {"broken escapes", "POST", "/forms/inspection", strForm, strToken + "&town=%zz%4%&%=%", 303},
+      {"what is no UTF-8", "POST", "/forms/inspection", strForm, strToken + "&town=%ff\xC0\x80",
+       303},
+      {"NUL and other controls", "POST", "/forms/inspection", strForm,
+       strToken + "&town=a%00b%01c%EF%BF%BF&%00=1", 303},
+      {"repeated names", "POST", "/forms/inspection", strForm, strToken + "&town=a&town=b", 303},
+      {"an action that is none", "POST", strPlace_, strForm,
+       "_token=" + token(strPlace_) + "&_version=1&_action=burn", 422},
+      {"an id that does not exist", "GET", "/parked/" + strUnknown, "", "", 404},
+      {"an id that cannot exist", "GET", "/parked/x", "", "", 404},
+      {"an id in capitals", "GET", "/parked/" + std::string(32, 'A'), "", "", 404},
+      {"an id with more behind it", "GET", "/parked/" + strUnknown + "/x", "", "", 404},
+      {"a receipt of a form that was not accepted", "GET", "/messages" + strPlace_.substr(7), "",
+       "", 404},
+      {"the message of such a form", "GET", "/messages" + strPlace_.substr(7) + ".xml", "", "",
+       404},
+      {"a deployment that does not exist", "GET", "/forms/other", "", "", 404},
+      {"a way out of the folder", "GET", "/static/../Embedded.cpp", "", "", 404},
+      {"the stylesheet of the pages", "GET", "/static/page.xsl", "", "", 404},
+      {"a post to a form that does not exist", "POST", "/parked/" + strUnknown, strForm, "a=b",
+       404},
+      {"a post to a receipt", "POST", "/messages/" + strUnknown, strForm, "a=b", 405},
+      {"a post to the home page", "POST", "/", strForm, "a=b", 405},
+      {"a method that does not fit", "DELETE", strPlace_, "", "", 405},
+      {"a method that changes files", "PUT", strPlace_ + ".xml", "", "x", 405},
+      {"a method that nobody knows", "BREW", "/", "", "", 405},
+      {"an address without a beginning", "GET", "parked", "", "", 404},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    Headers headers;
+    if (!c.type.empty()) headers.emplace_back("Content-Type", c.type);
+    const HttpAnswer answer = host_.request(c.method, c.path, headers, c.body);
+    EXPECT_EQ(answer.status, c.status);
+    EXPECT_EQ(answer.shows("<h1>"), c.status >= 400);
+    EXPECT_EQ(answer.header("allow").starts_with("GET"), c.status == 405);
+    EXPECT_NE(answer.header("content-security-policy").find("default-src 'none'"),
+              std::string::npos);
+    if (c.status == 303 && std::string_view(c.method) == "POST") {
+      EXPECT_EQ(host_.get(answer.header("location")).status, 200);
+    }
+  }
+}
+
+TEST_F(BadInput, OfCharactersThatXmlLacksIsShownByTheirReplacement) {
+  const HttpAnswer answer = host_.request(
+      "POST", "/forms/inspection", {{"Content-Type", "application/x-www-form-urlencoded"}},
+      "_token=" + token("/forms/inspection") +
+          "&town=a%00b%1Fc%FFd%EF%BF%BEe%09f&street=a&street=b");
+  const HttpAnswer page = host_.get(answer.header("location"));
+  const std::string strMark = "\xEF\xBF\xBD";
+  EXPECT_TRUE(
+      page.shows("value=\"a" + strMark + 'b' + strMark + 'c' + strMark + 'd' + strMark + "e"));
+  EXPECT_TRUE(page.shows("value=\"a, b\""));
+}
+
+TEST_F(BadInput, WithATokenThatIsNotGoodLosesNoAnswer) {
+  const HttpAnswer page = host_.get(strPlace_);
+  Form form = filledIn(page, exampleForm("complete.form"), "submit");
+  const std::string strGood = form["_token"];
+  std::string strForged = strGood;
+  strForged.back() = strForged.back() == '0' ? '1' : '0';
+  for (const std::string& strToken :
+       {strForged, std::string(), std::string("1.2"), std::string("."), token("/forms/inspection"),
+        strGood + "0", "9" + strGood}) {
+    SCOPED_TRACE(strToken);
+    form["_token"] = strToken;
+    const HttpAnswer answer = host_.post(strPlace_, form);
+    EXPECT_EQ(answer.status, 403);
+    EXPECT_TRUE(answer.shows("value=\"NB-2025-00417\""));
+    EXPECT_FALSE(host_.get(strPlace_).shows("value=\"NB-2025-00417\""));
+  }
+  // The page that came back is a good one.
+  const HttpAnswer again = host_.post(strPlace_, form);
+  EXPECT_EQ(host_.post(strPlace_, filledIn(again, exampleForm("complete.form"), "submit")).status,
+            303);
+}
+
+TEST_F(BadInput, FromAnotherSiteIsRefused) {
+  const HttpAnswer page = host_.get(strPlace_);
+  const Form form = filledIn(page, exampleForm("complete.form"), "park");
+  for (const Headers& headers :
+       {Headers{{"Sec-Fetch-Site", "cross-site"}}, Headers{{"Origin", "http://evil.example"}},
+        Headers{{"Origin", "nonsense"}}}) {
+    EXPECT_EQ(host_.post(strPlace_, form, headers).status, 403);
+  }
+  const std::string strHere = "http://127.0.0.1:" + std::to_string(host_.port());
+  EXPECT_EQ(
+      host_.post(strPlace_, form, {{"Origin", strHere}, {"Sec-Fetch-Site", "same-origin"}}).status,
+      303);
+}
+
+TEST_F(BadInput, ThatIsNoHttpIsAnswered) {
+  const struct {
+    const char* says;
+    std::string bytes;
+    int status;
+  } cases[] = {
+      {"no request at all", "hello\r\n\r\n", 400},
+      {"bytes", std::string("\x16\x03\x01\0\xff\r\n\r\n", 9), 400},
+      {"a length that is none", "POST / HTTP/1.1\r\nContent-Length: x\r\n\r\n", 400},
+      {"two lengths", "POST / HTTP/1.1\r\nContent-Length: 1\r\nContent-Length: 2\r\n\r\nab", 400},
+      {"a length beyond all numbers",
+       "POST / HTTP/1.1\r\nContent-Length: 99999999999999999999999\r\n\r\n", 400},
+      {"a huge body announced", "POST / HTTP/1.1\r\nContent-Length: 9999999999\r\n\r\n", 413},
+      {"a head without end", "GET / HTTP/1.1\r\nA: " + std::string(40'000, 'a'), 431},
+      {"a long address", "GET /" + std::string(40'000, 'a'), 431},
+      {"a body in pieces that are none",
+       "POST / HTTP/1.1\r\nTransfer-Encoding: chunked\r\n\r\nzz\r\n", 400},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    const Connection connection(host_.port());
+    connection.send(c.bytes);
+    EXPECT_EQ(connection.receive().status, c.status);
+  }
+}
+
+TEST_F(BadInput, InPiecesOrWithAWordAheadIsTakenAsAWhole) {
+  const std::string strBody = "_token=" + token("/forms/inspection") + "&town=Here";
+  char length[8];
+  std::snprintf(length, sizeof(length), "%zx", strBody.size());
+  const std::string strHead =
+      "POST /forms/inspection HTTP/1.1\r\nHost: x\r\nConnection: close\r\n"
+      "Content-Type: application/x-www-form-urlencoded\r\n";
+  for (const std::string& strRequest :
+       {strHead + "Transfer-Encoding: chunked\r\n\r\n" + length + "\r\n" + strBody +
+            "\r\n0\r\n\r\n",
+        strHead + "Expect: 100-continue\r\nContent-Length: " + std::to_string(strBody.size()) +
+            "\r\n\r\n" + strBody}) {
+    const Connection connection(host_.port());
+    connection.send(strRequest);
+    EXPECT_EQ(connection.receive().status, 303);
+  }
+}
+
+TEST_F(BadInput, OfSilentAndSlowConnectionsHoldsUpNobody) {
+  std::vector<std::unique_ptr<Connection>> connections;
+  for (int each = 0; each < 200; ++each) {
+    connections.push_back(std::make_unique<Connection>(host_.port()));
+    if (each % 2 == 0) connections.back()->send("POST /forms/inspection HTTP/1.1\r\nContent-Le");
+    if (each % 5 == 0) connections.back()->send("ngth: 100000\r\n\r\nabc");
+  }
+  EXPECT_EQ(host_.get("/forms/inspection").status, 200);
+  EXPECT_EQ(host_.get("/readyz").status, 200);
+  // Those that ask for much and read nothing of it.
+  for (int each = 0; each < 50; ++each) {
+    connections.push_back(std::make_unique<Connection>(host_.port()));
+    connections.back()->send("GET " + strPlace_ + " HTTP/1.1\r\nHost: x\r\n\r\n");
+  }
+  EXPECT_EQ(host_.get(strPlace_).status, 200);
+}
+
+TEST_F(BadInput, DoesNotMakeSeveralRequestsOfOneConnectionMixUp) {
+  const Connection connection(host_.port());
+  connection.send(
+      "GET /healthz HTTP/1.1\r\nHost: x\r\n\r\nHEAD /forms/inspection HTTP/1.1\r\n"
+      "Host: x\r\n\r\nGET /nowhere HTTP/1.1\r\nHost: x\r\nConnection: close\r\n\r\n");
+  const HttpAnswer all = connection.receive();
+  EXPECT_EQ(all.status, 200);
+  EXPECT_TRUE(all.body.starts_with("alive\n"));
+  EXPECT_TRUE(all.shows("HTTP/1.1 404"));
+  EXPECT_FALSE(all.shows("Case number"));  // a head has no body
+}
+
+}  // namespace
+}  // namespace Varnel_Tolv_XML_Creation::test

@@ -1,0 +1,330 @@
+#include <nlohmann/json.hpp>
+#include <regex>
+
+#include "apps/host/Host.h"
+#include "interface/BuildXML.h"
+
+namespace Varnel_Tolv_XML_Creation::test {
+namespace {
+
+using Json = nlohmann::json;
+
+/// From filling in to the receipt.
+class Cycle : public HostTest {
+ protected:
+  Host host_{words({"--deliver", "directory:" + inbox().string()})};
+};
+
+std::size_t count(const HttpAnswer& page, const std::string& strPattern) {
+  const std::regex pattern(strPattern);
+  return static_cast<std::size_t>(std::distance(
+      std::sregex_iterator(page.body.begin(), page.body.end(), pattern), std::sregex_iterator()));
+}
+
+std::string inputOf(const HttpAnswer& page, const std::string& strName) {
+  return partOf(page, "name=\"" + strName + '"', ">");
+}
+
+/// Answers that name an attribute's value where it would leave it.
+const char* const kHostile = "\"><script>alert('x')</script>&amp;";
+
+TEST_F(Cycle, BeginsWithAnEmptyPageThatAsksEveryQuestion) {
+  const HttpAnswer page = host_.get("/forms/inspection");
+  EXPECT_EQ(page.status, 200);
+  const Document objList = Document::create();
+  ASSERT_TRUE(objList.load((deployment() / "object-list.xml").string()));
+  const std::optional<NodeList> colFields = objList.selectNodes("//prtobjct[@objecttype='field']");
+  ASSERT_GT(colFields->length(), 60U);
+  for (const Node& objField : *colFields) {
+    const std::string strId = *objField.getAttribute("id");
+    EXPECT_NE(inputOf(page, strId), "") << strId;
+    EXPECT_TRUE(page.shows("id=\"q-" + strId + '"')) << strId;
+  }
+  EXPECT_TRUE(page.shows("<option value=\"residential\">Dwellings</option>"));
+  EXPECT_TRUE(page.shows("day.month.year, as 31.10.2026"));
+  EXPECT_TRUE(page.shows("New, not saved yet"));
+  EXPECT_FALSE(page.shows("value=\"submit\""));  // there is nothing yet that could be sent twice
+  EXPECT_EQ(hiddenInputs(page.body)["areas_rowCount"], "6");
+  EXPECT_EQ(hiddenInputs(page.body)["defects_rowCount"], "1");
+}
+
+TEST_F(Cycle, ParksAndOpensAgainWhatWasTyped) {
+  Form answers = exampleForm("draft.form");
+  answers["reporttitle"] = kHostile;
+  answers["owneraddress"] = "\r\nsecond line\r\n\r\nfourth <line>";
+  answers["basement"] = "on";
+  const HttpAnswer page = host_.get("/forms/inspection");
+  const HttpAnswer answer = host_.post("/forms/inspection", filledIn(page, answers, "park"));
+  EXPECT_EQ(answer.status, 303);
+  const std::string strPlace = answer.header("location");
+  ASSERT_TRUE(std::regex_match(strPlace, std::regex("/parked/[0-9a-f]{32}"))) << strPlace;
+
+  const HttpAnswer opened = host_.get(strPlace);
+  EXPECT_EQ(opened.status, 200);
+  EXPECT_TRUE(opened.shows("Saved, not sent yet"));
+  EXPECT_TRUE(opened.shows("value=\"Havnehuset\""));
+  EXPECT_TRUE(opened.shows("value=\"&quot;&gt;&lt;script&gt;alert('x')&lt;/script&gt;&amp;amp;\""));
+  EXPECT_FALSE(opened.shows("<script>alert"));
+  EXPECT_TRUE(opened.shows(">\n\r\nsecond line\r\n\r\nfourth &lt;line&gt;</textarea>"));
+  EXPECT_NE(inputOf(opened, "basement").find("checked"), std::string::npos);
+  EXPECT_EQ(inputOf(opened, "listed").find("checked"), std::string::npos);
+  EXPECT_TRUE(opened.shows("<option value=\"\"></option><option value=\"low\">"));
+}
+
+TEST_F(Cycle, BeginsEachPostWithTheObjectListOfTheDeployment) {
+  const std::string strPlace = parked(host_, exampleForm("complete.form"));
+  const std::string strFirst = host_.get(strPlace + ".xml").body;
+  for (int round = 0; round < 3; ++round) {
+    const HttpAnswer page = host_.get(strPlace);
+    ASSERT_EQ(host_.post(strPlace, filledIn(page, exampleForm("complete.form"), "park")).status,
+              303);
+  }
+  EXPECT_EQ(host_.get(strPlace + ".xml").body, strFirst);
+}
+
+TEST_F(Cycle, AddsAndTakesAwayRows) {
+  Form answers = exampleForm("draft.form");
+  answers["meters_rowCount"] = "3";
+  answers["meters___meter_1"] = "water";
+  answers["meters___meter_2"] = "gas";
+  answers["meters___reading_3"] = "17";
+  for (const std::string& strPlace :
+       {std::string("/forms/inspection"), parked(host_, exampleForm("draft.form"))}) {
+    SCOPED_TRACE(strPlace);
+    const HttpAnswer page = host_.get(strPlace);
+    const HttpAnswer more = host_.post(strPlace, filledIn(page, answers, "add-row:meters"));
+    EXPECT_EQ(more.status, 200);
+    EXPECT_EQ(hiddenInputs(more.body)["meters_rowCount"], "4");
+    EXPECT_NE(inputOf(more, "meters___meter_4"), "");
+    EXPECT_TRUE(more.shows("name=\"meters___meter_2\" value=\"gas\""));
+    EXPECT_TRUE(more.shows("value=\"Havnehuset\""));
+
+    const HttpAnswer less = host_.post(strPlace, filledIn(page, answers, "remove-row:meters:1"));
+    EXPECT_EQ(less.status, 200);
+    EXPECT_EQ(hiddenInputs(less.body)["meters_rowCount"], "2");
+    EXPECT_TRUE(less.shows("name=\"meters___meter_1\" value=\"gas\""));
+    EXPECT_TRUE(less.shows("name=\"meters___reading_2\" value=\"17\""));
+    EXPECT_EQ(inputOf(less, "meters___meter_3"), "");
+    EXPECT_EQ(hiddenInputs(less.body)["_version"], hiddenInputs(page.body)["_version"]);
+
+    for (const char* const strButton :
+         {"add-row:areas", "add-row:nothing", "remove-row:meters:4", "remove-row:meters:0",
+          "remove-row:meters", "remove-row:"}) {
+      EXPECT_EQ(host_.post(strPlace, filledIn(page, answers, strButton)).status, 422) << strButton;
+    }
+  }
+}
+
+TEST_F(Cycle, KeepsTheRowsThatTheParkedFormDoesNotTell) {
+  const struct {
+    const char *says, *count, *meter;
+    int shown;
+  } cases[] = {
+      {"rows that are all blank", "3", "", 3},
+      {"a single blank row, with which the table itself is not parked", "1", "", 1},
+      {"no rows at all", "0", "", 0},
+      {"a blank row behind one that is filled in", "2", "water", 2},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    Form answers = exampleForm("draft.form");
+    answers["meters_rowCount"] = c.count;
+    if (*c.meter != '\0') answers["meters___meter_1"] = c.meter;
+    const HttpAnswer page = host_.get(parked(host_, answers));
+    EXPECT_EQ(hiddenInputs(page.body)["meters_rowCount"], c.count);
+    EXPECT_EQ(count(page, "name=\"meters___meter_"), static_cast<std::size_t>(c.shown));
+    EXPECT_TRUE(page.shows("value=\"add-row:meters\""));
+    EXPECT_TRUE(page.shows("Service shaft"));  // a row of the grid, by its label
+  }
+}
+
+TEST_F(Cycle, RefusesMistakesBesideTheirInputs) {
+  const std::string strPlace = parked(host_, exampleForm("draft.form"));
+  const HttpAnswer page = host_.get(strPlace);
+  const Form faulty = exampleForm("faulty.form");
+  const HttpAnswer answer = host_.post(strPlace, filledIn(page, faulty, "submit"));
+  EXPECT_EQ(answer.status, 422);
+  EXPECT_TRUE(answer.shows("Saved, not sent: it has errors"));
+  EXPECT_TRUE(answer.shows("There are 29 errors"));
+  EXPECT_EQ(count(answer, "aria-invalid=\"true\""), 29U);
+  for (const char* const strAnchor :
+       {"q-casenumber", "q-inspectionkind", "q-town", "q-areas-5-remark", "q-defects-1-severity",
+        "q-meters-1-reading", "q-fee"}) {
+    SCOPED_TRACE(strAnchor);
+    EXPECT_TRUE(answer.shows("<a href=\"#" + std::string(strAnchor) + "\">"));
+    EXPECT_TRUE(answer.shows("<p class=\"error\" id=\"" + std::string(strAnchor) + "-error\">"));
+    const std::string strInput = partOf(answer, "id=\"" + std::string(strAnchor) + '"', ">");
+    EXPECT_NE(strInput.find("aria-invalid=\"true\""), std::string::npos);
+    EXPECT_NE(strInput.find("aria-describedby=\"" + std::string(strAnchor) + "-error"),
+              std::string::npos);
+  }
+  EXPECT_TRUE(
+      answer.shows("Number of characters entered (4) is less than the minimum allowed (5)"));
+
+  // What is typed stands there, also what is no choice, and is parked.
+  for (const HttpAnswer& shown : {answer, host_.get(strPlace)}) {
+    EXPECT_TRUE(shown.shows("value=\"31.02.2026\""));
+    EXPECT_TRUE(shown.shows("<option value=\"hail\" selected>hail</option>"));
+    EXPECT_TRUE(shown.shows("value=\"surprise\" checked"));
+    EXPECT_TRUE(shown.shows("name=\"defects___repairby_2\" value=\"as soon as possible\""));
+  }
+  EXPECT_EQ(host_.get("/messages" + strPlace.substr(7)).status, 404);
+}
+
+TEST_F(Cycle, AcceptsWhatWasMendedAndDeliversIt) {
+  const std::string strPlace = parked(host_, exampleForm("draft.form"));
+  const std::string strId = strPlace.substr(8);
+  const HttpAnswer refused =
+      host_.post(strPlace, filledIn(host_.get(strPlace), exampleForm("faulty.form"), "submit"));
+  ASSERT_EQ(refused.status, 422);
+  const HttpAnswer accepted =
+      host_.post(strPlace, filledIn(refused, exampleForm("complete.form"), "submit"));
+  EXPECT_EQ(accepted.status, 303);
+  EXPECT_EQ(accepted.header("location"), "/messages/" + strId);
+
+  const HttpAnswer message = host_.get("/messages/" + strId + ".xml");
+  EXPECT_EQ(message.header("content-type"), "application/xml; charset=utf-8");
+  EXPECT_TRUE(message.shows("<rpt:CaseNumber>NB-2025-00417</rpt:CaseNumber>"));
+  EXPECT_TRUE(message.shows("<rpt:OfficeCode>NB-07</rpt:OfficeCode>"));
+  EXPECT_TRUE(message.shows("Remarks: The lift"));
+  ASSERT_TRUE(becomes([&] { return delivered() == std::vector{strId + ".xml"}; }));
+  EXPECT_EQ(textOfFile(inbox() / (strId + ".xml")), message.body);
+
+  ASSERT_TRUE(becomes([&] { return host_.get("/messages/" + strId).shows("delivered 20"); }));
+  const HttpAnswer receipt = host_.get("/messages/" + strId);
+  EXPECT_EQ(receipt.status, 200);
+  EXPECT_TRUE(receipt.shows("Building inspection report"));
+  EXPECT_TRUE(receipt.shows("One message of " + std::to_string(message.body.size()) + " bytes"));
+  EXPECT_TRUE(receipt.shows(inbox().string()));
+}
+
+TEST_F(Cycle, SendsOnceHoweverOftenTheButtonIsPressed) {
+  const std::string strPlace = parked(host_, exampleForm("complete.form"));
+  const Form form = filledIn(host_.get(strPlace), exampleForm("complete.form"), "submit");
+  for (int press = 0; press < 3; ++press) {
+    const HttpAnswer answer = host_.post(strPlace, form);
+    EXPECT_EQ(answer.status, 303);
+    EXPECT_EQ(answer.header("location"), "/messages" + strPlace.substr(7));
+  }
+  ASSERT_TRUE(
+      becomes([&] { return host_.get("/metrics").shows("varnel_messages_delivered_total 1"); }));
+  EXPECT_EQ(delivered(), std::vector{strPlace.substr(8) + ".xml"});
+  EXPECT_TRUE(host_.get("/metrics").shows("varnel_forms_accepted_total 1\n"));
+
+  const HttpAnswer opened = host_.get(strPlace);
+  EXPECT_TRUE(opened.shows("<fieldset class=\"all\" disabled>"));
+  Form other = form;
+  other["town"] = "Elsewhere";
+  other["_action"] = "park";
+  const HttpAnswer late = host_.post(strPlace, other);
+  EXPECT_EQ(late.status, 409);
+  EXPECT_TRUE(late.shows("sent and accepted before"));
+  EXPECT_FALSE(host_.get(strPlace).shows("Elsewhere"));
+}
+
+TEST_F(Cycle, OverwritesNothingThatIsNewer) {
+  const std::string strPlace = parked(host_, exampleForm("draft.form"));
+  const HttpAnswer page = host_.get(strPlace);
+  Form mine = exampleForm("draft.form");
+  Form theirs = mine;
+  mine["town"] = "Mine";
+  theirs["town"] = "Theirs";
+  theirs["urgency"] = "high";
+  theirs["basement"] = "on";
+  EXPECT_EQ(host_.post(strPlace, filledIn(page, theirs, "park")).status, 303);
+  for (const char* const strButton : {"park", "submit"}) {
+    SCOPED_TRACE(strButton);
+    const HttpAnswer answer = host_.post(strPlace, filledIn(page, mine, strButton));
+    EXPECT_EQ(answer.status, 409);
+    EXPECT_TRUE(answer.shows("value=\"Mine\""));
+    EXPECT_NE(partOf(answer, "id=\"q-town-stored\"", "</p>").find("Theirs"), std::string::npos);
+    EXPECT_NE(partOf(answer, "id=\"q-urgency-stored\"", "</p>").find("High"), std::string::npos);
+    EXPECT_NE(partOf(answer, "id=\"q-basement-stored\"", "</p>").find("ticked"), std::string::npos);
+    EXPECT_TRUE(answer.shows("3 answers differ"));
+    EXPECT_FALSE(host_.get(strPlace).shows("Mine"));
+  }
+  const HttpAnswer shown = host_.post(strPlace, filledIn(page, mine, "park"));
+  EXPECT_EQ(host_.post(strPlace, filledIn(shown, mine, "park")).status, 303);
+  EXPECT_TRUE(host_.get(strPlace).shows("value=\"Mine\""));
+}
+
+TEST_F(Cycle, TakesTheSameAnswersTwiceForNoConflict) {
+  const std::string strPlace = parked(host_, exampleForm("draft.form"));
+  const HttpAnswer page = host_.get(strPlace);
+  for (int press = 0; press < 2; ++press) {
+    EXPECT_EQ(host_.post(strPlace, filledIn(page, exampleForm("complete.form"), "park")).status,
+              303);
+  }
+  EXPECT_EQ(hiddenInputs(host_.get(strPlace).body)["_version"], "2");
+  Form without = filledIn(page, exampleForm("draft.form"), "park");
+  without.erase("_version");
+  EXPECT_EQ(host_.post(strPlace, without).status, 409);
+}
+
+TEST_F(Cycle, AnswersInJsonToThoseWhoWantIt) {
+  const Headers json{{"Accept", "application/json"}};
+  const HttpAnswer page = host_.get("/forms/inspection");
+  const HttpAnswer created =
+      host_.post("/forms/inspection", filledIn(page, exampleForm("draft.form"), "park"), json);
+  EXPECT_EQ(created.status, 303);
+  const Json first = Json::parse(created.body);
+  EXPECT_EQ(first["state"], "parked");
+  EXPECT_TRUE(first["result"]["success"]);
+  EXPECT_EQ(first["report"]["verdict"], "not-asked");
+  const std::string strPlace = "/parked/" + first["id"].get<std::string>();
+  EXPECT_EQ(created.header("location"), strPlace);
+
+  // All that the next request needs is in the answer to the one before.
+  Form form = exampleForm("faulty.form");
+  form["_token"] = first["token"];
+  form["_version"] = std::to_string(first["version"].get<int>());
+  form["_action"] = "submit";
+  const HttpAnswer refused = host_.post(strPlace, form, json);
+  EXPECT_EQ(refused.status, 422);
+  const Json second = Json::parse(refused.body);
+  EXPECT_EQ(second["state"], "refused");
+  EXPECT_EQ(second["result"]["errorName"], "SVC_RET_XML_CREATION_SCHEMA_VALIDATION_FAILED");
+  EXPECT_EQ(second["result"]["userErrors"].size(), 29U);
+  EXPECT_EQ(second["report"]["verdict"], "invalid");
+  EXPECT_EQ(Json::parse(host_.get(strPlace, json).body)["report"], second["report"]);
+  EXPECT_EQ(Json::parse(host_.get("/nowhere", json).body)["id"], nullptr);
+}
+
+TEST_F(Cycle, ShowsNobodyTheAnswersOfOthers) {
+  Form mine = exampleForm("draft.form");
+  mine["town"] = "Mine alone";
+  const std::string strMine = parked(host_, mine);
+  const std::string strOther = parked(host_, exampleForm("draft.form"));
+  EXPECT_NE(strMine, strOther);
+  EXPECT_TRUE(host_.get(strMine).shows("Mine alone"));
+  EXPECT_FALSE(host_.get(strOther).shows("Mine alone"));
+  EXPECT_FALSE(host_.get("/").shows("Mine alone"));
+  EXPECT_FALSE(host_.get("/").shows(strMine));
+}
+
+TEST_F(Cycle, LogsNoAnswers) {
+  const std::string strPlace = parked(host_, exampleForm("draft.form"));
+  const HttpAnswer refused =
+      host_.post(strPlace, filledIn(host_.get(strPlace), exampleForm("faulty.form"), "submit"));
+  host_.post(strPlace, filledIn(refused, exampleForm("complete.form"), "submit"));
+  ASSERT_TRUE(becomes([&] { return host_.log().find("delivered") != std::string::npos; }));
+  EXPECT_EQ(host_.stop(SIGTERM), 0);
+  std::vector<std::string> events;
+  std::istringstream lines(host_.log());
+  for (std::string strLine; std::getline(lines, strLine);) {
+    const Json line = Json::parse(strLine);
+    events.push_back(line["event"]);
+  }
+  EXPECT_EQ(events, (std::vector<std::string>{"listening", "parked", "refused", "accepted",
+                                              "delivered", "stopping", "stopped"}));
+  for (const auto& form : {exampleForm("faulty.form"), exampleForm("complete.form")}) {
+    for (const auto& [strName, strValue] : form) {
+      if (strValue.size() > 6) {
+        EXPECT_EQ(host_.log().find(strValue), std::string::npos) << strName;
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace Varnel_Tolv_XML_Creation::test

@@ -1,0 +1,153 @@
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <csignal>
+#include <mutex>
+#include <thread>
+
+#include "apps/host/Host.h"
+
+namespace Varnel_Tolv_XML_Creation::test {
+namespace {
+
+/// Takes posts, and refuses the first ones.
+class Receiver {
+ public:
+  explicit Receiver(int refusals)
+      : refusals_(refusals), listener_(::socket(AF_INET, SOCK_STREAM, 0)) {
+    sockaddr_in place{};
+    place.sin_family = AF_INET;
+    place.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t lngSize = sizeof(place);
+    ::bind(listener_, reinterpret_cast<sockaddr*>(&place), sizeof(place));
+    ::listen(listener_, 16);
+    ::getsockname(listener_, reinterpret_cast<sockaddr*>(&place), &lngSize);
+    port_ = ntohs(place.sin_port);
+    thread_ = std::jthread([this](const std::stop_token& stop) { serve(stop); });
+  }
+  ~Receiver() {
+    thread_.request_stop();
+    thread_.join();
+    ::close(listener_);
+  }
+  std::string url() const { return "http://127.0.0.1:" + std::to_string(port_) + "/in"; }
+  std::vector<std::string> requests() const {
+    const std::scoped_lock lock(mutex_);
+    return requests_;
+  }
+
+ private:
+  void serve(const std::stop_token& stop) {
+    while (!stop.stop_requested()) {
+      pollfd waiting{.fd = listener_, .events = POLLIN, .revents = 0};
+      if (::poll(&waiting, 1, 50) <= 0) continue;
+      const int descriptor = ::accept(listener_, nullptr, nullptr);
+      std::string strRequest;
+      char buffer[4096];
+      // The message ends the request.
+      while (strRequest.find("</InspectionReport>") == std::string::npos) {
+        const ssize_t lngRead = ::recv(descriptor, buffer, sizeof(buffer), 0);
+        if (lngRead <= 0) break;
+        strRequest.append(buffer, static_cast<std::size_t>(lngRead));
+      }
+      std::string_view strAnswer = "HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n";
+      {
+        const std::scoped_lock lock(mutex_);
+        requests_.push_back(strRequest);
+        if (requests_.size() <= static_cast<std::size_t>(refusals_)) {
+          strAnswer = "HTTP/1.1 503 Busy\r\nContent-Length: 0\r\n\r\n";
+        }
+      }
+      ::send(descriptor, strAnswer.data(), strAnswer.size(), MSG_NOSIGNAL);
+      ::close(descriptor);
+    }
+  }
+
+  const int refusals_;
+  const int listener_;
+  int port_ = 0;
+  mutable std::mutex mutex_;
+  std::vector<std::string> requests_;
+  std::jthread thread_;
+};
+
+class Delivery : public HostTest {
+ protected:
+  static std::string accepted(const Host& host) {
+    const std::string strPlace = parked(host, exampleForm("complete.form"));
+    const Form form = filledIn(host.get(strPlace), exampleForm("complete.form"), "submit");
+    EXPECT_EQ(host.post(strPlace, form).status, 303);
+    return strPlace.substr(8);
+  }
+  static bool hasDelivered(const Host& host, int number) {
+    return host.get("/metrics")
+        .shows("varnel_messages_delivered_total " + std::to_string(number) + '\n');
+  }
+};
+
+TEST_F(Delivery, PostsUntilTheMessageIsTaken) {
+  const Receiver receiver(2);
+  const Host host(words({"--deliver", receiver.url()}));
+  const std::string strId = accepted(host);
+  ASSERT_TRUE(becomes([&] { return hasDelivered(host, 1); }));
+  const std::vector<std::string> requests = receiver.requests();
+  ASSERT_EQ(requests.size(), 3U);
+  for (const std::string& strRequest : requests) {
+    EXPECT_TRUE(strRequest.starts_with("POST /in HTTP/1.1\r\n"));
+    EXPECT_NE(strRequest.find("Idempotency-Key: " + strId + "\r\n"), std::string::npos);
+    EXPECT_TRUE(strRequest.ends_with(host.get("/messages/" + strId + ".xml").body));
+  }
+  EXPECT_NE(host.log().find("the receiver answered 503"), std::string::npos);
+  EXPECT_TRUE(host.get("/metrics").shows("varnel_delivery_failures_total 2\n"));
+}
+
+TEST_F(Delivery, GoesOnWhereAKilledHostStopped) {
+  std::string strId;
+  {
+    Host host(words({"--deliver", "http://127.0.0.1:1/nobody"}));
+    strId = accepted(host);
+    EXPECT_TRUE(becomes([&] { return host.log().find("delivery-failed") != std::string::npos; }));
+    EXPECT_EQ(host.stop(SIGKILL), 128 + SIGKILL);
+  }
+  const Host host(words({"--deliver", "directory:" + inbox().string()}));
+  EXPECT_EQ(host.get("/messages/" + strId).status, 200);
+  EXPECT_TRUE(host.get("/parked/" + strId).shows("value=\"NB-2025-00417\""));
+  EXPECT_TRUE(becomes([&] { return hasDelivered(host, 1); }));
+  EXPECT_EQ(delivered(), std::vector{strId + ".xml"});
+}
+
+TEST_F(Delivery, OfManyHostsOnOneStoreHappensOnce) {
+  const std::vector<std::string> all = words({"--deliver", "directory:" + inbox().string()});
+  const Host first(all);
+  const Host second(all);
+  std::vector<std::string> expected;
+  for (int each = 0; each < 6; ++each) {
+    // A form that one host parked is opened and submitted at the other, with the first one's page.
+    const std::string strPlace = parked(first, exampleForm("complete.form"));
+    const Form form = filledIn(first.get(strPlace), exampleForm("complete.form"), "submit");
+    EXPECT_EQ(second.post(strPlace, form).status, 303);
+    expected.push_back(strPlace.substr(8) + ".xml");
+  }
+  std::ranges::sort(expected);
+  const auto deliveredBy = [](const Host& host) {
+    const std::string strMetrics = host.get("/metrics").body;
+    const std::string_view strName = "\nvarnel_messages_delivered_total ";
+    return std::atoi(strMetrics.c_str() + strMetrics.find(strName) + strName.size());
+  };
+  EXPECT_TRUE(becomes([&] { return deliveredBy(first) + deliveredBy(second) == 6; }));
+  EXPECT_EQ(delivered(), expected);
+}
+
+TEST_F(Delivery, WithoutATargetKeepsMessagesForDownload) {
+  const Host host(words());
+  const std::string strId = accepted(host);
+  EXPECT_TRUE(host.get("/messages/" + strId).shows("kept here for download"));
+  EXPECT_EQ(host.get("/messages/" + strId + ".xml").status, 200);
+}
+
+}  // namespace
+}  // namespace Varnel_Tolv_XML_Creation::test

@@ -1,0 +1,259 @@
+#include "apps/host/Host.h"
+
+#include <arpa/inet.h>
+#include <fcntl.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <csignal>
+#include <cstdlib>
+#include <regex>
+#include <stdexcept>
+#include <thread>
+
+#include "platform/host/WebRequest.h"
+
+namespace fs = std::filesystem;
+
+namespace Varnel_Tolv_XML_Creation::test {
+namespace {
+
+constexpr auto kLongTime = std::chrono::seconds(60);
+constexpr timeval kSocketTime{.tv_sec = 60, .tv_usec = 0};
+
+std::string unescaped(std::string strText) {
+  constexpr std::pair<std::string_view, std::string_view> kEntities[] = {
+      {"&lt;", "<"}, {"&gt;", ">"}, {"&quot;", "\""}, {"&#13;", "\r"}, {"&amp;", "&"}};
+  for (const auto& [strEntity, strCharacter] : kEntities) {
+    for (std::size_t at = 0; (at = strText.find(strEntity, at)) != std::string::npos; ++at) {
+      strText.replace(at, strEntity.size(), strCharacter);
+    }
+  }
+  return strText;
+}
+
+HttpAnswer answerIn(const std::string& strBytes) {
+  HttpAnswer answer;
+  const std::size_t lngBody = strBytes.find("\r\n\r\n");
+  if (lngBody == std::string::npos || !strBytes.starts_with("HTTP/1.1 ")) return answer;
+  answer.status = std::atoi(strBytes.c_str() + 9);
+  if (answer.status == 100) return answerIn(strBytes.substr(lngBody + 4));
+  answer.body = strBytes.substr(lngBody + 4);
+  for (std::size_t at = strBytes.find("\r\n") + 2; at < lngBody;) {
+    const std::size_t end = strBytes.find("\r\n", at);
+    const std::size_t lngColon = strBytes.find(": ", at);
+    std::string strName = strBytes.substr(at, lngColon - at);
+    std::ranges::transform(strName, strName.begin(), [](unsigned char letter) {
+      return static_cast<char>(std::tolower(letter));
+    });
+    answer.headers[strName] = strBytes.substr(lngColon + 2, end - lngColon - 2);
+    at = end + 2;
+  }
+  return answer;
+}
+
+}  // namespace
+
+Connection::Connection(int port) : descriptor_(::socket(AF_INET, SOCK_STREAM, 0)) {
+  sockaddr_in place{};
+  place.sin_family = AF_INET;
+  place.sin_port = htons(static_cast<std::uint16_t>(port));
+  place.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  ::setsockopt(descriptor_, SOL_SOCKET, SO_RCVTIMEO, &kSocketTime, sizeof(kSocketTime));
+  ::setsockopt(descriptor_, SOL_SOCKET, SO_SNDTIMEO, &kSocketTime, sizeof(kSocketTime));
+  if (::connect(descriptor_, reinterpret_cast<sockaddr*>(&place), sizeof(place)) != 0) {
+    ::close(descriptor_);
+    throw std::runtime_error("connect");
+  }
+}
+
+Connection::~Connection() { ::close(descriptor_); }
+
+bool Connection::send(std::string_view strBytes) const {
+  while (!strBytes.empty()) {
+    const ssize_t lngSent = ::send(descriptor_, strBytes.data(), strBytes.size(), MSG_NOSIGNAL);
+    if (lngSent <= 0) return false;
+    strBytes.remove_prefix(static_cast<std::size_t>(lngSent));
+  }
+  return true;
+}
+
+HttpAnswer Connection::receive() const {
+  std::string strBytes;
+  char buffer[16384];
+  for (;;) {
+    const ssize_t lngRead = ::recv(descriptor_, buffer, sizeof(buffer), 0);
+    if (lngRead <= 0) return answerIn(strBytes);
+    strBytes.append(buffer, static_cast<std::size_t>(lngRead));
+  }
+}
+
+std::string encoded(const Form& form) {
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  std::string strBody;
+  const auto append = [&](std::string_view strText) {
+    for (const char letter : strText) {
+      const auto byte = static_cast<unsigned char>(letter);
+      if (std::isalnum(byte) != 0 || letter == '_' || letter == '.' || letter == '-') {
+        strBody += letter;
+      } else {
+        strBody += {'%', kDigits[byte >> 4], kDigits[byte & 15]};
+      }
+    }
+  };
+  for (const auto& [strName, strValue] : form) {
+    if (!strBody.empty()) strBody += '&';
+    append(strName);
+    strBody += '=';
+    append(strValue);
+  }
+  return strBody;
+}
+
+Form decoded(std::string_view strBody) {
+  const FormCollection collection(strBody);
+  Form form;
+  for (const std::string& strName : collection.formNames("")) {
+    form[strName] = collection.formItem(strName);
+  }
+  return form;
+}
+
+Form hiddenInputs(const std::string& strPage) {
+  static const std::regex kInput("<input type=\"hidden\" name=\"([^\"]*)\" value=\"([^\"]*)\"");
+  Form form;
+  for (std::sregex_iterator each(strPage.begin(), strPage.end(), kInput), end; each != end;
+       ++each) {
+    form[unescaped((*each)[1])] = unescaped((*each)[2]);
+  }
+  return form;
+}
+
+Form filledIn(const HttpAnswer& page, const Form& answers, const std::string& strButton) {
+  Form form = hiddenInputs(page.body);
+  for (const auto& [strName, strValue] : answers) form[strName] = strValue;
+  form["_action"] = strButton;
+  return form;
+}
+
+Form exampleForm(std::string_view strName) {
+  std::string strBody = textOfFile(fs::path(VARNEL_SOURCE_DIR) / "examples/inspection" / strName);
+  while (strBody.ends_with('\n')) strBody.pop_back();
+  return decoded(strBody);
+}
+
+std::string partOf(const HttpAnswer& page, std::string_view strBegin, std::string_view strEnd) {
+  const std::size_t lngBegin = page.body.find(strBegin);
+  if (lngBegin == std::string::npos) return "";
+  return page.body.substr(lngBegin, page.body.find(strEnd, lngBegin) - lngBegin);
+}
+
+bool becomes(const std::function<bool()>& condition) {
+  const auto end = std::chrono::steady_clock::now() + kLongTime;
+  while (!condition()) {
+    if (std::chrono::steady_clock::now() > end) return false;
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
+  return true;
+}
+
+Host::Host(std::vector<std::string> words) {
+  words.insert(words.begin(), {VARNEL_HOST_PROGRAM, "--listen", "127.0.0.1:0"});
+  child_ = ::fork();
+  if (child_ < 0) throw std::runtime_error("fork");
+  if (child_ == 0) {
+    const auto redirect = [](const std::string& strFile, int stream) {
+      ::dup2(::open(strFile.c_str(), O_WRONLY | O_CREAT, 0600), stream);
+    };
+    redirect(directory_.at("out"), STDOUT_FILENO);
+    redirect(directory_.at("log"), STDERR_FILENO);
+    std::vector<char*> arguments;
+    for (std::string& strWord : words) arguments.push_back(strWord.data());
+    arguments.push_back(nullptr);
+    ::execv(arguments.front(), arguments.data());
+    ::_exit(127);
+  }
+  becomes([&] {
+    siginfo_t ended{};
+    ::waitid(P_PID, static_cast<id_t>(child_), &ended, WEXITED | WNOHANG | WNOWAIT);
+    return ended.si_pid != 0 || out().ends_with("/\n");
+  });
+  const std::string strOut = out();
+  const std::size_t lngColon = strOut.rfind(':');
+  if (strOut.starts_with("http://")) port_ = std::atoi(strOut.c_str() + lngColon + 1);
+}
+
+Host::~Host() {
+  if (child_ > 0) stop(SIGKILL);
+}
+
+int Host::stop(int signal) {
+  ::kill(child_, signal);
+  return waitForEnd();
+}
+
+int Host::waitForEnd() {
+  int status = 0;
+  ::waitpid(child_, &status, 0);
+  child_ = -1;
+  return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+}
+
+std::string Host::out() const {
+  return fs::exists(directory_.at("out")) ? textOfFile(directory_.at("out")) : "";
+}
+
+std::string Host::log() const { return textOfFile(directory_.at("log")); }
+
+HttpAnswer Host::get(std::string_view strPath, const Headers& headers) const {
+  return request("GET", strPath, headers, "");
+}
+
+HttpAnswer Host::post(std::string_view strPath, const Form& form, const Headers& headers) const {
+  Headers all = headers;
+  all.emplace_back("Content-Type", "application/x-www-form-urlencoded");
+  return request("POST", strPath, all, encoded(form));
+}
+
+HttpAnswer Host::request(std::string_view strMethod, std::string_view strPath,
+                         const Headers& headers, std::string_view strBody) const {
+  std::string strHead = std::string(strMethod) + ' ' + std::string(strPath) +
+                        " HTTP/1.1\r\nHost: 127.0.0.1:" + std::to_string(port_) +
+                        "\r\nConnection: close\r\n";
+  for (const auto& [strName, strValue] : headers) strHead += strName + ": " + strValue + "\r\n";
+  if (!strBody.empty()) strHead += "Content-Length: " + std::to_string(strBody.size()) + "\r\n";
+  const Connection connection(port_);
+  connection.send(strHead + "\r\n");
+  connection.send(strBody);
+  return connection.receive();
+}
+
+HostTest::HostTest() {
+  fs::copy(fs::path(VARNEL_SOURCE_DIR) / "examples/inspection", deployment(),
+           fs::copy_options::recursive);
+}
+
+std::vector<std::string> HostTest::words(std::vector<std::string> more) const {
+  more.insert(more.begin(), {"--deployment", deployment().string(), "--store",
+                             "sqlite:" + directory_.at("store.sqlite")});
+  return more;
+}
+
+std::string HostTest::parked(const Host& host, const Form& answers) {
+  const HttpAnswer page = host.get("/forms/inspection");
+  return host.post("/forms/inspection", filledIn(page, answers, "park")).header("location");
+}
+
+std::vector<std::string> HostTest::delivered() const {
+  std::vector<std::string> names;
+  for (const auto& entry : fs::directory_iterator(inbox())) {
+    names.push_back(entry.path().filename().string());
+  }
+  std::ranges::sort(names);
+  return names;
+}
+
+}  // namespace Varnel_Tolv_XML_Creation::test

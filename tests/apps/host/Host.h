@@ -1,0 +1,118 @@
+#pragma once
+
+#include <gtest/gtest.h>
+#include <sys/types.h>
+
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "support/Documents.h"
+
+// Runs the web host as it was built and talks to it over sockets, as browsers and others do.
+
+namespace Varnel_Tolv_XML_Creation::test {
+
+struct HttpAnswer {
+  int status = 0;  // 0: the connection ended without an answer
+  std::map<std::string, std::string, std::less<>> headers;  // names in lower case
+  std::string body;
+
+  std::string header(std::string_view strName) const {
+    const auto found = headers.find(strName);
+    return found == headers.end() ? "" : found->second;
+  }
+  bool shows(std::string_view strText) const { return body.find(strText) != std::string::npos; }
+};
+
+/// A connection to a port of this machine.
+class Connection {
+ public:
+  explicit Connection(int port);
+  ~Connection();
+  Connection(const Connection&) = delete;
+  Connection& operator=(const Connection&) = delete;
+
+  /// False when the other side takes nothing more.
+  bool send(std::string_view strBytes) const;
+
+  /// All that comes until the other side closes.
+  HttpAnswer receive() const;
+
+ private:
+  int descriptor_;
+};
+
+using Headers = std::vector<std::pair<std::string, std::string>>;
+using Form = std::map<std::string, std::string, std::less<>>;
+
+std::string encoded(const Form& form);
+Form decoded(std::string_view strBody);
+
+/// The hidden inputs of a page, decoded.
+Form hiddenInputs(const std::string& strPage);
+
+/// What a browser would send from this page with these answers and this button.
+Form filledIn(const HttpAnswer& page, const Form& answers, const std::string& strButton);
+
+/// A form of the example, as it was posted.
+Form exampleForm(std::string_view strName);
+
+/// The body of an element with this id, up to `strEnd`; empty when there is none.
+std::string partOf(const HttpAnswer& page, std::string_view strBegin, std::string_view strEnd);
+
+/// Waits until it is so; false when it is not within a long time.
+bool becomes(const std::function<bool()>& condition);
+
+class Host {
+ public:
+  /// Starts the host with these words, on a port of its own, and waits until it listens or ends.
+  explicit Host(std::vector<std::string> words);
+  ~Host();
+  Host(const Host&) = delete;
+  Host& operator=(const Host&) = delete;
+
+  int port() const { return port_; }  // 0: it ended
+
+  HttpAnswer get(std::string_view strPath, const Headers& headers = {}) const;
+  HttpAnswer post(std::string_view strPath, const Form& form, const Headers& headers = {}) const;
+  HttpAnswer request(std::string_view strMethod, std::string_view strPath, const Headers& headers,
+                     std::string_view strBody) const;
+
+  /// Ends it; the exit status, or 128 and the number of the signal that ended it.
+  int stop(int signal);
+  int waitForEnd();
+
+  std::string out() const;
+  std::string log() const;
+
+ private:
+  TemporaryDirectory directory_;
+  pid_t child_ = -1;
+  int port_ = 0;
+};
+
+/// A folder with a copy of the example deployment, a store and a directory for messages.
+class HostTest : public ::testing::Test {
+ protected:
+  HostTest();
+
+  /// The words that start a host on it.
+  std::vector<std::string> words(std::vector<std::string> more = {}) const;
+
+  /// Parks a new form; its address.
+  static std::string parked(const Host& host, const Form& answers);
+
+  std::filesystem::path deployment() const { return directory_.at("inspection"); }
+  std::filesystem::path inbox() const { return directory_.at("inbox"); }
+  std::vector<std::string> delivered() const;
+
+  TemporaryDirectory directory_;
+};
+
+}  // namespace Varnel_Tolv_XML_Creation::test

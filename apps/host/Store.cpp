@@ -2,6 +2,7 @@
 
 #include <soci/soci.h>
 
+#include <algorithm>
 #include <string_view>
 #include <thread>
 #include <vector>
@@ -22,19 +23,59 @@ struct Place {
   bool isSqlite() const { return strBackend == "sqlite3"; }
 };
 
+/// "USER@HOST:PORT/DB?NAME=VALUE" as the list of name=value pairs that the back end takes.
+std::string postgresqlParameters(std::string_view strUrl) {
+  if (strUrl.find_first_of(" '\"\\") != std::string_view::npos) {
+    throw CannotRun("--store: a blank, quote or backslash in the address");
+  }
+  std::string strParameters = "connect_timeout=5";
+  const auto add = [&](const char* name, std::string_view strValue) {
+    if (!strValue.empty()) strParameters += std::string(" ") + name + '=' + std::string(strValue);
+  };
+  // Takes the part behind the last such mark off the address.
+  const auto takeBehind = [&](char mark) -> std::string_view {
+    const std::size_t lngMark = strUrl.rfind(mark);
+    if (lngMark == std::string_view::npos) return {};
+    const std::string_view strPart = strUrl.substr(lngMark + 1);
+    strUrl = strUrl.substr(0, lngMark);
+    return strPart;
+  };
+  std::string strMore(takeBehind('?'));
+  std::ranges::replace(strMore, '&', ' ');
+  add("dbname", takeBehind('/'));
+  const std::size_t lngAt = strUrl.rfind('@');
+  if (lngAt != std::string_view::npos) {
+    const std::string_view strUser = strUrl.substr(0, lngAt);
+    strUrl = strUrl.substr(lngAt + 1);
+    const std::size_t lngColon = strUser.find(':');
+    add("user", strUser.substr(0, lngColon));
+    if (lngColon != std::string_view::npos) add("password", strUser.substr(lngColon + 1));
+  }
+  add("port", takeBehind(':'));
+  add("host", strUrl);
+  return strMore.empty() ? strParameters : strParameters + ' ' + strMore;
+}
+
 Place placeOf(const std::string& strStore) {
   constexpr std::string_view kSqlite = "sqlite:";
-  if (!strStore.starts_with(kSqlite)) return {"postgresql", strStore};
-  std::string strFile = strStore.substr(kSqlite.size());
-  if (strFile.find('"') != std::string::npos)
+  constexpr std::string_view kPostgresql = "postgresql://";
+  if (!strStore.starts_with(kSqlite)) {
+    return {"postgresql", postgresqlParameters(strStore.substr(kPostgresql.size()))};
+  }
+  const std::string strFile = strStore.substr(kSqlite.size());
+  if (strFile.find('"') != std::string::npos) {
     throw CannotRun("--store: a quote in the file's name");
+  }
   // Every commit is on the disk before it is acknowledged; a lock is waited for.
   return {"sqlite3", "db=\"" + strFile + "\" timeout=5 synchronous=full"};
 }
 
 void open(soci::session& sql, const Place& place) {
   sql.open(place.strBackend, place.strParameters);
-  if (!place.isSqlite()) return;
+  if (!place.isSqlite()) {
+    sql << "SET client_min_messages TO warning";  // the log is the host's
+    return;
+  }
   std::string strMode;
   sql << "PRAGMA journal_mode=WAL", soci::into(strMode);
   sql << "PRAGMA foreign_keys=ON";
@@ -100,7 +141,9 @@ struct Store::Pool {
   Pool(Place thePlace, std::size_t lngConnections)
       : place(std::move(thePlace)), sessions(lngConnections) {}
 
-  /// Runs `body` on a connection of its own.
+  /// Runs `body` on a connection of its own. On one that was open before, whose server may have
+  /// gone since, it gets a second try on a new one: a change that was done all the same is not done
+  /// twice, for every change names the version that it changes.
   template <class Body>
   auto with(Body&& body) {
     std::size_t at = 0;
@@ -109,17 +152,20 @@ struct Store::Pool {
     }
     const Lease lease{sessions, at};
     soci::session& sql = sessions.at(at);
-    try {
-      if (sql.get_backend() == nullptr) open(sql, place);
-      return body(sql);
-    } catch (const soci::soci_error& error) {
-      // Whatever state the connection is in: the next one begins afresh.
+    for (;;) {
+      const bool blnStale = sql.get_backend() != nullptr && !place.isSqlite();
       try {
-        sql.close();
-      } catch (const soci::soci_error&) {
-        // It was broken, which is why it is closed.
+        if (sql.get_backend() == nullptr) open(sql, place);
+        return body(sql);
+      } catch (const soci::soci_error& error) {
+        // Whatever state the connection is in: the next one begins afresh.
+        try {
+          sql.close();
+        } catch (const soci::soci_error&) {
+          // It was broken, which is why it is closed.
+        }
+        if (!blnStale) throw StoreProblem(error.what());
       }
-      throw StoreProblem(error.what());
     }
   }
 

@@ -376,6 +376,7 @@ HttpResponse Application::post(const HttpRequest& request, std::string_view strN
     logEvent("token-refused", {{"stale", tokenState == TokenState::stale}});
     FormView view = viewFor(post);
     view.strNotice = "token";
+    view.blnUnsaved = true;
     view.lngVersion = rowNumber(answerTo(post.answers, "_version"), INT64_MAX);
     return page(post, 403, view);
   }
@@ -423,6 +424,7 @@ HttpResponse Application::changeRows(Post& post) {
                                 std::to_string(blnAdd ? lngCount + 1 : lngCount - 1));
   FormView view = viewFor(post);
   // Nothing was saved: the page is still made from the version that it was made from.
+  view.blnUnsaved = true;
   view.lngVersion = rowNumber(answerTo(post.answers, "_version"), INT64_MAX);
   return page(post, 200, view);
 }
@@ -463,6 +465,7 @@ HttpResponse Application::parkNew(Post& post) {
   if (result.outcome != RunOutcome::parked) {
     FormView view = viewFor(post);
     view.strNotice = "failed";
+    view.blnUnsaved = true;
     return page(post, 500, view, &result);
   }
   StoredForm form = next(post, result, "parked");
@@ -483,6 +486,7 @@ HttpResponse Application::parkAgain(Post& post) {
   if (result.outcome != RunOutcome::parked) {
     FormView view = viewFor(post);
     view.strNotice = "failed";
+    view.blnUnsaved = true;
     return page(post, 500, view, &result);
   }
   const StoredForm form = next(post, result, "parked");
@@ -516,6 +520,7 @@ HttpResponse Application::conflict(Post& post) {
                         {"version", post.stored.lngVersion}});
   FormView view = viewFor(post);
   view.strNotice = blnAccepted ? "accepted" : "conflict";
+  view.blnUnsaved = true;
   view.stored = std::move(stored);
   return page(post, 409, view);
 }

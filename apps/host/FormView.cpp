@@ -229,6 +229,7 @@ ViewDocument viewOf(const FormView& view) {
       .set("state", view.strState)
       .set("notice", view.strNotice)
       .set("saved", view.strSaved)
+      .setFlag("unsaved", view.blnUnsaved)
       .set("version", std::to_string(view.lngVersion))
       .set("token", view.strToken);
   if (!page.strIntro.empty()) root.add("intro", page.strIntro);

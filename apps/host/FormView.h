@@ -16,8 +16,9 @@ struct FormView {
   std::string strId;      // empty: not parked yet
   std::string strState;   // new, parked, refused or accepted
   std::string
-      strNotice;         // conflict, accepted, not-checked, failed, token, rows: what just happened
-  std::string strSaved;  // when it was parked last
+      strNotice;  // conflict, accepted, not-checked, failed, token, rows: what just happened
+  bool blnUnsaved = false;  // what the page shows was posted and is not in the store
+  std::string strSaved;     // when it was parked last
   std::int64_t lngVersion = 0;
   std::string strToken;
   Answers answers;

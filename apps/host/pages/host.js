@@ -8,7 +8,7 @@
   if (!form || form.dataset.state === "accepted") return;
 
   var state = document.getElementById("state");
-  var changed = false;
+  var changed = form.dataset.unsaved === "true";
   var saving = false;
   var edits = 0;
 
@@ -115,12 +115,13 @@
             // The form has its address now; the page that can send it stands there.
             form.setAttribute("action", "/parked/" + json.id);
             history.replaceState(null, "", "/parked/" + json.id);
-            document.getElementById("save").textContent = "Save";
+            document.getElementById("first-save").textContent = "Save and go on to sending";
           }
         });
       })
       .catch(function () { tell("Could not be saved by itself: please save"); })
       .then(function () { saving = false; });
   }
-  window.setInterval(save, 30000);
+  // Which of two answers is kept after a conflict is for a person to say.
+  if (form.dataset.notice !== "conflict") window.setInterval(save, 30000);
 })();

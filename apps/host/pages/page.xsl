@@ -61,7 +61,7 @@
     <xsl:variable name="problems" select="problem"/>
     <xsl:call-template name="frame">
       <xsl:with-param name="title">
-        <xsl:if test="$problems and @notice != 'conflict'">Errors: </xsl:if>
+        <xsl:if test="$problems and not(@notice = 'conflict')">Errors: </xsl:if>
         <xsl:value-of select="@title"/>
       </xsl:with-param>
       <xsl:with-param name="content">
@@ -86,9 +86,9 @@
           </nav>
         </xsl:if>
         <form method="post" action="{@action}" accept-charset="UTF-8" id="form" novalidate="novalidate"
-              data-state="{@state}" autocomplete="off">
-          <!-- The button that the Enter key presses. -->
-          <button class="default" name="_action" value="park" tabindex="-1" aria-hidden="true">Save</button>
+              data-state="{@state}" data-unsaved="{@unsaved}" data-notice="{@notice}" autocomplete="off">
+          <!-- Its button is the form's first, so the one that the Enter key presses. -->
+          <xsl:call-template name="bar"/>
           <input type="hidden" name="_token" value="{@token}"/>
           <input type="hidden" name="_version" value="{@version}"/>
           <xsl:for-each select="hidden">
@@ -115,30 +115,34 @@
     </xsl:choose>
   </xsl:template>
 
-  <xsl:template name="actions">
-    <div class="actions">
+  <xsl:template name="bar">
+    <div class="bar">
       <p class="state state-{@state}" role="status" id="state">
         <strong><xsl:call-template name="state-text"/></strong>
         <xsl:if test="@saved"><span class="when"><xsl:text> </xsl:text><xsl:value-of select="@saved"/></span></xsl:if>
       </p>
-      <div class="buttons">
-        <xsl:choose>
-          <xsl:when test="@state = 'accepted'">
-            <a class="button" href="/messages/{@id}">Show the receipt</a>
-          </xsl:when>
-          <xsl:otherwise>
-            <button name="_action" value="park" class="button secondary" id="save">
-              <xsl:choose><xsl:when test="@id">Save</xsl:when><xsl:otherwise>Save and continue</xsl:otherwise></xsl:choose>
-            </button>
-            <xsl:if test="@id">
-              <button name="_action" value="submit" class="button">Check and send</button>
-            </xsl:if>
-          </xsl:otherwise>
-        </xsl:choose>
-      </div>
-      <xsl:if test="not(@id)">
-        <p class="note">Saving gives the form an address of its own; from there it can be sent.</p>
-      </xsl:if>
+      <xsl:choose>
+        <xsl:when test="@state = 'accepted'"><a class="button small" href="/messages/{@id}">Receipt</a></xsl:when>
+        <xsl:otherwise><button name="_action" value="park" class="button secondary small">Save</button></xsl:otherwise>
+      </xsl:choose>
+    </div>
+  </xsl:template>
+
+  <xsl:template name="actions">
+    <div class="actions">
+      <xsl:choose>
+        <xsl:when test="@state = 'accepted'">
+          <a class="button" href="/messages/{@id}">Show the receipt</a>
+        </xsl:when>
+        <xsl:when test="@id">
+          <button name="_action" value="submit" class="button">Check and send</button>
+          <button name="_action" value="park" class="button secondary">Save for later</button>
+        </xsl:when>
+        <xsl:otherwise>
+          <button name="_action" value="park" class="button" id="first-save">Save and continue</button>
+          <p class="note">Saving gives the form an address of its own; from there it can be sent.</p>
+        </xsl:otherwise>
+      </xsl:choose>
     </div>
   </xsl:template>
 
@@ -169,7 +173,7 @@
           <xsl:otherwise>There are <xsl:value-of select="$count"/> errors</xsl:otherwise>
         </xsl:choose>
       </h2>
-      <xsl:if test="@notice != 'conflict' or not(@notice)">
+      <xsl:if test="not(@notice = 'conflict')">
         <p>The form was saved and not sent. Mend what is wrong and send it again.</p>
       </xsl:if>
       <ul>

@@ -16,5 +16,8 @@ std::string_view answerTo(const Answers& answers, std::string_view strName);
 /// The posted fields, decoded. What XML cannot hold becomes U+FFFD, as what is not UTF-8 does.
 Answers decodeBody(std::string_view strBody);
 
+/// The capitals A to Z made small.
+std::string lowered(std::string_view strText);
+
 /// The number of a row at the end of a text, 1 to `lngMost`; 0 when there is none.
 std::int64_t rowNumber(std::string_view strText, std::int64_t lngMost);

@@ -57,7 +57,8 @@ class Application {
   HttpResponse parkNew(Post& post);
   HttpResponse parkAgain(Post& post);
   HttpResponse submit(Post& post);
-  HttpResponse saveWithoutVerdict(Post& post, RunResult& run);
+  HttpResponse saveWithoutVerdict(Post& post, const RunResult& run);
+  HttpResponse notParked(Post& post, const RunResult& run);
   HttpResponse conflict(Post& post);
 
   /// The answer to a request whose body or origin is not acceptable; none for a good one.

@@ -2,6 +2,7 @@
 
 #include "CannotRun.h"
 #include "Files.h"
+#include "host/FormAnswers.h"
 #include "host/RunForm.h"
 #include "platform/dom/Document.h"
 #include "platform/host/WebRequest.h"

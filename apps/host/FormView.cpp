@@ -2,19 +2,12 @@
 
 #include <algorithm>
 #include <map>
-#include <nlohmann/json.hpp>
-#include <optional>
 #include <tuple>
 
+#include "host/FormAnswers.h"
 #include "host/Moment.h"
-#include "platform/dom/Document.h"
-
-using namespace Varnel_Tolv_XML_Creation;
 
 namespace {
-
-// No input has such a name: it is none of those that a page asks the library to read.
-const std::string kHiddenPrefix = "hdnfld:";
 
 std::string anchorOf(const FormError& error) {
   std::string strAnchor = "q-" + error.strQuestion;
@@ -193,25 +186,10 @@ void FormWriter::writeHidden(const ViewElement& root) const {
   for (const HiddenField& field : view_.page->hidden) {
     if (field.isFixed()) continue;
     std::string strValue(answerTo(view_.answers, field.strId));
-    if (strValue.empty()) strValue = answerTo(view_.answers, kHiddenPrefix + field.strOutput);
+    if (strValue.empty())
+      strValue = answerTo(view_.answers, std::string(kHiddenPrefix) + field.strOutput);
     if (strValue.empty() && field.strValue == "{now}") strValue = localMomentText();
     root.add("hidden").set("name", field.strId).set("value", strValue);
-  }
-}
-
-/// The children of a table's row are cells once the table was parked; before, there are none.
-void readTable(const Node& objTable, const std::string& strId, Answers& answers) {
-  const std::optional<NodeList> colRows = objTable.childNodes();
-  for (const Node& objRow : *colRows) {
-    if (objRow.nodeName() != "row") continue;
-    const std::string strRow = objRow.getAttribute("id").value_or("");
-    const std::optional<NodeList> colCells = objRow.childNodes();
-    for (const Node& objCell : *colCells) {
-      if (objCell.nodeName() != "column") continue;
-      const std::string strName =
-          strId + "___" + objCell.getAttribute("id").value_or("") + '_' + strRow;
-      answers.insert_or_assign(strName, objCell.getAttribute("value").value_or(""));
-    }
   }
 }
 
@@ -238,49 +216,4 @@ ViewDocument viewOf(const FormView& view) {
   writer.writeSections(root);
   writer.writeSummary(root);
   return document;
-}
-
-Answers answersIn(const std::string& strParkXml, const std::string& strRowCounts) {
-  Answers answers;
-  const Document objPark = Document::create();
-  if (!objPark.loadXML(strParkXml)) return answers;
-  const std::optional<NodeList> colObjects = objPark.getElementsByTagName("prtobjct");
-  for (const Node& objItem : *colObjects) {
-    const std::string strId = objItem.getAttribute("id").value_or("");
-    if (inputName(objItem.getAttribute("objecttype").value_or("")) == "table") {
-      readTable(objItem, strId, answers);
-      continue;
-    }
-    const std::string strValue = objItem.getAttribute("value").value_or("");
-    const bool blnTicked =
-        objItem.getAttribute("type").value_or("") == "check" && !strValue.empty();
-    answers.insert_or_assign(inputName(strId), blnTicked ? "on" : strValue);
-  }
-  const std::optional<NodeList> colHidden = objPark.getElementsByTagName("hdnfld");
-  for (const Node& objItem : *colHidden) {
-    // Under the name of the output; a page asks for it by that of the field.
-    answers.insert_or_assign(kHiddenPrefix + objItem.getAttribute("id").value_or(""),
-                             objItem.getAttribute("value").value_or(""));
-  }
-  const auto counts = nlohmann::json::parse(strRowCounts, nullptr, false);
-  if (counts.is_object()) {
-    for (const auto& [strId, count] : counts.items()) {
-      if (!count.is_number_integer()) continue;
-      answers.insert_or_assign(inputName(strId) + "_rowCount",
-                               std::to_string(count.get<std::int64_t>()));
-    }
-  }
-  return answers;
-}
-
-std::string rowCountsOf(const PageModel& page, const Answers& answers, std::int64_t lngMost) {
-  nlohmann::ordered_json counts = nlohmann::ordered_json::object();
-  for (const Section& section : page.sections) {
-    for (const Question& question : section.questions) {
-      if (question.blnTable && question.blnDynamic) {
-        counts[question.input.strId] = rowCount(question, answers, lngMost);
-      }
-    }
-  }
-  return counts.dump();
 }

@@ -28,9 +28,3 @@ struct FormView {
 };
 
 ViewDocument viewOf(const FormView& view);
-
-/// The answers in a parked form, and the row counts that were kept beside it.
-Answers answersIn(const std::string& strParkXml, const std::string& strRowCounts);
-
-/// The row counts of the dynamic tables, as text to be kept.
-std::string rowCountsOf(const PageModel& page, const Answers& answers, std::int64_t lngMost);

@@ -1,13 +1,12 @@
 #include "host/PageModel.h"
 
 #include <algorithm>
-#include <cctype>
-#include <charconv>
 #include <filesystem>
 #include <map>
 #include <optional>
 
 #include "CannotRun.h"
+#include "host/Answers.h"
 #include "host/SchemaFacets.h"
 #include "platform/dom/Document.h"
 #include "platform/host/WebRequest.h"
@@ -44,14 +43,6 @@ Document loaded(const std::string& strFile) {
     throw CannotRun(strFile + ": " + error.reason + " (line " + std::to_string(error.line) + ")");
   }
   return objXml;
-}
-
-std::string lower(std::string_view strText) {
-  std::string strLower(strText);
-  std::ranges::transform(strLower, strLower.begin(), [](unsigned char letter) {
-    return static_cast<char>(letter < 128 ? std::tolower(letter) : letter);
-  });
-  return strLower;
 }
 
 /// "rpt:CaseNumber" as "Case number".
@@ -156,7 +147,8 @@ Input PageReader::readColumn(const Node& objColumn, const Node& objQuestion,
   const std::string strType = attribute(objColumn, "columntype");
   input.strKind = strType == "date" || strType == "time" ? strType : "text";
   input.strOutput = attribute(objColumn, "autovalue");
-  input.blnOutput = !input.strOutput.empty() || lower(attribute(objColumn, "calculate")) == "true";
+  input.blnOutput =
+      !input.strOutput.empty() || lowered(attribute(objColumn, "calculate")) == "true";
   for (const Node& objLimits : children(objQuestion, "column")) {
     if (attribute(objLimits, "id") != input.strId) continue;
     const std::string strBelow = childText(objLimits, "path");
@@ -177,7 +169,7 @@ Question PageReader::readQuestion(const Node& objItem) const {
   if (input.strLabel.empty()) input.strLabel = inWords(lastStep(strPath));
   if (input.strLabel.empty()) input.strLabel = input.strId;
 
-  question.blnTable = lower(attribute(objItem, "objecttype")) == "table";
+  question.blnTable = lowered(attribute(objItem, "objecttype")) == "table";
   const std::string strType = attribute(objItem, "type");
   if (!question.blnTable) {
     constexpr std::string_view kKinds[] = {"check", "date", "time", "select", "textarea"};
@@ -186,7 +178,7 @@ Question PageReader::readQuestion(const Node& objItem) const {
     applySchema(input, strPath, objQuestion);
     return question;
   }
-  question.blnDynamic = lower(strType) != "table";
+  question.blnDynamic = lowered(strType) != "table";
   question.strAdd = "Add a row";
   for (const Node& objRow : children(objItem, "row")) {
     question.rows.push_back({attribute(objRow, "id"), attribute(objRow, "rowlabel")});
@@ -201,7 +193,7 @@ void PageReader::readObjects(PageModel& page) {
   const Document objList = loaded(*options_.objectList);
   const std::optional<NodeList> colObjects = objList.getElementsByTagName("prtobjct");
   for (const Node& objItem : *colObjects) {
-    const std::string strKind = lower(attribute(objItem, "objecttype"));
+    const std::string strKind = lowered(attribute(objItem, "objecttype"));
     if (strKind.find_first_not_of(' ') == std::string::npos) break;  // the rest is not parked
     if (strKind != "field" && strKind != "table") continue;
     // A section holds what stands together in the message.
@@ -325,59 +317,4 @@ PageModel readPageModel(const Options& options, const std::string& strPageXml) {
     }
   }
   return page;
-}
-
-std::string inputName(std::string_view strId) { return lower(strId); }
-
-std::string cellName(const Question& table, const Input& column, std::int64_t lngRow) {
-  return table.input.strId + "___" + column.strId + '_' + std::to_string(lngRow);
-}
-
-const Question* findTable(const PageModel& page, std::string_view strId) {
-  for (const Section& section : page.sections) {
-    for (const Question& question : section.questions) {
-      if (question.blnTable && question.input.strId == strId) return &question;
-    }
-  }
-  return nullptr;
-}
-
-std::int64_t rowCount(const Question& table, const Answers& answers, std::int64_t lngMost) {
-  const std::string_view strCount = answerTo(answers, inputName(table.input.strId) + "_rowCount");
-  std::int64_t lngCount = 0;
-  const auto [last, problem] =
-      std::from_chars(strCount.data(), strCount.data() + strCount.size(), lngCount);
-  if (problem == std::errc::result_out_of_range) lngCount = lngMost + 1;
-  lngCount = std::clamp<std::int64_t>(lngCount, 0, lngMost + 1);
-  const std::string strPrefix = table.input.strId + "___";
-  for (auto each = answers.lower_bound(strPrefix);
-       each != answers.end() && each->first.starts_with(strPrefix); ++each) {
-    if (each->second.empty()) continue;
-    const std::string_view strName = each->first;
-    const std::int64_t lngRow = rowNumber(strName.substr(strName.rfind('_') + 1), lngMost + 1);
-    lngCount = std::max(lngCount, lngRow);
-  }
-  return lngCount;
-}
-
-void completeAnswers(const PageModel& page, Answers& answers, std::int64_t lngMost) {
-  for (const HiddenField& field : page.hidden) {
-    if (field.isFixed()) answers.insert_or_assign(field.strId, field.strValue);
-  }
-  for (const Section& section : page.sections) {
-    for (const Question& question : section.questions) {
-      const std::string strName = inputName(question.input.strId);
-      const std::string strLabel = strName + "_hiddenName";
-      if (question.input.blnLabelGiven) {
-        answers.insert_or_assign(strLabel, question.input.strLabel);
-      } else {
-        answers.try_emplace(strLabel, question.input.strLabel);
-      }
-      if (!question.blnTable) continue;
-      const std::int64_t lngRows = question.blnDynamic
-                                       ? rowCount(question, answers, lngMost)
-                                       : static_cast<std::int64_t>(question.rows.size());
-      answers.insert_or_assign(strName + "_rowCount", std::to_string(lngRows));
-    }
-  }
 }

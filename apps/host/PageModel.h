@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "Options.h"
-#include "host/Answers.h"
 
 // What the page of a form asks, in which order and words: generated from the object list, the
 // questions XML and the schema, refined by page.xml. It knows no answers.
@@ -74,17 +73,3 @@ struct PageModel {
 
 /// `strPageXml` need not exist. Raises CannotRun for what cannot be read.
 PageModel readPageModel(const Options& options, const std::string& strPageXml);
-
-/// The name of a question's input, as the library looks for it, and that of a cell.
-std::string inputName(std::string_view strId);
-std::string cellName(const Question& table, const Input& column, std::int64_t lngRow);
-
-/// The table with this id; null when the page has none.
-const Question* findTable(const PageModel& page, std::string_view strId);
-
-/// How many rows the answers give a dynamic table: what they say, at least the last row that has a
-/// cell. More than `lngMost` is told as `lngMost + 1`.
-std::int64_t rowCount(const Question& table, const Answers& answers, std::int64_t lngMost);
-
-/// Adds what is the host's to say: fixed hidden fields, labels, the number of rows.
-void completeAnswers(const PageModel& page, Answers& answers, std::int64_t lngMost);

@@ -1,12 +1,9 @@
-#include <csignal>
-#include <exception>
-#include <memory>
 #include <string>
-#include <string_view>
+#include <utility>
 #include <vector>
 
-#include "CannotRun.h"
 #include "Files.h"
+#include "ProgramMain.h"
 #include "host/Application.h"
 #include "host/Deployments.h"
 #include "host/HostOptions.h"
@@ -20,7 +17,6 @@ namespace {
 
 constexpr int kStopped = 0;
 constexpr int kUnsound = 1;
-constexpr int kCouldNotRun = 2;
 
 struct Refusal {
   const char* title;
@@ -84,36 +80,16 @@ int serve(const HostOptions& options) {
   return kStopped;
 }
 
-int couldNotRun(std::string_view strReason) noexcept {
-  try {
-    std::string strLine = "varnel-xml-host: " + std::string(strReason);
-    for (char& letter : strLine) {
-      if (static_cast<unsigned char>(letter) < ' ') letter = ' ';
-    }
-    writeStandardError(strLine + '\n');
-  } catch (...) {
-    // Nobody listens: the exit status still tells.
+int run(std::vector<std::string> words) {
+  const HostCommandLine commandLine = readHostCommandLine(std::move(words));
+  if (commandLine.textToPrint) {
+    writeStandardOutput(*commandLine.textToPrint);
+    return kStopped;
   }
-  return kCouldNotRun;
+  prepareStylesheets();
+  return serve(commandLine.options);
 }
 
 }  // namespace
 
-int main(int argc, char** argv) {
-  std::signal(SIGPIPE, SIG_IGN);
-  std::signal(SIGXFSZ, SIG_IGN);
-  keepStandardStreams();
-  try {
-    HostCommandLine commandLine = readHostCommandLine({argv + (argc > 0 ? 1 : 0), argv + argc});
-    if (commandLine.textToPrint) {
-      writeStandardOutput(*commandLine.textToPrint);
-      return kStopped;
-    }
-    prepareStylesheets();
-    return serve(commandLine.options);
-  } catch (const std::exception& error) {
-    return couldNotRun(error.what());
-  } catch (...) {
-    return couldNotRun("an unknown error");
-  }
-}
+int main(int argc, char** argv) { return programMain("varnel-xml-host", argc, argv, run); }

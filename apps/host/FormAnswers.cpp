@@ -1,0 +1,170 @@
+#include "host/FormAnswers.h"
+
+#include <algorithm>
+#include <charconv>
+#include <nlohmann/json.hpp>
+#include <optional>
+
+#include "platform/dom/Document.h"
+
+using namespace Varnel_Tolv_XML_Creation;
+
+namespace {
+
+/// The children of a table's row are cells once the table was parked; before, there are none.
+void readTable(const Node& objTable, const std::string& strId, Answers& answers) {
+  const std::optional<NodeList> colRows = objTable.childNodes();
+  for (const Node& objRow : *colRows) {
+    if (objRow.nodeName() != "row") continue;
+    const std::string strRow = objRow.getAttribute("id").value_or("");
+    const std::optional<NodeList> colCells = objRow.childNodes();
+    for (const Node& objCell : *colCells) {
+      if (objCell.nodeName() != "column") continue;
+      const std::string strName =
+          strId + "___" + objCell.getAttribute("id").value_or("") + '_' + strRow;
+      answers.insert_or_assign(strName, objCell.getAttribute("value").value_or(""));
+    }
+  }
+}
+
+}  // namespace
+
+std::string inputName(std::string_view strId) { return lowered(strId); }
+
+std::string cellName(const Question& table, const Input& column, std::int64_t lngRow) {
+  return table.input.strId + "___" + column.strId + '_' + std::to_string(lngRow);
+}
+
+const Question* findTable(const PageModel& page, std::string_view strId) {
+  for (const Section& section : page.sections) {
+    for (const Question& question : section.questions) {
+      if (question.blnTable && question.input.strId == strId) return &question;
+    }
+  }
+  return nullptr;
+}
+
+std::int64_t rowCount(const Question& table, const Answers& answers, std::int64_t lngMost) {
+  const std::string_view strCount = answerTo(answers, inputName(table.input.strId) + "_rowCount");
+  std::int64_t lngCount = 0;
+  const auto [last, problem] =
+      std::from_chars(strCount.data(), strCount.data() + strCount.size(), lngCount);
+  if (problem == std::errc::result_out_of_range) lngCount = lngMost + 1;
+  lngCount = std::clamp<std::int64_t>(lngCount, 0, lngMost + 1);
+  const std::string strPrefix = table.input.strId + "___";
+  for (auto each = answers.lower_bound(strPrefix);
+       each != answers.end() && each->first.starts_with(strPrefix); ++each) {
+    if (each->second.empty()) continue;
+    const std::string_view strName = each->first;
+    const std::int64_t lngRow = rowNumber(strName.substr(strName.rfind('_') + 1), lngMost + 1);
+    lngCount = std::max(lngCount, lngRow);
+  }
+  return lngCount;
+}
+
+void completeAnswers(const PageModel& page, Answers& answers, std::int64_t lngMost) {
+  for (const HiddenField& field : page.hidden) {
+    if (field.isFixed()) answers.insert_or_assign(field.strId, field.strValue);
+  }
+  for (const Section& section : page.sections) {
+    for (const Question& question : section.questions) {
+      const std::string strName = inputName(question.input.strId);
+      const std::string strLabel = strName + "_hiddenName";
+      if (question.input.blnLabelGiven) {
+        answers.insert_or_assign(strLabel, question.input.strLabel);
+      } else {
+        answers.try_emplace(strLabel, question.input.strLabel);
+      }
+      if (!question.blnTable) continue;
+      const std::int64_t lngRows = question.blnDynamic
+                                       ? rowCount(question, answers, lngMost)
+                                       : static_cast<std::int64_t>(question.rows.size());
+      answers.insert_or_assign(strName + "_rowCount", std::to_string(lngRows));
+    }
+  }
+}
+
+bool sameAnswers(const PageModel& page, const Answers& left, const Answers& right,
+                 std::int64_t lngMost) {
+  const auto same = [&](const std::string& strName) {
+    return answerTo(left, strName) == answerTo(right, strName);
+  };
+  for (const Section& section : page.sections) {
+    for (const Question& question : section.questions) {
+      if (!question.blnTable && !same(inputName(question.input.strId))) return false;
+      if (!question.blnTable) continue;
+      std::int64_t lngRows = static_cast<std::int64_t>(question.rows.size());
+      if (question.blnDynamic) {
+        lngRows = rowCount(question, left, lngMost);
+        if (lngRows != rowCount(question, right, lngMost)) return false;
+      }
+      for (const Input& column : question.columns) {
+        if (column.blnOutput) continue;
+        for (std::int64_t lngRow = 1; lngRow <= lngRows; ++lngRow) {
+          if (!same(cellName(question, column, lngRow))) return false;
+        }
+      }
+    }
+  }
+  return true;
+}
+
+void removeRow(const Question& table, std::int64_t lngRow, std::int64_t lngCount,
+               Answers& answers) {
+  for (const Input& column : table.columns) {
+    for (std::int64_t at = lngRow; at <= lngCount; ++at) {
+      const auto next = answers.find(cellName(table, column, at + 1));
+      const std::string strName = cellName(table, column, at);
+      if (next == answers.end()) {
+        answers.erase(strName);
+      } else {
+        answers.insert_or_assign(strName, next->second);
+      }
+    }
+  }
+}
+
+Answers answersIn(const std::string& strParkXml, const std::string& strRowCounts) {
+  Answers answers;
+  const Document objPark = Document::create();
+  if (!objPark.loadXML(strParkXml)) return answers;
+  const std::optional<NodeList> colObjects = objPark.getElementsByTagName("prtobjct");
+  for (const Node& objItem : *colObjects) {
+    const std::string strId = objItem.getAttribute("id").value_or("");
+    if (lowered(objItem.getAttribute("objecttype").value_or("")) == "table") {
+      readTable(objItem, strId, answers);
+      continue;
+    }
+    const std::string strValue = objItem.getAttribute("value").value_or("");
+    const bool blnTicked =
+        objItem.getAttribute("type").value_or("") == "check" && !strValue.empty();
+    answers.insert_or_assign(inputName(strId), blnTicked ? "on" : strValue);
+  }
+  const std::optional<NodeList> colHidden = objPark.getElementsByTagName("hdnfld");
+  for (const Node& objItem : *colHidden) {
+    // Under the name of the output; a page asks for it by that of the field.
+    answers.insert_or_assign(std::string(kHiddenPrefix) + objItem.getAttribute("id").value_or(""),
+                             objItem.getAttribute("value").value_or(""));
+  }
+  const auto counts = nlohmann::json::parse(strRowCounts, nullptr, false);
+  if (counts.is_object()) {
+    for (const auto& [strId, count] : counts.items()) {
+      if (!count.is_number_integer()) continue;
+      answers.insert_or_assign(inputName(strId) + "_rowCount",
+                               std::to_string(count.get<std::int64_t>()));
+    }
+  }
+  return answers;
+}
+
+std::string rowCountsOf(const PageModel& page, const Answers& answers, std::int64_t lngMost) {
+  nlohmann::ordered_json counts = nlohmann::ordered_json::object();
+  for (const Section& section : page.sections) {
+    for (const Question& question : section.questions) {
+      if (question.blnTable && question.blnDynamic) {
+        counts[question.input.strId] = rowCount(question, answers, lngMost);
+      }
+    }
+  }
+  return counts.dump();
+}

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "host/Answers.h"
+#include "host/PageModel.h"
+
+// The answers of a form, as its page asks for them. `lngMost` is the most rows that a table may
+// have.
+
+/// The name of a question's input, as the library looks for it, and that of a cell.
+std::string inputName(std::string_view strId);
+std::string cellName(const Question& table, const Input& column, std::int64_t lngRow);
+
+/// The table with this id; null when the page has none.
+const Question* findTable(const PageModel& page, std::string_view strId);
+
+/// How many rows the answers give a dynamic table: what they say, at least the last row that has a
+/// cell. More than `lngMost` is told as `lngMost + 1`.
+std::int64_t rowCount(const Question& table, const Answers& answers, std::int64_t lngMost);
+
+/// Adds what is the host's to say: fixed hidden fields, labels, the number of rows.
+void completeAnswers(const PageModel& page, Answers& answers, std::int64_t lngMost);
+
+/// Whether what people can answer is the same in both.
+bool sameAnswers(const PageModel& page, const Answers& left, const Answers& right,
+                 std::int64_t lngMost);
+
+/// Takes a row away; those behind it move up.
+void removeRow(const Question& table, std::int64_t lngRow, std::int64_t lngCount, Answers& answers);
+
+/// The row counts of the dynamic tables, which a parked form does not tell, as text to be kept.
+std::string rowCountsOf(const PageModel& page, const Answers& answers, std::int64_t lngMost);
+
+/// The answers in a parked form, and the row counts that were kept beside it. A hidden field has
+/// the name of its output behind `kHiddenPrefix`.
+Answers answersIn(const std::string& strParkXml, const std::string& strRowCounts);
+
+// No input has such a name: it is none of those that a page asks the library to read.
+constexpr std::string_view kHiddenPrefix = "hdnfld:";

@@ -1,0 +1,295 @@
+// What the application does with a form that is posted.
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+#include "host/Application.h"
+#include "host/FormAnswers.h"
+#include "host/Log.h"
+#include "host/Moment.h"
+#include "host/Token.h"
+
+using Json = nlohmann::ordered_json;
+
+namespace {
+
+/// Whether another site's page sent the request, as far as the browser tells.
+bool isFromElsewhere(const HttpRequest& request) {
+  if (request.strFetchSite == "cross-site") return true;
+  const std::string& strOrigin = request.strOrigin;
+  if (strOrigin.empty() || strOrigin == "null") return false;
+  const std::size_t lngHost = strOrigin.find("://");
+  return lngHost == std::string::npos || strOrigin.substr(lngHost + 3) != request.strHost;
+}
+
+bool isFormBody(const std::string& strContentType) {
+  std::string strType = lowered(strContentType);
+  std::erase(strType, ' ');
+  std::erase(strType, '"');
+  constexpr std::string_view kForm = "application/x-www-form-urlencoded";
+  if (!strType.starts_with(kForm)) return false;
+  const std::string_view strRest = std::string_view(strType).substr(kForm.size());
+  if (!strRest.empty() && !strRest.starts_with(';')) return false;
+  const std::size_t lngCharset = strRest.find("charset=");
+  return lngCharset == std::string_view::npos ||
+         strRest.substr(lngCharset + 8).starts_with("utf-8");
+}
+
+Metrics::Outcome counted(RunOutcome outcome) {
+  switch (outcome) {
+    case RunOutcome::parked:
+      return Metrics::kParked;
+    case RunOutcome::accepted:
+      return Metrics::kAccepted;
+    case RunOutcome::refused:
+      return Metrics::kRefused;
+    case RunOutcome::notChecked:
+      return Metrics::kNotChecked;
+    default:
+      return Metrics::kFailed;
+  }
+}
+
+}  // namespace
+
+std::optional<HttpResponse> Application::refusal(const HttpRequest& request) const {
+  if (isFromElsewhere(request)) {
+    return trouble(request, 403, "The request came from another site",
+                   "Open the form here and send it from its own page.");
+  }
+  if (!isFormBody(request.strContentType)) {
+    return trouble(request, 415, "The answers came in a form that is not understood",
+                   "A form is sent as application/x-www-form-urlencoded in UTF-8.");
+  }
+  const auto lngFields = std::ranges::count(request.strBody, '&') + 1;
+  if (static_cast<std::size_t>(lngFields) > options_.lngMaxRows) {
+    return trouble(request, 422, "The form is too large",
+                   "It has more fields than are taken at a time. Nothing was saved.");
+  }
+  return std::nullopt;
+}
+
+HttpResponse Application::post(const HttpRequest& request, std::string_view strName,
+                               std::string_view strId) {
+  if (auto refused = refusal(request)) return *std::move(refused);
+  Post post{.request = request,
+            .deployment = nullptr,
+            .stored = {},
+            .answers = decodeBody(request.strBody),
+            .strAction = ""};
+  if (!strId.empty()) {
+    const Metrics::Timer timer(metrics_, Metrics::kStore);
+    std::optional<StoredForm> stored = store_.find(std::string(strId));
+    if (stored) post.stored = *std::move(stored);
+  }
+  post.deployment = deployments_.find(strId.empty() ? strName : post.stored.strDeployment);
+  if (post.deployment == nullptr) {
+    return trouble(request, 404, "There is no such form", "The address may be incomplete.");
+  }
+  post.strAction = answerTo(post.answers, "_action");
+  completeAnswers(post.deployment->page(), post.answers,
+                  static_cast<std::int64_t>(options_.lngMaxRows));
+
+  const TokenState tokenState = checkToken(store_.key(), request.strPath,
+                                           answerTo(post.answers, "_token"), millisecondsNow());
+  if (tokenState != TokenState::good) {
+    logEvent("token-refused", {{"stale", tokenState == TokenState::stale}});
+    FormView view = viewFor(post);
+    view.strNotice = "token";
+    view.blnUnsaved = true;
+    view.lngVersion = rowNumber(answerTo(post.answers, "_version"), INT64_MAX);
+    return page(post, 403, view);
+  }
+  for (const Section& section : post.deployment->page().sections) {
+    for (const Question& question : section.questions) {
+      const auto lngMost = static_cast<std::int64_t>(options_.lngMaxRows);
+      if (question.blnTable && rowCount(question, post.answers, lngMost) > lngMost) {
+        return trouble(request, 422, "The form is too large",
+                       "One of its tables has more rows than are taken. Nothing was saved.");
+      }
+    }
+  }
+
+  const bool blnRows =
+      post.strAction.starts_with("add-row:") || post.strAction.starts_with("remove-row:");
+  if (blnRows) return changeRows(post);
+  if (strId.empty()) return parkNew(post);
+  if (post.strAction == "submit") return submit(post);
+  if (post.strAction.empty() || post.strAction == "park") return parkAgain(post);
+  return trouble(request, 422, "That cannot be done here", "The button is not known.");
+}
+
+HttpResponse Application::changeRows(Post& post) {
+  const std::string_view strAction = post.strAction;
+  const bool blnAdd = strAction.starts_with("add-row:");
+  std::string_view strTable = strAction.substr(strAction.find(':') + 1);
+  const auto lngMost = static_cast<std::int64_t>(options_.lngMaxRows);
+  std::int64_t lngRow = 0;
+  if (!blnAdd) {
+    const std::size_t lngColon = strTable.rfind(':');
+    lngRow =
+        lngColon == std::string_view::npos ? 0 : rowNumber(strTable.substr(lngColon + 1), lngMost);
+    strTable = strTable.substr(0, lngColon);
+  }
+  const Question* const table = findTable(post.deployment->page(), strTable);
+  const std::int64_t lngCount = table == nullptr ? 0 : rowCount(*table, post.answers, lngMost);
+  const bool blnKnown = table != nullptr && table->blnDynamic;
+  if (!blnKnown || (!blnAdd && (lngRow < 1 || lngRow > lngCount)) ||
+      (blnAdd && lngCount >= lngMost)) {
+    return trouble(post.request, 422, "The row cannot be added or removed",
+                   "There is no such table or row, or the table has as many rows as are taken.");
+  }
+  if (!blnAdd) removeRow(*table, lngRow, lngCount, post.answers);
+  post.answers.insert_or_assign(inputName(table->input.strId) + "_rowCount",
+                                std::to_string(blnAdd ? lngCount + 1 : lngCount - 1));
+  FormView view = viewFor(post);
+  // Nothing was saved: the page is still made from the version that it was made from.
+  view.blnUnsaved = true;
+  view.lngVersion = rowNumber(answerTo(post.answers, "_version"), INT64_MAX);
+  return page(post, 200, view);
+}
+
+RunResult Application::run(const Post& post, bool blnSubmit) {
+  RunResult result;
+  {
+    const Metrics::Timer timer(metrics_, Metrics::kRun);
+    result = runForm(*post.deployment, post.answers, blnSubmit);
+  }
+  metrics_.countRun(counted(result.outcome));
+  if (result.outcome == RunOutcome::failed || result.outcome == RunOutcome::notChecked) {
+    logEvent("run-failed", {{"form", post.deployment->name()},
+                            {"id", post.stored.strId},
+                            {"submit", blnSubmit},
+                            {"reason", result.strReason}});
+  }
+  return result;
+}
+
+StoredForm Application::next(const Post& post, const RunResult& run, const char* state) const {
+  StoredForm form = post.stored;
+  form.strDeployment = post.deployment->name();
+  form.strState = state;
+  form.strParkXml = run.strParkXml;
+  form.strRowCounts = rowCountsOf(post.deployment->page(), post.answers,
+                                  static_cast<std::int64_t>(options_.lngMaxRows));
+  form.strResult = Json{{"result", run.result}, {"report", run.report}}.dump(
+      -1, ' ', false, Json::error_handler_t::replace);
+  form.strChanged = momentText();
+  if (form.strCreated.empty()) form.strCreated = form.strChanged;
+  ++form.lngVersion;
+  return form;
+}
+
+HttpResponse Application::notParked(Post& post, const RunResult& result) {
+  FormView view = viewFor(post);
+  view.strNotice = "failed";
+  view.blnUnsaved = true;
+  return page(post, 500, view, &result);
+}
+
+HttpResponse Application::parkNew(Post& post) {
+  const RunResult result = run(post, false);
+  if (result.outcome != RunOutcome::parked) return notParked(post, result);
+  StoredForm form = next(post, result, "parked");
+  form.strId = randomId();
+  {
+    const Metrics::Timer timer(metrics_, Metrics::kStore);
+    store_.create(form);
+  }
+  logEvent("parked", {{"form", form.strDeployment}, {"id", form.strId}, {"version", 1}});
+  return redirect(post.request, "/parked/" + form.strId, form, &result);
+}
+
+HttpResponse Application::parkAgain(Post& post) {
+  if (post.stored.strState == "accepted") return conflict(post);
+  const std::int64_t lngFrom = rowNumber(answerTo(post.answers, "_version"), INT64_MAX);
+  if (lngFrom != post.stored.lngVersion) return conflict(post);
+  const RunResult result = run(post, false);
+  if (result.outcome != RunOutcome::parked) return notParked(post, result);
+  const StoredForm form = next(post, result, "parked");
+  bool blnDone = false;
+  {
+    const Metrics::Timer timer(metrics_, Metrics::kStore);
+    blnDone = store_.replace(form);
+  }
+  if (!blnDone) return conflict(post);
+  logEvent("parked",
+           {{"form", form.strDeployment}, {"id", form.strId}, {"version", form.lngVersion}});
+  return redirect(post.request, "/parked/" + form.strId, form, &result);
+}
+
+/// The form is not what the page was made from. Pressing a button twice is no conflict: what would
+/// be saved is there already.
+HttpResponse Application::conflict(Post& post) {
+  if (auto stored = store_.find(post.stored.strId)) post.stored = *std::move(stored);
+  const bool blnAccepted = post.stored.strState == "accepted";
+  if (blnAccepted && post.strAction == "submit") {
+    return redirect(post.request, "/messages/" + post.stored.strId, post.stored, nullptr);
+  }
+  Answers stored = answersIn(post.stored.strParkXml, post.stored.strRowCounts);
+  if (sameAnswers(post.deployment->page(), post.answers, stored,
+                  static_cast<std::int64_t>(options_.lngMaxRows)) &&
+      post.strAction != "submit") {
+    return redirect(post.request, "/parked/" + post.stored.strId, post.stored, nullptr);
+  }
+  logEvent("conflict", {{"form", post.stored.strDeployment},
+                        {"id", post.stored.strId},
+                        {"version", post.stored.lngVersion}});
+  FormView view = viewFor(post);
+  view.strNotice = blnAccepted ? "accepted" : "conflict";
+  view.blnUnsaved = true;
+  view.stored = std::move(stored);
+  return page(post, 409, view);
+}
+
+HttpResponse Application::submit(Post& post) {
+  if (post.stored.strState == "accepted") return conflict(post);
+  const std::int64_t lngFrom = rowNumber(answerTo(post.answers, "_version"), INT64_MAX);
+  if (lngFrom != post.stored.lngVersion) {
+    const Answers stored = answersIn(post.stored.strParkXml, post.stored.strRowCounts);
+    if (!sameAnswers(post.deployment->page(), post.answers, stored,
+                     static_cast<std::int64_t>(options_.lngMaxRows))) {
+      return conflict(post);
+    }
+  }
+  const RunResult result = run(post, true);
+  if (result.outcome == RunOutcome::accepted) {
+    const StoredForm form = next(post, result, "accepted");
+    bool blnDone = false;
+    {
+      const Metrics::Timer timer(metrics_, Metrics::kStore);
+      blnDone = store_.accept(form, result.strMessage, options_.strDeliver);
+    }
+    if (!blnDone) return conflict(post);
+    logEvent("accepted",
+             {{"form", form.strDeployment}, {"id", form.strId}, {"version", form.lngVersion}});
+    onAccepted_();
+    return redirect(post.request, "/messages/" + form.strId, form, &result);
+  }
+  if (result.outcome != RunOutcome::refused) return saveWithoutVerdict(post, result);
+
+  StoredForm form = next(post, result, "refused");
+  {
+    const Metrics::Timer timer(metrics_, Metrics::kStore);
+    if (!store_.replace(form)) return conflict(post);
+  }
+  logEvent("refused", {{"form", form.strDeployment},
+                       {"id", form.strId},
+                       {"version", form.lngVersion},
+                       {"errors", result.errors.size()}});
+  post.stored = std::move(form);
+  FormView view = viewFor(post);
+  view.errors = result.errors;
+  return page(post, 422, view, &result);
+}
+
+/// Nobody knows whether the message is valid, so it is none; the answers are kept all the same.
+HttpResponse Application::saveWithoutVerdict(Post& post, const RunResult& result) {
+  const RunResult parked = run(post, false);
+  if (parked.outcome != RunOutcome::parked) return notParked(post, result);
+  StoredForm form = next(post, parked, "parked");
+  if (!store_.replace(form)) return conflict(post);
+  post.stored = std::move(form);
+  FormView view = viewFor(post);
+  view.strNotice = "not-checked";
+  return page(post, 500, view, &result);
+}

@@ -30,8 +30,10 @@ install(FILES
 install(FILES "${CMAKE_CURRENT_LIST_DIR}/../src/platform/schema/w3c/LICENSE"
   DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/VarnelXmlCreation" RENAME LICENSE.W3C)
 
-if(TARGET varnel-xml)
-  file(RELATIVE_PATH library_dir "/${CMAKE_INSTALL_BINDIR}" "/${CMAKE_INSTALL_LIBDIR}")
-  set_target_properties(varnel-xml PROPERTIES INSTALL_RPATH "$ORIGIN/${library_dir}")
-  install(TARGETS varnel-xml)
-endif()
+file(RELATIVE_PATH library_dir "/${CMAKE_INSTALL_BINDIR}" "/${CMAKE_INSTALL_LIBDIR}")
+foreach(program IN ITEMS varnel-xml varnel-xml-host)
+  if(TARGET ${program})
+    set_target_properties(${program} PROPERTIES INSTALL_RPATH "$ORIGIN/${library_dir}")
+    install(TARGETS ${program})
+  endif()
+endforeach()

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
+#include <typeinfo>
 
 #include "host/Embedded.h"
 #include "host/FormAnswers.h"
@@ -73,7 +74,8 @@ HttpResponse Application::answer(const HttpRequest& request) noexcept {
       response.headers.emplace_back("Retry-After", "5");
       return response;
     } catch (const std::exception& error) {
-      logEvent("error", {{"reason", error.what()}});
+      // Its text may quote an answer; the kind says enough to begin with.
+      logEvent("error", {{"reason", typeid(error).name()}});
       return trouble(request, 500, "Something went wrong",
                      "The fault is ours and has been recorded. Go back and try again.");
     }
@@ -84,6 +86,10 @@ HttpResponse Application::answer(const HttpRequest& request) noexcept {
 
 HttpResponse Application::trouble(const HttpRequest& request, unsigned lngStatus, const char* title,
                                   std::string_view strText) const {
+  logEvent("request-refused", {{"status", lngStatus},
+                               {"method", request.strMethod.substr(0, 16)},
+                               {"path", request.strPath.substr(0, 100)},
+                               {"reason", title}});
   if (wantsJson(request)) {
     return text(kJson,
                 dumped({{"id", nullptr},

@@ -67,7 +67,7 @@ Place placeOf(const std::string& strStore) {
     throw CannotRun("--store: a quote in the file's name");
   }
   // Every commit is on the disk before it is acknowledged; a lock is waited for.
-  return {"sqlite3", "db=\"" + strFile + "\" timeout=5 synchronous=full"};
+  return {"sqlite3", "db=\"" + strFile + "\" timeout=3 synchronous=full"};
 }
 
 void open(soci::session& sql, const Place& place) {
@@ -164,7 +164,9 @@ struct Store::Pool {
         } catch (const soci::soci_error&) {
           // It was broken, which is why it is closed.
         }
-        if (!blnStale) throw StoreProblem(error.what());
+        // Without its context, which quotes what was to be stored.
+        const std::string strReason = error.get_error_message();
+        if (!blnStale) throw StoreProblem(strReason.substr(0, strReason.find('\n')));
       }
     }
   }

@@ -15,6 +15,7 @@
 
 #include "CannotRun.h"
 #include "host/Embedded.h"
+#include "host/Log.h"
 
 namespace {
 
@@ -148,7 +149,10 @@ std::string Stylesheet::apply(const ViewDocument& view) const {
   const bool blnDone = page && context->state == XSLT_STATE_OK &&
                        xsltSaveResultToString(&text, &lngSize, page.get(), stylesheet) == 0;
   const std::unique_ptr<xmlChar, void (*)(void*)> owned(text, xmlFree);
-  if (!blnDone || text == nullptr) throw std::runtime_error("page.xsl: " + complaint());
+  if (!blnDone || text == nullptr) {
+    logEvent("page-failed", {{"reason", complaint()}});
+    throw std::runtime_error("page.xsl");
+  }
   return {reinterpret_cast<const char*>(text), static_cast<std::size_t>(lngSize)};
 }
 

@@ -341,4 +341,5 @@ void WebServer::run() {
     }
   }
   impl_->workers.reset();
+  impl_->context.poll();  // what was cancelled lets go of the server
 }

@@ -62,7 +62,6 @@ int serve(const HostOptions& options) {
        .refuse =
            [&](const HttpRequest& request, unsigned lngStatus) {
              const Refusal refusal = refusalOf(lngStatus);
-             logEvent("request-refused", {{"status", lngStatus}});
              return application.trouble(request, lngStatus, refusal.title, refusal.text);
            },
        .stopping =

@@ -88,6 +88,9 @@ TEST_F(BadInput, IsToldByStatusAndPage) {
     EXPECT_EQ(answer.status, c.status);
     EXPECT_EQ(answer.shows("<h1>"), c.status >= 400);
     EXPECT_EQ(answer.header("allow").starts_with("GET"), c.status == 405);
+    if (c.status >= 400 && c.status != 403) {
+      EXPECT_NE(host_.log().find("\"status\":" + std::to_string(c.status)), std::string::npos);
+    }
     EXPECT_NE(answer.header("content-security-policy").find("default-src 'none'"),
               std::string::npos);
     if (c.status == 303 && std::string_view(c.method) == "POST") {

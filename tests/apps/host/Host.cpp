@@ -3,6 +3,7 @@
 #include <arpa/inet.h>
 #include <fcntl.h>
 #include <netinet/in.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -160,7 +161,7 @@ bool becomes(const std::function<bool()>& condition) {
   return true;
 }
 
-Host::Host(std::vector<std::string> words) {
+Host::Host(std::vector<std::string> words, std::size_t lngMostFileBytes) {
   words.insert(words.begin(), {VARNEL_HOST_PROGRAM, "--listen", "127.0.0.1:0"});
   child_ = ::fork();
   if (child_ < 0) throw std::runtime_error("fork");
@@ -170,6 +171,8 @@ Host::Host(std::vector<std::string> words) {
     };
     redirect(directory_.at("out"), STDOUT_FILENO);
     redirect(directory_.at("log"), STDERR_FILENO);
+    const rlimit limit{.rlim_cur = lngMostFileBytes, .rlim_max = lngMostFileBytes};
+    if (lngMostFileBytes > 0) ::setrlimit(RLIMIT_FSIZE, &limit);
     std::vector<char*> arguments;
     for (std::string& strWord : words) arguments.push_back(strWord.data());
     arguments.push_back(nullptr);

@@ -122,6 +122,23 @@ TEST_F(Start, IsEndedCleanlyBySigterm) {
   EXPECT_TRUE(next.get(strPlace).shows("Havnehuset"));
 }
 
+TEST_F(Start, WithAStoreThatIsFullLosesNothingThatWasAcknowledged) {
+  const Host host(words(), std::size_t{1} << 20);
+  const std::string strPlace = parked(host, exampleForm("draft.form"));
+  ASSERT_NE(strPlace, "");
+  Form large = exampleForm("draft.form");
+  for (int each = 0; each < 80'000; ++each) large["internalnote"] += "A long answer. ";
+  const HttpAnswer refused = host.post(strPlace, filledIn(host.get(strPlace), large, "park"));
+  EXPECT_EQ(refused.status, 503);
+  EXPECT_NE(refused.header("retry-after"), "");
+  EXPECT_TRUE(refused.shows("The store cannot be reached"));
+  EXPECT_NE(host.log().find("\"store-problem\""), std::string::npos);
+  EXPECT_EQ(host.log().find("A long answer."), std::string::npos);
+
+  EXPECT_TRUE(host.get(strPlace).shows("value=\"Havnehuset\""));
+  EXPECT_NE(parked(host, exampleForm("draft.form")), "");
+}
+
 TEST_F(Start, ServesSeveralDeployments) {
   fs::copy(deployment(), directory_.at("second"), fs::copy_options::recursive);
   const Host host(words({"--deployment", directory_.at("second")}));

@@ -4,16 +4,14 @@
 <xsl:stylesheet version="1.0" xmlns:xsl="http://www.w3.org/1999/XSL/Transform">
   <xsl:output method="html" encoding="UTF-8" indent="no" doctype-system="about:legacy-compat"/>
 
-  <xsl:template name="frame">
-    <xsl:param name="title"/>
-    <xsl:param name="content"/>
+  <xsl:template match="/*">
     <html>
       <xsl:attribute name="lang">
         <xsl:choose><xsl:when test="@lang"><xsl:value-of select="@lang"/></xsl:when><xsl:otherwise>en</xsl:otherwise></xsl:choose>
       </xsl:attribute>
       <head>
         <meta name="viewport" content="width=device-width, initial-scale=1"/>
-        <title><xsl:value-of select="$title"/></title>
+        <title><xsl:apply-templates select="." mode="title"/></title>
         <link rel="stylesheet" href="/static/host.css"/>
         <link rel="icon" href="data:,"/>
         <xsl:call-template name="head"/>
@@ -21,7 +19,7 @@
       <body class="page-{local-name()}">
         <a class="skip" href="#content">Skip to the content</a>
         <header class="masthead"><xsl:call-template name="masthead"/></header>
-        <main id="content" tabindex="-1"><xsl:copy-of select="$content"/></main>
+        <main id="content" tabindex="-1"><xsl:apply-templates select="." mode="content"/></main>
         <footer class="footer"><xsl:call-template name="footer"/></footer>
       </body>
     </html>
@@ -34,76 +32,69 @@
 
   <!-- The list of forms -->
 
-  <xsl:template match="/home">
-    <xsl:call-template name="frame">
-      <xsl:with-param name="title">Forms</xsl:with-param>
-      <xsl:with-param name="content">
-        <h1>Forms</h1>
-        <h2>Fill in a new form</h2>
-        <ul class="forms">
-          <xsl:for-each select="entry">
-            <li><a href="/forms/{@name}"><xsl:value-of select="@title"/></a>
-              <xsl:if test="intro"><p><xsl:value-of select="intro"/></p></xsl:if>
-            </li>
-          </xsl:for-each>
-        </ul>
-        <h2>Open a saved form</h2>
-        <p>A form that was saved has an address of its own, which ends in 32 letters and digits. Open
-          it from your bookmarks or your browser's history, or follow the link that you kept. Whoever
-          knows the address can open the form, so keep it to yourself.</p>
-      </xsl:with-param>
-    </xsl:call-template>
+  <xsl:template match="/home" mode="title">Forms</xsl:template>
+
+  <xsl:template match="/home" mode="content">
+    <h1>Forms</h1>
+    <h2>Fill in a new form</h2>
+    <ul class="forms">
+      <xsl:for-each select="entry">
+        <li><a href="/forms/{@name}"><xsl:value-of select="@title"/></a>
+          <xsl:if test="intro"><p><xsl:value-of select="intro"/></p></xsl:if>
+        </li>
+      </xsl:for-each>
+    </ul>
+    <h2>Open a saved form</h2>
+    <p>A form that was saved has an address of its own, which ends in 32 letters and digits. Open
+      it from your bookmarks or your browser's history, or follow the link that you kept. Whoever
+      knows the address can open the form, so keep it to yourself.</p>
   </xsl:template>
 
   <!-- A form -->
 
-  <xsl:template match="/form">
-    <xsl:variable name="problems" select="problem"/>
-    <xsl:call-template name="frame">
-      <xsl:with-param name="title">
-        <xsl:if test="$problems and not(@notice = 'conflict')">Errors: </xsl:if>
-        <xsl:value-of select="@title"/>
-      </xsl:with-param>
-      <xsl:with-param name="content">
-        <h1><xsl:value-of select="@title"/></h1>
-        <xsl:call-template name="notice"/>
-        <xsl:if test="$problems"><xsl:call-template name="summary"/></xsl:if>
-        <xsl:if test="intro"><p class="intro"><xsl:value-of select="intro"/></p></xsl:if>
-        <xsl:if test="count(section) &gt; 2">
-          <nav class="contents" aria-label="Sections">
-            <ol>
-              <xsl:for-each select="section">
-                <li><a href="#{@id}"><xsl:value-of select="@title"/></a>
-                  <xsl:variable name="wrong" select="count(.//error)"/>
-                  <xsl:if test="$wrong &gt; 0">
-                    <xsl:text> </xsl:text><span class="count"><xsl:value-of select="$wrong"/>
-                      <xsl:choose><xsl:when test="$wrong = 1"> error</xsl:when>
-                        <xsl:otherwise> errors</xsl:otherwise></xsl:choose></span>
-                  </xsl:if>
-                </li>
-              </xsl:for-each>
-            </ol>
-          </nav>
-        </xsl:if>
-        <form method="post" action="{@action}" accept-charset="UTF-8" id="form" novalidate="novalidate"
-              data-state="{@state}" data-unsaved="{@unsaved}" data-notice="{@notice}" autocomplete="off">
-          <!-- Its button is the form's first, so the one that the Enter key presses. -->
-          <xsl:call-template name="bar"/>
-          <input type="hidden" name="_token" value="{@token}"/>
-          <input type="hidden" name="_version" value="{@version}"/>
-          <xsl:for-each select="hidden">
-            <input type="hidden" name="{@name}" value="{@value}"/>
+  <xsl:template match="/form" mode="title">
+    <xsl:if test="problem and not(@notice = 'conflict')">Errors: </xsl:if>
+    <xsl:value-of select="@title"/>
+  </xsl:template>
+
+  <xsl:template match="/form" mode="content">
+    <h1><xsl:value-of select="@title"/></h1>
+    <xsl:call-template name="notice"/>
+    <xsl:if test="problem"><xsl:call-template name="summary"/></xsl:if>
+    <xsl:if test="intro"><p class="intro"><xsl:value-of select="intro"/></p></xsl:if>
+    <xsl:if test="count(section) &gt; 2">
+      <nav class="contents" aria-label="Sections">
+        <ol>
+          <xsl:for-each select="section">
+            <li><a href="#{@id}"><xsl:value-of select="@title"/></a>
+              <xsl:variable name="wrong" select="count(.//error)"/>
+              <xsl:if test="$wrong &gt; 0">
+                <xsl:text> </xsl:text><span class="count"><xsl:value-of select="$wrong"/>
+                  <xsl:choose><xsl:when test="$wrong = 1"> error</xsl:when>
+                    <xsl:otherwise> errors</xsl:otherwise></xsl:choose></span>
+              </xsl:if>
+            </li>
           </xsl:for-each>
-          <fieldset class="all">
-            <xsl:if test="@state = 'accepted'"><xsl:attribute name="disabled">disabled</xsl:attribute></xsl:if>
-            <legend class="hidden">Questions</legend>
-            <xsl:apply-templates select="section"/>
-          </fieldset>
-          <xsl:call-template name="actions"/>
-        </form>
-        <script src="/static/host.js" defer="defer"></script>
-      </xsl:with-param>
-    </xsl:call-template>
+        </ol>
+      </nav>
+    </xsl:if>
+    <form method="post" action="{@action}" accept-charset="UTF-8" id="form" novalidate="novalidate"
+          data-state="{@state}" data-unsaved="{@unsaved}" data-notice="{@notice}" autocomplete="off">
+      <!-- Its button is the form's first, so the one that the Enter key presses. -->
+      <xsl:call-template name="bar"/>
+      <input type="hidden" name="_token" value="{@token}"/>
+      <input type="hidden" name="_version" value="{@version}"/>
+      <xsl:for-each select="hidden">
+        <input type="hidden" name="{@name}" value="{@value}"/>
+      </xsl:for-each>
+      <fieldset class="all">
+        <xsl:if test="@state = 'accepted'"><xsl:attribute name="disabled">disabled</xsl:attribute></xsl:if>
+        <legend class="hidden">Questions</legend>
+        <xsl:apply-templates select="section"/>
+      </fieldset>
+      <xsl:call-template name="actions"/>
+    </form>
+    <script src="/static/host.js" defer="defer"></script>
   </xsl:template>
 
   <xsl:template name="state-text">
@@ -407,46 +398,40 @@
 
   <!-- The receipt -->
 
-  <xsl:template match="/receipt">
-    <xsl:call-template name="frame">
-      <xsl:with-param name="title">Receipt: <xsl:value-of select="@title"/></xsl:with-param>
-      <xsl:with-param name="content">
-        <h1>Receipt</h1>
-        <div class="notice notice-good" role="status"><p>The form was checked and accepted.</p></div>
-        <dl class="receipt">
-          <dt>Form</dt><dd><xsl:value-of select="@title"/></dd>
-          <dt>Accepted</dt><dd><xsl:value-of select="@accepted"/></dd>
-          <dt>Number of the receipt</dt><dd><code><xsl:value-of select="@id"/></code></dd>
-          <dt>What was sent</dt><dd>One message of <xsl:value-of select="@size"/> bytes</dd>
-          <dt>Where it was sent</dt>
-          <dd>
-            <xsl:choose>
-              <xsl:when test="@delivered">To <xsl:value-of select="@target"/>, delivered <xsl:value-of select="@delivered"/></xsl:when>
-              <xsl:when test="@target">To <xsl:value-of select="@target"/>; it is on its way</xsl:when>
-              <xsl:otherwise>It is kept here for download</xsl:otherwise>
-            </xsl:choose>
-          </dd>
-        </dl>
-        <xsl:if test="note"><p><xsl:value-of select="note"/></p></xsl:if>
-        <p class="buttons no-print">
-          <a class="button" href="/messages/{@id}.xml">Download the message</a>
-          <a class="button secondary" href="/parked/{@id}">Show the form</a>
-          <a class="button secondary" href="/forms/{@form}">Fill in another form</a>
-        </p>
-      </xsl:with-param>
-    </xsl:call-template>
+  <xsl:template match="/receipt" mode="title">Receipt: <xsl:value-of select="@title"/></xsl:template>
+
+  <xsl:template match="/receipt" mode="content">
+    <h1>Receipt</h1>
+    <div class="notice notice-good" role="status"><p>The form was checked and accepted.</p></div>
+    <dl class="receipt">
+      <dt>Form</dt><dd><xsl:value-of select="@title"/></dd>
+      <dt>Accepted</dt><dd><xsl:value-of select="@accepted"/></dd>
+      <dt>Number of the receipt</dt><dd><code><xsl:value-of select="@id"/></code></dd>
+      <dt>What was sent</dt><dd>One message of <xsl:value-of select="@size"/> bytes</dd>
+      <dt>Where it was sent</dt>
+      <dd>
+        <xsl:choose>
+          <xsl:when test="@delivered">To <xsl:value-of select="@target"/>, delivered <xsl:value-of select="@delivered"/></xsl:when>
+          <xsl:when test="@target">To <xsl:value-of select="@target"/>; it is on its way</xsl:when>
+          <xsl:otherwise>It is kept here for download</xsl:otherwise>
+        </xsl:choose>
+      </dd>
+    </dl>
+    <xsl:if test="note"><p><xsl:value-of select="note"/></p></xsl:if>
+    <p class="buttons no-print">
+      <a class="button" href="/messages/{@id}.xml">Download the message</a>
+      <a class="button secondary" href="/parked/{@id}">Show the form</a>
+      <a class="button secondary" href="/forms/{@form}">Fill in another form</a>
+    </p>
   </xsl:template>
 
   <!-- A request that has no page -->
 
-  <xsl:template match="/trouble">
-    <xsl:call-template name="frame">
-      <xsl:with-param name="title"><xsl:value-of select="@title"/></xsl:with-param>
-      <xsl:with-param name="content">
-        <h1><xsl:value-of select="@title"/></h1>
-        <p><xsl:value-of select="@text"/></p>
-        <p><a href="/">Show the list of forms</a></p>
-      </xsl:with-param>
-    </xsl:call-template>
+  <xsl:template match="/trouble" mode="title"><xsl:value-of select="@title"/></xsl:template>
+
+  <xsl:template match="/trouble" mode="content">
+    <h1><xsl:value-of select="@title"/></h1>
+    <p><xsl:value-of select="@text"/></p>
+    <p><a href="/">Show the list of forms</a></p>
   </xsl:template>
 </xsl:stylesheet>

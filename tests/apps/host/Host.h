@@ -71,8 +71,8 @@ bool becomes(const std::function<bool()>& condition);
 
 class Host {
  public:
-  /// Starts the host with these words, on a port of its own, and waits until it listens or ends. With
-  /// a limit no file that it writes can be longer.
+  /// Starts the host with these words, on a port of its own, and waits until it listens or ends.
+  /// With a limit no file that it writes can be longer.
   explicit Host(std::vector<std::string> words, std::size_t lngMostFileBytes = 0);
   ~Host();
   Host(const Host&) = delete;

@@ -93,7 +93,7 @@ bool sameAnswers(const PageModel& page, const Answers& left, const Answers& righ
     for (const Question& question : section.questions) {
       if (!question.blnTable && !same(inputName(question.input.strId))) return false;
       if (!question.blnTable) continue;
-      std::int64_t lngRows = static_cast<std::int64_t>(question.rows.size());
+      auto lngRows = static_cast<std::int64_t>(question.rows.size());
       if (question.blnDynamic) {
         lngRows = rowCount(question, left, lngMost);
         if (lngRows != rowCount(question, right, lngMost)) return false;

@@ -26,6 +26,7 @@ struct FormError {
   std::string strMessage;
 };
 
+// NOLINTNEXTLINE(bugprone-exception-escape): moving JSON allocates nothing
 struct RunResult {
   RunOutcome outcome = RunOutcome::failed;
   std::string strParkXml;  // empty when not even the object list could be filled

@@ -101,6 +101,7 @@ xmlNodePtr SchemaFacets::Documents::find(const char* kind, xmlNodePtr from,
 
 /// The definition of an element's type, which may stand in it; null for a built-in one.
 xmlNodePtr SchemaFacets::Documents::typeOf(xmlNodePtr element) const {
+  if (element == nullptr) return nullptr;
   const std::string strType = attribute(element, "type");
   if (!strType.empty()) {
     xmlNodePtr const type = find("complexType", element, strType);

@@ -1,12 +1,14 @@
 #include "Run.h"
 
+#include <chrono>
 #include <stdexcept>
+#include <thread>
 
 namespace Varnel_Tolv_XML_Creation::bench {
 namespace {
 
-Document loaded(const std::string& strFile) {
-  Document objXml = Document::create();
+Document loaded(const std::string& strFile, FileCache& cache) {
+  Document objXml = Document::create({.cache = &cache});
   if (!objXml.load(strFile)) throw std::runtime_error(objXml.parseError().reason);
   return objXml;
 }
@@ -18,13 +20,16 @@ Caller::Caller(const GeneratedDeployment& deployment)
   context_ = {.request = &deployment.form(), .server = &server_};
   host_.objectContext = &context_;
   host_.clock = &clock_;
+  host_.cache = &cache_;
+  // What was written just now is not kept yet.
+  std::this_thread::sleep_for(std::chrono::milliseconds(100));
 }
 
 Outcome Caller::run(Extent extent) const {
   const auto file = [&](const char* strName) { return deployment_.file(strName); };
   BuildXML objBuild(host_);
-  Document objParkXML = loaded(file("objects.xml"));
-  const Document objInfo = loaded(file("protocol.xml"));
+  Document objParkXML = loaded(file("objects.xml"), cache_);
+  const Document objInfo = loaded(file("protocol.xml"), cache_);
   Document objSendXML;
   ValidationUserErrors colUserErrors;
   ValidationIntErrors colIntErrors;

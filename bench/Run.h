@@ -18,21 +18,24 @@ struct Outcome {
   bool blnValid = true;
 };
 
-/// A host that serves submissions of one form. It may be used by any number of threads at once.
+/// A host that serves submissions of one form and keeps its files in a cache, so that every run but
+/// the first ones is warm. It may be used by any number of threads at once.
 class Caller {
  public:
   explicit Caller(const GeneratedDeployment& deployment);
   Caller(const Caller&) = delete;
   Caller& operator=(const Caller&) = delete;
 
-  /// One whole submission on a new instance: loads the object list and every configuration
-  /// document, parks the form, builds the message, checks it and writes both as text. Throws
-  /// std::runtime_error when the run fails in another way than by the schema's verdict.
+  /// One whole submission on a new instance: takes the object list and every configuration document
+  /// from the cache or their files, parks the form, builds the message, checks it and writes both
+  /// as text. Throws std::runtime_error when the run fails in another way than by the schema's
+  /// verdict.
   Outcome run(Extent extent) const;
 
  private:
   const GeneratedDeployment& deployment_;
   const PageServer server_;
+  mutable FileCache cache_;
   const FixedClock clock_{DateTime{2026, 3, 14, 12, 5, 0}};
   ObjectContext context_;
   HostServices host_;

@@ -16,10 +16,13 @@ const TreeNode* idOf(const TreeNode* element) {
 struct Entry {
   std::size_t lngHash;
   std::string_view strId;
+  std::size_t lngPlace;  // in document order
   TreeNode* element;
 
   friend bool operator<(const Entry& left, const Entry& right) {
-    return left.lngHash != right.lngHash ? left.lngHash < right.lngHash : left.strId < right.strId;
+    if (left.lngHash != right.lngHash) return left.lngHash < right.lngHash;
+    const int lngOrder = left.strId.compare(right.strId);
+    return lngOrder != 0 ? lngOrder < 0 : left.lngPlace < right.lngPlace;
   }
 };
 
@@ -32,9 +35,9 @@ void IdIndex::build(const TreeNode* document) {
     const TreeNode* id = idOf(node);
     if (!id) continue;
     const std::string_view strId = valueOf(id);
-    entries.push_back({std::hash<std::string_view>{}(strId), strId, node});
+    entries.push_back({std::hash<std::string_view>{}(strId), strId, entries.size(), node});
   }
-  std::stable_sort(entries.begin(), entries.end());
+  std::sort(entries.begin(), entries.end());
   hashes_.clear();
   elements_.clear();
   hashes_.reserve(entries.size());

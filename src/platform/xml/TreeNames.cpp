@@ -3,9 +3,14 @@
 #include <algorithm>
 #include <cstring>
 
+#include "result/RuntimeError.h"
+
 namespace Varnel_Tolv_XML_Creation {
 
 namespace {
+
+// By chance no bucket holds more than some ten names: so many are made to be slow.
+constexpr std::size_t kMostAlike = 100;
 
 constexpr std::size_t kOdd = 0x9E3779B97F4A7C15;
 
@@ -33,7 +38,7 @@ std::size_t hashOf(std::string_view strPrefix, std::string_view strLocal, std::s
   std::size_t lngHash = hashOf(strLocal);
   if (!strPrefix.empty()) lngHash = (lngHash + hashOf(strPrefix)) * kOdd;
   if (!strUri.empty()) lngHash = (lngHash ^ hashOf(strUri)) * kOdd;
-  return lngHash ^ (lngHash >> 32);
+  return lngHash ^ (lngHash >> 29);  // not by 32, which would undo what `hashOf` did last
 }
 
 }  // namespace
@@ -41,6 +46,9 @@ std::size_t hashOf(std::string_view strPrefix, std::string_view strLocal, std::s
 /// Buckets that are too few are left behind in the arena: together never more than those in use.
 template <class Entry>
 void TreeNames::Buckets<Entry>::add(Arena& arena, Entry* entry) {
+  std::size_t lngAlike = 0;
+  for (const Entry* other = first(entry->lngHash); other; other = other->nextOfHash) ++lngAlike;
+  if (lngAlike > kMostAlike) throw RuntimeError(kXmlFailure, "Too many names are alike.");
   if (lngCount == lngSize) {
     constexpr std::size_t kFirstSize = 8;
     const std::size_t lngMore = std::max(kFirstSize, 2 * lngSize);

@@ -3,6 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
+
+#include "result/RuntimeError.h"
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {
@@ -81,6 +84,26 @@ TEST(TreeNames, FindsEachOfThousandsOfNames) {
       EXPECT_EQ(names.find(strName, number % 2 ? "" : "urn:p"), nullptr);
     }
   }
+}
+
+TEST(TreeNames, RefusesNamesThatAreMadeToBeAlike) {
+  std::vector<std::string> colAlike;
+  for (int number = 0; colAlike.size() < 110; ++number) {
+    Arena arena;
+    TreeNames names;
+    std::string strName = "n" + std::to_string(number);
+    if ((names.get(arena, {}, strName, {})->lngHash & 1023) == 0) {
+      colAlike.push_back(std::move(strName));
+    }
+  }
+  Arena arena;
+  TreeNames names;
+  const auto add = [&] {
+    for (const std::string& strName : colAlike) names.get(arena, {}, strName, {});
+  };
+  EXPECT_THROW(add(), RuntimeError);
+  EXPECT_NE(names.find(colAlike.front(), {}), nullptr);
+  EXPECT_EQ(names.get(arena, {}, "another", {})->strLocal, "another");
 }
 
 }  // namespace

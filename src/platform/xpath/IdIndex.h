@@ -9,6 +9,9 @@
 
 namespace Varnel_Tolv_XML_Creation {
 
+/// How many elements of one id are quickly looked at, such as the rows of all tables that have it.
+inline constexpr std::size_t kFewCandidates = 64;
+
 /// The elements of a tree by the value of their attribute `id` (no namespace), each list in
 /// document order. It is kept sorted by the hashes of the values, so a list is found by halving.
 class IdIndex {

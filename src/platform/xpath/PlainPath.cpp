@@ -137,8 +137,13 @@ class PlainPath {
   /// By the index of ids or, where there is none and the path may begin anywhere, by looking at all
   /// that is in the tree.
   bool find(bool blnFirstOnly, std::vector<TreeNode*>& colFound) const {
+    WorkLimit limit;
     if (strId_ && context_.index != nullptr && isDocument(topOf(start_))) {
-      for (TreeNode* element : context_.index->find(*strId_)) {
+      const auto candidates = context_.index->find(*strId_);
+      // A relative path mostly concerns few nodes: a walk finds them sooner.
+      if (!blnAbsolute_ && candidates.size() > kFewCandidates) return false;
+      for (TreeNode* element : candidates) {
+        limit.count();
         if (!isSelected(element)) continue;
         colFound.push_back(element);
         if (blnFirstOnly) break;
@@ -146,7 +151,6 @@ class PlainPath {
       return true;
     }
     if (!blnAnyDepth_) return false;
-    WorkLimit limit;
     TreeNode* node = isDocument(start_) ? nextBelow(start_, start_) : start_;
     for (; node != nullptr; node = nextBelow(node, start_)) {
       limit.count();

@@ -18,9 +18,6 @@ namespace Varnel_Tolv_XML_Creation {
 
 namespace {
 
-// How many elements are quickly looked at, such as the rows of all tables that have one id.
-constexpr std::size_t kFewCandidates = 64;
-
 /// The id that the conditions of this list demand, if there is one.
 const std::string_view* demandedId(const LocationPath& path, ConditionIndex first) {
   for (ConditionIndex index = first; index != kNoCondition; index = path.conditions[index].next) {

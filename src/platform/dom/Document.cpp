@@ -35,7 +35,7 @@ Document Document::create(const DocumentSettings& settings) {
 
 Document Node::ownerDocument() const {
   DocumentState::target(*this);
-  return Document(state_, nullptr);
+  return Document(state_->host() ? state_->host() : state_, nullptr);
 }
 
 bool Document::load(std::string_view strLocation) const {

@@ -15,8 +15,8 @@ class FileCache;
 /// How a document is made and what it accepts.
 struct DocumentSettings {
   /// A larger input is refused, and so is a write that makes the text written into one document
-  /// more than that. Whatever it is, a document that
-  /// would take more than 1 GiB of memory is refused as well, when it is read and when it is built.
+  /// more than that. Whatever it is, a document that would take more than 1 GiB of memory is
+  /// refused as well, when it is read and when it is built.
   std::size_t lngMaxBytes = std::size_t{64} << 20;
   FileCache* cache = nullptr;  // what `load` reads comes from here where it is known already
   bool blnReadOnly = false;    // whatever would change the document is kXmlFailure; what it loads
@@ -65,7 +65,6 @@ class Document : public Node {
 
  private:
   friend class Node;
-  friend struct DocumentState;
   using Node::Node;
 };
 

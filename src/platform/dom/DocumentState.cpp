@@ -14,6 +14,9 @@ namespace Varnel_Tolv_XML_Creation {
 
 namespace {
 
+constexpr std::string_view kReadOnlyInUse =
+    "A read-only document to which there are handles stays as it is.";
+
 /// Whether a selection might look for an id all over the document.
 bool looksForId(std::string_view strXPath) {
   const bool blnWide = strXPath.starts_with('/') || strXPath.find("//") != std::string_view::npos;
@@ -27,9 +30,10 @@ DocumentState::DocumentState(const DocumentSettings& documentSettings, bool blnT
 
 DocumentState::DocumentState(const DocumentSettings& documentSettings,
                              std::shared_ptr<DocumentState> host)
-    : settings(documentSettings), blnFragment(true), content_(&host->changeable()) {
-  shared_ = std::shared_ptr<const DocumentContent>(std::move(host), content_);
-}
+    : settings(documentSettings),
+      blnFragment(true),
+      host_(std::move(host)),
+      content_(&host_->changeable()) {}
 
 bool DocumentContent::replace(std::size_t lngExpected, bool blnKeepBefore,
                               const std::function<TreeNode*(Tree& tree)>& fill) {
@@ -49,7 +53,6 @@ bool DocumentContent::replace(std::size_t lngExpected, bool blnKeepBefore,
 
   idIndex.drop();
   libraryTree.drop();
-  derived.drop();
   target.setDocument(document);
   if (!blnKeepBefore) {
     tree = std::move(fresh);
@@ -85,10 +88,13 @@ std::shared_ptr<const DocumentContent> DocumentState::read(FileCache& cache,
 
 bool DocumentState::load(std::optional<std::string_view> strText, XmlEncoding encoding,
                          ParseError error, bool blnHandlesExist) {
+  if (shared_ && blnHandlesExist) refuse(kReadOnlyInUse);
   const bool blnLoaded =
       own_->replace(strText ? strText->size() : 0, blnHandlesExist, [&](Tree& tree) -> TreeNode* {
         return strText ? loadTree(tree, *strText, encoding, error) : nullptr;
       });
+  shared_.reset();
+  content_ = &*own_;
   parseError = std::move(error);
   lngWrittenBytes_ = 0;
   return blnLoaded;
@@ -98,7 +104,7 @@ bool DocumentState::take(std::shared_ptr<const DocumentContent> loaded, ParseErr
                          bool blnHandlesExist) {
   const bool blnLoaded = loaded != nullptr;
   if (settings.blnReadOnly) {
-    if (blnHandlesExist) refuse("A read-only document to which there are handles stays as it is.");
+    if (blnHandlesExist) refuse(kReadOnlyInUse);
     own_->replace(0, false, [](Tree&) { return nullptr; });
     shared_ = std::move(loaded);
     content_ = shared_ ? shared_.get() : &*own_;
@@ -144,12 +150,10 @@ void DocumentState::grow(std::size_t lngBytes, std::size_t lngBefore) {
 }
 
 void DocumentState::changing(const TreeNode* parent, bool blnIds) noexcept {
+  if (!parent) return;
   auto& content = const_cast<DocumentContent&>(*content_);
-  content.derived.drop();
-  if (!blnIds && !content.libraryTree.isKept()) return;
-  if (!parent || topOf(parent) != content.tree.document()) return;
   content.libraryTree.changed(parent);
-  if (blnIds) content.idIndex.drop();
+  if (blnIds && topOf(parent) == content.tree.document()) content.idIndex.drop();
 }
 
 SelectionContext DocumentState::selectionContext(TreeNode* node, std::string_view strXPath) const {
@@ -189,43 +193,6 @@ Node DocumentState::handle(const std::shared_ptr<DocumentState>& state, TreeNode
   if (!node) return {};
   // The document has no address of its own in a handle: a load gives it another node.
   return Node(state, node == state->content().tree.document() ? nullptr : node);
-}
-
-NodePlace DocumentState::placeOf(const Node& handle) {
-  NodePlace place;
-  if (handle) place.node_ = target(handle);
-  return place;
-}
-
-Node DocumentState::nodeAt(const Document& objDocument, NodePlace place) {
-  target(objDocument);
-  return handle(objDocument.state_,
-                const_cast<TreeNode*>(static_cast<const TreeNode*>(place.node_)));
-}
-
-Document DocumentState::withoutFaults(const Document& objDocument) {
-  const std::shared_ptr<DocumentState>& state = objDocument.state_;
-  DocumentSettings settings = state->settings;
-  settings.faults = nullptr;
-  settings.blnReadOnly = true;
-  auto view = std::make_shared<DocumentState>(settings, state->blnFragment);
-  view->shared_ = std::shared_ptr<const DocumentContent>(state, state->content_);
-  view->content_ = state->content_;
-  view->selectionNamespaces = state->selectionNamespaces;
-  return Document(std::move(view), nullptr);
-}
-
-NodePlace placeOf(const Node& objNode) { return DocumentState::placeOf(objNode); }
-
-Node nodeAt(const Document& objDocument, NodePlace place) {
-  return DocumentState::nodeAt(objDocument, place);
-}
-
-const void* derived(const Document& objDocument, DerivedData::Maker maker) {
-  DocumentState::target(objDocument);
-  const DerivedData& kept = DocumentState::stateOf(objDocument)->content().derived;
-  if (const void* value = kept.find(maker)) return value;
-  return kept.keep(maker, maker(DocumentState::withoutFaults(objDocument)));
 }
 
 void refuse(std::string_view strReason) { throw RuntimeError(kXmlFailure, strReason); }

@@ -6,8 +6,6 @@
 #include <optional>
 #include <string_view>
 
-#include "platform/dom/Derived.h"
-#include "platform/dom/DerivedData.h"
 #include "platform/dom/Document.h"
 #include "platform/dom/Node.h"
 #include "platform/fault/InjectedFault.h"
@@ -32,7 +30,6 @@ struct DocumentContent {
   LazyIdIndex idIndex;
   ChildNameIndex childNames;
   LibraryTreeCache libraryTree;
-  DerivedData derived;
 };
 
 /// What the handles of one document share. Its tree owns every node that a handle can point to,
@@ -83,12 +80,6 @@ struct DocumentState {
   /// What a selection at `node` needs. `strXPath` tells whether an index would help.
   SelectionContext selectionContext(TreeNode* node, std::string_view strXPath) const;
 
-  static NodePlace placeOf(const Node& handle);
-  static Node nodeAt(const Document& objDocument, NodePlace place);
-
-  /// A document that shares the content of this one, for as long as it lives, and has no faults.
-  static Document withoutFaults(const Document& objDocument);
-
   /// What a handle points to. Run-time error 91 for Nothing.
   static TreeNode* target(const Node& handle);
 
@@ -102,6 +93,9 @@ struct DocumentState {
 
   const DocumentContent& content() const noexcept { return *content_; }
 
+  /// The document in whose content this one is made; null when it has its own.
+  const std::shared_ptr<DocumentState>& host() const noexcept { return host_; }
+
   /// The content to be changed. kXmlFailure for a document that is read-only.
   DocumentContent& changeable();
 
@@ -112,7 +106,8 @@ struct DocumentState {
 
  private:
   std::optional<DocumentContent> own_;
-  std::shared_ptr<const DocumentContent> shared_;  // whose content it uses, if it has not its own
+  std::shared_ptr<const DocumentContent> shared_;  // of a read-only document, from the cache
+  std::shared_ptr<DocumentState> host_;            // of a fragment that is made in its content
   const DocumentContent* content_ = nullptr;
 
   std::size_t lngWrittenBytes_ = 0;  // by writes since the content was loaded

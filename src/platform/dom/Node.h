@@ -128,7 +128,7 @@ class Node {
   Node cloneNode(bool blnDeep) const;
 
   /// The same for an element, made to be placed in the document of `objTarget`, which then need not
-  /// copy it once more.
+  /// copy it once more. Go on with what placing it returns, as with a node of another document.
   Node cloneFor(const Node& objTarget, bool blnDeep) const;
 
  protected:

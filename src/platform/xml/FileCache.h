@@ -9,13 +9,13 @@
 namespace Varnel_Tolv_XML_Creation {
 
 /// What was made of the files of deployments, so that the next run need not read them again: parsed
-/// documents with what was found out about them, and compiled schemas. A host makes one and gives
+/// documents with their indexes, and compiled schemas. A host makes one and gives
 /// it to all its instances (`HostServices::cache`); any number of threads may use it.
 ///
 /// Whatever is taken from it was made of the files as they are: at each use path, device, inode,
 /// size and times are compared, so a file that was changed, replaced or touched is seen by the next
-/// run. What is kept never changes. When it would take more than `lngMaxBytes`, what was not used
-/// for the longest time goes; a run that still uses it does so to its end.
+/// load of it. What is kept never changes. When it would take more than `lngMaxBytes`, what was not
+/// used for the longest time goes; a run that still uses it does so to its end.
 class FileCache {
  public:
   static constexpr std::size_t kDefaultMaxBytes = std::size_t{256} << 20;

@@ -42,8 +42,9 @@ class FilesRead {
   /// Whether the paths still lead to the same files in the same state.
   bool unchanged() const noexcept;
 
-  /// Whether a later write is sure to leave other stamps. A file system's clock goes in steps: two
-  /// writes within one step can leave the same, so what was written just now is not.
+  /// Whether a later write leaves other stamps. A file system's clock goes in steps: two writes
+  /// within one can leave the same, so what was written within the last 20 ms is not settled. That
+  /// is enough for the file systems of this system, not for one that counts whole seconds.
   bool settled() const noexcept;
 
   /// The bytes of all of them together.

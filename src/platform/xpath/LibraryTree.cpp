@@ -187,7 +187,10 @@ xmlNs* LibraryTree::namespaceOf(const TreeName* name) {
 }
 
 void LibraryTreeCache::changed(const TreeNode* parent) noexcept {
-  if (!tree_ || !parent || (!changed_.empty() && changed_.back() == parent)) return;
+  // What has no copy is copied when it comes in. What was taken out still has one, and may come
+  // back.
+  if (!tree_ || !tree_->copyOf(parent)) return;
+  if (!changed_.empty() && changed_.back() == parent) return;
   if (changed_.size() == kMostChanges) return drop();
   changed_.push_back(parent);
 }

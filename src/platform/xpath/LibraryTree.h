@@ -52,11 +52,8 @@ class LibraryTree {
 /// it; only who writes tells of changes.
 class LibraryTreeCache {
  public:
-  /// To be told of each node whose children, attributes or text change; null for none.
+  /// To be told of each node whose children, attributes or text change.
   void changed(const TreeNode* parent) noexcept;
-
-  /// Whether there is a copy, so that changes must be told.
-  bool isKept() const noexcept { return tree_ != nullptr; }
 
   /// To be called when the document becomes another.
   void drop() noexcept { tree_.reset(); }

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <random>
 #include <string>
+#include <vector>
 
 #include "platform/dom/DocumentState.h"
 #include "platform/dom/DomTesting.h"
@@ -45,11 +46,28 @@ TEST(LibraryTree, FollowsWhatIsWrittenWithoutACopyOfTheRest) {
   EXPECT_EQ(objRoot.selectSingleNode("f[last()]/following-sibling::c/@y").text(), "2");
 }
 
+TEST(LibraryTree, KnowsWhatChangedWhileItWasTakenOut) {
+  const Document objDocument = loaded("<r><a><c/></a></r>");
+  const Node objRoot = objDocument.documentElement();
+  const Node objTaken = objRoot.selectSingleNode("a");
+  EXPECT_EQ(objDocument.selectNodes("//a[contains(., 'x')]")->length(), 0);
+  objRoot.removeChild(objTaken);
+  objTaken.removeChild(objTaken.selectSingleNode("c"));
+  objRoot.appendChild(objTaken);
+  EXPECT_EQ(kept(objDocument), fresh(objDocument));
+  EXPECT_EQ(objDocument.selectNodes("//c[position()=1]")->length(), 0);
+  objRoot.removeChild(objTaken);
+  objTaken.setText("x");
+  objRoot.appendChild(objTaken);
+  EXPECT_EQ(objDocument.selectNodes("//a[contains(., 'x')]")->length(), 1);
+}
+
 TEST(LibraryTree, IsAlwaysThatOfTheTreeUnderRandomChanges) {
   std::mt19937 engine(3);
   const auto below = [&](std::size_t count) { return engine() % count; };
   for (int round = 0; round < 60 && !testing::Test::HasFailure(); ++round) {
     const Document objDocument = loaded("<a><b><c/>t<c x='1'/></b><d><!--n--><e>u</e></d></a>");
+    std::vector<Node> colTaken;  // elements that were taken out
     for (int step = 0; step < 200 && !testing::Test::HasFailure(); ++step) {
       SCOPED_TRACE("round " + std::to_string(round) + ", step " + std::to_string(step));
       const NodeList colElements = *objDocument.getElementsByTagName("*");
@@ -62,7 +80,16 @@ TEST(LibraryTree, IsAlwaysThatOfTheTreeUnderRandomChanges) {
       }
       const NodeList colChildren = *objParent.childNodes();
       const Node objAny = colChildren.item(below(colChildren.length() + 1));
-      switch (below(7)) {
+      switch (below(9)) {
+        case 7:
+          if (!colTaken.empty()) colTaken[below(colTaken.size())].setText(std::to_string(step));
+          break;
+        case 8:
+          if (!colTaken.empty()) {
+            const Node objTaken = colTaken[below(colTaken.size())];
+            if (!objTaken.parentNode()) objParent.appendChild(objTaken);
+          }
+          break;
         case 0:
           objParent.setAttribute(below(2) == 0 ? "x" : "y", std::to_string(step));
           break;
@@ -71,6 +98,7 @@ TEST(LibraryTree, IsAlwaysThatOfTheTreeUnderRandomChanges) {
           break;
         case 2:
           if (objAny) objParent.removeChild(objAny);
+          if (objAny && objAny.nodeType() == NodeType::element) colTaken.push_back(objAny);
           break;
         case 3:
           if (below(4) == 0 || colChildren.length() == 0) objParent.setText("t");

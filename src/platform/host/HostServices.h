@@ -8,6 +8,7 @@
 #include "platform/host/WebRequest.h"
 #include "platform/text/Date.h"
 #include "platform/xml/FileCache.h"
+#include "result/RunReport.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
@@ -24,6 +25,9 @@ struct HostServices {
   /// The OASIS XML catalog file in which a schema's imports are looked up whose own files do not
   /// exist; empty: none. A catalog.xml in the folder of the schema is asked behind it in any case.
   std::string strSchemaCatalog = {};
+
+  RunReport* report = nullptr;  // null: nobody asks, and nothing is kept. Each run starts it anew
+  bool blnJournal = false;      // whether the report has a journal
 };
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -1,0 +1,99 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// What really happened in a run, for a host that asks for it (`HostServices::report`). It stands
+// beside the result and the two collections of errors, which keep to what callers rely on: one
+// user error for each question, and a run that counts as successful although its check broke down.
+// Plain data; a failed run fills it too, as far as it came.
+
+namespace Varnel_Tolv_XML_Creation {
+
+/// What the schema says about the message as it is handed out.
+enum class Verdict : std::uint8_t {
+  notAsked,
+  valid,
+  invalid,
+  notChecked,  // asked for, and could not be carried out or finished
+};
+
+/// "not-asked", "valid", "invalid", "not-checked".
+std::string_view verdictName(Verdict verdict) noexcept;
+
+enum class ViolationKind : std::uint8_t {
+  missingChild,
+  unexpectedChild,
+  undeclaredElement,
+  value,
+  text,
+  missingAttribute,
+  undeclaredAttribute,
+  attributeValue,
+  identity,
+  other,
+};
+
+/// The name with hyphens: "missing-child".
+std::string_view violationKindName(ViolationKind kind) noexcept;
+
+/// One violation of the schema, with what a host needs to word it in a language of its own. An
+/// error that no question can mend has empty ids.
+struct SchemaViolation {
+  ViolationKind kind = ViolationKind::other;
+  std::string facet;      // the name that XML Schema gives the facet that failed, or empty
+  std::string path;       // of the element, a position in every step: "/m:Case[1]/m:Row[3]"
+  std::string attribute;  // the name of the attribute concerned, or empty
+  std::string value;      // the value that is wrong, or empty
+  std::string limit;      // the facet's own value, or empty
+  std::vector<std::string> allowed;   // the values of an enumeration, in the schema's order
+  std::vector<std::string> expected;  // the elements that could stand there
+  std::string message;                // one line, in plain words
+  std::string questionId;
+  std::string questionText;
+  std::string rowIndex;
+  std::string columnId;
+  std::string columnText;
+};
+
+/// An answer that was not blank and did not reach the message although its mapping says that it is
+/// sent, or a row or cell that was left behind.
+struct AnswerLoss {
+  std::string questionId;
+  std::string rowIndex;
+  std::string columnId;
+  std::string value;
+  std::string reason;    // a code: "no-mapping", "row-beyond-count", "removed-as-empty" ...
+  std::string file;      // the configuration file that decides, as its path was given; or empty
+  std::size_t line = 0;  // in that file, from 1; 0 when there is no place
+};
+
+enum class JournalOutcome : std::uint8_t { written, leftOut, lost };
+
+/// "written", "left-out", "lost".
+std::string_view journalOutcomeName(JournalOutcome outcome) noexcept;
+
+/// What became of one field, cell or hidden field.
+struct JournalEntry {
+  std::string questionId;
+  std::string rowIndex;
+  std::string columnId;
+  std::string value;
+  JournalOutcome outcome = JournalOutcome::written;
+  std::vector<std::string> places;  // in the message, as SchemaViolation::path
+  std::string file;                 // the rule that decided, as in AnswerLoss
+  std::size_t line = 0;
+};
+
+struct RunReport {
+  Verdict verdict = Verdict::notAsked;
+  std::string reason;                       // of notChecked, in plain words; else empty
+  std::vector<SchemaViolation> violations;  // all of them, in document order
+  std::vector<AnswerLoss> losses;           // in document order
+  std::vector<JournalEntry> journal;        // in document order; only on request
+};
+
+}  // namespace Varnel_Tolv_XML_Creation

@@ -24,6 +24,11 @@ bool operator==(const Node& left, const Node& right) noexcept {
   return left.state_ == right.state_ && left.node_ == right.node_;
 }
 
+std::size_t Node::lineNumber() const {
+  const TreeNode* const node = DocumentState::target(*this);
+  return isElement(node) ? asParent(node)->lngLine : 0;
+}
+
 NodeType Node::nodeType() const {
   switch (DocumentState::target(*this)->kind) {
     case NodeKind::element:

@@ -73,6 +73,10 @@ class Node {
   /// same document, less any text of nothing but white space, which a load drops.
   std::string xml() const;
 
+  /// The line, from 1, of the file from which an element was loaded, where its start tag ends; a
+  /// copy has that of its original. 0 for an element that was made, and for every other node.
+  std::size_t lineNumber() const;
+
   bool hasChildNodes() const;
 
   /// The children at this moment, in order: later changes do not change the list.

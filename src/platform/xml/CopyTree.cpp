@@ -16,6 +16,7 @@ class Copier {
       return target_.newLeaf(source->kind, ownName(source->name), valueOf(source));
     }
     TreeNode* const element = target_.newElement(ownName(source->name));
+    asParent(element)->lngLine = asParent(source)->lngLine;
     TreeNode** link = &asParent(element)->attributes;
     for (const TreeNode* from = asParent(source)->attributes; from; from = from->next) {
       *link = copy(from);

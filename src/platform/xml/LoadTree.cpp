@@ -20,9 +20,10 @@ class TreeBuilder {
  public:
   explicit TreeBuilder(Tree& tree) : tree_(tree), open_(tree.newDocument()) {}
 
-  void start(const TreeName* name) {
+  void start(const TreeName* name, int line) {
     flushText();
     TreeNode* const element = tree_.newElement(name);
+    asParent(element)->lngLine = static_cast<std::uint32_t>(line);
     linkNode(open_, element, nullptr);
     open_ = element;
     lastAttribute_ = &asParent(element)->attributes;
@@ -127,7 +128,8 @@ void onStartElement(void* context, const xmlChar* name, const xmlChar* prefix, c
                     int namespaceCount, const xmlChar** namespaces, int attributeCount,
                     int /*defaultedCount*/, const xmlChar** attributes) {
   GuardedParser::build<TreeBuilder>(context, [&](TreeBuilder& builder) {
-    builder.start(builder.name(name, prefix, uri));
+    builder.start(builder.name(name, prefix, uri),
+                  static_cast<xmlParserCtxt*>(context)->input->line);
     for (int at = 0; at < namespaceCount; ++at, namespaces += 2) {
       const TreeName* declared = builder.name(xmlText(""), namespaces[0], namespaces[1]);
       builder.attribute(NodeKind::declaration, declared, {});

@@ -8,7 +8,7 @@
 
 namespace Varnel_Tolv_XML_Creation {
 
-static_assert(sizeof(TreeNode) == 48 && sizeof(TreeElement) == 64);
+static_assert(sizeof(TreeNode) == 48 && sizeof(TreeElement) == 72);
 
 bool isDeclaration(const TreeNode* node) noexcept {
   return node->kind == NodeKind::instruction && node->name->strQualified == "xml";

@@ -48,6 +48,7 @@ struct TreeNode {
 struct TreeElement : TreeNode {
   TreeNode* last = nullptr;
   TreeNode* attributes = nullptr;  // in the order written, behind the namespace declarations
+  std::uint32_t lngLine = 0;       // of the file, where its start tag ends; 0 for what was made
 };
 
 inline bool isElement(const TreeNode* node) noexcept { return node->kind == NodeKind::element; }

@@ -24,6 +24,7 @@ TEST(Node, OfNothingTestsFalseAndRaises91WhenUsed) {
   raises([&] { objNothing.text(); });
   raises([&] { objNothing.setText(""); });
   raises([&] { objNothing.xml(); });
+  raises([&] { objNothing.lineNumber(); });
   raises([&] { objNothing.hasChildNodes(); });
   raises([&] { objNothing.childNodes(); });
   raises([&] { objNothing.parentNode(); });
@@ -43,6 +44,19 @@ TEST(Node, OfNothingTestsFalseAndRaises91WhenUsed) {
   raises([&] { objRoot.insertBefore(objRoot, objNothing); });
   raises([&] { objRoot.removeChild(objNothing); });
   raises([&] { objRoot.getNamedItem("missing").text(); });
+}
+
+TEST(Node, TellsTheLineOfAnElementThatWasLoaded) {
+  const Document objDocument = loaded("<a>\n<b\n x='1'>\n\n<c/></b>text</a>");
+  const Node objRoot = objDocument.documentElement();
+  const Node objB = objRoot.selectSingleNode("b");
+  EXPECT_EQ(objRoot.lineNumber(), 1u);
+  EXPECT_EQ(objB.lineNumber(), 3u);
+  EXPECT_EQ(objB.selectSingleNode("c").lineNumber(), 5u);
+  EXPECT_EQ(objB.cloneNode(true).selectSingleNode("c").lineNumber(), 5u);
+  EXPECT_EQ(objB.getNamedItem("x").lineNumber(), 0u);
+  EXPECT_EQ(objDocument.lineNumber(), 0u);
+  EXPECT_EQ(objDocument.createElement("d").lineNumber(), 0u);
 }
 
 TEST(Node, TellsItsTypeAndNames) {

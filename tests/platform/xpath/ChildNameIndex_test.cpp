@@ -40,7 +40,7 @@ std::optional<ChildNameIndex::Match> known(const Node& objParent, std::string_vi
                                            std::string_view strUri = {}) {
   const DocumentState& state = *DocumentState::stateOf(objParent);
   return state.content().childNames.find(DocumentState::target(objParent),
-                               state.content().tree.names().find(strLocal, strUri));
+                                         state.content().tree.names().find(strLocal, strUri));
 }
 
 TEST(ChildNameIndex, KnowsManyChildrenAfterALoadAndFewAtAnyTime) {

@@ -81,10 +81,12 @@ TEST(LazyIdIndex, LivesUntilAnElementWithAnIdComesOrGoes) {
     SCOPED_TRACE(c.says);
     const Document objDocument = loaded("<r><a id='1'><b/></a><e><f id='2'/></e><b/></r>");
     const DocumentState& state = *DocumentState::stateOf(objDocument);
-    const IdIndex* const before = state.content().idIndex.get(state.content().tree.document(), false);
+    const IdIndex* const before =
+        state.content().idIndex.get(state.content().tree.document(), false);
     ASSERT_NE(before, nullptr);
     c.change(objDocument, objDocument.documentElement());
-    EXPECT_EQ(state.content().idIndex.get(state.content().tree.document(), false), c.blnLives ? before : nullptr);
+    EXPECT_EQ(state.content().idIndex.get(state.content().tree.document(), false),
+              c.blnLives ? before : nullptr);
     EXPECT_EQ(objDocument.selectNodes("//*[@id='2']")->length(),
               objDocument.selectNodes("//*[@id='2' or @id='2']")->length());
   }

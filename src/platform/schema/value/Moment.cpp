@@ -260,8 +260,11 @@ std::partial_ordering operator<=>(const Duration& left, const Duration& right) n
       {{1696, 9}, {1697, 2}, {1903, 3}, {1903, 7}}};
   std::optional<std::strong_ordering> common;
   for (const auto& [lngYear, lngMonth] : kBegins) {
-    const auto end = [&](const Duration& duration) {
-      return dayNumber(lngYear, lngMonth + sign * duration.lngMonths, 1) + sign * duration.lngDays;
+    // Clang 14 lets no lambda capture a structured binding by its own name.
+    const auto end = [&, lngFirstYear = lngYear,
+                      lngFirstMonth = lngMonth](const Duration& duration) {
+      return dayNumber(lngFirstYear, lngFirstMonth + sign * duration.lngMonths, 1) +
+             sign * duration.lngDays;
     };
     std::strong_ordering order = end(left) <=> end(right);
     if (std::is_eq(order)) order = left.blnNegative ? 0 <=> rest : rest;

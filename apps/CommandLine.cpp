@@ -24,12 +24,13 @@ std::vector<std::string> withEmptyValuesApart(std::vector<std::string> words) {
   return apart;
 }
 
-void addOptions(CLI::App& build) {
+void addOptions(const Command& command, CLI::App& app) {
   for (const OptionRow& row : optionTable()) {
+    if ((row.commands & command.id) == 0) continue;
     const std::string name = std::string("--") + row.name;
     CLI::Option* const option = row.kind == OptionKind::flag
-                                    ? build.add_flag(name)
-                                    : build.add_option(name)->expected(1)->type_size(1);
+                                    ? app.add_flag(name)
+                                    : app.add_option(name)->expected(1)->type_size(1);
     option->description(row.help)->group(row.group);
     // What is given twice is told below, in words that say what to do.
     option->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
@@ -37,11 +38,12 @@ void addOptions(CLI::App& build) {
   }
 }
 
-OptionValues givenOptions(const CLI::App& build) {
+OptionValues givenOptions(const Command& command, const CLI::App& app) {
   OptionValues values;
   for (const OptionRow& row : optionTable()) {
+    if ((row.commands & command.id) == 0) continue;
     const std::string name = std::string("--") + row.name;
-    const CLI::Option* const option = build.get_option(name);
+    const CLI::Option* const option = app.get_option(name);
     if (option->count() == 0) continue;
     if (option->count() > 1) {
       throw CannotRun(name + ": given " + std::to_string(option->count()) +
@@ -60,20 +62,35 @@ CommandLine readCommandLine(std::vector<std::string> words) {
                "varnel-xml");
   app.require_subcommand(0, 1);  // none is told below, after a word that is none
   app.set_version_flag("--version", kVersion);
-  CLI::App* const build = app.add_subcommand("build", "Runs one submission.");
-  build->set_version_flag("--version", kVersion);
-  addOptions(*build);
+  std::vector<std::string> operands;
+  std::vector<std::string> names;
+  for (const Command& command : commands()) {
+    CLI::App* const one = app.add_subcommand(command.name, command.help);
+    one->set_version_flag("--version", kVersion);
+    addOptions(command, *one);
+    if (command.operands) {
+      one->add_option("operands", operands)->type_name(command.operands)->required();
+    }
+    names.emplace_back(command.name);
+  }
 
   try {
     words = withEmptyValuesApart(std::move(words));
     std::ranges::reverse(words);  // the parser takes them from the back
     app.parse(std::move(words));
-    if (!build->parsed()) throw CannotRun("a sub-command is required: build");
-    return {.textToPrint = std::nullopt, .options = givenOptions(*build)};
+    for (const Command& command : commands()) {
+      const CLI::App* const one = app.get_subcommand(command.name);
+      if (one->parsed()) {
+        return {.command = &command,
+                .options = givenOptions(command, *one),
+                .operands = std::move(operands)};
+      }
+    }
+    throw CannotRun("a sub-command is required: " + CLI::detail::join(names, ", "));
   } catch (const CLI::Success& success) {
     std::ostringstream text;
     app.exit(success, text, text);
-    return {.textToPrint = text.str(), .options = {}};
+    return {.textToPrint = text.str()};
   } catch (const CLI::Error& error) {
     throw CannotRun(error.what());
   }

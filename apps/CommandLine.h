@@ -4,12 +4,14 @@
 #include <string>
 #include <vector>
 
-#include "OptionTable.h"
+#include "Commands.h"
 
-/// What the command line asks for: a text to print (help or version), or the options of a build.
+/// What the command line asks for: a text to print (help or version), or a sub-command.
 struct CommandLine {
-  std::optional<std::string> textToPrint;
-  OptionValues options;
+  std::optional<std::string> textToPrint = std::nullopt;
+  const Command* command = nullptr;  // null when a text is to be printed
+  OptionValues options = {};
+  std::vector<std::string> operands = {};  // the words that are no options
 };
 
 /// Reads the words after the program's name. The word after an option is its value, whatever it

@@ -6,8 +6,13 @@
 #include <string>
 #include <string_view>
 
-// The options of `varnel-xml build`, written once: the command line and deployment.json are both
-// read by this table.
+// The options of `varnel-xml`, written once: the command line of every sub-command and
+// deployment.json are read by this table.
+
+/// The sub-commands; an option names those that take it by a set of these bits.
+enum CommandId : unsigned {
+  kBuild = 1,
+};
 
 enum class OptionKind {
   file,             // an input's name: below DIR when deployment.json has it
@@ -22,6 +27,7 @@ struct OptionRow {
   const char* placeholder;  // what the help shows for the value
   const char* group;        // the heading under which the help lists it
   const char* help;
+  unsigned commands;  // that take it
 };
 
 std::span<const OptionRow> optionTable();

@@ -4,11 +4,10 @@
 #include <exception>
 #include <string_view>
 
+#include "ExitStatus.h"
 #include "Files.h"
 
 namespace {
-
-constexpr int kCouldNotRun = 2;
 
 /// Tells the reason in one line: what it quotes may hold line ends.
 int couldNotRun(const char* strProgram, std::string_view strReason) noexcept {

@@ -6,10 +6,12 @@
 #include <string>
 #include <string_view>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include "CannotRun.h"
 #include "Files.h"
+#include "Options.h"
 #include "OutputFile.h"
 #include "ResultJson.h"
 #include "interface/BuildXML.h"
@@ -122,7 +124,8 @@ class RunFiles {
 
 }  // namespace
 
-bool runBuild(const Options& options) {
+ExitStatus runBuild(OptionValues values, const std::vector<std::string>& /*operands*/) {
+  const Options options = readOptions(std::move(values));
   RunFiles files(options);
   const bool blnTraceToFile = options.trace && *options.trace != kStandardStream;
   OutputFile* const parkFile =
@@ -168,5 +171,5 @@ bool runBuild(const Options& options) {
   // The standard streams last: when a file fails, only the line that says so stands there.
   if (options.trace && !blnTraceToFile) writeStandardError(trace.text());
   if (!resultFile) writeStandardOutput(strResult);
-  return objAck.Success();
+  return objAck.Success() ? kSucceeded : kFailed;
 }

@@ -4,14 +4,9 @@
 
 #include "CommandLine.h"
 #include "Files.h"
-#include "Options.h"
 #include "ProgramMain.h"
-#include "RunBuild.h"
 
 namespace {
-
-constexpr int kSucceeded = 0;
-constexpr int kFailed = 1;
 
 int run(std::vector<std::string> words) {
   CommandLine commandLine = readCommandLine(std::move(words));
@@ -19,7 +14,7 @@ int run(std::vector<std::string> words) {
     writeStandardOutput(*commandLine.textToPrint);
     return kSucceeded;
   }
-  return runBuild(readOptions(std::move(commandLine.options))) ? kSucceeded : kFailed;
+  return commandLine.command->run(std::move(commandLine.options), commandLine.operands);
 }
 
 }  // namespace

@@ -86,8 +86,8 @@ inline std::map<std::string, Verdict> otherVerdicts(const std::string& strList) 
     for (const char* other :
          {"no declaration found", "for content model", "in content model", "by content model",
           "is not declared for element", "missing required attribute", "identity constraint",
-          "is nil and must be empty", "is abstract", "grammar not found for namespace",
-          "xsi:type"}) {
+          "is nil and must be empty", "specified for non-nillable", "is abstract",
+          "grammar not found for namespace", "xsi:type"}) {
       blnValue = blnValue && strLine.find(other) == std::string::npos;
     }
     if (blnValue) verdict->badValues.insert(lngLine);

@@ -101,6 +101,11 @@ void executeAll(soci::session& sql, std::string_view strStatements) {
 void migrate(soci::session& sql) {
   sql << "CREATE TABLE IF NOT EXISTS migration (number BIGINT PRIMARY KEY, "
          "applied VARCHAR(32) NOT NULL)";
+  long long lngLast = 0;
+  sql << "SELECT COALESCE(MAX(number), 0) FROM migration", soci::into(lngLast);
+  if (lngLast > migrations().back().lngNumber) {
+    throw CannotRun("--store: its tables are those of a newer version");
+  }
   for (const Migration& migration : migrations()) {
     long long lngApplied = 0;
     sql << "SELECT COUNT(*) FROM migration WHERE number = :n", soci::use(migration.lngNumber),

@@ -4,7 +4,10 @@
   "use strict";
   var form = document.getElementById("form");
   var summary = document.getElementById("summary");
-  if (summary) summary.focus();
+  // A browser that knows `autofocus` there has done it by the first frame.
+  if (summary) requestAnimationFrame(function () {
+    if (document.activeElement !== summary) summary.focus();
+  });
   if (!form || form.dataset.state === "accepted") return;
 
   var state = document.getElementById("state");

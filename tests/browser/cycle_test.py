@@ -1,0 +1,162 @@
+"""A form from the list of forms to its receipt, as people go through it."""
+
+import subprocess
+import unittest
+
+from browser import EXAMPLE, BrowserTest, answers_of
+from selenium.webdriver.common.by import By
+
+MISTAKES = {
+    "casenumber": "2025/412",
+    "reporttitle": "Roof",
+    "town": "",
+    "inspectiondate": "31.02.2026",
+    "floorarea": "about 900",
+    "areas___remark_5": "x" * 200,
+    "meters___reading_1": "much",
+}
+
+
+class Cycle(BrowserTest):
+    def test_leads_from_the_list_of_forms_to_the_receipt(self):
+        self.open("/")
+        self.go(self.driver.find_element(By.LINK_TEXT, "Building inspection report"))
+        self.assertEqual(self.path(), "/forms/inspection")
+        self.assertEqual(self.state(), "New, not saved yet")
+        self.picture(f"empty-{self.size[0]}")
+
+        draft = answers_of("draft.form")
+        self.fill(draft)
+        self.press("park")
+        self.assertRegex(self.path(), "^/parked/[0-9a-f]{32}$")
+        self.assertEqual(self.state(), "Saved, not sent yet")
+        parked = self.path()
+
+        # On another day.
+        self.open("/")
+        self.open(parked)
+        for name in ("buildingname", "inspectionkind", "owneraddress", "basement"):
+            kept = self.value(name)
+            told = draft.get(name, "")
+            self.assertEqual(kept, bool(told) if isinstance(kept, bool) else
+                             told.replace("\r\n", "\n"), name)
+
+        complete = answers_of("complete.form")
+        self.fill({**complete, **MISTAKES})
+        self.press("submit")
+        self.assertEqual(self.path(), parked)
+        self.assertEqual(self.state(), "Saved, not sent: it has errors")
+        self.picture(f"errors-{self.size[0]}")
+        self.check_errors()
+        for name, value in MISTAKES.items():
+            self.assertEqual(self.value(name), value, name)
+
+        self.fill(complete)
+        self.press("submit")
+        self.assertEqual(self.path(), "/messages/" + parked.rsplit("/", 1)[1])
+        self.assertIn("checked and accepted", self.find("main").text)
+        self.picture(f"receipt-{self.size[0]}")
+        self.check_message(parked.rsplit("/", 1)[1])
+
+        self.open(parked)
+        self.assertEqual(self.state(), "Sent and accepted")
+        self.assertFalse(self.inputs("casenumber")[0].is_enabled())
+        self.assertEqual(self.all("button[value=submit]"), [])
+
+    def check_errors(self):
+        """Each mistake has its error, tied to its input, and a link in the summary that leads to
+        it."""
+        for name in MISTAKES:
+            found = self.inputs(name)[0]
+            self.assertEqual(found.get_attribute("aria-invalid"), "true", name)
+            described = found.get_attribute("aria-describedby").split()
+            error = self.find("#" + described[0])
+            self.assertTrue(described[0].endswith("-error"), name)
+            self.assertGreater(len(error.text), 10, name)
+        wrong = self.all("input[aria-invalid=true], select[aria-invalid=true],"
+                         "textarea[aria-invalid=true], fieldset[aria-invalid=true]")
+        self.assertEqual(len(wrong), len(MISTAKES))
+        links = self.all("#summary a")
+        self.assertEqual(len(links), len(MISTAKES))
+        if self.scripts:
+            self.assertEqual(self.focused().get_attribute("id"), "summary")
+        for link, target in zip(links, wrong):
+            anchor = link.get_attribute("href").split("#")[1]
+            self.assertEqual(anchor, target.get_attribute("id"))
+            link.click()
+            self.wait(lambda: self.focused() == target)  # pylint: disable=cell-var-from-loop
+
+    def check_message(self, number):
+        self.wait(lambda: (self.host.inbox / f"{number}.xml").exists())
+        link = self.driver.find_element(By.LINK_TEXT, "Download the message")
+        self.assertEqual(link.get_attribute("href"), f"{self.host.url}/messages/{number}.xml")
+        subprocess.run(
+            ["xmllint", "--nonet", "--noout", "--schema", EXAMPLE / "schema" / "inspection.xsd",
+             self.host.inbox / f"{number}.xml"],
+            check=True, capture_output=True)
+
+
+class CycleInANarrowWindow(Cycle):
+    size = (390, 844)
+
+    def test_needs_no_scrolling_sideways(self):
+        for path in ("/", "/forms/inspection"):
+            self.open(path)
+            widths = self.driver.execute_script(
+                "return [document.documentElement.scrollWidth, window.innerWidth]")
+            self.assertLessEqual(widths[0], widths[1], path)
+
+
+class CycleWithoutScripts(Cycle):
+    scripts = False
+
+
+class Rows(BrowserTest):
+    def rows(self):
+        return len(self.all("#q-meters tbody > tr"))
+
+    def test_come_and_go_without_a_round_trip(self):
+        self.open("/forms/inspection")
+        page = self.find("html")
+        self.answer("meters___reading_1", "17")
+        before = self.rows()
+        self.button("add-row:meters").click()
+        self.assertEqual(self.rows(), before + 1)
+        self.assertEqual(self.focused().get_attribute("name"), f"meters___meter_{before + 1}")
+        self.assertEqual(self.value("meters_rowCount"), str(before + 1))
+        self.answer(f"meters___reading_{before + 1}", "18")
+        self.button("remove-row:meters:1").click()
+        self.assertEqual(self.rows(), before)
+        self.assertEqual(self.value("meters___reading_1"), "18" if before == 1 else "")
+        self.assertFalse(self.is_gone(page))
+
+    def test_keep_their_answers_when_they_are_saved(self):
+        self.open("/forms/inspection")
+        self.button("add-row:meters").click()
+        self.answer("meters___reading_2", "18")
+        self.press("park")
+        self.assertEqual(self.value("meters___reading_2"), "18")
+
+
+class Conflict(BrowserTest):
+    def test_shows_both_answers_and_overwrites_nothing(self):
+        self.open("/forms/inspection")
+        self.answer("town", "Brønnsund")
+        self.press("park")
+        parked = self.path()
+        first = self.driver.current_window_handle
+        self.driver.switch_to.new_window("tab")
+        self.open(parked)
+        self.answer("town", "Kråkhavn")
+        self.press("park")
+        self.driver.switch_to.window(first)
+        self.answer("town", "Sandvik")
+        self.press("park")
+        self.assertIn("saved elsewhere", self.find("[role=alert]").text)
+        self.assertEqual(self.value("town"), "Sandvik")
+        self.assertIn("Kråkhavn", self.find("#q-town-stored").text)
+        self.picture("conflict-1280")
+
+
+if __name__ == "__main__":
+    unittest.main()

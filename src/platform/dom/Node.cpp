@@ -68,6 +68,12 @@ std::string Node::nodeName() const {
 
 std::string Node::baseName() const { return std::string(withoutPrefix(nodeName())); }
 
+std::string Node::namespaceUri() const {
+  const TreeNode* node = DocumentState::target(*this);
+  const bool blnNamed = isElement(node) || isAttribute(node);
+  return blnNamed ? std::string(node->name->uri->strText) : std::string();
+}
+
 std::string Node::text() const {
   const TreeNode* node = DocumentState::target(*this);
   if (state_->givesNothing(DomOperation::readText)) return {};
@@ -109,6 +115,22 @@ std::optional<std::string> Node::getAttribute(std::string_view strName) const {
   const TreeNode* attribute = findAttribute(element, strName);
   if (!attribute) return std::nullopt;
   return std::string(valueOf(attribute));
+}
+
+std::vector<NodeAttribute> Node::attributes() const {
+  const TreeNode* element = DocumentState::targetElement(*this);
+  if (state_->givesNothing(DomOperation::getAttribute)) return {};
+  std::vector<NodeAttribute> attributes;
+  for (const TreeNode* item = asParent(element)->attributes; item; item = item->next) {
+    if (isAttribute(item)) {
+      attributes.push_back({std::string(item->name->strQualified), std::string(valueOf(item))});
+      continue;
+    }
+    const std::string strPrefix(item->name->prefix->strText);
+    attributes.push_back({strPrefix.empty() ? "xmlns" : "xmlns:" + strPrefix,
+                          std::string(item->name->uri->strText)});
+  }
+  return attributes;
 }
 
 Node Node::getNamedItem(std::string_view strName) const {

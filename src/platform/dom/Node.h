@@ -26,6 +26,12 @@ class Document;
 class NodeList;
 struct DocumentState;
 
+/// An attribute as it is written: "m:kind" with its value, or "xmlns:m" with a namespace's URI.
+struct NodeAttribute {
+  std::string strName;
+  std::string strValue;
+};
+
 /// The kinds of node, with their usual numbers.
 enum class NodeType {
   element = 1,
@@ -56,6 +62,9 @@ class Node {
 
   /// `nodeName` without its prefix.
   std::string baseName() const;
+
+  /// The URI of the namespace of an element or an attribute; empty for none and for other nodes.
+  std::string namespaceUri() const;
 
   /// The text of the node and of everything below it, untrimmed; an attribute's value.
   std::string text() const;
@@ -89,8 +98,11 @@ class Node {
   Node parentNode() const;
 
   /// The value of an attribute of this element by its name as written; none when it is missing.
-  /// On a node that is no element: kXmlFailure. So for the three operations below.
+  /// On a node that is no element: kXmlFailure. So for the four operations below.
   std::optional<std::string> getAttribute(std::string_view strName) const;
+
+  /// All attributes of this element in the order written, its namespace declarations before them.
+  std::vector<NodeAttribute> attributes() const;
 
   /// Sets an attribute, in no namespace, adding it as the last one when it is missing. Raises
   /// kInvalidName for a name that XML does not allow, kXmlFailure for a value that it cannot hold.

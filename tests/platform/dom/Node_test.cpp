@@ -29,6 +29,8 @@ TEST(Node, OfNothingTestsFalseAndRaises91WhenUsed) {
   raises([&] { objNothing.childNodes(); });
   raises([&] { objNothing.parentNode(); });
   raises([&] { objNothing.getAttribute("a"); });
+  raises([&] { objNothing.attributes(); });
+  raises([&] { objNothing.namespaceUri(); });
   raises([&] { objNothing.setAttribute("a", ""); });
   raises([&] { objNothing.removeAttribute("a"); });
   raises([&] { objNothing.getNamedItem("a"); });
@@ -57,6 +59,26 @@ TEST(Node, TellsTheLineOfAnElementThatWasLoaded) {
   EXPECT_EQ(objB.getNamedItem("x").lineNumber(), 0u);
   EXPECT_EQ(objDocument.lineNumber(), 0u);
   EXPECT_EQ(objDocument.createElement("d").lineNumber(), 0u);
+}
+
+TEST(Node, TellsItsNamespaceAndItsAttributesWithTheDeclarations) {
+  const Document objDocument =
+      loaded("<a z='1' xmlns='u' xmlns:p='v' p:y='2'><p:b/><c xmlns=''/>t</a>");
+  const Node objRoot = objDocument.documentElement();
+  std::string strAttributes;
+  for (const NodeAttribute& attribute : objRoot.attributes()) {
+    strAttributes += attribute.strName + "=" + attribute.strValue + " ";
+  }
+  EXPECT_EQ(strAttributes, "xmlns=u xmlns:p=v z=1 p:y=2 ");
+  const auto colChildren = objRoot.childNodes();
+  EXPECT_EQ(objRoot.namespaceUri(), "u");
+  EXPECT_EQ(colChildren->item(0).namespaceUri(), "v");
+  EXPECT_EQ(colChildren->item(1).namespaceUri(), "");
+  EXPECT_EQ(colChildren->item(2).namespaceUri(), "");
+  EXPECT_EQ(objRoot.getNamedItem("p:y").namespaceUri(), "v");
+  EXPECT_EQ(objRoot.getNamedItem("z").namespaceUri(), "");
+  EXPECT_EQ(objDocument.namespaceUri(), "");
+  EXPECT_TRUE(colChildren->item(0).attributes().empty());
 }
 
 TEST(Node, TellsItsTypeAndNames) {

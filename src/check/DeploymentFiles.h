@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+
+#include "platform/text/Date.h"
+
+namespace Varnel_Tolv_XML_Creation {
+
+/// What a deployment consists of, as a run is given it: file names bear the names of the library's
+/// arguments, and an empty one names no file.
+struct DeploymentFiles {
+  std::string strTemplateXML = {};
+  std::string strMsgObjectXML = {};
+  std::string strSchemaTypeMapperXML = {};
+  std::string strHiddenFieldXML = {};
+  std::string strNamespaceXML = {};
+  std::string strQuestionsXmlPath = {};
+  std::string strReferenceXmlPath = {};
+  std::string strObjectList = {};    // the file that the host passes as objParkXML
+  std::string strProtocolInfo = {};  // the file whose root it passes as objProtocolInfo
+  std::string strSchemaUrl = {};
+  std::string strSchemaUri = {};
+  std::string strPageDirectory = {};  // of the calling page, which the schema's URL starts from
+  std::string strSchemaCatalog = {};
+  bool blnSubmit = false;                 // whether the deployment itself asks for the message
+  bool blnValidateAgainstSchema = false;  // and for the schema's verdict on it
+  DateOrder dateOrder = DateOrder::dayMonthYear;
+};
+
+}  // namespace Varnel_Tolv_XML_Creation

@@ -1,0 +1,292 @@
+#include "check/ParsedDeployment.h"
+
+#include <utility>
+
+#include "config/Attributes.h"
+#include "config/Names.h"
+#include "platform/text/Conversions.h"
+#include "platform/text/Text.h"
+#include "result/RuntimeError.h"
+
+namespace Varnel_Tolv_XML_Creation {
+namespace {
+
+bool isElement(const Node& objNode) { return objNode.nodeType() == NodeType::element; }
+
+/// Whether an element is what an expression without prefixes selects by this name.
+bool isPlain(const Node& objElement, std::string_view strName) {
+  return objElement.nodeName() == strName && objElement.namespaceUri().empty();
+}
+
+std::string textOrNone(const Node& objNode) { return objNode ? objNode.text() : std::string(); }
+
+template <class Record>
+const Record* first(const std::vector<Record>& records, const Positions& positions,
+                    std::string_view strText) {
+  const auto found = positions.find(std::string(strText));
+  return found == positions.end() ? nullptr : &records[found->second.front()];
+}
+
+ObjectKind kindOf(std::string_view strWord) {
+  if (isBlank(strWord)) return ObjectKind::endMark;
+  const std::string strLower = toLower(strWord);
+  if (strLower == kFieldObject) return ObjectKind::field;
+  return strLower == kTableObject ? ObjectKind::table : ObjectKind::other;
+}
+
+}  // namespace
+
+std::vector<Node> childElements(const Node& objElement) {
+  std::vector<Node> elements;
+  if (!objElement) return elements;
+  const NodeList colChildren = required(objElement.childNodes());
+  for (const Node& objChild : colChildren) {
+    if (isElement(objChild)) elements.push_back(objChild);
+  }
+  return elements;
+}
+
+Node childElement(const Node& objElement, std::string_view strName) {
+  if (!objElement) return {};
+  const NodeList colChildren = required(objElement.childNodes());
+  for (const Node& objChild : colChildren) {
+    if (isElement(objChild) && isPlain(objChild, strName)) return objChild;
+  }
+  return {};
+}
+
+bool isBooleanWord(std::string_view strText) {
+  const std::string strLower = toLower(strText);
+  return strLower == "true" || strLower == "false" || isNumeric(strText);
+}
+
+ParsedDeployment::ParsedDeployment(const DeploymentFiles& deploymentFiles)
+    : files(deploymentFiles),
+      objectList(files.strObjectList),
+      hiddenFieldList(files.strHiddenFieldXML),
+      namespaceList(files.strNamespaceXML),
+      messageTemplate(files.strTemplateXML),
+      objectMapper(files.strMsgObjectXML),
+      schemaTypes(files.strSchemaTypeMapperXML),
+      reference(files.strReferenceXmlPath),
+      questionList(files.strQuestionsXmlPath),
+      protocolInfo(files.strProtocolInfo) {
+  readNamespaces();
+  readObjects();
+  readHiddenFields();
+  readEntries();
+  readComplexTypes();
+  readQuestions();
+  joinObjectsWithEntries();
+}
+
+bool ParsedDeployment::buildsMessage() const {
+  return files.blnSubmit || messageTemplate.isNamed() || objectMapper.isNamed() ||
+         schemaTypes.isNamed() || reference.isNamed();
+}
+
+bool ParsedDeployment::validates() const {
+  return files.blnValidateAgainstSchema || questionList.isNamed() || !files.strSchemaUrl.empty() ||
+         !files.strSchemaUri.empty();
+}
+
+void ParsedDeployment::readNamespaces() {
+  // As a run selects them: every child of every `namespaces`, whatever its name.
+  if (!namespaceList.isLoaded()) return;
+  std::unordered_map<std::string, bool> declared;
+  for (const Node& objElement : namespaceList.elements()) {
+    const Node objParent = objElement.parentNode();
+    if (!isElement(objParent) || !isPlain(objParent, "namespaces")) continue;
+    namespaces.push_back({.objNode = objElement,
+                          .strPrefix = attributeText(objElement, kId),
+                          .strName = attributeText(objElement, "name"),
+                          .strRef = attributeText(objElement, "ref")});
+    const NamespaceEntry& entry = namespaces.back();
+    namespacesByPrefix[entry.strPrefix].push_back(namespaces.size() - 1);
+    if (!declared.emplace(entry.strPrefix, true).second) continue;
+    const std::string strDeclaration = "xmlns:" + entry.strPrefix + "='" + entry.strName + "' ";
+    try {
+      Document::create().setSelectionNamespaces(strDeclaration);
+      strSelectionNamespaces += strDeclaration;
+    } catch (const RuntimeError&) {  // what a rule about the list tells
+    }
+  }
+}
+
+void ParsedDeployment::readObjects() {
+  if (!objectList.isLoaded()) return;
+  bool blnParked = true;
+  const NodeList colObjects = required(objectList.root().getElementsByTagName(kProtocolObject));
+  for (const Node& objNode : colObjects) {
+    FormObject object;
+    object.file = &objectList;
+    object.objNode = objNode;
+    object.kind = kindOf(attributeText(objNode, kObjectType));
+    object.strId = attributeText(objNode, kId);
+    object.strLowerId = toLower(object.strId);
+    object.strType = attributeText(objNode, kType);
+    object.strGroup = attributeText(objNode, "group");
+    const std::string strDynamic = attributeText(objNode, kDynamic);
+    object.blnDynamic = isBooleanWord(strDynamic) && toBoolean(strDynamic);
+    object.blnParked = blnParked && object.kind != ObjectKind::endMark;
+    blnParked = object.blnParked;
+    for (const Node& objChild : childElements(objNode)) {
+      if (isPlain(objChild, kRow)) object.rows.push_back(objChild);
+      if (isPlain(objChild, kColumn)) {
+        object.columns.push_back({.objNode = objChild, .strId = attributeText(objChild, kId)});
+      }
+    }
+    objects.push_back(std::move(object));
+  }
+}
+
+void ParsedDeployment::readHiddenFields() {
+  if (!hiddenFieldList.isLoaded()) return;
+  for (const Node& objElement : hiddenFieldList.elements()) {
+    if (!isPlain(objElement, "hiddenfield")) continue;
+    hiddenFields.push_back({.objNode = objElement,
+                            .strId = attributeText(objElement, kId),
+                            .strOutput = attributeText(objElement, "output"),
+                            .strToSchema = attributeText(objElement, "toschema")});
+    const HiddenField& hidden = hiddenFields.back();
+    hiddenFieldsByOutput[hidden.strOutput].push_back(hiddenFields.size() - 1);
+    if (hidden.strToSchema != "true") continue;
+    FormObject object;
+    object.file = &hiddenFieldList;
+    object.objNode = objElement;
+    object.kind = ObjectKind::field;
+    object.strId = hidden.strOutput;
+    object.strLowerId = toLower(object.strId);
+    object.strType = "text";
+    object.blnHidden = true;
+    objects.push_back(std::move(object));
+  }
+}
+
+void ParsedDeployment::readEntries() {
+  if (!objectMapper.isLoaded()) return;
+  for (const Node& objElement : objectMapper.elements()) {
+    if (!isPlain(objElement, "messageitem") || !isPlain(objElement.parentNode(), "message")) {
+      continue;
+    }
+    MappingEntry entry;
+    entry.objNode = objElement;
+    entry.strId = attributeText(objElement, kId);
+    entry.strType = attributeText(objElement, kType);
+    entry.strToSchema = attributeText(objElement, "toschema");
+    entry.strAbsent = attributeText(objElement, "absent");
+    entry.strCheckExists = attributeText(objElement, "checkexists");
+    entry.objParentXPath = childElement(objElement, "parentxpath");
+    entry.objNodePath = childElement(objElement, "node");
+    entry.objExtraPath = childElement(objElement, "extrapath");
+    entry.objExtraNode = childElement(objElement, "extranode");
+    entry.objAction = childElement(objElement, "action");
+    entry.strParentXPath = textOrNone(entry.objParentXPath);
+    entry.strNodePath = textOrNone(entry.objNodePath);
+    entry.strExtraPath = textOrNone(entry.objExtraPath);
+    entry.strExtraNode = textOrNone(entry.objExtraNode);
+    if (entry.objNodePath) entry.strItem = attributeText(entry.objNodePath, "item");
+    if (entry.objAction) entry.strActionId = attributeText(entry.objAction, kId);
+    entriesById[entry.strId].push_back(entries.size());
+    entries.push_back(std::move(entry));
+  }
+}
+
+void ParsedDeployment::readComplexTypes() {
+  if (!schemaTypes.isLoaded()) return;
+  const Node& objRoot = schemaTypes.root();
+  if (!isPlain(objRoot, "SchemaTypeMapperDocument")) return;
+  for (const Node& objTypes : childElements(objRoot)) {
+    if (!isPlain(objTypes, "schematypes")) continue;
+    for (const Node& objType : childElements(objTypes)) {
+      if (!isPlain(objType, "schematype")) continue;
+      ComplexType type;
+      type.objNode = objType;
+      type.strId = attributeText(objType, kId);
+      const NodeList colPlaces = required(objType.getElementsByTagName(kValue));
+      for (const Node& objPlace : colPlaces) {
+        type.placeholders.push_back({.objNode = objPlace, .strId = attributeText(objPlace, kId)});
+      }
+      const NamespaceEntry* const additional = namespaceOf("pbr");
+      for (const Node& objChild : childElements(objType)) {
+        if (additional && objChild.baseName() == "AdditionalInfo" &&
+            objChild.namespaceUri() == additional->strName) {
+          type.blnAdditionalInfo = true;
+        }
+      }
+      complexTypesById[type.strId].push_back(complexTypes.size());
+      complexTypes.push_back(std::move(type));
+    }
+  }
+}
+
+void ParsedDeployment::readQuestions() {
+  if (!questionList.isLoaded() || !isPlain(questionList.root(), "questions")) return;
+  for (const Node& objNode : childElements(questionList.root())) {
+    if (!isPlain(objNode, "question")) continue;
+    Question question;
+    question.objNode = objNode;
+    question.strId = attributeText(objNode, kId);
+    question.strType = attributeText(objNode, kType);
+    question.objXPath = childElement(objNode, "xpath");
+    question.strXPath = textOrNone(question.objXPath);
+    for (const Node& objChild : childElements(objNode)) {
+      if (!isPlain(objChild, kColumn)) continue;
+      const Node objPath = childElement(objChild, "path");
+      question.columns.push_back({.objNode = objChild,
+                                  .strId = attributeText(objChild, kId),
+                                  .objPath = objPath,
+                                  .strPath = textOrNone(objPath)});
+    }
+    questionsById[question.strId].push_back(questions.size());
+    questions.push_back(std::move(question));
+  }
+}
+
+void ParsedDeployment::joinObjectsWithEntries() {
+  // The first entry with an id for each way of looking it up, as a run's expressions find it.
+  std::array<std::unordered_map<std::string, std::size_t>, 4> firstEntries;
+  auto& [anyType, group, table, tableGroup] = firstEntries;
+  for (std::size_t at = 0; at < entries.size(); ++at) {
+    const MappingEntry& entry = entries[at];
+    anyType.emplace(entry.strId, at);
+    if (entry.strType == "group") group.emplace(entry.strId, at);
+    if (entry.strType == "tablegroup") tableGroup.emplace(entry.strId, at);
+    if (entry.strType == "table" || entry.strType == "dynatable") table.emplace(entry.strId, at);
+  }
+  for (std::size_t at = 0; at < objects.size(); ++at) {
+    FormObject& object = objects[at];
+    objectsById[object.strId].push_back(at);
+    objectsByLowerId[object.strLowerId].push_back(at);
+    if (object.kind != ObjectKind::field && object.kind != ObjectKind::table) continue;
+    const bool blnTable = object.kind == ObjectKind::table;
+    const auto& firstOf =
+        object.blnDynamic ? (blnTable ? tableGroup : group) : (blnTable ? table : anyType);
+    const auto found = firstOf.find(object.mappingId());
+    if (found == firstOf.end()) continue;
+    object.entry = &entries[found->second];
+    entries[found->second].users.push_back(&object);
+  }
+}
+
+const FormObject* ParsedDeployment::object(std::string_view strId) const {
+  return first(objects, objectsById, strId);
+}
+
+const MappingEntry* ParsedDeployment::entry(std::string_view strId) const {
+  return first(entries, entriesById, strId);
+}
+
+const ComplexType* ParsedDeployment::complexType(std::string_view strLowerId) const {
+  return first(complexTypes, complexTypesById, strLowerId);
+}
+
+const Question* ParsedDeployment::question(std::string_view strId) const {
+  return first(questions, questionsById, strId);
+}
+
+const NamespaceEntry* ParsedDeployment::namespaceOf(std::string_view strPrefix) const {
+  return first(namespaces, namespacesByPrefix, strPrefix);
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

@@ -1,0 +1,188 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "check/DeploymentFiles.h"
+#include "check/ParsedFile.h"
+
+// The files of a deployment as rules read them: parsed, and taken apart into plain records with
+// indexes, so that a rule about ids is a look-up and no search. A file that is missing or cannot be
+// read has no records.
+
+namespace Varnel_Tolv_XML_Creation {
+
+/// Positions in a list of records, by a text of theirs, in document order.
+using Positions = std::unordered_map<std::string, std::vector<std::size_t>>;
+
+struct MappingEntry;
+
+/// A column definition of a table in the object list.
+struct TableColumn {
+  Node objNode;
+  std::string strId;
+};
+
+enum class ObjectKind { field, table, other, endMark };
+
+/// An object of the form: a `prtobjct` of the object list, or the field that a hidden field
+/// becomes.
+struct FormObject {
+  const ParsedFile* file = nullptr;
+  Node objNode;
+  ObjectKind kind = ObjectKind::other;
+  std::string strId;       // as written
+  std::string strLowerId;  // as form and mapping look it up
+  std::string strType;
+  std::string strGroup;
+  bool blnDynamic = false;  // as the message reads it: false where it is no Boolean word
+  bool blnHidden = false;   // made from a hidden field
+  bool blnParked = true;    // false behind the end mark
+  std::vector<TableColumn> columns;
+  std::vector<Node> rows;
+  const MappingEntry* entry = nullptr;  // the one that a run takes; null: none
+
+  /// The id that its mapping entry must have.
+  const std::string& mappingId() const { return blnDynamic ? strGroup : strLowerId; }
+};
+
+/// A `messageitem` of the object mapper.
+struct MappingEntry {
+  Node objNode;
+  std::string strId;
+  std::string strType;
+  std::string strToSchema;
+  std::string strAbsent;
+  std::string strCheckExists;
+  Node objParentXPath, objNodePath, objExtraPath, objExtraNode, objAction;  // children, or Nothing
+  std::string strParentXPath, strNodePath, strItem, strExtraPath, strExtraNode;
+  std::string strActionId;                    // as written
+  std::vector<const FormObject*> users = {};  // whose entry this is
+
+  bool isSent() const { return strToSchema == "true"; }
+};
+
+struct HiddenField {
+  Node objNode;
+  std::string strId;
+  std::string strOutput;
+  std::string strToSchema;
+};
+
+struct NamespaceEntry {
+  Node objNode;
+  std::string strPrefix;
+  std::string strName;
+  std::string strRef;
+};
+
+/// A `value` in a complex type: the place of one input value.
+struct Placeholder {
+  Node objNode;
+  std::string strId;
+};
+
+struct ComplexType {
+  Node objNode;
+  std::string strId;
+  std::vector<Placeholder> placeholders;
+  bool blnAdditionalInfo = false;  // it has the child for cells that have no place
+};
+
+struct QuestionColumn {
+  Node objNode;
+  std::string strId;
+  Node objPath;  // or Nothing
+  std::string strPath;
+};
+
+struct Question {
+  Node objNode;
+  std::string strId;
+  std::string strType;
+  Node objXPath;  // or Nothing
+  std::string strXPath;
+  std::vector<QuestionColumn> columns;
+
+  bool isTable() const { return strType == "dynaTable"; }
+};
+
+struct ParsedDeployment {
+  explicit ParsedDeployment(const DeploymentFiles& deploymentFiles);
+  ParsedDeployment(const ParsedDeployment&) = delete;
+  ParsedDeployment& operator=(const ParsedDeployment&) = delete;
+
+  const DeploymentFiles files;
+
+  const ParsedFile objectList;
+  const ParsedFile hiddenFieldList;
+  const ParsedFile namespaceList;
+  const ParsedFile messageTemplate;
+  const ParsedFile objectMapper;
+  const ParsedFile schemaTypes;
+  const ParsedFile reference;
+  const ParsedFile questionList;
+  const ParsedFile protocolInfo;
+
+  /// All of them, in this order.
+  std::array<const ParsedFile*, 9> all() const {
+    return {&objectList,  &hiddenFieldList, &namespaceList, &messageTemplate, &objectMapper,
+            &schemaTypes, &reference,       &questionList,  &protocolInfo};
+  }
+
+  /// Whether it says how a message is built, and not only how the form is parked.
+  bool buildsMessage() const;
+
+  /// Whether it says how the message is checked against a schema.
+  bool validates() const;
+
+  std::vector<FormObject> objects;  // in the order in which they reach the message
+  std::vector<HiddenField> hiddenFields;
+  std::vector<NamespaceEntry> namespaces;
+  std::vector<MappingEntry> entries;
+  std::vector<ComplexType> complexTypes;
+  std::vector<Question> questions;
+
+  Positions objectsById;  // as written
+  Positions objectsByLowerId;
+  Positions entriesById;
+  Positions complexTypesById;
+  Positions questionsById;
+  Positions hiddenFieldsByOutput;
+  Positions namespacesByPrefix;
+
+  /// The first record with this text in an index, or null.
+  const FormObject* object(std::string_view strId) const;
+  const MappingEntry* entry(std::string_view strId) const;
+  const ComplexType* complexType(std::string_view strLowerId) const;
+  const Question* question(std::string_view strId) const;
+  const NamespaceEntry* namespaceOf(std::string_view strPrefix) const;
+
+  /// The declarations that a run makes of the namespace list for its selections, as far as they
+  /// are sound.
+  std::string strSelectionNamespaces;
+
+ private:
+  void readObjects();
+  void readHiddenFields();
+  void readNamespaces();
+  void readEntries();
+  void readComplexTypes();
+  void readQuestions();
+  void joinObjectsWithEntries();
+};
+
+/// The children of an element that are elements.
+std::vector<Node> childElements(const Node& objElement);
+
+/// The first child element with this name as written, in no namespace; or Nothing.
+Node childElement(const Node& objElement, std::string_view strName);
+
+/// Whether a text is one that reads as a Boolean.
+bool isBooleanWord(std::string_view strText);
+
+}  // namespace Varnel_Tolv_XML_Creation

@@ -1,0 +1,152 @@
+#include "check/ParsedFile.h"
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+#include "config/Attributes.h"
+#include "platform/xml/ReadXmlFile.h"
+
+namespace Varnel_Tolv_XML_Creation {
+namespace {
+
+DocumentSettings readOnly() {
+  DocumentSettings settings;
+  settings.blnReadOnly = true;
+  return settings;
+}
+
+/// Goes through a text and counts its lines.
+class TagScanner {
+ public:
+  explicit TagScanner(std::string_view strText) : strText_(strText) {}
+
+  std::map<std::size_t, LongStartTag> scan() {
+    while (lngAt_ < strText_.size()) {
+      const std::size_t lngTag = strText_.find('<', lngAt_);
+      if (lngTag == std::string_view::npos) break;
+      moveTo(lngTag);
+      if (startsWith("<!--")) {
+        moveBehind("-->");
+      } else if (startsWith("<![CDATA[")) {
+        moveBehind("]]>");
+      } else if (startsWith("<?")) {
+        moveBehind("?>");
+      } else if (startsWith("<!")) {
+        documentType();
+      } else if (startsWith("</")) {
+        moveBehind(">");
+      } else {
+        startTag();
+      }
+    }
+    return std::move(tags_);
+  }
+
+ private:
+  bool startsWith(std::string_view strStart) const {
+    return strText_.substr(lngAt_).starts_with(strStart);
+  }
+
+  void moveTo(std::size_t lngTo) {
+    lngTo = std::min(lngTo, strText_.size());
+    lngLine_ += static_cast<std::size_t>(
+        std::count(strText_.begin() + static_cast<std::ptrdiff_t>(lngAt_),
+                   strText_.begin() + static_cast<std::ptrdiff_t>(lngTo), '\n'));
+    lngAt_ = lngTo;
+  }
+
+  void moveBehind(std::string_view strEnd) {
+    const std::size_t lngEnd = strText_.find(strEnd, lngAt_);
+    moveTo(lngEnd == std::string_view::npos ? strText_.size() : lngEnd + strEnd.size());
+  }
+
+  /// A document type declaration ends at the ">" that stands in no quotes and no brackets.
+  void documentType() {
+    std::size_t lngOpen = 0;
+    while (lngAt_ < strText_.size()) {
+      const std::size_t lngNext = strText_.find_first_of("[]>\"'<", lngAt_ + 1);
+      moveTo(lngNext);
+      if (lngAt_ >= strText_.size()) return;
+      const char letter = strText_[lngAt_];
+      if (letter == '[') ++lngOpen;
+      if (letter == ']' && lngOpen > 0) --lngOpen;
+      if (letter == '"' || letter == '\'') moveTo(strText_.find(letter, lngAt_ + 1));
+      if (letter == '<' && startsWith("<!--")) moveBehind("-->");
+      if (letter == '>' && lngOpen == 0) return moveTo(lngAt_ + 1);
+    }
+  }
+
+  void startTag() {
+    LongStartTag tag;
+    tag.lngLine = lngLine_;
+    std::vector<std::pair<std::string_view, std::size_t>> attributes;
+    std::size_t lngName = std::string_view::npos;  // where the name that is being read begins
+    moveTo(strText_.find_first_of(" \t\r\n/>", lngAt_));
+    while (lngAt_ < strText_.size() && strText_[lngAt_] != '>') {
+      const char letter = strText_[lngAt_];
+      if (letter == '"' || letter == '\'') {
+        moveTo(strText_.find(letter, lngAt_ + 1));
+        moveTo(lngAt_ + 1);
+        lngName = std::string_view::npos;
+        continue;
+      }
+      const bool blnSpace = letter == ' ' || letter == '\t' || letter == '\r' || letter == '\n';
+      if (letter == '=' && lngName != std::string_view::npos) {
+        std::string_view strName = strText_.substr(lngName, lngAt_ - lngName);
+        strName = strName.substr(0, strName.find_first_of(" \t\r\n"));
+        attributes.emplace_back(strName, lngNameLine_);
+        lngName = std::string_view::npos;
+      } else if (!blnSpace && letter != '=' && lngName == std::string_view::npos) {
+        lngName = lngAt_;
+        lngNameLine_ = lngLine_;
+      }
+      moveTo(lngAt_ + 1);
+    }
+    if (lngLine_ == tag.lngLine) return;
+    for (const auto& [strName, lngLine] : attributes) {
+      tag.attributeLines.emplace(strName, lngLine);
+    }
+    tags_.emplace(lngLine_, std::move(tag));
+  }
+
+  std::string_view strText_;
+  std::size_t lngAt_ = 0;
+  std::size_t lngLine_ = 1;
+  std::size_t lngNameLine_ = 1;
+  std::map<std::size_t, LongStartTag> tags_;
+};
+
+}  // namespace
+
+std::map<std::size_t, LongStartTag> longStartTags(std::string_view strText) {
+  return TagScanner(strText).scan();
+}
+
+ParsedFile::ParsedFile(std::string strPath)
+    : strPath_(std::move(strPath)), objXml_(Document::create(readOnly())) {
+  if (!isNamed() || !objXml_.load(strPath_)) return;
+  root_ = objXml_.documentElement();
+  ParseError ignored;  // the file was read a moment ago
+  const std::optional<std::string> strText =
+      readXmlFile(strPath_, DocumentSettings().lngMaxBytes, ignored);
+  if (strText) longTags_ = longStartTags(*strText);
+}
+
+NodeList ParsedFile::elements() const { return required(objXml_.getElementsByTagName("*")); }
+
+std::size_t ParsedFile::lineOf(const Node& objElement, std::string_view strAttribute) const {
+  const std::size_t lngEnd = std::max<std::size_t>(objElement.lineNumber(), 1);
+  const auto found = longTags_.find(lngEnd);
+  if (found == longTags_.end()) return lngEnd;
+  const LongStartTag& tag = found->second;
+  // Another element may begin behind it on the same line.
+  for (const auto& [strName, lngLine] : tag.attributeLines) {
+    const bool blnDeclaration = strName == "xmlns" || strName.starts_with("xmlns:");
+    if (!blnDeclaration && !objElement.getAttribute(strName)) return lngEnd;
+  }
+  const auto attribute = tag.attributeLines.find(std::string(strAttribute));
+  return attribute == tag.attributeLines.end() ? tag.lngLine : attribute->second;
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

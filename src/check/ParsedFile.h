@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstddef>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/dom/Document.h"
+
+namespace Varnel_Tolv_XML_Creation {
+
+/// A start tag that goes over several lines. The parser tells where it ends; this tells the rest.
+struct LongStartTag {
+  std::size_t lngLine = 0;                            // where it begins
+  std::map<std::string, std::size_t> attributeLines;  // by the name as written
+};
+
+/// One file of a deployment, as far as it could be read.
+class ParsedFile {
+ public:
+  /// Reads the file, unless none is named.
+  explicit ParsedFile(std::string strPath);
+
+  const std::string& path() const noexcept { return strPath_; }
+  bool isNamed() const noexcept { return !strPath_.empty(); }
+  bool isLoaded() const noexcept { return static_cast<bool>(root_); }
+
+  /// Why it is not loaded.
+  const ParseError& error() const { return objXml_.parseError(); }
+
+  const Document& document() const noexcept { return objXml_; }
+
+  /// Nothing in one that is not loaded.
+  const Node& root() const noexcept { return root_; }
+
+  /// All elements, in document order.
+  NodeList elements() const;
+
+  /// The line on which an element begins, or on which the attribute of it stands that has this
+  /// name; from 1.
+  std::size_t lineOf(const Node& objElement, std::string_view strAttribute = {}) const;
+
+ private:
+  std::string strPath_;
+  Document objXml_;
+  Node root_;
+  std::map<std::size_t, LongStartTag> longTags_;  // by the line on which they end
+};
+
+/// The start tags of a text that go over several lines, by the line on which they end. On one line
+/// only one can end that began on another. The text must be well-formed and in an encoding that has
+/// ASCII's bytes; of any other, whatever comes out means nothing. One pass, in linear time.
+std::map<std::size_t, LongStartTag> longStartTags(std::string_view strText);
+
+}  // namespace Varnel_Tolv_XML_Creation

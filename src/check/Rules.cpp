@@ -1,0 +1,15 @@
+#include <array>
+
+#include "check/Rule.h"
+#include "check/RuleTables.h"
+
+namespace Varnel_Tolv_XML_Creation {
+
+std::span<const std::span<const Rule>> ruleTables() {
+  static const auto kTables = std::to_array<std::span<const Rule>>({
+      fileRules(),
+  });
+  return kTables;
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

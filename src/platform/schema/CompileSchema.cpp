@@ -2,6 +2,7 @@
 
 #include <libxml/xmlschemas.h>
 
+#include <algorithm>
 #include <climits>
 #include <exception>
 #include <new>
@@ -24,9 +25,10 @@ namespace Varnel_Tolv_XML_Creation {
 
 namespace {
 
-/// The first error of a compilation.
+/// The first error of a compilation, and where the compiler saw it: in which copy, on which line.
 struct CompileRun {
-  std::string strReason;
+  std::string strReason, strLocation;
+  std::size_t lngLine = 0;
   std::exception_ptr exception;
 };
 
@@ -37,13 +39,16 @@ void onCompileError(void* context, xmlError* report) {
     if (report->level < XML_ERR_ERROR || !run.strReason.empty()) return;
     run.strReason = report->message ? report->message : "It is not valid.";
     while (run.strReason.ends_with('\n')) run.strReason.pop_back();
+    if (report->file) run.strLocation = report->file;
+    run.lngLine = static_cast<std::size_t>(std::max(report->line, 0));
   } catch (...) {
     run.exception = std::current_exception();
   }
 }
 
 /// A copy of a document for the compiler, whose references are the locations of served documents:
-/// so each document, in each of its parts, is what the compiler knows by one location.
+/// so each document, in each of its parts, is what the compiler knows by one location. Its elements
+/// stand on the lines of those that they are copies of, except where content is set aside.
 class CompilerCopy {
  public:
   CompilerCopy(const SchemaDocuments& documents, std::size_t lngDocument,
@@ -56,6 +61,7 @@ class CompilerCopy {
     const SchemaDocument& source = documents.documents[lngDocument];
     const xmlNode* const root = xmlDocGetRootElement(source.document);
     auto reference = source.references.begin();
+    lngLine_ = lngFirstLine_ = std::max<std::size_t>(lineOf(root), 1);
     std::vector<std::pair<TreeNode*, HeavyContent::Substitute>> found;
     const xmlNode* around = root->parent;
     TreeNode* parent = tree_.document();  // the copy of that
@@ -64,8 +70,10 @@ class CompilerCopy {
       if (isText(node) || isCData(node)) {
         const NodeKind kind = isText(node) ? NodeKind::text : NodeKind::cdata;
         linkNode(parent, tree_.newLeaf(kind, nullptr, view(node->content)), nullptr);
+        lngLine_ += static_cast<std::size_t>(std::ranges::count(view(node->content), '\n'));
       }
       if (!isElement(node)) continue;  // the compiler has no use for comments
+      goToLine(lineOf(node), parent);
       linkNode(parent, copyElement(node), nullptr);
       around = node;
       parent = asParent(parent)->last;
@@ -84,9 +92,19 @@ class CompilerCopy {
     }
   }
 
-  std::string text() const { return serialiseXml(tree_, tree_.document()->first); }
+  std::string text() const {
+    return std::string(lngFirstLine_ - 1, '\n') + serialiseXml(tree_, tree_.document()->first);
+  }
 
  private:
+  /// Lets the element that is added next to `parent` stand on a line, unless that is over.
+  void goToLine(std::size_t lngLine, TreeNode* parent) {
+    if (lngLine <= lngLine_) return;
+    const std::string strLines(lngLine - lngLine_, '\n');
+    linkNode(parent, tree_.newLeaf(NodeKind::text, nullptr, strLines), nullptr);
+    lngLine_ = lngLine;
+  }
+
   const TreeName* nameOf(const xmlNode* node) {
     return tree_.name(prefixOf(node), view(node->name), node->ns ? view(node->ns->href) : "");
   }
@@ -163,7 +181,19 @@ class CompilerCopy {
   }
 
   Tree tree_;
+  std::size_t lngFirstLine_ = 1;  // on which the root stands
+  std::size_t lngLine_ = 1;       // that of the text so far
 };
+
+/// Where the first error of a compilation stands.
+SchemaSpot spotOf(const CompileRun& run, const SchemaDocuments& documents) {
+  for (std::size_t at = 0; at < documents.documents.size(); ++at) {
+    if (run.strLocation == ServedDocuments::location(at)) {
+      return {documents.documents[at].strPath, run.lngLine};
+    }
+  }
+  return {};
+}
 
 /// What the compiler says, the documents by their paths.
 std::string inPaths(std::string strReason, const SchemaDocuments& documents) {
@@ -200,8 +230,11 @@ void checkByCompiler(const SchemaDocuments& documents, std::string_view strPath)
   served.check();
   memory.check();
   if (!schema || !run.strReason.empty()) {
-    refuseSchema(strPath, run.strReason.empty() ? "It is not valid."
-                                                : inPaths(std::move(run.strReason), documents));
+    SchemaSpot spot = spotOf(run, documents);
+    refuseSchema(
+        strPath,
+        run.strReason.empty() ? "It is not valid." : inPaths(std::move(run.strReason), documents),
+        std::move(spot));
   }
 }
 

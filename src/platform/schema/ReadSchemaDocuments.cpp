@@ -17,7 +17,6 @@
 #include "platform/xml/LoadXml.h"
 #include "platform/xml/ParseError.h"
 #include "platform/xml/ReadXmlFile.h"
-#include "result/RuntimeError.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
@@ -39,15 +38,25 @@ std::optional<std::string> locationOf(const xmlNode* reference) {
   return attributeText(reference, "schemaLocation");
 }
 
+SchemaSpot spotOf(const std::string& strPath, const xmlNode* element) {
+  return {strPath, lineOf(element)};
+}
+
+SchemaSpot spotOf(const std::string& strPath, const ParseError& error) {
+  return {strPath, static_cast<std::size_t>(std::max(error.line, 0))};
+}
+
 OwnedXmlDoc parseSchema(const std::string& strPath, std::string_view strBytes) {
   LoadedXml loaded = loadXml(strBytes, XmlEncoding::declared, AttributeDefaults::applied);
-  if (!loaded.document) refuseSchema(strPath, loaded.error.reason);
+  if (!loaded.document) {
+    refuseSchema(strPath, loaded.error.reason, spotOf(strPath, loaded.error));
+  }
   const xmlNode* root = xmlDocGetRootElement(loaded.document.get());
   if (!root || !isSchemaElement(root, "schema")) refuseSchema(strPath, "It is not an XML Schema.");
   for (const xmlNode* node = root; node; node = nextBelow(node, root)) {
     // It would change where all below it leads.
     if (isElement(node) && findAttribute(node, "xml:base")) {
-      refuseSchema(strPath, "It has an xml:base.");
+      refuseSchema(strPath, "It has an xml:base.", spotOf(strPath, node));
     }
   }
   if (xmlDtd* type = loaded.document->intSubset) {  // all that it says has been done
@@ -73,14 +82,15 @@ class DocumentsReader {
   DocumentsReader(std::string_view strCatalog, const std::string& strPath)
       : catalog_(strCatalog, strPath, found_.files) {}
 
-  SchemaDocuments read(std::string_view strNamespaceUri, const std::string& strPath) {
+  SchemaDocuments read(std::optional<std::string_view> strNamespaceUri,
+                       const std::string& strPath) {
     ParseError error;
     const ReadDocument* main = openFile(strPath, error);
     if (!main) refuseSchema(strPath, error.reason);
     const std::string strTarget = main->strTarget.value_or("");
-    if (strTarget != strNamespaceUri) {
+    if (strNamespaceUri && strTarget != *strNamespaceUri) {
       refuseSchema(strPath, "Its target namespace is '" + strTarget + "', not '" +
-                                std::string(strNamespaceUri) + "'.");
+                                std::string(*strNamespaceUri) + "'.");
     }
     imported_.emplace(strTarget, partOf(*main, ""));
     followAll();
@@ -114,9 +124,10 @@ class DocumentsReader {
     const std::optional<std::string> strLocation = locationOf(reference.element);
     if (!strLocation) return;  // the compiler says so
     const std::string strFrom = found_.documents[reference.lngFrom].strPath;
+    const SchemaSpot spot = spotOf(strFrom, reference.element);
     const std::optional<std::string> strUri = resolved(reference, *strLocation);
     if (!strUri)
-      refuseSchema(strFrom, "It refers to '" + *strLocation + "', which is no location.");
+      refuseSchema(strFrom, "It refers to '" + *strLocation + "', which is no location.", spot);
     const std::optional<std::string> strPath = pathOfUri(*strUri);
     ParseError error;
     const ReadDocument* document = strPath ? openFile(*strPath, error) : nullptr;
@@ -125,8 +136,9 @@ class DocumentsReader {
       const std::optional<std::string> strOther = catalog_.fileOfLocation(*strUri);
       if (strOther) document = openFile(*strOther, ignored);
     }
-    if (!document && strPath) refuseSchema(*strPath, error.reason);
-    if (!document) refuseSchema(strFrom, "It refers to '" + *strLocation + "', which is no file.");
+    if (!document && strPath) refuseSchema(*strPath, error.reason, spot);
+    if (!document)
+      refuseSchema(strFrom, "It refers to '" + *strLocation + "', which is no file.", spot);
     lead(reference, partOf(*document, found_.documents[reference.lngFrom].strTargetNamespace));
   }
 
@@ -186,7 +198,9 @@ class DocumentsReader {
     const std::optional<std::string> strBytes =
         readXmlFile(strPath, kMaxDocumentBytes, error, &found_.files);
     if (strBytes) return &take(strPath, uriOfPath(strPath), *strBytes);
-    if (error.errorCode != ParseError::kCannotOpen) refuseSchema(strPath, error.reason);
+    if (error.errorCode != ParseError::kCannotOpen) {
+      refuseSchema(strPath, error.reason, spotOf(strPath, error));
+    }
     return nullptr;
   }
 
@@ -248,8 +262,8 @@ bool isSchemaElement(const xmlNode* node, std::string_view strName) {
          view(node->name) == strName;
 }
 
-SchemaDocuments readSchemaDocuments(std::string_view strNamespaceUri, std::string_view strPath,
-                                    std::string_view strCatalog) {
+SchemaDocuments readSchemaDocuments(std::optional<std::string_view> strNamespaceUri,
+                                    std::string_view strPath, std::string_view strCatalog) {
   const bool blnOtherUrl =
       strPath.find("://") != std::string_view::npos && !strPath.starts_with("file:");
   const std::optional<std::string> strFile = filePath(strPath);
@@ -261,9 +275,11 @@ SchemaDocuments readSchemaDocuments(std::string_view strNamespaceUri, std::strin
   return DocumentsReader(strCatalog, strMain).read(strNamespaceUri, strMain);
 }
 
-void refuseSchema(std::string_view strPath, std::string_view strReason) {
-  throw RuntimeError(kXmlFailure, oneLine("The schema '" + std::string(strPath) +
-                                          "' cannot be registered: " + std::string(strReason)));
+void refuseSchema(std::string_view strPath, std::string_view strReason, SchemaSpot spot) {
+  if (spot.strPath.empty()) spot.strPath = strPath;
+  throw SchemaFailure(oneLine("The schema '" + std::string(strPath) +
+                              "' cannot be registered: " + std::string(strReason)),
+                      std::move(spot), oneLine(strReason));
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -52,6 +52,11 @@ xmlNode* nextBelow(const xmlNode* node, const xmlNode* top) noexcept {
   return nullptr;
 }
 
+std::size_t lineOf(const xmlNode* element) noexcept {
+  const long lngLine = xmlGetLineNo(element);
+  return lngLine > 0 ? static_cast<std::size_t>(lngLine) : 0;
+}
+
 std::string_view prefixOf(const xmlNode* node) noexcept {
   const bool blnMayHaveNamespace = isElement(node) || isAttribute(node);
   return blnMayHaveNamespace && node->ns ? view(node->ns->prefix) : std::string_view();

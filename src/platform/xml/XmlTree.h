@@ -2,6 +2,7 @@
 
 #include <libxml/tree.h>
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -48,6 +49,9 @@ xmlNode* firstChild(const xmlNode* node) noexcept;
 
 /// The node after `node` in document order among those below `top`; null after the last.
 xmlNode* nextBelow(const xmlNode* node, const xmlNode* top) noexcept;
+
+/// The line, from 1, on which the start tag of a parsed element ends; 0 when that is not known.
+std::size_t lineOf(const xmlNode* element) noexcept;
 
 /// The prefix, empty without one, and a look at the whole name as written.
 std::string_view prefixOf(const xmlNode* node) noexcept;

@@ -1,11 +1,12 @@
 #include "platform/schema/component/SchemaElement.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "platform/schema/component/Components.h"
+#include "platform/schema/component/SchemaFailure.h"
 #include "platform/schema/value/LexicalForms.h"
 #include "platform/xml/XmlCharacters.h"
-#include "result/RuntimeError.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
@@ -144,11 +145,17 @@ PrefixLookup SchemaElement::prefixes() const {
 
 void refuse(const SchemaElement& at, std::string_view strReason) {
   std::string strDescription = "The schema";
-  if (at) strDescription += " '" + at.part().document->strPath + "'";
+  SchemaSpot spot;
+  if (at) {
+    spot = {at.part().document->strPath, lineOf(at.node())};
+    strDescription += " '" + spot.strPath + "'";
+  }
   strDescription.append(" cannot be used: ").append(strReason);
   const auto isControl = [](char byte) { return static_cast<unsigned char>(byte) < 0x20; };
   std::replace_if(strDescription.begin(), strDescription.end(), isControl, ' ');
-  throw RuntimeError(kXmlFailure, strDescription);
+  throw SchemaFailure(
+      strDescription, std::move(spot),
+      std::string_view(strDescription).substr(strDescription.size() - strReason.size()));
 }
 
 void Allowance::spend(std::size_t lngMore, const SchemaElement& at) {

@@ -95,8 +95,8 @@ class FaultyRows {
         parsed("<r><table>" + strMessageRows_ + "</table><copies><end id='1'/></copies></r>");
     const Document objRule =
         parsed("<rule><insertbefore><node>end[@id='1']</node></insertbefore></rule>");
-    const Acknowledge objAck =
-        CreateDocumentDataNodes(objMessage, "/r/copies", "/r/table/row", objRule.documentElement());
+    const Acknowledge objAck = CreateDocumentDataNodes({}, objMessage, "/r/copies", "/r/table/row",
+                                                       objRule.documentElement());
     expect(objAck.Success(), "the copies failed");
     const auto colCopies = objMessage.selectNodes("/r/copies/row");
     expect(colCopies->length() == static_cast<std::size_t>(lngRows_), "copies are missing");

@@ -1,5 +1,6 @@
 #include "config/GetFormCollectionItem.h"
 
+#include "config/AnswerLog.h"
 #include "platform/host/WebRequest.h"
 #include "result/Guarded.h"
 
@@ -24,6 +25,7 @@ Acknowledge GetFormCollectionItem(const Session& session, std::string_view strFi
                      kUserMessage);
     }
     strValue = objContext->request->formItem(strFieldName);
+    if (session.answers && !strValue.empty()) session.answers->read(strFieldName);
     return {};
   });
 }

@@ -7,6 +7,8 @@
 
 namespace Varnel_Tolv_XML_Creation {
 
+class AnswerLog;
+
 /// What outlives a procedure: the host's services and the state of one `BuildXML` instance. It is
 /// the first argument of every procedure that needs any of it.
 struct Session {
@@ -18,6 +20,9 @@ struct Session {
   /// The namespace list: Nothing until the first attempt to load it, then kept, also when that
   /// attempt failed.
   Document objNamespaceXML;
+
+  /// What becomes of the answers of the run that is on; null when nobody asks.
+  AnswerLog* answers = nullptr;
 
   /// A new, empty document with the host's settings.
   Document newDocument() const { return Document::create(documentSettings()); }

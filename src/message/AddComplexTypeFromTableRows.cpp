@@ -4,6 +4,8 @@
 #include <optional>
 #include <string>
 
+#include "config/AnswerLog.h"
+#include "config/AnswerReasons.h"
 #include "config/Attributes.h"
 #include "config/Names.h"
 #include "config/convertToXsdDate.h"
@@ -35,16 +37,21 @@ void placeCell(const Session& session, const Node& objModel, const Node& objColu
     const Node objParent = objPlaceholder.parentNode();
     if (!objParent) return;
     required(objParent.removeChild(objPlaceholder));
+    if (session.answers) session.answers->writeFrom(objColumn, objParent, strValue);
     objParent.setText(strValue);
     SetAttributesUpwards(objParent, kIdentifiers, strTableId + "~" + strRowId + "~" + strColumnId);
     return;
   }
   const Node objAdditionalInfo = objModel.selectSingleNode("pbr:AdditionalInfo");
-  if (!objAdditionalInfo) return;  // the cell has no place in the message
+  if (!objAdditionalInfo) {  // the cell has no place in the message
+    if (session.answers) session.answers->loseCell(objColumn, reason::kCellWithoutPlace, objModel);
+    return;
+  }
   const Node objCopy = objAdditionalInfo.cloneFor(objAdditionalInfo, true);
   objCopy.setText(strValue);
   objCopy.setAttribute(kId, strColumnId);
-  required(objAdditionalInfo.parentNode().appendChild(objCopy));
+  const Node objPlaced = required(objAdditionalInfo.parentNode().appendChild(objCopy));
+  if (session.answers) session.answers->writeFrom(objColumn, objPlaced, strValue);
 }
 
 void removePlaceholders(const Node& objModel) {
@@ -54,9 +61,9 @@ void removePlaceholders(const Node& objModel) {
   }
 }
 
-Acknowledge appendRow(const Document& objSendXML, const Node& objParentNode, const Node& objModel,
-                      std::string_view strNodeName, std::string_view strTableId,
-                      std::string_view strRowId) {
+Acknowledge appendRow(const Session& session, const Document& objSendXML, const Node& objParentNode,
+                      const Node& objModel, std::string_view strNodeName,
+                      std::string_view strTableId, std::string_view strRowId) {
   const Node objRowElement = objSendXML.createElement(strNodeName);
   if (!objRowElement || !objModel) return {};
 
@@ -65,7 +72,10 @@ Acknowledge appendRow(const Document& objSendXML, const Node& objParentNode, con
     return Failure(SVC_RET_XML_CREATION_CHLD_NODE_SELECTION_FAILED,
                    "Selecting the child nodes of the complex type has failed", kUserMessage);
   }
-  for (const Node& objChild : *colChildren) required(objRowElement.appendChild(objChild));
+  for (const Node& objChild : *colChildren) {
+    const Node objPlaced = required(objRowElement.appendChild(objChild));
+    if (session.answers) session.answers->placed(objChild, objPlaced);
+  }
   required(objParentNode.appendChild(objRowElement));
   objRowElement.setAttribute(kRowIndex, strRowId);
   objRowElement.setAttribute(kQuestionId, strTableId);
@@ -109,7 +119,8 @@ Acknowledge AddComplexTypeFromTableRows(const Session& session, const Document& 
         placeCell(session, objModel, objColumn, strTableId, strRowId);
       }
       removePlaceholders(objModel);
-      objAck = appendRow(objSendXML, objParentNode, objModel, strNodeName, strTableId, strRowId);
+      objAck = appendRow(session, objSendXML, objParentNode, objModel, strNodeName, strTableId,
+                         strRowId);
       if (!objAck.Success()) return objAck;
     }
     return {};

@@ -2,6 +2,8 @@
 
 #include <optional>
 
+#include "config/AnswerLog.h"
+#include "config/AnswerReasons.h"
 #include "config/Attributes.h"
 #include "config/Names.h"
 #include "message/ProtocolObject.h"
@@ -16,6 +18,25 @@ constexpr std::string_view kUserMessage = "An error occurred adding information 
 constexpr std::string_view kParameterUserMessage =
     "An error occurred retrieving the value from the parameter object";
 constexpr std::size_t kParameters = 2;
+
+/// Notes of whose answers `strText` is made that goes into `objNode`. Where the question's own is
+/// none of them, the whole text stands for it, unless a parameter gives no value at all.
+void noteSources(AnswerLog& answers, const NodeList& colParameters, const Node& prtobjct,
+                 const Document& objParkXML, const Node& objNode, std::string_view strText) {
+  Node objIdle;
+  for (const Node& objParameter : colParameters) {
+    const std::string strItem = attributeText(objParameter, "item");
+    if (!isBlank(strItem)) {
+      answers.writeFrom(selectProtocolObject(objParkXML, strItem), objNode, strText);
+    } else if (!isBlank(attributeText(objParameter, "formvalue"))) {
+      answers.writeFrom(prtobjct, objNode, strText);
+    } else if (isBlank(attributeText(objParameter, "formlabel"))) {
+      objIdle = objParameter;
+    }
+  }
+  if (objIdle && !answers.isDecided()) answers.lose(reason::kValueNotUsed, objIdle);
+  answers.standsFor(objNode);
+}
 
 }  // namespace
 
@@ -70,6 +91,9 @@ Acknowledge AddInfoToNode(const Session& session, const Node& prtobjct, const Do
       return Failure(SVC_RET_XML_CREATION_CREATE_NODE_FAILED,
                      "An error occurred creating the node for the information", kUserMessage);
     }
+    if (session.answers)
+      noteSources(*session.answers, *colParameters, prtobjct, objParkXML, objNode, strText);
+
     objNode.setText(strText);
     objNode.setAttribute(kQuestionId, strQuestionId);
     return {};

@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 
+#include "config/AnswerLog.h"
 #include "config/Attributes.h"
 #include "config/Names.h"
 #include "platform/dom/Document.h"
@@ -51,8 +52,9 @@ Acknowledge readCells(const Node& objRow, RowCells& cells) {
 
 }  // namespace
 
-Acknowledge AddRowInfoToSingleNode(const Document& objSendXML, const Node& objParentNode,
-                                   const Node& objParkTable, std::string_view strNodeName) {
+Acknowledge AddRowInfoToSingleNode(const Session& session, const Document& objSendXML,
+                                   const Node& objParentNode, const Node& objParkTable,
+                                   std::string_view strNodeName) {
   return Guarded("AddRowInfoToSingleNode", [&]() -> Acknowledge {
     if (!objParkTable) {
       return failure(SVC_RET_XML_CREATION_PRT_TBL_MISSING, "The protocol table object is missing");
@@ -85,6 +87,7 @@ Acknowledge AddRowInfoToSingleNode(const Document& objSendXML, const Node& objPa
         return failure(SVC_RET_XML_CREATION_CREATE_NODE_FAILED,
                        "Creating the node for the row info failed");
       }
+      if (session.answers) session.answers->writeRow(objRow, objNode);
       objNode.setText(strText);
       objNode.setAttribute(kQuestionId, strTableId);
       objNode.setAttribute(kRowIndex, strRowId);

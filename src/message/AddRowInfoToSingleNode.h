@@ -2,12 +2,10 @@
 
 #include <string_view>
 
+#include "config/Session.h"
 #include "result/Acknowledge.h"
 
 namespace Varnel_Tolv_XML_Creation {
-
-class Document;
-class Node;
 
 /// Writes each row of a table that has a cell filled in as one element `strNodeName` of text below
 /// `objParentNode`: "table - row [column:value] [column:value]", with the identifiers of the table,
@@ -18,7 +16,8 @@ class Node;
 /// _CLMN_SELECTION_FAILED, _CLMN_LBL_FAILED (a column without `columnlabel`), _CELL_INFO_MISSING (a
 /// row without columns), _CREATE_NODE_FAILED, _SETTING_TEXT_FAILED, _APPEND_SNGL_NODE_FAILED. Rows
 /// already written stay.
-Acknowledge AddRowInfoToSingleNode(const Document& objSendXML, const Node& objParentNode,
-                                   const Node& objParkTable, std::string_view strNodeName);
+Acknowledge AddRowInfoToSingleNode(const Session& session, const Document& objSendXML,
+                                   const Node& objParentNode, const Node& objParkTable,
+                                   std::string_view strNodeName);
 
 }  // namespace Varnel_Tolv_XML_Creation

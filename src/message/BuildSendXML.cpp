@@ -3,6 +3,8 @@
 #include <optional>
 #include <string>
 
+#include "config/AnswerLog.h"
+#include "config/AnswerReasons.h"
 #include "config/Attributes.h"
 #include "config/LoadTemplateXML.h"
 #include "config/Names.h"
@@ -36,6 +38,7 @@ Acknowledge BuildSendXML(const Session& session, const Document& objParkXML,
   return Guarded(kProcedure, [&]() -> Acknowledge {
     Acknowledge objAck = LoadTemplateXML(strTemplateXML, objSendXML);
     if (!objAck.Success()) return objAck;
+    if (session.answers) session.answers->messageTemplate(objSendXML);
 
     const Document objReferenceXML = session.newConfiguration();
     objAck = loadWithNamespaces(session, strReferenceXmlPath, objReferenceXML);
@@ -46,6 +49,7 @@ Acknowledge BuildSendXML(const Session& session, const Document& objParkXML,
           {"Set objAck = LoadTemplateXML(", strMsgObjectXML, ", objObjectMapper)"});
     objAck = LoadTemplateXML(strMsgObjectXML, objObjectMapper);
     if (!objAck.Success()) return objAck;
+    if (session.answers) session.answers->objectMapper(objObjectMapper);
 
     const Document objSchemaTypeMapper = session.newConfiguration();
     objAck = loadWithNamespaces(session, strSchemaTypeMapperXML, objSchemaTypeMapper);
@@ -59,6 +63,7 @@ Acknowledge BuildSendXML(const Session& session, const Document& objParkXML,
                               "Unable to select the protocol field list");
     }
     for (const Node& prtobjct : *colObjects) {
+      if (session.answers) session.answers->take(prtobjct);
       // deliberate: compared as written here, although parking ignores case.
       const std::string strObjectType = attributeText(prtobjct, kObjectType);
       if (strObjectType == kFieldObject) {
@@ -69,9 +74,12 @@ Acknowledge BuildSendXML(const Session& session, const Document& objParkXML,
         trace(session, kProcedure, {"processProtocolTable"});
         objAck = ProcessProtocolTable(session, objSendXML, prtobjct, objObjectMapper,
                                       objSchemaTypeMapper);
+      } else if (session.answers) {
+        session.answers->lose(reason::kUnknownObjectType);
       }
       if (!objAck.Success()) return objAck;
     }
+    if (session.answers) session.answers->take({});
 
     trace(session, kProcedure, {"About to createDocumentData"});
     const std::optional<Acknowledge> objDataAck =

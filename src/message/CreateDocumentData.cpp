@@ -42,7 +42,7 @@ std::optional<Acknowledge> applyRule(const Session& session, const Document& obj
 
   if (strAction != "checknodetype") {
     if (strParentXPath.empty()) return std::nullopt;
-    return CreateDocumentDataNodes(objSendXML, strParentXPath, strNodeXPath, objRule);
+    return CreateDocumentDataNodes(session, objSendXML, strParentXPath, strNodeXPath, objRule);
   }
   if (!objTarget) return std::nullopt;
 
@@ -55,7 +55,7 @@ std::optional<Acknowledge> applyRule(const Session& session, const Document& obj
 
   std::optional<Acknowledge> objAck;
   if (strTypeAction == "copyhcpdetailtype") {
-    objAck = CreateDocumentDataNodes(objSendXML, strParentXPath, strTypeNode, objRule);
+    objAck = CreateDocumentDataNodes(session, objSendXML, strParentXPath, strTypeNode, objRule);
   } else if (strTypeAction == "makehcpdetailtype") {
     objAck =
         makeHCPDetailType(session, objSendXML, objTypeAction, strParentXPath, strTypeNode, objRule);

@@ -3,15 +3,25 @@
 #include <optional>
 #include <string>
 
+#include "config/AnswerLog.h"
 #include "config/Attributes.h"
 #include "platform/dom/Document.h"
 #include "platform/text/Conversions.h"
 #include "result/Guarded.h"
 
 namespace Varnel_Tolv_XML_Creation {
+namespace {
 
-Acknowledge CreateDocumentDataNodes(const Document& objSendXML, std::string_view strParentXPath,
-                                    std::string_view strNodeXPath, const Node& objDocNode) {
+void placed(const Session& session, const Node& objNode, const Node& objPlaced) {
+  const Node objCopy = required(objPlaced);
+  if (session.answers) session.answers->copied(objNode, objCopy);
+}
+
+}  // namespace
+
+Acknowledge CreateDocumentDataNodes(const Session& session, const Document& objSendXML,
+                                    std::string_view strParentXPath, std::string_view strNodeXPath,
+                                    const Node& objDocNode) {
   return Guarded("CreateDocumentDataNodes", [&]() -> Acknowledge {
     const Node objParent = objSendXML.selectSingleNode(strParentXPath);
     if (!objParent) return {};
@@ -22,7 +32,7 @@ Acknowledge CreateDocumentDataNodes(const Document& objSendXML, std::string_view
       const Node objCopy = objNode.cloneNode(true);
       const Node objInsertBefore = objDocNode.selectSingleNode("insertbefore");
       if (!objInsertBefore) {
-        required(objParent.appendChild(objCopy));
+        placed(session, objNode, objParent.appendChild(objCopy));
         continue;
       }
       const std::optional<std::string> strAppend = objInsertBefore.getAttribute("appendonnomatch");
@@ -34,9 +44,9 @@ Acknowledge CreateDocumentDataNodes(const Document& objSendXML, std::string_view
         if (objReference) break;
       }
       if (objReference) {
-        required(objParent.insertBefore(objCopy, objReference));
+        placed(session, objNode, objParent.insertBefore(objCopy, objReference));
       } else if (blnAppendOnNoMatch) {
-        required(objParent.appendChild(objCopy));
+        placed(session, objNode, objParent.appendChild(objCopy));
       } else {
         // deliberate: the user message is this procedure's own name.
         return Failure(SVC_RET_XML_CREATION_CREATE_DOC_NODES_FAILED,

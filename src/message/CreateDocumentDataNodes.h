@@ -2,12 +2,10 @@
 
 #include <string_view>
 
+#include "config/Session.h"
 #include "result/Acknowledge.h"
 
 namespace Varnel_Tolv_XML_Creation {
-
-class Document;
-class Node;
 
 /// Puts a copy of every node that `strNodeXPath` selects in the message under the first that
 /// `strParentXPath` selects there, at the end or before the first sibling that the `insertbefore`
@@ -15,7 +13,8 @@ class Node;
 ///
 /// Errors: SVC_RET_XML_CREATION_CREATE_DOC_NODES_FAILED when there is an `insertbefore` that finds
 /// nothing and does not allow appending. Copies already placed stay.
-Acknowledge CreateDocumentDataNodes(const Document& objSendXML, std::string_view strParentXPath,
-                                    std::string_view strNodeXPath, const Node& objDocNode);
+Acknowledge CreateDocumentDataNodes(const Session& session, const Document& objSendXML,
+                                    std::string_view strParentXPath, std::string_view strNodeXPath,
+                                    const Node& objDocNode);
 
 }  // namespace Varnel_Tolv_XML_Creation

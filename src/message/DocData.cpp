@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "config/AnswerLog.h"
 #include "config/Attributes.h"
 #include "config/Utility.h"
 #include "config/convertToXsdDate.h"
@@ -79,6 +80,7 @@ std::optional<Acknowledge> GetDocData(const Session& session, std::string_view s
 
     const Node objTarget = objXmlDocument.selectSingleNode(strParentXPath + "/" + strNodeName);
     if (objTarget) {
+      if (session.answers) session.answers->writeOther(objTarget, strValue, objDocInfo);
       objTarget.setText(strValue);
     } else {
       result.fail(SVC_RET_XML_CREATION_PROT_NODE_NOT_SELECTED,

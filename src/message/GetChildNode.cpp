@@ -2,11 +2,13 @@
 
 #include <string>
 
+#include "config/AnswerLog.h"
 #include "config/Attributes.h"
 #include "config/Names.h"
 #include "config/convertToXsdDate.h"
 #include "message/GetComplexTypeFromAction.h"
 #include "message/ProtocolObject.h"
+#include "message/UnusedAnswer.h"
 #include "platform/text/Text.h"
 #include "result/Guarded.h"
 
@@ -31,9 +33,16 @@ struct ChildValues {
   std::string strQuestionId;
 };
 
+/// Writes a value into the element around a placeholder; it is the answer to `objSource`, if any.
+void fill(const Session& session, const Node& objParent, std::string_view strText,
+          const Node& objSource) {
+  if (session.answers) session.answers->writeFrom(objSource, objParent, strText);
+  objParent.setText(strText);
+}
+
 /// A placeholder for one line of a value of several lines.
 void fillSlot(const Node& objPlaceholder, const Node& objParent, std::string_view strId,
-              const AddressLines& lines, std::string_view strQuestionId) {
+              const AddressLines& lines, const ChildValues& values) {
   required(objParent.removeChild(objPlaceholder));
   const auto lngSlot = static_cast<std::size_t>(strId.back() - '0');
   if (lngSlot < 1 || lngSlot > lines.size()) throw RuntimeError(kSubscriptOutOfRange);
@@ -42,8 +51,8 @@ void fillSlot(const Node& objPlaceholder, const Node& objParent, std::string_vie
     required(objParent.parentNode().removeChild(objParent));
     return;
   }
-  objParent.setText(strLine);
-  objParent.setAttribute(kQuestionId, strQuestionId);
+  fill(values.session, objParent, strLine, values.prtobjct);
+  objParent.setAttribute(kQuestionId, values.strQuestionId);
 }
 
 /// A placeholder for a single value. One that no parameter names stays as it is.
@@ -63,11 +72,11 @@ void fillSingle(const Node& objPlaceholder, const Node& objParent, const std::st
   SetQuestionIdUpwards(objParent, values.strQuestionId, objStopMarker);
   required(objParent.removeChild(objPlaceholder));
   if (strFormValue == "true") {
-    objParent.setText(values.strValue);
+    fill(values.session, objParent, values.strValue, values.prtobjct);
   } else if (strFormLabel == "true") {
-    objParent.setText(values.strFieldLabel);
+    fill(values.session, objParent, values.strFieldLabel, {});
   } else if (isBlank(strMessageItem)) {
-    objParent.setText(objParameter.text());
+    fill(values.session, objParent, objParameter.text(), {});
   } else {
     const Node objItem = selectProtocolObject(values.prtobjct.parentNode(), strMessageItem);
     if (!objItem) return;
@@ -76,7 +85,7 @@ void fillSingle(const Node& objPlaceholder, const Node& objParent, const std::st
     if (strItemType == "date" || strItemType == "time") {
       strItemValue = convertToXsdDate(values.session, strItemType, strItemValue);
     }
-    objParent.setText(strItemValue);
+    fill(values.session, objParent, strItemValue, objItem);
     objParent.setAttribute(kQuestionId, strMessageItem);
   }
 }
@@ -120,11 +129,12 @@ Acknowledge GetChildNode(const Session& session, const Node& prtobjct,
                        "An error occurred selecting the schema node");
       }
       if (blnMultiValue && endsInDigit(strId)) {
-        fillSlot(objPlaceholder, objParent, strId, *arrValues, strQuestionId);
+        fillSlot(objPlaceholder, objParent, strId, *arrValues, values);
       } else {
         fillSingle(objPlaceholder, objParent, strId, values);
       }
     }
+    if (session.answers) noteUnusedAnswer(*session.answers, objAction, *colPlaceholders, arrValues);
     objChildNode = objComplexType;
     return {};
   });

@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "config/AnswerLog.h"
+#include "config/AnswerReasons.h"
 #include "config/Attributes.h"
 #include "config/Names.h"
 #include "config/Utility.h"
@@ -83,10 +85,12 @@ Acknowledge FieldPlacement::readMapping() {
   trace(session_, kProcedure, {"strMapperPath=", strMapperPath_});
   const Node objMessageItem = objObjectMapper_.selectSingleNode(strMapperPath_);
   if (!objMessageItem) {
+    if (session_.answers) session_.answers->lose(reason::kNoMapping);
     return Failure(SVC_RET_XML_CREATION_NOMAPPERFOROBJECT,
                    "object mapper not found for object=" + strId_,
                    "An error occurred while processing the protocol fields");
   }
+  if (session_.answers) session_.answers->entry(objMessageItem);
   return GetObjectMapperInfo(objMessageItem, info_);
 }
 
@@ -103,8 +107,10 @@ bool FieldPlacement::isSent() const {
 
   if (info_.strItem.empty() && strValue_.empty()) return false;
   // deliberate: any other word for True passes the conversion above and is not sent.
-  if (info_.strToSchema != "true") return false;
-  return blnOtherEmpty && !blnExists;
+  const bool blnSent = info_.strToSchema == "true";
+  if (!blnOtherEmpty || blnExists) return false;
+  if (session_.answers && !blnSent) session_.answers->lose(reason::kWordNotTrue);
+  return blnSent;
 }
 
 Acknowledge FieldPlacement::place() { return info_.objAction ? placeByAction() : placePlainly(); }
@@ -132,6 +138,8 @@ Acknowledge FieldPlacement::placePlainly() {
 /// The value of the other object that the entry names; empty when there is none.
 std::string FieldPlacement::itemValue() const {
   const Node objItem = selectProtocolObject(objParkXML_, info_.strItem);
+  if (session_.answers) session_.answers->source(objItem);
+  if (session_.answers && !objItem) session_.answers->lose(reason::kItemNotFound);
   if (!objItem) return {};
   std::string strValue = attributeText(objItem, kValue);
   // deliberate: only dates, and only in this case, although the field's own value is converted for
@@ -189,7 +197,9 @@ Acknowledge FieldPlacement::placeComplexType(const std::string& strAction) {
   if (strId_.find("fpadmin") != std::string::npos) {
     objCurrentNode.setAttribute("FrontPageInformation", "true");
   }
-  return AddComplexTypeToParent(objCurrentNode, objChildNode);
+  objAck = AddComplexTypeToParent(session_, objCurrentNode, objChildNode);
+  if (session_.answers) session_.answers->standsFor(objCurrentNode);
+  return objAck;
 }
 
 Acknowledge FieldPlacement::placeExtra() const {

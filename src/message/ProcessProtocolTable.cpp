@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "config/AnswerLog.h"
+#include "config/AnswerReasons.h"
 #include "config/Attributes.h"
 #include "config/Names.h"
 #include "message/AddComplexTypeFromTableRows.h"
@@ -37,9 +39,11 @@ Acknowledge ProcessProtocolTable(const Session& session, const Document& objSend
             : "//message/messageitem[@id='" + strId + "' and (@type='dynatable' or @type='table')]";
     const Node objMessageItem = objObjectMapper.selectSingleNode(strMapperPath);
     if (!objMessageItem) {
+      if (session.answers) session.answers->lose(reason::kNoMapping);
       return failure(SVC_RET_XML_CREATION_OBJECTMAPPER_MISSING,
                      "no object mapper found=" + strMapperPath);
     }
+    if (session.answers) session.answers->entry(objMessageItem);
     ObjectMapperInfo info;
     Acknowledge objAck = GetObjectMapperInfo(objMessageItem, info);
     if (!objAck.Success()) return objAck;
@@ -47,7 +51,12 @@ Acknowledge ProcessProtocolTable(const Session& session, const Document& objSend
       return failure(SVC_RET_XML_CREATION_ACTION_MISSING, "no action found=" + strId);
     }
     // deliberate: a table that is mapped to no place is left out in silence.
-    if (info.strNode.empty() || info.strParentXPath.empty()) return {};
+    if (info.strNode.empty() || info.strParentXPath.empty()) {
+      if (session.answers && !saysNo(info.strToSchema)) {
+        session.answers->lose(reason::kTableWithoutPlace);
+      }
+      return {};
+    }
 
     const Node objParentNode = objSendXML.selectSingleNode(info.strParentXPath);
     if (!objParentNode) {
@@ -55,7 +64,7 @@ Acknowledge ProcessProtocolTable(const Session& session, const Document& objSend
                      "node error" + info.strParentXPath + "/" + info.strNode);
     }
     if (toLower(attributeText(info.objAction, kId)) == "rowinfotovalue") {
-      return AddRowInfoToSingleNode(objSendXML, objParentNode, objParkTable, info.strNode);
+      return AddRowInfoToSingleNode(session, objSendXML, objParentNode, objParkTable, info.strNode);
     }
     return AddComplexTypeFromTableRows(session, objSendXML, objParentNode, objSchemaTypeMapper,
                                        objParkTable, info.objAction, info.strNode);

@@ -1,5 +1,6 @@
 #include "message/addData.h"
 
+#include "config/AnswerLog.h"
 #include "config/Names.h"
 #include "config/Utility.h"
 #include "result/Guarded.h"
@@ -26,6 +27,7 @@ Acknowledge addData(const Session& session, const Node& objXmlNode, std::string_
       return Failure(SVC_RET_XML_CREATION_INCORRECT_NODE_TYPE, "The node type is invalid",
                      kUserMessage);
     }
+    if (session.answers) session.answers->write(objElement, strValue);
     objElement.setText(strValue);
     objElement.setAttribute(kQuestionId, strQuestionId);
     return {};

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "config/AnswerLog.h"
 #include "config/Attributes.h"
 #include "config/Names.h"
 #include "config/Utility.h"
@@ -22,7 +23,10 @@ std::size_t levelOf(const Node& objNode) {
   return lngLevel;
 }
 
-void removeFromParent(const Node& objNode) { required(objNode.parentNode().removeChild(objNode)); }
+void removeFromParent(const Session& session, const Node& objNode) {
+  required(objNode.parentNode().removeChild(objNode));
+  if (session.answers) session.answers->removed(objNode);
+}
 
 }  // namespace
 
@@ -77,14 +81,14 @@ void checkNodeForRemoval(const Session& session, const Node& objMessageNode,
          ", Not oRefXMLNode Is Nothing=", traceWord(static_cast<bool>(objReferenceNode))});
   if (!objReferenceNode) {
     if (tracing(session)) trace(session, kProcedure, {"Removing ", objMessageNode.nodeName()});
-    removeFromParent(objMessageNode);
+    removeFromParent(session, objMessageNode);
     return;
   }
   const bool blnMandatory =
       isMandatoryForQuestion(objMessageNode, objReferenceNode, isMandatory(objReferenceNode));
   trace(session, kProcedure, {"Node path=", strPath, ", isMandatory=", traceWord(blnMandatory)});
   if (!blnMandatory) {
-    removeFromParent(objMessageNode);
+    removeFromParent(session, objMessageNode);
     return;
   }
   const bool blnEmptyOptAncestor = hasEmptyOptionalAncestor(objReferenceNode.parentNode(),
@@ -92,7 +96,7 @@ void checkNodeForRemoval(const Session& session, const Node& objMessageNode,
   trace(session, kProcedure,
         {"Node path=", strPath, ", blnEmptyOptAncestor=", traceWord(blnEmptyOptAncestor)});
   // An empty mandatory element stays, so that the schema reports it.
-  if (blnEmptyOptAncestor) removeFromParent(objMessageNode);
+  if (blnEmptyOptAncestor) removeFromParent(session, objMessageNode);
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -26,7 +26,7 @@ Acknowledge makeHCPDetailType(const Session& session, const Document& objXmlDocu
       } else if (strAction == "copy") {
         // deliberate: the longer path stays in force for the parameters that follow.
         if (!blnUnderParent) strParentXPath += "/" + strUnder;
-        objAck = CreateDocumentDataNodes(objXmlDocument, strParentXPath,
+        objAck = CreateDocumentDataNodes(session, objXmlDocument, strParentXPath,
                                          std::string(strNodeXPath) + "/" + strText, objDocNode);
       }
       if (!objAck.Success()) return objAck;

@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 
+#include "config/AnswerLog.h"
 #include "config/Attributes.h"
 #include "config/Names.h"
 #include "park/ParkProtField.h"
@@ -21,10 +22,14 @@ Acknowledge BuildParkXML(const Session& session, const Document& objParkingXML) 
                      "Selecting the protocol field list has failed",
                      "An error occurred selecting the protocol field list");
     }
+    if (session.answers) session.answers->parking(*colObjects);
     for (const Node& objItem : *colObjects) {
       const std::string strObjectType = toLower(attributeText(objItem, kObjectType));
       // deliberate: an object without a type is the end marker, the objects after it stay unparked.
-      if (isBlank(strObjectType)) break;
+      if (isBlank(strObjectType)) {
+        if (session.answers) session.answers->endMark(objItem);
+        break;
+      }
 
       Acknowledge objAck;  // stays successful for other objects: they hold no answer
       if (strObjectType == kFieldObject) objAck = ParkProtField(session, objItem);

@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "config/AnswerLog.h"
 #include "config/Attributes.h"
 #include "config/GetFormCollectionItem.h"
 #include "config/Names.h"
@@ -165,7 +166,10 @@ Acknowledge TableParking::parkNewRow(std::int32_t lngRow) {
   objAck = readRow(lngRow, row);
   if (!objAck.Success()) return objAck;
   noteBlank(row);
-  if (row.blnBlank) return {};
+  if (row.blnBlank) {
+    if (session_.answers) session_.answers->blankRow(objTable_, lngRow);
+    return {};
+  }
 
   if (!objRow) objRow = objDocument_.createElement(kRow);
   if (!objRow) return rowMissing();
@@ -238,6 +242,10 @@ Acknowledge TableParking::readCell(const CellDefinition& cell, std::int32_t lngR
     if (!cell.strSecondColumn.empty()) objAck = readForm(cell.strSecondColumn, strSecond);
     if (!objAck.Success()) return objAck;
     strValue = computeCell(session_, cell, strFirst, strSecond, row.blnInvalidOperand);
+    if (session_.answers && strValue.empty()) {
+      session_.answers->notComputed(objTable_, lngRow, cell.strFirstColumn, strFirst);
+      session_.answers->notComputed(objTable_, lngRow, cell.strSecondColumn, strSecond);
+    }
   } else if (!cell.strAutoValue.empty()) {
     strValue = cell.strAutoValue;  // what nobody typed does not make a row filled in
   } else {
@@ -284,6 +292,7 @@ Acknowledge ParkProtTable(const Session& session, const Node& objTable) {
                      "An error occurred because object list is missing");
     }
     const std::int32_t lngRowCount = toInt32(strRowCount);
+    if (session.answers) session.answers->table(objTable, lngRowCount);
     if (lngRowCount < 1) return {};
 
     TableParking parking(session, objTable, std::move(strId), strType, lngRowCount);

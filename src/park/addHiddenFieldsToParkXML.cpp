@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 
+#include "config/AnswerLog.h"
 #include "config/Attributes.h"
 #include "config/GetFormCollectionItem.h"
 #include "config/Names.h"
@@ -54,6 +55,7 @@ Acknowledge addHiddenFieldsToParkXML(const Session& session, const Node& objHidd
                              SVC_RET_XML_CREATION_APPEND_PRTOBJCT_TO_PARK_XML_FAILED,
                              "Unable to add the newly created prtobjct node to the parked XML");
       }
+      if (session.answers) session.answers->hiddenObject(objHiddenField, objField);
     }
     return {};
   });

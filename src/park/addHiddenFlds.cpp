@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "config/AnswerLog.h"
 #include "config/Attributes.h"
 #include "config/GetFormCollectionItem.h"
 #include "config/Names.h"
@@ -45,6 +46,7 @@ Acknowledge addHiddenFlds(const Session& session, const Document& objParkingXML,
       objHdnFld.setAttribute(kValue, strValue);
       // deliberate: an append that fails is told in the words of the missing root.
       if (!objRoot.appendChild(objHdnFld)) return selectionFailure(kNoRoot);
+      if (session.answers) session.answers->hiddenField(objHiddenField, strValue);
     }
     return {};
   });

@@ -31,7 +31,7 @@ TEST(AddComplexTypeToParent, MovesEveryChildInOrder) {
     SCOPED_TRACE(c.says);
     const Document objSendXML = message(c.before);
     const Node objType = complexType(c.type);
-    EXPECT_TRUE(Succeeded(AddComplexTypeToParent(objSendXML.documentElement(), objType)));
+    EXPECT_TRUE(Succeeded(AddComplexTypeToParent({}, objSendXML.documentElement(), objType)));
     EXPECT_EQ(content(objSendXML), c.after);
     EXPECT_FALSE(objType.hasChildNodes()) << "moved out of the copy";
   }
@@ -39,7 +39,7 @@ TEST(AddComplexTypeToParent, MovesEveryChildInOrder) {
 
 TEST(AddComplexTypeToParent, WorksWithinOneDocument) {
   const Document objSendXML = message("<schematype><m:a/><m:b/></schematype><m:p/>");
-  EXPECT_TRUE(Succeeded(AddComplexTypeToParent(objSendXML.selectSingleNode("/r/m:p"),
+  EXPECT_TRUE(Succeeded(AddComplexTypeToParent({}, objSendXML.selectSingleNode("/r/m:p"),
                                                objSendXML.selectSingleNode("/r/schematype"))));
   EXPECT_EQ(content(objSendXML), "<schematype/><m:p><m:a/><m:b/></m:p>");
 }
@@ -49,7 +49,7 @@ TEST(AddComplexTypeToParent, FailsWhenAChildIsNotTaken) {
   const Document objSendXML = message("", {.faults = &fault});
   fault.arm();
   EXPECT_TRUE(FailedWith(
-      AddComplexTypeToParent(objSendXML.documentElement(), complexType("<m:a/><m:b/><m:c/>")),
+      AddComplexTypeToParent({}, objSendXML.documentElement(), complexType("<m:a/><m:b/><m:c/>")),
       SVC_RET_XML_CREATION_ADD_CHILD_NODE_FAILED, "Adding the child node failed",
       "An error occurred adding complex type to parent"));
   EXPECT_TRUE(fault.struck());
@@ -58,15 +58,15 @@ TEST(AddComplexTypeToParent, FailsWhenAChildIsNotTaken) {
 
 TEST(AddComplexTypeToParent, ReportsRunTimeErrors) {
   const Document objSendXML = message("");
-  EXPECT_TRUE(FailedWithRuntimeError(AddComplexTypeToParent(objSendXML.documentElement(), Node()),
-                                     kObjectNotSet, "AddComplexTypeToParent",
-                                     "Object variable or With block variable not set"));
-  EXPECT_TRUE(FailedWithRuntimeError(AddComplexTypeToParent(Node(), complexType("<m:a/>")),
+  EXPECT_TRUE(FailedWithRuntimeError(
+      AddComplexTypeToParent({}, objSendXML.documentElement(), Node()), kObjectNotSet,
+      "AddComplexTypeToParent", "Object variable or With block variable not set"));
+  EXPECT_TRUE(FailedWithRuntimeError(AddComplexTypeToParent({}, Node(), complexType("<m:a/>")),
                                      kObjectNotSet, "AddComplexTypeToParent",
                                      "Object variable or With block variable not set"));
   const Document objOther = message("<!--c-->");
   EXPECT_TRUE(FailedWithNumber(
-      AddComplexTypeToParent(objOther.selectSingleNode("/r/comment()"), complexType("<m:a/>")),
+      AddComplexTypeToParent({}, objOther.selectSingleNode("/r/comment()"), complexType("<m:a/>")),
       kXmlFailure, "AddComplexTypeToParent"));
   EXPECT_EQ(content(objOther), "<!--c-->");
 }

@@ -41,7 +41,7 @@ struct Story {
                      .documentElement()) {}
 
   Acknowledge add(std::string_view strNode = "info") const {
-    return AddRowInfoToSingleNode(objSendXML, objSendXML.documentElement(), objTable, strNode);
+    return AddRowInfoToSingleNode({}, objSendXML, objSendXML.documentElement(), objTable, strNode);
   }
   std::string sent() const { return content(objSendXML); }
 };
@@ -133,7 +133,7 @@ TEST(AddRowInfoToSingleNode, WritesElementsInNoNamespace) {
   const Document objSendXML = parsed("<r xmlns='urn:d'><p/></r>");
   const Story story(row("1", "R", cell("a", "x")));
   EXPECT_TRUE(Succeeded(AddRowInfoToSingleNode(
-      objSendXML, objSendXML.documentElement().childNodes()->item(0), story.objTable, "info")));
+      {}, objSendXML, objSendXML.documentElement().childNodes()->item(0), story.objTable, "info")));
   EXPECT_TRUE(objSendXML.documentElement().xml().find("<p><info xmlns=\"\" questionId=\"Tab\"") !=
               std::string::npos)
       << objSendXML.documentElement().xml();
@@ -263,7 +263,7 @@ TEST(AddRowInfoToSingleNode, ReportsRunTimeErrors) {
 TEST(AddRowInfoToSingleNode, ReportsAMissingParent) {
   const Story story(row("1", "R", cell("a", "x")));
   EXPECT_TRUE(FailedWithRuntimeError(
-      AddRowInfoToSingleNode(story.objSendXML, {}, story.objTable, "info"), kObjectNotSet,
+      AddRowInfoToSingleNode({}, story.objSendXML, {}, story.objTable, "info"), kObjectNotSet,
       "AddRowInfoToSingleNode", "Object variable or With block variable not set"));
 }
 

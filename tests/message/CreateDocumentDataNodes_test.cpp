@@ -31,7 +31,7 @@ struct Story {
   explicit Story(std::string_view strMessage, std::string_view strRule = "",
                  std::string_view strNodes = "/r/s", std::string_view strParent = "/r/p")
       : objSendXML(message(strMessage)) {
-    objAck = CreateDocumentDataNodes(objSendXML, strParent, strNodes, rule(strRule));
+    objAck = CreateDocumentDataNodes({}, objSendXML, strParent, strNodes, rule(strRule));
   }
   std::string sent() const { return content(objSendXML); }
 };
@@ -160,7 +160,8 @@ TEST(CreateDocumentDataNodes, KeepsTheReferenceOfAnEarlierCopyWhereNoneIsNamed) 
       "<p><b/><insertbefore><node>b</node></insertbefore></p>"
       "<insertbefore><node/></insertbefore><insertbefore/>");
   const Node objRule = objSendXML.selectSingleNode("/r/p");
-  EXPECT_TRUE(Succeeded(CreateDocumentDataNodes(objSendXML, "/r/p", "/r/insertbefore", objRule)));
+  EXPECT_TRUE(
+      Succeeded(CreateDocumentDataNodes({}, objSendXML, "/r/p", "/r/insertbefore", objRule)));
   EXPECT_EQ(objRule.xml(),
             "<p><insertbefore><node/></insertbefore>"
             "<insertbefore/><b/><insertbefore><node>b</node></insertbefore></p>");
@@ -212,7 +213,7 @@ TEST(CreateDocumentDataNodes, ReportsMissingThings) {
   for (const auto& c : cases) {
     SCOPED_TRACE(c.says);
     EXPECT_TRUE(
-        FailedWithRuntimeError(CreateDocumentDataNodes(c.objSendXML, "/r/p", "/r/s", c.objRule),
+        FailedWithRuntimeError(CreateDocumentDataNodes({}, c.objSendXML, "/r/p", "/r/s", c.objRule),
                                kObjectNotSet, "CreateDocumentDataNodes", kObjectNotSetText));
   }
 }
@@ -236,9 +237,9 @@ TEST(CreateDocumentDataNodes, ReportsOperationsThatFail) {
     fault.disarm();
     const Document objSendXML = message("<p><b/></p><s>1</s><s>2</s>", {.faults = &fault});
     fault.arm();
-    EXPECT_TRUE(
-        FailedWithRuntimeError(CreateDocumentDataNodes(objSendXML, "/r/p", "/r/s", rule(c.rule)),
-                               kXmlFailure, "CreateDocumentDataNodes", "Injected failure"));
+    EXPECT_TRUE(FailedWithRuntimeError(
+        CreateDocumentDataNodes({}, objSendXML, "/r/p", "/r/s", rule(c.rule)), kXmlFailure,
+        "CreateDocumentDataNodes", "Injected failure"));
     EXPECT_TRUE(fault.struck());
     EXPECT_EQ(content(objSendXML), c.after + "<s>1</s><s>2</s>");
   }
@@ -249,8 +250,9 @@ TEST(CreateDocumentDataNodes, ReportsAMissingListOfNodes) {
   fault.disarm();
   const Document objSendXML = message("<p/><s/>", {.faults = &fault});
   fault.arm();
-  EXPECT_TRUE(FailedWithRuntimeError(CreateDocumentDataNodes(objSendXML, "/r/p", "/r/s", rule("")),
-                                     kObjectNotSet, "CreateDocumentDataNodes", kObjectNotSetText));
+  EXPECT_TRUE(
+      FailedWithRuntimeError(CreateDocumentDataNodes({}, objSendXML, "/r/p", "/r/s", rule("")),
+                             kObjectNotSet, "CreateDocumentDataNodes", kObjectNotSetText));
   EXPECT_TRUE(fault.struck());
 }
 

@@ -54,6 +54,10 @@ class Node {
   /// Whether both are the same node of the same document, or both Nothing.
   friend bool operator==(const Node& left, const Node& right) noexcept;
 
+  /// A key of the node: the same for every handle to it, another for every other node as long as
+  /// handles to both are kept. Null for Nothing and for a document.
+  const void* identity() const noexcept { return node_; }
+
   NodeType nodeType() const;
 
   /// The qualified name as written; "#document", "#text", "#comment", "#cdata-section"; a

@@ -1,0 +1,194 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+#include "platform/dom/Document.h"
+
+// What became of each answer of one run, noted where it is decided. The stages call it in single
+// lines, `if (session.answers) session.answers->...`; nobody asks, no log. It notes nodes and rules
+// only; `AnswerReport` makes the losses and the journal of them when the run is over.
+//
+// An answer is told by the node that holds it in the parked form: the `prtobjct` of a field, the
+// `column` of a cell. While an object is carried into the message it is the one in hand, and what
+// is written without naming another source is its answer.
+//
+// Cost: a constant amount for each call, apart from those that tell that nodes were copied or
+// written over, which look at each node concerned. Which answers a node holds is looked up only
+// where something is written over, in an index that is then brought up to date with what was
+// written since: each write enters it once.
+
+namespace Varnel_Tolv_XML_Creation {
+
+/// The files whose rules decide about an answer.
+enum class RuleFile : std::uint8_t {
+  objectList,  // handed in as a document
+  objectMapper,
+  schemaTypes,
+  hiddenFields,
+  messageTemplate,
+};
+
+/// A place in the configuration; line 0: none.
+struct AnswerRule {
+  RuleFile file = RuleFile::objectList;
+  std::size_t lngLine = 0;
+};
+
+/// Whether a word of the configuration says no, in any case: "false", "0", nothing.
+bool saysNo(std::string_view strWord);
+
+class AnswerLog {
+ public:
+  /// An answer, or all cells of a table, that something kept from the message.
+  struct Loss {
+    Node objSource;
+    std::string_view strReason;  // of the constants in AnswerReasons.h
+    AnswerRule rule;
+    std::string strPart;  // what was lost, where that is not the whole answer
+  };
+  /// A value that was written.
+  struct Write {
+    Node objTarget;  // the element of the message
+    Node objSource;
+    AnswerRule rule;
+    bool blnEmpty = false;     // whether the empty text was written
+    std::string_view strGone;  // why it does not stand there any more; empty: it does
+    AnswerRule goneBy;
+  };
+  /// An object that was carried into the message, or was to be.
+  struct Carried {
+    Node objObject;
+    AnswerRule rule;  // the entry of the object mapper
+  };
+  struct Table {
+    Node objTable;
+    std::int32_t lngRowCount = 0;
+    NodeList colDefinitions;
+  };
+  /// Answers of a row that only computed cells read.
+  struct Operand {
+    Node objTable;
+    std::int32_t lngRow = 0;
+    std::string strColumnId;  // empty: those of all computed cells
+  };
+  /// A hidden field of the list and the object that was made of it, if any.
+  struct HiddenObject {
+    Node objHiddenField;
+    Node objField;
+  };
+  struct HiddenValue {
+    Node objHiddenField;
+    std::string strValue;
+  };
+
+  explicit AnswerLog(bool blnJournal) : blnJournal_(blnJournal) {}
+
+  // While the form is parked.
+
+  /// A submitted form field was read.
+  void read(std::string_view strFieldName) { read_.emplace(strFieldName); }
+  void parking(const NodeList& colObjects) { colObjects_ = colObjects; }
+  void endMark(const Node& objObject) { objEndMark_ = objObject; }
+  /// Before its column definitions are used up.
+  void table(const Node& objTable, std::int32_t lngRowCount);
+  /// A computed cell stayed empty, so the answer `strAnswer` to one of its operands is in no cell.
+  void notComputed(const Node& objTable, std::int32_t lngRow, std::string_view strColumnId,
+                   std::string_view strAnswer);
+  /// A row was left out as blank.
+  void blankRow(const Node& objTable, std::int32_t lngRow);
+  /// A field object was made of a hidden field of the list.
+  void hiddenObject(const Node& objHiddenField, const Node& objField);
+  /// A hidden field was listed with its value.
+  void hiddenField(const Node& objHiddenField, std::string_view strValue);
+
+  // While the message is built.
+
+  /// The template was loaded.
+  void messageTemplate(const Document& objSendXML) { objSendXML_ = objSendXML; }
+  void objectMapper(const Document& objObjectMapper) { objObjectMapper_ = objObjectMapper; }
+  /// The object is in hand from now on; Nothing: the last one was carried over.
+  void take(const Node& objObject);
+  /// The entry of the object mapper for the object in hand.
+  void entry(const Node& objMessageItem);
+  /// What is written from now on is the answer to another object; Nothing: to none.
+  void source(const Node& objSource) { objSource_ = objSource; }
+  /// The object in hand, or all its cells, do not reach the message. A rule that is Nothing: the
+  /// entry.
+  void lose(std::string_view strReason, const Node& objRule = {}, std::string_view strPart = {});
+  void loseCell(const Node& objColumn, std::string_view strReason, const Node& objSchemaType);
+  /// `strText` is about to be written to an element, as the answer of the source.
+  void write(const Node& objTarget, std::string_view strText);
+  void writeFrom(const Node& objSource, const Node& objTarget, std::string_view strText);
+  /// A text of all cells of a row is about to be written to an element.
+  void writeRow(const Node& objRow, const Node& objTarget);
+  /// An element stands for the answer in hand as a whole, unless it is decided already.
+  void standsFor(const Node& objElement);
+  /// Something else than an answer is about to be written to a node.
+  void writeOther(const Node& objTarget, std::string_view strText, const Node& objRule);
+  /// Whether the answer in hand was written anywhere, or is told as lost.
+  bool isDecided() const;
+  /// What was written below `objMade` stands below `objPlaced` now, a copy of it unless both are
+  /// the same. To be called with the tops of both, before anything else changes either.
+  void placed(const Node& objMade, const Node& objPlaced);
+  /// `objCopy` is a copy of an element of the message, placed in the message too.
+  void copied(const Node& objOriginal, const Node& objCopy);
+  /// An element of the message was removed because it is empty.
+  void removed(const Node& objElement);
+
+  // What was noted.
+
+  bool hasJournal() const noexcept { return blnJournal_; }
+  bool wasRead(const std::string& strFieldName) const { return read_.contains(strFieldName); }
+  /// The objects to be parked; none when the run did not come so far.
+  const std::optional<NodeList>& objects() const noexcept { return colObjects_; }
+  const Node& firstUnparked() const noexcept { return objEndMark_; }
+  const std::vector<Table>& tables() const noexcept { return tables_; }
+  const std::vector<Operand>& operands() const noexcept { return operands_; }
+  const std::vector<HiddenObject>& hiddenObjects() const noexcept { return hiddenObjects_; }
+  const std::vector<HiddenValue>& hiddenValues() const noexcept { return hiddenValues_; }
+  const std::vector<Carried>& carried() const noexcept { return carried_; }
+  const Node& inHand() const noexcept { return objInHand_; }
+  const std::vector<Write>& writes() const noexcept { return writes_; }
+  const std::vector<Loss>& losses() const noexcept { return losses_; }
+  const Document& mapper() const noexcept { return objObjectMapper_; }
+  const Document& message() const noexcept { return objSendXML_; }
+
+ private:
+  using Index = std::unordered_map<const void*, std::vector<std::size_t>>;
+
+  Index& writesByTarget();
+  void goneFrom(Index& index, const Node& objElement, std::string_view strReason,
+                const AnswerRule& rule);
+  void overwrite(const Node& objTarget, std::string_view strText, const AnswerRule& rule);
+
+  const bool blnJournal_;
+  std::unordered_set<std::string> read_;
+  std::optional<NodeList> colObjects_;
+  Node objEndMark_;
+  std::vector<Table> tables_;
+  std::vector<Operand> operands_;
+  std::vector<HiddenObject> hiddenObjects_;
+  std::vector<HiddenValue> hiddenValues_;
+
+  Document objObjectMapper_;
+  Document objSendXML_;
+  Node objInHand_;
+  Node objSource_;
+  std::size_t lngFirstWrite_ = 0;  // of the object in hand
+  std::size_t lngFirstLoss_ = 0;
+  std::vector<Carried> carried_;
+  std::vector<Write> writes_;
+  std::vector<Loss> losses_;
+  Index byTarget_;  // of the first `lngIndexed_` writes
+  std::size_t lngIndexed_ = 0;
+  Index emptyByTarget_;  // of those that wrote the empty text
+};
+
+}  // namespace Varnel_Tolv_XML_Creation

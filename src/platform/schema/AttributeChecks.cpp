@@ -34,10 +34,10 @@ void AttributeChecks::check(const StartTag& tag, const std::vector<const Message
 void AttributeChecks::checkInstance(const Stated& attribute) {
   if (attribute.name.instance == InstanceAttribute::location) return;
   const std::string_view strValue = tag_->value(attribute.lngIndex);
-  const bool blnValid = attribute.name.instance == InstanceAttribute::nil
-                            ? SimpleType::builtIn("boolean")->check(strValue, lookup_, nullptr)
-                            : isTypeName(strValue);
-  if (!blnValid) reportValue(attribute, XML_SCHEMAV_CVC_DATATYPE_VALID_1_2_1, {}, {});
+  const bool blnNil = attribute.name.instance == InstanceAttribute::nil;
+  const SimpleType* type = SimpleType::builtIn(blnNil ? "boolean" : "QName");
+  const bool blnValid = blnNil ? type->check(strValue, lookup_, nullptr) : isTypeName(strValue);
+  if (!blnValid) reportValue(attribute, XML_SCHEMAV_CVC_DATATYPE_VALID_1_2_1, {}, {}, type);
 }
 
 void AttributeChecks::checkByWildcard(const Stated& attribute, const TypeDefinition& type) {
@@ -56,7 +56,8 @@ void AttributeChecks::checkByWildcard(const Stated& attribute, const TypeDefinit
                           libraryWords(*tag_->name,
                                        "No matching global attribute declaration available, but "
                                        "demanded by the strict wildcard.",
-                                       attribute.name.expanded()));
+                                       attribute.name.expanded()),
+                          attribute.name.strWritten);
   }
 }
 
@@ -67,7 +68,7 @@ void AttributeChecks::checkValue(const Stated& attribute, const AttributeDeclara
   ValueFaults faults;
   const bool blnValid = type.check(strValue, lookup_, &faults);
   if (!blnValid) {
-    reportValue(attribute, faults.lngCode, std::move(faults.facets), {});
+    reportValue(attribute, faults.lngCode, std::move(faults.facets), {}, &type);
   } else {
     if (constraint.kind == ValueConstraint::Kind::fixed &&
         type.valueKey(strValue, lookup_) != constraint.strKey) {
@@ -76,7 +77,8 @@ void AttributeChecks::checkValue(const Stated& attribute, const AttributeDeclara
                                "The value '" + std::string(strValue) +
                                    "' does not match the fixed value constraint '" +
                                    constraint.strValue + "'.",
-                               attribute.name.expanded()));
+                               attribute.name.expanded()),
+                  &type);
     }
     identifiers_.add(type, strValue, lookup_, *tag_->name, &attribute.name);
   }
@@ -107,18 +109,21 @@ void AttributeChecks::takeUnstated(const TypeDefinition& type) {
 
 void AttributeChecks::reportValue(const Stated& attribute, std::int32_t lngCode,
                                   std::vector<ValueFaults::FailedFacet> facets,
-                                  std::string strWords) {
+                                  std::string strWords, const SimpleType* type) {
   reporter_.report({.kind = Violation::Kind::attributeValue,
                     .lngCode = lngCode,
                     .strName = attribute.name.strWritten,
                     .facets = std::move(facets),
-                    .strWords = std::move(strWords)});
+                    .strWords = std::move(strWords),
+                    .strValue = tag_->value(attribute.lngIndex),
+                    .type = type});
 }
 
 void AttributeChecks::reportUndeclared(const Stated& attribute, std::int32_t lngCode) {
   reporter_.report({.kind = Violation::Kind::undeclaredAttribute,
                     .lngCode = lngCode,
-                    .strName = attribute.name.strWritten});
+                    .strName = attribute.name.strWritten,
+                    .strValue = tag_->value(attribute.lngIndex)});
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -50,7 +50,8 @@ class AttributeChecks {
                   const ValueConstraint& constraint);
   void takeUnstated(const TypeDefinition& type);
   void reportValue(const Stated& attribute, std::int32_t lngCode,
-                   std::vector<ValueFaults::FailedFacet> facets, std::string strWords);
+                   std::vector<ValueFaults::FailedFacet> facets, std::string strWords,
+                   const SimpleType* type);
   void reportUndeclared(const Stated& attribute, std::int32_t lngCode);
 
   const SchemaComponents& components_;

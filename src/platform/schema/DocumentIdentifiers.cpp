@@ -12,9 +12,11 @@ void DocumentIdentifiers::add(const SimpleType& type, std::string_view strValue,
     std::string strIdentifier(strName);
     if (kind == IdentifierKind::id) {
       if (identifiers_.insert(strIdentifier).second) return;
-      report(element, attribute, "Duplicate ID '" + strIdentifier + "'.");
+      const std::string strWhat = "Duplicate ID '" + strIdentifier + "'.";
+      report({std::move(strIdentifier), &element, attribute, reporter_.here()},
+             IdentityFault::duplicate, strWhat);
     } else if (kind == IdentifierKind::reference && !identifiers_.contains(strIdentifier)) {
-      references_.push_back({std::move(strIdentifier), &element, attribute});
+      references_.push_back({std::move(strIdentifier), &element, attribute, reporter_.here()});
     }
   });
 }
@@ -22,15 +24,23 @@ void DocumentIdentifiers::add(const SimpleType& type, std::string_view strValue,
 void DocumentIdentifiers::finish() {
   for (const Reference& reference : references_) {
     if (identifiers_.contains(reference.strTo)) continue;
-    report(*reference.element, reference.attribute,
+    report(reference, IdentityFault::noMatch,
            "No ID '" + reference.strTo + "' found in the document.");
   }
 }
 
-void DocumentIdentifiers::report(const MessageName& element, const MessageName* attribute,
+void DocumentIdentifiers::report(const Reference& identifier, IdentityFault fault,
                                  const std::string& strWhat) {
-  reporter_.reportOther(XML_SCHEMAV_CVC_IDC,
-                        libraryWords(element, strWhat, attribute ? attribute->expanded() : ""));
+  const MessageName* attribute = identifier.attribute;
+  reporter_.report(
+      {.kind = Violation::Kind::identity,
+       .lngCode = XML_SCHEMAV_CVC_IDC,
+       .strWords =
+           libraryWords(*identifier.element, strWhat, attribute ? attribute->expanded() : ""),
+       .strValue = identifier.strTo,
+       .strAttribute = attribute ? std::string_view(attribute->strWritten) : std::string_view(),
+       .identity = fault,
+       .place = &identifier.place});
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

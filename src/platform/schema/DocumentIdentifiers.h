@@ -29,9 +29,10 @@ class DocumentIdentifiers {
     std::string strTo;
     const MessageName* element;
     const MessageName* attribute;  // null: the element's own value
+    MessagePlace place;
   };
 
-  void report(const MessageName& element, const MessageName* attribute, const std::string& strWhat);
+  void report(const Reference& identifier, IdentityFault fault, const std::string& strWhat);
 
   ViolationReporter& reporter_;
   std::unordered_set<std::string> identifiers_;

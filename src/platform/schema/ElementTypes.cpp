@@ -71,7 +71,7 @@ const TypeDefinition* typeInstead(const SchemaComponents& components, const Mess
   if (!isTypeName(strValue)) return nullptr;  // told where the attributes' values are checked
   const NamedType named = findNamedType(components, strValue, lookup);
   const auto refuse = [&](int code, const std::string& strWhat) {
-    reporter.reportOther(code, libraryWords(element, strWhat, kTypeAttribute));
+    reporter.reportOther(code, libraryWords(element, strWhat, kTypeAttribute), kTypeAttribute);
     return nullptr;
   };
   if (!named.expanded) {

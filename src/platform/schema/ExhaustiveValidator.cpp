@@ -19,16 +19,21 @@ bool hasElements(const TypeDefinition& type) noexcept {
 }  // namespace
 
 ExhaustiveValidator::ExhaustiveValidator(const SchemaComponents& components, MessageNames& names,
-                                         ViolationReporter::Sink sink, bool blnUndeclaredAttributes)
+                                         ViolationReporter::Sink sink, bool blnUndeclaredAttributes,
+                                         const PartsSettings& parts)
     : components_(components),
-      reporter_(components.names(), std::move(sink), blnUndeclaredAttributes),
+      reporter_(components.names(), std::move(sink), blnUndeclaredAttributes, parts),
       lookup_([this](std::string_view strPrefix) { return bindings_.find(strPrefix); }),
       names_(names),
       identifiers_(reporter_),
       attributes_(components, names, lookup_, reporter_, identifiers_),
-      identities_(components.names(), lookup_, reporter_) {}
+      identities_(components.names(), lookup_, reporter_),
+      missing_(reporter_, components.names()) {}
 
 void ExhaustiveValidator::start(const StartTag& tag) {
+  MessagePlace& here = reporter_.here();
+  here.lngElement = lngStarted_++;
+  ++here.lngTag;
   if (lngPassedOver_ > 0) {
     ++lngPassedOver_;
     return;
@@ -55,6 +60,7 @@ void ExhaustiveValidator::open(const StartTag& tag, Placement declaration,
   element.blnNilled = found.blnNilled;
   element.blnNilRefused = found.blnNilRefused;
   element.lngOuterBindings = lngOuterBindings;
+  element.lngNumber = lngStarted_ - 1;
 
   const bool blnIdentities = identities_.concerns(element);
   checkedAttributes_.clear();
@@ -134,13 +140,21 @@ std::optional<ExhaustiveValidator::Placement> ExhaustiveValidator::placeMisplace
     reportUndeclared(name, XML_SCHEMAV_ELEMENT_CONTENT);
     return std::nullopt;
   }
-  if (!std::exchange(parent.blnMisplaced, true)) {
+  const std::size_t lngDepth = open_.size() - 1;
+  if (std::exchange(parent.blnMisplaced, true)) {
+    if (reporter_.wantsParts()) missing_.next(lngDepth, name);
+  } else {
     Violation violation = {
         .kind = Violation::Kind::invalidContent,
         .lngCode = parent.blnNilled ? XML_SCHEMAV_CVC_ELT_3_2_1 : XML_SCHEMAV_ELEMENT_CONTENT};
     if (parent.cursor) violation.expected = parent.cursor->expected(reporter_.namesWanted());
+    if (parent.cursor && reporter_.wantsParts()) {
+      missing_.begin(lngDepth, *parent.cursor, name, violation);
+      reporter_.reportSentences(violation);
+    } else {
+      reporter_.report(violation);
+    }
     parent.cursor.reset();
-    reporter_.report(violation);
   }
   return elsewhere ? placeByMatch(elsewhere, name) : placeByName(name.id);
 }
@@ -161,16 +175,24 @@ std::optional<ExhaustiveValidator::Placement> ExhaustiveValidator::placeByName(N
   return declaration;
 }
 
+bool ExhaustiveValidator::declaresAttribute(const MessageName& name) const {
+  if (lngPassedOver_ > 0) return false;
+  const TypeDefinition& type = *open_.back().type;
+  return type.attribute(name.id) ||
+         (type.attributeWildcard && type.attributeWildcard->admits(name.strUri) &&
+          components_.attribute(name.id));
+}
+
 void ExhaustiveValidator::text(std::string_view strText) {
   if (lngPassedOver_ > 0 || open_.empty()) return;
   OpenElement& element = open_.back();
   element.blnHasText = true;
-  if (element.blnNilled) return reportText(XML_SCHEMAV_CVC_ELT_3_2_1);
+  if (element.blnNilled) return reportText(XML_SCHEMAV_CVC_ELT_3_2_1, strText);
   switch (element.type->content) {
     case Content::empty:
-      return reportText(XML_SCHEMAV_CVC_COMPLEX_TYPE_2_1);
+      return reportText(XML_SCHEMAV_CVC_COMPLEX_TYPE_2_1, strText);
     case Content::elementOnly:
-      if (!isXmlWhiteSpace(strText)) reportText(XML_SCHEMAV_CVC_COMPLEX_TYPE_2_3);
+      if (!isXmlWhiteSpace(strText)) reportText(XML_SCHEMAV_CVC_COMPLEX_TYPE_2_3, strText);
       return;
     case Content::simple:
     case Content::mixed:
@@ -180,10 +202,13 @@ void ExhaustiveValidator::text(std::string_view strText) {
 }
 
 void ExhaustiveValidator::end() {
+  MessagePlace& here = reporter_.here();
+  ++here.lngTag;
   if (lngPassedOver_ > 0) {
     --lngPassedOver_;
   } else {
     OpenElement& element = open_.back();
+    here.lngElement = element.lngNumber;
     FieldContent content;
     if (element.type->content == Content::simple) {
       content = checkValue(element);
@@ -195,6 +220,7 @@ void ExhaustiveValidator::end() {
     bindings_.resize(element.lngOuterBindings);
     open_.pop_back();
   }
+  if (!open_.empty()) here.lngElement = open_.back().lngNumber;  // whose text may follow
   if (lngPassedOver_ == 0 && open_.empty()) identifiers_.finish();
 }
 
@@ -216,7 +242,9 @@ FieldContent ExhaustiveValidator::checkValue(const OpenElement& element) {
   content.blnValid = type.check(content.strText, lookup_, &faults);
   if (!content.blnValid) {
     const bool blnTold = element.blnNilRefused && !element.blnHasText;
-    if (!blnTold) reportValue(element, faults.lngCode, std::move(faults.facets), {});
+    if (!blnTold) {
+      reportValue(element, faults.lngCode, std::move(faults.facets), {}, content.strText);
+    }
     return content;
   }
   if (!blnByDefault && !isFixedValue(element, content.strText)) {
@@ -239,14 +267,17 @@ bool ExhaustiveValidator::isFixedValue(const OpenElement& element, std::string_v
 
 /// Checks that nothing is missing at the end of an element that is to have no value.
 void ExhaustiveValidator::checkComplete(OpenElement& element) {
+  if (element.blnMisplaced && reporter_.wantsParts()) missing_.end(open_.size() - 1);
   if (element.blnNilled || element.blnMisplaced || !element.type->model) return;
   const ContentModel& model = *element.type->model;
   if (!element.cursor && model.emptiable()) return;
   if (!element.cursor) element.cursor.emplace(model);
   if (element.cursor->complete()) return;
-  reporter_.report({.kind = Violation::Kind::incompleteContent,
-                    .lngCode = XML_SCHEMAV_ELEMENT_CONTENT,
-                    .expected = element.cursor->expected(reporter_.namesWanted())});
+  Violation violation = {.kind = Violation::Kind::incompleteContent,
+                         .lngCode = XML_SCHEMAV_ELEMENT_CONTENT,
+                         .expected = element.cursor->expected(reporter_.namesWanted())};
+  if (reporter_.wantsParts()) violation.missing = missing_.atEnd(*element.cursor);
+  reporter_.report(violation);
 }
 
 /// Mixed content can be demanded to be a certain text.
@@ -257,7 +288,8 @@ void ExhaustiveValidator::checkMixedText(const OpenElement& element) {
     reportValue(element, XML_SCHEMAV_CVC_ELT_5_2_2_1, {},
                 libraryWords(*element.name,
                              "The content must not contain element nodes since there is a fixed "
-                             "value constraint."));
+                             "value constraint."),
+                {});
   } else if (element.blnHasText && strText_ != constraint.strValue) {
     reportNotFixed(element, XML_SCHEMAV_CVC_ELT_5_2_2_2_1, "initial", strText_);
   }
@@ -273,18 +305,21 @@ void ExhaustiveValidator::reportUndeclared(const MessageName& name, std::int32_t
       {.kind = Violation::Kind::undeclaredElement, .lngCode = lngCode, .strName = name.strWritten});
 }
 
-void ExhaustiveValidator::reportText(std::int32_t lngCode) {
-  reporter_.report({.kind = Violation::Kind::textNotAllowed, .lngCode = lngCode});
+void ExhaustiveValidator::reportText(std::int32_t lngCode, std::string_view strText) {
+  reporter_.report(
+      {.kind = Violation::Kind::textNotAllowed, .lngCode = lngCode, .strValue = strText});
 }
 
 void ExhaustiveValidator::reportValue(const OpenElement& element, std::int32_t lngCode,
                                       std::vector<ValueFaults::FailedFacet> facets,
-                                      std::string strWords) {
+                                      std::string strWords, std::string_view strText) {
   reporter_.report({.kind = Violation::Kind::elementValue,
                     .lngCode = lngCode,
                     .strName = element.name->strWritten,
                     .facets = std::move(facets),
-                    .strWords = std::move(strWords)});
+                    .strWords = std::move(strWords),
+                    .strValue = strText,
+                    .type = element.type->simple});
 }
 
 void ExhaustiveValidator::reportNotFixed(const OpenElement& element, std::int32_t lngCode,
@@ -293,7 +328,7 @@ void ExhaustiveValidator::reportNotFixed(const OpenElement& element, std::int32_
   strWhat.append(strWhich).append(" value '").append(strText);
   strWhat.append("' does not match the fixed value constraint '");
   strWhat.append(constraintOf(element).strValue).append("'.");
-  reportValue(element, lngCode, {}, libraryWords(*element.name, strWhat));
+  reportValue(element, lngCode, {}, libraryWords(*element.name, strWhat), strText);
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -11,6 +11,7 @@
 #include "platform/schema/ElementTypes.h"
 #include "platform/schema/IdentityConstraints.h"
 #include "platform/schema/MessageNames.h"
+#include "platform/schema/MissingContent.h"
 #include "platform/schema/OpenElement.h"
 #include "platform/schema/StartTag.h"
 #include "platform/schema/Violation.h"
@@ -34,7 +35,8 @@ class ExhaustiveValidator {
   /// The components and the names of the message are borrowed. Attributes that are not declared
   /// need not be reported.
   ExhaustiveValidator(const SchemaComponents& components, MessageNames& names,
-                      ViolationReporter::Sink sink, bool blnUndeclaredAttributes);
+                      ViolationReporter::Sink sink, bool blnUndeclaredAttributes,
+                      const PartsSettings& parts);
   ExhaustiveValidator(const ExhaustiveValidator&) = delete;
   ExhaustiveValidator& operator=(const ExhaustiveValidator&) = delete;
 
@@ -43,6 +45,15 @@ class ExhaustiveValidator {
   void start(const StartTag& tag);
   void text(std::string_view strText);
   void end();
+
+  /// Whether the element that was started last is checked as one that may have this attribute.
+  bool declaresAttribute(const MessageName& name) const;
+
+  /// Tells what is still to be told of open elements: the message has ended too early.
+  void stop() { missing_.flush(); }
+
+  /// Where the message is being read.
+  const MessagePlace& here() { return reporter_.here(); }
 
  private:
   /// As what a child is to be checked; null: as the type that the message names.
@@ -63,9 +74,10 @@ class ExhaustiveValidator {
   void checkComplete(OpenElement& element);
   static const ValueConstraint& constraintOf(const OpenElement& element) noexcept;
   void reportUndeclared(const MessageName& name, std::int32_t lngCode);
-  void reportText(std::int32_t lngCode);
+  void reportText(std::int32_t lngCode, std::string_view strText);
   void reportValue(const OpenElement& element, std::int32_t lngCode,
-                   std::vector<ValueFaults::FailedFacet> facets, std::string strWords);
+                   std::vector<ValueFaults::FailedFacet> facets, std::string strWords,
+                   std::string_view strText);
   void reportNotFixed(const OpenElement& element, std::int32_t lngCode, std::string_view strWhich,
                       std::string_view strText);
 
@@ -77,7 +89,9 @@ class ExhaustiveValidator {
   DocumentIdentifiers identifiers_;
   AttributeChecks attributes_;
   IdentityConstraints identities_;
+  MissingContent missing_;
   std::vector<OpenElement> open_;  // the outermost first
+  std::size_t lngStarted_ = 0;     // elements, those that are passed over included
   std::size_t lngPassedOver_ = 0;  // the open elements that nothing is checked in
   std::string strText_;            // of the element that was opened last
 

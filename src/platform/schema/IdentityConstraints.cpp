@@ -153,7 +153,11 @@ void IdentityConstraints::take(const FieldOfTarget& field, const OpenElement& el
     std::string strWords("The XPath '");
     strWords.append(constraint.fieldTexts[field.lngField]).append("' of a field of ");
     strWords.append(designation(constraint)).append(" ").append(strWhat);
-    report(libraryWords(*element.name, strWords, attribute ? attribute->expanded() : ""));
+    report(
+        constraint,
+        {.strWords = libraryWords(*element.name, strWords, attribute ? attribute->expanded() : ""),
+         .strAttribute = attribute ? std::string_view(attribute->strWritten) : std::string_view(),
+         .identity = IdentityFault::noField});
   };
   if (!content.type) {
     refuse("does evaluate to a node of non-simple type.");
@@ -174,20 +178,26 @@ void IdentityConstraints::closeTarget(const Target& target, const OpenElement& e
   if (target.fields.key.find(kUnknown) != KeySequence::npos) return;  // the value has been told of
   if (target.fields.key.find_first_of(KeySequence{kAbsent, kNil}) != KeySequence::npos) {
     if (constraint.kind != IdentityConstraint::Kind::key) return;
-    return report(libraryWords(
-        *element.name, "Not all fields of " + designation(constraint) + " evaluate to a node."));
+    const std::string strWhat =
+        "Not all fields of " + designation(constraint) + " evaluate to a node.";
+    return report(constraint, {.strWords = libraryWords(*element.name, strWhat),
+                               .identity = IdentityFault::incomplete});
   }
   countOne();
   if (constraint.kind == IdentityConstraint::Kind::keyref) {
-    scope.references.push_back({target.fields, element.name});
+    scope.references.push_back({target.fields, element.name, reporter_.here()});
     return;
   }
   const Entry own = {scope.lngDepth, false};
   Table& table = *tableAt(&constraint, scope.lngDepth);
   const auto [entry, blnNew] = table.entries.try_emplace(target.fields.key, own);
   if (!blnNew && entry->second.lngDepth == scope.lngDepth && !entry->second.blnConflict) {
-    return report(libraryWords(*element.name, "Duplicate key-sequence " + shown(target.fields) +
-                                                  " in " + designation(constraint) + "."));
+    const std::string strKey = shown(target.fields);
+    const std::string strWhat =
+        "Duplicate key-sequence " + strKey + " in " + designation(constraint) + ".";
+    return report(constraint, {.strWords = libraryWords(*element.name, strWhat),
+                               .strValue = strKey,
+                               .identity = IdentityFault::duplicate});
   }
   entry->second = own;  // whatever came from further down
 }
@@ -198,16 +208,24 @@ void IdentityConstraints::closeScope(const Scope& scope) {
   const Table* table = tableAt(scope.constraint->refer, scope.lngDepth);
   for (const Reference& reference : scope.references) {
     const char* found = "No match";
+    IdentityFault fault = IdentityFault::noMatch;
     if (table) {
       const auto entry = table->entries.find(reference.fields.key);
       if (entry != table->entries.end()) {
         if (!entry->second.blnConflict) continue;
-        if (entry->second.lngDepth == scope.lngDepth) found = "More than one match";
+        if (entry->second.lngDepth == scope.lngDepth) {
+          found = "More than one match";
+          fault = IdentityFault::manyMatches;
+        }
       }
     }
-    report(libraryWords(*reference.element, std::string(found) + " found for key-sequence " +
-                                                shown(reference.fields) + " of keyref '" +
-                                                names_[scope.constraint->name].text() + "'."));
+    const std::string strKey = shown(reference.fields);
+    const std::string strWhat = std::string(found) + " found for key-sequence " + strKey +
+                                " of keyref '" + names_[scope.constraint->name].text() + "'.";
+    report(*scope.constraint, {.strWords = libraryWords(*reference.element, strWhat),
+                               .strValue = strKey,
+                               .identity = fault,
+                               .place = &reference.place});
   }
 }
 
@@ -300,8 +318,13 @@ std::string IdentityConstraints::designation(const IdentityConstraint& constrain
   return std::string(kind) + " identity-constraint '" + names_[constraint.name].text() + "'";
 }
 
-void IdentityConstraints::report(const std::string& strWords) {
-  reporter_.reportOther(XML_SCHEMAV_CVC_IDC, strWords);
+void IdentityConstraints::report(const IdentityConstraint& constraint, const Violation& violation) {
+  Violation told = violation;
+  told.kind = Violation::Kind::identity;
+  told.lngCode = XML_SCHEMAV_CVC_IDC;
+  const std::string strName = names_[constraint.name].text();
+  told.strConstraint = strName;
+  reporter_.report(told);
 }
 
 void IdentityConstraints::countOne() {

@@ -91,6 +91,7 @@ class IdentityConstraints {
   struct Reference {
     Fields fields;
     const MessageName* element = nullptr;
+    MessagePlace place;
   };
 
   struct Scope {
@@ -132,7 +133,7 @@ class IdentityConstraints {
                  std::string_view strText);
   std::string shown(const Fields& fields) const;
   std::string designation(const IdentityConstraint& constraint) const;
-  void report(const std::string& strWords);
+  void report(const IdentityConstraint& constraint, const Violation& violation);
   void countOne();
 
   const NameTable& names_;

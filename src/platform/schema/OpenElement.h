@@ -15,6 +15,7 @@ struct OpenElement {
   const TypeDefinition* type = nullptr;
   std::optional<ContentCursor> cursor;  // from the first child to the first that is misplaced
   std::size_t lngOuterBindings = 0;
+  std::size_t lngNumber = 0;  // among the elements of the message, the root being 0
   bool blnNilled = false;
   bool blnNilRefused = false;  // it is said to be nil and may not
   bool blnHasText = false;

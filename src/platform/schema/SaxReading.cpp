@@ -2,6 +2,7 @@
 
 #include <libxml/SAX2.h>
 
+#include <algorithm>
 #include <climits>
 #include <new>
 #include <utility>
@@ -190,6 +191,7 @@ void SaxReading::onStart(const StartTag& tag) {
   flushText();
   if (blnStopped_) return;
   if (validator_) validator_->start(tag);
+  if (validatorAside_) startAside(tag);
   if (blnStopped_ || !settings_.contentHandler) return;
   here();
   settings_.contentHandler->startElement(tag.name->strUri, tag.name->strLocal, tag.name->strWritten,
@@ -202,15 +204,52 @@ void SaxReading::openNames(const xmlChar* rootUri) {
       settings_.schemas ? settings_.schemas->schemaFor(view(rootUri)) : nullptr;
   names_.emplace(components ? &components->names() : nullptr);
   if (!components) return;
+  const auto& aside = settings_.parts.setAside;
+  const bool blnKnown = settings_.parts.handler &&
+                        std::any_of(aside.begin(), aside.end(), [&](std::string_view strName) {
+                          return components->names().find("", strName) != kNoName;
+                        });
   validator_.emplace(
       *components, *names_, [this](const SchemaReport& report) { onViolation(report); },
-      settings_.blnUndeclaredAttributes);
+      settings_.blnUndeclaredAttributes, blnKnown ? PartsSettings() : settings_.parts);
+  if (blnKnown) {
+    validatorAside_.emplace(*components, *names_, nullptr, false, settings_.parts);
+  }
+}
+
+/// Checks a start tag as it is without the attributes that are set aside.
+void SaxReading::startAside(const StartTag& tag) {
+  const auto& aside = settings_.parts.setAside;
+  attributesAside_.clear();
+  std::vector<std::size_t> taken;
+  for (std::size_t index = 0; index < tag.attributeCount; ++index) {
+    const xmlChar** parts = tag.attribute(index);
+    const bool blnAside =
+        !parts[2] && std::find(aside.begin(), aside.end(), view(parts[0])) != aside.end();
+    if (blnAside) {
+      taken.push_back(index);
+    } else {
+      attributesAside_.insert(attributesAside_.end(), parts,
+                              parts + StartTag::kPointersPerAttribute);
+    }
+  }
+  StartTag without = tag;
+  without.attributes = attributesAside_.data();
+  without.attributeCount = tag.attributeCount - taken.size();
+  validatorAside_->start(without);
+  for (const std::size_t index : taken) {
+    const MessageName& name = names_->of(tag.attribute(index)[0], nullptr, nullptr);
+    if (!validatorAside_->declaresAttribute(name)) continue;
+    settings_.parts.handler->declaredAside(validatorAside_->here(), name.strLocal,
+                                           tag.value(index));
+  }
 }
 
 void SaxReading::onEnd() {
   flushText();
   if (blnStopped_) return;
   if (validator_) validator_->end();
+  if (validatorAside_) validatorAside_->end();
   if (blnStopped_) return;
   const MessageName& name = *open_.back();
   open_.pop_back();
@@ -222,6 +261,7 @@ void SaxReading::onEnd() {
 void SaxReading::flushText() {
   if (strText_.empty()) return;
   validator_->text(strText_);
+  if (validatorAside_) validatorAside_->text(strText_);
   strText_.clear();
 }
 
@@ -251,6 +291,8 @@ const SaxLocator& SaxReading::here() {
 }
 
 std::optional<RuntimeError> SaxReading::outcome() {
+  if (validator_) validator_->stop();
+  if (validatorAside_) validatorAside_->stop();
   if (exception_) std::rethrow_exception(exception_);
   if (fault_ && settings_.errorHandler) {
     settings_.errorHandler->fatalError(locator_, fault_->description(), fault_->number());

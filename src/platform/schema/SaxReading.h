@@ -26,6 +26,7 @@ class SaxReading {
     const SchemaCollection::Impl* schemas = nullptr;  // null: only whether it is well-formed
     bool blnExhaustive = false;
     bool blnUndeclaredAttributes = true;  // are reported
+    PartsSettings parts;
   };
 
   explicit SaxReading(const Settings& settings);
@@ -40,6 +41,7 @@ class SaxReading {
   void onStart(const StartTag& tag);
   void openNames(const xmlChar* rootUri);
   void onEnd();
+  void startAside(const StartTag& tag);
   void onViolation(const SchemaReport& report);
   void flushText();
   void refuse(int code, std::string_view strReason, int line, int column);
@@ -51,6 +53,10 @@ class SaxReading {
   OwnedXmlParser parser_;  // the names in the validator are its own
   std::optional<MessageNames> names_;
   std::optional<ExhaustiveValidator> validator_;
+  // Of the message without the attributes that are set aside, where that makes a difference: the
+  // schema has a use for one of their names. It tells the parts, and nothing else.
+  std::optional<ExhaustiveValidator> validatorAside_;
+  std::vector<const xmlChar*> attributesAside_;  // of the tag that is being read: those that stay
   SaxLocator locator_;
   std::string strText_;                   // the run that is being read
   std::vector<const MessageName*> open_;  // the names of the open elements

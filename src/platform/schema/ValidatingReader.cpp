@@ -44,6 +44,11 @@ void ValidatingReader::contentHandler(SaxHandler* handler) {
 
 void ValidatingReader::errorHandler(SaxHandler* handler) { impl_->settings.errorHandler = handler; }
 
+void ValidatingReader::violationHandler(ViolationHandler* handler,
+                                        std::span<const std::string_view> setAside) {
+  impl_->settings.parts = {handler, setAside};
+}
+
 std::optional<RuntimeError> ValidatingReader::parse(std::string_view strText) {
   try {
     if (givesNothing(impl_->faults, DomOperation::parse)) {

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -12,6 +13,7 @@ namespace Varnel_Tolv_XML_Creation {
 
 class FaultInjector;
 class FileCache;
+class ViolationHandler;
 
 // A streaming reader that checks a text against an XML Schema while it hands out its elements. It
 // reports every violation, in document order, before the content handler hears of the event that
@@ -105,6 +107,11 @@ class ValidatingReader {
   /// Who receives elements, and who violations; borrowed. Either may be missing.
   void contentHandler(SaxHandler* handler);
   void errorHandler(SaxHandler* handler);
+
+  /// Who hears of each violation in parts, whether or not there is an error handler and whether or
+  /// not undeclared attributes are reported to it. The parts are those of the text without the
+  /// attributes, in no namespace, that have one of these names. Borrowed.
+  void violationHandler(ViolationHandler* handler, std::span<const std::string_view> setAside);
 
   /// Reads a whole document. The run-time error that ended it early comes back instead of being
   /// raised: with the parser's number and description for a text that is not well-formed, or that

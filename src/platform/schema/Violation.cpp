@@ -28,6 +28,33 @@ void append(std::string& strText, std::initializer_list<std::string_view> parts)
   for (const std::string_view part : parts) strText += part;
 }
 
+ViolationKind kindOf(Violation::Kind kind) noexcept {
+  using Kind = Violation::Kind;
+  switch (kind) {
+    case Kind::undeclaredElement:
+      return ViolationKind::undeclaredElement;
+    case Kind::invalidContent:
+      return ViolationKind::unexpectedChild;
+    case Kind::incompleteContent:
+      return ViolationKind::missingChild;
+    case Kind::textNotAllowed:
+      return ViolationKind::text;
+    case Kind::undeclaredAttribute:
+      return ViolationKind::undeclaredAttribute;
+    case Kind::missingAttribute:
+      return ViolationKind::missingAttribute;
+    case Kind::elementValue:
+      return ViolationKind::value;
+    case Kind::attributeValue:
+      return ViolationKind::attributeValue;
+    case Kind::identity:
+      return ViolationKind::identity;
+    case Kind::other:
+      break;
+  }
+  return ViolationKind::other;
+}
+
 void addFacets(std::string& strMessage, const std::vector<ValueFaults::FailedFacet>& facets) {
   for (const ValueFaults::FailedFacet& failed : facets) {
     const std::size_t first = strMessage.size();
@@ -51,8 +78,13 @@ std::string libraryWords(const MessageName& element, std::string_view strWhat,
 }
 
 void ViolationReporter::report(const Violation& violation) {
+  if (parts_.handler) tellParts(violation);
+  reportSentences(violation);
+}
+
+void ViolationReporter::reportSentences(const Violation& violation) {
   using Kind = Violation::Kind;
-  if (violation.kind == Kind::undeclaredAttribute && !blnUndeclaredAttributes_) return;
+  if (!sink_ || (violation.kind == Kind::undeclaredAttribute && !blnUndeclaredAttributes_)) return;
   strMessage_.clear();
   switch (violation.kind) {
     case Kind::undeclaredElement:
@@ -85,6 +117,7 @@ void ViolationReporter::report(const Violation& violation) {
              {violation.kind == Kind::elementValue ? "The element: '" : "The attribute: '",
               violation.strName, "'  has an invalid value according to its data type."});
       break;
+    case Kind::identity:
     case Kind::other:
       strMessage_ = violation.strWords;
       break;
@@ -92,8 +125,47 @@ void ViolationReporter::report(const Violation& violation) {
   sink_({strMessage_, violation.lngCode});
 }
 
-void ViolationReporter::reportOther(std::int32_t lngCode, std::string strWords) {
-  report({.lngCode = lngCode, .strWords = std::move(strWords)});
+void ViolationReporter::reportOther(std::int32_t lngCode, std::string strWords,
+                                    std::string_view strAttribute) {
+  report({.lngCode = lngCode, .strWords = std::move(strWords), .strAttribute = strAttribute});
+}
+
+void ViolationReporter::tellParts(const Violation& violation) {
+  const bool blnOfAttribute = violation.kind == Violation::Kind::undeclaredAttribute;
+  const std::string_view strAttribute = blnOfAttribute ? violation.strName : violation.strAttribute;
+  const auto& aside = parts_.setAside;
+  if (std::find(aside.begin(), aside.end(), strAttribute) != aside.end()) return;
+  parts_.handler->violation(partsOf(violation));
+}
+
+ViolationParts ViolationReporter::partsOf(const Violation& violation) const {
+  using Kind = Violation::Kind;
+  const bool blnNamed = violation.kind == Kind::undeclaredAttribute ||
+                        violation.kind == Kind::missingAttribute ||
+                        violation.kind == Kind::attributeValue;
+  ViolationParts parts;
+  parts.kind = kindOf(violation.kind);
+  parts.place = violation.place ? *violation.place : here_;
+  parts.strAttribute = blnNamed ? violation.strName : violation.strAttribute;
+  parts.strValue = violation.strValue;
+  parts.type = violation.type;
+  parts.facets = violation.facets;
+  parts.expected = namesOf(violation.expected);
+  parts.missing = namesOf(violation.missing);
+  parts.identity = violation.identity;
+  parts.strConstraint = violation.strConstraint;
+  parts.strWords = violation.strWords;
+  return parts;
+}
+
+std::vector<ExpandedName> ViolationReporter::namesOf(
+    const std::vector<const ElementDeclaration*>& elements) const {
+  std::vector<ExpandedName> names;
+  for (const ElementDeclaration* element : elements) {
+    if (names.size() == kFewNames) break;
+    names.push_back(names_[element->name]);
+  }
+  return names;
 }
 
 std::size_t ViolationReporter::namesWanted() const noexcept {

@@ -3,11 +3,13 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "platform/schema/MessageNames.h"
+#include "platform/schema/ViolationParts.h"
 #include "platform/schema/component/Components.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -23,7 +25,8 @@ struct Violation {
     missingAttribute,
     elementValue,
     attributeValue,
-    other,  // what the library has words of its own for
+    identity,  // these two: what the library has words of its own for
+    other,
   };
 
   Kind kind = Kind::other;
@@ -32,8 +35,17 @@ struct Violation {
                                // an attribute that is missing
   std::vector<ValueFaults::FailedFacet> facets{};
   std::vector<const ElementDeclaration*> expected{};
-  std::string
-      strWords{};  // the library's own, one line: of `other`, and of a value that is not fixed
+  // The library's own, one line: of `other` and `identity`, and of a value that is not fixed.
+  std::string strWords{};
+
+  // For the parts alone.
+  std::string_view strValue{};       // borrowed
+  const SimpleType* type = nullptr;  // of the value
+  std::string_view strAttribute{};   // borrowed: of `other` and `identity`
+  IdentityFault identity = IdentityFault::none;
+  std::string_view strConstraint{};                  // borrowed: of `identity`, `{uri}local`
+  std::vector<const ElementDeclaration*> missing{};  // what `expected` has to begin with
+  const MessagePlace* place = nullptr;               // null: where the reporter is
 };
 
 /// The library's own words about an element, or about the attribute `{uri}local` of it, on one
@@ -47,27 +59,54 @@ struct SchemaReport {
   std::int32_t lngCode = 0;
 };
 
+/// Who hears of the parts of violations. Those of attributes in no namespace with one of the names
+/// set aside are not told.
+struct PartsSettings {
+  ViolationHandler* handler = nullptr;  // null: nobody asks
+  std::span<const std::string_view> setAside{};
+};
+
 /// Makes reports of violations and hands them on.
 class ViolationReporter {
  public:
   using Sink = std::function<void(const SchemaReport&)>;
 
-  /// Attributes that are not declared are handed on only if wanted.
-  ViolationReporter(const NameTable& names, Sink sink, bool blnUndeclaredAttributes)
-      : names_(names), sink_(std::move(sink)), blnUndeclaredAttributes_(blnUndeclaredAttributes) {}
+  /// Attributes that are not declared are handed on to the sink only if wanted. Without a sink
+  /// there are only parts.
+  ViolationReporter(const NameTable& names, Sink sink, bool blnUndeclaredAttributes,
+                    const PartsSettings& parts)
+      : names_(names),
+        sink_(std::move(sink)),
+        blnUndeclaredAttributes_(blnUndeclaredAttributes),
+        parts_(parts) {}
 
   void report(const Violation& violation);
-  void reportOther(std::int32_t lngCode, std::string strWords);
+  void reportSentences(const Violation& violation);  // to the sink alone
+  void reportOther(std::int32_t lngCode, std::string strWords, std::string_view strAttribute = "");
+
+  /// Whether anybody asks for the parts.
+  bool wantsParts() const noexcept { return parts_.handler != nullptr; }
+
+  /// The parts of a violation that the sink is not told of.
+  ViolationParts partsOf(const Violation& violation) const;
+  void reportParts(ViolationParts parts) { parts_.handler->violation(std::move(parts)); }
+
+  /// Where the reader is.
+  MessagePlace& here() noexcept { return here_; }
 
   /// How many expected elements a violation need have: one more than would be told.
   std::size_t namesWanted() const noexcept;
 
  private:
   void addExpected(const std::vector<const ElementDeclaration*>& expected);
+  void tellParts(const Violation& violation);
+  std::vector<ExpandedName> namesOf(const std::vector<const ElementDeclaration*>& elements) const;
 
   const NameTable& names_;
   Sink sink_;
   bool blnUndeclaredAttributes_;
+  const PartsSettings parts_;
+  MessagePlace here_;
   std::string strMessage_;
   std::size_t lngNamesTold_ = 0;
 };

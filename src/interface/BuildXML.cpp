@@ -45,6 +45,23 @@ Acknowledge validate(const Session& session, const Document& objMsgXML,
   return objAck;
 }
 
+/// A report that tells of nothing yet but whether the check is asked for.
+void begin(RunReport& report, bool blnAsked) {
+  report = {};
+  if (blnAsked) report.verdict = Verdict::notChecked;
+}
+
+/// Gives a verdict that was asked for a reason why there is none, unless it has one. When no memory
+/// is left for the words it has none.
+void giveReason(RunReport& report, std::string_view strWhat, const std::string& strCause) noexcept {
+  if (!report.reason.empty()) return;
+  const Acknowledge objAck = Guarded("giveReason", [&]() -> Acknowledge {
+    report.reason = std::string(strWhat) + ": " + strCause;
+    return {};
+  });
+  static_cast<void>(objAck);  // the run's own result is not the report's matter
+}
+
 Node asElement(const Node& objNode) {
   if (objNode && objNode.nodeType() != NodeType::element) throw RuntimeError(kTypeMismatch);
   return objNode;
@@ -70,6 +87,8 @@ Acknowledge BuildXML::buildXML(std::string_view strTemplateXML, std::string_view
                                ValidationIntErrors& colOutInternalErrors,
                                std::string_view strSchemaUrl, std::string_view strSchemaUri) {
   Session& session = *session_;
+  RunReport* const report = session.host.report;
+  if (report) begin(*report, blnSubmit && blnValidateAgainstSchema);
   trace(session, "", {"BuildXml - strTemplateXML =", strTemplateXML});
   trace(session, "", {"BuildXml - strMsgObjectXML =", strMsgObjectXML});
   trace(session, "", {"BuildXml - strSchemaTypeMapperXML =", strSchemaTypeMapperXML});
@@ -85,7 +104,7 @@ Acknowledge BuildXML::buildXML(std::string_view strTemplateXML, std::string_view
   traceDocument(session, "BuildXml - objParkXMl = ", objParkXML);
   traceDocument(session, "BuildXml - objSendXML = ", objSendXML);
 
-  return Guarded(kProcedure, [&]() -> Acknowledge {
+  Acknowledge objAckRun = Guarded(kProcedure, [&]() -> Acknowledge {
     session.strDefaultUserMessage = "An error occurred while creating the message xml";
     if (!objParkXML) {
       return Failure(SVC_RET_XML_CREATION_PARK_XML_OBJ_MISSING,
@@ -142,6 +161,11 @@ Acknowledge BuildXML::buildXML(std::string_view strTemplateXML, std::string_view
     objAck = removeIdentifiers(session, objMsgXML, kIdentifiers, kIdentifierDelimiter);
     if (!objAck.Success()) {
       trace(session, kProcedure, {"removeIdentifiers failed: ", objAck.ErrorDetail()});
+      if (report && report->verdict == Verdict::valid) {  // so was the message without the marks
+        report->verdict = Verdict::notChecked;
+        giveReason(*report, "The library's own marks could not be taken out of the message",
+                   objAck.UserMessage());
+      }
     }
     // deliberate: of all that validation may have to say only the schema's verdict is passed on.
     if (objAckValidation.ErrorCode() == SVC_RET_XML_CREATION_SCHEMA_VALIDATION_FAILED) {
@@ -150,6 +174,10 @@ Acknowledge BuildXML::buildXML(std::string_view strTemplateXML, std::string_view
     objSendXML = objMsgXML;
     return objAck;
   });
+  if (report && report->verdict == Verdict::notChecked) {
+    giveReason(*report, "The run ended before the message was checked", objAckRun.ErrorDetail());
+  }
+  return objAckRun;
 }
 
 std::optional<Acknowledge> BuildXML::GetDocData(std::string_view strDocInfoPath,

@@ -59,6 +59,14 @@ struct SchemaViolation {
   std::string columnText;
 };
 
+/// An attribute of the message which the schema declares for its element, and which is gone from
+/// the message as it is handed out: it has the name of one of the library's own marks.
+struct TakenAttribute {
+  std::string path;  // as SchemaViolation::path
+  std::string attribute;
+  std::string value;
+};
+
 /// An answer that was not blank and did not reach the message although its mapping says that it is
 /// sent, or a row or cell that was left behind.
 struct AnswerLoss {
@@ -90,10 +98,11 @@ struct JournalEntry {
 
 struct RunReport {
   Verdict verdict = Verdict::notAsked;
-  std::string reason;                       // of notChecked, in plain words; else empty
-  std::vector<SchemaViolation> violations;  // all of them, in document order
-  std::vector<AnswerLoss> losses;           // in document order
-  std::vector<JournalEntry> journal;        // in document order; only on request
+  std::string reason;                           // of notChecked, in plain words; else empty
+  std::vector<SchemaViolation> violations;      // all of them, in document order
+  std::vector<TakenAttribute> takenAttributes;  // in document order
+  std::vector<AnswerLoss> losses;               // in document order
+  std::vector<JournalEntry> journal;            // in document order; only on request
 };
 
 }  // namespace Varnel_Tolv_XML_Creation

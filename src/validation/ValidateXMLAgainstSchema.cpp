@@ -11,6 +11,7 @@
 #include "result/Guarded.h"
 #include "validation/ProccessSchemaValidationErrors.h"
 #include "validation/SaxValidator.h"
+#include "validation/report/VerdictReport.h"
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {
@@ -33,7 +34,7 @@ Acknowledge tracedFailure(const Session& session, eReturnValues lngErrorCode,
 /// Lets the validator see the whole message.
 void parseMessage(const Session& session, ValidatingReader& objSaxXmlReader,
                   SaxValidator& oValidator, const SchemaCollection& colSchemas,
-                  const Document& objMsgXML) {
+                  const Document& objMsgXML, VerdictReport& report) {
   objSaxXmlReader.putFeature("schema-validation", true);
   objSaxXmlReader.putFeature("exhaustive-errors", true);
   // The message is full of the form's own marks, and SaxValidator records no attribute.
@@ -41,11 +42,13 @@ void parseMessage(const Session& session, ValidatingReader& objSaxXmlReader,
   objSaxXmlReader.schemas(colSchemas);
   objSaxXmlReader.contentHandler(&oValidator);
   objSaxXmlReader.errorHandler(&oValidator);
+  report.listenTo(objSaxXmlReader);
   Guarded(
       kProcedure,
       [&] {
         // Writing the message as text is part of what is reported as the parse.
         const std::optional<RuntimeError> error = objSaxXmlReader.parse(objMsgXML.xml());
+        report.keepViolations();
         if (error) throw *error;
       },
       [&](const RuntimeError& error) {
@@ -63,7 +66,12 @@ Acknowledge ValidateXMLAgainstSchema(const Session& session, const Document& obj
                                      ValidationUserErrors& colUserErrors,
                                      ValidationIntErrors& colIntErrors,
                                      std::string_view strSchemaUrl, std::string_view strSchemaUri) {
-  return Guarded(
+  const ReportSources sources = {.objMessage = objMsgXML,
+                                 .objPark = objParkingXML,
+                                 .strQuestionsXmlPath = strQuestionsXmlPath,
+                                 .strReferenceXmlPath = strReferenceXmlPath};
+  VerdictReport report(session, sources);
+  Acknowledge objAckVerdict = Guarded(
       kProcedure,
       [&]() -> Acknowledge {
         trace(session, "", {"Start ValidateXMLAgainstSchema"});
@@ -88,6 +96,8 @@ Acknowledge ValidateXMLAgainstSchema(const Session& session, const Document& obj
         }
         const std::string strSchemaPath =
             objContext->server->MapPath("../" + std::string(strSchemaUrl));
+        report.reach(VerdictReport::Stage::readingSchema);
+        report.schemaAt(strSchemaPath);
         SchemaCollection colSchemas(session.host.documentSettings.faults, session.host.cache);
         colSchemas.catalog(session.host.strSchemaCatalog);
         colSchemas.add(strSchemaUri, strSchemaPath);
@@ -102,7 +112,9 @@ Acknowledge ValidateXMLAgainstSchema(const Session& session, const Document& obj
           return tracedFailure(session, SVC_RET_XML_CREATION_VALIDATOR_OBJECTS_MISSING, strMessage,
                                strMessage);
         }
-        parseMessage(session, *objSaxXmlReader, *oValidator, colSchemas, objMsgXML);
+        report.reach(VerdictReport::Stage::readingMessage);
+        parseMessage(session, *objSaxXmlReader, *oValidator, colSchemas, objMsgXML, report);
+        report.reach(VerdictReport::Stage::mappingErrors);
 
         Acknowledge objAck;
         if (!oValidator->errors().empty()) {
@@ -140,6 +152,8 @@ Acknowledge ValidateXMLAgainstSchema(const Session& session, const Document& obj
         }
         return FailureFromCurrentError(kProcedure);
       });
+  report.conclude(objAckVerdict);
+  return objAckVerdict;
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <array>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "config/Names.h"
+#include "platform/schema/ViolationParts.h"
+
+namespace Varnel_Tolv_XML_Creation {
+
+/// The attributes that the library itself puts on message elements, and takes away from the message
+/// that is handed out: what they are to the schema is no matter of that message.
+inline constexpr std::array<std::string_view, 3> kMarks = {kQuestionId, kRowIndex, kColumnId};
+
+/// Keeps everything that the schema has to say about one message.
+class ViolationRecorder : public ViolationHandler {
+ public:
+  /// One of the library's marks which the schema declares for its element.
+  struct DeclaredMark {
+    MessagePlace place;
+    std::string strAttribute;
+    std::string strValue;
+  };
+
+  void violation(ViolationParts parts) override { violations_.push_back(std::move(parts)); }
+  void declaredAside(const MessagePlace& place, std::string_view strAttribute,
+                     std::string_view strValue) override {
+    declaredMarks_.push_back({place, std::string(strAttribute), std::string(strValue)});
+  }
+
+  /// To be taken once, when the message has been read. In document order.
+  std::vector<ViolationParts> takeViolations();
+  const std::vector<DeclaredMark>& declaredMarks() const noexcept { return declaredMarks_; }
+
+ private:
+  std::vector<ViolationParts> violations_;
+  std::vector<DeclaredMark> declaredMarks_;
+};
+
+}  // namespace Varnel_Tolv_XML_Creation

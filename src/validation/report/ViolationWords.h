@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/schema/ViolationParts.h"
+
+namespace Varnel_Tolv_XML_Creation {
+
+/// What is wrong, on one line and in plain words. `strElement` is the name of the element that is
+/// wrong, as the message has it; `strRow` the row of the table, or empty.
+std::string violationWords(const ViolationParts& parts, const std::string& strElement,
+                           const std::string& strRow);
+
+/// The values of the enumeration that the value is none of, in the order of the schema.
+std::vector<std::string> allowedValues(const ViolationParts& parts);
+
+}  // namespace Varnel_Tolv_XML_Creation

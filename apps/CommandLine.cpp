@@ -28,13 +28,12 @@ void addOptions(const Command& command, CLI::App& app) {
   for (const OptionRow& row : optionTable()) {
     if ((row.commands & command.id) == 0) continue;
     const std::string name = std::string("--") + row.name;
-    CLI::Option* const option = row.kind == OptionKind::flag
-                                    ? app.add_flag(name)
-                                    : app.add_option(name)->expected(1)->type_size(1);
+    CLI::Option* const option =
+        isFlag(row.kind) ? app.add_flag(name) : app.add_option(name)->expected(1)->type_size(1);
     option->description(row.help)->group(row.group);
     // What is given twice is told below, in words that say what to do.
     option->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-    if (row.kind != OptionKind::flag) option->type_name(row.placeholder);
+    if (!isFlag(row.kind)) option->type_name(row.placeholder);
   }
 }
 
@@ -49,8 +48,8 @@ OptionValues givenOptions(const Command& command, const CLI::App& app) {
       throw CannotRun(name + ": given " + std::to_string(option->count()) +
                       " times; leave all but one of them out");
     }
-    values[row.name] = row.kind == OptionKind::flag ? (option->as<bool>() ? "true" : "false")
-                                                    : option->results().front();
+    values[row.name] =
+        isFlag(row.kind) ? (option->as<bool>() ? "true" : "false") : option->results().front();
   }
   return values;
 }

@@ -55,7 +55,8 @@ OptionValues readDeployment(const std::string& strDirectory) {
   OptionValues values;
   for (const auto& [strKey, value] : deployment.items()) {
     const OptionRow* const row = findOption(strKey);
-    if (row == nullptr || row->kind == OptionKind::commandLineOnly) {
+    if (row == nullptr || row->kind == OptionKind::commandLineOnly ||
+        row->kind == OptionKind::commandLineFlag) {
       refuseKey(strFile, strKey, "is an unknown key");
     }
     if (row->kind == OptionKind::flag) {

@@ -57,6 +57,13 @@ constexpr auto kOptions = std::to_array<OptionRow>({
      "the result as JSON (default: standard output)", kBuild},
     {"trace", OptionKind::commandLineOnly, "FILE", kOutputs,
      "every trace line, what people answered included; - is standard error", kBuild},
+    {"report", OptionKind::commandLineFlag, "", kOutputs,
+     "tell in the result what really happened: the exact verdict, every violation, every loss",
+     kBuild},
+    {"explain", OptionKind::commandLineFlag, "", kOutputs,
+     "tell too what became of each answer; implies --report", kBuild},
+    {"strict", OptionKind::commandLineFlag, "", kOutputs,
+     "end with status 3 when the run succeeded and its report shows otherwise", kBuild},
 });
 
 }  // namespace

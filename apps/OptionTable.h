@@ -19,6 +19,7 @@ enum class OptionKind {
   text,             // anything else with a value
   flag,             // on or off
   commandLineOnly,  // a file to write, or the place of deployment.json: never a key of that
+  commandLineFlag,  // on or off, and never a key of that either
 };
 
 struct OptionRow {
@@ -34,6 +35,11 @@ std::span<const OptionRow> optionTable();
 
 /// The row with this name; null when there is none.
 const OptionRow* findOption(std::string_view name);
+
+/// Whether an option has no value.
+constexpr bool isFlag(OptionKind kind) {
+  return kind == OptionKind::flag || kind == OptionKind::commandLineFlag;
+}
 
 /// Options by name, as they were given. A flag is "true" or "false".
 using OptionValues = std::map<std::string, std::string, std::less<>>;

@@ -88,6 +88,7 @@ Options readOptions(OptionValues values) {
       .strSchemaUri = text(values, "schema-uri"),
       .strSchemaCatalog = schemaCatalog(values),
       .deploymentFile = deploymentFile,
+      .deploymentDirectory = text(values, "deployment"),
       .form = value(values, "form"),
       .pageDirectory = value(values, "page-dir").value_or("."),
       .blnContext = !flag(values, "no-context"),
@@ -98,5 +99,8 @@ Options readOptions(OptionValues values) {
       .sendOut = value(values, "send-out"),
       .result = value(values, "result"),
       .trace = value(values, "trace"),
+      .blnReport = flag(values, "report") || flag(values, "explain"),
+      .blnExplain = flag(values, "explain"),
+      .blnStrict = flag(values, "strict"),
   };
 }

@@ -25,6 +25,7 @@ struct Options {
   std::string strSchemaCatalog;  // the deployment's, empty when it has none
 
   std::optional<std::string> deploymentFile;  // where options came from
+  std::string deploymentDirectory;            // what `--deployment` names, empty without it
   std::optional<std::string> form;            // none: an empty form
   std::string pageDirectory;
   bool blnContext = true;
@@ -36,6 +37,9 @@ struct Options {
   std::optional<std::string> sendOut;
   std::optional<std::string> result;  // none: standard output
   std::optional<std::string> trace;
+  bool blnReport = false;  // in the result
+  bool blnExplain = false;
+  bool blnStrict = false;
 };
 
 /// The options with these values, those of the deployment that they name included; a value given

@@ -39,14 +39,15 @@ Json errorName(std::int32_t lngErrorCode) {
 }  // namespace
 
 std::string resultJson(const Acknowledge& objAck, const ValidationUserErrors& colUserErrors,
-                       const ValidationIntErrors& colInternalErrors) {
-  const Json result = {{"success", objAck.Success()},
-                       {"errorCode", objAck.ErrorCode()},
-                       {"errorName", errorName(objAck.ErrorCode())},
-                       {"errorDetail", objAck.ErrorDetail()},
-                       {"userMessage", objAck.UserMessage()},
-                       {"errorSource", objAck.ErrorSource()},
-                       {"userErrors", toJson(colUserErrors)},
-                       {"internalErrors", toJson(colInternalErrors)}};
+                       const ValidationIntErrors& colInternalErrors, const Json* report) {
+  Json result = {{"success", objAck.Success()},
+                 {"errorCode", objAck.ErrorCode()},
+                 {"errorName", errorName(objAck.ErrorCode())},
+                 {"errorDetail", objAck.ErrorDetail()},
+                 {"userMessage", objAck.UserMessage()},
+                 {"errorSource", objAck.ErrorSource()},
+                 {"userErrors", toJson(colUserErrors)},
+                 {"internalErrors", toJson(colInternalErrors)}};
+  if (report) result["report"] = *report;
   return result.dump(2, ' ', false, Json::error_handler_t::replace) + '\n';
 }

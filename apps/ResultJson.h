@@ -1,12 +1,14 @@
 #pragma once
 
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 
 #include "result/Acknowledge.h"
 #include "result/ValidationErrors.h"
 
 /// The result of a run as one JSON object and a line end. The order of its keys is fixed; what is
-/// not UTF-8 becomes U+FFFD.
+/// not UTF-8 becomes U+FFFD. `report` is the run's report, if it is to be told.
 std::string resultJson(const Varnel_Tolv_XML_Creation::Acknowledge& objAck,
                        const Varnel_Tolv_XML_Creation::ValidationUserErrors& colUserErrors,
-                       const Varnel_Tolv_XML_Creation::ValidationIntErrors& colInternalErrors);
+                       const Varnel_Tolv_XML_Creation::ValidationIntErrors& colInternalErrors,
+                       const nlohmann::ordered_json* report = nullptr);

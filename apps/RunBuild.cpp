@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -13,12 +14,20 @@
 #include "Files.h"
 #include "Options.h"
 #include "OutputFile.h"
+#include "ReportJson.h"
 #include "ResultJson.h"
 #include "interface/BuildXML.h"
 
 using namespace Varnel_Tolv_XML_Creation;
 
 namespace {
+
+/// What --strict does not let pass: a check that was asked for and did not find the message valid,
+/// and answers that were lost.
+bool showsOtherwise(const RunReport& report) {
+  const bool blnGood = report.verdict == Verdict::valid || report.verdict == Verdict::notAsked;
+  return !blnGood || !report.losses.empty();
+}
 
 /// Keeps the trace until the run is over.
 class TraceText : public TraceSink {
@@ -142,6 +151,7 @@ ExitStatus runBuild(OptionValues values, const std::vector<std::string>& /*opera
   const PageServer server(options.pageDirectory);
   const ObjectContext context{.request = &request, .server = options.blnServer ? &server : nullptr};
   TraceText trace;
+  RunReport report;
   BuildXML objBuild(HostServices{
       .objectContext = options.blnContext ? &context : nullptr,
       .clock = options.clock ? &*options.clock : nullptr,
@@ -149,6 +159,8 @@ ExitStatus runBuild(OptionValues values, const std::vector<std::string>& /*opera
       .dateOrder = options.dateOrder,
       .documentSettings = {},
       .strSchemaCatalog = options.strSchemaCatalog,
+      .report = options.blnReport || options.blnStrict ? &report : nullptr,
+      .blnJournal = options.blnExplain,
   });
 
   Document objSendXML;
@@ -164,12 +176,18 @@ ExitStatus runBuild(OptionValues values, const std::vector<std::string>& /*opera
   if (parkFile) parkFile->write(objParkXML.xml());
   if (sendFile && objSendXML) sendFile->write(objSendXML.xml());
   if (traceFile) traceFile->write(trace.text());
-  const std::string strResult = resultJson(objAck, colUserErrors, colInternalErrors);
+  std::optional<nlohmann::ordered_json> reported;
+  if (options.blnReport) {
+    reported = reportJson(report, options.blnExplain, options.deploymentDirectory);
+  }
+  const std::string strResult =
+      resultJson(objAck, colUserErrors, colInternalErrors, reported ? &*reported : nullptr);
   if (resultFile) resultFile->write(strResult);
   files.putInPlace();  // when all of them are on the disk
 
   // The standard streams last: when a file fails, only the line that says so stands there.
   if (options.trace && !blnTraceToFile) writeStandardError(trace.text());
   if (!resultFile) writeStandardOutput(strResult);
-  return objAck.Success() ? kSucceeded : kFailed;
+  if (!objAck.Success()) return kFailed;
+  return options.blnStrict && showsOtherwise(report) ? kReportedOtherwise : kSucceeded;
 }

@@ -17,6 +17,8 @@ std::string decode(std::string_view strEncoded) {
 
 }  // namespace
 
+std::string fieldNameOf(std::string_view strId) { return toLower(strId); }
+
 FormCollection::FormCollection(std::string_view strBody) {
   for (std::string_view strRest = strBody; !strRest.empty();) {
     const std::size_t lngEnd = std::min(strRest.find('&'), strRest.size());

@@ -25,6 +25,10 @@ class Request {
   virtual std::vector<std::string> formNames(std::string_view strPrefix) const = 0;
 };
 
+/// The name of the field that a form has for the object with this id: the id in lower case,
+/// Unicode's simple mapping in no locale.
+std::string fieldNameOf(std::string_view strId);
+
 /// The web server.
 class Server {
  public:

@@ -20,6 +20,13 @@ std::string repeated(std::string_view strPiece, std::size_t lngBytes) {
   return strText;
 }
 
+TEST(FieldName, IsTheIdInLowerCaseOfAnyAlphabet) {
+  const struct {
+    const char *id, *name;
+  } cases[] = {{"", ""}, {"q1", "q1"}, {"Q_1", "q_1"}, {"\xC3\x85", "\xC3\xA5"}};
+  for (const auto& c : cases) EXPECT_EQ(fieldNameOf(c.id), c.name);
+}
+
 TEST(FormCollection, DecodesABody) {
   const struct {
     const char *says, *body, *name, *value;

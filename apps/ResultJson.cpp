@@ -38,8 +38,8 @@ Json errorName(std::int32_t lngErrorCode) {
 
 }  // namespace
 
-std::string resultJson(const Acknowledge& objAck, const ValidationUserErrors& colUserErrors,
-                       const ValidationIntErrors& colInternalErrors, const Json* report) {
+Json resultObject(const Acknowledge& objAck, const ValidationUserErrors& colUserErrors,
+                  const ValidationIntErrors& colInternalErrors, const Json* report) {
   Json result = {{"success", objAck.Success()},
                  {"errorCode", objAck.ErrorCode()},
                  {"errorName", errorName(objAck.ErrorCode())},
@@ -49,5 +49,12 @@ std::string resultJson(const Acknowledge& objAck, const ValidationUserErrors& co
                  {"userErrors", toJson(colUserErrors)},
                  {"internalErrors", toJson(colInternalErrors)}};
   if (report) result["report"] = *report;
-  return result.dump(2, ' ', false, Json::error_handler_t::replace) + '\n';
+  return result;
+}
+
+std::string resultJson(const Acknowledge& objAck, const ValidationUserErrors& colUserErrors,
+                       const ValidationIntErrors& colInternalErrors, const Json* report) {
+  return resultObject(objAck, colUserErrors, colInternalErrors, report)
+             .dump(2, ' ', false, Json::error_handler_t::replace) +
+         '\n';
 }

@@ -16,7 +16,8 @@
 #include "OutputFile.h"
 #include "ReportJson.h"
 #include "ResultJson.h"
-#include "interface/BuildXML.h"
+#include "Submission.h"
+#include "platform/host/WebRequest.h"
 
 using namespace Varnel_Tolv_XML_Creation;
 
@@ -27,44 +28,6 @@ namespace {
 bool showsOtherwise(const RunReport& report) {
   const bool blnGood = report.verdict == Verdict::valid || report.verdict == Verdict::notAsked;
   return !blnGood || !report.losses.empty();
-}
-
-/// Keeps the trace until the run is over.
-class TraceText : public TraceSink {
- public:
-  void write(std::string_view strLine) override {
-    // deliberate: only the line's own end changes. A line end inside, as in a document's text,
-    // belongs to what was traced.
-    constexpr std::string_view kLineEnd = "\r\n";
-    if (strLine.ends_with(kLineEnd)) strLine.remove_suffix(kLineEnd.size());
-    strText_.append(strLine).append("\n");
-  }
-  const std::string& text() const { return strText_; }
-
- private:
-  std::string strText_;
-};
-
-std::string readForm(const std::optional<std::string>& form) {
-  if (!form) return "";
-  std::string strBody = *form == kStandardStream ? readStandardInput() : readFile("--form", *form);
-  if (strBody.ends_with('\n')) {
-    strBody.pop_back();
-    if (strBody.ends_with('\r')) strBody.pop_back();
-  }
-  return strBody;
-}
-
-/// The document of a file that an option names; Nothing without the option.
-Document loaded(const char* option, const std::optional<std::string>& file) {
-  if (!file) return {};
-  Document objXml = Document::create();
-  if (!objXml.load(*file)) {
-    const ParseError& error = objXml.parseError();
-    throw CannotRun(std::string(option) + " " + *file + ": " + error.reason +
-                    (error.line > 0 ? " (line " + std::to_string(error.line) + ")" : ""));
-  }
-  return objXml;
 }
 
 /// A file that an option names.
@@ -145,49 +108,29 @@ ExitStatus runBuild(OptionValues values, const std::vector<std::string>& /*opera
       files.output("--trace", blnTraceToFile ? options.trace : std::nullopt);
 
   const FormCollection request(readForm(options.form));
-  Document objParkXML = loaded("--object-list", options.objectList);
-  const Document objProtocolInfo = loaded("--protocol-info", options.protocolInfo);
-
-  const PageServer server(options.pageDirectory);
-  const ObjectContext context{.request = &request, .server = options.blnServer ? &server : nullptr};
   TraceText trace;
   RunReport report;
-  BuildXML objBuild(HostServices{
-      .objectContext = options.blnContext ? &context : nullptr,
-      .clock = options.clock ? &*options.clock : nullptr,
-      .traceSink = options.trace ? &trace : nullptr,
-      .dateOrder = options.dateOrder,
-      .documentSettings = {},
-      .strSchemaCatalog = options.strSchemaCatalog,
-      .report = options.blnReport || options.blnStrict ? &report : nullptr,
-      .blnJournal = options.blnExplain,
-  });
+  const RunOutputs run =
+      runSubmission(options, request,
+                    {.traceSink = options.trace ? &trace : nullptr,
+                     .report = options.blnReport || options.blnStrict ? &report : nullptr,
+                     .blnJournal = options.blnExplain});
 
-  Document objSendXML;
-  ValidationUserErrors colUserErrors;
-  ValidationIntErrors colInternalErrors;
-  const Acknowledge objAck = objBuild.buildXML(
-      options.strTemplateXML, options.strMsgObjectXML, options.strSchemaTypeMapperXML,
-      options.strHiddenFieldXML, options.strNamespaceXML, options.strQuestionsXmlPath,
-      options.strReferenceXmlPath, options.blnSubmit, options.blnValidateAgainstSchema, objParkXML,
-      objSendXML, objProtocolInfo ? objProtocolInfo.documentElement() : Node(), colUserErrors,
-      colInternalErrors, options.strSchemaUrl, options.strSchemaUri);
-
-  if (parkFile) parkFile->write(objParkXML.xml());
-  if (sendFile && objSendXML) sendFile->write(objSendXML.xml());
+  if (parkFile) parkFile->write(run.objParkXML.xml());
+  if (sendFile && run.objSendXML) sendFile->write(run.objSendXML.xml());
   if (traceFile) traceFile->write(trace.text());
   std::optional<nlohmann::ordered_json> reported;
   if (options.blnReport) {
     reported = reportJson(report, options.blnExplain, options.deploymentDirectory);
   }
-  const std::string strResult =
-      resultJson(objAck, colUserErrors, colInternalErrors, reported ? &*reported : nullptr);
+  const std::string strResult = resultJson(run.objAck, run.colUserErrors, run.colInternalErrors,
+                                           reported ? &*reported : nullptr);
   if (resultFile) resultFile->write(strResult);
   files.putInPlace();  // when all of them are on the disk
 
   // The standard streams last: when a file fails, only the line that says so stands there.
   if (options.trace && !blnTraceToFile) writeStandardError(trace.text());
   if (!resultFile) writeStandardOutput(strResult);
-  if (!objAck.Success()) return kFailed;
+  if (!run.objAck.Success()) return kFailed;
   return options.blnStrict && showsOtherwise(report) ? kReportedOtherwise : kSucceeded;
 }

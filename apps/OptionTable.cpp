@@ -10,7 +10,7 @@ constexpr const char* kHost = "The web page that calls it";
 constexpr const char* kOutputs = "What is written";
 
 // The sub-commands that take a deployment, and those of them that take a form.
-constexpr unsigned kEach = kBuild;
+constexpr unsigned kEach = kBuild | kBatch;
 constexpr unsigned kOneForm = kBuild;
 
 constexpr auto kOptions = std::to_array<OptionRow>({
@@ -48,6 +48,9 @@ constexpr auto kOptions = std::to_array<OptionRow>({
      "a fixed local date and time (default: the clock's)", kEach},
     {"deployment", OptionKind::commandLineOnly, "DIR", kHost,
      "read the options above from DIR/deployment.json; one given here wins", kEach},
+
+    {"threads", OptionKind::commandLineOnly, "N", kHost,
+     "how many submissions run at the same time (default: 1)", kBatch},
 
     {"park-out", OptionKind::commandLineOnly, "FILE", kOutputs,
      "the parked form, if --object-list is given", kBuild},

@@ -12,6 +12,7 @@
 /// The sub-commands; an option names those that take it by a set of these bits.
 enum CommandId : unsigned {
   kBuild = 1,
+  kBatch = 2,
 };
 
 enum class OptionKind {

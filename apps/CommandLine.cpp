@@ -68,7 +68,7 @@ CommandLine readCommandLine(std::vector<std::string> words) {
     one->set_version_flag("--version", kVersion);
     addOptions(command, *one);
     if (command.operands) {
-      one->add_option("operands", operands)->type_name(command.operands)->required();
+      one->add_option(command.operands, operands)->type_name("")->required();
     }
     names.emplace_back(command.name);
   }

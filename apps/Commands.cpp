@@ -4,6 +4,7 @@
 
 #include "RunBatch.h"
 #include "RunBuild.h"
+#include "RunTest.h"
 
 namespace {
 
@@ -11,6 +12,7 @@ constexpr auto kCommands = std::to_array<Command>({
     {kBuild, "build", "Runs one submission.", nullptr, runBuild},
     {kBatch, "batch", "Runs the submissions of standard input, one JSON object a line.", nullptr,
      runBatch},
+    {kTest, "test", "Runs submissions, each a folder with what is expected of it.", "DIR", runTest},
 });
 
 }  // namespace

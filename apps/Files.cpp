@@ -16,10 +16,6 @@ namespace {
 // A stream that never ends is refused before it fills the machine.
 constexpr std::size_t kMaxBytes = std::size_t{256} * 1024 * 1024;
 
-std::string nameOf(const char* option, const std::string& strPath) {
-  return std::string(option) + ' ' + strPath;
-}
-
 class Descriptor {
  public:
   explicit Descriptor(int descriptor) : descriptor_(descriptor) {}
@@ -48,6 +44,10 @@ std::string readAll(int descriptor, const std::string& strName) {
 }
 
 }  // namespace
+
+std::string nameOf(const char* option, const std::string& strPath) {
+  return *option == '\0' ? strPath : std::string(option) + ' ' + strPath;
+}
 
 std::string readFile(const char* option, const std::string& strPath) {
   const std::string strName = nameOf(option, strPath);

@@ -12,6 +12,9 @@
 /// The name that stands for standard input or standard error where an option allows it.
 constexpr std::string_view kStandardStream = "-";
 
+/// How messages name a file: the option, if there is one, and the path.
+std::string nameOf(const char* option, const std::string& strPath);
+
 /// All bytes of a regular file, or of standard input. A pipe or a device is refused, for it could
 /// be waited for without end; one that is a standard stream (/dev/stdin) is read all the same.
 std::string readFile(const char* option, const std::string& strPath);

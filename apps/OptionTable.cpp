@@ -8,6 +8,7 @@ namespace {
 constexpr const char* kArguments = "The library's arguments";
 constexpr const char* kHost = "The web page that calls it";
 constexpr const char* kOutputs = "What is written";
+constexpr const char* kExpected = "What is expected";
 
 // The sub-commands that take a deployment, and those of them that take a form.
 constexpr unsigned kEach = kBuild | kBatch;
@@ -67,6 +68,11 @@ constexpr auto kOptions = std::to_array<OptionRow>({
      "tell too what became of each answer; implies --report", kBuild},
     {"strict", OptionKind::commandLineFlag, "", kOutputs,
      "end with status 3 when the run succeeded and its report shows otherwise", kBuild},
+
+    {"update", OptionKind::commandLineFlag, "", kExpected,
+     "write what came out, in the place of what was expected", kTest},
+    {"exact", OptionKind::commandLineFlag, "", kExpected,
+     "the files are to be the same byte by byte", kTest},
 });
 
 }  // namespace

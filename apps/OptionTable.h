@@ -13,6 +13,7 @@
 enum CommandId : unsigned {
   kBuild = 1,
   kBatch = 2,
+  kTest = 4,
 };
 
 enum class OptionKind {

@@ -65,7 +65,7 @@ std::optional<FilePlace> placeOf(const std::string& strPath) {
 }
 
 OutputFile::OutputFile(const char* option, std::string strPath)
-    : strName_(std::string(option) + ' ' + strPath) {
+    : strName_(nameOf(option, strPath)) {
   if (strPath.find('\0') != std::string::npos) fail(strName_, EINVAL);
   struct stat status {};
   // Not opened before it is known what it is: opening a pipe waits for its other end.

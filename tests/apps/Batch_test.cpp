@@ -201,9 +201,9 @@ TEST_F(Batch, TakesNoMoreMemoryForMoreLines) {
     return run.lngPeakMegabytes;
   };
   const std::size_t lngFew = peakOf(40);
-  const std::size_t lngMany = peakOf(600);  // 60 MB in all
+  const std::size_t lngMany = peakOf(280);  // 24 MB more
   if (!kSanitized) {
-    EXPECT_LT(lngMany, lngFew + 16);
+    EXPECT_LT(lngMany, lngFew + 12);
   }
 }
 

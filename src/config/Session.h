@@ -24,6 +24,10 @@ struct Session {
   /// What becomes of the answers of the run that is on; null when nobody asks.
   AnswerLog* answers = nullptr;
 
+  /// The files of the run beside those that each stage is given; only for a run that is reported.
+  std::string strMsgObjectXML = {};
+  std::string strSchemaTypeMapperXML = {};
+
   /// A new, empty document with the host's settings.
   Document newDocument() const { return Document::create(documentSettings()); }
 

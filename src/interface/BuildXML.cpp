@@ -88,7 +88,11 @@ Acknowledge BuildXML::buildXML(std::string_view strTemplateXML, std::string_view
                                std::string_view strSchemaUrl, std::string_view strSchemaUri) {
   Session& session = *session_;
   RunReport* const report = session.host.report;
-  if (report) begin(*report, blnSubmit && blnValidateAgainstSchema);
+  if (report) {
+    begin(*report, blnSubmit && blnValidateAgainstSchema);
+    session.strMsgObjectXML = strMsgObjectXML;
+    session.strSchemaTypeMapperXML = strSchemaTypeMapperXML;
+  }
   trace(session, "", {"BuildXml - strTemplateXML =", strTemplateXML});
   trace(session, "", {"BuildXml - strMsgObjectXML =", strMsgObjectXML});
   trace(session, "", {"BuildXml - strSchemaTypeMapperXML =", strSchemaTypeMapperXML});

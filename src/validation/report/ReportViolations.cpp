@@ -1,6 +1,6 @@
 #include "validation/report/ReportViolations.h"
 
-#include <algorithm>
+#include <optional>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
@@ -8,7 +8,8 @@
 #include "config/Attributes.h"
 #include "config/Names.h"
 #include "validation/report/MarkedElements.h"
-#include "validation/report/ParkLabels.h"
+#include "validation/report/MissingQuestions.h"
+#include "validation/report/ParkIndex.h"
 #include "validation/report/ViolationWords.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -21,8 +22,11 @@ constexpr std::size_t kMostAllowedValues = 100'000;
 /// One report in the making.
 class Violations {
  public:
-  Violations(const ReportSources& sources, RunReport& report)
-      : sources_(sources), labels_(sources.objPark), report_(report) {}
+  Violations(const Session& session, const ReportSources& sources, RunReport& report)
+      : sources_(sources),
+        park_(sources.objPark),
+        missing_(session, sources, park_),
+        report_(report) {}
 
   void add(std::vector<ViolationParts> violations,
            const std::vector<ViolationRecorder::DeclaredMark>& declaredMarks) {
@@ -38,29 +42,67 @@ class Violations {
  private:
   void add(const ViolationParts& parts) {
     const MarkedElement& element = elements_[parts.place.lngElement];
-    addAt(parts, element, marksFor(element));
+    const bool blnAtEnd = parts.kind == ViolationKind::missingChild;
+    const bool blnBefore = parts.kind == ViolationKind::unexpectedChild && !parts.missing.empty();
+    if (blnAtEnd || blnBefore) return addMissing(parts, element);
+    addAt(parts, element.strPath, element, marksFor(element));
   }
 
-  void addAt(const ViolationParts& parts, const MarkedElement& element, const Marks& marks) {
+  /// One violation for each element that is missing; the first is the one that the schema tells of.
+  void addMissing(const ViolationParts& parts, const MarkedElement& element) {
+    const bool blnAtEnd = parts.kind == ViolationKind::missingChild;
+    const std::string strParent = blnAtEnd ? element.strPlainPath : above(element.strPlainPath);
+    const Marks& around = blnAtEnd ? element.marks : element.outerMarks;
+
+    ViolationParts first = parts;
+    if (first.missing.size() > 1) first.missing.resize(1);
+    std::vector<ExpandedName> names = first.missing;  // those that would do
+    names.insert(names.end(), parts.expected.begin(), parts.expected.end());
+    addAt(first, element.strPath, element, missingMarks(strParent, names, around));
+
+    for (std::size_t lngName = 1; lngName < parts.missing.size(); ++lngName) {
+      ViolationParts further;
+      further.kind = ViolationKind::missingChild;
+      further.place = parts.place;
+      further.missing = further.expected = {parts.missing[lngName]};
+      addAt(further, blnAtEnd ? element.strPath : above(element.strPath), element,
+            missingMarks(strParent, further.missing, around));
+    }
+  }
+
+  /// The question of the first of these elements whose question is known; else that of the element
+  /// in which they are missing.
+  Marks missingMarks(const std::string& strParent, const std::vector<ExpandedName>& names,
+                     const Marks& around) {
+    for (const ExpandedName& name : names) {
+      if (std::optional<Marks> marks = missing_.find(strParent, name.strLocal, around)) {
+        return *std::move(marks);
+      }
+    }
+    return around;
+  }
+
+  void addAt(const ViolationParts& parts, const std::string& strPath, const MarkedElement& element,
+             const Marks& marks) {
+    const std::string strId = park_.idOf(marks.strQuestionId);
     SchemaViolation violation;
     violation.kind = parts.kind;
     if (!parts.facets.empty()) {
       violation.facet = facetName(parts.facets.front().facet);
       violation.limit = parts.facets.front().strLimit;
     }
-    violation.path = element.strPath;
+    violation.path = strPath;
     violation.attribute = parts.strAttribute;
     violation.value = parts.strValue;
     if (lngAllowed_ < kMostAllowedValues) violation.allowed = allowedValues(parts);
     lngAllowed_ += violation.allowed.size();
     for (const ExpandedName& name : parts.expected) violation.expected.push_back(name.text());
     violation.message = violationWords(parts, nameOf(element), marks.strRowIndex);
-    violation.questionId = marks.strQuestionId;
-    violation.questionText = labels_.ofQuestion(marks.strQuestionId);
+    violation.questionId = strId;
+    violation.questionText = park_.labelOf(strId);
     violation.rowIndex = marks.strRowIndex;
     violation.columnId = marks.strColumnId;
-    violation.columnText =
-        labels_.ofCell(marks.strQuestionId, marks.strRowIndex, marks.strColumnId);
+    violation.columnText = park_.cellLabelOf(strId, marks.strRowIndex, marks.strColumnId);
     report_.violations.push_back(std::move(violation));
   }
 
@@ -72,12 +114,16 @@ class Violations {
 
   /// The marks of an element. A cell without a place of its own in its row stands in an element
   /// that has no marks, and its column as its id.
-  Marks marksFor(const MarkedElement& element) {
+  Marks marksFor(const MarkedElement& element) const {
     Marks marks = element.marks;
     if (marks.strRowIndex.empty() || !marks.strColumnId.empty()) return marks;
     const std::string strId = attributeText(element.objElement, kId);
-    if (!strId.empty() && labels_.hasColumn(marks.strQuestionId, strId)) marks.strColumnId = strId;
+    if (!strId.empty() && park_.hasColumn(marks.strQuestionId, strId)) marks.strColumnId = strId;
     return marks;
+  }
+
+  static std::string above(const std::string& strPath) {
+    return strPath.substr(0, strPath.rfind('/'));
   }
 
   static std::string nameOf(const MarkedElement& element) {
@@ -85,7 +131,8 @@ class Violations {
   }
 
   const ReportSources& sources_;
-  ParkLabels labels_;
+  const ParkIndex park_;
+  MissingQuestions missing_;
   RunReport& report_;
   std::unordered_map<std::size_t, MarkedElement> elements_;
   std::size_t lngAllowed_ = 0;
@@ -93,9 +140,9 @@ class Violations {
 
 }  // namespace
 
-void reportViolations(const Session& /*session*/, ViolationRecorder& recorder,
+void reportViolations(const Session& session, ViolationRecorder& recorder,
                       const ReportSources& sources, RunReport& report) {
-  Violations(sources, report).add(recorder.takeViolations(), recorder.declaredMarks());
+  Violations(session, sources, report).add(recorder.takeViolations(), recorder.declaredMarks());
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -97,7 +97,6 @@ Acknowledge ValidateXMLAgainstSchema(const Session& session, const Document& obj
         const std::string strSchemaPath =
             objContext->server->MapPath("../" + std::string(strSchemaUrl));
         report.reach(VerdictReport::Stage::readingSchema);
-        report.schemaAt(strSchemaPath);
         SchemaCollection colSchemas(session.host.documentSettings.faults, session.host.cache);
         colSchemas.catalog(session.host.strSchemaCatalog);
         colSchemas.add(strSchemaUri, strSchemaPath);

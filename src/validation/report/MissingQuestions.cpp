@@ -36,7 +36,7 @@ std::optional<Marks> MissingQuestions::find(const std::string& strParentPath,
     if (blnInRow) marks.strRowIndex = around.strRowIndex;
     if (!blnInRow) marks.strColumnId.clear();  // a whole row is missing
     if (isThere(marks)) continue;
-    const auto answer = park_.answer(marks.strQuestionId, marks.strRowIndex, marks.strColumnId);
+    const auto answer = park_.answer(marks);
     const auto rank = std::tuple(candidate.lngBelow > 0, static_cast<int>(answer),
                                  !candidate.blnMandatory, candidate.lngBelow, place.lngOrder);
     if (best && bestRank <= rank) continue;
@@ -50,7 +50,7 @@ const std::vector<MissingQuestions::Candidate>& MissingQuestions::candidatesAt(
     const std::string& strPath) {
   const auto [known, blnNew] = byPath_.try_emplace(strPath);
   if (!blnNew) return known->second;
-  if (!places_) places_.emplace(session_, sources_, park_);
+  if (!places_) places_.emplace(documents_, park_);
   for (const std::string& strOriginal : places_->originals(strPath)) {
     addCandidates(strOriginal, known->second);
   }
@@ -73,12 +73,9 @@ void MissingQuestions::addCandidates(const std::string& strPath,
 bool MissingQuestions::isMandatory(const std::string& strPath, const std::string& strBelow) {
   if (!mandatory_) {
     mandatory_.emplace();
-    const Document objReference = session_.newConfiguration();
-    if (!sources_.strReferenceXmlPath.empty() && objReference.load(sources_.strReferenceXmlPath)) {
-      for (const Node& objElement : required(objReference.selectNodes("//*[@mandatory]"))) {
-        if (toLower(trim(attributeText(objElement, "mandatory"))) != "true") continue;
-        mandatory_->insert(elementPath(objElement));
-      }
+    for (const Node& objElement : required(documents_.reference().selectNodes("//*[@mandatory]"))) {
+      if (toLower(trim(attributeText(objElement, "mandatory"))) != "true") continue;
+      mandatory_->insert(elementPath(objElement));
     }
   }
   std::string strAt = strPath + strBelow;
@@ -92,7 +89,7 @@ bool MissingQuestions::isMandatory(const std::string& strPath, const std::string
 bool MissingQuestions::isThere(const Marks& marks) {
   if (!there_) {
     there_.emplace();
-    for (const Node& objElement : required(sources_.objMessage.selectNodes("//*[@questionId]"))) {
+    for (const Node& objElement : required(documents_.message().selectNodes("//*[@questionId]"))) {
       if (objElement.selectSingleNode("*")) continue;
       there_->insert(
           key({park_.idOf(attributeText(objElement, kQuestionId)),

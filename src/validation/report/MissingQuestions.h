@@ -8,11 +8,10 @@
 #include <unordered_set>
 #include <vector>
 
-#include "config/Session.h"
 #include "validation/report/MarkedElements.h"
 #include "validation/report/ParkIndex.h"
 #include "validation/report/QuestionPlaces.h"
-#include "validation/report/ReportSources.h"
+#include "validation/report/ReportDocuments.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
@@ -25,9 +24,9 @@ namespace Varnel_Tolv_XML_Creation {
 /// is read for this is read when it is first asked for; what was found for one path is kept.
 class MissingQuestions {
  public:
-  /// All of it must live as long.
-  MissingQuestions(const Session& session, const ReportSources& sources, const ParkIndex& park)
-      : session_(session), sources_(sources), park_(park) {}
+  /// Both must live as long.
+  MissingQuestions(ReportDocuments& documents, const ParkIndex& park)
+      : documents_(documents), park_(park) {}
 
   /// The question of an element that is missing in another; in a row of a table the cell. None when
   /// it is not known.
@@ -46,8 +45,7 @@ class MissingQuestions {
   bool isMandatory(const std::string& strPath, const std::string& strBelow);
   bool isThere(const Marks& marks);
 
-  const Session& session_;
-  const ReportSources& sources_;
+  ReportDocuments& documents_;
   const ParkIndex& park_;
   std::optional<QuestionPlaces> places_;
   std::optional<std::unordered_set<std::string>> mandatory_;  // paths

@@ -38,12 +38,32 @@ std::string ParkIndex::labelOf(const std::string& strQuestionId) const {
   return question ? attributeText(question->objObject, kFieldLabel) : std::string();
 }
 
-std::string ParkIndex::cellLabelOf(const std::string& strQuestionId, const std::string& strRowIndex,
-                                   const std::string& strColumnId) const {
-  const Question* question = strColumnId.empty() ? nullptr : withCells(strQuestionId);
-  if (!question) return {};
-  const auto found = question->cells.find(cellKey(strRowIndex, strColumnId));
-  return found == question->cells.end() ? std::string() : found->second.strLabel;
+std::string ParkIndex::cellLabelOf(const Marks& marks) const {
+  const Cell* found = cell(marks);
+  return found ? found->strLabel : std::string();
+}
+
+std::string ParkIndex::valueOf(const Marks& marks) const {
+  if (marks.strColumnId.empty()) {
+    const Question* question = find(marks.strQuestionId);
+    return question ? attributeText(question->objObject, kValue) : std::string();
+  }
+  const Cell* found = cell(marks);
+  return found ? found->strValue : std::string();
+}
+
+std::vector<Node> ParkIndex::columnsOf(const std::string& strQuestionId,
+                                       const std::string& strRowIndex) const {
+  std::vector<Node> columns;
+  const Question* question = find(strQuestionId);
+  if (!question) return columns;
+  for (const Node& objRow : required(question->objObject.selectNodes(kRow))) {
+    if (attributeText(objRow, kId) != strRowIndex) continue;
+    const NodeList colColumns = required(objRow.selectNodes(kColumn));
+    columns.insert(columns.end(), colColumns.begin(), colColumns.end());
+    break;
+  }
+  return columns;
 }
 
 bool ParkIndex::hasColumn(const std::string& strQuestionId, const std::string& strColumnId) const {
@@ -51,19 +71,11 @@ bool ParkIndex::hasColumn(const std::string& strQuestionId, const std::string& s
   return question && question->columns.contains(strColumnId);
 }
 
-ParkIndex::Answer ParkIndex::answer(const std::string& strQuestionId,
-                                    const std::string& strRowIndex,
-                                    const std::string& strColumnId) const {
-  if (strColumnId.empty()) {
-    const Question* question = find(strQuestionId);
-    if (!question) return Answer::noObject;
-    return isBlank(attributeText(question->objObject, kValue)) ? Answer::blank : Answer::given;
-  }
-  const Question* question = withCells(strQuestionId);
-  if (!question) return Answer::noObject;
-  const auto found = question->cells.find(cellKey(strRowIndex, strColumnId));
-  if (found == question->cells.end()) return Answer::noObject;
-  return found->second.blnBlank ? Answer::blank : Answer::given;
+ParkIndex::Answer ParkIndex::answer(const Marks& marks) const {
+  const bool blnThere =
+      marks.strColumnId.empty() ? find(marks.strQuestionId) != nullptr : cell(marks) != nullptr;
+  if (!blnThere) return Answer::noObject;
+  return isBlank(valueOf(marks)) ? Answer::blank : Answer::given;
 }
 
 std::vector<std::string> ParkIndex::objectsOf(const Node& objMessageItem) const {
@@ -74,8 +86,15 @@ std::vector<std::string> ParkIndex::objectsOf(const Node& objMessageItem) const 
 }
 
 const ParkIndex::Question* ParkIndex::find(const std::string& strQuestionId) const {
-  const auto found = questions_.find(strQuestionId);
+  const auto found = questions_.find(idOf(strQuestionId));
   return found == questions_.end() ? nullptr : &found->second;
+}
+
+const ParkIndex::Cell* ParkIndex::cell(const Marks& marks) const {
+  const Question* question = marks.strColumnId.empty() ? nullptr : withCells(marks.strQuestionId);
+  if (!question) return nullptr;
+  const auto found = question->cells.find(cellKey(marks.strRowIndex, marks.strColumnId));
+  return found == question->cells.end() ? nullptr : &found->second;
 }
 
 const ParkIndex::Question* ParkIndex::withCells(const std::string& strQuestionId) const {
@@ -86,7 +105,7 @@ const ParkIndex::Question* ParkIndex::withCells(const std::string& strQuestionId
     const std::string strColumnId = attributeText(objColumn, kId);
     question->cells.try_emplace(
         cellKey(attributeText(objColumn.parentNode(), kId), strColumnId),
-        Cell{attributeText(objColumn, "columnlabel"), isBlank(attributeText(objColumn, kValue))});
+        Cell{attributeText(objColumn, "columnlabel"), attributeText(objColumn, kValue)});
     question->columns.insert(strColumnId);
   }
   return question;

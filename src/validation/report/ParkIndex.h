@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/dom/Document.h"
+#include "validation/report/MarkedElements.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
@@ -18,21 +19,26 @@ class ParkIndex {
   explicit ParkIndex(const Document& objPark);
 
   /// The id of the object that an element of the message is marked with. Fields are marked in lower
-  /// case; what is no object stays as it is.
+  /// case; what is no object stays as it is. Everything below takes marks as well as ids.
   std::string idOf(const std::string& strMark) const;
 
   /// Labels, empty where there are none.
   std::string labelOf(const std::string& strQuestionId) const;
-  std::string cellLabelOf(const std::string& strQuestionId, const std::string& strRowIndex,
-                          const std::string& strColumnId) const;
+  std::string cellLabelOf(const Marks& marks) const;
+
+  /// What a field or, with a column, a cell holds as parked; empty when it is not there.
+  std::string valueOf(const Marks& marks) const;
+
+  /// The cells of a row.
+  std::vector<Node> columnsOf(const std::string& strQuestionId,
+                              const std::string& strRowIndex) const;
 
   bool hasColumn(const std::string& strQuestionId, const std::string& strColumnId) const;
 
   enum class Answer : std::uint8_t { blank, given, noObject };
 
-  /// Whether a field, or with a row and a column a cell, has been filled in.
-  Answer answer(const std::string& strQuestionId, const std::string& strRowIndex,
-                const std::string& strColumnId) const;
+  /// Whether it has been filled in.
+  Answer answer(const Marks& marks) const;
 
   /// The ids of the objects that an entry of the object mapper is for.
   std::vector<std::string> objectsOf(const Node& objMessageItem) const;
@@ -40,7 +46,7 @@ class ParkIndex {
  private:
   struct Cell {
     std::string strLabel;
-    bool blnBlank = true;
+    std::string strValue;
   };
   struct Question {
     Node objObject;
@@ -50,6 +56,7 @@ class ParkIndex {
   };
 
   const Question* find(const std::string& strQuestionId) const;
+  const Cell* cell(const Marks& marks) const;
   const Question* withCells(const std::string& strQuestionId) const;
 
   std::unordered_map<std::string, Question> questions_;

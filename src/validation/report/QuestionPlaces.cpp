@@ -21,21 +21,12 @@ std::string childText(const Node& objElement, std::string_view strName) {
 
 std::string lastStep(const std::string& strPath) { return strPath.substr(strPath.rfind('/')); }
 
-/// Loads a file that may be missing or broken: then the document is empty.
-Document loaded(const Session& session, std::string_view strPath) {
-  Document objXml = session.newConfiguration();
-  static_cast<void>(!strPath.empty() && objXml.load(strPath));
-  return objXml;
-}
-
 }  // namespace
 
-QuestionPlaces::QuestionPlaces(const Session& session, const ReportSources& sources,
-                               const ParkIndex& park)
-    : sources_(sources), park_(park) {
-  readQuestions(loaded(session, sources.strQuestionsXmlPath));
-  const Document objTypes = loaded(session, session.strSchemaTypeMapperXML);
-  readMapper(loaded(session, session.strMsgObjectXML), objTypes);
+QuestionPlaces::QuestionPlaces(ReportDocuments& documents, const ParkIndex& park)
+    : documents_(documents), park_(park) {
+  readQuestions(documents.questions());
+  readMapper(documents.mapper(), documents.types());
 }
 
 void QuestionPlaces::readQuestions(const Document& objQuestionsXml) {
@@ -163,7 +154,7 @@ std::vector<std::string> QuestionPlaces::pathsOf(const std::string& strXPath) co
   if (const std::string strPath = localPath(strXPath); !strPath.empty()) return {strPath};
   if (isBlank(strXPath)) return paths;
   const Acknowledge objAck = Guarded("pathsOf", [&]() -> Acknowledge {
-    const NodeList colNodes = required(sources_.objMessage.selectNodes(strXPath));
+    const NodeList colNodes = required(documents_.message().selectNodes(strXPath));
     for (std::size_t lngNode = 0; lngNode < std::min(colNodes.length(), kMostParents); ++lngNode) {
       paths.push_back(elementPath(colNodes.item(lngNode)));
     }

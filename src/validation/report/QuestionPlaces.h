@@ -6,10 +6,9 @@
 #include <string_view>
 #include <vector>
 
-#include "config/Session.h"
 #include "platform/dom/Document.h"
 #include "validation/report/ParkIndex.h"
-#include "validation/report/ReportSources.h"
+#include "validation/report/ReportDocuments.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
@@ -28,7 +27,8 @@ class QuestionPlaces {
   };
   using ByPath = std::multimap<std::string, Place>;
 
-  QuestionPlaces(const Session& session, const ReportSources& sources, const ParkIndex& park);
+  /// Both must live as long.
+  QuestionPlaces(ReportDocuments& documents, const ParkIndex& park);
 
   const ByPath& places() const noexcept { return places_; }
 
@@ -47,7 +47,7 @@ class QuestionPlaces {
            const std::string& strColumnId = "");
   std::vector<std::string> pathsOf(const std::string& strXPath) const;
 
-  const ReportSources& sources_;
+  const ReportDocuments& documents_;
   const ParkIndex& park_;
   ByPath places_;
   std::multimap<std::string, std::string> copies_;  // the path of an original by that of its copy

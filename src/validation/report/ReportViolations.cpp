@@ -7,6 +7,7 @@
 
 #include "config/Attributes.h"
 #include "config/Names.h"
+#include "validation/report/ComposedAnswers.h"
 #include "validation/report/MarkedElements.h"
 #include "validation/report/MissingQuestions.h"
 #include "validation/report/ParkIndex.h"
@@ -23,9 +24,10 @@ constexpr std::size_t kMostAllowedValues = 100'000;
 class Violations {
  public:
   Violations(const Session& session, const ReportSources& sources, RunReport& report)
-      : sources_(sources),
+      : documents_(session, sources),
         park_(sources.objPark),
-        missing_(session, sources, park_),
+        missing_(documents_, park_),
+        composed_(documents_, park_),
         report_(report) {}
 
   void add(std::vector<ViolationParts> violations,
@@ -34,7 +36,7 @@ class Violations {
     for (const ViolationParts& parts : violations) wanted.insert(parts.place.lngElement);
     for (const auto& mark : declaredMarks) wanted.insert(mark.place.lngElement);
     if (wanted.empty()) return;
-    elements_ = markedElements(sources_.objMessage, wanted);
+    elements_ = markedElements(documents_.message(), wanted);
     for (const ViolationParts& parts : violations) add(parts);
     for (const auto& mark : declaredMarks) add(mark);
   }
@@ -45,7 +47,7 @@ class Violations {
     const bool blnAtEnd = parts.kind == ViolationKind::missingChild;
     const bool blnBefore = parts.kind == ViolationKind::unexpectedChild && !parts.missing.empty();
     if (blnAtEnd || blnBefore) return addMissing(parts, element);
-    addAt(parts, element.strPath, element, marksFor(element));
+    addAt(parts, element.strPath, element, composed_.atFault(parts, marksFor(element)));
   }
 
   /// One violation for each element that is missing; the first is the one that the schema tells of.
@@ -102,7 +104,7 @@ class Violations {
     violation.questionText = park_.labelOf(strId);
     violation.rowIndex = marks.strRowIndex;
     violation.columnId = marks.strColumnId;
-    violation.columnText = park_.cellLabelOf(strId, marks.strRowIndex, marks.strColumnId);
+    violation.columnText = park_.cellLabelOf(marks);
     report_.violations.push_back(std::move(violation));
   }
 
@@ -130,9 +132,10 @@ class Violations {
     return element.strPlainPath.substr(element.strPlainPath.rfind('/') + 1);
   }
 
-  const ReportSources& sources_;
+  ReportDocuments documents_;
   const ParkIndex park_;
   MissingQuestions missing_;
+  ComposedAnswers composed_;
   RunReport& report_;
   std::unordered_map<std::size_t, MarkedElement> elements_;
   std::size_t lngAllowed_ = 0;

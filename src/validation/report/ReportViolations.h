@@ -1,7 +1,7 @@
 #pragma once
 
 #include "config/Session.h"
-#include "validation/report/ReportSources.h"
+#include "validation/report/ReportDocuments.h"
 #include "validation/report/ViolationRecorder.h"
 
 namespace Varnel_Tolv_XML_Creation {

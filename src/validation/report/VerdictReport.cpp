@@ -91,7 +91,7 @@ std::string VerdictReport::reasonOf(const Acknowledge& objAck) const {
     case Stage::locatingSchema:
       return "The schema cannot be located: " + strCause;
     case Stage::readingSchema:
-      return "The schema " + inQuotes(strSchemaPath_) + " cannot be used: " + strCause;
+      return "The schema cannot be used: " + strCause;
     case Stage::readingMessage:
       return "The message cannot be checked to its end: " + strCause;
     case Stage::mappingErrors:

@@ -24,7 +24,6 @@ class VerdictReport {
   VerdictReport(const Session& session, const ReportSources& sources);
 
   void reach(Stage stage) noexcept { stage_ = stage; }
-  void schemaAt(std::string_view strPath) { strSchemaPath_ = strPath; }
 
   /// Hears of everything that the reader has to say.
   void listenTo(ValidatingReader& reader);
@@ -44,7 +43,6 @@ class VerdictReport {
   const Session& session_;
   const ReportSources& sources_;
   Stage stage_ = Stage::locatingSchema;
-  std::string strSchemaPath_;
   std::optional<ViolationRecorder> recorder_;
   std::string strNotListed_;  // why the violations could not be written down
 };

@@ -4,15 +4,17 @@
 
 #include "RunBatch.h"
 #include "RunBuild.h"
+#include "RunCheck.h"
 #include "RunTest.h"
 
 namespace {
 
 constexpr auto kCommands = std::to_array<Command>({
     {kBuild, "build", "Runs one submission.", nullptr, runBuild},
+    {kCheck, "check", "Proves a deployment consistent.", nullptr, runCheck},
+    {kTest, "test", "Runs submissions, each a folder with what is expected of it.", "DIR", runTest},
     {kBatch, "batch", "Runs the submissions of standard input, one JSON object a line.", nullptr,
      runBatch},
-    {kTest, "test", "Runs submissions, each a folder with what is expected of it.", "DIR", runTest},
 });
 
 }  // namespace

@@ -11,7 +11,7 @@ constexpr const char* kOutputs = "What is written";
 constexpr const char* kExpected = "What is expected";
 
 // The sub-commands that take a deployment, and those of them that take a form.
-constexpr unsigned kEach = kBuild | kBatch;
+constexpr unsigned kEach = kBuild | kCheck | kBatch;
 constexpr unsigned kOneForm = kBuild;
 
 constexpr auto kOptions = std::to_array<OptionRow>({
@@ -59,6 +59,8 @@ constexpr auto kOptions = std::to_array<OptionRow>({
      "the message, when the run made one", kBuild},
     {"result", OptionKind::commandLineOnly, "FILE", kOutputs,
      "the result as JSON (default: standard output)", kBuild},
+    {"format", OptionKind::commandLineOnly, "text|json", kOutputs,
+     "how findings are written (default: text)", kCheck},
     {"trace", OptionKind::commandLineOnly, "FILE", kOutputs,
      "every trace line, what people answered included; - is standard error", kBuild},
     {"report", OptionKind::commandLineFlag, "", kOutputs,

@@ -12,8 +12,9 @@
 /// The sub-commands; an option names those that take it by a set of these bits.
 enum CommandId : unsigned {
   kBuild = 1,
-  kBatch = 2,
-  kTest = 4,
+  kCheck = 2,
+  kBatch = 4,
+  kTest = 8,
 };
 
 enum class OptionKind {

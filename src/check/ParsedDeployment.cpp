@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "check/MessageShape.h"
 #include "config/Attributes.h"
 #include "config/Names.h"
 #include "platform/text/Conversions.h"
@@ -78,7 +79,10 @@ ParsedDeployment::ParsedDeployment(const DeploymentFiles& deploymentFiles)
   readComplexTypes();
   readQuestions();
   joinObjectsWithEntries();
+  shape_ = std::make_unique<const MessageShape>(*this);
 }
+
+ParsedDeployment::~ParsedDeployment() = default;
 
 bool ParsedDeployment::buildsMessage() const {
   return files.blnSubmit || messageTemplate.isNamed() || objectMapper.isNamed() ||

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -19,6 +20,7 @@ namespace Varnel_Tolv_XML_Creation {
 /// Positions in a list of records, by a text of theirs, in document order.
 using Positions = std::unordered_map<std::string, std::vector<std::size_t>>;
 
+class MessageShape;
 struct MappingEntry;
 
 /// A column definition of a table in the object list.
@@ -113,6 +115,7 @@ struct Question {
 
 struct ParsedDeployment {
   explicit ParsedDeployment(const DeploymentFiles& deploymentFiles);
+  ~ParsedDeployment();
   ParsedDeployment(const ParsedDeployment&) = delete;
   ParsedDeployment& operator=(const ParsedDeployment&) = delete;
 
@@ -140,6 +143,9 @@ struct ParsedDeployment {
   /// Whether it says how the message is checked against a schema.
   bool validates() const;
 
+  /// Whether all objects of the form are known, those that hidden fields become included.
+  bool knowsObjects() const { return objectList.isLoaded() && hiddenFieldList.isLoaded(); }
+
   std::vector<FormObject> objects;  // in the order in which they reach the message
   std::vector<HiddenField> hiddenFields;
   std::vector<NamespaceEntry> namespaces;
@@ -162,6 +168,9 @@ struct ParsedDeployment {
   const Question* question(std::string_view strId) const;
   const NamespaceEntry* namespaceOf(std::string_view strPrefix) const;
 
+  /// The message with every answer in it.
+  const MessageShape& shape() const { return *shape_; }
+
   /// The declarations that a run makes of the namespace list for its selections, as far as they
   /// are sound.
   std::string strSelectionNamespaces;
@@ -174,6 +183,8 @@ struct ParsedDeployment {
   void readComplexTypes();
   void readQuestions();
   void joinObjectsWithEntries();
+
+  std::unique_ptr<const MessageShape> shape_;
 };
 
 /// The children of an element that are elements.

@@ -11,4 +11,40 @@ struct Rule;
 /// Whether the files are there and are what they have to be.
 std::span<const Rule> fileRules();
 
+/// Whether elements, attributes and texts are those of the formats.
+std::span<const Rule> formatRules();
+
+/// The ids of all files.
+std::span<const Rule> idRules();
+
+/// The objects of the form.
+std::span<const Rule> objectListRules();
+
+/// The columns of tables: computed cells, dates.
+std::span<const Rule> columnRules();
+
+/// The list of hidden fields.
+std::span<const Rule> hiddenFieldRules();
+
+/// The entries of the object mapper, and the objects that they name.
+std::span<const Rule> mappingRules();
+
+/// Actions, their parameters, and the complex types that they fill.
+std::span<const Rule> actionRules();
+
+/// Namespaces and their prefixes, in all files.
+std::span<const Rule> namespaceRules();
+
+/// The paths of the mapping, against the template and what entries before make.
+std::span<const Rule> pathRules();
+
+/// The document data.
+std::span<const Rule> documentDataRules();
+
+/// The questions XML, against the form and the mapping.
+std::span<const Rule> questionRules();
+
+/// The reference XML, against the message that the mapping makes.
+std::span<const Rule> referenceRules();
+
 }  // namespace Varnel_Tolv_XML_Creation

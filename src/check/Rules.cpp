@@ -8,6 +8,18 @@ namespace Varnel_Tolv_XML_Creation {
 std::span<const std::span<const Rule>> ruleTables() {
   static const auto kTables = std::to_array<std::span<const Rule>>({
       fileRules(),
+      formatRules(),
+      idRules(),
+      objectListRules(),
+      columnRules(),
+      hiddenFieldRules(),
+      mappingRules(),
+      actionRules(),
+      namespaceRules(),
+      pathRules(),
+      documentDataRules(),
+      questionRules(),
+      referenceRules(),
   });
   return kTables;
 }

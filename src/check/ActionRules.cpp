@@ -1,0 +1,396 @@
+#include <array>
+#include <string>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+#include "check/Rule.h"
+#include "check/RuleTables.h"
+#include "check/Words.h"
+#include "config/Attributes.h"
+#include "config/Names.h"
+#include "platform/text/Text.h"
+
+namespace Varnel_Tolv_XML_Creation {
+namespace {
+
+constexpr std::string_view kJoin = "addinfotonode";
+constexpr std::string_view kRowText = "rowinfotovalue";
+constexpr std::string_view kAddress = "structured_address_type";
+
+enum class ActionKind { none, join, rowText, complexType };
+
+bool isTableEntry(const MappingEntry& entry) {
+  return entry.strType == "table" || entry.strType == "dynatable" || entry.strType == "tablegroup";
+}
+
+/// What a run makes of an entry's action.
+ActionKind kindOf(const MappingEntry& entry) {
+  if (!entry.objAction) return ActionKind::none;
+  const std::string strLower = toLower(entry.strActionId);
+  if (isTableEntry(entry)) {
+    return strLower == kRowText ? ActionKind::rowText : ActionKind::complexType;
+  }
+  return strLower == kJoin ? ActionKind::join : ActionKind::complexType;
+}
+
+std::vector<Node> parameters(const MappingEntry& entry) {
+  std::vector<Node> found;
+  for (const Node& objChild : childElements(entry.objAction)) {
+    if (objChild.nodeName() == "parameter") found.push_back(objChild);
+  }
+  return found;
+}
+
+const ComplexType* typeOf(const ParsedDeployment& deployment, const MappingEntry& entry) {
+  return kindOf(entry) == ActionKind::complexType
+             ? deployment.complexType(toLower(entry.strActionId))
+             : nullptr;
+}
+
+bool isLeftOut(const MappingEntry& entry) {
+  return isTableEntry(entry) ? entry.strParentXPath.empty() && entry.strNodePath.empty()
+                             : !entry.isSent();
+}
+
+void findTablesWithoutAction(const ParsedDeployment& deployment, Findings& findings) {
+  for (const MappingEntry& entry : deployment.entries) {
+    if (!isTableEntry(entry) || entry.objAction) continue;
+    findings.add(deployment.objectMapper, entry.objNode, "", entry.strId,
+                 "The entry of a table has no action: every form with the table fails.",
+                 "Give it an action: rowinfotovalue or a schematype.");
+  }
+}
+
+void findUnknownActions(const ParsedDeployment& deployment, Findings& findings) {
+  if (!deployment.schemaTypes.isLoaded()) return;
+  for (const MappingEntry& entry : deployment.entries) {
+    if (kindOf(entry) != ActionKind::complexType || isLeftOut(entry)) continue;
+    if (isBlank(entry.strActionId) || typeOf(deployment, entry)) continue;
+    findings.add(deployment.objectMapper, entry.objAction, kId, entry.strId,
+                 "There is no action " + quoted(entry.strActionId) +
+                     ", and no schematype of that name: every form with this answer fails.",
+                 "Name a schematype of the schema types, " +
+                     quoted(isTableEntry(entry) ? kRowText : kJoin) + ", or nothing.");
+  }
+}
+
+void findAddressesInCapitals(const ParsedDeployment& deployment, Findings& findings) {
+  for (const MappingEntry& entry : deployment.entries) {
+    if (entry.strActionId == kAddress || toLower(entry.strActionId) != kAddress) continue;
+    findings.add(deployment.objectMapper, entry.objAction, kId, entry.strId,
+                 "The action " + quoted(entry.strActionId) +
+                     " splits no answer into lines: that is done only for the name in lower case.",
+                 "Write " + quoted(kAddress) + ".");
+  }
+}
+
+void findParameterCounts(const ParsedDeployment& deployment, Findings& findings) {
+  for (const MappingEntry& entry : deployment.entries) {
+    const std::size_t lngCount = parameters(entry).size();
+    if (kindOf(entry) != ActionKind::join || lngCount == 2) continue;
+    findings.add(deployment.objectMapper, entry.objAction, "", entry.strId,
+                 "addinfotonode joins exactly two parameters and has " + std::to_string(lngCount) +
+                     ": every form with this answer fails.",
+                 "Give it two.");
+  }
+}
+
+/// Flags of parameters: what a complex type takes only as "true", a joined text as anything.
+void findWrongFlags(const ParsedDeployment& deployment, Findings& findings) {
+  for (const MappingEntry& entry : deployment.entries) {
+    const ActionKind kind = kindOf(entry);
+    if (kind != ActionKind::join && kind != ActionKind::complexType) continue;
+    for (const Node& objParameter : parameters(entry)) {
+      for (const char* const attribute : {"formvalue", "formlabel"}) {
+        const std::string strWord = attributeText(objParameter, attribute);
+        const bool blnNo = kind == ActionKind::complexType && strWord == "false";
+        if (isBlank(strWord) || strWord == "true" || blnNo) continue;
+        findings.add(deployment.objectMapper, objParameter, attribute, entry.strId,
+                     std::string(attribute) + "=" + quoted(strWord) +
+                         (kind == ActionKind::join ? " counts as \"true\" here, whatever it says."
+                                                   : " is not \"true\" and does not count."),
+                     "Write " + std::string(attribute) + "=\"true\", or leave it out.");
+      }
+    }
+  }
+}
+
+/// A parameter that takes its value from nowhere.
+void findEmptyParameters(const ParsedDeployment& deployment, Findings& findings) {
+  for (const MappingEntry& entry : deployment.entries) {
+    const ActionKind kind = kindOf(entry);
+    if (kind != ActionKind::join && kind != ActionKind::complexType) continue;
+    for (const Node& objParameter : parameters(entry)) {
+      bool blnSource = false;
+      for (const char* const attribute : {"formvalue", "formlabel"}) {
+        blnSource = blnSource || !isBlank(attributeText(objParameter, attribute));
+      }
+      const char* const other = kind == ActionKind::join ? "item" : "messageitem";
+      blnSource = blnSource || !isBlank(attributeText(objParameter, other)) ||
+                  (kind == ActionKind::complexType && objParameter.hasText());
+      if (blnSource) continue;
+      findings.add(deployment.objectMapper, objParameter, "", entry.strId,
+                   "The parameter has neither formvalue nor formlabel nor " + std::string(other) +
+                       ": its value is empty.",
+                   "Say where its value comes from.");
+    }
+  }
+}
+
+/// An action that sends other things than the answer itself.
+void findUnusedAnswers(const ParsedDeployment& deployment, Findings& findings) {
+  for (const MappingEntry& entry : deployment.entries) {
+    const ActionKind kind = kindOf(entry);
+    if ((kind != ActionKind::join && kind != ActionKind::complexType) || isTableEntry(entry)) {
+      continue;
+    }
+    const std::vector<Node> colParameters = parameters(entry);
+    if (colParameters.empty() || !entry.isSent()) continue;
+    bool blnUsed = false;
+    for (const Node& objParameter : colParameters) {
+      const std::string strFlag = attributeText(objParameter, "formvalue");
+      const std::string strOther =
+          attributeText(objParameter, kind == ActionKind::join ? "item" : "messageitem");
+      blnUsed = blnUsed || strFlag == "true" || (kind == ActionKind::join && !isBlank(strFlag)) ||
+                toLower(strOther) == entry.strId;
+    }
+    if (blnUsed || (toLower(entry.strActionId) == kAddress)) continue;
+    findings.add(deployment.objectMapper, entry.objAction, "", entry.strId,
+                 "No parameter of the action takes the answer itself: it is lost.",
+                 "Give one formvalue=\"true\".");
+  }
+}
+
+void findParametersWithoutPlace(const ParsedDeployment& deployment, Findings& findings) {
+  for (const MappingEntry& entry : deployment.entries) {
+    const ComplexType* const type = typeOf(deployment, entry);
+    if (!type || isTableEntry(entry)) continue;
+    std::unordered_set<std::string> places;
+    for (const Placeholder& place : type->placeholders) places.insert(toLower(place.strId));
+    for (const Node& objParameter : parameters(entry)) {
+      const std::string strId = attributeText(objParameter, kId);
+      if (!isBlank(strId) && (places.contains(strId) || hasCapitals(strId))) continue;
+      findings.add(deployment.objectMapper, objParameter, kId, entry.strId,
+                   "The parameter " + quoted(strId) + " has no place in the schematype " +
+                       quoted(type->strId) + ": its value is lost.",
+                   "Give the schematype a value with this id, or correct the id.");
+    }
+  }
+}
+
+void findCellsWithoutPlace(const ParsedDeployment& deployment, Findings& findings) {
+  for (const FormObject& object : deployment.objects) {
+    if (object.kind != ObjectKind::table || !object.entry) continue;
+    const ComplexType* const type = typeOf(deployment, *object.entry);
+    if (!type || type->blnAdditionalInfo) continue;
+    std::unordered_set<std::string> places;
+    for (const Placeholder& place : type->placeholders) places.insert(place.strId);
+    for (const TableColumn& column : object.columns) {
+      if (places.contains(column.strId)) continue;
+      findings.add(*object.file, column.objNode, kId, column.strId,
+                   "The column " + quoted(column.strId) + " has no place in the schematype " +
+                       quoted(type->strId) +
+                       ", which has no pbr:AdditionalInfo either: its cells "
+                       "are lost.",
+                   "Give the schematype a value with this id, or correct the one or the other.");
+    }
+  }
+}
+
+/// Additional information is selected with the prefix pbr, which must then be known.
+void findAdditionalInfoPrefix(const ParsedDeployment& deployment, Findings& findings) {
+  if (!deployment.namespaceList.isLoaded() || deployment.namespaceOf("pbr")) return;
+  std::unordered_set<const ComplexType*> told;
+  for (const FormObject& object : deployment.objects) {
+    if (object.kind != ObjectKind::table || !object.entry) continue;
+    const ComplexType* const type = typeOf(deployment, *object.entry);
+    if (!type) continue;
+    std::unordered_set<std::string> places;
+    for (const Placeholder& place : type->placeholders) places.insert(place.strId);
+    for (const TableColumn& column : object.columns) {
+      if (places.contains(column.strId) || !told.insert(type).second) continue;
+      findings.add(deployment.namespaceList, deployment.namespaceList.root(), "", column.strId,
+                   "The prefix \"pbr\" is not registered, and the column " + quoted(column.strId) +
+                       ", which has no place of its own, needs it for pbr:AdditionalInfo: every "
+                       "form with the table fails.",
+                   "Register it in the namespace list.");
+    }
+  }
+}
+
+/// Places that no action, or no column, ever fills.
+void findUnfilledPlaces(const ParsedDeployment& deployment, Findings& findings) {
+  struct Filled {
+    bool blnUsed = false;
+    bool blnAddress = false;
+    std::unordered_set<std::string> ids;      // of parameters, looked up in lower case
+    std::unordered_set<std::string> columns;  // as written
+  };
+  std::unordered_map<const ComplexType*, Filled> filled;
+  for (const MappingEntry& entry : deployment.entries) {
+    const ComplexType* const type = typeOf(deployment, entry);
+    if (!type || isLeftOut(entry)) continue;
+    Filled& one = filled[type];
+    one.blnUsed = true;
+    one.blnAddress = one.blnAddress || entry.strActionId == kAddress;
+    for (const Node& objParameter : parameters(entry)) {
+      one.ids.insert(attributeText(objParameter, kId));
+    }
+    for (const FormObject* const object : entry.users) {
+      for (const TableColumn& column : object->columns) one.columns.insert(column.strId);
+    }
+  }
+  for (const ComplexType& type : deployment.complexTypes) {
+    const auto found = filled.find(&type);
+    if (found == filled.end() || !found->second.blnUsed) continue;
+    for (const Placeholder& place : type.placeholders) {
+      const bool blnLine = found->second.blnAddress && !place.strId.empty() &&
+                           place.strId.back() >= '1' && place.strId.back() <= '4';
+      if (isBlank(place.strId) || blnLine || found->second.ids.contains(toLower(place.strId)) ||
+          found->second.columns.contains(place.strId)) {
+        continue;
+      }
+      findings.add(deployment.schemaTypes, place.objNode, kId, place.strId,
+                   "No parameter and no column has the id of this place: it is never filled.",
+                   "Correct the id, or take the place out.");
+    }
+  }
+}
+
+void findWrongLineSlots(const ParsedDeployment& deployment, Findings& findings) {
+  const ComplexType* const type = deployment.complexType(kAddress);
+  bool blnUsed = false;
+  for (const MappingEntry& entry : deployment.entries) {
+    blnUsed = blnUsed || (entry.strActionId == kAddress && !isLeftOut(entry));
+  }
+  if (!type || !blnUsed) return;
+  for (const Placeholder& place : type->placeholders) {
+    const char letter = place.strId.empty() ? 'x' : place.strId.back();
+    if (letter < '0' || letter > '9' || (letter >= '1' && letter <= '4')) continue;
+    findings.add(deployment.schemaTypes, place.objNode, kId, place.strId,
+                 "The place " + quoted(place.strId) +
+                     " is for a line that an address does not have: every form with one fails.",
+                 "Let the ids of the places end in 1 to 4.");
+  }
+}
+
+void findDuplicatePlaces(const ParsedDeployment& deployment, Findings& findings) {
+  std::unordered_set<const ComplexType*> ofTables;
+  for (const MappingEntry& entry : deployment.entries) {
+    if (isTableEntry(entry)) ofTables.insert(typeOf(deployment, entry));
+  }
+  for (const ComplexType& type : deployment.complexTypes) {
+    if (!ofTables.contains(&type)) continue;
+    std::unordered_set<std::string> seen;
+    for (const Placeholder& place : type.placeholders) {
+      if (isBlank(place.strId) || seen.insert(place.strId).second) continue;
+      findings.add(deployment.schemaTypes, place.objNode, kId, place.strId,
+                   "The schematype has a place with the id " + quoted(place.strId) +
+                       " before this one, which takes the cell; this one stays empty.",
+                   "Give each place an id of its own.");
+    }
+  }
+}
+
+/// A place directly in a schematype has no element that could take the value, and one among others
+/// takes their room. Each element's children are listed once, so the walk is linear.
+void findPlacesWithoutElement(const ParsedDeployment& deployment, Findings& findings) {
+  for (const ComplexType& type : deployment.complexTypes) {
+    if (type.placeholders.empty()) continue;
+    std::vector<Node> open{type.objNode};
+    while (!open.empty()) {
+      const Node objAround = open.back();
+      open.pop_back();
+      const std::vector<Node> colChildren = childElements(objAround);
+      for (const Node& objPlace : colChildren) {
+        open.push_back(objPlace);
+        const bool blnPlace = objPlace.nodeName() == kValue && objPlace.getAttribute(kId);
+        if (!blnPlace || (objAround != type.objNode && colChildren.size() == 1)) continue;
+        findings.add(deployment.schemaTypes, objPlace, "", attributeText(objPlace, kId),
+                     objAround == type.objNode
+                         ? "The place stands in no element of the message: its value replaces the "
+                           "whole schematype."
+                         : "The place shares its element with others, which its value replaces.",
+                     "Give each place an element of its own.");
+      }
+    }
+  }
+}
+
+/// What the text of a row is made of.
+void findRowLabels(const ParsedDeployment& deployment, Findings& findings) {
+  for (const FormObject& object : deployment.objects) {
+    if (object.kind != ObjectKind::table || !object.entry) continue;
+    if (kindOf(*object.entry) != ActionKind::rowText || isLeftOut(*object.entry)) continue;
+    const auto add = [&](const Node& objNode, std::string_view attribute, const std::string& strWhat) {
+      findings.add(*object.file, objNode, attribute, object.strId,
+                   strWhat +
+                       ": the text of a row then begins with the whole text of the row before "
+                       "it.",
+                   "Give labels to the table and to each row of a fixed grid; use a complex type "
+                   "for a dynamic table.");
+    };
+    if (attributeText(object.objNode, "tablelabel").empty()) {
+      add(object.objNode, "tablelabel", "The table has no tablelabel");
+    } else if (toLower(object.strType) != "table") {
+      add(object.objNode, kType, "The rows of a dynamic table have no label");
+    }
+    for (const Node& objRow : object.rows) {
+      if (attributeText(objRow, "rowlabel").empty()) {
+        add(objRow, "rowlabel", "The row has no rowlabel");
+      }
+    }
+  }
+}
+
+/// Labels that are needed to make the text of a row, or to lead an error back to its cell.
+void findMissingLabels(const ParsedDeployment& deployment, Findings& findings) {
+  for (const FormObject& object : deployment.objects) {
+    if (object.kind != ObjectKind::table || !object.entry || isLeftOut(*object.entry)) continue;
+    const bool blnRowText = kindOf(*object.entry) == ActionKind::rowText;
+    if (deployment.validates() && !object.objNode.getAttribute(kFieldLabel)) {
+      findings.add(
+          *object.file, object.objNode, kFieldLabel, object.strId,
+          "The table has no fieldlabel: an error in it is led back to no question, and the "
+          "verdict is lost.",
+          "Give it the label that people see.");
+    }
+    if (!blnRowText && !deployment.validates()) continue;
+    for (const TableColumn& column : object.columns) {
+      const bool blnThere = blnRowText ? !attributeText(column.objNode, "columnlabel").empty()
+                                       : column.objNode.getAttribute("columnlabel").has_value();
+      if (blnThere) continue;
+      findings.add(*object.file, column.objNode, "columnlabel", column.strId,
+                   blnRowText ? "The column has no columnlabel: every form with the table fails."
+                              : "The column has no columnlabel: an error in a cell is led back to "
+                                "no question, and the verdict is lost.",
+                   "Give it the label that people see.");
+    }
+  }
+}
+
+constexpr auto kRules = std::to_array<Rule>({
+    {"table-without-action", Severity::error, findTablesWithoutAction},
+    {"unknown-action", Severity::error, findUnknownActions},
+    {"address-in-capitals", Severity::error, findAddressesInCapitals},
+    {"not-two-parameters", Severity::error, findParameterCounts},
+    {"flag-not-true", Severity::error, findWrongFlags},
+    {"parameter-empty", Severity::error, findEmptyParameters},
+    {"answer-not-used", Severity::warning, findUnusedAnswers},
+    {"parameter-without-place", Severity::error, findParametersWithoutPlace},
+    {"cell-without-place", Severity::error, findCellsWithoutPlace},
+    {"additional-info-prefix", Severity::error, findAdditionalInfoPrefix},
+    {"place-never-filled", Severity::warning, findUnfilledPlaces},
+    {"line-beyond-four", Severity::error, findWrongLineSlots},
+    {"duplicate-place", Severity::error, findDuplicatePlaces},
+    {"place-without-element", Severity::error, findPlacesWithoutElement},
+    {"row-label-missing", Severity::warning, findRowLabels},
+    {"label-missing", Severity::error, findMissingLabels},
+});
+
+}  // namespace
+
+std::span<const Rule> actionRules() { return kRules; }
+
+}  // namespace Varnel_Tolv_XML_Creation

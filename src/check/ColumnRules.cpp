@@ -1,0 +1,203 @@
+#include <array>
+#include <optional>
+#include <string>
+#include <unordered_map>
+
+#include "check/Rule.h"
+#include "check/RuleTables.h"
+#include "check/Words.h"
+#include "config/Attributes.h"
+#include "config/Names.h"
+#include "platform/text/Date.h"
+#include "platform/text/Text.h"
+#include "result/RuntimeError.h"
+
+namespace Varnel_Tolv_XML_Creation {
+namespace {
+
+template <class Find>
+void forEachColumn(const ParsedDeployment& deployment, const Find& find) {
+  for (const FormObject& object : deployment.objects) {
+    if (object.kind != ObjectKind::table) continue;
+    for (const TableColumn& column : object.columns) find(object, column);
+  }
+}
+
+bool isComputed(const TableColumn& column) {
+  return attributeText(column.objNode, "calculate") == "true";
+}
+
+void findWrongFlags(const ParsedDeployment& deployment, Findings& findings) {
+  forEachColumn(deployment, [&](const FormObject& object, const TableColumn& column) {
+    const std::string strWord = attributeText(column.objNode, "calculate");
+    if (strWord.empty() || strWord == "true" || strWord == "false") return;
+    findings.add(*object.file, column.objNode, "calculate", column.strId,
+                 "The word calculate=" + quoted(strWord) +
+                     " is not \"true\": the cell is not "
+                     "computed.",
+                 "Write calculate=\"true\" in lower case.");
+  });
+}
+
+void findWrongComputations(const ParsedDeployment& deployment, Findings& findings) {
+  forEachColumn(deployment, [&](const FormObject& object, const TableColumn& column) {
+    const std::string strDataType = attributeText(column.objNode, "datatype");
+    if (!isComputed(column) || strDataType == "date") return;
+    findings.add(*object.file, column.objNode, "datatype", column.strId,
+                 "The computed cell has datatype=" + quoted(strDataType) +
+                     ", and only \"date\" computes anything: it stays empty.",
+                 "Write datatype=\"date\".");
+  });
+}
+
+void findUnknownIntervals(const ParsedDeployment& deployment, Findings& findings) {
+  forEachColumn(deployment, [&](const FormObject& object, const TableColumn& column) {
+    if (!isComputed(column) || attributeText(column.objNode, "datatype") != "date") return;
+    const std::string strInterval = attributeText(column.objNode, "timedimabbr");
+    constexpr std::string_view kIntervals[] = {"yyyy", "q",  "m", "y", "d",
+                                               "w",    "ww", "h", "n", "s"};
+    const std::string strLower = toLower(strInterval);
+    for (const std::string_view strKnown : kIntervals) {
+      if (strLower == strKnown) return;
+    }
+    findings.add(*object.file, column.objNode, "timedimabbr", column.strId,
+                 "The interval timedimabbr=" + quoted(strInterval) +
+                     " is none: a form with both dates fails.",
+                 "Write one of yyyy, q, m, y, d, w, ww, h, n, s.");
+  });
+}
+
+void findWrongOperands(const ParsedDeployment& deployment, Findings& findings) {
+  for (const FormObject& object : deployment.objects) {
+    if (object.kind != ObjectKind::table) continue;
+    std::unordered_map<std::string, const TableColumn*> columns;
+    for (const TableColumn& column : object.columns) columns.emplace(column.strId, &column);
+    for (const TableColumn& column : object.columns) {
+      if (!isComputed(column)) continue;
+      for (const char* const attribute : {"firstcolumn", "secondcolumn"}) {
+        const std::string strOperand = attributeText(column.objNode, attribute);
+        const auto found = columns.find(strOperand);
+        std::string strWrong;
+        if (strOperand.empty()) {
+          strWrong = "The computed cell has no " + std::string(attribute);
+        } else if (found == columns.end()) {
+          strWrong =
+              std::string(attribute) + "=" + quoted(strOperand) + " names no column of the table";
+        } else if (isComputed(*found->second) ||
+                   !attributeText(found->second->objNode, "autovalue").empty()) {
+          strWrong = std::string(attribute) + "=" + quoted(strOperand) +
+                     " names a column that no form posts";
+        }
+        if (strWrong.empty()) continue;
+        findings.add(*object.file, column.objNode, attribute, column.strId,
+                     strWrong + ": the cell stays empty.",
+                     "Name a column whose cells people fill in; capitals count.");
+      }
+    }
+  }
+}
+
+void findUnitsBeforeDurations(const ParsedDeployment& deployment, Findings& findings) {
+  for (const FormObject& object : deployment.objects) {
+    const TableColumn* unit = nullptr;
+    for (const TableColumn& column : object.columns) {
+      if (column.strId == "timedimension" && !unit) unit = &column;
+      if (!unit || !isComputed(column)) continue;
+      findings.add(*object.file, unit->objNode, kId, unit->strId,
+                   "The unit stands before the computed column " + quoted(column.strId) +
+                       ", so it is written also where nothing could be computed.",
+                   "Move the column timedimension behind it.");
+      break;
+    }
+  }
+}
+
+void findAutoComputed(const ParsedDeployment& deployment, Findings& findings) {
+  forEachColumn(deployment, [&](const FormObject& object, const TableColumn& column) {
+    if (!isComputed(column) || attributeText(column.objNode, "autovalue").empty()) return;
+    findings.add(*object.file, column.objNode, "autovalue", column.strId,
+                 "The column is computed and has a fixed value, which does not count.",
+                 "Leave one of calculate and autovalue out.");
+  });
+}
+
+void findUnknownColumnTypes(const ParsedDeployment& deployment, Findings& findings) {
+  forEachColumn(deployment, [&](const FormObject& object, const TableColumn& column) {
+    const std::string strType = attributeText(column.objNode, "columntype");
+    const std::string strLower = toLower(strType);
+    if (strLower == "date" || strLower == "time") return;
+    const std::string_view strMeant = intendedWord(strType, {"date", "time"});
+    if (strMeant.empty()) return;
+    findings.add(*object.file, column.objNode, "columntype", column.strId,
+                 "The columntype " + quoted(strType) + " is not " + quoted(strMeant) +
+                     ": the cells are not converted, and the schema refuses them.",
+                 "Write columntype=\"" + std::string(strMeant) + "\".");
+  });
+}
+
+bool isDateColumn(const TableColumn& column) {
+  const std::string strType = toLower(attributeText(column.objNode, "columntype"));
+  return strType == "date" || strType == "time";
+}
+
+/// The constants that a run reads as dates: fixed values of date columns, preset answers.
+template <class Find>
+void forEachDateConstant(const ParsedDeployment& deployment, const Find& find) {
+  forEachColumn(deployment, [&](const FormObject& object, const TableColumn& column) {
+    if (isDateColumn(column) && !isComputed(column)) {
+      find(object, column.objNode, "autovalue", column.strId);
+    }
+  });
+  for (const FormObject& object : deployment.objects) {
+    const std::string strType = toLower(object.strType);
+    if (!object.blnHidden && object.kind == ObjectKind::field &&
+        (strType == "date" || strType == "time")) {
+      find(object, object.objNode, "value", object.strId);
+    }
+  }
+}
+
+void findAmbiguousDates(const ParsedDeployment& deployment, Findings& findings) {
+  forEachDateConstant(deployment, [&](const FormObject& object, const Node& objNode,
+                                      const char* attribute, const std::string& strId) {
+    const std::string strText = attributeText(objNode, attribute);
+    const auto one = parseDate(strText, DateOrder::dayMonthYear);
+    const auto other = parseDate(strText, DateOrder::monthDayYear);
+    const auto third = parseDate(strText, DateOrder::yearMonthDay);
+    if (!one || (one == other && one == third)) return;
+    findings.add(*object.file, objNode, attribute, strId,
+                 "The date " + quoted(strText) + " can be read in more than one way.",
+                 "Write it year first: 2026-03-05.");
+  });
+}
+
+void findNoDates(const ParsedDeployment& deployment, Findings& findings) {
+  forEachDateConstant(deployment, [&](const FormObject& object, const Node& objNode,
+                                      const char* attribute, const std::string& strId) {
+    const std::string strText = attributeText(objNode, attribute);
+    if (strText.empty() || parseDate(strText, deployment.files.dateOrder)) return;
+    findings.add(*object.file, objNode, attribute, strId,
+                 "The text " + quoted(strText) +
+                     " is no date: it goes into the message as it "
+                     "stands.",
+                 "Write a date, year first: 2026-03-05.");
+  });
+}
+
+constexpr auto kRules = std::to_array<Rule>({
+    {"calculate-not-true", Severity::error, findWrongFlags},
+    {"computes-nothing", Severity::error, findWrongComputations},
+    {"unknown-interval", Severity::error, findUnknownIntervals},
+    {"operand-names-nothing", Severity::error, findWrongOperands},
+    {"unit-before-duration", Severity::warning, findUnitsBeforeDurations},
+    {"autovalue-computed", Severity::warning, findAutoComputed},
+    {"unknown-columntype", Severity::error, findUnknownColumnTypes},
+    {"ambiguous-date", Severity::warning, findAmbiguousDates},
+    {"no-date", Severity::error, findNoDates},
+});
+
+}  // namespace
+
+std::span<const Rule> columnRules() { return kRules; }
+
+}  // namespace Varnel_Tolv_XML_Creation

@@ -1,0 +1,310 @@
+#include <algorithm>
+#include <array>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "check/Rule.h"
+#include "check/RuleTables.h"
+#include "check/Words.h"
+#include "config/Attributes.h"
+#include "config/Names.h"
+#include "platform/text/Text.h"
+#include "platform/xml/XmlCharacters.h"
+
+// What each format has: its elements, where they stand, and their attributes.
+
+namespace Varnel_Tolv_XML_Creation {
+namespace {
+
+/// An element at a place of a format. A place is a name for what may stand below one kind of
+/// element; "" is that of the root.
+struct ElementShape {
+  std::string_view strPlace;
+  std::string_view strName;        // "*" for any
+  std::string_view strAttributes;  // separated by blanks; those in brackets are for people only
+  std::string_view strInside;      // the place below it; "text" for text alone, "any" for anything
+};
+
+constexpr ElementShape kObjectList[] = {
+    {"", "prtobjcts", "", "objects"},
+    {"objects", "prtobjct",
+     "id objecttype type dynamic group checkedvalue value (letterlabel) (tablelabel) (fieldlabel)",
+     "objects"},
+    {"objects", "row", "id (rowlabel)", "row"},
+    {"objects", "column",
+     "id autovalue calculate firstcolumn secondcolumn datatype timedimabbr columntype value "
+     "(columnlabel)",
+     "text"},
+    {"objects", "hdnflds", "", "hidden"},
+    {"row", "column",
+     "id autovalue calculate firstcolumn secondcolumn datatype timedimabbr "
+     "columntype value (columnlabel)",
+     "text"},
+    {"hidden", "hdnfld", "id value", "text"},
+};
+
+constexpr ElementShape kHiddenFields[] = {
+    {"", "hiddenfields", "", "fields"},
+    {"fields", "*", "id output toschema", "text"},
+};
+
+constexpr ElementShape kNamespaces[] = {
+    {"", "namespaces", "", "entries"},
+    {"entries", "*", "id name ref", "text"},
+};
+
+constexpr ElementShape kObjectMapper[] = {
+    {"", "message", "", "entries"},
+    {"entries", "messageitem", "id type toschema checkexists absent", "entry"},
+    {"entry", "parentxpath", "", "text"},
+    {"entry", "node", "item", "text"},
+    {"entry", "extrapath", "", "text"},
+    {"entry", "extranode", "", "text"},
+    {"entry", "extravalue", "", "text"},
+    {"entry", "action", "id (separator)", "action"},
+    {"action", "parameter", "id formvalue formlabel item messageitem", "text"},
+    {"entries", "docdata", "", "docdata"},
+    {"docdata", "docinfo", "id", "docinfo"},
+    {"docinfo", "parentxpath", "", "text"},
+    {"docinfo", "node", "", "text"},
+    {"docinfo", "action", "id", "name"},
+    {"name", "parameter", "id attribute", "text"},
+    {"docdata", "docnodes", "", "docnodes"},
+    {"docnodes", "*", "*", "docnode"},
+    {"docnode", "parentxpath", "", "text"},
+    {"docnode", "node", "", "text"},
+    {"docnode", "insertbefore", "appendonnomatch", "references"},
+    {"references", "node", "", "text"},
+    {"docnode", "action", "id", "nodetypes"},
+    {"nodetypes", "node", "type", "nodetype"},
+    {"nodetype", "action", "id", "steps"},
+    {"steps", "node", "", "text"},
+    {"steps", "parameter", "action under", "text"},
+};
+
+constexpr ElementShape kSchemaTypes[] = {
+    {"", "SchemaTypeMapperDocument", "", "document"},
+    {"document", "schematypes", "", "types"},
+    {"types", "schematype", "id", "any"},
+};
+
+constexpr ElementShape kQuestions[] = {
+    {"", "questions", "", "questions"},
+    {"questions", "question", "id type (maxLength) (minLength)", "question"},
+    {"question", "xpath", "", "text"},
+    {"question", "column", "id (maxLength) (minLength)", "column"},
+    {"column", "path", "", "text"},
+};
+
+constexpr ElementShape kReference[] = {
+    {"", "*", "mandatory choice questionIds", ""},
+};
+
+using Format = std::span<const ElementShape>;
+
+std::vector<std::pair<const ParsedFile*, Format>> formatsOf(const ParsedDeployment& deployment) {
+  return {{&deployment.objectList, kObjectList},    {&deployment.hiddenFieldList, kHiddenFields},
+          {&deployment.namespaceList, kNamespaces}, {&deployment.objectMapper, kObjectMapper},
+          {&deployment.schemaTypes, kSchemaTypes},  {&deployment.questionList, kQuestions},
+          {&deployment.reference, kReference}};
+}
+
+/// An element as the walk meets it, with the shape of its name; null where the format has none.
+struct Met {
+  Node objNode;
+  std::string_view strPlace;
+  const ElementShape* shape;
+};
+
+/// Walks what a format describes of a file, in document order. Below an element that the format
+/// does not have nothing is known.
+template <class Visit>
+void walk(const ParsedFile& file, Format format, const Visit& visit) {
+  if (!file.isLoaded()) return;
+  const auto shapeOf = [&](std::string_view strPlace, const std::string& strName) {
+    const auto found = std::ranges::find_if(format, [&](const ElementShape& shape) {
+      return shape.strPlace == strPlace && (shape.strName == "*" || shape.strName == strName);
+    });
+    return found == format.end() ? nullptr : &*found;
+  };
+  std::vector<Met> open{{file.root(), "", shapeOf("", file.root().nodeName())}};
+  while (!open.empty()) {
+    const Met met = open.back();
+    open.pop_back();
+    visit(met);
+    if (!met.shape || met.shape->strInside == "any") continue;
+    const std::vector<Node> colChildren = childElements(met.objNode);
+    for (auto child = colChildren.rbegin(); child != colChildren.rend(); ++child) {
+      open.push_back(
+          {*child, met.shape->strInside, shapeOf(met.shape->strInside, child->nodeName())});
+    }
+  }
+}
+
+/// The id of what an element belongs to, for a finding.
+std::string objectOf(const Node& objNode) {
+  for (Node objAbove = objNode; objAbove && objAbove.nodeType() == NodeType::element;
+       objAbove = objAbove.parentNode()) {
+    const std::string strName = objAbove.nodeName();
+    const bool blnOwner = strName == kProtocolObject || strName == kColumn ||
+                          strName == "messageitem" || strName == "question" ||
+                          strName == "hiddenfield";
+    if (!blnOwner) continue;
+    const std::string strId = attributeText(objAbove, strName == "hiddenfield" ? "output" : "id");
+    if (!strId.empty()) return strId;
+  }
+  return {};
+}
+
+void findUnknownElements(const ParsedDeployment& deployment, Findings& findings, bool blnSlips) {
+  for (const auto& [file, format] : formatsOf(deployment)) {
+    walk(*file, format, [&](const Met& met) {
+      if (met.shape || met.strPlace.empty()) return;  // a wrong root has a rule of its own
+      const std::string strName = met.objNode.nodeName();
+      std::string_view strMeant;
+      for (const ElementShape& shape : format) {
+        if (shape.strPlace == met.strPlace && isSlipOf(strName, shape.strName)) {
+          strMeant = shape.strName;
+        }
+      }
+      if (strMeant.empty() == blnSlips) return;
+      findings.add(*file, met.objNode, "", objectOf(met.objNode),
+                   "The element " + quoted(strName) + " is none that is read here" +
+                       (blnSlips ? ", and what it holds is lost." : "."),
+                   blnSlips ? "Write " + quoted(strMeant) + "."
+                            : "Correct its name or its place, or take it out.");
+    });
+  }
+}
+
+void findMisspeltElements(const ParsedDeployment& deployment, Findings& findings) {
+  findUnknownElements(deployment, findings, true);
+}
+
+void findOtherElements(const ParsedDeployment& deployment, Findings& findings) {
+  findUnknownElements(deployment, findings, false);
+}
+
+struct KnownAttribute {
+  std::string_view strName;
+  bool blnForPeople = false;
+};
+
+std::vector<KnownAttribute> attributesOf(const ElementShape& shape) {
+  std::vector<KnownAttribute> known;
+  std::string_view strRest = shape.strAttributes;
+  while (!strRest.empty()) {
+    const std::size_t lngEnd = std::min(strRest.find(' '), strRest.size());
+    std::string_view strName = strRest.substr(0, lngEnd);
+    strRest.remove_prefix(std::min(lngEnd + 1, strRest.size()));
+    const bool blnForPeople = strName.starts_with('(');
+    if (blnForPeople) strName = strName.substr(1, strName.size() - 2);
+    known.push_back({strName, blnForPeople});
+  }
+  return known;
+}
+
+/// `blnSlips`: those that are nearly one that a run depends on; else all others.
+void findUnknownAttributes(const ParsedDeployment& deployment, Findings& findings, bool blnSlips) {
+  for (const auto& [file, format] : formatsOf(deployment)) {
+    walk(*file, format, [&](const Met& met) {
+      if (!met.shape || met.shape->strAttributes == "*") return;
+      std::vector<KnownAttribute> known;
+      for (const NodeAttribute& attribute : met.objNode.attributes()) {
+        const std::string& strName = attribute.strName;
+        if (strName.starts_with("xmlns") || strName.find(':') != std::string::npos) continue;
+        if (known.empty()) known = attributesOf(*met.shape);
+        const bool blnKnown = std::ranges::any_of(
+            known, [&](const KnownAttribute& one) { return one.strName == strName; });
+        if (blnKnown) continue;
+        const KnownAttribute* meant = nullptr;
+        for (const KnownAttribute& one : known) {
+          if (!meant && isSlipOf(strName, one.strName)) meant = &one;
+        }
+        if ((meant && !meant->blnForPeople) != blnSlips) continue;
+        findings.add(
+            *file, met.objNode, strName, objectOf(met.objNode),
+            "The attribute " + quoted(strName) + " of " + met.objNode.nodeName() +
+                " is none that is read.",
+            meant ? "Write " + quoted(meant->strName) + "." : "Correct its name, or take it out.");
+      }
+    });
+  }
+}
+
+void findMisspeltAttributes(const ParsedDeployment& deployment, Findings& findings) {
+  findUnknownAttributes(deployment, findings, true);
+}
+
+void findOtherAttributes(const ParsedDeployment& deployment, Findings& findings) {
+  findUnknownAttributes(deployment, findings, false);
+}
+
+/// Text where only elements are read, such as what is left of a tag.
+void findStrayText(const ParsedDeployment& deployment, Findings& findings) {
+  for (const auto& [file, format] : formatsOf(deployment)) {
+    if (file == &deployment.hiddenFieldList || file == &deployment.reference) continue;
+    walk(*file, format, [&](const Met& met) {
+      if (!met.shape || met.shape->strInside == "text" || met.shape->strInside == "any" ||
+          met.shape->strInside == "docnodes") {
+        return;
+      }
+      const NodeList colChildren = required(met.objNode.childNodes());
+      for (const Node& objChild : colChildren) {
+        const bool blnText =
+            objChild.nodeType() == NodeType::text || objChild.nodeType() == NodeType::cdataSection;
+        if (!blnText || isXmlWhiteSpace(objChild.text())) continue;
+        findings.add(*file, met.objNode, "", objectOf(met.objNode),
+                     "The text " + quoted(trim(oneLine(objChild.text()))) + " stands in " +
+                         met.objNode.nodeName() + ", where only elements are read.",
+                     "Take it out, or put it into its element.");
+        break;
+      }
+    });
+  }
+}
+
+/// Elements of which only the first counts.
+void findDoubleChildren(const ParsedDeployment& deployment, Findings& findings) {
+  const auto look = [&](const ParsedFile& file, Format format) {
+    walk(file, format, [&](const Met& met) {
+      if (!met.shape) return;
+      const std::string_view strInside = met.shape->strInside;
+      if (strInside != "entry" && strInside != "docinfo" && strInside != "docnode" &&
+          strInside != "column" && strInside != "question") {
+        return;
+      }
+      std::vector<std::string> seen;
+      for (const Node& objChild : childElements(met.objNode)) {
+        std::string strName = objChild.nodeName();
+        if (strInside == "question" && strName != "xpath") continue;
+        if (std::ranges::find(seen, strName) == seen.end()) {
+          if (seen.size() < 16) seen.push_back(std::move(strName));
+          continue;
+        }
+        findings.add(file, objChild, "", objectOf(objChild),
+                     "There is another " + strName + " before this one, which counts.",
+                     "Take one of them out.");
+      }
+    });
+  };
+  look(deployment.objectMapper, kObjectMapper);
+  look(deployment.questionList, kQuestions);
+}
+
+constexpr auto kRules = std::to_array<Rule>({
+    {"misspelt-element", Severity::error, findMisspeltElements},
+    {"unknown-element", Severity::warning, findOtherElements},
+    {"misspelt-attribute", Severity::error, findMisspeltAttributes},
+    {"unknown-attribute", Severity::warning, findOtherAttributes},
+    {"stray-text", Severity::warning, findStrayText},
+    {"double-element", Severity::warning, findDoubleChildren},
+});
+
+}  // namespace
+
+std::span<const Rule> formatRules() { return kRules; }
+
+}  // namespace Varnel_Tolv_XML_Creation

@@ -1,0 +1,73 @@
+#include <array>
+#include <string>
+
+#include "check/Rule.h"
+#include "check/RuleTables.h"
+#include "check/Words.h"
+#include "config/Attributes.h"
+#include "platform/text/Text.h"
+
+namespace Varnel_Tolv_XML_Creation {
+namespace {
+
+/// Every node below `hiddenfields` is read as a hidden field.
+void findOtherNodes(const ParsedDeployment& deployment, Findings& findings) {
+  const ParsedFile& list = deployment.hiddenFieldList;
+  if (!list.isLoaded()) return;
+  std::size_t lngLine = list.lineOf(list.root());
+  const NodeList colChildren = required(list.root().childNodes());
+  for (const Node& objChild : colChildren) {
+    if (objChild.nodeType() != NodeType::element) {
+      // Only elements know their line: it stands on that of the one before it or below.
+      findings.add(list, lngLine, "",
+                   "The list holds something else than a hidden field (" + objChild.nodeName() +
+                       ") at or below this line: every form fails.",
+                   "Take it out, comments too.");
+      continue;
+    }
+    lngLine = list.lineOf(objChild);
+    if (objChild.nodeName() == "hiddenfield") continue;
+    findings.add(list, objChild, "", attributeText(objChild, "output"),
+                 "The element " + quoted(objChild.nodeName()) +
+                     " is no hiddenfield: it never goes into the message.",
+                 "Write hiddenfield, or take it out.");
+  }
+}
+
+void findWrongFlags(const ParsedDeployment& deployment, Findings& findings) {
+  for (const HiddenField& hidden : deployment.hiddenFields) {
+    const std::string& strWord = hidden.strToSchema;
+    if (strWord.empty() || strWord == "true" || strWord == "false") continue;
+    const bool blnNo = isBooleanWord(strWord) && (toLower(strWord) == "false" || strWord == "0");
+    if (blnNo) continue;
+    findings.add(deployment.hiddenFieldList, hidden.objNode, "toschema", hidden.strOutput,
+                 "The word toschema=" + quoted(strWord) +
+                     " is not \"true\": the field does not go "
+                     "into the message.",
+                 "Write toschema=\"true\" or \"false\" in lower case.");
+  }
+}
+
+void findOtherOutputs(const ParsedDeployment& deployment, Findings& findings) {
+  for (const HiddenField& hidden : deployment.hiddenFields) {
+    if (hidden.strToSchema != "true" || isBlank(hidden.strId) || isBlank(hidden.strOutput))
+      continue;
+    if (toLower(hidden.strOutput) == hidden.strId) continue;
+    findings.add(deployment.hiddenFieldList, hidden.objNode, "output", hidden.strOutput,
+                 "The message takes the form field " + quoted(toLower(hidden.strOutput)) +
+                     ", which output names, and not " + quoted(hidden.strId) + ".",
+                 "Use the same name for id and output.");
+  }
+}
+
+constexpr auto kRules = std::to_array<Rule>({
+    {"no-hiddenfield", Severity::error, findOtherNodes},
+    {"hidden-word-not-true", Severity::error, findWrongFlags},
+    {"output-apart", Severity::note, findOtherOutputs},
+});
+
+}  // namespace
+
+std::span<const Rule> hiddenFieldRules() { return kRules; }
+
+}  // namespace Varnel_Tolv_XML_Creation

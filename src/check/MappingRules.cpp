@@ -1,0 +1,263 @@
+#include <array>
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+#include "check/Rule.h"
+#include "check/RuleTables.h"
+#include "check/Words.h"
+#include "config/Attributes.h"
+#include "config/Names.h"
+#include "platform/text/Conversions.h"
+#include "platform/text/Text.h"
+
+namespace Varnel_Tolv_XML_Creation {
+namespace {
+
+bool isMapped(const FormObject& object) {
+  return object.kind == ObjectKind::field || object.kind == ObjectKind::table;
+}
+
+bool isTableEntry(const MappingEntry& entry) {
+  return entry.strType == "table" || entry.strType == "dynatable" || entry.strType == "tablegroup";
+}
+
+std::string lookedUpAs(const FormObject& object) {
+  const bool blnTable = object.kind == ObjectKind::table;
+  std::string strText = "messageitem with the id " + quoted(object.mappingId());
+  if (object.blnDynamic) {
+    strText += blnTable ? " and the type \"tablegroup\"" : " and the type \"group\"";
+  } else if (blnTable) {
+    strText += " and the type \"table\" or \"dynatable\"";
+  }
+  return strText;
+}
+
+/// The entry that was probably meant for an object: one with its id and another type, else one that
+/// no object uses and whose id is a slip.
+const MappingEntry* entryMeantFor(const ParsedDeployment& deployment, const FormObject& object,
+                                  const std::vector<const MappingEntry*>& unused) {
+  if (const MappingEntry* const sameId = deployment.entry(object.mappingId())) return sameId;
+  for (const MappingEntry* const entry : unused) {
+    if (isSlipOf(entry->strId, object.mappingId())) return entry;
+  }
+  return nullptr;
+}
+
+/// Tells it where the slip probably is: in the object list when the mapping and the questions agree
+/// on another id, or when neither knows the object; else in the object mapper, at the entry that
+/// was meant, or at that of the object before, behind which one is missing.
+void findUnmapped(const ParsedDeployment& deployment, Findings& findings) {
+  if (!deployment.objectMapper.isLoaded()) return;
+  constexpr std::size_t kMostCompared = 500;
+  std::vector<const MappingEntry*> unused;
+  for (const MappingEntry& entry : deployment.entries) {
+    if (entry.users.empty() && unused.size() < kMostCompared) unused.push_back(&entry);
+  }
+  const MappingEntry* before = nullptr;
+  std::size_t lngCompared = 0;
+  for (const FormObject& object : deployment.objects) {
+    if (object.entry) before = object.entry;
+    if (!isMapped(object) || object.entry) continue;
+    const MappingEntry* meant = nullptr;
+    if (++lngCompared <= kMostCompared) meant = entryMeantFor(deployment, object, unused);
+
+    const bool blnQuestion = deployment.questionsById.contains(object.strId) || object.blnDynamic ||
+                             (meant && meant->strId == object.mappingId());
+    const bool blnMeantIsQuestion = meant && deployment.questionsById.contains(meant->strId);
+    const std::string strMessage = "No mapping: the object mapper has no " + lookedUpAs(object) +
+                                   " for the object " + quoted(object.strId) +
+                                   ": every submitted form fails.";
+    const std::string strHint =
+        meant ? "The entry " + quoted(meant->strId) + " on line " +
+                    std::to_string(deployment.objectMapper.lineOf(meant->objNode)) +
+                    " is probably meant; correct the one or the other."
+              : "Add a messageitem, toschema=\"false\" for an answer that is not sent.";
+    if ((!blnQuestion && (!meant || blnMeantIsQuestion)) ||
+        (!deployment.questionList.isLoaded() && !meant)) {
+      findings.add(*object.file, object.objNode, object.blnHidden ? "output" : "id", object.strId,
+                   strMessage, strHint);
+      continue;
+    }
+    const Node objPlace = meant    ? meant->objNode
+                          : before ? before->objNode
+                                   : deployment.objectMapper.root();
+    findings.add(deployment.objectMapper, objPlace, meant ? "id" : "", object.strId, strMessage,
+                 strHint);
+  }
+}
+
+void findUnusedEntries(const ParsedDeployment& deployment, Findings& findings) {
+  if (!deployment.knowsObjects()) return;
+  std::unordered_set<std::string> seen;
+  for (const MappingEntry& entry : deployment.entries) {
+    const bool blnFirst = seen.insert(entry.strId).second;
+    if (!entry.users.empty() || !blnFirst || isBlank(entry.strId)) continue;
+    findings.add(deployment.objectMapper, entry.objNode, kId, entry.strId,
+                 "The entry " + quoted(entry.strId) + " is for no object of the form.",
+                 "Correct the id, or take the entry out.");
+  }
+}
+
+void findWrongToSchema(const ParsedDeployment& deployment, Findings& findings) {
+  for (const MappingEntry& entry : deployment.entries) {
+    if (isTableEntry(entry)) continue;
+    if (isBooleanWord(entry.strToSchema)) continue;
+    findings.add(deployment.objectMapper, entry.objNode, "toschema", entry.strId,
+                 "The attribute toschema=" + quoted(entry.strToSchema) +
+                     " is no Boolean word: every form with this question fails.",
+                 "Write toschema=\"true\" or \"false\".");
+  }
+}
+
+void findNotTrue(const ParsedDeployment& deployment, Findings& findings) {
+  for (const MappingEntry& entry : deployment.entries) {
+    if (isTableEntry(entry)) continue;
+    const std::string& strWord = entry.strToSchema;
+    if (strWord == "true" || !isBooleanWord(strWord)) continue;
+    const std::string strLower = toLower(strWord);
+    bool blnTrue = strLower == "true";
+    if (!blnTrue && strLower != "false") blnTrue = toBoolean(strWord);
+    if (!blnTrue) continue;
+    findings.add(deployment.objectMapper, entry.objNode, "toschema", entry.strId,
+                 "The word toschema=" + quoted(strWord) +
+                     " is not \"true\": the answer is silently "
+                     "not sent.",
+                 "Write toschema=\"true\" in lower case.");
+  }
+}
+
+void findWrongCheckExists(const ParsedDeployment& deployment, Findings& findings) {
+  for (const MappingEntry& entry : deployment.entries) {
+    const std::string& strWord = entry.strCheckExists;
+    if (strWord.empty() || strWord == "true" || strWord == "false") continue;
+    findings.add(deployment.objectMapper, entry.objNode, "checkexists", entry.strId,
+                 "The word checkexists=" + quoted(strWord) +
+                     " is not \"true\" and counts as false: "
+                     "the element is made a second time.",
+                 "Write checkexists=\"true\" in lower case.");
+  }
+}
+
+void findUnknownEntryTypes(const ParsedDeployment& deployment, Findings& findings) {
+  for (const MappingEntry& entry : deployment.entries) {
+    if (entry.strType == "group" || isTableEntry(entry)) continue;
+    const std::string_view strMeant =
+        intendedWord(entry.strType, {"dynatable", "tablegroup", "table", "group"});
+    if (strMeant.empty()) continue;
+    findings.add(deployment.objectMapper, entry.objNode, kType, entry.strId,
+                 "The type " + quoted(entry.strType) + " is not " + quoted(strMeant) +
+                     ": no table or group finds the entry.",
+                 "Write type=\"" + std::string(strMeant) + "\".");
+  }
+}
+
+/// What a table's entry has and the message does not look at.
+void findIgnoredOnTables(const ParsedDeployment& deployment, Findings& findings) {
+  for (const MappingEntry& entry : deployment.entries) {
+    if (!isTableEntry(entry)) continue;
+    const auto add = [&](const Node& objNode, std::string_view strAttribute, const char* what) {
+      findings.add(deployment.objectMapper, objNode, strAttribute, entry.strId,
+                   std::string(what) + " does not count for a table.", "Take it out.");
+    };
+    const bool blnLeftOut = entry.strParentXPath.empty() && entry.strNodePath.empty();
+    const bool blnNo = isBooleanWord(entry.strToSchema) && !toBoolean(entry.strToSchema);
+    if (blnNo && !blnLeftOut) {
+      findings.add(deployment.objectMapper, entry.objNode, "toschema", entry.strId,
+                   "The table is sent although it has toschema=" + quoted(entry.strToSchema) + ".",
+                   "Take out parentxpath and node to leave a table out of the message.");
+    }
+    if (!entry.strAbsent.empty()) add(entry.objNode, "absent", "absent");
+    if (!entry.strCheckExists.empty()) add(entry.objNode, "checkexists", "checkexists");
+    if (!entry.strItem.empty()) add(entry.objNodePath, "item", "item");
+    if (!entry.strExtraPath.empty()) add(entry.objExtraPath, "", "extrapath");
+  }
+}
+
+void findWithoutPlace(const ParsedDeployment& deployment, Findings& findings) {
+  for (const MappingEntry& entry : deployment.entries) {
+    const bool blnParent = !isBlank(entry.strParentXPath);
+    const bool blnNode = !entry.strNodePath.empty();
+    const bool blnSent =
+        isTableEntry(entry) ? blnParent != blnNode || entry.strToSchema == "true" : entry.isSent();
+    if (!blnSent || (blnParent && blnNode)) continue;
+    const Node objPlace = blnParent ? entry.objParentXPath
+                          : blnNode ? entry.objNodePath
+                                    : entry.objNode;
+    findings.add(deployment.objectMapper, objPlace, "", entry.strId,
+                 "The entry has no " + std::string(blnParent ? "node" : "parentxpath") + ": " +
+                     (isTableEntry(entry) ? "the table is silently left out."
+                                          : "every form with this answer fails."),
+                 "Give it both, parentxpath and node.");
+  }
+}
+
+void findHalfExtraPaths(const ParsedDeployment& deployment, Findings& findings) {
+  for (const MappingEntry& entry : deployment.entries) {
+    if (entry.strExtraPath.empty() == entry.strExtraNode.empty()) continue;
+    const Node objPlace = entry.strExtraPath.empty() ? entry.objExtraNode : entry.objExtraPath;
+    findings.add(
+        deployment.objectMapper, objPlace, "", entry.strId,
+        entry.strExtraPath.empty()
+            ? "extranode stands without extrapath: the answer is not written a second time."
+            : "extrapath stands without extranode: every form with this answer fails.",
+        "Give both, or neither.");
+  }
+}
+
+/// Objects that other entries name.
+void findNamesOfNothing(const ParsedDeployment& deployment, Findings& findings) {
+  if (!deployment.knowsObjects()) return;
+  const auto look = [&](const Node& objNode, std::string_view strAttribute,
+                        const std::string& strName, const MappingEntry& entry,
+                        const char* consequence) {
+    if (isBlank(strName)) return;
+    const FormObject* const object = deployment.object(strName);
+    if (object && object->kind != ObjectKind::table) return;
+    const auto lower = deployment.objectsByLowerId.find(toLower(strName));
+    const bool blnCase = !object && lower != deployment.objectsByLowerId.end();
+    findings.add(
+        deployment.objectMapper, objNode, strAttribute, entry.strId,
+        std::string(strAttribute) + "=" + quoted(strName) +
+            (object ? " names a table, which has no value: " : " names no object of the form: ") +
+            consequence + ".",
+        blnCase ? "Write " + quoted(deployment.objects[lower->second.front()].strId) +
+                      ", as the object list does."
+                : "Name an object as the object list writes its id.");
+  };
+  for (const MappingEntry& entry : deployment.entries) {
+    if (!isTableEntry(entry)) {
+      look(entry.objNode, "absent", entry.strAbsent, entry,
+           "the condition always holds, and both answers are written");
+      if (entry.objNodePath) {
+        look(entry.objNodePath, "item", entry.strItem, entry, "an empty value is written");
+      }
+    }
+    if (!entry.objAction) continue;
+    const bool blnJoins = toLower(entry.strActionId) == "addinfotonode";
+    const std::string_view strAttribute = blnJoins ? "item" : "messageitem";
+    for (const Node& objParameter : childElements(entry.objAction)) {
+      look(objParameter, strAttribute, attributeText(objParameter, strAttribute), entry,
+           blnJoins ? "every form with this answer fails" : "the place stays empty");
+    }
+  }
+}
+
+constexpr auto kRules = std::to_array<Rule>({
+    {"no-mapping", Severity::error, findUnmapped},
+    {"mapping-without-question", Severity::warning, findUnusedEntries},
+    {"toschema-no-boolean", Severity::error, findWrongToSchema},
+    {"word-not-true", Severity::error, findNotTrue},
+    {"checkexists-not-true", Severity::error, findWrongCheckExists},
+    {"unknown-entry-type", Severity::error, findUnknownEntryTypes},
+    {"ignored-on-table", Severity::warning, findIgnoredOnTables},
+    {"no-place", Severity::error, findWithoutPlace},
+    {"half-extrapath", Severity::error, findHalfExtraPaths},
+    {"names-nothing", Severity::error, findNamesOfNothing},
+});
+
+}  // namespace
+
+std::span<const Rule> mappingRules() { return kRules; }
+
+}  // namespace Varnel_Tolv_XML_Creation

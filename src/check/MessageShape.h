@@ -1,0 +1,93 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+#include "check/MessagePaths.h"
+#include "check/ParsedDeployment.h"
+
+// What the message looks like when every question is answered: the template, with an element at
+// each place that the mapping gives an answer, in the order in which answers reach the message.
+// Conditions are taken as fulfilled. The paths of rules and questions are judged against it.
+
+namespace Varnel_Tolv_XML_Creation {
+
+/// Something that goes wrong with a path of the mapping when the message is built.
+struct PathTrouble {
+  enum Kind {
+    malformed,       // the expression cannot be evaluated
+    noParent,        // it selects nothing
+    parentOfAnswer,  // it selects what is there only when another question is answered
+    noElement,       // it selects an attribute or a text
+    malformedPath,   // the node path is no list of names
+    samePlace,       // the value replaces that of another question
+  };
+  Kind kind;
+  const FormObject* object;
+  Node objPath;           // the element of the mapping whose text is meant
+  std::string strDetail;  // the reason, or the id of the other question
+};
+
+class MessageShape {
+ public:
+  explicit MessageShape(const ParsedDeployment& deployment);
+
+  /// False where a file that it needs is not there, or where it is too large: nothing is known.
+  bool isKnown() const noexcept { return blnKnown_; }
+
+  /// Whether it was given up because more would have to be built than can be.
+  bool isTooLarge() const noexcept { return blnTooLarge_; }
+
+  /// The message. Its elements bear the mark `questionId` as those of a run do.
+  const Document& document() const noexcept { return objMessage_; }
+
+  const std::vector<PathTrouble>& troubles() const noexcept { return troubles_; }
+
+  const MessagePaths& paths() const noexcept { return paths_; }
+
+  /// Whether the answer to the question with this id, as the message is marked with it, goes to an
+  /// element with this path, or into one.
+  bool isPlaceOf(const std::string& strId, std::size_t lngPath) const;
+
+  /// Whether any answer to it goes anywhere.
+  bool isPlaced(const std::string& strId) const { return places_.contains(strId); }
+
+  /// The first node that an expression selects in the message, or Nothing. `strReason` is why it
+  /// cannot be evaluated; empty when it can.
+  Node select(const Node& objFrom, std::string_view strXPath, std::string& strReason) const;
+
+ private:
+  void place(const FormObject& object);
+  void placeAt(const FormObject& object, const Node& objParentXPath,
+               const std::string& strParentXPath, const Node& objNodePath,
+               const std::string& strNodePath, bool blnExtra);
+  Node makeElements(const FormObject& object, Node objParent, const Node& objNodePath,
+                    const std::string& strNodePath);
+  void fill(const FormObject& object, const Node& objElement);
+  void addTypeContent(const FormObject& object, const ComplexType& type, const Node& objElement);
+  void copyNodes();
+  void collectPaths();
+  void trouble(PathTrouble::Kind kind, const FormObject& object, const Node& objPath,
+               std::string strDetail = {});
+
+  const ParsedDeployment& deployment_;
+  bool blnKnown_ = false;
+  bool blnTooLarge_ = false;
+  Document objMessage_;
+  std::size_t lngElements_ = 0;
+  mutable std::size_t lngWork_ = 0;  // of selections that go through the whole message
+  std::vector<PathTrouble> troubles_;
+  std::vector<std::pair<Node, std::string>> shared_;  // elements that were there, for these ids too
+  MessagePaths paths_;
+  std::unordered_map<std::string, std::unordered_set<std::size_t>> places_;
+};
+
+/// Whether a text is a list of names joined by "/".
+bool isNodePath(std::string_view strPath);
+
+}  // namespace Varnel_Tolv_XML_Creation

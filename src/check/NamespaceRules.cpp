@@ -1,0 +1,310 @@
+#include <array>
+#include <map>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+#include "check/MessageShape.h"
+#include "check/Rule.h"
+#include "check/RuleTables.h"
+#include "check/Words.h"
+#include "config/Attributes.h"
+#include "config/Names.h"
+#include "platform/text/Text.h"
+#include "platform/xml/XmlCharacters.h"
+#include "result/RuntimeError.h"
+
+namespace Varnel_Tolv_XML_Creation {
+namespace {
+
+void findUnusableEntries(const ParsedDeployment& deployment, Findings& findings) {
+  const ParsedFile& list = deployment.namespaceList;
+  if (!list.isLoaded()) return;
+  if (deployment.namespaces.empty()) {
+    findings.add(list, list.root(), "", "", "The list has no namespace: every form fails.",
+                 "Register the namespaces of the message.");
+  }
+  std::unordered_set<std::string> seen;
+  for (const NamespaceEntry& entry : deployment.namespaces) {
+    std::string strReason;
+    try {
+      Document::create().setSelectionNamespaces("xmlns:" + entry.strPrefix + "='" + entry.strName +
+                                                "'");
+    } catch (const RuntimeError& error) {
+      if (error.number() == kOutOfMemory) throw;
+      strReason = error.description();
+    }
+    if (strReason.empty() && !seen.insert(entry.strPrefix).second) {
+      strReason = "The prefix " + quoted(entry.strPrefix) + " is registered twice.";
+    }
+    if (strReason.empty() && entry.strName.empty()) strReason = "It has no name.";
+    if (strReason.empty()) continue;
+    findings.add(list, entry.objNode, kId, "",
+                 "The entry makes no namespace of selections: " + strReason,
+                 "Give it an id, which is a prefix of its own, and a name, which is a URI.");
+  }
+}
+
+/// `/namespaces/namespace` is where prefixes of new elements are looked up.
+void findOtherElements(const ParsedDeployment& deployment, Findings& findings) {
+  for (const NamespaceEntry& entry : deployment.namespaces) {
+    if (entry.objNode.nodeName() == "namespace" &&
+        entry.objNode.parentNode() == deployment.namespaceList.root()) {
+      continue;
+    }
+    findings.add(deployment.namespaceList, entry.objNode, "", "",
+                 "The entry for " + quoted(entry.strPrefix) +
+                     " is no namespace below namespaces: no element can be made with it.",
+                 "Write <namespace id=\"...\" name=\"...\" ref=\"...\"/>.");
+  }
+}
+
+void findRefApart(const ParsedDeployment& deployment, Findings& findings) {
+  for (const NamespaceEntry& entry : deployment.namespaces) {
+    if (entry.strRef == entry.strName || entry.strName.empty()) continue;
+    findings.add(deployment.namespaceList, entry.objNode, "ref", "",
+                 "The prefix " + quoted(entry.strPrefix) + " is looked for in the namespace " +
+                     quoted(entry.strName) + ", and its elements are made in " +
+                     quoted(entry.strRef) + ".",
+                 "Write the same URI in name and ref.");
+  }
+}
+
+/// Namespaces that a file declares, with the element that does.
+struct Declaration {
+  const ParsedFile* file;
+  Node objNode;
+  std::string strUri;
+};
+using Declarations = std::map<std::string, std::vector<Declaration>>;
+
+Declarations declarationsOf(const ParsedDeployment& deployment) {
+  constexpr std::size_t kMostOfOnePrefix = 100;
+  Declarations declarations;
+  for (const ParsedFile* const file :
+       {&deployment.messageTemplate, &deployment.schemaTypes, &deployment.reference}) {
+    if (!file->isLoaded()) continue;
+    for (const Node& objElement : file->elements()) {
+      for (const NodeAttribute& attribute : objElement.attributes()) {
+        if (!attribute.strName.starts_with("xmlns")) break;  // declarations stand first
+        if (!attribute.strName.starts_with("xmlns:")) continue;
+        auto& list = declarations[attribute.strName.substr(6)];
+        if (list.size() < kMostOfOnePrefix) list.push_back({file, objElement, attribute.strValue});
+      }
+    }
+  }
+  return declarations;
+}
+
+/// A prefix means one namespace in all files. Where they differ, the one that most of them have, or
+/// that is the schema's, is taken for the right one.
+void findRegisteredOtherwise(const ParsedDeployment& deployment, Findings& findings) {
+  if (!deployment.namespaceList.isLoaded()) return;
+  for (const auto& [strPrefix, list] : declarationsOf(deployment)) {
+    const NamespaceEntry* const entry = deployment.namespaceOf(strPrefix);
+    if (!entry) continue;
+    std::unordered_set<const ParsedFile*> agree, differ;
+    std::string strOther;
+    for (const Declaration& declaration : list) {
+      const bool blnSame = declaration.strUri == entry->strName;
+      (blnSame ? agree : differ).insert(declaration.file);
+      if (!blnSame) strOther = declaration.strUri;
+    }
+    if (differ.empty()) continue;
+    const bool blnListRight = !agree.empty() || entry->strName == deployment.files.strSchemaUri;
+    if (!blnListRight || strOther == deployment.files.strSchemaUri) {
+      findings.add(deployment.namespaceList, entry->objNode, "name", "",
+                   "The prefix " + quoted(strPrefix) + " is registered for " +
+                       quoted(entry->strName) + ", and the other files declare it for " +
+                       quoted(strOther) + ": nothing is found.",
+                   "Write the namespace of the template.");
+      continue;
+    }
+    for (const Declaration& declaration : list) {
+      if (declaration.strUri == entry->strName) continue;
+      findings.add(*declaration.file, declaration.objNode, "xmlns:" + strPrefix, "",
+                   "The prefix " + quoted(strPrefix) + " is declared for " +
+                       quoted(declaration.strUri) + ", and registered for " +
+                       quoted(entry->strName) + ": what is looked for is not found.",
+                   "Write the same namespace here and in the namespace list.");
+    }
+  }
+}
+
+/// The prefixes that an expression uses. Text in quotes is none, nor are the names of axes.
+std::vector<std::string> prefixesOf(std::string_view strXPath) {
+  std::vector<std::string> prefixes;
+  for (std::size_t at = 0; at < strXPath.size();) {
+    const char letter = strXPath[at];
+    if (letter == '"' || letter == '\'') {
+      const std::size_t lngEnd = strXPath.find(letter, at + 1);
+      if (lngEnd == std::string_view::npos) break;
+      at = lngEnd + 1;
+    } else if (isNameByte(letter)) {
+      const std::size_t lngStart = at;
+      while (at < strXPath.size() && isNameByte(strXPath[at])) ++at;
+      const bool blnColon = at < strXPath.size() && strXPath[at] == ':';
+      if (blnColon && !strXPath.substr(at).starts_with("::")) {
+        prefixes.emplace_back(strXPath.substr(lngStart, at - lngStart));
+      }
+      if (blnColon) at += strXPath.substr(at).starts_with("::") ? 2 : 1;
+    } else {
+      ++at;
+    }
+  }
+  return prefixes;
+}
+
+/// The elements of the mapper whose texts are expressions or node paths, with the entry's id.
+template <class Find>
+void forEachPath(const ParsedDeployment& deployment, const Find& find) {
+  for (const MappingEntry& entry : deployment.entries) {
+    for (const Node& objPath :
+         {entry.objParentXPath, entry.objNodePath, entry.objExtraPath, entry.objExtraNode}) {
+      if (objPath) find(objPath, entry.strId);
+    }
+  }
+  const Node objDocData = childElement(deployment.objectMapper.root(), "docdata");
+  if (!objDocData) return;
+  const NodeList colElements = required(objDocData.getElementsByTagName("*"));
+  for (const Node& objElement : colElements) {
+    const std::string strName = objElement.nodeName();
+    const bool blnStep = strName == "parameter" && objElement.hasText();
+    const bool blnPath = (strName == "node" && childElements(objElement).empty()) ||
+                         strName == "parentxpath" || blnStep;
+    if (blnPath) find(objElement, std::string());
+  }
+}
+
+void findUnregisteredPrefixes(const ParsedDeployment& deployment, Findings& findings) {
+  if (!deployment.namespaceList.isLoaded() || deployment.namespaces.empty()) return;
+  const auto add = [&](const ParsedFile& file, const Node& objNode, const std::string& strObject,
+                       const std::string& strPrefix) {
+    findings.add(file, objNode, "", strObject,
+                 "The prefix " + quoted(strPrefix) + " is not registered in the namespace list.",
+                 "Register it there, or write one that is.");
+  };
+  forEachPath(deployment, [&](const Node& objPath, const std::string& strObject) {
+    for (const std::string& strPrefix : prefixesOf(objPath.text())) {
+      if (strPrefix == "xml" || deployment.namespaceOf(strPrefix)) continue;
+      add(deployment.objectMapper, objPath, strObject, strPrefix);
+      break;
+    }
+  });
+  for (const Question& question : deployment.questions) {
+    if (!question.objXPath) continue;
+    for (const std::string& strPrefix : prefixesOf(question.strXPath)) {
+      if (deployment.namespaceOf(strPrefix)) continue;
+      add(deployment.questionList, question.objXPath, question.strId, strPrefix);
+      break;
+    }
+    for (const QuestionColumn& column : question.columns) {
+      for (const std::string& strPrefix : prefixesOf(column.strPath)) {
+        if (deployment.namespaceOf(strPrefix)) continue;
+        add(deployment.questionList, column.objPath, column.strId, strPrefix);
+        break;
+      }
+    }
+  }
+  // The clean-up asks the reference XML for each empty element by its path as it is written.
+  for (const ParsedFile* const file :
+       {&deployment.messageTemplate, &deployment.schemaTypes, &deployment.reference}) {
+    if (!file->isLoaded()) continue;
+    std::unordered_set<std::string> told;
+    for (const Node& objElement : file->elements()) {
+      const std::string strName = objElement.nodeName();
+      const std::string strPrefix(prefixOf(strName));
+      if (strPrefix.empty() || strPrefix == "xml" || deployment.namespaceOf(strPrefix)) continue;
+      if (told.insert(strPrefix).second) add(*file, objElement, "", strPrefix);
+    }
+  }
+}
+
+/// The name of a new element without a prefix is looked up as if it were one.
+void findStepsWithoutPrefix(const ParsedDeployment& deployment, Findings& findings) {
+  if (!deployment.namespaceList.isLoaded()) return;
+  for (const MappingEntry& entry : deployment.entries) {
+    const bool blnTable =
+        entry.strType == "table" || entry.strType == "dynatable" || entry.strType == "tablegroup";
+    for (const Node& objPath : {entry.objNodePath, entry.objExtraNode}) {
+      if (!objPath || blnTable || !isNodePath(objPath.text())) continue;
+      for (const std::string& strStep : split(objPath.text(), "/")) {
+        if (strStep.find(':') != std::string::npos || deployment.namespaceOf(strStep)) continue;
+        findings.add(deployment.objectMapper, objPath, "", entry.strId,
+                     "The step " + quoted(strStep) +
+                         " has no prefix, and the namespace list has no "
+                         "entry of that name: every form with this answer fails.",
+                     "Write a prefix, or register the name.");
+        break;
+      }
+    }
+  }
+}
+
+/// Rows are made without a namespace; the prefix gets its meaning where the message is written.
+void findUndeclaredRowPrefixes(const ParsedDeployment& deployment, Findings& findings) {
+  if (!deployment.messageTemplate.isLoaded()) return;
+  std::unordered_set<std::string> declared{"xml"};
+  for (const Node& objElement : deployment.messageTemplate.elements()) {
+    for (const NodeAttribute& attribute : objElement.attributes()) {
+      if (!attribute.strName.starts_with("xmlns")) break;
+      if (attribute.strName.size() > 6) declared.insert(attribute.strName.substr(6));
+    }
+  }
+  for (const MappingEntry& entry : deployment.entries) {
+    const bool blnTable =
+        entry.strType == "table" || entry.strType == "dynatable" || entry.strType == "tablegroup";
+    const std::string strPrefix(prefixOf(entry.strNodePath));
+    if (!blnTable || strPrefix.empty() || declared.contains(strPrefix)) continue;
+    findings.add(deployment.objectMapper, entry.objNodePath, "", entry.strId,
+                 "The template does not declare the prefix " + quoted(strPrefix) +
+                     " of the rows: the message is no well-formed XML, and not checked.",
+                 "Declare it at the template's root.");
+  }
+}
+
+/// Where names are looked up without a prefix a default namespace hides them.
+void findDefaultNamespaces(const ParsedDeployment& deployment, Findings& findings) {
+  const auto add = [&](const ParsedFile& file, const Node& objElement) {
+    findings.add(file, objElement, "xmlns", attributeText(objElement, kId),
+                 "The element " + quoted(objElement.nodeName()) + " is in the default namespace " +
+                     quoted(objElement.namespaceUri()) +
+                     ", and it is looked up in none: it is not found.",
+                 "Take the declaration xmlns=\"...\" out, or give the namespace a prefix.");
+  };
+  for (const ParsedFile* const file : deployment.all()) {
+    const bool blnContent = file == &deployment.messageTemplate || file == &deployment.protocolInfo;
+    if (!file->isLoaded() || blnContent) continue;
+    const bool blnTypes = file == &deployment.schemaTypes;
+    for (const Node& objElement : file->elements()) {
+      const std::string strName = objElement.nodeName();
+      if (strName.find(':') != std::string::npos || objElement.namespaceUri().empty()) continue;
+      // What a schematype holds goes into the message and may be in any namespace.
+      const bool blnOwn = !blnTypes || strName == "SchemaTypeMapperDocument" ||
+                          strName == "schematypes" || strName == "schematype" ||
+                          (strName == kValue && objElement.getAttribute(kId));
+      const Node objParent = objElement.parentNode();
+      const bool blnFirst = objParent.namespaceUri() != objElement.namespaceUri() || blnTypes;
+      if (blnOwn && blnFirst) add(*file, objElement);
+    }
+  }
+}
+
+constexpr auto kRules = std::to_array<Rule>({
+    {"namespace-unusable", Severity::error, findUnusableEntries},
+    {"no-namespace-element", Severity::error, findOtherElements},
+    {"ref-and-name-apart", Severity::error, findRefApart},
+    {"registered-otherwise", Severity::error, findRegisteredOtherwise},
+    {"prefix-not-registered", Severity::error, findUnregisteredPrefixes},
+    {"step-without-prefix", Severity::error, findStepsWithoutPrefix},
+    {"row-prefix-not-declared", Severity::error, findUndeclaredRowPrefixes},
+    {"default-namespace", Severity::error, findDefaultNamespaces},
+});
+
+}  // namespace
+
+std::span<const Rule> namespaceRules() { return kRules; }
+
+}  // namespace Varnel_Tolv_XML_Creation

@@ -1,0 +1,107 @@
+#include <array>
+#include <string>
+#include <unordered_set>
+
+#include "check/MessageShape.h"
+#include "check/Rule.h"
+#include "check/RuleTables.h"
+#include "check/Words.h"
+#include "config/Attributes.h"
+#include "platform/text/Text.h"
+
+namespace Varnel_Tolv_XML_Creation {
+namespace {
+
+/// The object of a trouble as its mapping has it: of a group the group.
+const std::string& idOf(const PathTrouble& trouble) { return trouble.object->entry->strId; }
+
+/// Each trouble of a kind; of an entry that serves several objects the first.
+template <class Find>
+void forEachTrouble(const ParsedDeployment& deployment, PathTrouble::Kind kind, const Find& find) {
+  std::unordered_set<std::string> told;
+  for (const PathTrouble& trouble : deployment.shape().troubles()) {
+    if (trouble.kind != kind) continue;
+    const std::size_t lngLine = deployment.objectMapper.lineOf(trouble.objPath);
+    if (!told.insert(idOf(trouble) + "/" + std::to_string(lngLine)).second) continue;
+    find(trouble);
+  }
+}
+
+void findMalformed(const ParsedDeployment& deployment, Findings& findings) {
+  forEachTrouble(deployment, PathTrouble::malformed, [&](const PathTrouble& trouble) {
+    // An unknown prefix has a rule of its own.
+    if (trouble.strDetail.find("refix") != std::string::npos) return;
+    findings.add(
+        deployment.objectMapper, trouble.objPath, "", idOf(trouble),
+        "The path " + quoted(trouble.objPath.text()) + " cannot be evaluated: " + trouble.strDetail,
+        "Write an XPath 1.0 expression that selects an element.");
+  });
+}
+
+void findNoParents(const ParsedDeployment& deployment, Findings& findings) {
+  forEachTrouble(deployment, PathTrouble::noParent, [&](const PathTrouble& trouble) {
+    findings.add(deployment.objectMapper, trouble.objPath, "", idOf(trouble),
+                 "The path " + quoted(trouble.objPath.text()) +
+                     " finds nothing in the template, nor in what entries before make: every form "
+                     "with this answer fails.",
+                 "Correct the path, or let the template hold the element; capitals count.");
+  });
+  forEachTrouble(deployment, PathTrouble::noElement, [&](const PathTrouble& trouble) {
+    findings.add(deployment.objectMapper, trouble.objPath, "", idOf(trouble),
+                 "The path " + quoted(trouble.objPath.text()) + " finds no element.",
+                 "Name the element that receives the answer's.");
+  });
+}
+
+void findParentsOfAnswers(const ParsedDeployment& deployment, Findings& findings) {
+  forEachTrouble(deployment, PathTrouble::parentOfAnswer, [&](const PathTrouble& trouble) {
+    findings.add(deployment.objectMapper, trouble.objPath, "", idOf(trouble),
+                 "The path " + quoted(trouble.objPath.text()) +
+                     " finds an element that only the answer to " + quoted(trouble.strDetail) +
+                     " makes: a form without that answer fails.",
+                 "Let the template hold the element, or make it by the node path.");
+  });
+}
+
+void findMalformedNodePaths(const ParsedDeployment& deployment, Findings& findings) {
+  forEachTrouble(deployment, PathTrouble::malformedPath, [&](const PathTrouble& trouble) {
+    const bool blnTable = trouble.object->kind == ObjectKind::table;
+    findings.add(deployment.objectMapper, trouble.objPath, "", idOf(trouble),
+                 "The node path " + quoted(trouble.objPath.text()) +
+                     (blnTable ? " is not the one name that each row bears."
+                               : " is no list of names joined by \"/\"."),
+                 "Write names such as m:address/m:street: no blanks, no \"/\" at its ends, no "
+                 "predicates.");
+  });
+}
+
+void findSamePlaces(const ParsedDeployment& deployment, Findings& findings) {
+  forEachTrouble(deployment, PathTrouble::samePlace, [&](const PathTrouble& trouble) {
+    findings.add(deployment.objectMapper, trouble.objPath, "", idOf(trouble),
+                 "The answer goes where that to " + quoted(trouble.strDetail) +
+                     " stands already, and replaces it.",
+                 "Give it a place of its own, absent or checkexists.");
+  });
+}
+
+void findUnknownShape(const ParsedDeployment& deployment, Findings& findings) {
+  if (!deployment.shape().isTooLarge()) return;
+  findings.add(deployment.messageTemplate, 1, "",
+               "Template and mapping are too large to look at all paths of the message.",
+               "Nothing need be done; what depends on paths was not checked.");
+}
+
+constexpr auto kRules = std::to_array<Rule>({
+    {"malformed-expression", Severity::error, findMalformed},
+    {"path-names-nothing", Severity::error, findNoParents},
+    {"parent-of-answer", Severity::error, findParentsOfAnswers},
+    {"malformed-node-path", Severity::error, findMalformedNodePaths},
+    {"same-place", Severity::error, findSamePlaces},
+    {"too-large", Severity::note, findUnknownShape},
+});
+
+}  // namespace
+
+std::span<const Rule> pathRules() { return kRules; }
+
+}  // namespace Varnel_Tolv_XML_Creation

@@ -1,0 +1,246 @@
+#include <array>
+#include <optional>
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+#include "check/MessageShape.h"
+#include "check/Rule.h"
+#include "check/RuleTables.h"
+#include "check/Words.h"
+#include "config/Attributes.h"
+#include "config/Names.h"
+#include "platform/text/Conversions.h"
+#include "platform/text/Text.h"
+
+namespace Varnel_Tolv_XML_Creation {
+namespace {
+
+constexpr std::size_t kMostCompared = 500;
+
+bool asksQuestions(const ParsedDeployment& deployment) {
+  return deployment.questionList.isLoaded() && deployment.knowsObjects();
+}
+
+/// Questions for no object. Where another object lacks a question and the id is a slip, it is the
+/// id that is wrong.
+void findQuestionsWithoutObject(const ParsedDeployment& deployment, Findings& findings) {
+  if (!asksQuestions(deployment)) return;
+  for (const Question& question : deployment.questions) {
+    if (isBlank(question.strId) || deployment.object(question.strId)) continue;
+    const auto lower = deployment.objectsByLowerId.find(toLower(question.strId));
+    const bool blnCase = lower != deployment.objectsByLowerId.end();
+    findings.add(
+        deployment.questionList, question.objNode, kId, question.strId,
+        "The question " + quoted(question.strId) +
+            " is no object of the form: an error that is led to it finds no label, and the "
+            "verdict is lost.",
+        blnCase ? "Write " + quoted(deployment.objects[lower->second.front()].strId) +
+                      ", as the object list does."
+                : "Correct the id, or take the question out.");
+  }
+}
+
+/// Objects whose answers stand in the message and that no question tells of.
+void findObjectsWithoutQuestion(const ParsedDeployment& deployment, Findings& findings) {
+  if (!asksQuestions(deployment) || !deployment.shape().isKnown()) return;
+  std::vector<const Question*> unused;
+  for (const Question& question : deployment.questions) {
+    if (!deployment.object(question.strId) && unused.size() < kMostCompared) {
+      unused.push_back(&question);
+    }
+  }
+  const Question* before = nullptr;
+  std::size_t lngCompared = 0;
+  for (const FormObject& object : deployment.objects) {
+    if (const Question* const own = deployment.question(object.strId)) {
+      before = own;
+      continue;
+    }
+    const bool blnField = object.kind == ObjectKind::field;
+    const std::string& strMark = blnField ? object.strLowerId : object.strId;
+    if (!object.entry || isBlank(object.strId) || !deployment.shape().isPlaced(strMark)) continue;
+    const Question* meant = nullptr;
+    if (++lngCompared <= kMostCompared) {
+      for (const Question* const question : unused) {
+        if (!meant && isSlipOf(question->strId, object.strId)) meant = question;
+      }
+    }
+    const Node objPlace = meant    ? meant->objNode
+                          : before ? before->objNode
+                                   : deployment.questionList.root();
+    findings.add(deployment.questionList, objPlace, meant ? "id" : "", object.strId,
+                 "The questions XML has no question " + quoted(object.strId) +
+                     ": an error in its answer cannot be led back, and the verdict is lost.",
+                 meant ? "The question " + quoted(meant->strId) + " is probably meant."
+                       : "Add a question with the path of its element.");
+  }
+}
+
+void findWrongTypes(const ParsedDeployment& deployment, Findings& findings) {
+  for (const Question& question : deployment.questions) {
+    const FormObject* const object = deployment.object(question.strId);
+    if (!object) continue;
+    const bool blnTable = object->kind == ObjectKind::table;
+    if (blnTable == question.isTable()) continue;
+    findings.add(deployment.questionList, question.objNode, kType, question.strId,
+                 blnTable ? "The question is a table and has the type " + quoted(question.strType) +
+                                ", not \"dynaTable\": errors in its "
+                                "cells are not led to their columns."
+                          : "The question is no table and has the type \"dynaTable\".",
+                 blnTable ? "Write type=\"dynaTable\"; capitals count." : "Take the type out.");
+  }
+}
+
+void findMissingPaths(const ParsedDeployment& deployment, Findings& findings) {
+  for (const Question& question : deployment.questions) {
+    if (!isBlank(question.strXPath)) continue;
+    findings.add(deployment.questionList, question.objNode, "", question.strId,
+                 "The question has no xpath: what is missing in the message is not led to it.",
+                 "Give it the path of its element.");
+  }
+}
+
+/// The paths are compared as texts, letter by letter.
+void findUnknownPaths(const ParsedDeployment& deployment, Findings& findings) {
+  const MessageShape& shape = deployment.shape();
+  if (!shape.isKnown()) return;
+  for (const Question& question : deployment.questions) {
+    if (isBlank(question.strXPath)) continue;
+    const FormObject* const object = deployment.object(question.strId);
+    // An answer that is not sent may have a path that nothing makes.
+    if (object && !shape.isPlaced(question.strId)) continue;
+    const std::optional<std::size_t> lngPath = shape.paths().find(question.strXPath);
+    if (lngPath && (!object || shape.isPlaceOf(question.strId, *lngPath))) continue;
+    findings.add(
+        deployment.questionList, question.objXPath, "", question.strId,
+        "The path " + quoted(question.strXPath) +
+            (lngPath ? " is not where the mapping writes the answer: errors are led to the "
+                       "wrong question."
+                     : " is no path of the message, letter by letter: what is missing is "
+                       "not led to this question."),
+        "Write the path as the message has it: its names with the prefixes of template "
+        "and mapping, no positions, no blanks.");
+  }
+}
+
+void findWrongColumns(const ParsedDeployment& deployment, Findings& findings) {
+  if (!asksQuestions(deployment)) return;
+  for (const Question& question : deployment.questions) {
+    const FormObject* const object = deployment.object(question.strId);
+    if (!object || object->kind != ObjectKind::table) continue;
+    std::unordered_set<std::string> columns;
+    for (const TableColumn& column : object->columns) columns.insert(column.strId);
+    std::unordered_set<std::string> asked;
+    for (const QuestionColumn& column : question.columns) {
+      asked.insert(column.strId);
+      if (isBlank(column.strId) || columns.contains(column.strId)) continue;
+      findings.add(deployment.questionList, column.objNode, kId, column.strId,
+                   "The table " + quoted(object->strId) + " has no column " + quoted(column.strId) +
+                       ": errors in it are told as internal ones.",
+                   "Write the id as the object list does.");
+    }
+    if (!object->entry) continue;
+    for (const TableColumn& column : object->columns) {
+      if (isBlank(column.strId) || asked.contains(column.strId)) continue;
+      findings.add(deployment.questionList, question.objNode, "", column.strId,
+                   "The question " + quoted(question.strId) + " has no column " +
+                       quoted(column.strId) + ": an error in its cells can lose the verdict.",
+                   "Add the column with its path.");
+    }
+  }
+}
+
+/// A column's path leads from the row's element to that of the cell.
+void findWrongColumnPaths(const ParsedDeployment& deployment, Findings& findings) {
+  const MessageShape& shape = deployment.shape();
+  if (!shape.isKnown()) return;
+  for (const Question& question : deployment.questions) {
+    const FormObject* const object = deployment.object(question.strId);
+    if (!object || !object->entry || object->kind != ObjectKind::table) continue;
+    const std::string& strType = object->entry->strActionId;
+    const ComplexType* const type = deployment.complexType(toLower(strType));
+    const bool blnText = toLower(strType) == "rowinfotovalue";
+    const std::optional<std::size_t> lngRow = shape.paths().find(question.strXPath);
+    if (blnText || !type || !lngRow || !shape.isPlaceOf(question.strId, *lngRow)) continue;
+    // Where each column's cell goes, by the path.
+    std::unordered_map<std::string, std::size_t> places;
+    for (const Placeholder& place : type->placeholders) {
+      std::vector<std::string> names;
+      for (Node objAbove = place.objNode.parentNode(); objAbove != type->objNode;
+           objAbove = objAbove.parentNode()) {
+        names.push_back(objAbove.nodeName());
+      }
+      std::optional<std::size_t> lngPath = lngRow;
+      for (auto name = names.rbegin(); lngPath && name != names.rend(); ++name) {
+        lngPath = shape.paths().find(*lngPath, *name);
+      }
+      if (lngPath) places.emplace(place.strId, *lngPath);
+    }
+    for (const QuestionColumn& column : question.columns) {
+      const auto place = places.find(column.strId);
+      if (!column.objPath || isBlank(column.strPath)) {
+        if (place == places.end()) continue;
+        findings.add(deployment.questionList, column.objNode, "", column.strId,
+                     "The column has no path: a cell that is missing is not led to it.",
+                     "Give it the path from the row's element to that of the cell.");
+        continue;
+      }
+      std::optional<std::size_t> lngPath = lngRow;
+      for (const std::string& strName : split(column.strPath, "/")) {
+        if (lngPath) lngPath = shape.paths().find(*lngPath, strName);
+      }
+      if (lngPath && (place == places.end() || place->second == *lngPath)) continue;
+      findings.add(deployment.questionList, column.objPath, "", column.strId,
+                   "The path " + quoted(column.strPath) +
+                       (lngPath ? " is that of another column's cells."
+                                : " leads to nothing in a row of the message."),
+                   "Write the path from the row's element to that of the cell.");
+    }
+  }
+}
+
+void findLimits(const ParsedDeployment& deployment, Findings& findings) {
+  const auto look = [&](const Node& objNode, const std::string& strId) {
+    std::optional<std::int64_t> limits[2];
+    const char* const names[2] = {"minLength", "maxLength"};
+    for (std::size_t at = 0; at < 2; ++at) {
+      const std::optional<std::string> strLimit = objNode.getAttribute(names[at]);
+      if (!strLimit) continue;
+      const bool blnNumber = !strLimit->empty() && strLimit->size() < 10 &&
+                             strLimit->find_first_not_of("0123456789") == std::string::npos;
+      if (blnNumber) {
+        limits[at] = std::stoll(*strLimit);
+        continue;
+      }
+      findings.add(deployment.questionList, objNode, names[at], strId,
+                   std::string(names[at]) + "=" + quoted(*strLimit) + " is no number.",
+                   "Write the schema's limit in digits.");
+    }
+    if (limits[0] && limits[1] && *limits[0] > *limits[1]) {
+      findings.add(deployment.questionList, objNode, names[0], strId,
+                   "minLength is more than maxLength.", "Write the schema's limits.");
+    }
+  };
+  for (const Question& question : deployment.questions) {
+    look(question.objNode, question.strId);
+    for (const QuestionColumn& column : question.columns) look(column.objNode, column.strId);
+  }
+}
+
+constexpr auto kRules = std::to_array<Rule>({
+    {"question-without-object", Severity::error, findQuestionsWithoutObject},
+    {"object-without-question", Severity::error, findObjectsWithoutQuestion},
+    {"question-type", Severity::error, findWrongTypes},
+    {"question-without-path", Severity::error, findMissingPaths},
+    {"question-path", Severity::error, findUnknownPaths},
+    {"question-columns", Severity::error, findWrongColumns},
+    {"column-path", Severity::error, findWrongColumnPaths},
+    {"length-no-number", Severity::warning, findLimits},
+});
+
+}  // namespace
+
+std::span<const Rule> questionRules() { return kRules; }
+
+}  // namespace Varnel_Tolv_XML_Creation

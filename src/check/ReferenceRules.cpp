@@ -1,0 +1,211 @@
+#include <array>
+#include <optional>
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+#include "check/MessagePaths.h"
+#include "check/MessageShape.h"
+#include "check/Rule.h"
+#include "check/RuleTables.h"
+#include "check/Words.h"
+#include "config/Attributes.h"
+#include "platform/text/Conversions.h"
+#include "platform/text/Text.h"
+
+namespace Varnel_Tolv_XML_Creation {
+namespace {
+
+constexpr std::size_t kMostCompared = 100;  // of missing paths, with the elements that are there
+
+void findWrongMandatory(const ParsedDeployment& deployment, Findings& findings) {
+  if (!deployment.reference.isLoaded()) return;
+  for (const Node& objElement : deployment.reference.elements()) {
+    const std::string strWord = attributeText(objElement, "mandatory");
+    const std::string strLower = toLower(strWord);
+    if (isBlank(strWord) || strLower == "true" || strLower == "false") continue;
+    findings.add(deployment.reference, objElement, "mandatory", "",
+                 "The word mandatory=" + quoted(strWord) +
+                     " is neither true nor false: a form that leaves the element empty fails.",
+                 "Write \"true\" or \"false\"; a number is none here.");
+  }
+}
+
+void findWrongChoice(const ParsedDeployment& deployment, Findings& findings) {
+  if (!deployment.reference.isLoaded()) return;
+  for (const Node& objElement : deployment.reference.elements()) {
+    const std::string strWord = toLower(attributeText(objElement, "choice"));
+    if (strWord.empty() || strWord == "true" || strWord == "false") continue;
+    findings.add(deployment.reference, objElement, "choice", "",
+                 "The word choice=" + quoted(strWord) + " is not \"true\" and does not count.",
+                 "Write \"true\" or \"false\".");
+  }
+}
+
+void findUnknownQuestionIds(const ParsedDeployment& deployment, Findings& findings) {
+  if (!deployment.reference.isLoaded() || !deployment.knowsObjects()) return;
+  for (const Node& objElement : deployment.reference.elements()) {
+    const std::string strIds(trim(attributeText(objElement, "questionIds")));
+    if (strIds.empty()) continue;
+    for (const std::string& strId : split(strIds, ";")) {
+      // The message is marked with the ids of fields in lower case, with those of tables as they
+      // are.
+      const FormObject* const object = deployment.object(strId);
+      if (object && (object->kind == ObjectKind::table || !hasCapitals(strId))) continue;
+      findings.add(deployment.reference, objElement, "questionIds", strId,
+                   "questionIds names " + quoted(strId) +
+                       ", which no element of the message is marked with: for it the element is "
+                       "not mandatory.",
+                   "Write ids of objects, joined by \";\" without blanks.");
+    }
+  }
+}
+
+void findWrongRoot(const ParsedDeployment& deployment, Findings& findings) {
+  const ParsedFile& reference = deployment.reference;
+  if (!reference.isLoaded() || !deployment.messageTemplate.isLoaded()) return;
+  const std::string strRoot = deployment.messageTemplate.root().nodeName();
+  if (reference.root().nodeName() == strRoot) return;
+  findings.add(reference, reference.root(), "", "",
+               "The root is " + quoted(reference.root().nodeName()) + ", and that of the message " +
+                   quoted(strRoot) + ": nothing is found here, and all empty elements go.",
+               "Give it the name of the template's root, prefix included.");
+}
+
+/// The paths of the reference XML, as the message's are looked up in it: an element without a
+/// namespace by its name, one with a namespace by the prefix that is registered for it.
+class ReferencePaths {
+ public:
+  explicit ReferencePaths(const ParsedDeployment& deployment) {
+    std::unordered_map<std::string, std::string> prefixes;
+    for (const NamespaceEntry& entry : deployment.namespaces) {
+      prefixes.emplace(entry.strName, entry.strPrefix);
+    }
+    struct Open {
+      Node objNode;
+      std::size_t lngAbove;
+    };
+    std::vector<Open> open{{deployment.reference.root(), MessagePaths::kTop}};
+    while (!open.empty()) {
+      const Open next = open.back();
+      open.pop_back();
+      std::string strName = next.objNode.baseName();
+      const std::string strUri = next.objNode.namespaceUri();
+      const auto prefix = prefixes.find(strUri);
+      if (!strUri.empty())
+        strName = (prefix == prefixes.end() ? "?" : prefix->second) + ":" + strName;
+      const std::size_t lngPath = paths.add(next.lngAbove, strName);
+      nodes.emplace(lngPath, next.objNode);
+      for (const Node& objChild : childElements(next.objNode)) open.push_back({objChild, lngPath});
+    }
+  }
+
+  MessagePaths paths;
+  std::unordered_map<std::size_t, Node> nodes;  // the first with each path
+};
+
+bool areKnown(const ParsedDeployment& deployment) {
+  return deployment.reference.isLoaded() && deployment.shape().isKnown() &&
+         deployment.reference.root().nodeName() == deployment.messageTemplate.root().nodeName();
+}
+
+/// Paths of questions, and of their columns, that the reference XML must know: the verdict ends
+/// where one is looked up in vain.
+void findMissingPaths(const ParsedDeployment& deployment, Findings& findings) {
+  if (!areKnown(deployment) || !deployment.questionList.isLoaded()) return;
+  const ReferencePaths reference(deployment);
+  const MessagePaths& message = deployment.shape().paths();
+  std::unordered_set<std::string> told;
+  const auto look = [&](const std::string& strPath, const std::string& strObject) {
+    if (!strPath.starts_with('/') || !message.find(strPath) || reference.paths.find(strPath))
+      return;
+    // The deepest element above that is there; below it an element that is none of the message's
+    // and has nearly this name is the one that was meant.
+    std::size_t lngAbove = MessagePaths::kTop;
+    std::optional<std::size_t> lngMessage = MessagePaths::kTop;
+    std::string strMissing;
+    for (const std::string& strName : split(std::string_view(strPath).substr(1), "/")) {
+      const std::optional<std::size_t> lngNext = reference.paths.find(lngAbove, strName);
+      if (!lngNext) {
+        strMissing = strName;
+        break;
+      }
+      lngAbove = *lngNext;
+      lngMessage = message.find(*lngMessage, strName);
+    }
+    const auto above = reference.nodes.find(lngAbove);
+    Node objPlace = above == reference.nodes.end() ? deployment.reference.root() : above->second;
+    if (!told.insert(std::to_string(lngAbove) + "/" + strMissing).second) return;
+    const bool blnCompared = told.size() <= kMostCompared;
+    for (const Node& objChild : blnCompared ? childElements(objPlace) : std::vector<Node>()) {
+      const std::string strName = objChild.nodeName();
+      const bool blnOfMessage = lngMessage && message.find(*lngMessage, strName);
+      if (blnOfMessage || !isSlipOf(strName, strMissing)) continue;
+      objPlace = objChild;
+      break;
+    }
+    findings.add(deployment.reference, objPlace, "", strObject,
+                 "The reference XML has no element " + quoted(strMissing) + " at the path " +
+                     quoted(strPath) + ": empty ones go, and an error there can lose the verdict.",
+                 "Add it, with mandatory=\"true\" or \"false\".");
+  };
+  for (const Question& question : deployment.questions) {
+    if (!deployment.object(question.strId)) continue;
+    look(question.strXPath, question.strId);
+    for (const QuestionColumn& column : question.columns) {
+      if (column.objPath) look(question.strXPath + "/" + column.strPath, column.strId);
+    }
+  }
+}
+
+/// Elements that the message never has, although one with nearly the name is there.
+void findUnknownElements(const ParsedDeployment& deployment, Findings& findings) {
+  if (!areKnown(deployment)) return;
+  const MessagePaths& message = deployment.shape().paths();
+  struct Open {
+    Node objNode;
+    std::size_t lngPath;  // in the message
+  };
+  const std::optional<std::size_t> lngRoot =
+      message.find(MessagePaths::kTop, deployment.reference.root().nodeName());
+  if (!lngRoot) return;
+  std::vector<Open> open{{deployment.reference.root(), *lngRoot}};
+  while (!open.empty()) {
+    const Open next = open.back();
+    open.pop_back();
+    std::unordered_set<std::string> seen;
+    for (const Node& objChild : childElements(next.objNode)) {
+      const std::string strName = objChild.nodeName();
+      const std::optional<std::size_t> lngPath = message.find(next.lngPath, strName);
+      if (lngPath) {
+        if (!seen.insert(strName).second) {
+          findings.add(deployment.reference, objChild, "", "",
+                       "There is an element " + quoted(strName) +
+                           " before this one, which counts; this one is never found.",
+                       "Take one of them out.");
+        }
+        open.push_back({objChild, *lngPath});
+        continue;
+      }
+      findings.add(deployment.reference, objChild, "", "",
+                   "The message never has an element " + quoted(strName) +
+                       " here, neither from the template nor from the mapping.",
+                   "Correct the name, or leave it when it is for later.");
+    }
+  }
+}
+
+constexpr auto kRules = std::to_array<Rule>({
+    {"mandatory-no-boolean", Severity::error, findWrongMandatory},
+    {"choice-not-true", Severity::warning, findWrongChoice},
+    {"question-ids-name-nothing", Severity::error, findUnknownQuestionIds},
+    {"reference-root", Severity::error, findWrongRoot},
+    {"not-in-reference", Severity::error, findMissingPaths},
+    {"reference-unknown", Severity::warning, findUnknownElements},
+});
+
+}  // namespace
+
+std::span<const Rule> referenceRules() { return kRules; }
+
+}  // namespace Varnel_Tolv_XML_Creation

@@ -1,6 +1,5 @@
 #include "platform/xpath/LibraryXPath.h"
 
-#include <libxml/hash.h>
 #include <libxml/xpath.h>
 #include <libxml/xpathInternals.h>
 
@@ -14,6 +13,8 @@
 #include "platform/xml/XmlLibrary.h"
 #include "platform/xml/XmlMemory.h"
 #include "platform/xml/XmlTree.h"
+#include "platform/xpath/LibraryExpression.h"
+#include "platform/xpath/LibraryFunctions.h"
 #include "platform/xpath/LibraryTree.h"
 #include "platform/xpath/LocationPath.h"
 #include "platform/xpath/SelectionNamespaces.h"
@@ -23,17 +24,20 @@ namespace Varnel_Tolv_XML_Creation {
 
 namespace {
 
-// What the library may do for one selection, in its own operations, each of which can take as long
-// as a set has nodes. First a little, which is enough for nearly all; then what the size of the
-// tree allows: never less than a few passes over it.
+// What the library may do for one selection, in its own operations: a node looked at, or 32 bytes
+// of a text. First a little, which is enough for nearly all; then some passes over the tree, or,
+// where a step may come to one node from several and each node found is compared with those there
+// are, what keeps the comparisons to some seconds: a few passes over 50,000 nodes.
 constexpr unsigned long kFirstOperations = 100'000;
-constexpr unsigned long kMaxOperations = 10'000'000;
+constexpr unsigned long kMostOperations = 10'000'000;
 constexpr unsigned long kOperationsPerNode = 20;
-constexpr unsigned long kMaxOperationsTimesNodes = 20'000'000'000;
+constexpr unsigned long kMostComparisons = 10'000'000'000;
 
 using OwnedContext = Owned<xmlXPathContext, xmlXPathFreeContext>;
 using OwnedExpression = Owned<xmlXPathCompExpr, xmlXPathFreeCompExpr>;
 using OwnedObject = Owned<xmlXPathObject, xmlXPathFreeObject>;
+
+constexpr std::string_view kTooNested = "The expression is nested too deeply";
 
 [[noreturn]] void fail(std::string_view strDescription) {
   throw RuntimeError(kXmlFailure, strDescription);
@@ -101,8 +105,8 @@ void failAsUnknown(xmlXPathParserContext* parser, int) {
 
 /// Left alone the library prints a line about a function that it does not know.
 xmlXPathFunction findFunction(void* context, const xmlChar* name, const xmlChar* uri) {
-  xmlHashTable* known = static_cast<xmlXPathContext*>(context)->funcHash;
-  return xmlHashLookup2(known, name, uri) != nullptr ? nullptr : failAsUnknown;
+  const xmlXPathFunction found = countedFunction(static_cast<xmlXPathContext*>(context), name, uri);
+  return found ? found : failAsUnknown;
 }
 
 /// The first prefix in a well-formed expression that is not declared. The library notices only one
@@ -147,12 +151,12 @@ std::string withNamesRecognised(std::string_view strXPath) {
   return strResult;
 }
 
-unsigned long operationsFor(const xmlDoc* document) {
+unsigned long operationsFor(const xmlDoc* document, bool blnMeets) {
   const auto* top = reinterpret_cast<const xmlNode*>(document);
   unsigned long nodes = 0;
   for (const xmlNode* node = top; node != nullptr; node = nextBelow(node, top)) ++nodes;
-  return std::max(nodes * kOperationsPerNode,
-                  std::min(kMaxOperations, kMaxOperationsTimesNodes / nodes));
+  if (blnMeets) return std::max(kFirstOperations, kMostComparisons / nodes);
+  return kMostOperations + nodes * kOperationsPerNode;
 }
 
 class LibraryEvaluation {
@@ -184,9 +188,11 @@ class LibraryEvaluation {
     if (!expression_) raise(code_);
   }
 
-  OwnedObject evaluate() {
+  OwnedObject evaluate(bool blnMeets) {
     OwnedObject result = evaluateWithin(kFirstOperations);
-    if (!result && code_ == kOperationLimit) result = evaluateWithin(operationsFor(context_->doc));
+    if (!result && code_ == kOperationLimit) {
+      result = evaluateWithin(operationsFor(context_->doc, blnMeets));
+    }
     if (!result) raise(code_);
     return result;
   }
@@ -195,6 +201,7 @@ class LibraryEvaluation {
   OwnedObject evaluateWithin(unsigned long operations) {
     code_ = 0;
     context_->opCount = 0;
+    context_->depth = 0;
     context_->opLimit = operations;
     OwnedObject result(xmlXPathCompiledEval(expression_.get(), context_.get()));
     memory_.check();
@@ -239,14 +246,18 @@ std::vector<TreeNode*> selectByLibrary(const SelectionContext& context, std::str
 
   // The parentheses change nothing but that the library does not take its evaluator for streams,
   // which knows no limit and can run for hours on a deep tree.
-  const std::string strWritten = withNamesRecognised(strXPath);
-  evaluation.compile(strWritten);
-  evaluation.compile("(" + strWritten + ")");
+  const std::string strRecognised = withNamesRecognised(strXPath);
+  if (libraryDepth(strRecognised) > kMaxLibraryDepth) fail(kTooNested);
+  evaluation.compile(strRecognised);
+  const std::optional<LibraryExpression> written = writeForLibrary(strRecognised);
+  if (!written) fail(sentence(XML_XPATH_UNKNOWN_FUNC_ERROR));
+  if (written->lngDepth > kMaxLibraryDepth) fail(kTooNested);
+  evaluation.compile("(" + written->strText + ")");
   if (const auto strPrefix = undeclaredPrefix(strXPath, context.namespaces)) {
     fail("Reference to undeclared namespace prefix: '" + std::string(*strPrefix) + "'.");
   }
   const bool blnHidden = context.blnFragment && isDocument(top);
-  return nodesOf(*evaluation.evaluate(), blnHidden ? top : nullptr);
+  return nodesOf(*evaluation.evaluate(written->blnMeets), blnHidden ? top : nullptr);
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -2,6 +2,8 @@
 
 #include <libxml/xpathInternals.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -13,12 +15,14 @@ namespace {
 bool compareText(const TreeNode* owner, std::string_view strExpected, bool blnBeginning,
                  WorkLimit& limit) {
   if (isAttribute(owner)) {
+    limit.countText(std::min<std::size_t>(owner->lngSize, strExpected.size()));
     return blnBeginning ? valueOf(owner).starts_with(strExpected) : valueOf(owner) == strExpected;
   }
   for (const TreeNode* piece = nextBelow(owner, owner); piece; piece = nextBelow(piece, owner)) {
     limit.count();
     if (!isCharacterData(piece)) continue;
     const std::string_view strPiece = valueOf(piece);
+    limit.countText(std::min(strPiece.size(), strExpected.size()));
     if (strPiece.size() >= strExpected.size() && blnBeginning) {
       return strPiece.starts_with(strExpected);
     }
@@ -34,6 +38,7 @@ bool equalsNumber(const TreeNode* owner, double dblNumber, WorkLimit& limit) {
     piece = nextBelow(piece, owner);
   }
   const std::string strText = textOf(owner);
+  limit.countText(strText.size());
   return xmlXPathStringEvalNumber(reinterpret_cast<const xmlChar*>(strText.c_str())) == dblNumber;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 #include "result/RuntimeError.h"
@@ -12,6 +13,13 @@ class WorkLimit {
   /// Raises kXmlFailure when it is too much.
   void count() {
     if (--left_ == 0) exceeded();
+  }
+
+  /// The same for a text that is read.
+  void countText(std::size_t lngBytes) {
+    constexpr std::size_t kBytesOfOne = 32;
+    if (left_ <= lngBytes / kBytesOfOne) exceeded();
+    left_ -= lngBytes / kBytesOfOne;
   }
 
  private:

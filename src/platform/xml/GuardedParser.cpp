@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "platform/text/Text.h"
+#include "platform/xml/DecodeXml.h"
 #include "platform/xml/ReadXmlFile.h"
 #include "platform/xml/TreeLimits.h"
 #include "platform/xml/XmlLibrary.h"
@@ -46,51 +47,44 @@ std::size_t entityLimit(std::size_t lngInput) {
   return std::max(std::size_t{10'000'000}, 10 * lngInput) + lngInput;
 }
 
-/// What the bytes of an input show before they are parsed. Zero bytes are passed over, so that it
-/// is the same for each width of characters.
+/// What the text of an input shows before it is parsed.
 struct Preview {
   bool blnDocumentType = false;    // it has, or seems to have, a document type declaration
   bool blnManyAttributes = false;  // a start tag has more attributes than are accepted
 };
 
-/// Whether `strTag`, from its "<" up to the next, is a start tag of too many attributes. No tag
-/// holds another "<".
+/// Whether `strTag`, from its "<" up to the next, holds too many attributes: an equals sign and a
+/// value in quotes. No tag holds another "<", and behind anything else the parser gives a tag up.
 bool hasManyAttributes(std::string_view strTag) {
   constexpr std::size_t kShortest = std::string_view(" a=''").size();  // one attribute
   if (strTag.size() < kMaxAttributes * kShortest) return false;
-  char quote = 0;
-  int lngEquals = 0;
-  for (const char byte : strTag) {
-    if (quote != 0) {
-      if (byte == quote) quote = 0;
-    } else if (byte == '"' || byte == '\'') {
-      quote = byte;
-    } else if (byte == '>') {
-      return false;
-    } else if (byte == '=' && ++lngEquals > kMaxAttributes) {
-      return true;
-    }
+  int lngAttributes = 0;
+  for (std::size_t at = strTag.find_first_of("=>"); at != std::string_view::npos;
+       at = strTag.find_first_of("=>", at)) {
+    if (strTag[at] == '>') return false;
+    at = strTag.find_first_not_of(" \t\r\n", at + 1);
+    if (at == std::string_view::npos) return false;
+    if (strTag[at] != '"' && strTag[at] != '\'') continue;
+    at = strTag.find(strTag[at], at + 1);
+    if (++lngAttributes > kMaxAttributes) return true;
   }
   return false;
 }
 
-Preview preview(std::string_view strBytes) {
-  Preview seen;
-  while (true) {
-    const std::size_t begin = strBytes.find('<');
-    if (begin == std::string_view::npos) return seen;
-    const std::size_t end = std::min(strBytes.find('<', begin + 1), strBytes.size());
-    const std::string_view strTag = strBytes.substr(begin, end - begin);
-    std::size_t at = strTag.find_first_not_of('\0', 1);
-    const char kind = at < strTag.size() ? strTag[at] : '>';
-    if (kind == '!') {
-      at = strTag.find_first_not_of('\0', at + 1);
-      if (at < strTag.size() && strTag[at] == 'D') seen.blnDocumentType = true;
-    } else if (kind != '?' && kind != '/' && hasManyAttributes(strTag)) {
-      seen.blnManyAttributes = true;
-    }
-    strBytes.remove_prefix(end);
+/// Whether one of the tags in a text does. A comment may hold what looks like a tag: it is taken
+/// for one, as what looks like a comment may stand in the value of an entity.
+bool holdsManyAttributes(std::string_view strText) {
+  for (std::size_t begin = strText.find('<'); begin != std::string_view::npos;) {
+    const std::size_t end = strText.find('<', begin + 1);
+    if (hasManyAttributes(strText.substr(begin, end - begin))) return true;
+    begin = end;
   }
+  return false;
+}
+
+Preview preview(std::string_view strText) {
+  return {.blnDocumentType = strText.find("<!D") != std::string_view::npos,
+          .blnManyAttributes = holdsManyAttributes(strText)};
 }
 
 /// Whether a report of the parser makes the load fail.
@@ -166,12 +160,12 @@ struct ParserCallbacks {
     return xmlDictSize(static_cast<xmlParserCtxt*>(context)->dict) > kMaxNames;
   }
 
-  /// Without limits of its own the parser must not meet an entity.
+  /// Without limits of its own the parser must not meet an entity: one that was not foreseen.
   static void onDocumentType(void* context, const xmlChar* name, const xmlChar* publicId,
                              const xmlChar* systemId) {
     GuardedParser& self = GuardedParser::of(context);
     if (!self.blnDocumentTypeAllowed_) {
-      return self.stop(context, "A document type is not supported in this encoding.");
+      return self.stop(context, "A document type is not expected here.");
     }
     self.documentType(context, name, publicId, systemId);
   }
@@ -187,6 +181,8 @@ struct ParserCallbacks {
     if (self.entityTags_ > kMaxEntityTags) {
       return self.stop(context, "The entities hold too many elements.");
     }
+    // Its tags may have been written with character references.
+    if (holdsManyAttributes(strContent)) return self.stop(context, kTooManyAttributes);
     xmlSAX2EntityDecl(context, name, type, publicId, systemId, content);
   }
 
@@ -273,29 +269,34 @@ void GuardedParser::stop(void* context, const char* reason) noexcept {
 OwnedXmlDoc GuardedParser::parse(std::string_view strBytes, XmlEncoding encoding, ParseError& error,
                                  AttributeDefaults defaults) {
   error = {XML_ERR_DOCUMENT_EMPTY, 0, "Document is empty"};
-  if (strBytes.empty()) return nullptr;
-  if (strBytes.size() > INT_MAX) {
+  std::string strDecoded;
+  std::string_view strText = strBytes;
+  if (encoding == XmlEncoding::declared) {
+    const auto decoded = decodeXml(strBytes, strDecoded, error);
+    if (!decoded) return nullptr;
+    strText = *decoded;
+  }
+  if (strText.empty()) return nullptr;
+  if (strText.size() > INT_MAX) {
     error = tooLarge(INT_MAX);
     return nullptr;
   }
-  const Preview seen = preview(strBytes);
+  const Preview seen = preview(strText);
   if (seen.blnManyAttributes) {
     error = {XML_ERR_INTERNAL_ERROR, 0, kTooManyAttributes};
     return nullptr;
   }
-  maxExpandedBytes_ = expansionLimit(strBytes.size());
-  maxEntityBytes_ = entityLimit(strBytes.size());
+  maxExpandedBytes_ = expansionLimit(strText.size());
+  maxEntityBytes_ = entityLimit(strText.size());
   defaults_ = defaults;
   blnDocumentTypeAllowed_ = seen.blnDocumentType;
   int options = XML_PARSE_NODICT | XML_PARSE_NONET | XML_PARSE_NOENT | XML_PARSE_NOERROR |
-                XML_PARSE_NOWARNING;
+                XML_PARSE_NOWARNING | XML_PARSE_IGNORE_ENC;
   // The parser's own limits are against entities, and they refuse an answer of more than ten
   // million bytes. Where nothing can declare an entity the size of the input is limit enough.
   if (!seen.blnDocumentType) options |= XML_PARSE_HUGE;
-  if (encoding == XmlEncoding::utf8) options |= XML_PARSE_IGNORE_ENC;
-  OwnedXmlDoc document(
-      xmlCtxtReadMemory(parser_.get(), strBytes.data(), static_cast<int>(strBytes.size()), nullptr,
-                        encoding == XmlEncoding::utf8 ? "UTF-8" : nullptr, options));
+  OwnedXmlDoc document(xmlCtxtReadMemory(
+      parser_.get(), strText.data(), static_cast<int>(strText.size()), nullptr, "UTF-8", options));
   if (exception_) std::rethrow_exception(exception_);
   memory_.check();
   // The library takes a NUL for the end of its input.

@@ -17,7 +17,7 @@ namespace Varnel_Tolv_XML_Creation {
 
 /// How the bytes of an input become characters.
 enum class XmlEncoding {
-  declared,  // UTF-8 unless a mark or the declaration says otherwise
+  declared,  // UTF-8 unless a mark or the declaration says otherwise; see DecodeXml.h
   utf8,      // it is text already, whatever encoding its declaration names
 };
 

@@ -344,6 +344,107 @@ TEST(LoadXml, ReadsAFileInItsDeclaredEncoding) {
   EXPECT_FALSE(objDocument.load(folder.write("plain.xml", "<a>\xE9</a>")));
 }
 
+/// A text of ASCII, and of characters below 65,536 written as U+XXXX would be, in UTF-16.
+std::string inUtf16(std::u16string_view strText, bool blnBigEnd) {
+  std::string strBytes;
+  for (const char16_t unit : strText) {
+    const auto high = static_cast<char>(unit >> 8);
+    const auto low = static_cast<char>(unit & 0xFF);
+    strBytes += blnBigEnd ? high : low;
+    strBytes += blnBigEnd ? low : high;
+  }
+  return strBytes;
+}
+
+TEST(LoadXml, TakesTheEncodingsOfItsListAndNoOthers) {
+  const TemporaryFolder folder;
+  const std::u16string strWide = u"<?xml version='1.0' encoding='utf-16'?><a b='\u0122'>\u00e9</a>";
+  const std::u16string strUndeclared = u"<a b='\u0122'>\u00e9</a>";
+  const auto declared = [](const std::string& strEncoding, const std::string& strText) {
+    return "<?xml version='1.0' encoding='" + strEncoding + "'?><a>" + strText + "</a>";
+  };
+  const struct {
+    const char* says;
+    std::string strBytes, strText;
+  } taken[] = {
+      {"UTF-8", declared("UTF-8", "\xC3\xA9"), "\xC3\xA9"},
+      {"UTF-8 in small letters", declared("utf-8", "\xC3\xA9"), "\xC3\xA9"},
+      {"UTF-8 with its mark", "\xEF\xBB\xBF<a>\xC3\xA9</a>", "\xC3\xA9"},
+      {"the mark decides", "\xEF\xBB\xBF" + declared("ISO-8859-1", "\xC3\xA9"), "\xC3\xA9"},
+      {"UTF-16 with its mark", "\xFE\xFF" + inUtf16(strWide, true), "\xC3\xA9"},
+      {"UTF-16, the little end first", "\xFF\xFE" + inUtf16(strWide, false), "\xC3\xA9"},
+      {"UTF-16 without a mark", inUtf16(strWide, true), "\xC3\xA9"},
+      {"the same, the little end first", inUtf16(strUndeclared, false), "\xC3\xA9"},
+      {"US-ASCII", declared("US-ASCII", "e"), "e"},
+      {"Latin-1", declared("iso-8859-1", "\xE9"), "\xC3\xA9"},
+      {"Latin-9", declared("ISO-8859-15", "\xA4"), "\xE2\x82\xAC"},
+      {"a code page", declared("windows-1252", "\x80"), "\xE2\x82\xAC"},
+      {"another one", declared("Windows-1251", "\xC0"), "\xD0\x90"},
+      {"with standalone and double quotes",
+       "<?xml version=\"1.0\" encoding = \"ISO-8859-1\" standalone='yes'?><a>\xE9</a>", "\xC3\xA9"},
+  };
+  for (const auto& c : taken) {
+    SCOPED_TRACE(c.says);
+    const Document objDocument = Document::create();
+    EXPECT_TRUE(objDocument.load(folder.write("taken.xml", c.strBytes)))
+        << objDocument.parseError().reason;
+    EXPECT_EQ(objDocument.documentElement().text(), c.strText);
+  }
+  const struct {
+    std::string strBytes;
+    const char* reason;
+  } refused[] = {
+      {declared("UTF-7", "e"), "The encoding 'utf-7' is not supported."},
+      {declared("EBCDIC-CP-US", "e"), "The encoding 'ebcdic-cp-us' is not supported."},
+      {declared("X-NONE", "e"), "The encoding 'x-none' is not supported."},
+      {declared("a&#10;b", "e"), "The encoding 'a&#10;b' is not supported."},
+      {declared("UTF-16", "e"), "The encoding 'utf-16' is not that of the document."},
+      {"\x4C\x6F\xA7\x94\x93", "The encoding of the document is not supported."},
+      {std::string("\0\0\0<\0\0\0a", 8), "The encoding of the document is not supported."},
+      {std::string("\xFF\xFE\0\0<\0\0\0", 8), "The encoding of the document is not supported."},
+      {declared("US-ASCII", "\xE9"), "The document is not in the encoding 'us-ascii'."},
+      {inUtf16(u"<a>\xD800</a>", true), "The document is not in the encoding 'utf-16be'."},
+      {"\xFF\xFE<", "The document is not in the encoding 'utf-16le'."},
+  };
+  for (const auto& c : refused) {
+    const Document objDocument = Document::create();
+    EXPECT_FALSE(objDocument.load(folder.write("refused.xml", c.strBytes)));
+    EXPECT_EQ(objDocument.parseError().reason, c.reason);
+    EXPECT_EQ(objDocument.parseError().line, 1);
+  }
+}
+
+TEST(LoadXml, CountsTheAttributesOfATagWhateverItsEncoding) {
+  const TemporaryFolder folder;
+  // Of each character the second byte is a quotation mark, or an angle bracket.
+  for (const char16_t inside : {u'\u0122', u'\u013E', u'\u013C', u'\u223D'}) {
+    std::u16string strTag = u"<r";
+    for (int at = 0; at < 100'000; ++at) {
+      strTag += u" a";
+      for (const char digit : std::to_string(at)) strTag += static_cast<char16_t>(digit);
+      ((strTag += u"='") += inside) += u'\'';
+    }
+    for (const bool blnBigEnd : {true, false}) {
+      const Document objDocument = Document::create();
+      EXPECT_FALSE(objDocument.load(folder.write("r.xml", inUtf16(strTag + u"/>", blnBigEnd))));
+      EXPECT_EQ(objDocument.parseError().reason, "An element has more than 512 attributes.");
+    }
+  }
+  std::string strEntity = "<!DOCTYPE r [<!ENTITY e \"&#60;e";
+  for (int at = 0; at < 100'000; ++at) strEntity += " a" + std::to_string(at) + "='&#39;'";
+  expectRefused(strEntity + "/>\">]><r>&e;</r>");
+}
+
+TEST(LoadXml, TakesNoRulerInACommentForAttributes) {
+  const std::string strRuler(1000, '=');
+  for (const std::string& strComment : {"a < b " + strRuler, "<x " + strRuler + " it's",
+                                        "<x a='1' " + strRuler + "\n" + strRuler}) {
+    const std::string strXml = "<r><!--" + strComment + "--><a/></r>";
+    EXPECT_EQ(loaded(strXml).documentElement().childNodes()->length(), 2U) << strComment;
+    EXPECT_TRUE(loaded("<!DOCTYPE r><!--" + strComment + "--><r/>").documentElement());
+  }
+}
+
 TEST(LoadXml, RefusesWhatIsLargerThanTheLimit) {
   const TemporaryFolder folder;
   const std::string strText = "<a>1234567890</a>";

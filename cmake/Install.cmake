@@ -1,19 +1,20 @@
+# What is installed, in the components of which the packages are made (cmake/Packages.cmake):
+# library, development, tools, host.
 include(CMakePackageConfigHelpers)
 
 set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/VarnelXmlCreation")
+set(include_dir "${CMAKE_INSTALL_INCLUDEDIR}/varnel-xml-creation-${PROJECT_VERSION_MAJOR}")
 
-install(TARGETS XmlCreation
-  EXPORT VarnelXmlCreationTargets
-  FILE_SET HEADERS DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/VarnelXmlCreation")
-install(EXPORT VarnelXmlCreationTargets NAMESPACE Varnel:: DESTINATION "${package_dir}")
+install(TARGETS XmlCreationShared EXPORT VarnelXmlCreationTargets
+  LIBRARY COMPONENT library NAMELINK_COMPONENT development
+  INCLUDES DESTINATION "${include_dir}")
+install(TARGETS XmlCreation EXPORT VarnelXmlCreationStaticTargets
+  ARCHIVE COMPONENT development
+  FILE_SET HEADERS DESTINATION "${include_dir}" COMPONENT development)
+foreach(export IN ITEMS VarnelXmlCreationTargets VarnelXmlCreationStaticTargets)
+  install(EXPORT ${export} NAMESPACE Varnel:: DESTINATION "${package_dir}" COMPONENT development)
+endforeach()
 
-# A shared library carries its dependencies; whoever links the static one has to find them.
-get_target_property(library_type XmlCreation TYPE)
-if(library_type STREQUAL "STATIC_LIBRARY")
-  set(VARNEL_FINDS_DEPENDENCIES TRUE)
-else()
-  set(VARNEL_FINDS_DEPENDENCIES FALSE)
-endif()
 configure_package_config_file(
   "${CMAKE_CURRENT_LIST_DIR}/VarnelXmlCreationConfig.cmake.in"
   "${CMAKE_CURRENT_BINARY_DIR}/VarnelXmlCreationConfig.cmake"
@@ -24,16 +25,44 @@ write_basic_package_version_file(
 install(FILES
   "${CMAKE_CURRENT_BINARY_DIR}/VarnelXmlCreationConfig.cmake"
   "${CMAKE_CURRENT_BINARY_DIR}/VarnelXmlCreationConfigVersion.cmake"
-  DESTINATION "${package_dir}")
+  DESTINATION "${package_dir}" COMPONENT development)
+
+# pkg-config finds the prefix by the place of the file, so that the package can be moved.
+set(pkgconfig_dir "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+file(RELATIVE_PATH prefix_from_pkgconfig "/${pkgconfig_dir}" "/")
+configure_file("${CMAKE_CURRENT_LIST_DIR}/varnel-xml-creation.pc.in"
+  "${CMAKE_CURRENT_BINARY_DIR}/varnel-xml-creation.pc" @ONLY)
+install(FILES "${CMAKE_CURRENT_BINARY_DIR}/varnel-xml-creation.pc"
+  DESTINATION "${pkgconfig_dir}" COMPONENT development)
 
 # The library holds schemas of the W3C, whose notice goes with every copy.
 install(FILES "${CMAKE_CURRENT_LIST_DIR}/../src/platform/schema/w3c/LICENSE"
-  DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/VarnelXmlCreation" RENAME LICENSE.W3C)
+  DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/varnel-xml-creation" RENAME LICENSE.W3C COMPONENT library)
 
-file(RELATIVE_PATH library_dir "/${CMAKE_INSTALL_BINDIR}" "/${CMAKE_INSTALL_LIBDIR}")
-foreach(program IN ITEMS varnel-xml varnel-xml-host)
-  if(TARGET ${program})
-    set_target_properties(${program} PROPERTIES INSTALL_RPATH "$ORIGIN/${library_dir}")
-    install(TARGETS ${program})
-  endif()
-endforeach()
+# The programs have the static library inside, so they run wherever they are copied to. Their manual
+# pages tell the options that --help tells.
+function(varnel_install_program program component section)
+  install(TARGETS ${program} RUNTIME COMPONENT ${component})
+
+  set(page "${program}.${section}")
+  set(source "${PROJECT_SOURCE_DIR}/docs/man/${page}.in")
+  set(maker "${PROJECT_SOURCE_DIR}/cmake/ManPage.cmake")
+  add_custom_command(OUTPUT "${page}.gz"
+    COMMAND "${CMAKE_COMMAND}" "-DPROGRAM=$<TARGET_FILE:${program}>" "-DPAGE=${source}"
+      "-DOUTPUT=${CMAKE_CURRENT_BINARY_DIR}/${page}" -DVERSION=${PROJECT_VERSION} -P "${maker}"
+    COMMAND gzip -9nf "${page}"
+    DEPENDS ${program} "${source}" "${maker}"
+    VERBATIM)
+  add_custom_target(${program}-page ALL DEPENDS "${page}.gz")
+  install(FILES "${CMAKE_CURRENT_BINARY_DIR}/${page}.gz"
+    DESTINATION "${CMAKE_INSTALL_MANDIR}/man${section}" COMPONENT ${component})
+
+  install(FILES "${PROJECT_SOURCE_DIR}/completions/varnel-xml.bash"
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" RENAME ${program}
+    COMPONENT ${component})
+endfunction()
+
+if(VARNEL_DEVELOPER_MODE)
+  varnel_install_program(varnel-xml tools 1)
+  varnel_install_program(varnel-xml-host host 8)
+endif()

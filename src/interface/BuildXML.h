@@ -8,6 +8,7 @@
 #include "platform/dom/Document.h"
 #include "platform/host/HostServices.h"
 #include "result/Acknowledge.h"
+#include "result/Export.h"
 #include "result/ValidationErrors.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -18,7 +19,7 @@ struct Session;
 /// instances run in parallel. It keeps two things between calls: the namespace list, loaded by the
 /// first run and used for all, and the default user message. The host's services must outlive it.
 /// One that was moved from may only be assigned to or destroyed.
-class BuildXML {
+class VARNEL_EXPORT BuildXML {
  public:
   explicit BuildXML(const HostServices& host);
   ~BuildXML();

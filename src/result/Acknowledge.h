@@ -4,12 +4,13 @@
 #include <string>
 #include <string_view>
 
+#include "result/Export.h"
 #include "result/ServiceEnums.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
 /// The outcome of an operation. A new one is successful: code 0 and three empty texts.
-class [[nodiscard]] Acknowledge {
+class [[nodiscard]] VARNEL_EXPORT Acknowledge {
  public:
   const std::string& ErrorSource() const noexcept { return strErrorSource_; }
   void ErrorSource(std::string_view strErrorSource) { strErrorSource_ = strErrorSource; }
@@ -43,7 +44,7 @@ class [[nodiscard]] Acknowledge {
 };
 
 /// A failed result with the three values that `SetError` takes.
-Acknowledge Failure(std::int32_t lngErrorCode, std::string_view strErrorDetail,
-                    std::string_view strUserMessage);
+VARNEL_EXPORT Acknowledge Failure(std::int32_t lngErrorCode, std::string_view strErrorDetail,
+                                  std::string_view strUserMessage);
 
 }  // namespace Varnel_Tolv_XML_Creation

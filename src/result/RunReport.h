@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "result/Export.h"
+
 // What really happened in a run, for a host that asks for it (`HostServices::report`). It stands
 // beside the result and the two collections of errors, which keep to what callers rely on: one
 // user error for each question, and a run that counts as successful although its check broke down.
@@ -22,7 +24,7 @@ enum class Verdict : std::uint8_t {
 };
 
 /// "not-asked", "valid", "invalid", "not-checked".
-std::string_view verdictName(Verdict verdict) noexcept;
+VARNEL_EXPORT std::string_view verdictName(Verdict verdict) noexcept;
 
 enum class ViolationKind : std::uint8_t {
   missingChild,
@@ -38,7 +40,7 @@ enum class ViolationKind : std::uint8_t {
 };
 
 /// The name with hyphens: "missing-child".
-std::string_view violationKindName(ViolationKind kind) noexcept;
+VARNEL_EXPORT std::string_view violationKindName(ViolationKind kind) noexcept;
 
 /// One violation of the schema, with what a host needs to word it in a language of its own. An
 /// error that no question can mend has empty ids.
@@ -82,7 +84,7 @@ struct AnswerLoss {
 enum class JournalOutcome : std::uint8_t { written, leftOut, lost };
 
 /// "written", "left-out", "lost".
-std::string_view journalOutcomeName(JournalOutcome outcome) noexcept;
+VARNEL_EXPORT std::string_view journalOutcomeName(JournalOutcome outcome) noexcept;
 
 /// What became of one field, cell or hidden field.
 struct JournalEntry {

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "result/Export.h"
+
 namespace Varnel_Tolv_XML_Creation {
 
 /// The numbers that a run-time error can carry. They reach the caller as `Acknowledge::ErrorCode`
@@ -25,7 +27,7 @@ enum RuntimeErrorNumber : std::int32_t {
 
 /// Any failure raised while a procedure runs: a number, a description of one line and the source
 /// that raised it. Copying never throws and never allocates.
-class RuntimeError : public std::exception {
+class VARNEL_EXPORT RuntimeError : public std::exception {
  public:
   /// An error with a description of its own, such as the XML library's.
   RuntimeError(std::int32_t lngNumber, std::string_view strDescription,
@@ -50,6 +52,6 @@ class RuntimeError : public std::exception {
 
 /// The exception that is being handled, as a run-time error. To be called in a handler only.
 /// An exhausted memory is number 7; an exception of any other type is number 51 with its own text.
-RuntimeError CurrentRuntimeError();
+VARNEL_EXPORT RuntimeError CurrentRuntimeError();
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -4,6 +4,8 @@
 #include <optional>
 #include <string_view>
 
+#include "result/Export.h"
+
 // The return codes in their fixed order. Callers compare against the values, so a name is never
 // removed, renamed or moved.
 #define VARNEL_XML_CREATION_RETURN_VALUES(X)         \
@@ -140,6 +142,6 @@ using enum ServiceEnums::eReturnValues;
 
 /// The name of a return code, such as "SVC_RET_XML_CREATION_NODE_MISSING"; none for 0 and for the
 /// numbers of run-time errors.
-std::optional<std::string_view> ReturnValueName(std::int32_t lngErrorCode) noexcept;
+VARNEL_EXPORT std::optional<std::string_view> ReturnValueName(std::int32_t lngErrorCode) noexcept;
 
 }  // namespace Varnel_Tolv_XML_Creation

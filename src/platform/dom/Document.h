@@ -6,6 +6,7 @@
 
 #include "platform/dom/Node.h"
 #include "platform/xml/ParseError.h"
+#include "result/Export.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
@@ -29,7 +30,7 @@ struct DocumentSettings {
 /// refuses more than 256 levels of elements. Text nodes of nothing but white space are dropped,
 /// except below xml:space="preserve"; comments, processing instructions, CDATA sections and the
 /// XML declaration are kept as nodes.
-class Document : public Node {
+class VARNEL_EXPORT Document : public Node {
  public:
   /// Nothing. `create` makes a document.
   Document() noexcept = default;

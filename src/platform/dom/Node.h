@@ -8,6 +8,8 @@
 #include <string_view>
 #include <vector>
 
+#include "result/Export.h"
+
 // Handles to the nodes of an XML document. A handle is a cheap value: copying it copies a pointer
 // and what keeps the document alive, and changes nothing in the document. A document owns its
 // nodes, those that were taken out of its tree included, so no handle ever dangles.
@@ -23,6 +25,7 @@
 namespace Varnel_Tolv_XML_Creation {
 
 class Document;
+class Node;
 class NodeList;
 struct DocumentState;
 
@@ -44,7 +47,10 @@ enum class NodeType {
   documentType = 10,
 };
 
-class Node {
+// What a friend is marked with has to be told before.
+VARNEL_EXPORT bool operator==(const Node& left, const Node& right) noexcept;
+
+class VARNEL_EXPORT Node {
  public:
   /// Nothing.
   Node() noexcept = default;
@@ -165,7 +171,7 @@ class Node {
 
 /// Nodes in document order, taken once: what happens to the tree afterwards does not change it.
 /// It keeps their document alive.
-class NodeList {
+class VARNEL_EXPORT NodeList {
  public:
   class iterator {
    public:

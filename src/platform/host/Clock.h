@@ -1,24 +1,25 @@
 #pragma once
 
 #include "platform/text/Date.h"
+#include "result/Export.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
 /// Tells the local date and time.
-class Clock {
+class VARNEL_EXPORT Clock {
  public:
   virtual ~Clock() = default;
   virtual DateTime now() const = 0;
 };
 
 /// The machine's clock in the machine's time zone.
-class SystemClock : public Clock {
+class VARNEL_EXPORT SystemClock : public Clock {
  public:
   DateTime now() const override;
 };
 
 /// A clock that stands still.
-class FixedClock : public Clock {
+class VARNEL_EXPORT FixedClock : public Clock {
  public:
   explicit FixedClock(const DateTime& now) : now_(now) {}
   DateTime now() const override { return now_; }

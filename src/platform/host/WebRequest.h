@@ -6,13 +6,15 @@
 #include <string_view>
 #include <vector>
 
+#include "result/Export.h"
+
 // What the library asks of the web server whose request it serves. A host implements the two
 // interfaces over its own server, or uses the two classes here.
 
 namespace Varnel_Tolv_XML_Creation {
 
 /// The request that is being served.
-class Request {
+class VARNEL_EXPORT Request {
  public:
   virtual ~Request() = default;
 
@@ -30,7 +32,7 @@ class Request {
 std::string fieldNameOf(std::string_view strId);
 
 /// The web server.
-class Server {
+class VARNEL_EXPORT Server {
  public:
   virtual ~Server() = default;
 
@@ -47,7 +49,7 @@ struct ObjectContext {
 /// A form as a browser submits it, an application/x-www-form-urlencoded body: "+" is a blank, %XX a
 /// byte, a malformed escape stands as it is; what then is not UTF-8 becomes U+FFFD. Names are
 /// decoded like values; a pair without "=" is a name with the empty value.
-class FormCollection : public Request {
+class VARNEL_EXPORT FormCollection : public Request {
  public:
   FormCollection() = default;
   explicit FormCollection(std::string_view strBody);
@@ -63,7 +65,7 @@ class FormCollection : public Request {
 };
 
 /// A server that has one page, in a directory of this machine.
-class PageServer : public Server {
+class VARNEL_EXPORT PageServer : public Server {
  public:
   explicit PageServer(std::filesystem::path pageDirectory);
 

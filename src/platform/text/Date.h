@@ -4,6 +4,8 @@
 #include <optional>
 #include <string_view>
 
+#include "result/Export.h"
+
 namespace Varnel_Tolv_XML_Creation {
 
 /// A local date and time of day of the Gregorian calendar, years 100 to 9999.
@@ -29,13 +31,14 @@ enum class DateOrder { dayMonthYear, monthDayYear, yearMonthDay };
 /// letters. A year of one or two digits is 2000 to 2029 for 0 to 29 and 1930 to 1999 for 30 to 99.
 /// A time is h:m or h:m:s, with AM or PM if wanted, or hours alone before AM or PM. There are no
 /// zones, no fractions of a second, no "T" between date and time.
-std::optional<DateTime> parseDate(std::string_view strText, DateOrder order);
+VARNEL_EXPORT std::optional<DateTime> parseDate(std::string_view strText, DateOrder order);
 
 /// How many interval boundaries lie between two moments that exist; exchanging the moments changes
 /// the sign alone. Intervals, in any case: yyyy years, q quarters, m months, y and d days, w whole
 /// weeks (days divided by seven, cut towards zero), ww calendar weeks (the Sundays after the
 /// earlier day up to and including the later), h hours, n minutes, s seconds. Raises run-time
 /// error 5 for any other.
-std::int64_t dateDifference(std::string_view strInterval, const DateTime& from, const DateTime& to);
+VARNEL_EXPORT std::int64_t dateDifference(std::string_view strInterval, const DateTime& from,
+                                          const DateTime& to);
 
 }  // namespace Varnel_Tolv_XML_Creation

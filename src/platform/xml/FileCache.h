@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "result/Export.h"
+
 namespace Varnel_Tolv_XML_Creation {
 
 /// What was made of the files of deployments, so that the next run need not read them again: parsed
@@ -16,7 +18,7 @@ namespace Varnel_Tolv_XML_Creation {
 /// size and times are compared, so a file that was changed, replaced or touched is seen by the next
 /// load of it. What is kept never changes. When it would take more than `lngMaxBytes`, what was not
 /// used for the longest time goes; a run that still uses it does so to its end.
-class FileCache {
+class VARNEL_EXPORT FileCache {
  public:
   static constexpr std::size_t kDefaultMaxBytes = std::size_t{256} << 20;
 

@@ -19,8 +19,8 @@
 #include "LineReader.h"
 #include "Options.h"
 #include "ParkedForm.h"
-#include "ResultJson.h"
 #include "Submission.h"
+#include "platform/json/ResultJson.h"
 
 using namespace Varnel_Tolv_XML_Creation;
 using Json = nlohmann::ordered_json;
@@ -138,10 +138,11 @@ class Batch {
     const FormCollection form =
         request.park ? parkedForm_.submission(objStored) : FormCollection(*request.form);
     const RunOutputs run = runSubmission(options_, form, {.cache = &cache_});
-    Json answer{{"id", *request.id},
-                {"result", resultObject(run.objAck, run.colUserErrors, run.colInternalErrors)},
-                {"park", run.objParkXML ? Json(run.objParkXML.xml()) : Json(nullptr)},
-                {"send", run.objSendXML ? Json(run.objSendXML.xml()) : Json(nullptr)}};
+    Json answer{
+        {"id", *request.id},
+        {"result", Json::parse(resultJson(run.objAck, run.colUserErrors, run.colInternalErrors))},
+        {"park", run.objParkXML ? Json(run.objParkXML.xml()) : Json(nullptr)},
+        {"send", run.objSendXML ? Json(run.objSendXML.xml()) : Json(nullptr)}};
     if (request.park) addMissing(answersMissing(objStored, run.objParkXML), answer);
     return {.strText = asLine(answer), .blnFailed = !run.objAck.Success()};
   }

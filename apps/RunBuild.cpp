@@ -2,7 +2,6 @@
 
 #include <filesystem>
 #include <memory>
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -14,10 +13,9 @@
 #include "Files.h"
 #include "Options.h"
 #include "OutputFile.h"
-#include "ReportJson.h"
-#include "ResultJson.h"
 #include "Submission.h"
 #include "platform/host/WebRequest.h"
+#include "platform/json/ResultJson.h"
 
 using namespace Varnel_Tolv_XML_Creation;
 
@@ -119,12 +117,10 @@ ExitStatus runBuild(OptionValues values, const std::vector<std::string>& /*opera
   if (parkFile) parkFile->write(run.objParkXML.xml());
   if (sendFile && run.objSendXML) sendFile->write(run.objSendXML.xml());
   if (traceFile) traceFile->write(trace.text());
-  std::optional<nlohmann::ordered_json> reported;
-  if (options.blnReport) {
-    reported = reportJson(report, options.blnExplain, options.deploymentDirectory);
-  }
   const std::string strResult = resultJson(run.objAck, run.colUserErrors, run.colInternalErrors,
-                                           reported ? &*reported : nullptr);
+                                           {.report = options.blnReport ? &report : nullptr,
+                                            .blnJournal = options.blnExplain,
+                                            .strFolder = options.deploymentDirectory});
   if (resultFile) resultFile->write(strResult);
   files.putInPlace();  // when all of them are on the disk
 

@@ -15,8 +15,8 @@
 #include "Files.h"
 #include "Options.h"
 #include "OutputFile.h"
-#include "ResultJson.h"
 #include "Submission.h"
+#include "platform/json/ResultJson.h"
 
 using namespace Varnel_Tolv_XML_Creation;
 

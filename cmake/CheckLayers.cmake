@@ -7,7 +7,8 @@ endif()
 # The arrows: what quoted includes of a folder may begin with. The first folder that fits counts.
 set(layers src/result src/platform/text src/platform/fault src/platform/xml src/platform/xpath
   src/platform/dom src/platform/schema/value src/platform/schema/component src/platform/schema
-  src/platform/host src/config src/check src/park src/message src/validation src/interface)
+  src/platform/host src/platform/json src/config src/check src/park src/message src/validation
+  src/interface)
 set(src/result          "^result/")
 set(src/platform/text   "^(result|platform/text)/")
 set(src/platform/fault  "^(result|platform/(text|fault))/")
@@ -18,6 +19,7 @@ set(src/platform/schema/value     "^(result|platform/(text|xml|schema/value))/")
 set(src/platform/schema/component "^(result|platform/(text|xml|schema/(value|component)))/")
 set(src/platform/schema "^(result|platform/(text|fault|xml|schema))/")
 set(src/platform/host   "^(result|platform/(text|xml|dom|host))/")
+set(src/platform/json   "^(result|platform/(text|json))/")
 set(src/config          "^(result|platform|config)/")
 set(src/check           "^(result|platform|config|check)/")
 set(src/park            "^(result|platform|config|park)/")
@@ -29,7 +31,7 @@ set(src/interface       "^(result|platform|config|check|park|message|validation|
 set(guests "^(re2/|utf8proc)"       "^libxml/" "^(libxslt/|boost/|soci/|openssl/)"
   "^(nlohmann/|CLI/)"   "^(gtest/|gmock/)")
 set(hosts  "^(src|tests)/platform/" "^((src|tests)/platform|apps/host)/" "^apps/host/"
-  "^(apps|tests/apps)/" "^tests/")
+  "^(apps|tests/apps)/|^(src|tests)/platform/json/" "^tests/")
 file(READ "${TREE}/src/CMakeLists.txt" listing)
 string(REGEX MATCH "FILE_SET HEADERS[^)]*" listing "${listing}")
 string(REGEX MATCHALL "[A-Za-z_/]+\\.h" installed "${listing}")

@@ -1,8 +1,8 @@
 #include "host/RunForm.h"
 
-#include "ResultJson.h"
 #include "host/FormDeployment.h"
 #include "interface/BuildXML.h"
+#include "platform/json/ResultJson.h"
 
 using namespace Varnel_Tolv_XML_Creation;
 using Json = nlohmann::ordered_json;

@@ -1,12 +1,12 @@
-#include "ReportJson.h"
+#include "platform/json/ReportJson.h"
 
 #include <nlohmann/json.hpp>
 #include <string>
 
-using namespace Varnel_Tolv_XML_Creation;
-using Json = nlohmann::ordered_json;
-
+namespace Varnel_Tolv_XML_Creation {
 namespace {
+
+using Json = nlohmann::ordered_json;
 
 class Writer {
  public:
@@ -85,3 +85,5 @@ Json reportJson(const RunReport& report, bool blnJournal, std::string_view strDe
   }
   return json;
 }
+
+}  // namespace Varnel_Tolv_XML_Creation

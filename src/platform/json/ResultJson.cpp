@@ -1,13 +1,14 @@
-#include "ResultJson.h"
+#include "platform/json/ResultJson.h"
 
 #include <nlohmann/json.hpp>
 
+#include "platform/json/ReportJson.h"
 #include "result/ServiceEnums.h"
 
-using namespace Varnel_Tolv_XML_Creation;
-using Json = nlohmann::ordered_json;
-
+namespace Varnel_Tolv_XML_Creation {
 namespace {
+
+using Json = nlohmann::ordered_json;
 
 Json toJson(const ValidationUserError& error) {
   return {{"questionId", error.questionId}, {"questionText", error.questionText},
@@ -38,8 +39,9 @@ Json errorName(std::int32_t lngErrorCode) {
 
 }  // namespace
 
-Json resultObject(const Acknowledge& objAck, const ValidationUserErrors& colUserErrors,
-                  const ValidationIntErrors& colInternalErrors, const Json* report) {
+std::string resultJson(const Acknowledge& objAck, const ValidationUserErrors& colUserErrors,
+                       const ValidationIntErrors& colInternalErrors,
+                       const ReportInResult& reported) {
   Json result = {{"success", objAck.Success()},
                  {"errorCode", objAck.ErrorCode()},
                  {"errorName", errorName(objAck.ErrorCode())},
@@ -48,13 +50,10 @@ Json resultObject(const Acknowledge& objAck, const ValidationUserErrors& colUser
                  {"errorSource", objAck.ErrorSource()},
                  {"userErrors", toJson(colUserErrors)},
                  {"internalErrors", toJson(colInternalErrors)}};
-  if (report) result["report"] = *report;
-  return result;
+  if (reported.report != nullptr) {
+    result["report"] = reportJson(*reported.report, reported.blnJournal, reported.strFolder);
+  }
+  return result.dump(2, ' ', false, Json::error_handler_t::replace) + '\n';
 }
 
-std::string resultJson(const Acknowledge& objAck, const ValidationUserErrors& colUserErrors,
-                       const ValidationIntErrors& colInternalErrors, const Json* report) {
-  return resultObject(objAck, colUserErrors, colInternalErrors, report)
-             .dump(2, ' ', false, Json::error_handler_t::replace) +
-         '\n';
-}
+}  // namespace Varnel_Tolv_XML_Creation

@@ -46,8 +46,8 @@ void parseMessage(const Session& session, ValidatingReader& objSaxXmlReader,
   Guarded(
       kProcedure,
       [&] {
-        // Writing the message as text is part of what is reported as the parse.
-        const std::optional<RuntimeError> error = objSaxXmlReader.parse(objMsgXML.xml());
+        // That the message has no text is part of what is reported as the parse.
+        const std::optional<RuntimeError> error = objSaxXmlReader.parse(objMsgXML.tree());
         report.keepViolations();
         if (error) throw *error;
       },

@@ -71,6 +71,11 @@ const ParseError& Document::parseError() const {
   return blnInjected && state_->parseError.errorCode == 0 ? kInjected : state_->parseError;
 }
 
+const Tree* Document::tree() const {
+  DocumentState::target(*this);
+  return state_->givesNothing(DomOperation::serialise) ? nullptr : &state_->content().tree;
+}
+
 Node Document::documentElement() const {
   TreeNode* child = DocumentState::target(*this)->first;
   if (state_->givesNothing(DomOperation::documentElement)) return {};

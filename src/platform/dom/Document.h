@@ -12,6 +12,7 @@ namespace Varnel_Tolv_XML_Creation {
 
 class FaultInjector;
 class FileCache;
+class Tree;
 
 /// How a document is made and what it accepts.
 struct DocumentSettings {
@@ -47,6 +48,9 @@ class VARNEL_EXPORT Document : public Node {
   bool loadXML(std::string_view strText) const;
 
   const ParseError& parseError() const;
+
+  /// For the library: what `xml` makes a text of. Null where a test makes that give nothing.
+  const Tree* tree() const;
 
   /// The root element; Nothing in an empty document.
   Node documentElement() const;

@@ -7,8 +7,10 @@
 #include <new>
 #include <utility>
 
+#include "platform/schema/TreeEvents.h"
 #include "platform/xml/LoadXml.h"
 #include "platform/xml/ReadXmlFile.h"
+#include "platform/xml/SerialiseXml.h"
 #include "platform/xml/XmlCharacters.h"
 #include "platform/xml/XmlLibrary.h"
 #include "platform/xml/XmlMemory.h"
@@ -77,16 +79,9 @@ struct SaxReading::Callbacks {
   static void start(void* context, const xmlChar* local, const xmlChar* prefix, const xmlChar* uri,
                     int namespaceCount, const xmlChar** namespaces, int attributeCount,
                     int /*defaultedCount*/, const xmlChar** attributes) {
-    SaxReading& reading = of(context);
-    guarded(reading, [&] {
-      if (reading.open_.empty()) reading.openNames(uri);
-      StartTag tag;
-      tag.name = &reading.names_->of(local, prefix, uri);
-      tag.namespaceCount = static_cast<std::size_t>(namespaceCount);
-      tag.namespaces = namespaces;
-      tag.attributeCount = static_cast<std::size_t>(attributeCount);
-      tag.attributes = attributes;
-      reading.onStart(tag);
+    guarded(of(context), [&] {
+      of(context).onStart(local, prefix, uri, static_cast<std::size_t>(namespaceCount), namespaces,
+                          static_cast<std::size_t>(attributeCount), attributes);
     });
   }
 
@@ -126,30 +121,47 @@ struct SaxReading::Callbacks {
   }
 };
 
-SaxReading::SaxReading(const Settings& settings) : settings_(settings) {
-  prepareXmlLibrary();
-  parser_.reset(xmlNewParserCtxt());
-  if (!parser_) throw std::bad_alloc();
-  parser_->_private = this;
-  xmlSAXHandler& sax = *parser_->sax;
-  sax = {};
-  sax.initialized = XML_SAX2_MAGIC;
-  sax.startElementNs = Callbacks::start;
-  sax.endElementNs = Callbacks::end;
-  sax.characters = Callbacks::text;
-  sax.ignorableWhitespace = Callbacks::text;
-  sax.cdataBlock = Callbacks::text;
-  sax.internalSubset = Callbacks::documentType;
-  sax.serror = Callbacks::report;
+std::optional<RuntimeError> SaxReading::read(std::string_view strText) {
+  return readBy([&] { parse(strText); });
 }
 
-std::optional<RuntimeError> SaxReading::read(std::string_view strText) {
+std::optional<RuntimeError> SaxReading::read(const Tree& tree) {
+  return readBy([&] {
+    if (TreeEvents::tellTheText(tree)) return walk(tree);
+    parse(serialiseXml(tree, tree.document()));
+  });
+}
+
+template <class Body>
+std::optional<RuntimeError> SaxReading::readBy(const Body& body) {
   try {
     if (settings_.contentHandler) settings_.contentHandler->documentLocator(locator_);
-    parse(strText);
+    body();
     return outcome();
   } catch (const RuntimeError& error) {
     return error;
+  }
+}
+
+void SaxReading::walk(const Tree& tree) {
+  using Event = TreeEvents::Event;
+  TreeEvents events(tree);
+  for (Event event = events.next(); event != Event::none && mayGoOn(); event = events.next()) {
+    switch (event) {
+      case Event::start: {
+        std::vector<const xmlChar*>& namespaces = events.namespaces();
+        std::vector<const xmlChar*>& attributes = events.attributes();
+        onStart(events.local(), events.prefix(), events.uri(), namespaces.size() / 2,
+                namespaces.data(), attributes.size() / StartTag::kPointersPerAttribute,
+                attributes.data());
+        break;
+      }
+      case Event::end:
+        onEnd();
+        break;
+      default:
+        if (validator_) strText_ += events.text();
+    }
   }
 }
 
@@ -164,12 +176,25 @@ void SaxReading::parse(std::string_view strText) {
     return refuse(XML_ERR_INVALID_CHAR, "An invalid character was found in text content.", 0, 0);
   }
   const MemoryWatch memory;
+  prepareXmlLibrary();
+  parser_.reset(xmlNewParserCtxt());
+  if (!parser_) throw std::bad_alloc();
+  parser_->_private = this;
+  xmlSAXHandler& sax = *parser_->sax;
+  sax = {};
+  sax.initialized = XML_SAX2_MAGIC;
+  sax.startElementNs = Callbacks::start;
+  sax.endElementNs = Callbacks::end;
+  sax.characters = Callbacks::text;
+  sax.ignorableWhitespace = Callbacks::text;
+  sax.cdataBlock = Callbacks::text;
+  sax.internalSubset = Callbacks::documentType;
+  sax.serror = Callbacks::report;
   // It is text already, whatever encoding its declaration names.
   if (xmlCtxtResetPush(parser_.get(), nullptr, 0, nullptr, "UTF-8") != 0) throw std::bad_alloc();
   // There are no entities but its own; unless they are replaced it leaves "&" as "&#38;" in values
   // and namespaces.
   xmlCtxtUseOptions(parser_.get(), XML_PARSE_NONET | XML_PARSE_IGNORE_ENC | XML_PARSE_NOENT);
-  const auto mayGoOn = [this] { return !blnStopped_ && !fault_ && !exception_; };
   while (!strText.empty() && mayGoOn()) {
     const std::size_t piece = pieceOf(strText);
     xmlParseChunk(parser_.get(), strText.data(), static_cast<int>(piece), 0);
@@ -182,7 +207,16 @@ void SaxReading::parse(std::string_view strText) {
   }
 }
 
-void SaxReading::onStart(const StartTag& tag) {
+void SaxReading::onStart(const xmlChar* local, const xmlChar* prefix, const xmlChar* uri,
+                         std::size_t namespaceCount, const xmlChar** namespaces,
+                         std::size_t attributeCount, const xmlChar** attributes) {
+  if (open_.empty()) openNames(uri);
+  StartTag tag;
+  tag.name = &names_->of(local, prefix, uri);
+  tag.namespaceCount = namespaceCount;
+  tag.namespaces = namespaces;
+  tag.attributeCount = attributeCount;
+  tag.attributes = attributes;
   if (open_.size() == static_cast<std::size_t>(kMaxDepth)) {
     const SaxLocator& at = here();
     return refuse(XML_ERR_INTERNAL_ERROR, kTooDeep, at.lineNumber, at.columnNumber);
@@ -281,10 +315,12 @@ void SaxReading::refuse(int code, std::string_view strReason, int line, int colu
 
 void SaxReading::stop() noexcept {
   blnStopped_ = true;
-  xmlStopParser(parser_.get());
+  if (parser_) xmlStopParser(parser_.get());
 }
 
+/// A tree has no places.
 const SaxLocator& SaxReading::here() {
+  if (!parser_) return locator_;
   locator_.lineNumber = xmlSAX2GetLineNumber(parser_.get());
   locator_.columnNumber = xmlSAX2GetColumnNumber(parser_.get());
   return locator_;

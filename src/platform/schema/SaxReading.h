@@ -16,8 +16,10 @@
 
 namespace Varnel_Tolv_XML_Creation {
 
-/// One reading of one text: the parser's events go to the validator first, every run of text in one
-/// piece, and then to the handlers.
+class Tree;
+
+/// One reading of one text: the events of the parser, or of the tree of which it is the text, go to
+/// the validator first, every run of text in one piece, and then to the handlers.
 class SaxReading {
  public:
   struct Settings {
@@ -29,16 +31,25 @@ class SaxReading {
     PartsSettings parts;
   };
 
-  explicit SaxReading(const Settings& settings);
+  explicit SaxReading(const Settings& settings) : settings_(settings) {}
 
   /// As ValidatingReader::parse promises; to be called once.
   std::optional<RuntimeError> read(std::string_view strText);
 
+  /// The same for the text of a tree, which is made only where it has to be parsed.
+  std::optional<RuntimeError> read(const Tree& tree);
+
  private:
   struct Callbacks;
 
+  template <class Body>
+  std::optional<RuntimeError> readBy(const Body& body);
   void parse(std::string_view strText);
-  void onStart(const StartTag& tag);
+  void walk(const Tree& tree);
+  bool mayGoOn() const noexcept { return !blnStopped_ && !fault_ && !exception_; }
+  void onStart(const xmlChar* local, const xmlChar* prefix, const xmlChar* uri,
+               std::size_t namespaceCount, const xmlChar** namespaces, std::size_t attributeCount,
+               const xmlChar** attributes);
   void openNames(const xmlChar* rootUri);
   void onEnd();
   void startAside(const StartTag& tag);
@@ -50,7 +61,7 @@ class SaxReading {
   std::optional<RuntimeError> outcome();
 
   Settings settings_;
-  OwnedXmlParser parser_;  // the names in the validator are its own
+  OwnedXmlParser parser_;  // of a text: the names in the validator are its own
   std::optional<MessageNames> names_;
   std::optional<ExhaustiveValidator> validator_;
   // Of the message without the attributes that are set aside, where that makes a difference: the

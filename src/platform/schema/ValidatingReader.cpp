@@ -49,7 +49,8 @@ void ValidatingReader::violationHandler(ViolationHandler* handler,
   impl_->settings.parts = {handler, setAside};
 }
 
-std::optional<RuntimeError> ValidatingReader::parse(std::string_view strText) {
+template <class Text>
+std::optional<RuntimeError> ValidatingReader::read(const Text& text) {
   try {
     if (givesNothing(impl_->faults, DomOperation::parse)) {
       return RuntimeError(kXmlFailure, "Injected failure");
@@ -59,7 +60,15 @@ std::optional<RuntimeError> ValidatingReader::parse(std::string_view strText) {
   }
   SaxReading::Settings settings = impl_->settings;
   if (impl_->blnValidate && impl_->colSchemas) settings.schemas = impl_->colSchemas->impl_.get();
-  return SaxReading(settings).read(strText);
+  return SaxReading(settings).read(text);
+}
+
+std::optional<RuntimeError> ValidatingReader::parse(std::string_view strText) {
+  return read(strText);
+}
+
+std::optional<RuntimeError> ValidatingReader::parse(const Tree* tree) {
+  return tree ? read(*tree) : read(std::string_view());
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

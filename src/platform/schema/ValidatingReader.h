@@ -13,6 +13,7 @@ namespace Varnel_Tolv_XML_Creation {
 
 class FaultInjector;
 class FileCache;
+class Tree;
 class ViolationHandler;
 
 // A streaming reader that checks a text against an XML Schema while it hands out its elements. It
@@ -118,7 +119,13 @@ class ValidatingReader {
   /// has a document type declaration.
   std::optional<RuntimeError> parse(std::string_view strText);
 
+  /// The same for the text of a document (`Document::tree`). Where there is no fault in it, none is
+  /// made, and places have no line and no column. Null is a document without text.
+  std::optional<RuntimeError> parse(const Tree* tree);
+
  private:
+  template <class Text>
+  std::optional<RuntimeError> read(const Text& text);
   ValidatingReader();
   struct Impl;
   std::unique_ptr<Impl> impl_;

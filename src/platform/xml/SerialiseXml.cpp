@@ -3,51 +3,14 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <cstdint>
 #include <string_view>
 #include <utility>
-#include <vector>
+
+#include "platform/xml/NamespaceScope.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
 namespace {
-
-/// The namespace declarations in scope at one place of the text that is being written. Prefixes and
-/// URIs are told apart by their numbers.
-class Scope {
- public:
-  explicit Scope(std::size_t lngParts) : latest_(lngParts, kUnbound) {}
-
-  std::uint32_t uriOf(const NamePart* prefix) const {
-    const std::uint32_t latest = latest_[prefix->lngNumber];
-    return latest == kUnbound ? 0 : bindings_[latest].uri;
-  }
-
-  void bind(const NamePart* prefix, const NamePart* uri) {
-    std::uint32_t& latest = latest_[prefix->lngNumber];
-    bindings_.push_back({prefix->lngNumber, uri->lngNumber, latest});
-    latest = static_cast<std::uint32_t>(bindings_.size() - 1);
-  }
-
-  std::size_t size() const { return bindings_.size(); }
-
-  /// Forgets the bindings made since there were so many.
-  void leave(std::size_t lngSize) {
-    for (; bindings_.size() > lngSize; bindings_.pop_back()) {
-      latest_[bindings_.back().prefix] = bindings_.back().hidden;
-    }
-  }
-
- private:
-  static constexpr std::uint32_t kUnbound = UINT32_MAX;
-
-  struct Binding {
-    std::uint32_t prefix, uri;
-    std::uint32_t hidden;  // the binding of the same prefix further out
-  };
-  std::vector<Binding> bindings_;
-  std::vector<std::uint32_t> latest_;  // by the number of the prefix
-};
 
 enum Escape : unsigned char { kNever = 0, kInText = 1, kInValues = 2 };
 
@@ -106,7 +69,7 @@ class Writer {
           node = node->first;
           continue;
         }
-        scope_.leave(marks_[--depth_]);
+        scope_.leave();
       } else {
         writeLeaf(node);
       }
@@ -120,47 +83,30 @@ class Writer {
   }
 
   void startTag(const TreeNode* element) {
-    if (depth_ == marks_.size()) marks_.resize(2 * depth_);
-    marks_[depth_++] = scope_.size();
-    const TreeName* const name = element->name;
     put('<');
-    put(name->strQualified);
-    // One in no namespace is so whatever stands around it, unless a prefix is part of its name.
-    const bool blnAsWritten =
-        name->uri->strText.empty() && name->strLocal.find(':') != std::string_view::npos;
-    if (!blnAsWritten) bindIfNew(name->prefix, name->uri);
-    const TreeNode* attribute = asParent(element)->attributes;
-    for (; attribute && !isAttribute(attribute); attribute = attribute->next) {
-      bindIfNew(attribute->name->prefix, attribute->name->uri);
-    }
-    for (const TreeNode* item = attribute; item; item = item->next) {
-      if (item->name->uri->lngNumber != 0) bindIfNew(item->name->prefix, item->name->uri);
-    }
-    for (; attribute; attribute = attribute->next) {
+    put(element->name->strQualified);
+    scope_.enter(element, [&](const NamePart& prefix, const NamePart& uri) {
+      put(" xmlns");
+      if (!prefix.strText.empty()) {
+        put(':');
+        put(prefix.strText);
+      }
+      put("=\"");
+      writeEscaped(uri.strText, kInValues);
+      put('"');
+    });
+    for (const TreeNode* item = firstAttribute(element); item; item = item->next) {
       put(' ');
-      writeAttribute(attribute->name->strQualified, valueOf(attribute));
+      writeAttribute(item->name->strQualified, valueOf(item));
     }
     put(element->first ? ">" : "/>");
   }
 
   void endTag(const TreeNode* element) {
-    scope_.leave(marks_[--depth_]);
+    scope_.leave();
     put("</");
     put(element->name->strQualified);
     put('>');
-  }
-
-  void bindIfNew(const NamePart* prefix, const NamePart* uri) {
-    if (scope_.uriOf(prefix) == uri->lngNumber || prefix->strText == "xml") return;
-    scope_.bind(prefix, uri);
-    put(" xmlns");
-    if (!prefix->strText.empty()) {
-      put(':');
-      put(prefix->strText);
-    }
-    put("=\"");
-    writeEscaped(uri->strText, kInValues);
-    put('"');
   }
 
   void writeAttribute(std::string_view strName, std::string_view strValue) {
@@ -221,9 +167,7 @@ class Writer {
 
   std::string strOut_ = std::string(512, '\0');  // longer than what is written yet
   std::size_t lngUsed_ = 0;
-  std::vector<std::size_t> marks_ = std::vector<std::size_t>(16);  // of each open element
-  std::size_t depth_ = 0;
-  Scope scope_;
+  NamespaceScope scope_;
 };
 
 }  // namespace

@@ -118,15 +118,24 @@ const TreeName* TreeNames::make(Arena& arena, std::string_view strPrefix, std::s
   name->plain = plain ? plain : name;
   name->lngHash = lngHash;
   names_.add(arena, name);
+  lngBytes_ += name->strQualified.size();
   return name;
+}
+
+NamePart* TreeNames::findPart(std::string_view strText, std::size_t lngHash) const noexcept {
+  NamePart* known = parts_.first(lngHash);
+  while (known && known->strText != strText) known = known->nextOfHash;
+  return known;
+}
+
+const NamePart* TreeNames::findPart(std::string_view strText) const noexcept {
+  return findPart(strText, hashOf(strText));
 }
 
 const NamePart* TreeNames::part(Arena& arena, std::string_view strText) {
   if (parts_.lngCount == 0 && !strText.empty()) part(arena, {});  // which has the first number
   const std::size_t lngHash = hashOf(strText);
-  NamePart* known = parts_.first(lngHash);
-  while (known && known->strText != strText) known = known->nextOfHash;
-  if (known) return known;
+  if (const NamePart* const known = findPart(strText, lngHash)) return known;
   auto* const made = arena.make<NamePart>();
   made->strText = arena.copy(strText);
   made->lngNumber = static_cast<std::uint32_t>(parts_.lngCount);

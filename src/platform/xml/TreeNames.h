@@ -42,6 +42,12 @@ class TreeNames {
   /// `plain` of the names with this URI and local part; null when no node ever had one.
   const TreeName* find(std::string_view strLocal, std::string_view strUri) const;
 
+  /// The part of this text; null when no name ever had one.
+  const NamePart* findPart(std::string_view strText) const noexcept;
+
+  /// What all of them take as texts, each with its prefix.
+  std::size_t bytes() const noexcept { return lngBytes_; }
+
   /// More than the number of any part.
   std::size_t parts() const noexcept { return parts_.lngCount; }
 
@@ -64,9 +70,11 @@ class TreeNames {
   const TreeName* make(Arena& arena, std::string_view strPrefix, std::string_view strLocal,
                        std::string_view strUri, std::size_t lngHash);
   const NamePart* part(Arena& arena, std::string_view strText);
+  NamePart* findPart(std::string_view strText, std::size_t lngHash) const noexcept;
 
   Buckets<NamePart> parts_;
   Buckets<TreeName> names_;
+  std::size_t lngBytes_ = 0;
 };
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/dom/Document.h"
 #include "platform/schema/ValidatingReader.h"
 
 // What the tests of the validating reader share.
@@ -113,9 +114,9 @@ inline SchemaCollection schemasOf(const SchemaDirectory& directory, std::string_
   return colSchemas;
 }
 
-/// Reads `strText` with every violation reported, and expects that nothing ended it early.
-inline std::vector<std::string> readAll(const SchemaCollection& colSchemas,
-                                        std::string_view strText, bool blnEvents = true) {
+/// Reads a text or a tree with every violation reported, and expects that nothing ended it early.
+template <class Text>
+Recorder recordAll(const SchemaCollection& colSchemas, const Text& text, bool blnEvents) {
   Recorder recorder;
   recorder.blnEvents = blnEvents;
   const auto reader = ValidatingReader::create();
@@ -124,9 +125,23 @@ inline std::vector<std::string> readAll(const SchemaCollection& colSchemas,
   reader->schemas(colSchemas);
   reader->contentHandler(&recorder);
   reader->errorHandler(&recorder);
-  const std::optional<RuntimeError> error = reader->parse(strText);
+  const std::optional<RuntimeError> error = reader->parse(text);
   EXPECT_FALSE(error) << error->description();
-  return recorder.lines;
+  return recorder;
+}
+
+/// The same for `strText`, and for the tree that it makes: what is told of a document does not
+/// depend on how it comes.
+inline std::vector<std::string> readAll(const SchemaCollection& colSchemas,
+                                        std::string_view strText, bool blnEvents = true) {
+  const Document objDocument = Document::create();
+  if (objDocument.loadXML(strText)) {
+    const Recorder ofText = recordAll(colSchemas, objDocument.xml(), blnEvents);
+    const Recorder ofTree = recordAll(colSchemas, objDocument.tree(), blnEvents);
+    EXPECT_EQ(ofTree.lines, ofText.lines);
+    EXPECT_EQ(ofTree.codes, ofText.codes);
+  }
+  return recordAll(colSchemas, strText, blnEvents).lines;
 }
 
 /// The violations alone.

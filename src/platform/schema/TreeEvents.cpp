@@ -1,0 +1,104 @@
+#include "platform/schema/TreeEvents.h"
+
+#include <cstddef>
+
+namespace Varnel_Tolv_XML_Creation {
+
+namespace {
+
+// The parser refuses names, values, tags and all names together by limits of 50,000 to ten million
+// bytes. What is shorter than these is far from them, also when each character is written as a
+// reference.
+constexpr std::size_t kLong = 1'000'000;
+constexpr std::size_t kLongName = 10'000;
+
+const xmlChar* xmlText(std::string_view strText) noexcept {
+  return reinterpret_cast<const xmlChar*>(strText.data());
+}
+
+/// Null for none. A NUL stands behind each part.
+const xmlChar* partText(const NamePart* part) noexcept {
+  return part->strText.empty() ? nullptr : xmlText(part->strText);
+}
+
+}  // namespace
+
+TreeEvents::TreeEvents(const Tree& tree)
+    : tree_(tree), node_(tree.document()), scope_(tree.names().parts()) {}
+
+bool TreeEvents::tellTheText(const Tree& tree) {
+  if (tree.names().bytes() > kLong) return false;
+  std::size_t lngRoots = 0;
+  for (const TreeNode* top = tree.document()->first; top; top = top->next) {
+    if (top->kind == NodeKind::documentType) return false;
+    if (isElement(top)) ++lngRoots;
+  }
+  TreeEvents events(tree);
+  while (events.blnExact_ && events.next() != Event::none) {
+  }
+  return lngRoots == 1 && events.blnExact_;
+}
+
+TreeEvents::Event TreeEvents::next() {
+  while (true) {
+    const TreeNode* const following = blnOpen_ ? node_->first : node_->next;
+    if (!following) {
+      if (!blnOpen_) node_ = node_->parent;
+      blnOpen_ = false;
+      if (isDocument(node_)) return Event::none;
+      scope_.leave();
+      return Event::end;
+    }
+    node_ = following;
+    blnOpen_ = isElement(node_);
+    if (blnOpen_) {
+      readTag();
+      return Event::start;
+    }
+    if (node_->lngSize > kLong) blnExact_ = false;
+    if (isText(node_)) return Event::text;
+    if (isCData(node_)) {
+      if (text().find('\r') != std::string_view::npos) blnExact_ = false;
+      return Event::text;
+    }
+  }
+}
+
+void TreeEvents::readTag() {
+  const TreeName& name = *node_->name;
+  namespaces_.clear();
+  scope_.enter(node_, [this](const NamePart& declared, const NamePart& bound) {
+    namespaces_.push_back(partText(&declared));
+    namespaces_.push_back(xmlText(bound.strText));
+  });
+  local_ = xmlText(name.strLocal);
+  prefix_ = partText(name.prefix);
+  uri_ = partText(name.uri);
+  if (NamespaceScope::isPrefixPartOf(&name)) {
+    const std::size_t lngColon = name.strLocal.find(':');
+    const NamePart* const written = tree_.names().findPart(name.strLocal.substr(0, lngColon));
+    const NamePart* const bound = written ? scope_.uriOf(written) : nullptr;
+    if (bound && !bound->strText.empty()) {
+      local_ = xmlText(name.strLocal.substr(lngColon + 1));
+      prefix_ = partText(written);
+      uri_ = partText(bound);
+    } else {
+      blnExact_ = false;
+    }
+  }
+
+  std::size_t lngTag = name.strQualified.size();
+  attributes_.clear();
+  for (const TreeNode* item = firstAttribute(node_); item; item = item->next) {
+    const TreeName& stated = *item->name;
+    const xmlChar* const value = reinterpret_cast<const xmlChar*>(item->value);
+    attributes_.insert(attributes_.end(), {xmlText(stated.strLocal), partText(stated.prefix),
+                                           partText(stated.uri), value, value + item->lngSize});
+    if (NamespaceScope::isPrefixPartOf(&stated)) blnExact_ = false;
+    lngTag += stated.strQualified.size() + item->lngSize;
+    if (stated.strQualified.size() > kLongName) blnExact_ = false;
+  }
+  if (lngTag > kLong || name.strQualified.size() > kLongName) blnExact_ = false;
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <libxml/xmlstring.h>
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "platform/xml/NamespaceScope.h"
+#include "platform/xml/Tree.h"
+
+namespace Varnel_Tolv_XML_Creation {
+
+/// Goes through a document as a parser goes through its text, event by event, and tells the same
+/// names, namespaces, attributes and texts.
+class TreeEvents {
+ public:
+  enum class Event : std::uint8_t { start, end, text, none };
+
+  /// The tree is borrowed and must not change.
+  explicit TreeEvents(const Tree& tree);
+
+  /// Whether a parser could tell nothing else. It could, and the text itself has to be read, where
+  /// there is no one root, where a name has a prefix that the tree knows nothing of or a CDATA
+  /// section a line end that a parser replaces, where the document has a document type, and near
+  /// the limits of the parser. This goes through the whole document.
+  static bool tellTheText(const Tree& tree);
+
+  /// Moves to the next event; `none` at the end.
+  Event next();
+
+  // Of a start tag: the name, and what it declares and states, as StartTag has them. Borrowed until
+  // the next event, as is the text; what they point to lasts as long as the tree.
+  const xmlChar* local() const noexcept { return local_; }
+  const xmlChar* prefix() const noexcept { return prefix_; }
+  const xmlChar* uri() const noexcept { return uri_; }
+  std::vector<const xmlChar*>& namespaces() noexcept { return namespaces_; }
+  std::vector<const xmlChar*>& attributes() noexcept { return attributes_; }
+
+  /// A piece of text; several can follow one another.
+  std::string_view text() const noexcept { return valueOf(node_); }
+
+ private:
+  void readTag();
+
+  const Tree& tree_;
+  const TreeNode* node_;
+  bool blnOpen_ = true;   // what is in `node_` comes next, not what follows it
+  bool blnExact_ = true;  // what was told is what a parser would tell
+  NamespaceScope scope_;
+  const xmlChar* local_ = nullptr;
+  const xmlChar* prefix_ = nullptr;
+  const xmlChar* uri_ = nullptr;
+  std::vector<const xmlChar*> namespaces_;
+  std::vector<const xmlChar*> attributes_;
+};
+
+}  // namespace Varnel_Tolv_XML_Creation

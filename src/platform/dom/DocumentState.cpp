@@ -17,6 +17,16 @@ namespace {
 constexpr std::string_view kReadOnlyInUse =
     "A read-only document to which there are handles stays as it is.";
 
+/// Whether the index of ids may tell of an attribute, or of `top` or what is below it. What it does
+/// not tell of comes and goes without changing it.
+bool holdsId(const TreeNode* top) noexcept {
+  if (isAttribute(top)) return top->name->strQualified == "id";
+  for (const TreeNode* node = top; node; node = nextBelow(node, top)) {
+    if (isElement(node) && findAttribute(node, "id")) return true;
+  }
+  return false;
+}
+
 /// Whether a selection might look for an id all over the document.
 bool looksForId(std::string_view strXPath) {
   const bool blnWide = strXPath.starts_with('/') || strXPath.find("//") != std::string_view::npos;
@@ -127,10 +137,6 @@ DocumentContent& DocumentState::changeable() {
   return const_cast<DocumentContent&>(*content_);  // only read-only documents share it with others
 }
 
-bool DocumentState::givesNothing(DomOperation operation) const {
-  return Varnel_Tolv_XML_Creation::givesNothing(settings.faults, operation);
-}
-
 void DocumentState::mayFail(DomOperation operation) const {
   Varnel_Tolv_XML_Creation::mayFail(settings.faults, operation);
 }
@@ -149,11 +155,12 @@ void DocumentState::grow(std::size_t lngBytes, std::size_t lngBefore) {
   lngWrittenBytes_ = lngKept + lngBytes;
 }
 
-void DocumentState::changing(const TreeNode* parent, bool blnIds) noexcept {
+void DocumentState::changing(const TreeNode* parent, const TreeNode* ids) noexcept {
   if (!parent) return;
   auto& content = const_cast<DocumentContent&>(*content_);
   content.libraryTree.changed(parent);
-  if (blnIds && topOf(parent) == content.tree.document()) content.idIndex.drop();
+  if (!ids || content.idIndex.isUnwanted()) return;
+  if (holdsId(ids) && topOf(parent) == content.tree.document()) content.idIndex.drop();
 }
 
 SelectionContext DocumentState::selectionContext(TreeNode* node, std::string_view strXPath) const {
@@ -165,34 +172,13 @@ SelectionContext DocumentState::selectionContext(TreeNode* node, std::string_vie
   context.node = node;
   context.namespaces = selectionNamespaces ? selectionNamespaces.get() : &kNone;
   if (top == content.tree.document()) {
-    context.index = content.idIndex.get(top, looksForId(strXPath));
+    context.index = content.idIndex.get(top, false);
+    if (!context.index && looksForId(strXPath)) context.index = content.idIndex.get(top, true);
     context.libraryTree = &content.libraryTree;
   }
   context.childNames = &content.childNames;
   context.blnFragment = blnFragment || !isDocument(top);
   return context;
-}
-
-TreeNode* DocumentState::target(const Node& handle) {
-  if (!handle.state_) throw RuntimeError(kObjectNotSet);
-  if (!handle.node_) return handle.state_->content().tree.document();
-  return static_cast<TreeNode*>(handle.node_);
-}
-
-TreeNode* DocumentState::targetElement(const Node& handle) {
-  TreeNode* node = target(handle);
-  if (!isElement(node)) refuse("Only an element has attributes.");
-  return node;
-}
-
-const std::shared_ptr<DocumentState>& DocumentState::stateOf(const Node& handle) {
-  return handle.state_;
-}
-
-Node DocumentState::handle(const std::shared_ptr<DocumentState>& state, TreeNode* node) {
-  if (!node) return {};
-  // The document has no address of its own in a handle: a load gives it another node.
-  return Node(state, node == state->content().tree.document() ? nullptr : node);
 }
 
 void refuse(std::string_view strReason) { throw RuntimeError(kXmlFailure, strReason); }

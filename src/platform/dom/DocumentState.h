@@ -16,8 +16,12 @@
 #include "platform/xpath/LibraryTree.h"
 #include "platform/xpath/Selection.h"
 #include "platform/xpath/SelectionNamespaces.h"
+#include "result/RuntimeError.h"
 
 namespace Varnel_Tolv_XML_Creation {
+
+/// Raises kXmlFailure.
+[[noreturn]] void refuse(std::string_view strReason);
 
 /// What a document holds, and what helps to find it.
 struct DocumentContent {
@@ -60,7 +64,9 @@ struct DocumentState {
   bool take(std::shared_ptr<const DocumentContent> loaded, ParseError error, bool blnHandlesExist);
 
   /// Whether the test wants an operation to give nothing. Raises when it wants an error.
-  bool givesNothing(DomOperation operation) const;
+  bool givesNothing(DomOperation operation) const {
+    return Varnel_Tolv_XML_Creation::givesNothing(settings.faults, operation);
+  }
 
   /// The same for an operation without a result, where nothing can only be an error.
   void mayFail(DomOperation operation) const;
@@ -72,24 +78,36 @@ struct DocumentState {
   /// with kXmlFailure, to write more than an input may hold.
   void grow(std::size_t lngBytes, std::size_t lngBefore = 0);
 
-  /// To be called before children, attributes or text of `parent`, null for none, change; `blnIds`:
-  /// that concerns elements with an attribute `id`, that attribute included. What stands nowhere in
-  /// the document concerns none of its indexes.
-  void changing(const TreeNode* parent, bool blnIds) noexcept;
+  /// To be called before children, attributes or text of `parent`, null for none, change; `ids` is
+  /// what comes, goes or changes if it may be or hold an attribute `id`, else null. What stands
+  /// nowhere in the document concerns none of its indexes.
+  void changing(const TreeNode* parent, const TreeNode* ids) noexcept;
 
   /// What a selection at `node` needs. `strXPath` tells whether an index would help.
   SelectionContext selectionContext(TreeNode* node, std::string_view strXPath) const;
 
   /// What a handle points to. Run-time error 91 for Nothing.
-  static TreeNode* target(const Node& handle);
+  static TreeNode* target(const Node& handle) {
+    if (!handle.state_) throw RuntimeError(kObjectNotSet);
+    if (!handle.node_) return handle.state_->content().tree.document();
+    return static_cast<TreeNode*>(handle.node_);
+  }
 
   /// The same for what only an element has. kXmlFailure for another node.
-  static TreeNode* targetElement(const Node& handle);
+  static TreeNode* targetElement(const Node& handle) {
+    TreeNode* const node = target(handle);
+    if (!isElement(node)) refuse("Only an element has attributes.");
+    return node;
+  }
 
-  static const std::shared_ptr<DocumentState>& stateOf(const Node& handle);
+  static const std::shared_ptr<DocumentState>& stateOf(const Node& handle) { return handle.state_; }
 
-  /// A handle to a node; Nothing for null.
-  static Node handle(const std::shared_ptr<DocumentState>& state, TreeNode* node);
+  /// A handle to a node; Nothing for null. The document has no address of its own in a handle: a
+  /// load gives it another node.
+  static Node handle(const std::shared_ptr<DocumentState>& state, TreeNode* node) {
+    if (!node) return {};
+    return Node(state, node == state->content().tree.document() ? nullptr : node);
+  }
 
   const DocumentContent& content() const noexcept { return *content_; }
 
@@ -112,8 +130,5 @@ struct DocumentState {
 
   std::size_t lngWrittenBytes_ = 0;  // by writes since the content was loaded
 };
-
-/// Raises kXmlFailure.
-[[noreturn]] void refuse(std::string_view strReason);
 
 }  // namespace Varnel_Tolv_XML_Creation

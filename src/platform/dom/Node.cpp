@@ -12,14 +12,6 @@
 
 namespace Varnel_Tolv_XML_Creation {
 
-namespace {
-
-std::vector<void*> erased(const std::vector<TreeNode*>& nodes) {
-  return {nodes.begin(), nodes.end()};
-}
-
-}  // namespace
-
 bool operator==(const Node& left, const Node& right) noexcept {
   return left.state_ == right.state_ && left.node_ == right.node_;
 }
@@ -97,7 +89,8 @@ bool Node::hasChildNodes() const { return firstChild(DocumentState::target(*this
 std::optional<NodeList> Node::childNodes() const {
   const TreeNode* node = DocumentState::target(*this);
   if (state_->givesNothing(DomOperation::childNodes)) return std::nullopt;
-  std::vector<void*> nodes;
+  std::vector<TreeNode*> nodes;
+  if (isParent(node)) nodes.reserve(node->lngSize);
   for (TreeNode* child = firstChild(node); child; child = child->next) nodes.push_back(child);
   return NodeList(state_, std::move(nodes));
 }
@@ -142,7 +135,7 @@ Node Node::getNamedItem(std::string_view strName) const {
 std::optional<NodeList> Node::selectNodes(std::string_view strXPath) const {
   TreeNode* node = DocumentState::target(*this);
   if (state_->givesNothing(DomOperation::select)) return std::nullopt;
-  return NodeList(state_, erased(select(state_->selectionContext(node, strXPath), strXPath)));
+  return NodeList(state_, select(state_->selectionContext(node, strXPath), strXPath));
 }
 
 Node Node::selectSingleNode(std::string_view strXPath) const {
@@ -155,7 +148,7 @@ Node Node::selectSingleNode(std::string_view strXPath) const {
 std::optional<NodeList> Node::getElementsByTagName(std::string_view strName) const {
   const TreeNode* top = DocumentState::target(*this);
   if (state_->givesNothing(DomOperation::getElementsByTagName)) return std::nullopt;
-  std::vector<void*> nodes;
+  std::vector<TreeNode*> nodes;
   if (firstChild(top)) {
     for (TreeNode* node = firstChild(top); node; node = nextBelow(node, top)) {
       if (isElement(node) && (strName == "*" || node->name->strQualified == strName)) {
@@ -191,6 +184,10 @@ Node Node::cloneFor(const Node& objTarget, bool blnDeep) const {
   DocumentState::target(objTarget);
   if (state_->givesNothing(DomOperation::cloneNode)) return {};
   if (!isElement(node)) refuse("Only an element is copied for another document.");
+  // In the same document it is a node like one just created.
+  if (state_ == objTarget.state_) {
+    return Node(state_, copyNode(node, blnDeep, state_->changeable().tree));
+  }
   auto state = std::make_shared<DocumentState>(state_->settingsOfCopy(), objTarget.state_);
   state->selectionNamespaces = state_->selectionNamespaces;
   TreeNode* const copy = copyNode(node, blnDeep, state->changeable().tree);
@@ -199,7 +196,7 @@ Node Node::cloneFor(const Node& objTarget, bool blnDeep) const {
 
 Node NodeList::item(std::size_t lngIndex) const {
   if (lngIndex >= nodes_.size()) return {};
-  return DocumentState::handle(state_, static_cast<TreeNode*>(nodes_[lngIndex]));
+  return DocumentState::handle(state_, nodes_[lngIndex]);
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -28,6 +28,7 @@ class Document;
 class Node;
 class NodeList;
 struct DocumentState;
+struct TreeNode;
 
 /// An attribute as it is written: "m:kind" with its value, or "xmlns:m" with a namespace's URI.
 struct NodeAttribute {
@@ -206,11 +207,11 @@ class VARNEL_EXPORT NodeList {
 
  private:
   friend class Node;
-  NodeList(std::shared_ptr<DocumentState> state, std::vector<void*> nodes) noexcept
+  NodeList(std::shared_ptr<DocumentState> state, std::vector<TreeNode*> nodes) noexcept
       : state_(std::move(state)), nodes_(std::move(nodes)) {}
 
   std::shared_ptr<DocumentState> state_;
-  std::vector<void*> nodes_;
+  std::vector<TreeNode*> nodes_;
 };
 
 }  // namespace Varnel_Tolv_XML_Creation

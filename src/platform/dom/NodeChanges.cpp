@@ -15,24 +15,10 @@ namespace Varnel_Tolv_XML_Creation {
 
 namespace {
 
-/// Whether an attribute of this name makes the index of ids tell of an element.
-bool isId(const TreeNode* attribute) { return attribute->name->strQualified == "id"; }
-
-/// Whether that index may tell of `top` or of what is below it. What it does not tell of comes and
-/// goes without changing it.
-bool holdsId(const TreeNode* top) {
-  for (const TreeNode* node = top; node; node = nextBelow(node, top)) {
-    for (const TreeNode* item = firstAttribute(node); item; item = item->next) {
-      if (isId(item)) return true;
-    }
-  }
-  return false;
-}
-
 void setValue(DocumentState& state, TreeNode* leaf, std::string_view strValue) {
   DocumentContent& content = state.changeable();
   state.grow(strValue.size(), leaf->lngSize);
-  state.changing(leaf->parent, isAttribute(leaf) && isId(leaf));
+  state.changing(leaf->parent, isAttribute(leaf) ? leaf : nullptr);
   content.tree.setValue(leaf, strValue);
 }
 
@@ -40,11 +26,10 @@ void setContent(DocumentState& state, TreeNode* element, std::string_view strTex
   DocumentContent& content = state.changeable();
   TreeNode* const text = content.tree.newLeaf(NodeKind::text, nullptr, strText);
   state.grow(strText.size());  // what it replaces stays for the handles to it
-  bool blnIds = false;
+  state.changing(element, nullptr);
   for (const TreeNode* child = element->first; child; child = child->next) {
-    blnIds = blnIds || holdsId(child);
+    if (isElement(child)) state.changing(element, child);
   }
-  state.changing(element, blnIds);
   content.childNames.emptying(element);
   while (element->first) unlinkNode(element->first);
   linkNode(element, text, nullptr);
@@ -125,7 +110,8 @@ void requirePlace(const TreeNode* parent, const TreeNode* child, const TreeNode*
 
 /// Takes a node out of the tree of its own document, which keeps it.
 void takeOut(DocumentState& state, DocumentContent& content, TreeNode* node) noexcept {
-  state.changing(node->parent, holdsId(node));
+  if (!node->parent) return;
+  state.changing(node->parent, node);
   content.childNames.removing(node);
   unlinkNode(node);
 }
@@ -143,7 +129,7 @@ Node place(const Node& objParent, const Node& objChild, TreeNode* before) {
   TreeNode* const placed = &sourceContent == &content ? child : copyNode(child, true, content.tree);
   content.childNames.prepare(parent, placed);
   takeOut(source, sourceContent, child);
-  state->changing(parent, holdsId(placed));
+  state->changing(parent, placed);
   linkNode(parent, placed, before);
   content.childNames.added(placed);
   return DocumentState::handle(state, placed);
@@ -168,18 +154,23 @@ void Node::setText(std::string_view strText) const {
 void Node::setAttribute(std::string_view strName, std::string_view strValue) const {
   TreeNode* element = DocumentState::targetElement(*this);
   state_->mayFail(DomOperation::setAttribute);
-  requireQualifiedName(strName);
+  TreeNode* const present = findAttribute(element, strName);
+  // A name without a colon that the document has already is one, so it is not looked at again.
+  const TreeName* name = nullptr;
+  if (!present && strName.find(':') == std::string_view::npos) {
+    name = state_->content().tree.names().find(strName, {});
+  }
+  if (!present && !name) requireQualifiedName(strName);
   if (strName == "xmlns" || prefixOf(strName) == "xmlns") {
     refuse("A namespace declaration cannot be set as an attribute.");
   }
   requireXmlText(strValue);
-  if (TreeNode* attribute = findAttribute(element, strName)) {
-    return setValue(*state_, attribute, strValue);
-  }
+  if (present) return setValue(*state_, present, strValue);
   Tree& tree = state_->changeable().tree;
-  TreeNode* attribute = tree.newLeaf(NodeKind::attribute, tree.name({}, strName, {}), strValue);
+  if (!name) name = tree.name({}, strName, {});
+  TreeNode* const attribute = tree.newLeaf(NodeKind::attribute, name, strValue);
   state_->grow(strValue.size());
-  state_->changing(element, isId(attribute));
+  state_->changing(element, attribute);
   linkAttribute(element, attribute);
 }
 
@@ -189,7 +180,7 @@ void Node::removeAttribute(std::string_view strName) const {
   state_->changeable();
   TreeNode* attribute = findAttribute(element, strName);
   if (!attribute) return;
-  state_->changing(element, isId(attribute));
+  state_->changing(element, attribute);
   unlinkNode(attribute);
 }
 

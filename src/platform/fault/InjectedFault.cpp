@@ -6,9 +6,8 @@
 
 namespace Varnel_Tolv_XML_Creation {
 
-bool givesNothing(FaultInjector* faults, DomOperation operation) {
-  if (!faults) return false;
-  switch (faults->next(operation)) {
+bool injectedNothing(FaultInjector& faults, DomOperation operation) {
+  switch (faults.next(operation)) {
     case Fault::nothing:
       return true;
     case Fault::error:

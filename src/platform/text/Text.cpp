@@ -54,8 +54,13 @@ bool isBlank(std::string_view strText) {
 }
 
 std::string toLower(std::string_view strText) {
-  std::string strLower;
-  strLower.reserve(strText.size());
+  std::string strLower(strText);
+  const auto isAscii = [](char byte) { return static_cast<unsigned char>(byte) < 0x80; };
+  if (std::all_of(strText.begin(), strText.end(), isAscii)) {
+    for (char& byte : strLower) byte = static_cast<char>(lowerCase(byte));
+    return strLower;
+  }
+  strLower.clear();
   while (!strText.empty()) {
     const auto [lngCodePoint, lngBytes] = firstCharacter(strText);
     const std::int32_t lngLower = lowerCase(lngCodePoint);

@@ -117,15 +117,16 @@ class Writer {
   }
 
   void writeEscaped(std::string_view strText, Escape where) {
-    std::size_t written = 0;
-    for (std::size_t at = 0; at < strText.size(); ++at) {
-      const Escape escape = kEscapes[static_cast<unsigned char>(strText[at])];
+    const char* written = strText.data();
+    const char* const end = written + strText.size();
+    for (const char* at = written; at != end; ++at) {
+      const Escape escape = kEscapes[static_cast<unsigned char>(*at)];
       if (escape == kNever || escape > where) continue;
-      put(strText.substr(written, at - written));
-      put(reference(strText[at]));
+      put({written, static_cast<std::size_t>(at - written)});
+      put(reference(*at));
       written = at + 1;
     }
-    put(strText.substr(written));
+    put({written, static_cast<std::size_t>(end - written)});
   }
 
   void writeLeaf(const TreeNode* node) {
@@ -154,7 +155,10 @@ class Writer {
     }
   }
 
-  void put(char byte) { put(std::string_view(&byte, 1)); }
+  void put(char byte) {
+    if (lngUsed_ == strOut_.size()) strOut_.resize(2 * strOut_.size());
+    strOut_[lngUsed_++] = byte;
+  }
 
   void put(std::string_view strPart) {
     if (strOut_.size() - lngUsed_ < strPart.size()) {

@@ -14,22 +14,32 @@ constexpr std::size_t kMostAlike = 100;
 
 constexpr std::size_t kOdd = 0x9E3779B97F4A7C15;
 
-/// Eight bytes at a time: names are short, and looked up more often than anything else.
+/// Eight bytes at a time: names are short, and looked up more often than anything else. The last
+/// ones of a longer text may overlap those before them.
 std::size_t hashOf(std::string_view strText) noexcept {
-  std::size_t lngHash = strText.size() * kOdd;
-  const auto mix = [&](std::size_t lngBytes) {
-    lngHash = (lngHash ^ lngBytes) * kOdd;
+  const std::size_t lngSize = strText.size();
+  std::size_t lngHash = lngSize * kOdd;
+  std::size_t lngWord = 0;
+  const auto mix = [&] {
+    lngHash = (lngHash ^ lngWord) * kOdd;
     lngHash ^= lngHash >> 32;
   };
-  std::size_t lngWord = 0;
-  while (strText.size() > sizeof lngWord) {
-    std::memcpy(&lngWord, strText.data(), sizeof lngWord);
-    mix(lngWord);
-    strText.remove_prefix(sizeof lngWord);
+  if (lngSize >= sizeof lngWord) {
+    for (std::size_t at = 0; at + sizeof lngWord < lngSize; at += sizeof lngWord) {
+      std::memcpy(&lngWord, strText.data() + at, sizeof lngWord);
+      mix();
+    }
+    std::memcpy(&lngWord, strText.data() + lngSize - sizeof lngWord, sizeof lngWord);
+  } else if (lngSize >= sizeof(std::uint32_t)) {
+    std::uint32_t lngFirst = 0;
+    std::uint32_t lngLast = 0;
+    std::memcpy(&lngFirst, strText.data(), sizeof lngFirst);
+    std::memcpy(&lngLast, strText.data() + lngSize - sizeof lngLast, sizeof lngLast);
+    lngWord = std::size_t{lngFirst} << 32 | lngLast;
+  } else {
+    for (const char byte : strText) lngWord = lngWord << 8 | static_cast<unsigned char>(byte);
   }
-  lngWord = 0;
-  for (const char byte : strText) lngWord = lngWord << 8 | static_cast<unsigned char>(byte);
-  mix(lngWord);
+  mix();
   return lngHash;
 }
 

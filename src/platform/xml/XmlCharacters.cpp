@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string>
 
 #include "platform/text/Text.h"
@@ -63,6 +64,17 @@ std::int32_t takeCharacter(std::string_view& strRest) {
 
 bool isXmlText(std::string_view strText) {
   for (std::size_t at = 0; at < strText.size();) {
+    // Eight bytes at a time while all are ASCII and none is below the blank.
+    std::uint64_t bytes = 0;
+    if (strText.size() - at >= sizeof bytes) {
+      std::memcpy(&bytes, strText.data() + at, sizeof bytes);
+      constexpr std::uint64_t kHigh = 0x8080808080808080;
+      constexpr std::uint64_t kBlanks = 0x2020202020202020;
+      if (((bytes | (bytes - kBlanks)) & kHigh) == 0) {
+        at += sizeof bytes;
+        continue;
+      }
+    }
     const auto byte = static_cast<unsigned char>(strText[at]);
     const bool blnAscii = byte < 0x80;
     if (blnAscii && byte < 0x20 && !isXmlSpace(strText[at])) return false;

@@ -15,10 +15,7 @@ void LazyIdIndex::drop() noexcept {
   blnWantedBefore_ = false;
 }
 
-const IdIndex* LazyIdIndex::get(const TreeNode* document, bool blnWanted) const {
-  const IdIndex* ready = ready_.load(std::memory_order_acquire);
-  if (ready || !blnWanted) return ready;
-
+const IdIndex* LazyIdIndex::wish(const TreeNode* document) const {
   const std::lock_guard lock(mutex_);
   if (index_) return index_.get();
   if (!std::exchange(blnWantedBefore_, true)) return nullptr;

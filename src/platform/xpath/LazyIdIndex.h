@@ -20,9 +20,17 @@ class LazyIdIndex {
 
   /// The index of `document`, or null when there is none. One is built at the second wish since it
   /// was dropped: a document whose ids change after each selection never pays for it.
-  const IdIndex* get(const TreeNode* document, bool blnWanted) const;
+  const IdIndex* get(const TreeNode* document, bool blnWanted) const {
+    const IdIndex* const ready = ready_.load(std::memory_order_acquire);
+    return ready || !blnWanted ? ready : wish(document);
+  }
+
+  /// For who writes to the document: whether nobody wished for one since it was dropped.
+  bool isUnwanted() const noexcept { return !index_ && !blnWantedBefore_; }
 
  private:
+  const IdIndex* wish(const TreeNode* document) const;
+
   mutable std::atomic<const IdIndex*> ready_ = nullptr;
   mutable std::mutex mutex_;  // guards the two below, except against the writer
   mutable std::unique_ptr<const IdIndex> index_;

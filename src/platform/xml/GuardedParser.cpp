@@ -295,8 +295,12 @@ OwnedXmlDoc GuardedParser::parse(std::string_view strBytes, XmlEncoding encoding
   // The parser's own limits are against entities, and they refuse an answer of more than ten
   // million bytes. Where nothing can declare an entity the size of the input is limit enough.
   if (!seen.blnDocumentType) options |= XML_PARSE_HUGE;
-  OwnedXmlDoc document(xmlCtxtReadMemory(
-      parser_.get(), strText.data(), static_cast<int>(strText.size()), nullptr, "UTF-8", options));
+  // Told an encoding, the library crashes when there is no memory for its converter. It guesses by
+  // the first four bytes; only a NUL among them could make it take the text for another than UTF-8.
+  const bool blnMisread = strText.substr(0, 4).find('\0') != std::string_view::npos;
+  OwnedXmlDoc document(xmlCtxtReadMemory(parser_.get(), strText.data(),
+                                         static_cast<int>(strText.size()), nullptr,
+                                         blnMisread ? "UTF-8" : nullptr, options));
   if (exception_) std::rethrow_exception(exception_);
   memory_.check();
   // The library takes a NUL for the end of its input.

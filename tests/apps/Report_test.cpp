@@ -1,0 +1,211 @@
+#include <nlohmann/json.hpp>
+
+#include "Program.h"
+
+// The report of a run, as a script gets it.
+
+namespace Varnel_Tolv_XML_Creation::test {
+namespace {
+
+using Json = nlohmann::ordered_json;
+using Lines = std::vector<std::string>;
+using ::testing::ElementsAre;
+using ::testing::ElementsAreArray;
+using ::testing::HasSubstr;
+using ::testing::SizeIs;
+using ::testing::UnorderedElementsAreArray;
+
+const std::string kExample = VARNEL_SOURCE_DIR "/examples/inspection";
+
+Lines keysOf(const Json& object) {
+  Lines keys;
+  for (const auto& [strKey, value] : object.items()) keys.push_back(strKey);
+  return keys;
+}
+
+std::string address(const Json& violation) {
+  return violation["questionId"].get<std::string>() + "/" +
+         violation["rowIndex"].get<std::string>() + "/" + violation["columnId"].get<std::string>();
+}
+
+class Report : public ProgramTest {
+ protected:
+  ProgramRun submit(const char* form, Lines more) const {
+    more.insert(more.begin(), {"--deployment", kExample, "--form", kExample + "/" + form,
+                               "--submit", "--now", "2025-10-14T12:05:00"});
+    return build(std::move(more));
+  }
+
+  Json result(const char* form, Lines more = {}) const {
+    more.insert(more.begin(), {"--validate", "--report"});
+    return Json::parse(submit(form, std::move(more)).out);
+  }
+};
+
+TEST_F(Report, StandsBehindTheRestOfTheResultOnlyWhenItIsAskedFor) {
+  const Lines plain = {"success",     "errorCode",   "errorName",  "errorDetail",
+                       "userMessage", "errorSource", "userErrors", "internalErrors"};
+  Lines withReport = plain;
+  withReport.emplace_back("report");
+  EXPECT_EQ(keysOf(Json::parse(submit("faulty.form", {"--validate"}).out)), plain);
+  EXPECT_EQ(keysOf(Json::parse(submit("faulty.form", {"--validate", "--strict"}).out)), plain);
+  EXPECT_EQ(keysOf(result("faulty.form")), withReport);
+}
+
+TEST_F(Report, HasItsKeysInAFixedOrder) {
+  const Json report = result("faulty.form")["report"];
+  EXPECT_THAT(keysOf(report), ElementsAre("verdict", "reason", "violations", "losses"));
+  EXPECT_THAT(
+      keysOf(report["violations"].front()),
+      ElementsAre("kind", "facet", "path", "attribute", "value", "limit", "expected", "message",
+                  "questionId", "questionText", "rowIndex", "columnId", "columnText", "allowed"));
+  EXPECT_THAT(keysOf(result("faulty.form", {"--explain"})["report"]),
+              ElementsAre("verdict", "reason", "violations", "losses", "journal"));
+}
+
+TEST_F(Report, ComesWithExplainAlone) {
+  const Json explained = Json::parse(submit("complete.form", {"--explain"}).out);
+  EXPECT_EQ(explained["report"]["verdict"], "not-asked");
+  EXPECT_TRUE(explained["report"]["journal"].is_array());
+}
+
+TEST_F(Report, OfTheCompleteFormFindsNothing) {
+  const Json report = result("complete.form")["report"];
+  EXPECT_EQ(report["verdict"], "valid");
+  EXPECT_EQ(report["reason"], "");
+  EXPECT_THAT(report["violations"], SizeIs(0));
+}
+
+/// The mistakes of the faulty form, one after the other as the form has them, and in how many
+/// places of the message each is seen.
+const struct {
+  const char *answer, *kind, *facet;
+  std::size_t lngPlaces;
+} kMistakes[] = {
+    {"casenumber//", "value", "pattern", 3},  // and in the document data and the record's source
+    {"inspectionkind//", "value", "enumeration", 1},
+    {"reporttitle//", "value", "minLength", 1},
+    {"buildingname//", "value", "maxLength", 1},
+    {"postcode//", "value", "pattern", 1},
+    {"town//", "missing-child", "", 1},
+    {"yearbuilt//", "value", "minInclusive", 1},
+    {"storeys//", "value", "minInclusive", 1},
+    {"floorarea//", "value", "", 1},
+    {"ownername//", "value", "minLength", 1},
+    {"officephone//", "value", "maxLength", 1},
+    {"owneremail//", "value", "pattern", 1},
+    {"inspectiondate//", "value", "", 1},
+    {"visitstart//", "value", "", 1},
+    {"arrivaltime//", "value", "pattern", 1},
+    {"weather//", "value", "enumeration", 1},
+    {"temperature//", "value", "maxInclusive", 1},
+    {"inspectornumber//", "value", "pattern", 2},  // and in the document data
+    {"heatingkind//", "value", "enumeration", 1},
+    {"smokedetectors//", "value", "", 1},
+    {"areas/5/remark", "value", "maxLength", 1},
+    {"defects/1/severity", "value", "enumeration", 1},
+    {"defects/1/found", "value", "", 1},
+    {"defects/1/duration", "value", "", 1},  // between a date and none there are no days
+    {"defects/2/repairby", "value", "", 1},
+    {"defects/2/duration", "value", "", 1},
+    {"defects/3/found", "value", "", 1},
+    {"meters/1/reading", "value", "", 1},
+    {"samples//", "value", "", 1},
+    {"grade//", "value", "enumeration", 2},  // and in the header
+    {"summary//", "value", "minLength", 1},
+    {"measures//", "value", "maxLength", 1},
+    {"followupdate//", "value", "", 1},
+    {"fee//", "value", "fractionDigits", 1},
+    {"officeid//", "value", "pattern", 1},
+};
+
+TEST_F(Report, OfTheFaultyFormNamesEachMistakeAtItsQuestionRowAndColumn) {
+  Lines expected;
+  for (const auto& mistake : kMistakes) {
+    expected.insert(expected.end(), mistake.lngPlaces,
+                    std::string(mistake.answer) + " " + mistake.kind + " " + mistake.facet);
+  }
+  const Json report = result("faulty.form")["report"];
+  EXPECT_EQ(report["verdict"], "invalid");
+  Lines found;
+  for (const Json& violation : report["violations"]) {
+    found.push_back(address(violation) + " " + violation["kind"].get<std::string>() + " " +
+                    violation["facet"].get<std::string>());
+  }
+  EXPECT_THAT(found, UnorderedElementsAreArray(expected));
+}
+
+TEST_F(Report, TellsAViolationWhole) {
+  const Json violations = result("faulty.form")["report"]["violations"];
+  const auto of = [&](const char* answer) {
+    for (const Json& violation : violations) {
+      if (address(violation) == answer) return violation;
+    }
+    return Json();
+  };
+  EXPECT_EQ(of("defects/1/severity"), Json::parse(R"({
+                "kind": "value", "facet": "enumeration",
+                "path": "/InspectionReport[1]/Record[1]/pbr:Defects[1]/pbr:Defect[1]/pbr:Severity[1]",
+                "attribute": "", "value": "extreme", "limit": "'low', 'medium', 'high'",
+                "expected": [],
+                "message": "The value is not allowed; it must be one of 'low', 'medium', 'high'.",
+                "questionId": "defects", "questionText": "Defects", "rowIndex": "1",
+                "columnId": "severity", "columnText": "Severity",
+                "allowed": ["low", "medium", "high"]})"));
+  EXPECT_EQ(of("town//"), Json::parse(R"({
+                "kind": "missing-child", "facet": "",
+                "path": "/InspectionReport[1]/Building[1]/bld:Location[1]",
+                "attribute": "", "value": "", "limit": "",
+                "expected": ["{urn:example:inspection:building}Town"],
+                "message": "In 'bld:Location' 'Town' is missing.",
+                "questionId": "town", "questionText": "Town", "rowIndex": "", "columnId": "",
+                "columnText": "", "allowed": []})"));
+}
+
+TEST_F(Report, OfAFailedRunTellsThatItDidNotGetToTheCheck) {
+  const ProgramRun run =
+      submit("complete.form", {"--validate", "--report", "--template", "missing.xml"});
+  EXPECT_EQ(run.status, 1);
+  const Json report = Json::parse(run.out)["report"];
+  EXPECT_EQ(report["verdict"], "not-checked");
+  EXPECT_THAT(report["reason"].get<std::string>(), HasSubstr("missing.xml"));
+}
+
+TEST_F(Report, MakesAStrictRunEndWithStatusThreeWhereASuccessIsNone) {
+  const struct {
+    const char *says, *form;
+    Lines words;
+    int status;
+  } cases[] = {
+      {"a valid message", "complete.form", {"--validate", "--strict"}, 0},
+      {"no check asked for", "faulty.form", {"--strict"}, 0},
+      {"an invalid message is a failure as ever", "faulty.form", {"--validate", "--strict"}, 1},
+      {"no server", "complete.form", {"--validate", "--strict", "--no-server"}, 3},
+      {"no schema", "complete.form", {"--validate", "--strict", "--schema-url", "none.xsd"}, 3},
+      {"the wrong page folder", "complete.form", {"--validate", "--strict", "--page-dir", "."}, 3},
+      {"another namespace",
+       "complete.form",
+       {"--validate", "--strict", "--schema-uri", "urn:x"},
+       3},
+      {"no questions XML", "draft.form", {"--validate", "--strict", "--questions", "none.xml"}, 3},
+      {"without --strict they succeed",
+       "complete.form",
+       {"--validate", "--report", "--no-server"},
+       0},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    const ProgramRun run = submit(c.form, c.words);
+    EXPECT_EQ(run.status, c.status) << run.out << run.err;
+  }
+}
+
+TEST_F(Report, IsNoKeyOfADeployment) {
+  for (const char* key : {"report", "explain", "strict"}) {
+    write("deployment.json", "{\"" + std::string(key) + "\": true}");
+    EXPECT_TRUE(CouldNotRun(buildDeployment({}), "is an unknown key"));
+  }
+}
+
+}  // namespace
+}  // namespace Varnel_Tolv_XML_Creation::test

@@ -219,43 +219,88 @@ void findAdditionalInfoPrefix(const ParsedDeployment& deployment, Findings& find
   }
 }
 
-/// Places that no action, or no column, ever fills.
-void findUnfilledPlaces(const ParsedDeployment& deployment, Findings& findings) {
-  struct Filled {
-    bool blnUsed = false;
-    bool blnAddress = false;
-    std::unordered_set<std::string> ids;      // of parameters, looked up in lower case
-    std::unordered_set<std::string> columns;  // as written
-  };
-  std::unordered_map<const ComplexType*, Filled> filled;
+/// What may fill the places of a complex type: ids of parameters, which are looked up in lower
+/// case, and columns.
+struct Filling {
+  bool blnAddress = false;
+  std::unordered_set<std::string> ids;
+
+  bool fills(const Placeholder& place) const {
+    const bool blnLine = blnAddress && !place.strId.empty() && place.strId.back() >= '1' &&
+                         place.strId.back() <= '4';
+    return blnLine || ids.contains(place.strId) || ids.contains(toLower(place.strId));
+  }
+};
+
+std::unordered_map<const ComplexType*, Filling> fillings(const ParsedDeployment& deployment) {
+  std::unordered_map<const ComplexType*, Filling> filled;
   for (const MappingEntry& entry : deployment.entries) {
     const ComplexType* const type = typeOf(deployment, entry);
     if (!type || isLeftOut(entry)) continue;
-    Filled& one = filled[type];
-    one.blnUsed = true;
+    Filling& one = filled[type];
     one.blnAddress = one.blnAddress || entry.strActionId == kAddress;
     for (const Node& objParameter : parameters(entry)) {
       one.ids.insert(attributeText(objParameter, kId));
     }
     for (const FormObject* const object : entry.users) {
-      for (const TableColumn& column : object->columns) one.columns.insert(column.strId);
+      for (const TableColumn& column : object->columns) one.ids.insert(column.strId);
     }
   }
-  for (const ComplexType& type : deployment.complexTypes) {
-    const auto found = filled.find(&type);
-    if (found == filled.end() || !found->second.blnUsed) continue;
-    for (const Placeholder& place : type.placeholders) {
-      const bool blnLine = found->second.blnAddress && !place.strId.empty() &&
-                           place.strId.back() >= '1' && place.strId.back() <= '4';
-      if (isBlank(place.strId) || blnLine || found->second.ids.contains(toLower(place.strId)) ||
-          found->second.columns.contains(place.strId)) {
-        continue;
+  return filled;
+}
+
+/// Places that no action, or no column, ever fills. `blnSlips`: those whose id is nearly that of a
+/// parameter or column which has no place.
+void findUnfilledPlaces(const ParsedDeployment& deployment, Findings& findings, bool blnSlips) {
+  constexpr std::size_t kMostCompared = 200;
+  if (!deployment.knowsObjects()) return;
+  for (const auto& [type, filling] : fillings(deployment)) {
+    std::unordered_set<std::string> places;
+    for (const Placeholder& place : type->placeholders) places.insert(toLower(place.strId));
+    std::vector<std::string> without;
+    for (const std::string& strId : filling.ids) {
+      const bool blnPlace = places.contains(toLower(strId));
+      if (!blnPlace && without.size() < kMostCompared) without.push_back(strId);
+    }
+    std::size_t lngCompared = 0;
+    for (const Placeholder& place : type->placeholders) {
+      if (isBlank(place.strId) || filling.fills(place)) continue;
+      std::string strMeant;
+      if (++lngCompared <= kMostCompared) {
+        for (const std::string& strId : without) {
+          if (isSlipOf(place.strId, strId)) strMeant = strId;
+        }
       }
+      if (strMeant.empty() == blnSlips) continue;
       findings.add(deployment.schemaTypes, place.objNode, kId, place.strId,
-                   "No parameter and no column has the id of this place: it is never filled.",
-                   "Correct the id, or take the place out.");
+                   "No parameter and no column has the id " + quoted(place.strId) +
+                       " of this place: it is never filled" +
+                       (blnSlips ? ", and " + quoted(strMeant) + " has no place." : "."),
+                   blnSlips ? "Write " + quoted(strMeant) + " here, or correct it there."
+                            : "Correct the id, or take the place out.");
     }
   }
+}
+
+void findMisspeltPlaces(const ParsedDeployment& deployment, Findings& findings) {
+  findUnfilledPlaces(deployment, findings, true);
+  for (const ComplexType& type : deployment.complexTypes) {
+    const NodeList colElements = required(type.objNode.getElementsByTagName("*"));
+    for (const Node& objElement : colElements) {
+      const std::string strName = objElement.nodeName();
+      const bool blnPlain = objElement.namespaceUri().empty() && objElement.getAttribute(kId);
+      if (!blnPlain || !isSlipOf(strName, kValue)) continue;
+      findings.add(deployment.schemaTypes, objElement, "", attributeText(objElement, kId),
+                   "The element " + quoted(strName) +
+                       " is no place, which is a value: it goes into "
+                       "the message as it stands.",
+                   "Write value.");
+    }
+  }
+}
+
+void findNeverFilledPlaces(const ParsedDeployment& deployment, Findings& findings) {
+  findUnfilledPlaces(deployment, findings, false);
 }
 
 void findWrongLineSlots(const ParsedDeployment& deployment, Findings& findings) {
@@ -323,7 +368,8 @@ void findRowLabels(const ParsedDeployment& deployment, Findings& findings) {
   for (const FormObject& object : deployment.objects) {
     if (object.kind != ObjectKind::table || !object.entry) continue;
     if (kindOf(*object.entry) != ActionKind::rowText || isLeftOut(*object.entry)) continue;
-    const auto add = [&](const Node& objNode, std::string_view attribute, const std::string& strWhat) {
+    const auto add = [&](const Node& objNode, std::string_view attribute,
+                         const std::string& strWhat) {
       findings.add(*object.file, objNode, attribute, object.strId,
                    strWhat +
                        ": the text of a row then begins with the whole text of the row before "
@@ -381,7 +427,8 @@ constexpr auto kRules = std::to_array<Rule>({
     {"parameter-without-place", Severity::error, findParametersWithoutPlace},
     {"cell-without-place", Severity::error, findCellsWithoutPlace},
     {"additional-info-prefix", Severity::error, findAdditionalInfoPrefix},
-    {"place-never-filled", Severity::warning, findUnfilledPlaces},
+    {"place-misspelt", Severity::error, findMisspeltPlaces},
+    {"place-never-filled", Severity::warning, findNeverFilledPlaces},
     {"line-beyond-four", Severity::error, findWrongLineSlots},
     {"duplicate-place", Severity::error, findDuplicatePlaces},
     {"place-without-element", Severity::error, findPlacesWithoutElement},

@@ -55,7 +55,11 @@ void findMissingParts(const ParsedDeployment& deployment, Findings& findings) {
                  "Add docnodes, which may be empty.");
   }
   if (!docInfo(deployment, kTime)) {
-    findings.add(mapper, objDocData, "", "",
+    Node objPlace = objDocData;
+    for (const Node& objInfo : childElements(objDocData)) {
+      if (isSlipOf(attributeText(objInfo, kId), kTime)) objPlace = objInfo;
+    }
+    findings.add(mapper, objPlace, objPlace == objDocData ? "" : "id", "",
                  "There is no docinfo with the id attestationtime: a submitted form ends with an "
                  "error unless a rule copies something.",
                  "Add it.");
@@ -143,6 +147,13 @@ void findNameParameters(const ParsedDeployment& deployment, Findings& findings) 
                    "The protocol information has no attribute " + quoted(strAttribute) +
                        ": this part of the name is left out.",
                    "Name one that is there.");
+      for (const NodeAttribute& attribute : deployment.protocolInfo.root().attributes()) {
+        if (!isSlipOf(attribute.strName, strAttribute)) continue;
+        findings.add(deployment.protocolInfo, deployment.protocolInfo.root(), attribute.strName, "",
+                     "The attribute " + quoted(attribute.strName) + " is not " +
+                         quoted(strAttribute) + ", which the document data asks for.",
+                     "Correct the one or the other.");
+      }
     }
   }
 }
@@ -160,17 +171,14 @@ void findMissingProtocolInfo(const ParsedDeployment& deployment, Findings& findi
 void findComments(const ParsedDeployment& deployment, Findings& findings) {
   const Node objDocNodes = childElement(docData(deployment), "docnodes");
   if (!isMapper(deployment) || !objDocNodes) return;
-  std::size_t lngLine = deployment.objectMapper.lineOf(objDocNodes);
+  const std::vector<std::size_t> lines = deployment.objectMapper.linesOfChildren(objDocNodes);
   const NodeList colChildren = required(objDocNodes.childNodes());
-  for (const Node& objChild : colChildren) {
-    if (objChild.nodeType() == NodeType::element) {
-      lngLine = deployment.objectMapper.lineOf(objChild);
-      continue;
-    }
-    // Only elements know their line.
-    findings.add(deployment.objectMapper, lngLine, "",
+  for (std::size_t at = 0; at < colChildren.length(); ++at) {
+    const Node objChild = colChildren.item(at);
+    if (objChild.nodeType() == NodeType::element) continue;
+    findings.add(deployment.objectMapper, lines[at], "",
                  "docnodes holds something else than a rule (" + objChild.nodeName() +
-                     ") at or below this line, which is read as one: every submitted form fails.",
+                     "), which is read as one: every submitted form fails.",
                  "Take it out, comments too.");
   }
 }
@@ -333,7 +341,7 @@ void findMissingReferences(const ParsedDeployment& deployment, Findings& finding
 
 constexpr auto kRules = std::to_array<Rule>({
     {"docdata-incomplete", Severity::error, findMissingParts},
-    {"unknown-docinfo", Severity::warning, findUnknownInfos},
+    {"unknown-docinfo", Severity::error, findUnknownInfos},
     {"docinfo-names-nothing", Severity::error, findInfosWithoutTarget},
     {"protocol-name", Severity::error, findNameParameters},
     {"no-protocol-info", Severity::warning, findMissingProtocolInfo},

@@ -143,8 +143,14 @@ void walk(const ParsedFile& file, Format format, const Visit& visit) {
   }
 }
 
-/// The id of what an element belongs to, for a finding.
-std::string objectOf(const Node& objNode) {
+/// The id of what an element belongs to, for a finding. One whose name is not known may still say
+/// which it was to be.
+std::string objectOf(const Met& met) {
+  const Node& objNode = met.objNode;
+  for (const char* const attribute : {"output", "id"}) {
+    const std::string strId = met.shape ? std::string() : attributeText(objNode, attribute);
+    if (!strId.empty()) return strId;
+  }
   for (Node objAbove = objNode; objAbove && objAbove.nodeType() == NodeType::element;
        objAbove = objAbove.parentNode()) {
     const std::string strName = objAbove.nodeName();
@@ -170,7 +176,7 @@ void findUnknownElements(const ParsedDeployment& deployment, Findings& findings,
         }
       }
       if (strMeant.empty() == blnSlips) return;
-      findings.add(*file, met.objNode, "", objectOf(met.objNode),
+      findings.add(*file, met.objNode, "", objectOf(met),
                    "The element " + quoted(strName) + " is none that is read here" +
                        (blnSlips ? ", and what it holds is lost." : "."),
                    blnSlips ? "Write " + quoted(strMeant) + "."
@@ -225,7 +231,7 @@ void findUnknownAttributes(const ParsedDeployment& deployment, Findings& finding
         }
         if ((meant && !meant->blnForPeople) != blnSlips) continue;
         findings.add(
-            *file, met.objNode, strName, objectOf(met.objNode),
+            *file, met.objNode, strName, objectOf(met),
             "The attribute " + quoted(strName) + " of " + met.objNode.nodeName() +
                 " is none that is read.",
             meant ? "Write " + quoted(meant->strName) + "." : "Correct its name, or take it out.");
@@ -256,7 +262,7 @@ void findStrayText(const ParsedDeployment& deployment, Findings& findings) {
         const bool blnText =
             objChild.nodeType() == NodeType::text || objChild.nodeType() == NodeType::cdataSection;
         if (!blnText || isXmlWhiteSpace(objChild.text())) continue;
-        findings.add(*file, met.objNode, "", objectOf(met.objNode),
+        findings.add(*file, met.objNode, "", objectOf(met),
                      "The text " + quoted(trim(oneLine(objChild.text()))) + " stands in " +
                          met.objNode.nodeName() + ", where only elements are read.",
                      "Take it out, or put it into its element.");
@@ -284,7 +290,7 @@ void findDoubleChildren(const ParsedDeployment& deployment, Findings& findings) 
           if (seen.size() < 16) seen.push_back(std::move(strName));
           continue;
         }
-        findings.add(file, objChild, "", objectOf(objChild),
+        findings.add(file, objChild, "", objectOf(met),
                      "There is another " + strName + " before this one, which counts.",
                      "Take one of them out.");
       }

@@ -1,5 +1,6 @@
 #include <array>
 #include <string>
+#include <vector>
 
 #include "check/Rule.h"
 #include "check/RuleTables.h"
@@ -14,23 +15,21 @@ namespace {
 void findOtherNodes(const ParsedDeployment& deployment, Findings& findings) {
   const ParsedFile& list = deployment.hiddenFieldList;
   if (!list.isLoaded()) return;
-  std::size_t lngLine = list.lineOf(list.root());
+  const std::vector<std::size_t> lines = list.linesOfChildren(list.root());
   const NodeList colChildren = required(list.root().childNodes());
-  for (const Node& objChild : colChildren) {
+  for (std::size_t at = 0; at < colChildren.length(); ++at) {
+    const Node objChild = colChildren.item(at);
     if (objChild.nodeType() != NodeType::element) {
-      // Only elements know their line: it stands on that of the one before it or below.
-      findings.add(list, lngLine, "",
+      findings.add(list, lines[at], "",
                    "The list holds something else than a hidden field (" + objChild.nodeName() +
-                       ") at or below this line: every form fails.",
+                       "): every form fails.",
                    "Take it out, comments too.");
-      continue;
+    } else if (objChild.nodeName() != "hiddenfield") {
+      findings.add(list, objChild, "", attributeText(objChild, "output"),
+                   "The element " + quoted(objChild.nodeName()) +
+                       " is no hiddenfield: it never goes into the message.",
+                   "Write hiddenfield, or take it out.");
     }
-    lngLine = list.lineOf(objChild);
-    if (objChild.nodeName() == "hiddenfield") continue;
-    findings.add(list, objChild, "", attributeText(objChild, "output"),
-                 "The element " + quoted(objChild.nodeName()) +
-                     " is no hiddenfield: it never goes into the message.",
-                 "Write hiddenfield, or take it out.");
   }
 }
 

@@ -203,7 +203,10 @@ void findDuplicateEntries(const ParsedDeployment& deployment, Findings& findings
     }
   }
   for (const HiddenField& hidden : deployment.hiddenFields) {
-    if (hidden.strToSchema == "true") continue;  // an object, which is told of as one
+    if (hidden.strToSchema == "true") {  // an object, which is told of as one
+      outputs.insert(hidden.strOutput);
+      continue;
+    }
     look(deployment.hiddenFieldList, hidden.objNode, hidden.strOutput, hidden.strOutput, outputs);
   }
 }

@@ -54,6 +54,14 @@ void findUnmapped(const ParsedDeployment& deployment, Findings& findings) {
   for (const MappingEntry& entry : deployment.entries) {
     if (entry.users.empty() && unused.size() < kMostCompared) unused.push_back(&entry);
   }
+  // A group has other members, which tell how its name is written.
+  std::vector<const MappingEntry*> usedGroups;
+  for (const MappingEntry& entry : deployment.entries) {
+    const bool blnGroup = entry.strType == "group" || entry.strType == "tablegroup";
+    if (blnGroup && !entry.users.empty() && usedGroups.size() < kMostCompared) {
+      usedGroups.push_back(&entry);
+    }
+  }
   const MappingEntry* before = nullptr;
   std::size_t lngCompared = 0;
   for (const FormObject& object : deployment.objects) {
@@ -62,6 +70,19 @@ void findUnmapped(const ParsedDeployment& deployment, Findings& findings) {
     const MappingEntry* meant = nullptr;
     if (++lngCompared <= kMostCompared) meant = entryMeantFor(deployment, object, unused);
 
+    const MappingEntry* group = nullptr;
+    if (!meant && object.blnDynamic && lngCompared <= kMostCompared) {
+      for (const MappingEntry* const used : usedGroups) {
+        if (isSlipOf(object.strGroup, used->strId)) group = used;
+      }
+    }
+    if (group) {
+      findings.add(*object.file, object.objNode, "group", object.strId,
+                   "No mapping: the object mapper has no " + lookedUpAs(object) +
+                       " for the object " + quoted(object.strId) + ": every submitted form fails.",
+                   "Write group=" + quoted(group->strId) + ".");
+      continue;
+    }
     const bool blnQuestion = deployment.questionsById.contains(object.strId) || object.blnDynamic ||
                              (meant && meant->strId == object.mappingId());
     const bool blnMeantIsQuestion = meant && deployment.questionsById.contains(meant->strId);
@@ -181,9 +202,11 @@ void findWithoutPlace(const ParsedDeployment& deployment, Findings& findings) {
     const bool blnSent =
         isTableEntry(entry) ? blnParent != blnNode || entry.strToSchema == "true" : entry.isSent();
     if (!blnSent || (blnParent && blnNode)) continue;
-    const Node objPlace = blnParent ? entry.objParentXPath
-                          : blnNode ? entry.objNodePath
-                                    : entry.objNode;
+    const Node& objEmpty = blnParent ? entry.objNodePath : entry.objParentXPath;
+    const Node objPlace = objEmpty    ? objEmpty
+                          : blnParent ? entry.objParentXPath
+                          : blnNode   ? entry.objNodePath
+                                      : entry.objNode;
     findings.add(deployment.objectMapper, objPlace, "", entry.strId,
                  "The entry has no " + std::string(blnParent ? "node" : "parentxpath") + ": " +
                      (isTableEntry(entry) ? "the table is silently left out."

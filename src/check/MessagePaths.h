@@ -23,8 +23,17 @@ class MessagePaths {
   /// The path that a text writes; none for one that is not known or is no path.
   std::optional<std::size_t> find(std::string_view strPath) const;
 
+  /// Calls `visit` with the number of the path above and the last name of each, in any order.
+  template <class Visit>
+  void forEach(const Visit& visit) const {
+    for (const auto& [strKey, lngPath] : paths_) {
+      const std::size_t lngName = strKey.find('/');
+      visit(std::stoul(strKey.substr(0, lngName)), strKey.substr(lngName + 1));
+    }
+  }
+
  private:
-  std::unordered_map<std::string, std::size_t> paths_;
+  std::unordered_map<std::string, std::size_t> paths_;  // by the number above, "/" and the name
 };
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -36,6 +36,17 @@ std::size_t elementCount(const Node& objNode) {
 
 bool isElement(const Node& objNode) { return objNode.nodeType() == NodeType::element; }
 
+/// The names from the root to an element.
+std::vector<std::string> namesTo(const Node& objElement) {
+  std::vector<std::string> names;
+  for (Node objAbove = objElement; objAbove && isElement(objAbove);
+       objAbove = objAbove.parentNode()) {
+    names.push_back(objAbove.nodeName());
+  }
+  std::ranges::reverse(names);
+  return names;
+}
+
 }  // namespace
 
 bool isNodePath(std::string_view strPath) {
@@ -315,14 +326,8 @@ void MessageShape::collectPaths() {
     }
   }
   for (const auto& [objNode, strId] : shared_) {
-    std::vector<std::string> names;
-    for (Node objAbove = objNode; objAbove && isElement(objAbove);
-         objAbove = objAbove.parentNode()) {
-      names.push_back(objAbove.nodeName());
-    }
     std::size_t lngPath = MessagePaths::kTop;
-    for (auto name = names.rbegin(); name != names.rend(); ++name)
-      lngPath = paths_.add(lngPath, *name);
+    for (const std::string& strName : namesTo(objNode)) lngPath = paths_.add(lngPath, strName);
     places_[strId].insert(lngPath);
   }
   // An answer that is written with another's, or in place of it, has its places too.
@@ -347,6 +352,20 @@ void MessageShape::collectPaths() {
 bool MessageShape::isPlaceOf(const std::string& strId, std::size_t lngPath) const {
   const auto found = places_.find(strId);
   return found != places_.end() && found->second.contains(lngPath);
+}
+
+Node MessageShape::templateElement(const Node& objElement) const {
+  Node objFound;
+  for (const std::string& strName : namesTo(objElement)) {
+    const Node objAbove = objFound;
+    const std::vector<Node> colChildren =
+        objAbove ? childElements(objAbove) : std::vector<Node>{deployment_.messageTemplate.root()};
+    const auto found = std::ranges::find_if(
+        colChildren, [&](const Node& objChild) { return objChild.nodeName() == strName; });
+    if (found == colChildren.end()) return {};
+    objFound = *found;
+  }
+  return objFound;
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

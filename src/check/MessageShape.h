@@ -57,6 +57,9 @@ class MessageShape {
   /// Whether any answer to it goes anywhere.
   bool isPlaced(const std::string& strId) const { return places_.contains(strId); }
 
+  /// The first element of the template at the path of an element of the message; or Nothing.
+  Node templateElement(const Node& objElement) const;
+
   /// The first node that an expression selects in the message, or Nothing. `strReason` is why it
   /// cannot be evaluated; empty when it can.
   Node select(const Node& objFrom, std::string_view strXPath, std::string& strReason) const;

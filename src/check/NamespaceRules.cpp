@@ -178,33 +178,47 @@ void forEachPath(const ParsedDeployment& deployment, const Find& find) {
   }
 }
 
+/// A prefix that template, schema types or reference XML declare belongs into the list: it is told
+/// there, once. Any other is a slip where it is used.
 void findUnregisteredPrefixes(const ParsedDeployment& deployment, Findings& findings) {
-  if (!deployment.namespaceList.isLoaded() || deployment.namespaces.empty()) return;
-  const auto add = [&](const ParsedFile& file, const Node& objNode, const std::string& strObject,
+  const ParsedFile& list = deployment.namespaceList;
+  if (!list.isLoaded() || deployment.namespaces.empty()) return;
+  const Declarations declared = declarationsOf(deployment);
+  std::unordered_set<std::string> told;
+  const auto use = [&](const ParsedFile& file, const Node& objNode, const std::string& strObject,
                        const std::string& strPrefix) {
-    findings.add(file, objNode, "", strObject,
-                 "The prefix " + quoted(strPrefix) + " is not registered in the namespace list.",
-                 "Register it there, or write one that is.");
+    if (strPrefix.empty() || strPrefix == "xml" || deployment.namespaceOf(strPrefix)) return false;
+    const auto found = declared.find(strPrefix);
+    if (found == declared.end()) {
+      findings.add(file, objNode, "", strObject,
+                   "The prefix " + quoted(strPrefix) + " is not registered in the namespace list.",
+                   "Register it there, or write one that is.");
+      return true;
+    }
+    if (!told.insert(strPrefix).second) return true;
+    Node objPlace = list.root();
+    for (const NamespaceEntry& entry : deployment.namespaces) {
+      if (entry.strName == found->second.front().strUri) objPlace = entry.objNode;
+    }
+    findings.add(list, objPlace, objPlace == list.root() ? "" : "id", "",
+                 "The prefix " + quoted(strPrefix) +
+                     ", which other files declare and use, is not registered: every form that "
+                     "needs it fails.",
+                 "Register it.");
+    return true;
   };
   forEachPath(deployment, [&](const Node& objPath, const std::string& strObject) {
     for (const std::string& strPrefix : prefixesOf(objPath.text())) {
-      if (strPrefix == "xml" || deployment.namespaceOf(strPrefix)) continue;
-      add(deployment.objectMapper, objPath, strObject, strPrefix);
-      break;
+      if (use(deployment.objectMapper, objPath, strObject, strPrefix)) break;
     }
   });
   for (const Question& question : deployment.questions) {
-    if (!question.objXPath) continue;
     for (const std::string& strPrefix : prefixesOf(question.strXPath)) {
-      if (deployment.namespaceOf(strPrefix)) continue;
-      add(deployment.questionList, question.objXPath, question.strId, strPrefix);
-      break;
+      if (use(deployment.questionList, question.objXPath, question.strId, strPrefix)) break;
     }
     for (const QuestionColumn& column : question.columns) {
       for (const std::string& strPrefix : prefixesOf(column.strPath)) {
-        if (deployment.namespaceOf(strPrefix)) continue;
-        add(deployment.questionList, column.objPath, column.strId, strPrefix);
-        break;
+        if (use(deployment.questionList, column.objPath, column.strId, strPrefix)) break;
       }
     }
   }
@@ -212,12 +226,8 @@ void findUnregisteredPrefixes(const ParsedDeployment& deployment, Findings& find
   for (const ParsedFile* const file :
        {&deployment.messageTemplate, &deployment.schemaTypes, &deployment.reference}) {
     if (!file->isLoaded()) continue;
-    std::unordered_set<std::string> told;
     for (const Node& objElement : file->elements()) {
-      const std::string strName = objElement.nodeName();
-      const std::string strPrefix(prefixOf(strName));
-      if (strPrefix.empty() || strPrefix == "xml" || deployment.namespaceOf(strPrefix)) continue;
-      if (told.insert(strPrefix).second) add(*file, objElement, "", strPrefix);
+      use(*file, objElement, "", std::string(prefixOf(objElement.nodeName())));
     }
   }
 }

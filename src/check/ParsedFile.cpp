@@ -21,12 +21,13 @@ class TagScanner {
  public:
   explicit TagScanner(std::string_view strText) : strText_(strText) {}
 
-  std::map<std::size_t, LongStartTag> scan() {
+  TextLines scan() {
     while (lngAt_ < strText_.size()) {
       const std::size_t lngTag = strText_.find('<', lngAt_);
       if (lngTag == std::string_view::npos) break;
       moveTo(lngTag);
       if (startsWith("<!--")) {
+        lines_.comments.push_back(lngLine_);
         moveBehind("-->");
       } else if (startsWith("<![CDATA[")) {
         moveBehind("]]>");
@@ -40,7 +41,7 @@ class TagScanner {
         startTag();
       }
     }
-    return std::move(tags_);
+    return std::move(lines_);
   }
 
  private:
@@ -107,21 +108,19 @@ class TagScanner {
     for (const auto& [strName, lngLine] : attributes) {
       tag.attributeLines.emplace(strName, lngLine);
     }
-    tags_.emplace(lngLine_, std::move(tag));
+    lines_.longTags.emplace(lngLine_, std::move(tag));
   }
 
   std::string_view strText_;
   std::size_t lngAt_ = 0;
   std::size_t lngLine_ = 1;
   std::size_t lngNameLine_ = 1;
-  std::map<std::size_t, LongStartTag> tags_;
+  TextLines lines_;
 };
 
 }  // namespace
 
-std::map<std::size_t, LongStartTag> longStartTags(std::string_view strText) {
-  return TagScanner(strText).scan();
-}
+TextLines textLines(std::string_view strText) { return TagScanner(strText).scan(); }
 
 ParsedFile::ParsedFile(std::string strPath)
     : strPath_(std::move(strPath)), objXml_(Document::create(readOnly())) {
@@ -130,15 +129,15 @@ ParsedFile::ParsedFile(std::string strPath)
   ParseError ignored;  // the file was read a moment ago
   const std::optional<std::string> strText =
       readXmlFile(strPath_, DocumentSettings().lngMaxBytes, ignored);
-  if (strText) longTags_ = longStartTags(*strText);
+  if (strText) lines_ = textLines(*strText);
 }
 
 NodeList ParsedFile::elements() const { return required(objXml_.getElementsByTagName("*")); }
 
 std::size_t ParsedFile::lineOf(const Node& objElement, std::string_view strAttribute) const {
   const std::size_t lngEnd = std::max<std::size_t>(objElement.lineNumber(), 1);
-  const auto found = longTags_.find(lngEnd);
-  if (found == longTags_.end()) return lngEnd;
+  const auto found = lines_.longTags.find(lngEnd);
+  if (found == lines_.longTags.end()) return lngEnd;
   const LongStartTag& tag = found->second;
   // Another element may begin behind it on the same line.
   for (const auto& [strName, lngLine] : tag.attributeLines) {
@@ -147,6 +146,31 @@ std::size_t ParsedFile::lineOf(const Node& objElement, std::string_view strAttri
   }
   const auto attribute = tag.attributeLines.find(std::string(strAttribute));
   return attribute == tag.attributeLines.end() ? tag.lngLine : attribute->second;
+}
+
+std::vector<std::size_t> ParsedFile::linesOfChildren(const Node& objElement) const {
+  std::vector<std::size_t> lines;
+  std::size_t lngLine = lineOf(objElement);
+  std::size_t lngComment = 0;  // how many came before
+  std::vector<Node> open{objXml_};
+  while (!open.empty()) {  // in document order
+    const Node objNode = open.back();
+    open.pop_back();
+    const NodeType type = objNode.nodeType();
+    if (objNode.parentNode() == objElement) {
+      if (type == NodeType::element) lngLine = lineOf(objNode);
+      if (type == NodeType::comment && lngComment < lines_.comments.size()) {
+        lngLine = lines_.comments[lngComment];
+      }
+      lines.push_back(lngLine);
+    }
+    if (type == NodeType::comment) ++lngComment;
+    if (type != NodeType::element && type != NodeType::document) continue;
+    const NodeList colChildren = required(objNode.childNodes());
+    for (std::size_t at = colChildren.length(); at > 0; --at)
+      open.push_back(colChildren.item(at - 1));
+  }
+  return lines;
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

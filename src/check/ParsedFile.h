@@ -16,6 +16,12 @@ struct LongStartTag {
   std::map<std::string, std::size_t> attributeLines;  // by the name as written
 };
 
+/// What the parser does not keep of a text: lines of start tags and comments.
+struct TextLines {
+  std::map<std::size_t, LongStartTag> longTags;  // by the line on which they end
+  std::vector<std::size_t> comments;             // where each begins, in their order
+};
+
 /// One file of a deployment, as far as it could be read.
 class ParsedFile {
  public:
@@ -41,16 +47,20 @@ class ParsedFile {
   /// name; from 1.
   std::size_t lineOf(const Node& objElement, std::string_view strAttribute = {}) const;
 
+  /// The lines on which the children of an element begin; that of a text is where the child before
+  /// it begins. Takes time linear in the file.
+  std::vector<std::size_t> linesOfChildren(const Node& objElement) const;
+
  private:
   std::string strPath_;
   Document objXml_;
   Node root_;
-  std::map<std::size_t, LongStartTag> longTags_;  // by the line on which they end
+  TextLines lines_;
 };
 
-/// The start tags of a text that go over several lines, by the line on which they end. On one line
-/// only one can end that began on another. The text must be well-formed and in an encoding that has
-/// ASCII's bytes; of any other, whatever comes out means nothing. One pass, in linear time.
-std::map<std::size_t, LongStartTag> longStartTags(std::string_view strText);
+/// The lines of a text. On one line only one start tag can end that began on another. The text must
+/// be well-formed and in an encoding that has ASCII's bytes; of any other, whatever comes out means
+/// nothing. One pass, in linear time.
+TextLines textLines(std::string_view strText);
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -1,12 +1,12 @@
 #include <array>
 #include <string>
+#include <unordered_map>
 #include <unordered_set>
 
 #include "check/MessageShape.h"
 #include "check/Rule.h"
 #include "check/RuleTables.h"
 #include "check/Words.h"
-#include "config/Attributes.h"
 #include "platform/text/Text.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -75,13 +75,63 @@ void findMalformedNodePaths(const ParsedDeployment& deployment, Findings& findin
   });
 }
 
+/// Whether the question of an object says that its answer stands where the mapping writes it.
+bool isWhereQuestionSays(const ParsedDeployment& deployment, const FormObject& object) {
+  const Question* const question = deployment.question(object.strId);
+  if (!question) return false;
+  const auto lngPath = deployment.shape().paths().find(question->strXPath);
+  return lngPath && deployment.shape().isPlaceOf(object.strLowerId, *lngPath);
+}
+
+/// Of the two the one whose question says otherwise has the slip, else the later one.
 void findSamePlaces(const ParsedDeployment& deployment, Findings& findings) {
   forEachTrouble(deployment, PathTrouble::samePlace, [&](const PathTrouble& trouble) {
-    findings.add(deployment.objectMapper, trouble.objPath, "", idOf(trouble),
-                 "The answer goes where that to " + quoted(trouble.strDetail) +
-                     " stands already, and replaces it.",
-                 "Give it a place of its own, absent or checkexists.");
+    const FormObject* const other = deployment.object(trouble.strDetail);
+    const bool blnOther = other && other->entry && other->entry->objNodePath &&
+                          isWhereQuestionSays(deployment, *trouble.object) &&
+                          !isWhereQuestionSays(deployment, *other);
+    findings.add(deployment.objectMapper, blnOther ? other->entry->objNodePath : trouble.objPath,
+                 "", blnOther ? other->entry->strId : idOf(trouble),
+                 "The answers to " + quoted(trouble.strDetail) + " and " +
+                     quoted(trouble.object->strId) +
+                     " go to the same place, where the second replaces the first.",
+                 "Give each a place of its own, or one of them absent or checkexists.");
   });
+}
+
+/// Elements that the template should have: several entries name them.
+void findMissingFromTemplate(const ParsedDeployment& deployment, Findings& findings) {
+  std::unordered_map<std::string, std::size_t> counts;
+  for (const PathTrouble& trouble : deployment.shape().troubles()) {
+    if (trouble.kind != PathTrouble::noParent) continue;
+    const std::string strPath = trouble.objPath.text();
+    if (++counts[strPath] != 2) continue;  // the second tells, a third tells nothing new
+    if (counts.size() > 100) return;
+    Node objDeepest = deployment.messageTemplate.root();
+    std::string strReason, strTried, strMissing;
+    for (const std::string& strStep : split(strPath, "/")) {
+      if (strStep.empty()) continue;
+      strTried += "/" + strStep;
+      const Node objFound =
+          deployment.shape().select(deployment.shape().document(), strTried, strReason);
+      if (!objFound) {
+        strMissing = strStep;
+        break;
+      }
+      const auto objSame = deployment.shape().templateElement(objFound);
+      if (objSame) objDeepest = objSame;
+    }
+    if (!strReason.empty()) continue;
+    Node objPlace = objDeepest;
+    for (const Node& objChild : childElements(objDeepest)) {
+      const std::string strName = strMissing.substr(strMissing.find(':') + 1);
+      if (isSlipOf(objChild.baseName(), strName)) objPlace = objChild;
+    }
+    findings.add(deployment.messageTemplate, objPlace, "", "",
+                 "The template has no element " + quoted(strPath) +
+                     ", below which several entries of the mapping write.",
+                 "Add it, or correct its name or its namespace.");
+  }
 }
 
 void findUnknownShape(const ParsedDeployment& deployment, Findings& findings) {
@@ -96,6 +146,7 @@ constexpr auto kRules = std::to_array<Rule>({
     {"path-names-nothing", Severity::error, findNoParents},
     {"parent-of-answer", Severity::error, findParentsOfAnswers},
     {"malformed-node-path", Severity::error, findMalformedNodePaths},
+    {"not-in-template", Severity::error, findMissingFromTemplate},
     {"same-place", Severity::error, findSamePlaces},
     {"too-large", Severity::note, findUnknownShape},
 });

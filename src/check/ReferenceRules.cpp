@@ -158,8 +158,10 @@ void findMissingPaths(const ParsedDeployment& deployment, Findings& findings) {
   }
 }
 
-/// Elements that the message never has, although one with nearly the name is there.
-void findUnknownElements(const ParsedDeployment& deployment, Findings& findings) {
+/// Walks the elements of the reference XML that the message has too. `visit` gets the path of each
+/// in the message, and its children in the reference XML.
+template <class Visit>
+void walkBesideMessage(const ParsedDeployment& deployment, const Visit& visit) {
   if (!areKnown(deployment)) return;
   const MessagePaths& message = deployment.shape().paths();
   struct Open {
@@ -173,26 +175,73 @@ void findUnknownElements(const ParsedDeployment& deployment, Findings& findings)
   while (!open.empty()) {
     const Open next = open.back();
     open.pop_back();
+    const std::vector<Node> colChildren = childElements(next.objNode);
+    visit(next.lngPath, colChildren);
+    for (const Node& objChild : colChildren) {
+      const std::optional<std::size_t> lngPath = message.find(next.lngPath, objChild.nodeName());
+      if (lngPath) open.push_back({objChild, *lngPath});
+    }
+  }
+}
+
+void findDoubles(const ParsedDeployment& deployment, Findings& findings) {
+  walkBesideMessage(deployment, [&](std::size_t, const std::vector<Node>& colChildren) {
     std::unordered_set<std::string> seen;
-    for (const Node& objChild : childElements(next.objNode)) {
+    for (const Node& objChild : colChildren) {
+      if (seen.insert(objChild.nodeName()).second) continue;
+      findings.add(deployment.reference, objChild, "", "",
+                   "There is an element " + quoted(objChild.nodeName()) +
+                       " before this one, which counts; this one is never found.",
+                   "Take one of them out.");
+    }
+  });
+}
+
+/// Elements that the message never has. `blnSlips`: those whose name is nearly that of an element
+/// which the message has there and the reference XML has not.
+void findUnknown(const ParsedDeployment& deployment, Findings& findings, bool blnSlips) {
+  const MessageShape& shape = deployment.shape();
+  std::unordered_map<std::size_t, std::vector<std::string>> namesBelow;  // in the message
+  if (areKnown(deployment)) {
+    shape.paths().forEach([&](std::size_t lngAbove, const std::string& strName) {
+      auto& names = namesBelow[lngAbove];
+      if (names.size() < kMostCompared) names.push_back(strName);
+    });
+  }
+  std::unordered_set<std::size_t> asked;  // paths of questions: told by the rule about those
+  for (const Question& question : deployment.questions) {
+    if (const auto lngPath = shape.paths().find(question.strXPath)) asked.insert(*lngPath);
+  }
+  walkBesideMessage(deployment, [&](std::size_t lngPath, const std::vector<Node>& colChildren) {
+    std::unordered_set<std::string> present;
+    for (const Node& objChild : colChildren) present.insert(objChild.nodeName());
+    std::size_t lngUnknown = 0;
+    for (const Node& objChild : colChildren) {
       const std::string strName = objChild.nodeName();
-      const std::optional<std::size_t> lngPath = message.find(next.lngPath, strName);
-      if (lngPath) {
-        if (!seen.insert(strName).second) {
-          findings.add(deployment.reference, objChild, "", "",
-                       "There is an element " + quoted(strName) +
-                           " before this one, which counts; this one is never found.",
-                       "Take one of them out.");
+      if (shape.paths().find(lngPath, strName)) continue;
+      std::string strMeant;
+      if (++lngUnknown <= kMostCompared) {
+        for (const std::string& strOther : namesBelow[lngPath]) {
+          if (!present.contains(strOther) && isSlipOf(strName, strOther)) strMeant = strOther;
         }
-        open.push_back({objChild, *lngPath});
-        continue;
       }
+      if (strMeant.empty() == blnSlips) continue;
+      if (blnSlips && asked.contains(*shape.paths().find(lngPath, strMeant))) continue;
       findings.add(deployment.reference, objChild, "", "",
                    "The message never has an element " + quoted(strName) +
                        " here, neither from the template nor from the mapping.",
-                   "Correct the name, or leave it when it is for later.");
+                   blnSlips ? "Write " + quoted(strMeant) + ", as the message has it."
+                            : "Correct the name, or leave it when it is for later.");
     }
-  }
+  });
+}
+
+void findMisspelt(const ParsedDeployment& deployment, Findings& findings) {
+  findUnknown(deployment, findings, true);
+}
+
+void findNeverMade(const ParsedDeployment& deployment, Findings& findings) {
+  findUnknown(deployment, findings, false);
 }
 
 constexpr auto kRules = std::to_array<Rule>({
@@ -201,7 +250,9 @@ constexpr auto kRules = std::to_array<Rule>({
     {"question-ids-name-nothing", Severity::error, findUnknownQuestionIds},
     {"reference-root", Severity::error, findWrongRoot},
     {"not-in-reference", Severity::error, findMissingPaths},
-    {"reference-unknown", Severity::warning, findUnknownElements},
+    {"reference-double", Severity::warning, findDoubles},
+    {"reference-misspelt", Severity::error, findMisspelt},
+    {"reference-unknown", Severity::note, findNeverMade},
 });
 
 }  // namespace

@@ -222,6 +222,7 @@ void findAdditionalInfoPrefix(const ParsedDeployment& deployment, Findings& find
 /// What may fill the places of a complex type: ids of parameters, which are looked up in lower
 /// case, and columns.
 struct Filling {
+  bool blnKnown = true;  // false where the table is not that fills it
   bool blnAddress = false;
   std::unordered_set<std::string> ids;
 
@@ -238,7 +239,8 @@ std::unordered_map<const ComplexType*, Filling> fillings(const ParsedDeployment&
     const ComplexType* const type = typeOf(deployment, entry);
     if (!type || isLeftOut(entry)) continue;
     Filling& one = filled[type];
-    one.blnAddress = one.blnAddress || entry.strActionId == kAddress;
+    one.blnKnown = one.blnKnown && !entry.users.empty();
+    one.blnAddress = one.blnAddress || toLower(entry.strActionId) == kAddress;
     for (const Node& objParameter : parameters(entry)) {
       one.ids.insert(attributeText(objParameter, kId));
     }
@@ -255,6 +257,7 @@ void findUnfilledPlaces(const ParsedDeployment& deployment, Findings& findings, 
   constexpr std::size_t kMostCompared = 200;
   if (!deployment.knowsObjects()) return;
   for (const auto& [type, filling] : fillings(deployment)) {
+    if (!filling.blnKnown) continue;
     std::unordered_set<std::string> places;
     for (const Placeholder& place : type->placeholders) places.insert(toLower(place.strId));
     std::vector<std::string> without;

@@ -259,6 +259,7 @@ void findUnknownRuleActions(const ParsedDeployment& deployment, Findings& findin
 
 void findRulePaths(const ParsedDeployment& deployment, Findings& findings) {
   if (!isMapper(deployment) || !deployment.shape().isKnown()) return;
+  if (deployment.shape().isInDoubt()) return;  // what is missed may be what is in doubt
   const auto look = [&](const Node& objPath, const char* consequence) {
     if (!objPath || isBlank(objPath.text())) return;
     const std::string strWrong = wrongWith(deployment, objPath.text());
@@ -306,6 +307,7 @@ void findAppendWords(const ParsedDeployment& deployment, Findings& findings) {
 /// References that are not there end the run, unless copies may go to the end.
 void findMissingReferences(const ParsedDeployment& deployment, Findings& findings) {
   if (!isMapper(deployment) || !deployment.shape().isKnown()) return;
+  if (deployment.shape().isInDoubt()) return;  // what is missed may be what is in doubt
   const MessageShape& shape = deployment.shape();
   for (const Node& objRule : rulesOf(deployment)) {
     const Node objBefore = childElement(objRule, "insertbefore");

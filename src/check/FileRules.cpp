@@ -1,10 +1,9 @@
 #include <array>
 #include <string>
-#include <string_view>
-#include <utility>
 
 #include "check/Rule.h"
 #include "check/RuleTables.h"
+#include "check/Words.h"
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {
@@ -36,7 +35,7 @@ void findMissingFiles(const ParsedDeployment& deployment, Findings& findings) {
 
 void findUnreadableFiles(const ParsedDeployment& deployment, Findings& findings) {
   for (const ParsedFile* const file : deployment.all()) {
-    if (!file->isNamed() || file->isLoaded() || file->error().line > 0) continue;
+    if (!file->isNamed() || file->error().errorCode == 0 || file->error().line > 0) continue;
     findings.add(*file, 1, "", "The file cannot be read: " + file->error().reason,
                  "Correct the name, or put the file there.");
   }
@@ -44,7 +43,7 @@ void findUnreadableFiles(const ParsedDeployment& deployment, Findings& findings)
 
 void findMalformedFiles(const ParsedDeployment& deployment, Findings& findings) {
   for (const ParsedFile* const file : deployment.all()) {
-    if (!file->isNamed() || file->isLoaded() || file->error().line <= 0) continue;
+    if (!file->isNamed() || file->error().line <= 0) continue;
     findings.add(*file, static_cast<std::size_t>(file->error().line), "",
                  "The file is no well-formed XML: " + file->error().reason,
                  "Correct the markup at this line or shortly before it.");
@@ -52,20 +51,15 @@ void findMalformedFiles(const ParsedDeployment& deployment, Findings& findings) 
 }
 
 void findWrongRoots(const ParsedDeployment& deployment, Findings& findings) {
-  const std::pair<const ParsedFile&, std::string_view> rows[] = {
-      {deployment.objectList, "prtobjcts"},
-      {deployment.hiddenFieldList, "hiddenfields"},
-      {deployment.namespaceList, "namespaces"},
-      {deployment.objectMapper, "message"},
-      {deployment.schemaTypes, "SchemaTypeMapperDocument"},
-      {deployment.questionList, "questions"},
-  };
-  for (const auto& [file, strRoot] : rows) {
-    if (!file.isLoaded() || file.root().nodeName() == strRoot) continue;
-    findings.add(file, file.root(), "", "",
-                 "The root element is \"" + file.root().nodeName() + "\", where \"" +
-                     std::string(strRoot) + "\" is looked for.",
-                 "Name the right file, or rename the root.");
+  for (const ParsedFile* const file : deployment.all()) {
+    const Node& objRoot = file->wrongRoot();
+    if (!objRoot) continue;
+    findings.add(*file, objRoot, "", "",
+                 "The root element " + quoted(objRoot.nodeName()) +
+                     " is not that of this kind of "
+                     "file.",
+                 "Name the right file, or rename the root: prtobjcts, hiddenfields, namespaces, "
+                 "message, SchemaTypeMapperDocument or questions.");
   }
 }
 

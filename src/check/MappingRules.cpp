@@ -113,7 +113,13 @@ void findUnusedEntries(const ParsedDeployment& deployment, Findings& findings) {
   std::unordered_set<std::string> seen;
   for (const MappingEntry& entry : deployment.entries) {
     const bool blnFirst = seen.insert(entry.strId).second;
-    if (!entry.users.empty() || !blnFirst || isBlank(entry.strId)) continue;
+    const bool blnGroup = entry.strType == "group" || entry.strType == "tablegroup";
+    // What has its object, or would have one in other letters, is told by other rules.
+    const bool blnTold = !blnGroup && deployment.objectsByLowerId.contains(toLower(entry.strId));
+    const auto hidden = deployment.hiddenFieldsByOutput.find(entry.strId);
+    const bool blnHidden = hidden != deployment.hiddenFieldsByOutput.end() &&
+                           deployment.hiddenFields[hidden->second.front()].strToSchema != "false";
+    if (!entry.users.empty() || !blnFirst || isBlank(entry.strId) || blnTold || blnHidden) continue;
     findings.add(deployment.objectMapper, entry.objNode, kId, entry.strId,
                  "The entry " + quoted(entry.strId) + " is for no object of the form.",
                  "Correct the id, or take the entry out.");
@@ -234,7 +240,10 @@ void findNamesOfNothing(const ParsedDeployment& deployment, Findings& findings) 
   const auto look = [&](const Node& objNode, std::string_view strAttribute,
                         const std::string& strName, const MappingEntry& entry,
                         const char* consequence) {
-    if (isBlank(strName)) return;
+    // Odd ids have rules of their own.
+    if (strName.empty() || strName.find('\'') != std::string::npos || trim(strName) != strName) {
+      return;
+    }
     const FormObject* const object = deployment.object(strName);
     if (object && object->kind != ObjectKind::table) return;
     const auto lower = deployment.objectsByLowerId.find(toLower(strName));

@@ -66,7 +66,12 @@ MessageShape::MessageShape(const ParsedDeployment& deployment) : deployment_(dep
   objMessage_ = deployment.messageTemplate.document().cloneNode(true).ownerDocument();
   objMessage_.setSelectionNamespaces(deployment.strSelectionNamespaces);
   for (const FormObject& object : deployment.objects) {
-    if (object.entry && lngElements_ <= kMostElements && lngWork_ <= kMostWork) place(object);
+    const bool blnPlaced = object.entry && lngElements_ <= kMostElements && lngWork_ <= kMostWork;
+    if (blnPlaced) place(object);
+    if (!object.entry && deployment.entriesById.contains(object.mappingId())) {
+      doubtful_.insert(object.strId);
+    }
+    if (!object.entry && object.kind != ObjectKind::other) doubtful_.insert(object.strId);
   }
   blnKnown_ = lngElements_ <= kMostElements && lngWork_ <= kMostWork;
   if (!blnKnown_) return;
@@ -91,6 +96,7 @@ Node MessageShape::select(const Node& objFrom, std::string_view strXPath,
 
 void MessageShape::trouble(PathTrouble::Kind kind, const FormObject& object, const Node& objPath,
                            std::string strDetail) {
+  doubtful_.insert(object.strId);
   troubles_.push_back(
       {.kind = kind, .object = &object, .objPath = objPath, .strDetail = std::move(strDetail)});
 }
@@ -98,8 +104,15 @@ void MessageShape::trouble(PathTrouble::Kind kind, const FormObject& object, con
 void MessageShape::place(const FormObject& object) {
   const MappingEntry& entry = *object.entry;
   const bool blnTable = object.kind == ObjectKind::table;
-  if (!blnTable && !entry.isSent()) return;
-  if (entry.strParentXPath.empty() || entry.strNodePath.empty()) return;
+  if (!blnTable && !entry.isSent()) {
+    if (entry.strToSchema != "false") doubtful_.insert(object.strId);
+    return;
+  }
+  if (entry.strExtraPath.empty() != entry.strExtraNode.empty()) doubtful_.insert(object.strId);
+  if (entry.strParentXPath.empty() || entry.strNodePath.empty()) {
+    doubtful_.insert(object.strId);
+    return;
+  }
   placeAt(object, entry.objParentXPath, entry.strParentXPath, entry.objNodePath, entry.strNodePath,
           false);
   if (blnTable || entry.strExtraPath.empty() || entry.strExtraNode.empty()) return;
@@ -137,6 +150,7 @@ void MessageShape::placeAt(const FormObject& object, const Node& objParentXPath,
     if (type && toLower(entry.strActionId) != "rowinfotovalue") {
       addTypeContent(object, *type, objRow);
     } else {
+      if (toLower(entry.strActionId) != "rowinfotovalue") doubtful_.insert(object.strId);
       objRow.setText("x");
     }
     return;
@@ -159,7 +173,9 @@ void MessageShape::placeAt(const FormObject& object, const Node& objParentXPath,
         objFirst && isElement(objFirst) ? attributeText(objFirst, kFilledBy) : std::string();
     if (!strFilledBy.empty()) {
       const FormObject& other = deployment_.objects[std::stoul(strFilledBy)];
-      if (entry.strAbsent.empty() && other.entry->strAbsent.empty()) {
+      // Objects of one id have a rule of their own.
+      if (entry.strAbsent.empty() && other.entry->strAbsent.empty() &&
+          other.strLowerId != object.strLowerId) {
         trouble(PathTrouble::samePlace, object, objNodePath, other.strId);
       }
     }
@@ -171,16 +187,18 @@ void MessageShape::placeAt(const FormObject& object, const Node& objParentXPath,
     objElement.setText("x");
     return;
   }
-  if (const ComplexType* const type = deployment_.complexType(toLower(entry.strActionId))) {
+  const ComplexType* const type = deployment_.complexType(toLower(entry.strActionId));
+  if (type) {
     addTypeContent(object, *type, objElement);
+  } else {
+    doubtful_.insert(object.strId);
   }
 }
 
 Node MessageShape::makeElements(const FormObject& object, Node objParent, const Node& objNodePath,
                                 const std::string& strNodePath) {
   const MappingEntry& entry = *object.entry;
-  const bool blnAlways =
-      !entry.strItem.empty() && entry.strAbsent.empty() && entry.strCheckExists != "true";
+  const bool blnAlways = !entry.strItem.empty() && entry.strAbsent.empty();
   const auto lngObject = static_cast<std::size_t>(&object - deployment_.objects.data());
   const std::vector<std::string> steps = split(strNodePath, "/");
   for (std::size_t at = 0; at < steps.size(); ++at) {
@@ -199,6 +217,7 @@ Node MessageShape::makeElements(const FormObject& object, Node objParent, const 
     }
     const std::string strPrefix = strStep.substr(0, strStep.find(':'));
     const NamespaceEntry* const registered = deployment_.namespaceOf(strPrefix);
+    if (!registered || registered->strRef != registered->strName) doubtful_.insert(object.strId);
     try {
       const Node objMade = objMessage_.createNode(NodeType::element, strStep,
                                                   registered ? registered->strRef : std::string());

@@ -48,6 +48,12 @@ class MessageShape {
 
   const std::vector<PathTrouble>& troubles() const noexcept { return troubles_; }
 
+  /// Whether something is wrong with where the answer to it goes, so that its places are in doubt.
+  bool isInDoubt(const std::string& strId) const { return doubtful_.contains(strId); }
+
+  /// Whether that is so of any.
+  bool isInDoubt() const { return !doubtful_.empty(); }
+
   const MessagePaths& paths() const noexcept { return paths_; }
 
   /// Whether the answer to the question with this id, as the message is marked with it, goes to an
@@ -85,6 +91,7 @@ class MessageShape {
   std::size_t lngElements_ = 0;
   mutable std::size_t lngWork_ = 0;  // of selections that go through the whole message
   std::vector<PathTrouble> troubles_;
+  std::unordered_set<std::string> doubtful_;          // ids of questions
   std::vector<std::pair<Node, std::string>> shared_;  // elements that were there, for these ids too
   MessagePaths paths_;
   std::unordered_map<std::string, std::unordered_set<std::size_t>> places_;

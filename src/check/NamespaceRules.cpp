@@ -296,7 +296,8 @@ void findDefaultNamespaces(const ParsedDeployment& deployment, Findings& finding
                           strName == "schematypes" || strName == "schematype" ||
                           (strName == kValue && objElement.getAttribute(kId));
       const Node objParent = objElement.parentNode();
-      const bool blnFirst = objParent.namespaceUri() != objElement.namespaceUri() || blnTypes;
+      const bool blnFirst = blnTypes || objParent.namespaceUri().empty() ||
+                            objParent.nodeName().find(':') != std::string::npos;
       if (blnOwn && blnFirst) add(*file, objElement);
     }
   }

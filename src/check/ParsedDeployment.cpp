@@ -63,14 +63,14 @@ bool isBooleanWord(std::string_view strText) {
 
 ParsedDeployment::ParsedDeployment(const DeploymentFiles& deploymentFiles)
     : files(deploymentFiles),
-      objectList(files.strObjectList),
-      hiddenFieldList(files.strHiddenFieldXML),
-      namespaceList(files.strNamespaceXML),
+      objectList(files.strObjectList, "prtobjcts"),
+      hiddenFieldList(files.strHiddenFieldXML, "hiddenfields"),
+      namespaceList(files.strNamespaceXML, "namespaces"),
       messageTemplate(files.strTemplateXML),
-      objectMapper(files.strMsgObjectXML),
-      schemaTypes(files.strSchemaTypeMapperXML),
+      objectMapper(files.strMsgObjectXML, "message"),
+      schemaTypes(files.strSchemaTypeMapperXML, "SchemaTypeMapperDocument"),
       reference(files.strReferenceXmlPath),
-      questionList(files.strQuestionsXmlPath),
+      questionList(files.strQuestionsXmlPath, "questions"),
       protocolInfo(files.strProtocolInfo) {
   readNamespaces();
   readObjects();

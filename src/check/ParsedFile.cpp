@@ -122,10 +122,11 @@ class TagScanner {
 
 TextLines textLines(std::string_view strText) { return TagScanner(strText).scan(); }
 
-ParsedFile::ParsedFile(std::string strPath)
+ParsedFile::ParsedFile(std::string strPath, std::string_view strRootName)
     : strPath_(std::move(strPath)), objXml_(Document::create(readOnly())) {
   if (!isNamed() || !objXml_.load(strPath_)) return;
   root_ = objXml_.documentElement();
+  if (!strRootName.empty() && root_.nodeName() != strRootName) std::swap(root_, wrongRoot_);
   ParseError ignored;  // the file was read a moment ago
   const std::optional<std::string> strText =
       readXmlFile(strPath_, DocumentSettings().lngMaxBytes, ignored);

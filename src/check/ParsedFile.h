@@ -25,8 +25,9 @@ struct TextLines {
 /// One file of a deployment, as far as it could be read.
 class ParsedFile {
  public:
-  /// Reads the file, unless none is named.
-  explicit ParsedFile(std::string strPath);
+  /// Reads the file, unless none is named. With a name for its root, one that has another counts
+  /// as not loaded: it is another file.
+  explicit ParsedFile(std::string strPath, std::string_view strRootName = {});
 
   const std::string& path() const noexcept { return strPath_; }
   bool isNamed() const noexcept { return !strPath_.empty(); }
@@ -34,6 +35,9 @@ class ParsedFile {
 
   /// Why it is not loaded.
   const ParseError& error() const { return objXml_.parseError(); }
+
+  /// The root that has another name than it should; else Nothing.
+  const Node& wrongRoot() const noexcept { return wrongRoot_; }
 
   const Document& document() const noexcept { return objXml_; }
 
@@ -55,6 +59,7 @@ class ParsedFile {
   std::string strPath_;
   Document objXml_;
   Node root_;
+  Node wrongRoot_;
   TextLines lines_;
 };
 

@@ -105,6 +105,7 @@ void findMissingFromTemplate(const ParsedDeployment& deployment, Findings& findi
   for (const PathTrouble& trouble : deployment.shape().troubles()) {
     if (trouble.kind != PathTrouble::noParent) continue;
     const std::string strPath = trouble.objPath.text();
+    if (strPath.find('[') != std::string::npos) continue;  // what it lacks may be no element
     if (++counts[strPath] != 2) continue;  // the second tells, a third tells nothing new
     if (counts.size() > 100) return;
     Node objDeepest = deployment.messageTemplate.root();

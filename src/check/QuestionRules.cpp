@@ -28,6 +28,10 @@ void findQuestionsWithoutObject(const ParsedDeployment& deployment, Findings& fi
   if (!asksQuestions(deployment)) return;
   for (const Question& question : deployment.questions) {
     if (isBlank(question.strId) || deployment.object(question.strId)) continue;
+    const auto hidden = deployment.hiddenFieldsByOutput.find(question.strId);
+    const bool blnHidden = hidden != deployment.hiddenFieldsByOutput.end() &&
+                           deployment.hiddenFields[hidden->second.front()].strToSchema != "false";
+    if (blnHidden) continue;  // it should be an object, which another rule tells
     const auto lower = deployment.objectsByLowerId.find(toLower(question.strId));
     const bool blnCase = lower != deployment.objectsByLowerId.end();
     findings.add(
@@ -109,9 +113,9 @@ void findUnknownPaths(const ParsedDeployment& deployment, Findings& findings) {
     if (isBlank(question.strXPath)) continue;
     const FormObject* const object = deployment.object(question.strId);
     // An answer that is not sent may have a path that nothing makes.
-    if (object && !shape.isPlaced(question.strId)) continue;
+    if (!object || !shape.isPlaced(question.strId) || shape.isInDoubt(question.strId)) continue;
     const std::optional<std::size_t> lngPath = shape.paths().find(question.strXPath);
-    if (lngPath && (!object || shape.isPlaceOf(question.strId, *lngPath))) continue;
+    if (lngPath && shape.isPlaceOf(question.strId, *lngPath)) continue;
     findings.add(
         deployment.questionList, question.objXPath, "", question.strId,
         "The path " + quoted(question.strXPath) +

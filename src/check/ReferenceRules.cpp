@@ -72,15 +72,11 @@ void findWrongRoot(const ParsedDeployment& deployment, Findings& findings) {
                "Give it the name of the template's root, prefix included.");
 }
 
-/// The paths of the reference XML, as the message's are looked up in it: an element without a
-/// namespace by its name, one with a namespace by the prefix that is registered for it.
+/// The paths of the reference XML, as the message's are looked up in it: by the namespaces that are
+/// registered for their prefixes.
 class ReferencePaths {
  public:
-  explicit ReferencePaths(const ParsedDeployment& deployment) {
-    std::unordered_map<std::string, std::string> prefixes;
-    for (const NamespaceEntry& entry : deployment.namespaces) {
-      prefixes.emplace(entry.strName, entry.strPrefix);
-    }
+  explicit ReferencePaths(const ParsedDeployment& deployment) : deployment_(deployment) {
     struct Open {
       Node objNode;
       std::size_t lngAbove;
@@ -89,19 +85,34 @@ class ReferencePaths {
     while (!open.empty()) {
       const Open next = open.back();
       open.pop_back();
-      std::string strName = next.objNode.baseName();
       const std::string strUri = next.objNode.namespaceUri();
-      const auto prefix = prefixes.find(strUri);
-      if (!strUri.empty())
-        strName = (prefix == prefixes.end() ? "?" : prefix->second) + ":" + strName;
-      const std::size_t lngPath = paths.add(next.lngAbove, strName);
-      nodes.emplace(lngPath, next.objNode);
+      const std::string strName =
+          strUri.empty() ? next.objNode.nodeName() : "{" + strUri + "}" + next.objNode.baseName();
+      const std::size_t lngPath = paths_.add(next.lngAbove, strName);
+      nodes_.emplace(lngPath, next.objNode);
       for (const Node& objChild : childElements(next.objNode)) open.push_back({objChild, lngPath});
     }
   }
 
-  MessagePaths paths;
-  std::unordered_map<std::size_t, Node> nodes;  // the first with each path
+  /// The path below another of a name as the message writes it.
+  std::optional<std::size_t> find(std::size_t lngAbove, const std::string& strName) const {
+    const std::size_t lngColon = strName.find(':');
+    if (lngColon == std::string::npos) return paths_.find(lngAbove, strName);
+    const NamespaceEntry* const entry = deployment_.namespaceOf(strName.substr(0, lngColon));
+    if (!entry) return std::nullopt;
+    return paths_.find(lngAbove, "{" + entry->strName + "}" + strName.substr(lngColon + 1));
+  }
+
+  /// The first element with a path, or Nothing.
+  Node node(std::size_t lngPath) const {
+    const auto found = nodes_.find(lngPath);
+    return found == nodes_.end() ? Node() : found->second;
+  }
+
+ private:
+  const ParsedDeployment& deployment_;
+  MessagePaths paths_;
+  std::unordered_map<std::size_t, Node> nodes_;
 };
 
 bool areKnown(const ParsedDeployment& deployment) {
@@ -117,15 +128,14 @@ void findMissingPaths(const ParsedDeployment& deployment, Findings& findings) {
   const MessagePaths& message = deployment.shape().paths();
   std::unordered_set<std::string> told;
   const auto look = [&](const std::string& strPath, const std::string& strObject) {
-    if (!strPath.starts_with('/') || !message.find(strPath) || reference.paths.find(strPath))
-      return;
+    if (!strPath.starts_with('/') || !message.find(strPath)) return;
     // The deepest element above that is there; below it an element that is none of the message's
     // and has nearly this name is the one that was meant.
     std::size_t lngAbove = MessagePaths::kTop;
     std::optional<std::size_t> lngMessage = MessagePaths::kTop;
     std::string strMissing;
     for (const std::string& strName : split(std::string_view(strPath).substr(1), "/")) {
-      const std::optional<std::size_t> lngNext = reference.paths.find(lngAbove, strName);
+      const std::optional<std::size_t> lngNext = reference.find(lngAbove, strName);
       if (!lngNext) {
         strMissing = strName;
         break;
@@ -133,8 +143,9 @@ void findMissingPaths(const ParsedDeployment& deployment, Findings& findings) {
       lngAbove = *lngNext;
       lngMessage = message.find(*lngMessage, strName);
     }
-    const auto above = reference.nodes.find(lngAbove);
-    Node objPlace = above == reference.nodes.end() ? deployment.reference.root() : above->second;
+    if (strMissing.empty()) return;
+    Node objPlace = reference.node(lngAbove);
+    if (!objPlace) objPlace = deployment.reference.root();
     if (!told.insert(std::to_string(lngAbove) + "/" + strMissing).second) return;
     const bool blnCompared = told.size() <= kMostCompared;
     for (const Node& objChild : blnCompared ? childElements(objPlace) : std::vector<Node>()) {
@@ -201,6 +212,7 @@ void findDoubles(const ParsedDeployment& deployment, Findings& findings) {
 /// which the message has there and the reference XML has not.
 void findUnknown(const ParsedDeployment& deployment, Findings& findings, bool blnSlips) {
   const MessageShape& shape = deployment.shape();
+  if (shape.isInDoubt()) return;  // what it seems never to have may be what is in doubt
   std::unordered_map<std::size_t, std::vector<std::string>> namesBelow;  // in the message
   if (areKnown(deployment)) {
     shape.paths().forEach([&](std::size_t lngAbove, const std::string& strName) {

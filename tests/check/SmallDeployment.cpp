@@ -455,9 +455,13 @@ std::vector<Finding> SmallDeployment::check() const {
 
 void expectFindings(const std::vector<Mistake>& mistakes) {
   for (const Mistake& mistake : mistakes) {
-    SCOPED_TRACE(mistake.says);
+    SCOPED_TRACE(std::string(mistake.code) + ": " + mistake.says);
     const SmallDeployment deployment;
-    const std::size_t lngLine = deployment.replace(mistake.file, mistake.find, mistake.replacement);
+    std::size_t lngLine = 0;
+    for (const Replacement& one : mistake.replacements) {
+      const std::size_t lngChanged = deployment.replace(one.file, one.find, one.text);
+      if (lngLine == 0) lngLine = lngChanged;
+    }
     std::vector<Finding> expected;
     for (const Expected& row : mistake.findings) {
       std::size_t lngExpected = lngLine;

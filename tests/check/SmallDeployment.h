@@ -1,6 +1,5 @@
 #pragma once
 
-#include <ostream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -50,18 +49,38 @@ struct Expected {
   std::string object = {};
 };
 
-/// One mistake, made by one replacement, and all that is found of it. Without findings it is no
-/// mistake: the neighbour of one, on which rules stay quiet.
+/// A text of a file, which must stand there exactly once, and what is to stand in its place.
+struct Replacement {
+  const char *file, *find, *text;
+};
+
+/// One mistake that the rule with this code is about, and all that is found of it. Where none of it
+/// has the code it is the neighbour of a mistake, on which that rule stays quiet. The first
+/// replacement makes the mistake; others are made so that nothing else is wrong.
 struct Mistake {
+  const char* code;
   const char* says;
-  const char* file;
-  const char* find;
-  const char* replacement;
+  std::vector<Replacement> replacements;
   std::vector<Expected> findings;
 };
 
 /// Expects of each mistake in turn, on a deployment of its own, exactly its findings.
 void expectFindings(const std::vector<Mistake>& mistakes);
+
+// The mistakes of each subject, in the test of its rules.
+const std::vector<Mistake>& mistakesOfActionRules();
+const std::vector<Mistake>& mistakesOfColumnRules();
+const std::vector<Mistake>& mistakesOfDocumentDataRules();
+const std::vector<Mistake>& mistakesOfFileRules();
+const std::vector<Mistake>& mistakesOfFormatRules();
+const std::vector<Mistake>& mistakesOfHiddenFieldRules();
+const std::vector<Mistake>& mistakesOfIdRules();
+const std::vector<Mistake>& mistakesOfMappingRules();
+const std::vector<Mistake>& mistakesOfNamespaceRules();
+const std::vector<Mistake>& mistakesOfObjectListRules();
+const std::vector<Mistake>& mistakesOfPathRules();
+const std::vector<Mistake>& mistakesOfQuestionRules();
+const std::vector<Mistake>& mistakesOfReferenceRules();
 
 /// What a finding says of its place, for a test's message: "error no-mapping object-mapper.xml:3
 /// q".

@@ -1,0 +1,170 @@
+#include <gtest/gtest.h>
+
+#include "check/SmallDeployment.h"
+
+namespace Varnel_Tolv_XML_Creation::test {
+
+const std::vector<Mistake>& mistakesOfObjectListRules() {
+  static const std::vector<Mistake> kMistakes = {
+      {"end-mark",
+       "an object without objecttype before others",
+       {{"object-list.xml", R"(id="seen" objecttype="field" )", R"(id="seen" )"}},
+       {{Severity::error, "end-mark", "object-list.xml", "", "seen"}}},
+      {"end-mark",
+       "a mark behind the last object",
+       {{"object-list.xml", "  <hdnflds/>", R"(  <prtobjct/>
+  <hdnflds/>)"}},
+       {}},
+      {"unknown-objecttype",
+       "a slip of the word",
+       {{"object-list.xml", R"(id="seen" objecttype="field")", R"(id="seen" objecttype="feild")"}},
+       {{Severity::error, "unknown-objecttype", "object-list.xml", "", "seen"}}},
+      {"unknown-objecttype",
+       "a capital, which only parking understands",
+       {{"object-list.xml", R"(id="seen" objecttype="field")", R"(id="seen" objecttype="Field")"}},
+       {{Severity::error, "unknown-objecttype", "object-list.xml", "", "seen"}}},
+      {"unknown-objecttype",
+       "a heading, which is no question",
+       {{"object-list.xml",
+         R"(<prtobjct id="title" objecttype="field" type="text" dynamic="false"/>)",
+         R"(<prtobjct id="title" objecttype="field" type="text" dynamic="false"/>
+  <prtobjct id="h1" objecttype="heading" type="text"/>)"}},
+       {}},
+      {"unknown-type",
+       "a check box with a capital",
+       {{"object-list.xml", R"(type="check")", R"(type="Check")"}},
+       {{Severity::error, "unknown-type", "object-list.xml", "", "urgent"}}},
+      {"unknown-type",
+       "a slip of the type of a table",
+       {{"object-list.xml", R"(type="dynatable" dynamic="false")",
+         R"(type="dynatabel" dynamic="false")"}},
+       {{Severity::error, "unknown-type", "object-list.xml", "", "faults"}}},
+      {"unknown-type",
+       "a type that the library does not know",
+       {{"object-list.xml", R"(type="check")", R"(type="radio")"}},
+       {}},
+      {"dynamic-no-boolean",
+       "a word that is none",
+       {{"object-list.xml", R"(type="check" dynamic="false")", R"(type="check" dynamic="no")"}},
+       {{Severity::error, "dynamic-no-boolean", "object-list.xml", "", "urgent"}}},
+      {"dynamic-no-boolean",
+       "no word at all",
+       {{"object-list.xml", R"(type="check" dynamic="false")", R"(type="check")"}},
+       {{Severity::error, "dynamic-no-boolean", "object-list.xml", "", "urgent"}}},
+      {"dynamic-no-boolean",
+       "a number, which is a Boolean word",
+       {{"object-list.xml", R"(type="check" dynamic="false")", R"(type="check" dynamic="0")"}},
+       {}},
+      {"group-apart",
+       "a group of an object that is not dynamic",
+       {{"object-list.xml", R"(type="check" dynamic="false")",
+         R"(type="check" dynamic="false" group="guests")"}},
+       {{Severity::warning, "group-apart", "object-list.xml", "", "urgent"}}},
+      {"group-apart",
+       "dynamic in capitals",
+       {{"object-list.xml", R"(id="guest2" objecttype="field" type="text" dynamic="true")",
+         R"(id="guest2" objecttype="field" type="text" dynamic="TRUE")"}},
+       {}},
+      {"no-columns",
+       "a table without columns",
+       {{"object-list.xml",
+         R"(<prtobjct id="title" objecttype="field" type="text" dynamic="false"/>)",
+         R"(<prtobjct id="title" objecttype="field" type="text" dynamic="false"/>
+  <prtobjct id="t9" objecttype="table" type="dynatable" dynamic="true" group="readings" tablelabel="T" fieldlabel="T"/>)"}},
+       {{Severity::error, "no-columns", "object-list.xml",
+         R"(<prtobjct id="t9" objecttype="table" type="dynatable" dynamic="true" group="readings" tablelabel="T" fieldlabel="T"/>)",
+         "t9"},
+        {Severity::error, "object-without-question", "questions.xml",
+         R"(<question id="title" maxLength="60" minLength="2">)", "t9"}}},
+      {"no-columns",
+       "a table with one column",
+       {{"object-list.xml",
+         R"(<prtobjct id="title" objecttype="field" type="text" dynamic="false"/>)",
+         R"(<prtobjct id="title" objecttype="field" type="text" dynamic="false"/>
+  <prtobjct id="t9" objecttype="table" type="dynatable" dynamic="true" group="readings" tablelabel="T" fieldlabel="T"><column id="meter" columnlabel="M"/></prtobjct>)"},
+        {"questions.xml", R"(<question id="meters")",
+         R"(<question id="t9" type="dynaTable"><xpath>/m:report/m:meters/m:reading</xpath><column id="meter"><path>m:meter</path></column></question>
+  <question id="meters")"}},
+       {}},
+      {"row-numbers",
+       "a row with the number of another",
+       {{"object-list.xml", R"(<row id="2")", R"(<row id="1")"}},
+       {{Severity::error, "row-numbers", "object-list.xml", "", "rooms"}}},
+      {"row-numbers",
+       "a row with a name",
+       {{"object-list.xml", R"(<row id="2")", R"(<row id="attic")"}},
+       {{Severity::error, "row-numbers", "object-list.xml", "", "rooms"}}},
+      {"row-numbers",
+       "rows in another order",
+       {{"object-list.xml", R"(<row id="1" rowlabel="Hall"/>
+    <row id="2" rowlabel="Attic"/>)",
+         R"(<row id="2" rowlabel="Attic"/>
+    <row id="1" rowlabel="Hall"/>)"}},
+       {}},
+      {"filled-already",
+       "a row of a dynamic table",
+       {{"object-list.xml", R"(<column id="fault" )", R"(<row id="1"/>
+    <column id="fault" )"}},
+       {{Severity::warning, "filled-already", "object-list.xml", "", "faults"}}},
+      {"filled-already",
+       "a hidden field",
+       {{"object-list.xml", "<hdnflds/>", R"(<hdnflds><hdnfld id="x" value="1"/></hdnflds>)"}},
+       {{Severity::warning, "filled-already", "object-list.xml", "", "x"}}},
+      {"filled-already",
+       "a preset answer",
+       {{"object-list.xml", R"(id="title" objecttype="field")",
+         R"(id="title" value="Fault" objecttype="field")"}},
+       {}},
+      {"no-hdnflds",
+       "no place for hidden fields",
+       {{"object-list.xml", R"(  <hdnflds/>
+)",
+         ""}},
+       {{Severity::error, "no-hdnflds", "object-list.xml", "<prtobjcts>"}}},
+      {"no-hdnflds",
+       "a place with an end tag",
+       {{"object-list.xml", "<hdnflds/>", "<hdnflds></hdnflds>"}},
+       {}},
+      {"no-declaration",
+       "a document without declaration",
+       {{"object-list.xml", R"(<?xml version="1.0" encoding="UTF-8"?>
+)",
+         ""}},
+       {{Severity::error, "no-declaration", "object-list.xml"}}},
+      {"no-declaration",
+       "a comment before the root",
+       {{"object-list.xml", R"(<prtobjcts>
+)",
+         R"(<!-- form -->
+<prtobjcts>
+)"}},
+       {{Severity::error, "no-declaration", "object-list.xml",
+         R"(<?xml version="1.0" encoding="UTF-8"?>)"}}},
+      {"no-declaration",
+       "a comment behind the root",
+       {{"object-list.xml", "</prtobjcts>", "</prtobjcts><!-- form -->"}},
+       {}},
+      {"nested-object",
+       "an object in a box",
+       {{"object-list.xml",
+         R"(<prtobjct id="title" objecttype="field" type="text" dynamic="false"/>)",
+         R"(<prtobjct id="box" objecttype="box"><prtobjct id="title" objecttype="field" type="text" dynamic="false"/></prtobjct>)"}},
+       {{Severity::error, "nested-object", "object-list.xml", "", "title"}}},
+      {"nested-object",
+       "an object between comments",
+       {{"object-list.xml",
+         R"(<prtobjct id="title" objecttype="field" type="text" dynamic="false"/>)",
+         R"(<!-- - --><prtobjct id="title" objecttype="field" type="text" dynamic="false"/><!-- - -->)"}},
+       {}},
+  };
+  return kMistakes;
+}
+
+namespace {
+
+TEST(ObjectListRules, FindEachMistakeAndNothingElse) {
+  expectFindings(mistakesOfObjectListRules());
+}
+
+}  // namespace
+}  // namespace Varnel_Tolv_XML_Creation::test

@@ -1,0 +1,133 @@
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+
+#include "check/SmallDeployment.h"
+
+// Deployments in any state of disrepair: findings, never a crash, and work that grows no faster
+// than the files.
+
+namespace Varnel_Tolv_XML_Creation::test {
+namespace {
+
+constexpr const char* kFiles[] = {"object-list.xml", "hidden-fields.xml", "namespaces.xml",
+                                  "template.xml",    "object-mapper.xml", "schema-types.xml",
+                                  "reference.xml",   "questions.xml",     "protocol-info.xml"};
+
+TEST(Repair, IsNotNeededForFilesThatAreCutOff) {
+  for (const char* const file : kFiles) {
+    const SmallDeployment deployment;
+    const std::string strText = deployment.text(file);
+    for (std::size_t lngSize = 0; lngSize < strText.size() - 2;
+         lngSize += 1 + strText.size() / 15) {
+      deployment.write(file, strText.substr(0, lngSize));
+      EXPECT_FALSE(deployment.check().empty()) << file << " cut at " << lngSize;
+    }
+  }
+}
+
+TEST(Repair, IsNotNeededForFilesThatAreExchanged) {
+  for (const char* const file : kFiles) {
+    for (const char* const other : kFiles) {
+      const SmallDeployment deployment;
+      if (file == other) continue;
+      deployment.write(file, deployment.text(other));
+      EXPECT_FALSE(deployment.check().empty()) << other << " as " << file;
+    }
+  }
+}
+
+/// Deletes or doubles a piece between two marks of markup, at random places from a fixed seed.
+TEST(Repair, IsNotNeededForPiecesThatAreMissingOrDouble) {
+  std::minstd_rand random(20261122);
+  for (int lngRound = 0; lngRound < 150; ++lngRound) {
+    const SmallDeployment deployment;
+    const char* const file = kFiles[random() % std::size(kFiles)];
+    std::string strText = deployment.text(file);
+    const std::size_t lngFrom = strText.find_first_of("<\"> /", random() % strText.size());
+    if (lngFrom == std::string::npos) continue;
+    const std::size_t lngTo = strText.find_first_of("<\"> /", lngFrom + 1 + random() % 60);
+    if (lngTo == std::string::npos) continue;
+    const std::string strPiece = strText.substr(lngFrom, lngTo - lngFrom);
+    if (random() % 2 == 0) {
+      strText.erase(lngFrom, strPiece.size());
+    } else {
+      strText.insert(lngTo, strPiece);
+    }
+    deployment.write(file, strText);
+    for (const Finding& finding : deployment.check()) EXPECT_GE(finding.line, 1u);
+  }
+}
+
+std::string repeated(const std::string& strBefore, std::size_t lngCount, const char* strPattern,
+                     const std::string& strAfter) {
+  std::string strText = strBefore;
+  for (std::size_t at = 0; at < lngCount; ++at) {
+    for (const char* letter = strPattern; *letter; ++letter) {
+      if (*letter == '#') {
+        strText += std::to_string(at);
+      } else {
+        strText += *letter;
+      }
+    }
+  }
+  return strText + strAfter;
+}
+
+TEST(Repair, IsToldOnceTooOftenIsEnough) {
+  const SmallDeployment deployment;
+  deployment.write("object-list.xml",
+                   repeated("<?xml version='1.0'?><prtobjcts>", 3000,
+                            "<prtobjct id='q#' objecttype='field' type='Check' dynamic='maybe'/>",
+                            "<hdnflds/></prtobjcts>"));
+  std::size_t lngDynamic = 0;
+  std::string strHint;
+  for (const Finding& finding : deployment.check()) {
+    if (finding.code != "dynamic-no-boolean") continue;
+    ++lngDynamic;
+    strHint = finding.hint;
+  }
+  EXPECT_EQ(lngDynamic, 1000u);
+  EXPECT_NE(strHint.find("2000 more"), std::string::npos) << strHint;
+}
+
+TEST(Repair, GivesUpPathsOfAMessageThatIsTooLarge) {
+  SmallDeployment deployment;
+  deployment.replace("template.xml", "  <m:end/>", repeated("", 1'000'001, "<a/>", "<m:end/>"));
+  const std::vector<Finding> findings = deployment.check();
+  ASSERT_EQ(findings.size(), 1u);
+  EXPECT_EQ(summary(findings[0]), "note too-large template.xml:1 ");
+}
+
+/// Many of everything that is looked up, all found by index: a search for each would not end.
+TEST(Repair, LooksUpAHundredThousandEntries) {
+  constexpr std::size_t kMany = 100'000;
+  const SmallDeployment deployment;
+  deployment.write("object-list.xml",
+                   repeated("<?xml version='1.0'?><prtobjcts>", kMany,
+                            "<prtobjct id='q#' objecttype='field' type='text' dynamic='false'/>",
+                            "<hdnflds/></prtobjcts>"));
+  deployment.write("hidden-fields.xml", "<hiddenfields/>");
+  deployment.write("object-mapper.xml",
+                   repeated("<message>", kMany,
+                            "<messageitem id='q#' toschema='true' absent='q1#'><parentxpath>"
+                            "/m:report/m:head</parentxpath><node>m:a#</node></messageitem>",
+                            "<docdata><docinfo id='attestationtime'><parentxpath>/m:report/m:head"
+                            "</parentxpath><node>m:time</node></docinfo><docnodes/></docdata>"
+                            "</message>"));
+  deployment.write("questions.xml",
+                   repeated("<questions>", kMany,
+                            "<question id='q#'><xpath>/m:report/m:head/m:a#</xpath></question>",
+                            "</questions>"));
+  deployment.write("reference.xml", repeated("<m:report xmlns:m='urn:example:m'><m:head>", kMany,
+                                             "<m:a#/>", "</m:head></m:report>"));
+  for (const Finding& finding : deployment.check()) {
+    // Nine in ten conditions name nothing.
+    EXPECT_EQ(finding.code, "names-nothing") << summary(finding);
+    if (finding.code != "names-nothing") break;
+  }
+}
+
+}  // namespace
+}  // namespace Varnel_Tolv_XML_Creation::test

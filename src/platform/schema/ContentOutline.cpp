@@ -53,6 +53,7 @@ void ContentOutline::addParticles(const Particle& content) {
     child.lngMin = particle->minOccurs;
     child.lngMax = particle->maxOccurs;
     wildcards_.push_back(particle->element ? nullptr : &particle->wildcard);
+    blnWildcards_ = blnWildcards_ || !particle->element;
     spots_.push_back(spot);
   }
 
@@ -71,6 +72,11 @@ void ContentOutline::addParticles(const Particle& content) {
     Child& child = children_[at];
     child.blnRequired = child.element && isNeeded(spots_[at], child.lngMin);
     child.blnRepeatable = child.lngMax > 1 || groups_[spots_[at].lngGroup].blnRepeats;
+    if (!child.element) continue;
+    named_[child.element.name()].push_back(at);
+    for (const DeclaredElement& other : child.element.substitutes()) {
+      named_[other.name()].push_back(at);
+    }
   }
 }
 
@@ -88,22 +94,20 @@ DeclaredChild ContentOutline::child(const QualifiedName& name) const {
 }
 
 std::vector<std::size_t> ContentOutline::places(const QualifiedName& name) const {
+  const auto found = named_.find(name);
   std::vector<std::size_t> places;
-  const auto isNamed = [&](const DeclaredElement& element) { return element.name() == name; };
-  for (std::size_t at = 0; at < children_.size(); ++at) {
-    const DeclaredElement& element = children_[at].element;
-    const bool blnHere =
-        element ? isNamed(element) || std::ranges::any_of(element.substitutes(), isNamed)
-                : wildcards_[at]->admits(name.strUri);
-    if (blnHere) places.push_back(at);
+  if (found != named_.end()) places = found->second;
+  for (std::size_t at = 0; blnWildcards_ && at < children_.size(); ++at) {
+    if (wildcards_[at] && wildcards_[at]->admits(name.strUri)) places.push_back(at);
   }
   return places;
 }
 
 bool ContentOutline::requiresChild(const QualifiedName& name) const {
-  return std::ranges::any_of(children_, [&](const Child& child) {
-    return child.blnRequired && child.element.name() == name;
-  });
+  const auto found = named_.find(name);
+  return found != named_.end() && std::ranges::any_of(found->second, [&](std::size_t at) {
+           return children_[at].blnRequired && children_[at].element.name() == name;
+         });
 }
 
 bool ContentOutline::mayFollow(const QualifiedName& first, const QualifiedName& second) const {

@@ -6,6 +6,7 @@
 #include "platform/schema/component/Components.h"
 #include "platform/schema/value/AtomicType.h"
 #include "platform/schema/value/Decimal.h"
+#include "result/RuntimeError.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
@@ -124,6 +125,8 @@ bool DeclaredElement::holdsText() const noexcept {
 
 bool DeclaredElement::holdsElements() const noexcept { return type().model != nullptr; }
 
+const void* DeclaredElement::typeKey() const noexcept { return &type(); }
+
 bool DeclaredElement::holdsAnything() const noexcept { return &type() == &schema_->anyType(); }
 
 std::optional<ValueRules> DeclaredElement::value() const {
@@ -142,7 +145,11 @@ bool DeclaredElement::accepts(std::string_view strText, std::vector<std::string>
   const SimpleType* simple = type().simple;
   if (type().content != TypeDefinition::Content::simple || !simple) return true;
   ValueFaults faults;
-  if (simple->check(strText, anyPrefix(), &faults)) return true;
+  try {
+    if (simple->check(strText, anyPrefix(), &faults)) return true;
+  } catch (const RuntimeError&) {  // a pattern that takes too much memory
+    return true;
+  }
   for (const ValueFaults::FailedFacet& facet : faults.facets) {
     if (failed) failed->emplace_back(facetName(facet.facet));
   }

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <map>
 #include <optional>
 #include <span>
 #include <string>
@@ -87,12 +88,15 @@ class DeclaredElement {
   bool holdsElements() const noexcept;
   bool holdsAnything() const noexcept;  // it is of xs:anyType, such as one without a type
 
+  /// The same for all elements of one type, and for no others.
+  const void* typeKey() const noexcept;
+
   /// The values of a simple type or simple content; nothing for other content.
   std::optional<ValueRules> value() const;
 
   /// Whether a text is such a value; true where there is no value to check. Otherwise `failed`, if
-  /// given, gets the names of the facets that refuse it, none when it is of the wrong kind. Raises
-  /// a run-time error for a pattern that is too heavy.
+  /// given, gets the names of the facets that refuse it, none when it is of the wrong kind. No
+  /// text is refused by a pattern that takes too much memory to be compared.
   bool accepts(std::string_view strText, std::vector<std::string>* failed = nullptr) const;
 
   std::vector<DeclaredAttribute> attributes() const;             // in the order of the schema
@@ -183,6 +187,8 @@ class ContentOutline {
   std::vector<Spot> spots_;                 // of the children
   std::vector<const Wildcard*> wildcards_;  // of each child that is one, else null
   std::vector<Group> groups_;
+  std::map<QualifiedName, std::vector<std::size_t>> named_;  // children, by name and substitutes
+  bool blnWildcards_ = false;
   bool blnEmptiable_ = true;
 };
 

@@ -2,10 +2,13 @@
 
 #include <algorithm>
 #include <set>
+#include <utility>
 
 #include "platform/schema/CompileSchema.h"
 #include "platform/schema/ReadSchemaDocuments.h"
 #include "platform/schema/component/ComponentReader.h"
+#include "platform/schema/value/LexicalForms.h"
+#include "platform/schema/value/PatternRisk.h"
 #include "platform/xml/FileUri.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -73,6 +76,29 @@ void tellImports(const SchemaDocuments& documents, std::vector<SchemaProblem>& p
   }
 }
 
+void tellPatterns(const SchemaDocuments& documents, std::vector<SchemaProblem>& problems) {
+  using Kind = SchemaProblem::Kind;
+  PatternExaminer examiner;
+  std::set<const xmlDoc*> seen;
+  bool blnNotExamined = false;
+  for (const SchemaDocument& document : documents.documents) {
+    if (!seen.insert(document.document).second) continue;
+    const xmlNode* const root = rootOf(document);
+    for (const xmlNode* node = root; node; node = nextBelow(node, root)) {
+      if (!isSchemaElement(node, "pattern")) continue;
+      const std::string strPattern = attributeText(node, "value");
+      const PatternRisk risk = examiner.examine(strPattern);
+      if (risk == PatternRisk::none) continue;
+      if (risk == PatternRisk::notExamined && std::exchange(blnNotExamined, true)) continue;
+      const Kind kind = risk == PatternRisk::tooHeavy      ? Kind::patternTooHeavy
+                        : risk == PatternRisk::exponential ? Kind::patternBacktracks
+                                                           : Kind::notExamined;
+      problems.push_back(
+          {kind, document.strPath, lineOf(node), "The pattern " + shown(strPattern)});
+    }
+  }
+}
+
 }  // namespace
 
 SchemaModel SchemaModel::read(std::string_view strPath, std::string_view strCatalog) {
@@ -89,6 +115,7 @@ SchemaModel SchemaModel::read(std::string_view strPath, std::string_view strCata
     tellImports(documents, impl->problems);
     checkByCompiler(documents, strPath);
     impl->components = readComponents(documents);
+    tellPatterns(documents, impl->problems);
   } catch (const SchemaFailure& failure) {
     refused(failure.spot(), failure.reason());
   } catch (const RuntimeError& error) {

@@ -21,10 +21,13 @@ namespace Varnel_Tolv_XML_Creation {
 /// What is wrong with the documents of a schema, or worth telling.
 struct SchemaProblem {
   enum class Kind : std::uint8_t {
-    refused,          // the schema cannot be used: a validation against it breaks down
-    importMissing,    // no document of that namespace could be had
-    importOnNetwork,  // the same, and the location is one of another machine
-    importElsewhere,  // the file that it names is not there; the namespace came from another place
+    refused,            // the schema cannot be used: a validation against it breaks down
+    importMissing,      // no document of that namespace could be had
+    importOnNetwork,    // the same, and the location is one of another machine
+    importElsewhere,    // its file is not there; the namespace came from another place
+    patternTooHeavy,    // no value can be compared with it: it takes too much memory
+    patternBacktracks,  // some values take engines that try way after way exponential time
+    notExamined,        // a pattern that is too large to be judged, or behind too many others
   };
   Kind kind = Kind::refused;
   std::string strPath;

@@ -24,10 +24,15 @@ void Findings::add(const ParsedFile& file, const Node& objElement, std::string_v
 
 void Findings::add(const ParsedFile& file, std::size_t lngLine, std::string_view strObject,
                    std::string strMessage, std::string strHint) {
+  add(file.path(), lngLine, strObject, std::move(strMessage), std::move(strHint));
+}
+
+void Findings::add(const std::string& strPath, std::size_t lngLine, std::string_view strObject,
+                   std::string strMessage, std::string strHint) {
   if (++lngOfRule_ > kMostOfOneRule) return;
   findings_.push_back({.severity = rule_->severity,
                        .code = std::string(rule_->strCode),
-                       .file = file.path(),
+                       .file = strPath,
                        .line = std::max<std::size_t>(lngLine, 1),
                        .object = std::string(strObject),
                        .message = oneLine(strMessage),

@@ -29,6 +29,10 @@ class Findings {
   void add(const ParsedFile& file, std::size_t lngLine, std::string_view strObject,
            std::string strMessage, std::string strHint);
 
+  /// The same of a file that is none of the deployment's own, by its path.
+  void add(const std::string& strPath, std::size_t lngLine, std::string_view strObject,
+           std::string strMessage, std::string strHint);
+
   /// All of them, those of one file together and in the order of its lines.
   std::vector<Finding> take();
 

@@ -20,6 +20,7 @@ namespace Varnel_Tolv_XML_Creation {
 /// Positions in a list of records, by a text of theirs, in document order.
 using Positions = std::unordered_map<std::string, std::vector<std::size_t>>;
 
+class MessagePlan;
 class MessageShape;
 struct MappingEntry;
 
@@ -171,6 +172,10 @@ struct ParsedDeployment {
   /// The message with every answer in it.
   const MessageShape& shape() const { return *shape_; }
 
+  /// The elements of the message with those who make them, beside the schema; made when a rule
+  /// first asks.
+  const MessagePlan& messagePlan() const;
+
   /// The declarations that a run makes of the namespace list for its selections, as far as they
   /// are sound.
   std::string strSelectionNamespaces;
@@ -185,6 +190,7 @@ struct ParsedDeployment {
   void joinObjectsWithEntries();
 
   std::unique_ptr<const MessageShape> shape_;
+  mutable std::shared_ptr<const MessagePlan> messagePlan_;
 };
 
 /// The children of an element that are elements.

@@ -47,4 +47,7 @@ std::span<const Rule> questionRules();
 /// The reference XML, against the message that the mapping makes.
 std::span<const Rule> referenceRules();
 
+/// Whether the message that is built agrees with the schema, and the schema can be used.
+std::span<const Rule> schemaRules();
+
 }  // namespace Varnel_Tolv_XML_Creation

@@ -20,6 +20,7 @@ std::span<const std::span<const Rule>> ruleTables() {
       documentDataRules(),
       questionRules(),
       referenceRules(),
+      schemaRules(),
   });
   return kTables;
 }

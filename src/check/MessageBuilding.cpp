@@ -1,0 +1,420 @@
+#include "check/MessageBuilding.h"
+
+#include <algorithm>
+#include <cctype>
+
+#include "config/Attributes.h"
+#include "config/Names.h"
+#include "platform/text/Text.h"
+
+namespace Varnel_Tolv_XML_Creation {
+
+namespace {
+
+// Copies of what holds copies could go on without end.
+constexpr std::size_t kMostElements = 50'000;
+
+std::string lastStep(std::string_view strPath) {
+  const std::size_t lngName = strPath.find_last_of("/:");
+  return std::string(lngName == std::string_view::npos ? strPath : strPath.substr(lngName + 1));
+}
+
+bool isPlaceholder(const Node& objNode) { return objNode.nodeName() == kValue; }
+
+bool hasOwnText(const Node& objElement) {
+  return childElements(objElement).empty() && !isBlank(objElement.text());
+}
+
+}  // namespace
+
+void MessageBuilding::build() {
+  plan_.elements_.emplace_back();
+  addTemplate();
+  for (const FormObject& object : deployment_.objects) {
+    if (!object.blnParked || !object.entry) continue;
+    if (object.kind == ObjectKind::field && object.entry->isSent()) placeField(object);
+    if (object.kind == ObjectKind::table) placeTable(object);
+  }
+  placeDocumentData();
+}
+
+void MessageBuilding::addTemplate() {
+  struct Waiting {
+    Node objElement;
+    std::size_t lngParent;
+  };
+  std::vector<Waiting> waiting = {{deployment_.messageTemplate.root(), 0}};
+  while (!waiting.empty()) {
+    const auto [objElement, lngParent] = waiting.back();
+    waiting.pop_back();
+    MessageElement element;
+    element.lngParent = lngParent;
+    element.strName = objElement.nodeName();
+    element.strUri = element.strDomUri = objElement.namespaceUri();
+    element.origin = Origin::fromFile;
+    element.place = {&deployment_.messageTemplate, objElement};
+    element.blnFilled = hasOwnText(objElement);
+    const std::size_t lngElement = add(std::move(element));
+    if (lngElement == 0) return;
+    std::vector<Node> children = childElements(objElement);
+    for (auto child = children.rbegin(); child != children.rend(); ++child) {
+      waiting.push_back({*child, lngElement});
+    }
+  }
+}
+
+std::size_t MessageBuilding::add(MessageElement element, std::size_t lngBefore) {
+  if (plan_.elements_.size() == kMostElements) {
+    if (!blnFull_) {
+      plan_.tell({"not-checked",
+                  {&deployment_.messageTemplate, deployment_.messageTemplate.root()},
+                  "",
+                  "",
+                  1,
+                  "",
+                  "The message can have more than 50,000 elements; those beyond are not checked.",
+                  "Have a look at the copies that the document data makes."});
+    }
+    blnFull_ = true;
+    return 0;
+  }
+  declare(element);
+  element.lngRule = lngRule_;
+  element.lngBranch = lngBranch_;
+  const std::size_t lngElement = plan_.elements_.size();
+  std::vector<std::size_t>& siblings = plan_.elements_[element.lngParent].children;
+  siblings.insert(lngBefore == 0 ? siblings.end() : std::ranges::find(siblings, lngBefore),
+                  lngElement);
+  QualifiedName name = element.name();
+  name.strUri = element.strDomUri;
+  if (element.origin == Origin::row) name.strLocal = element.strName;
+  plan_.firstChildren_.try_emplace({element.lngParent, std::move(name)}, lngElement);
+  plan_.elements_.push_back(std::move(element));
+  return lngElement;
+}
+
+/// What the schema says of it. Below what it does not know, one finding is enough.
+void MessageBuilding::declare(MessageElement& element) const {
+  const SchemaModel* schema = plan_.schema();
+  if (!schema || element.blnUnknownUri) return;
+  if (element.lngParent == 0) {
+    element.declared = schema->root(element.name());
+    element.kind =
+        element.declared ? DeclaredChild::Kind::element : DeclaredChild::Kind::undeclared;
+  } else {
+    const MessageElement& parent = plan_.elements_[element.lngParent];
+    if (parent.kind != DeclaredChild::Kind::element) return;
+    const DeclaredChild child = plan_.contentOf(parent.declared).child(element.name());
+    element.kind = child.kind;
+    element.declared = child.element;
+  }
+  const bool blnOwnType = element.origin == Origin::fromFile &&
+                          element.place.objNode.getAttribute("xsi:type").has_value();
+  if (blnOwnType) element.kind = DeclaredChild::Kind::anything;
+}
+
+std::optional<QualifiedName> MessageBuilding::nameOf(const PathStep& step) const {
+  if (step.strPrefix.empty()) return QualifiedName{"", step.strLocal};
+  const NamespaceEntry* entry = deployment_.namespaceOf(step.strPrefix);
+  if (!entry) return std::nullopt;
+  return QualifiedName{entry->strName, step.strLocal};
+}
+
+MessageBuilding::Found MessageBuilding::find(std::string_view strPath) const {
+  const auto steps = stepsOf(strPath);
+  if (!steps) return {};
+  Found found;
+  for (const PathStep& step : *steps) {
+    const auto name = nameOf(step);
+    if (!name) return {};
+    const auto& children = plan_.elements_[found.lngElement].children;
+    if (step.blnAny) {
+      found.lngElement = children.empty() ? 0 : children.front();
+    } else {
+      found.lngElement = plan_.childOf(found.lngElement, *name);
+    }
+    if (found.lngElement == 0) return {};
+    found.blnConditional = found.blnConditional || step.blnCondition || step.blnAny;
+  }
+  return found;
+}
+
+/// All elements that an expression can select; empty too when it is not followed.
+std::vector<std::size_t> MessageBuilding::findAll(std::string_view strPath) const {
+  const auto steps = stepsOf(strPath);
+  if (!steps) return {};
+  std::vector<std::size_t> here = {0};
+  for (const PathStep& step : *steps) {
+    const auto name = nameOf(step);
+    if (!name) return {};
+    std::vector<std::size_t> next;
+    for (const std::size_t lngParent : here) {
+      for (const std::size_t lngChild : plan_.elements_[lngParent].children) {
+        const MessageElement& child = plan_.elements_[lngChild];
+        const bool blnNamed = child.strDomUri == name->strUri && child.origin != Origin::row &&
+                              child.name().strLocal == name->strLocal;
+        if (step.blnAny || blnNamed) next.push_back(lngChild);
+      }
+    }
+    here = std::move(next);
+  }
+  return here;
+}
+
+void MessageBuilding::noteUnfollowed(std::string_view strNodePath) {
+  std::size_t at = 0;
+  while (at <= strNodePath.size()) {
+    const std::size_t lngEnd = std::min(strNodePath.find('/', at), strNodePath.size());
+    plan_.unfollowed_.insert(lastStep(strNodePath.substr(at, lngEnd - at)));
+    at = lngEnd + 1;
+  }
+}
+
+std::size_t MessageBuilding::makePath(std::size_t lngParent, std::string_view strNodePath,
+                                      const Node& objAt, const FormObject* object,
+                                      const MappingEntry* entry, bool blnConditional) {
+  const auto steps = stepsOf(strNodePath);
+  const bool blnPlain = steps && !strNodePath.starts_with('/') &&
+                        std::ranges::none_of(*steps, [](const PathStep& step) {
+                          return step.blnAny || step.blnCondition;
+                        });
+  if (!blnPlain) {
+    noteUnfollowed(strNodePath);
+    return 0;
+  }
+  for (std::size_t at = 0; at < steps->size(); ++at) {
+    const PathStep& step = (*steps)[at];
+    const bool blnLast = at + 1 == steps->size();
+    const auto name = nameOf(step);
+    const std::size_t lngThere = !blnLast && name ? plan_.childOf(lngParent, *name) : 0;
+    if (lngThere != 0) {
+      lngParent = lngThere;
+      continue;
+    }
+    const NamespaceEntry* registered =
+        deployment_.namespaceOf(step.strPrefix.empty() ? step.strLocal : step.strPrefix);
+    MessageElement element;
+    element.lngParent = lngParent;
+    element.strName = step.text();
+    if (registered) element.strUri = element.strDomUri = registered->strRef;
+    element.blnUnknownUri = !registered;
+    element.origin = blnLast ? Origin::value : Origin::way;
+    element.place = {&mapper_, objAt};
+    element.object = object;
+    element.entry = entry;
+    element.blnOneOfMany = blnConditional;
+    lngParent = add(std::move(element));
+    if (lngParent == 0) return 0;
+  }
+  return lngParent;
+}
+
+void MessageBuilding::write(std::size_t lngElement, Source source, const FormObject* object,
+                            const Place& place, std::string strType, std::string strConstant,
+                            std::string strColumn) {
+  if (lngElement == 0) return;
+  plan_.elements_[lngElement].blnFilled = true;
+  plan_.writes_.push_back({lngElement, source, object, std::move(strColumn), std::move(strType),
+                           std::move(strConstant), place});
+}
+
+void MessageBuilding::placeField(const FormObject& object) {
+  const MappingEntry& entry = *object.entry;
+  const Node& objAt = entry.objNodePath ? entry.objNodePath : entry.objNode;
+  if (entry.objNodePath && !isBlank(entry.strParentXPath)) {
+    const Found parent = find(entry.strParentXPath);
+    if (parent.lngElement == 0) {
+      noteUnfollowed(entry.strNodePath);
+    } else {
+      const std::size_t lngElement = makePath(parent.lngElement, entry.strNodePath, objAt, &object,
+                                              &entry, parent.blnConditional);
+      const Place place{&mapper_, objAt};
+      const std::string strAction = toLower(entry.strActionId);
+      const ComplexType* type = deployment_.complexType(strAction);
+      if (!entry.objAction && entry.strItem.empty()) {
+        write(lngElement, Source::answer, &object, place, toLower(object.strType));
+      } else if (!entry.objAction) {
+        const FormObject* item = deployment_.object(entry.strItem);
+        const std::string strType = item && item->strType == "date" ? "date" : "";
+        write(lngElement, Source::answer, item, place, strType);
+      } else if (strAction == "addinfotonode") {
+        write(lngElement, Source::joined, &object, place);
+      } else if (type && lngElement != 0) {
+        addContent(lngElement, type->objNode, object, entry);
+      }
+    }
+  }
+  placeExtra(object);
+}
+
+void MessageBuilding::placeExtra(const FormObject& object) {
+  const MappingEntry& entry = *object.entry;
+  if (entry.strExtraPath.empty()) return;
+  const Found parent = find(entry.strExtraPath);
+  if (parent.lngElement == 0) return noteUnfollowed(entry.strExtraNode);
+  const Node& objAt = entry.objExtraNode ? entry.objExtraNode : entry.objNode;
+  const std::size_t lngElement = makePath(parent.lngElement, entry.strExtraNode, objAt, &object,
+                                          &entry, parent.blnConditional);
+  write(lngElement, Source::answer, &object, {&mapper_, objAt}, toLower(object.strType));
+}
+
+void MessageBuilding::placeTable(const FormObject& object) {
+  const MappingEntry& entry = *object.entry;
+  if (entry.strParentXPath.empty() || entry.strNodePath.empty() || !entry.objAction) return;
+  const Found parent = find(entry.strParentXPath);
+  const auto steps = stepsOf(entry.strNodePath);
+  if (parent.lngElement == 0 || !steps || steps->size() != 1) {
+    return noteUnfollowed(entry.strNodePath);
+  }
+  const PathStep& step = steps->front();
+  MessageElement element;
+  element.lngParent = parent.lngElement;
+  element.strName = step.text();
+  element.origin = Origin::row;
+  element.place = {&mapper_, entry.objNodePath};
+  element.object = &object;
+  element.entry = &entry;
+  element.blnMany = object.strType != "table" || object.rows.size() > 1;
+  element.blnOneOfMany = parent.blnConditional;
+  if (!step.strPrefix.empty()) {
+    const auto strUri = prefixAt(parent.lngElement, step.strPrefix);
+    if (strUri) element.strUri = *strUri;
+    element.blnUnknownUri = !strUri;
+  }
+  const std::size_t lngRow = add(std::move(element));
+  const std::string strAction = toLower(entry.strActionId);
+  if (strAction == "rowinfotovalue") {
+    write(lngRow, Source::joined, &object, {&mapper_, entry.objNodePath});
+  } else if (const ComplexType* type = deployment_.complexType(strAction); type && lngRow != 0) {
+    addContent(lngRow, type->objNode, object, entry);
+  }
+}
+
+/// The namespace of a prefix where an element is written.
+std::optional<std::string> MessageBuilding::prefixAt(std::size_t lngElement,
+                                                     std::string_view strPrefix) const {
+  for (; lngElement != 0; lngElement = plan_.elements_[lngElement].lngParent) {
+    const MessageElement& element = plan_.elements_[lngElement];
+    if (element.origin == Origin::fromFile) {
+      for (const NodeAttribute& attribute : element.place.objNode.attributes()) {
+        if (attribute.strName == "xmlns:" + std::string(strPrefix)) return attribute.strValue;
+      }
+    }
+    if (element.strName.starts_with(std::string(strPrefix) + ":")) return element.strUri;
+  }
+  return std::nullopt;
+}
+
+/// Puts a copy of a complex type below an element, and the values into its places.
+void MessageBuilding::addContent(std::size_t lngParent, const Node& objModel,
+                                 const FormObject& object, const MappingEntry& entry) {
+  const bool blnRow = plan_.elements_[lngParent].origin == Origin::row;
+  std::unordered_map<std::string, const TableColumn*> columns;
+  for (const TableColumn& column : object.columns) columns.emplace(column.strId, &column);
+  std::unordered_map<std::string, Node> parameters;
+  for (const Node& objParameter : childElements(entry.objAction)) {
+    parameters.try_emplace(attributeText(objParameter, kId), objParameter);
+  }
+  const auto fillCell = [&](std::size_t lngElement, const TableColumn& column, const Node& objAt) {
+    const std::string strConstant = attributeText(column.objNode, "autovalue");
+    const bool blnMade = !attributeText(column.objNode, "calculate").empty();
+    const std::string strType = toLower(attributeText(column.objNode, "columntype"));
+    const Source source = !strConstant.empty() ? Source::constant
+                          : blnMade            ? Source::joined
+                                               : Source::answer;
+    write(lngElement, source, &object, {&deployment_.schemaTypes, objAt}, strType, strConstant,
+          column.strId);
+  };
+  const auto fill = [&](std::size_t lngElement, const Node& objPlace) {
+    const std::string strId = attributeText(objPlace, kId);
+    const Place place{&deployment_.schemaTypes, objPlace};
+    if (blnRow) {
+      const auto column = columns.find(strId);
+      if (column == columns.end()) return;
+      fillCell(lngElement, *column->second, objPlace);
+      columns.erase(column);
+      return;
+    }
+    const bool blnLine = entry.strActionId == "structured_address_type" && !strId.empty() &&
+                         std::isdigit(static_cast<unsigned char>(strId.back())) != 0;
+    const auto parameter = parameters.find(toLower(strId));
+    if (blnLine) return write(lngElement, Source::joined, &object, place);
+    if (parameter == parameters.end()) return;
+    const Node& objParameter = parameter->second;
+    const std::string strItem = attributeText(objParameter, "messageitem");
+    const Place source{&mapper_, objParameter};
+    if (attributeText(objParameter, "formvalue") == "true") {
+      write(lngElement, Source::answer, &object, source, toLower(object.strType));
+    } else if (attributeText(objParameter, "formlabel") == "true") {
+      write(lngElement, Source::label, &object, source);
+    } else if (isBlank(strItem)) {
+      write(lngElement, Source::constant, nullptr, source, "", objParameter.text());
+    } else {
+      const FormObject* item = deployment_.object(strItem);
+      const bool blnConverted = item && (item->strType == "date" || item->strType == "time");
+      write(lngElement, Source::answer, item, source, blnConverted ? item->strType : "");
+    }
+  };
+
+  struct Waiting {
+    Node objElement;
+    std::size_t lngParent;
+  };
+  std::vector<Waiting> waiting;
+  const auto wait = [&](const Node& objParent, std::size_t lngElement) {
+    std::vector<Node> children = childElements(objParent);
+    for (auto child = children.rbegin(); child != children.rend(); ++child) {
+      waiting.push_back({*child, lngElement});
+    }
+  };
+  wait(objModel, lngParent);
+  std::size_t lngAdditional = 0;
+  while (!waiting.empty()) {
+    const auto [objElement, lngAbove] = waiting.back();
+    waiting.pop_back();
+    if (isPlaceholder(objElement)) {
+      fill(lngAbove, objElement);
+      continue;
+    }
+    MessageElement element;
+    element.lngParent = lngAbove;
+    element.strName = objElement.nodeName();
+    element.strUri = element.strDomUri = objElement.namespaceUri();
+    element.origin = Origin::content;
+    element.place = {&deployment_.schemaTypes, objElement};
+    element.object = &object;
+    element.entry = &entry;
+    const std::size_t lngElement = add(std::move(element));
+    if (lngElement == 0) return;
+    if (hasOwnText(objElement)) {
+      write(lngElement, Source::constant, nullptr, {&deployment_.schemaTypes, objElement}, "",
+            objElement.text());
+    }
+    const bool blnAdditional =
+        blnRow && lngAbove == lngParent && objElement.baseName() == "AdditionalInfo";
+    if (blnAdditional) lngAdditional = lngElement;
+    wait(objElement, lngElement);
+  }
+  if (lngAdditional == 0) return;
+  // Cells without a place of their own go into copies of it, behind all that the row has.
+  for (const TableColumn& column : object.columns) {
+    if (!columns.contains(column.strId)) continue;
+    MessageElement element = like(lngAdditional);
+    element.lngParent = lngParent;
+    element.blnMany = columns.size() > 1;
+    const std::size_t lngElement = add(std::move(element));
+    if (lngElement == 0) return;
+    fillCell(lngElement, column, plan_.elements_[lngElement].place.objNode);
+    break;
+  }
+}
+
+MessageElement MessageBuilding::like(std::size_t lngSource) const {
+  MessageElement element = plan_.elements_[lngSource];
+  element.children.clear();
+  element.kind = DeclaredChild::Kind::anything;
+  element.declared = {};
+  return element;
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

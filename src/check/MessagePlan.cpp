@@ -1,0 +1,139 @@
+#include "check/MessagePlan.h"
+
+#include <algorithm>
+#include <filesystem>
+
+#include "check/Findings.h"
+#include "check/MessageBuilding.h"
+
+namespace Varnel_Tolv_XML_Creation {
+
+namespace {
+
+bool isNameLetter(char letter) {
+  const auto byte = static_cast<unsigned char>(letter);
+  return std::isalnum(byte) != 0 || letter == '_' || letter == '-' || letter == '.' || byte >= 0x80;
+}
+
+}  // namespace
+
+QualifiedName MessageElement::name() const {
+  const std::size_t lngColon = strName.find(':');
+  return {strUri, lngColon == std::string::npos ? strName : strName.substr(lngColon + 1)};
+}
+
+std::string shown(const QualifiedName& name) {
+  const std::string strLocal = "\"" + name.strLocal + "\"";
+  return name.strUri.empty() ? strLocal + " without a namespace"
+                             : strLocal + " of the namespace \"" + name.strUri + "\"";
+}
+
+std::optional<std::vector<PathStep>> stepsOf(std::string_view strPath) {
+  std::vector<PathStep> steps;
+  std::size_t at = strPath.find_first_not_of(" \t\r\n");
+  if (at == std::string_view::npos) return std::nullopt;
+  if (strPath[at] == '/') ++at;
+  const auto takeName = [&] {
+    const std::size_t lngFirst = at;
+    while (at < strPath.size() && isNameLetter(strPath[at])) ++at;
+    return std::string(strPath.substr(lngFirst, at - lngFirst));
+  };
+  while (true) {
+    PathStep step;
+    if (at < strPath.size() && strPath[at] == '*') {
+      step.blnAny = true;
+      ++at;
+    } else {
+      step.strLocal = takeName();
+      if (at < strPath.size() && strPath[at] == ':') {
+        ++at;
+        step.strPrefix = std::exchange(step.strLocal, {});
+        step.strLocal = takeName();
+        if (step.strPrefix.empty()) return std::nullopt;
+      }
+      if (step.strLocal.empty() || step.strLocal.front() == '.') return std::nullopt;
+    }
+    while (at < strPath.size() && strPath[at] == '[') {
+      step.blnCondition = true;
+      std::size_t lngOpen = 0;
+      char quote = 0;
+      for (; at < strPath.size(); ++at) {
+        const char letter = strPath[at];
+        if (quote != 0) {
+          if (letter == quote) quote = 0;
+        } else if (letter == '"' || letter == '\'') {
+          quote = letter;
+        } else if (letter == '[') {
+          ++lngOpen;
+        } else if (letter == ']' && --lngOpen == 0) {
+          break;
+        }
+      }
+      if (at == strPath.size()) return std::nullopt;
+      ++at;
+    }
+    steps.push_back(std::move(step));
+    const std::size_t lngNext = strPath.find_first_not_of(" \t\r\n", at);
+    if (lngNext == std::string_view::npos) return steps;
+    if (strPath[lngNext] != '/' || lngNext != at) return std::nullopt;
+    at = lngNext + 1;
+  }
+}
+
+MessagePlan::MessagePlan(const ParsedDeployment& deployment) : deployment_(deployment) {
+  const DeploymentFiles& files = deployment.files;
+  if (!files.strSchemaUrl.empty()) {
+    // As a run's server maps it: one directory above that of the page.
+    const std::filesystem::path directory =
+        files.strPageDirectory.empty() ? "." : files.strPageDirectory;
+    strSchemaPath_ = (directory / ".." / files.strSchemaUrl).lexically_normal().string();
+    schema_ = SchemaModel::read(strSchemaPath_, files.strSchemaCatalog);
+  }
+  judgeSchema(*this);
+  if (!schema()) return;
+  // What a message can have is known only from all of these.
+  for (const ParsedFile* file :
+       {&deployment.objectList, &deployment.hiddenFieldList, &deployment.namespaceList,
+        &deployment.messageTemplate, &deployment.objectMapper, &deployment.schemaTypes}) {
+    if (!file->isLoaded()) return;
+  }
+  MessageBuilding(*this).build();
+  judgeContent(*this);
+  judgeValues(*this);
+  judgeReference(*this);
+  judgeQuestions(*this);
+}
+
+void MessagePlan::tell(MessageProblem problem) {
+  if (problemsOfCode_[problem.strCode]++ <= Findings::kMostOfOneRule) {
+    problems_.push_back(std::move(problem));
+  }
+}
+
+const ContentOutline& MessagePlan::contentOf(const DeclaredElement& element) const {
+  std::unique_ptr<const ContentOutline>& content = contents_[element.typeKey()];
+  if (!content) content = std::make_unique<const ContentOutline>(element.content());
+  return *content;
+}
+
+std::string MessagePlan::pathOf(std::size_t lngElement) const {
+  std::vector<const std::string*> names;
+  for (; lngElement != 0; lngElement = elements_[lngElement].lngParent) {
+    names.push_back(&elements_[lngElement].strName);
+  }
+  std::string strPath;
+  for (auto name = names.rbegin(); name != names.rend(); ++name) strPath.append("/").append(**name);
+  return strPath;
+}
+
+std::size_t MessagePlan::childOf(std::size_t lngParent, const QualifiedName& name) const {
+  const auto found = firstChildren_.find({lngParent, name});
+  return found == firstChildren_.end() ? 0 : found->second;
+}
+
+const MessagePlan& ParsedDeployment::messagePlan() const {
+  if (!messagePlan_) messagePlan_ = std::make_shared<const MessagePlan>(*this);
+  return *messagePlan_;
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

@@ -1,0 +1,191 @@
+#include <map>
+#include <set>
+
+#include "check/MessagePlan.h"
+#include "config/Attributes.h"
+#include "platform/text/Text.h"
+
+// The reference XML beside the message and the schema. An element of the message finds its own in
+// the reference by its path, in which a name without a prefix means no namespace.
+
+namespace Varnel_Tolv_XML_Creation {
+
+namespace {
+
+using Kind = DeclaredChild::Kind;
+using Origin = MessageElement::Origin;
+
+bool isMandatory(const Node& objElement) {
+  return toLower(trim(attributeText(objElement, "mandatory"))) == "true";
+}
+
+class ReferenceJudge {
+ public:
+  explicit ReferenceJudge(MessagePlan& plan)
+      : plan_(plan), file_(plan.deployment().reference), elements_(plan.elements()) {}
+
+  void judge() {
+    if (!file_.isLoaded()) return;
+    read();
+    for (std::size_t at = 1; at < elements_.size(); ++at) match(at);
+    for (std::size_t at = 1; at < entries_.size(); ++at) judgeUnmatched(at);
+  }
+
+ private:
+  struct Entry {
+    std::size_t lngParent = 0;
+    Node objNode;
+    std::size_t lngElement = 0;  // the message's element that finds it; 0: none
+    bool blnKnown = true;        // it could be looked up in the schema, and so could those above
+    DeclaredElement declared;
+  };
+
+  void read() {
+    entries_.emplace_back();
+    struct Waiting {
+      Node objNode;
+      std::size_t lngParent;
+    };
+    std::vector<Waiting> waiting = {{file_.root(), 0}};
+    while (!waiting.empty()) {
+      const auto [objNode, lngParent] = waiting.back();
+      waiting.pop_back();
+      const std::size_t lngEntry = entries_.size();
+      entries_.push_back({lngParent, objNode, 0, true, {}});
+      children_.try_emplace({lngParent, {objNode.namespaceUri(), objNode.baseName()}}, lngEntry);
+      std::vector<Node> below = childElements(objNode);
+      for (auto child = below.rbegin(); child != below.rend(); ++child) {
+        waiting.push_back({*child, lngEntry});
+      }
+    }
+  }
+
+  /// The namespace that a step of the message's path asks for in the reference.
+  std::optional<std::string> askedUri(const MessageElement& element) const {
+    const std::size_t lngColon = element.strName.find(':');
+    if (lngColon == std::string::npos) return "";
+    const NamespaceEntry* entry =
+        plan_.deployment().namespaceOf(element.strName.substr(0, lngColon));
+    if (!entry) return std::nullopt;
+    return entry->strName;
+  }
+
+  void tell(std::string_view strCode, const Node& objAt, std::string strMessage,
+            std::string strHint, std::string strAttribute = {}) {
+    plan_.tell({strCode,
+                {&file_, objAt},
+                std::move(strAttribute),
+                "",
+                1,
+                "",
+                std::move(strMessage),
+                std::move(strHint)});
+  }
+
+  void match(std::size_t lngElement) {
+    const MessageElement& element = elements_[lngElement];
+    if (element.lngParent != 0 && !found_.contains(element.lngParent)) return;
+    const std::size_t lngAbove = element.lngParent == 0 ? 0 : found_.at(element.lngParent);
+    const auto strUri = askedUri(element);
+    if (!strUri) return;
+    const std::string strLocal = element.name().strLocal;
+    const auto found = children_.find({lngAbove, {*strUri, strLocal}});
+    if (found == children_.end()) {
+      if (element.kind != Kind::undeclared) judgeMissing(element, lngAbove);
+      return;
+    }
+    found_.emplace(lngElement, found->second);
+    Entry& entry = entries_[found->second];
+    if (entry.lngElement != 0) return;
+    entry.lngElement = lngElement;
+    entry.declared = element.declared;
+    if (element.kind == Kind::element) judgeMandatory(element, entry);
+  }
+
+  /// An empty element that the reference does not know is removed.
+  void judgeMissing(const MessageElement& element, std::size_t lngAbove) {
+    const Node objAt = lngAbove == 0 ? file_.root() : entries_[lngAbove].objNode;
+    if (!isRequired(element) || !told_.emplace(lngAbove, element.strName).second) return;
+    tell("reference-incomplete", objAt,
+         "The reference does not know \"" + element.strName + "\" in \"" +
+             plan_.pathOf(element.lngParent) +
+             "\", which the schema requires: it is removed when it is empty, and nobody is told "
+             "that it is missing.",
+         "Add it, with mandatory=\"true\".");
+  }
+
+  bool isRequired(const MessageElement& element) const {
+    if (element.kind != Kind::element) return false;
+    if (element.lngParent == 0) return true;
+    const MessageElement& parent = elements_[element.lngParent];
+    return parent.kind == Kind::element &&
+           plan_.contentOf(parent.declared).requiresChild(element.name());
+  }
+
+  void judgeMandatory(const MessageElement& element, const Entry& entry) {
+    const bool blnRequired = isRequired(element);
+    if (blnRequired == isMandatory(entry.objNode)) return;
+    const MessageElement& parent = elements_[element.lngParent];
+    if (blnRequired) {
+      return tell("reference-optional", entry.objNode,
+                  "\"" + element.strName +
+                      "\" is not mandatory here, and the schema requires it in \"" +
+                      parent.strName +
+                      "\": it is removed when it is empty, and nobody is told that it is missing.",
+                  "Say mandatory=\"true\".", "mandatory");
+    }
+    const ContentOutline& content = plan_.contentOf(parent.declared);
+    const auto choices = content.requiredChoices();
+    for (const auto& choice : choices) {
+      for (const std::size_t at : choice) {
+        const DeclaredElement& declared = content.children()[at].element;
+        if (declared && declared.name() == element.name()) return;  // one of them is mandatory
+      }
+    }
+    tell("reference-mandatory", entry.objNode,
+         "\"" + element.strName + "\" is mandatory here, and the schema lets \"" + parent.strName +
+             "\" be without it: an empty one is kept and makes the message invalid where its type "
+             "refuses the empty text.",
+         "Say mandatory=\"false\".", "mandatory");
+  }
+
+  /// What no element of the message finds: known to the schema, or a slip of the pen.
+  void judgeUnmatched(std::size_t lngEntry) {
+    Entry& entry = entries_[lngEntry];
+    if (entry.lngElement != 0 || entry.lngParent == 0 || !plan_.schema()) return;
+    const Entry& above = entries_[entry.lngParent];
+    entry.blnKnown = false;
+    if (!above.blnKnown || !above.declared) return;
+    const QualifiedName name{entry.objNode.namespaceUri(), entry.objNode.baseName()};
+    const ContentOutline& content = plan_.contentOf(above.declared);
+    DeclaredChild child = content.child(name);
+    // A name without a namespace may stand for any that the message's template has as its default.
+    for (const ContentOutline::Child& declared : content.children()) {
+      if (child.kind == Kind::element || !name.strUri.empty() || !declared.element) continue;
+      if (declared.element.name().strLocal != name.strLocal) continue;
+      child = {Kind::element, declared.element};
+    }
+    if (child.kind == Kind::undeclared) {
+      return tell("reference-undeclared", entry.objNode,
+                  "The schema declares no element " + shown(name) + " in \"" +
+                      above.objNode.nodeName() + "\": this says nothing about any message.",
+                  "Correct its name or its place.");
+    }
+    entry.declared = child.element;
+    entry.blnKnown = true;
+  }
+
+  MessagePlan& plan_;
+  const ParsedFile& file_;
+  const std::vector<MessageElement>& elements_;
+  std::vector<Entry> entries_;
+  std::map<std::pair<std::size_t, QualifiedName>, std::size_t> children_;
+  std::map<std::size_t, std::size_t> found_;  // message's element to entry
+  std::set<std::pair<std::size_t, std::string>> told_;
+};
+
+}  // namespace
+
+void judgeReference(MessagePlan& plan) { ReferenceJudge(plan).judge(); }
+
+}  // namespace Varnel_Tolv_XML_Creation

@@ -1,0 +1,607 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "check/Rule.h"
+#include "check/RuleTables.h"
+#include "check/SmallDeployment.h"
+
+namespace Varnel_Tolv_XML_Creation::test {
+namespace {
+
+constexpr Severity kError = Severity::error;
+constexpr Severity kWarning = Severity::warning;
+
+constexpr const char* kSchema = R"(<?xml version="1.0" encoding="UTF-8"?>
+<xs:schema xmlns:xs="http://www.w3.org/2001/XMLSchema" xmlns="urn:example:m"
+           xmlns:pbr="urn:example:pbr" targetNamespace="urn:example:m"
+           elementFormDefault="qualified">
+  <xs:import namespace="urn:example:pbr" schemaLocation="pbr.xsd"/>
+  <xs:element name="report">
+    <xs:complexType>
+      <xs:sequence>
+        <xs:element name="head" type="Head"/>
+        <xs:element name="people" type="People" minOccurs="0"/>
+        <xs:element name="rooms" type="Rooms" minOccurs="0"/>
+        <xs:element name="faults" type="Faults" minOccurs="0"/>
+        <xs:element name="meters" type="Meters" minOccurs="0"/>
+        <xs:element name="end" type="End"/>
+      </xs:sequence>
+    </xs:complexType>
+  </xs:element>
+  <xs:complexType name="Head">
+    <xs:sequence>
+      <xs:element name="form" type="xs:string"/>
+      <xs:element name="day" type="xs:date"/>
+      <xs:element name="time" type="xs:time"/>
+      <xs:element name="title" type="Title"/>
+      <xs:element name="seen" type="xs:date" minOccurs="0"/>
+      <xs:element name="urgent" type="Yes" minOccurs="0"/>
+      <xs:element name="contact" type="Contact" minOccurs="0"/>
+    </xs:sequence>
+  </xs:complexType>
+  <xs:complexType name="Contact">
+    <xs:sequence>
+      <xs:element name="phone" type="xs:string"/>
+    </xs:sequence>
+  </xs:complexType>
+  <xs:complexType name="People">
+    <xs:sequence>
+      <xs:element name="guest" type="Guest" minOccurs="0" maxOccurs="2"/>
+      <xs:element name="owner" type="Person" minOccurs="0"/>
+      <xs:element name="address" type="Address" minOccurs="0"/>
+      <xs:element name="hours" type="xs:string" minOccurs="0"/>
+    </xs:sequence>
+  </xs:complexType>
+  <xs:complexType name="Guest">
+    <xs:sequence>
+      <xs:element name="name" type="xs:string" minOccurs="0"/>
+    </xs:sequence>
+  </xs:complexType>
+  <xs:complexType name="Person">
+    <xs:sequence>
+      <xs:element name="name" type="xs:string"/>
+      <xs:element name="role" type="xs:string" minOccurs="0"/>
+      <xs:element name="caption" type="xs:string" minOccurs="0"/>
+      <xs:element name="channel" type="Channel" minOccurs="0"/>
+    </xs:sequence>
+  </xs:complexType>
+  <xs:complexType name="Address">
+    <xs:sequence>
+      <xs:element name="line1" type="xs:string" minOccurs="0"/>
+      <xs:element name="line2" type="xs:string" minOccurs="0"/>
+      <xs:element name="line3" type="xs:string" minOccurs="0"/>
+      <xs:element name="line4" type="xs:string"/>
+    </xs:sequence>
+  </xs:complexType>
+  <xs:complexType name="Rooms">
+    <xs:sequence>
+      <xs:element name="room" type="xs:string" minOccurs="0" maxOccurs="9"/>
+    </xs:sequence>
+  </xs:complexType>
+  <xs:complexType name="Faults">
+    <xs:sequence>
+      <xs:element name="fault" type="Fault" minOccurs="0" maxOccurs="99"/>
+    </xs:sequence>
+  </xs:complexType>
+  <xs:complexType name="Fault">
+    <xs:sequence>
+      <xs:element name="what" type="What"/>
+      <xs:element name="found" type="xs:date" minOccurs="0"/>
+      <xs:element name="mended" type="xs:date" minOccurs="0"/>
+      <xs:element name="length" minOccurs="0">
+        <xs:complexType>
+          <xs:sequence>
+            <xs:element name="number" type="xs:decimal"/>
+            <xs:element name="unit" type="Unit"/>
+          </xs:sequence>
+        </xs:complexType>
+      </xs:element>
+      <xs:element ref="pbr:AdditionalInfo" minOccurs="0" maxOccurs="unbounded"/>
+    </xs:sequence>
+  </xs:complexType>
+  <xs:complexType name="Meters">
+    <xs:sequence>
+      <xs:element name="reading" minOccurs="0" maxOccurs="unbounded">
+        <xs:complexType>
+          <xs:sequence>
+            <xs:element name="meter" type="xs:string"/>
+          </xs:sequence>
+        </xs:complexType>
+      </xs:element>
+    </xs:sequence>
+  </xs:complexType>
+  <xs:complexType name="End">
+    <xs:sequence>
+      <xs:element name="again" type="Title" minOccurs="0"/>
+      <xs:element name="note" type="xs:string" minOccurs="0"/>
+      <xs:element name="title" type="Title" minOccurs="0"/>
+      <xs:element name="office" type="xs:string"/>
+      <xs:choice minOccurs="0">
+        <xs:element name="owner" type="Person"/>
+        <xs:element name="copy">
+          <xs:complexType>
+            <xs:sequence>
+              <xs:element name="line4" type="xs:string"/>
+            </xs:sequence>
+          </xs:complexType>
+        </xs:element>
+      </xs:choice>
+    </xs:sequence>
+  </xs:complexType>
+  <xs:simpleType name="Title">
+    <xs:restriction base="xs:string"><xs:minLength value="2"/><xs:maxLength value="60"/>
+    </xs:restriction>
+  </xs:simpleType>
+  <xs:simpleType name="Yes">
+    <xs:restriction base="xs:string"><xs:enumeration value="yes"/></xs:restriction>
+  </xs:simpleType>
+  <xs:simpleType name="Channel">
+    <xs:restriction base="xs:string"><xs:enumeration value="on site"/></xs:restriction>
+  </xs:simpleType>
+  <xs:simpleType name="What">
+    <xs:restriction base="xs:string"><xs:minLength value="3"/><xs:maxLength value="80"/>
+    </xs:restriction>
+  </xs:simpleType>
+  <xs:simpleType name="Unit">
+    <xs:restriction base="xs:string"><xs:enumeration value="days"/></xs:restriction>
+  </xs:simpleType>
+</xs:schema>
+)";
+
+constexpr const char* kInfoSchema = R"(<?xml version="1.0" encoding="UTF-8"?>
+<xs:schema xmlns:xs="http://www.w3.org/2001/XMLSchema" targetNamespace="urn:example:pbr">
+  <xs:element name="AdditionalInfo">
+    <xs:complexType>
+      <xs:simpleContent>
+        <xs:extension base="xs:string">
+          <xs:attribute name="id" type="xs:NCName"/>
+        </xs:extension>
+      </xs:simpleContent>
+    </xs:complexType>
+  </xs:element>
+</xs:schema>
+)";
+
+/// Puts a schema beside the deployment, for which it is correct.
+void addSchema(SmallDeployment& deployment) {
+  deployment.write("main.xsd", kSchema);
+  deployment.write("pbr.xsd", kInfoSchema);
+  deployment.files.strPageDirectory = deployment.at("pages");
+  deployment.files.strSchemaUrl = "main.xsd";
+  deployment.files.strSchemaUri = "urn:example:m";
+}
+
+/// What the rules of these tables find, as `severity code file:line object`, sorted.
+std::vector<std::string> found(const SmallDeployment& deployment) {
+  std::vector<std::string> lines;
+  for (const Finding& finding : deployment.check()) {
+    const bool blnOurs = std::ranges::any_of(
+        schemaRules(), [&](const Rule& rule) { return rule.strCode == finding.code; });
+    if (!blnOurs) continue;
+    EXPECT_FALSE(finding.message.empty() || finding.hint.empty()) << summary(finding);
+    lines.push_back(summary(finding));
+  }
+  std::ranges::sort(lines);
+  return lines;
+}
+
+/// One mistake, made by one replacement, and what these rules find: severity, code, file, then the
+/// text on whose line it is told (where the mistake was made, when it is empty), then the object.
+void expectBesideSchema(const std::vector<Mistake>& mistakes) {
+  for (const Mistake& mistake : mistakes) {
+    SCOPED_TRACE(mistake.says);
+    SmallDeployment deployment;
+    addSchema(deployment);
+    const std::size_t lngChanged =
+        deployment.replace(mistake.file, mistake.find, mistake.replacement);
+    std::vector<std::string> expected;
+    for (const Expected& row : mistake.findings) {
+      std::size_t lngLine = lngChanged;
+      if (!row.at.empty()) {
+        const std::string strText = deployment.text(row.file);
+        const std::size_t lngAt = strText.find(row.at);
+        ASSERT_NE(lngAt, std::string::npos) << row.at;
+        lngLine =
+            1 + static_cast<std::size_t>(std::count(
+                    strText.begin(), strText.begin() + static_cast<std::ptrdiff_t>(lngAt), '\n'));
+      }
+      expected.push_back(summary({.severity = row.severity,
+                                  .code = row.code,
+                                  .file = row.file,
+                                  .line = lngLine,
+                                  .object = row.object,
+                                  .message = {},
+                                  .hint = {}}));
+    }
+    std::ranges::sort(expected);
+    EXPECT_EQ(found(deployment), expected);
+  }
+}
+
+DeploymentFiles example(const std::string& strName) {
+  const std::string strFolder = VARNEL_SOURCE_DIR "/examples/" + strName + "/";
+  DeploymentFiles files;
+  files.strTemplateXML = strFolder + "template.xml";
+  files.strMsgObjectXML = strFolder + "object-mapper.xml";
+  files.strSchemaTypeMapperXML = strFolder + "schema-types.xml";
+  files.strHiddenFieldXML = strFolder + "hidden-fields.xml";
+  files.strNamespaceXML = strFolder + "namespaces.xml";
+  files.strQuestionsXmlPath = strFolder + "questions.xml";
+  files.strReferenceXmlPath = strFolder + "reference.xml";
+  files.strObjectList = strFolder + "object-list.xml";
+  return files;
+}
+
+TEST(SchemaRules, FindNothingInCorrectDeployments) {
+  SmallDeployment deployment;
+  addSchema(deployment);
+  DeploymentFiles inspection = example("inspection");
+  inspection.strProtocolInfo = VARNEL_SOURCE_DIR "/examples/inspection/protocol-info.xml";
+  inspection.strPageDirectory = VARNEL_SOURCE_DIR "/examples/inspection/pages";
+  inspection.strSchemaUrl = "schema/inspection.xsd";
+  inspection.strSchemaUri = "urn:example:inspection:report";
+  for (const DeploymentFiles& files : {deployment.files, inspection, example("readme")}) {
+    SCOPED_TRACE(files.strTemplateXML);
+    for (const Finding& finding : checkDeployment(files)) {
+      ADD_FAILURE() << summary(finding) << ": " << finding.message;
+    }
+  }
+}
+
+TEST(SchemaRules, FindWhatIsWrongWithTheSchemaItself) {
+  expectBesideSchema({
+      {"a type that is not there",
+       "main.xsd",
+       "<xs:element name=\"again\" type=\"Title\"",
+       "<xs:element name=\"again\" type=\"Titel\"",
+       {{kError, "schema-unusable", "main.xsd"}}},
+      {"a file that is not there, and is needed",
+       "main.xsd",
+       "schemaLocation=\"pbr.xsd\"",
+       "schemaLocation=\"prb.xsd\"",
+       {{kWarning, "import-missing", "main.xsd"},
+        {kError, "schema-unusable", "main.xsd", "ref=\"pbr:AdditionalInfo\""}}},
+      {"a location on another machine",
+       "main.xsd",
+       "schemaLocation=\"pbr.xsd\"",
+       "schemaLocation=\"http://schemas.example/pbr.xsd\"",
+       {{kWarning, "import-on-network", "main.xsd"},
+        {kError, "schema-unusable", "main.xsd", "ref=\"pbr:AdditionalInfo\""}}},
+      {"one of two imports leads nowhere",
+       "main.xsd",
+       "<xs:element name=\"report\">",
+       "<xs:import namespace=\"urn:example:pbr\" schemaLocation=\"gone.xsd\"/>"
+       "<xs:element name=\"report\">",
+       {{kWarning, "import-elsewhere", "main.xsd"}}},
+      {"another import of the same file is fine",
+       "main.xsd",
+       "<xs:element name=\"report\">",
+       "<xs:import namespace=\"urn:example:pbr\" schemaLocation=\"pbr.xsd\"/>"
+       "<xs:element name=\"report\">",
+       {}},
+      {"another target namespace",
+       "main.xsd",
+       "targetNamespace=\"urn:example:m\"",
+       "targetNamespace=\"urn:example:n\" xmlns:o=\"urn:example:n\"",
+       {{kError, "schema-unusable", "main.xsd", "<xs:element name=\"head\""},
+        {kError, "schema-namespace", "main.xsd", "<?xml"}}},
+      {"a pattern that backtracks",
+       "main.xsd",
+       "<xs:enumeration value=\"yes\"/>",
+       "<xs:pattern value=\"([a-z]+)+\"/>",
+       {{kWarning, "pattern-backtracks", "main.xsd"}}},
+      {"a pattern that does not",
+       "main.xsd",
+       "<xs:enumeration value=\"yes\"/>",
+       "<xs:pattern value=\"([a-z]+-)*[a-z]+\"/>",
+       {}},
+      {"a pattern that takes too much memory",
+       "main.xsd",
+       "<xs:enumeration value=\"yes\"/>",
+       "<xs:pattern value=\"((([a-z]{1,1000}x){1,1000}y){1,1000}z){1,1000}\"/>",
+       {{kError, "pattern-too-heavy", "main.xsd"}}},
+      {"an attribute with the name of a mark",
+       "main.xsd",
+       "<xs:element name=\"contact\" type=\"Contact\" minOccurs=\"0\"/>\n    </xs:sequence>",
+       "<xs:element name=\"contact\" type=\"Contact\" minOccurs=\"0\"/>\n    </xs:sequence>"
+       "<xs:attribute name=\"rowIndex\"/>",
+       {{kWarning, "mark-declared", "template.xml", "<m:head>"}}},
+      {"an attribute with another name is fine",
+       "main.xsd",
+       "<xs:element name=\"contact\" type=\"Contact\" minOccurs=\"0\"/>\n    </xs:sequence>",
+       "<xs:element name=\"contact\" type=\"Contact\" minOccurs=\"0\"/>\n    </xs:sequence>"
+       "<xs:attribute name=\"rowindex\"/>",
+       {}},
+  });
+}
+
+TEST(SchemaRules, FindASchemaThatIsNotNamedOrIsAnothers) {
+  SmallDeployment deployment;
+  addSchema(deployment);
+  deployment.files.strSchemaUri = "urn:example:other";
+  EXPECT_EQ(found(deployment), std::vector<std::string>{"error schema-namespace main.xsd:1 "});
+  deployment.files.strSchemaUri = "urn:example:m";
+  deployment.files.strSchemaUrl = "gone.xsd";
+  EXPECT_EQ(found(deployment), std::vector<std::string>{"error schema-unusable gone.xsd:1 "});
+  deployment.files.strSchemaUrl = "";
+  EXPECT_EQ(found(deployment), std::vector<std::string>{}) << "nobody asks for a verdict";
+  deployment.files.blnValidateAgainstSchema = true;
+  EXPECT_EQ(found(deployment), std::vector<std::string>{"error no-schema :1 "});
+}
+
+TEST(SchemaRules, FindTemplatesThatTheSchemaRefuses) {
+  expectBesideSchema({
+      {"an element that is not declared there",
+       "template.xml",
+       "<m:day/>",
+       "<m:dya/>",
+       {{kError, "template-undeclared", "template.xml"},
+        {kError, "mandatory-unfilled", "template.xml", "<m:head>"}}},
+      {"elements in the wrong order",
+       "template.xml",
+       "<m:day/>\n    <m:time/>",
+       "<m:time/>\n    <m:day/>",
+       {{kError, "template-order", "template.xml", "<m:day/>"}}},
+      {"a text that is no value",
+       "template.xml",
+       "<m:end/>",
+       "<m:end><m:again>x</m:again></m:end>",
+       {{kError, "path-in-template", "object-mapper.xml", "<extranode>m:again", "title"},
+        {kError, "template-value", "template.xml"}}},
+      {"an attribute that is not declared",
+       "template.xml",
+       "<m:rooms/>",
+       "<m:rooms kind=\"all\"/>",
+       {{kError, "template-attribute", "template.xml"}}},
+      {"one of another namespace is left alone",
+       "template.xml",
+       "<m:rooms/>",
+       "<m:rooms xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\" xsi:type=\"m:Rooms\"/>",
+       {}},
+  });
+}
+
+TEST(SchemaRules, FindTextsOfTheTemplateThatAreNoValues) {
+  expectBesideSchema({
+      {"a value that is none",
+       "template.xml",
+       "<m:guest/>\n    <m:guest/>",
+       "<m:guest>x</m:guest>",
+       {{kError, "template-value", "template.xml"}}},
+  });
+}
+
+TEST(SchemaRules, FindPathsThatTheSchemaDoesNotHave) {
+  expectBesideSchema({
+      {"a parent that an earlier entry makes is fine",
+       "object-mapper.xml",
+       "<node>m:contact/m:phone</node>\n  </messageitem>\n  <messageitem id=\"phone2\" "
+       "toschema=\"true\" absent=\"phone1\">\n    <parentxpath>/m:report/m:head</parentxpath>\n    "
+       "<node>m:contact/m:phone</node>",
+       "<node>m:contact/m:phone</node>\n  </messageitem>\n  <messageitem id=\"phone2\" "
+       "toschema=\"true\" absent=\"phone1\">\n    "
+       "<parentxpath>/m:report/m:head/m:contact</parentxpath>\n    <node>m:phone</node>",
+       {}},
+      {"an element that the schema does not have there",
+       "object-mapper.xml",
+       "<node>m:urgent</node>",
+       "<node>m:urgnet</node>",
+       {{kError, "path-undeclared", "object-mapper.xml", "", "urgent"}}},
+      {"the prefix of another namespace",
+       "object-mapper.xml",
+       "<node>m:urgent</node>",
+       "<node>pbr:urgent</node>",
+       {{kError, "path-undeclared", "object-mapper.xml", "", "urgent"}}},
+      {"a row that the schema does not have there",
+       "object-mapper.xml",
+       "<node>m:room</node>",
+       "<node>m:roms</node>",
+       {{kError, "path-undeclared", "object-mapper.xml", "", "rooms"}}},
+      {"an element of a complex type that the schema does not have there",
+       "schema-types.xml",
+       "<m:caption><value id=\"caption\"/></m:caption>",
+       "<m:capture><value id=\"caption\"/></m:capture>",
+       {{kError, "path-undeclared", "schema-types.xml", "", "owner"}}},
+      {"a text where elements are wanted",
+       "object-mapper.xml",
+       "<node>m:urgent</node>",
+       "<node>m:contact</node>",
+       {{kError, "no-text-there", "object-mapper.xml", "", "urgent"}}},
+  });
+}
+
+TEST(SchemaRules, FindElementsInTheWrongPlace) {
+  expectBesideSchema({
+      {"an object that comes too late",
+       "object-list.xml",
+       "<prtobjct id=\"title\" objecttype=\"field\" type=\"text\" dynamic=\"false\"/>\n"
+       "  <prtobjct id=\"seen\" objecttype=\"field\" type=\"date\" dynamic=\"false\" "
+       "letterlabel=\"Seen on\"/>",
+       "<prtobjct id=\"seen\" objecttype=\"field\" type=\"date\" dynamic=\"false\" "
+       "letterlabel=\"Seen on\"/>"
+       "<prtobjct id=\"title\" objecttype=\"field\" type=\"text\" dynamic=\"false\"/>",
+       {{kError, "path-position", "object-mapper.xml", "<node>m:title</node>", "title"}}},
+      {"an element of the template before which others belong",
+       "template.xml",
+       "<m:end/>",
+       "<m:end><m:office/></m:end>",
+       {{kError, "path-in-template", "object-mapper.xml", "<node>m:office</node>\n  </messageitem>",
+         "office"},
+        {kError, "path-position", "object-mapper.xml", "<extranode>m:again", "title"},
+        {kError, "path-position", "object-mapper.xml", "<node item", "note"}}},
+      {"a complex type in the wrong order",
+       "schema-types.xml",
+       "<m:name><value id=\"name\"/></m:name>\n      <m:role><value id=\"role\"/></m:role>",
+       "<m:role><value id=\"role\"/></m:role>\n      <m:name><value id=\"name\"/></m:name>",
+       {{kError, "path-position", "schema-types.xml", "<m:name>", "owner"}}},
+      {"a box where a date is wanted",
+       "object-mapper.xml",
+       "<node>m:urgent</node>",
+       "<node>m:seen</node>",
+       {{kError, "checkbox-value", "object-mapper.xml", "", "urgent"},
+        {kWarning, "question-kind", "questions.xml", "<question id=\"urgent\"", "urgent"}}},
+      {"a second answer at the same path, unless there is one, is fine",
+       "object-mapper.xml",
+       "<messageitem id=\"phone2\" toschema=\"true\" absent=\"phone1\">",
+       "<messageitem id=\"phone2\" toschema=\"true\" checkexists=\"true\">",
+       {}},
+      {"rows where the schema allows one",
+       "main.xsd",
+       "minOccurs=\"0\" maxOccurs=\"9\"",
+       "minOccurs=\"0\"",
+       {{kError, "path-repeated", "object-mapper.xml", "<node>m:room</node>", "rooms"}}},
+      {"alternatives of which both can come",
+       "main.xsd",
+       "<xs:element name=\"urgent\" type=\"Yes\" minOccurs=\"0\"/>\n"
+       "      <xs:element name=\"contact\" type=\"Contact\" minOccurs=\"0\"/>",
+       "<xs:choice minOccurs=\"0\"><xs:element name=\"urgent\" type=\"Yes\"/>"
+       "<xs:element name=\"contact\" type=\"Contact\"/></xs:choice>",
+       {{kWarning, "choice-both", "object-mapper.xml", "<node>m:contact/m:phone", "phone1"}}},
+  });
+}
+
+TEST(SchemaRules, FindWhatIsMandatoryAndFilledByNothing) {
+  expectBesideSchema({
+      {"an element that nothing makes",
+       "main.xsd",
+       "<xs:element name=\"office\" type=\"xs:string\"/>",
+       "<xs:element name=\"office\" type=\"xs:string\"/><xs:element name=\"seal\" "
+       "type=\"xs:string\"/>",
+       {{kError, "mandatory-unfilled", "template.xml", "<m:end/>"}}},
+      {"one that need not be there is fine",
+       "main.xsd",
+       "<xs:element name=\"office\" type=\"xs:string\"/>",
+       "<xs:element name=\"office\" type=\"xs:string\"/><xs:element name=\"seal\" "
+       "minOccurs=\"0\"/>",
+       {}},
+      {"a question that is not sent any more",
+       "hidden-fields.xml",
+       "<hiddenfield id=\"office\" output=\"office\" toschema=\"true\"/>",
+       "<hiddenfield id=\"office\" output=\"office\" toschema=\"false\"/>",
+       {{kError, "mandatory-unfilled", "template.xml", "<m:end/>"}}},
+  });
+}
+
+TEST(SchemaRules, FindValuesThatTheTypeRefuses) {
+  expectBesideSchema({
+      {"a box whose value the enumeration does not have",
+       "object-list.xml",
+       "checkedvalue=\"yes\"",
+       "checkedvalue=\"Yes\"",
+       {{kError, "checkbox-value", "object-mapper.xml", "<node>m:urgent", "urgent"}}},
+      {"a date that is not converted",
+       "object-list.xml",
+       "id=\"seen\" objecttype=\"field\" type=\"date\"",
+       "id=\"seen\" objecttype=\"field\" type=\"text\"",
+       {{kError, "date-not-converted", "object-mapper.xml", "<node>m:seen", "seen"}}},
+      {"a date that becomes a moment",
+       "object-list.xml",
+       "id=\"seen\" objecttype=\"field\" type=\"date\"",
+       "id=\"seen\" objecttype=\"field\" type=\"time\"",
+       {{kError, "date-form", "object-mapper.xml", "<node>m:seen", "seen"}}},
+      {"a cell that is not converted",
+       "object-list.xml",
+       "<column id=\"mended\" columnlabel=\"Mended\" columntype=\"date\"/>",
+       "<column id=\"mended\" columnlabel=\"Mended\"/>",
+       {{kError, "date-not-converted", "schema-types.xml", "<value id=\"mended\"", "mended"}}},
+      {"a constant that the enumeration does not have",
+       "object-mapper.xml",
+       "<parameter id=\"channel\">on site</parameter>",
+       "<parameter id=\"channel\">onsite</parameter>",
+       {{kError, "constant-refused", "object-mapper.xml"}}},
+      {"a constant of a column that the enumeration does not have",
+       "object-list.xml",
+       "autovalue=\"days\"",
+       "autovalue=\"day\"",
+       {{kError, "constant-refused", "schema-types.xml", "<value id=\"timedimension\"",
+         "timedimension"}}},
+  });
+}
+
+TEST(SchemaRules, FindReferencesThatDifferFromTheSchema) {
+  expectBesideSchema({
+      {"mandatory there, optional here",
+       "reference.xml",
+       "<m:again mandatory=\"false\"/>\n    <m:note mandatory=\"false\"/>\n    <m:title "
+       "mandatory=\"false\"/>\n    <m:office mandatory=\"true\"/>",
+       "<m:again mandatory=\"false\"/>\n    <m:note mandatory=\"false\"/>\n    <m:title "
+       "mandatory=\"false\"/>\n    <m:office mandatory=\"false\"/>",
+       {{kWarning, "reference-optional", "reference.xml", "<m:office"}}},
+      {"mandatory here, optional there",
+       "reference.xml",
+       "<m:urgent mandatory=\"false\"/>",
+       "<m:urgent mandatory=\"true\"/>",
+       {{kWarning, "reference-mandatory", "reference.xml"}}},
+      {"a name that is unknown",
+       "reference.xml",
+       "<m:urgent mandatory=\"false\"/>",
+       "<m:urgnet mandatory=\"false\"/>",
+       {{kWarning, "reference-undeclared", "reference.xml"}}},
+      {"a mandatory element that is left out",
+       "reference.xml",
+       "<m:form mandatory=\"true\"/>",
+       "",
+       {{kWarning, "reference-incomplete", "reference.xml", "<m:head"}}},
+      {"an optional element that is left out is fine",
+       "reference.xml",
+       "<m:urgent mandatory=\"false\"/>",
+       "",
+       {}},
+      {"a mandatory element that no path finds",
+       "reference.xml",
+       "<m:form mandatory=\"true\"/>",
+       "<form mandatory=\"true\"/>",
+       {{kWarning, "reference-incomplete", "reference.xml", "<m:head"}}},
+  });
+}
+
+TEST(SchemaRules, FindQuestionsThatDifferFromTheMessage) {
+  expectBesideSchema({
+      {"a looser limit",
+       "questions.xml",
+       "maxLength=\"60\"",
+       "maxLength=\"80\"",
+       {{kWarning, "length-differs", "questions.xml", "", "title"}}},
+      {"a tighter limit of a column",
+       "questions.xml",
+       "maxLength=\"80\"",
+       "maxLength=\"60\"",
+       {{kWarning, "length-differs", "questions.xml", "", "fault"}}},
+      {"a limit that is not said",
+       "questions.xml",
+       " minLength=\"3\"",
+       "",
+       {{kWarning, "length-missing", "questions.xml", "", "fault"}}},
+      {"a date that is called a text",
+       "questions.xml",
+       "<question id=\"seen\" type=\"date\">",
+       "<question id=\"seen\" type=\"text\">",
+       {{kWarning, "question-kind", "questions.xml", "", "seen"}}},
+  });
+}
+
+TEST(SchemaRules, FindCopiesThatMayFindNothingToStandBefore) {
+  expectBesideSchema({
+      {"a copy that may find nothing to stand before",
+       "object-mapper.xml",
+       "<insertbefore appendonnomatch=\"true\">",
+       "<insertbefore>",
+       {{kError, "insert-before-uncertain", "object-mapper.xml"}}},
+  });
+}
+
+TEST(SchemaRules, EndInSpiteOfCopiesOfCopies) {
+  SmallDeployment deployment;
+  addSchema(deployment);
+  std::string strRules;
+  for (int copy = 0; copy < 40; ++copy) {
+    strRules += "<docnode><parentxpath>/m:report</parentxpath><node>/m:report/*</node></docnode>";
+  }
+  deployment.replace("object-mapper.xml", "<docnodes>", "<docnodes>" + strRules);
+  const std::vector<std::string> lines = found(deployment);
+  EXPECT_TRUE(std::ranges::count(lines, "note not-checked template.xml:2 ") == 1);
+}
+
+}  // namespace
+}  // namespace Varnel_Tolv_XML_Creation::test

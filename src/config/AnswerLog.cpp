@@ -32,13 +32,14 @@ void AnswerLog::table(const Node& objTable, std::int32_t lngRowCount) {
   tables_.push_back({objTable, lngRowCount, required(objTable.selectNodes(kColumn))});
 }
 
-void AnswerLog::notComputed(const Node& objTable, std::int32_t lngRow, std::string_view strColumnId,
-                            std::string_view strAnswer) {
-  if (!strAnswer.empty()) operands_.push_back({objTable, lngRow, std::string(strColumnId)});
+void AnswerLog::unused(const Node& objTable, std::int32_t lngRow, std::string_view strColumnId,
+                       std::string_view strAnswer, std::string_view strReason) {
+  if (strAnswer.empty()) return;
+  unused_.push_back({objTable, lngRow, std::string(strColumnId), strReason});
 }
 
 void AnswerLog::blankRow(const Node& objTable, std::int32_t lngRow) {
-  operands_.push_back({objTable, lngRow, {}});
+  unused_.push_back({objTable, lngRow, {}, reason::kBlankRow});
 }
 
 void AnswerLog::hiddenObject(const Node& objHiddenField, const Node& objField) {
@@ -54,7 +55,7 @@ void AnswerLog::take(const Node& objObject) {
   objSource_ = objObject;
   lngFirstWrite_ = writes_.size();
   lngFirstLoss_ = losses_.size();
-  if (objObject) carried_.push_back({objObject, {}});
+  if (objObject) carried_.push_back({objObject, {RuleFile::objectMapper, 0}});
 }
 
 void AnswerLog::entry(const Node& objMessageItem) {
@@ -101,6 +102,7 @@ void AnswerLog::writeRow(const Node& objRow, const Node& objTarget) {
 
 void AnswerLog::standsFor(const Node& objElement) {
   if (isDecided()) return;
+  emptyByTarget_[objElement.identity()].push_back(writes_.size());  // it may hold no text
   writes_.push_back({objElement, objInHand_, carried_.back().rule, false, {}, {}});
 }
 

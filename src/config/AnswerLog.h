@@ -32,7 +32,6 @@ enum class RuleFile : std::uint8_t {
   objectMapper,
   schemaTypes,
   hiddenFields,
-  messageTemplate,
 };
 
 /// A place in the configuration; line 0: none.
@@ -41,7 +40,7 @@ struct AnswerRule {
   std::size_t lngLine = 0;
 };
 
-/// Whether a word of the configuration says no, in any case: "false", "0", nothing.
+/// Whether a word of the configuration says no: "false" in any case, "0", nothing.
 bool saysNo(std::string_view strWord);
 
 class AnswerLog {
@@ -72,11 +71,12 @@ class AnswerLog {
     std::int32_t lngRowCount = 0;
     NodeList colDefinitions;
   };
-  /// Answers of a row that only computed cells read.
-  struct Operand {
+  /// An answer to a cell that was read for nothing.
+  struct Unused {
     Node objTable;
     std::int32_t lngRow = 0;
-    std::string strColumnId;  // empty: those of all computed cells
+    std::string strColumnId;  // empty: the operands of all computed cells
+    std::string_view strReason;
   };
   /// A hidden field of the list and the object that was made of it, if any.
   struct HiddenObject {
@@ -98,9 +98,10 @@ class AnswerLog {
   void endMark(const Node& objObject) { objEndMark_ = objObject; }
   /// Before its column definitions are used up.
   void table(const Node& objTable, std::int32_t lngRowCount);
-  /// A computed cell stayed empty, so the answer `strAnswer` to one of its operands is in no cell.
-  void notComputed(const Node& objTable, std::int32_t lngRow, std::string_view strColumnId,
-                   std::string_view strAnswer);
+  /// The answer `strAnswer` was read and is not stored for this reason, unless a cell of its own
+  /// stores it.
+  void unused(const Node& objTable, std::int32_t lngRow, std::string_view strColumnId,
+              std::string_view strAnswer, std::string_view strReason);
   /// A row was left out as blank.
   void blankRow(const Node& objTable, std::int32_t lngRow);
   /// A field object was made of a hidden field of the list.
@@ -108,10 +109,12 @@ class AnswerLog {
   /// A hidden field was listed with its value.
   void hiddenField(const Node& objHiddenField, std::string_view strValue);
 
+  /// All of the form is parked.
+  void parked() { blnParked_ = true; }
+
   // While the message is built.
 
-  /// The template was loaded.
-  void messageTemplate(const Document& objSendXML) { objSendXML_ = objSendXML; }
+  void message(const Document& objSendXML) { objSendXML_ = objSendXML; }
   void objectMapper(const Document& objObjectMapper) { objObjectMapper_ = objObjectMapper; }
   /// The object is in hand from now on; Nothing: the last one was carried over.
   void take(const Node& objObject);
@@ -144,13 +147,14 @@ class AnswerLog {
 
   // What was noted.
 
+  bool wasParked() const noexcept { return blnParked_; }
   bool hasJournal() const noexcept { return blnJournal_; }
   bool wasRead(const std::string& strFieldName) const { return read_.contains(strFieldName); }
   /// The objects to be parked; none when the run did not come so far.
   const std::optional<NodeList>& objects() const noexcept { return colObjects_; }
   const Node& firstUnparked() const noexcept { return objEndMark_; }
   const std::vector<Table>& tables() const noexcept { return tables_; }
-  const std::vector<Operand>& operands() const noexcept { return operands_; }
+  const std::vector<Unused>& unusedAnswers() const noexcept { return unused_; }
   const std::vector<HiddenObject>& hiddenObjects() const noexcept { return hiddenObjects_; }
   const std::vector<HiddenValue>& hiddenValues() const noexcept { return hiddenValues_; }
   const std::vector<Carried>& carried() const noexcept { return carried_; }
@@ -172,8 +176,9 @@ class AnswerLog {
   std::unordered_set<std::string> read_;
   std::optional<NodeList> colObjects_;
   Node objEndMark_;
+  bool blnParked_ = false;
   std::vector<Table> tables_;
-  std::vector<Operand> operands_;
+  std::vector<Unused> unused_;
   std::vector<HiddenObject> hiddenObjects_;
   std::vector<HiddenValue> hiddenValues_;
 
@@ -188,7 +193,7 @@ class AnswerLog {
   std::vector<Loss> losses_;
   Index byTarget_;  // of the first `lngIndexed_` writes
   std::size_t lngIndexed_ = 0;
-  Index emptyByTarget_;  // of those that wrote the empty text
+  Index emptyByTarget_;  // of those that may have left their element empty
 };
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -38,7 +38,6 @@ inline constexpr std::string_view kCellWithoutPlace = "cell-without-place";
 inline constexpr std::string_view kOverwritten = "overwritten";
 inline constexpr std::string_view kWrittenAsEmpty = "written-as-empty";
 inline constexpr std::string_view kRemovedAsEmpty = "removed-as-empty";
-inline constexpr std::string_view kMarkTakenAway = "mark-taken-away";
 inline constexpr std::string_view kRunFailed = "run-failed";
 
 }  // namespace Varnel_Tolv_XML_Creation::reason

@@ -1,5 +1,9 @@
 #include "interface/BuildXML.h"
 
+#include <optional>
+
+#include "answers/AnswerReport.h"
+#include "config/AnswerLog.h"
 #include "config/LoadTemplateXML.h"
 #include "config/Names.h"
 #include "config/Session.h"
@@ -67,6 +71,23 @@ Node asElement(const Node& objNode) {
   return objNode;
 }
 
+/// The log of the answers of one run, for its stages to write to; none when nobody asks.
+class Answers {
+ public:
+  explicit Answers(Session& session) : session_(session) {
+    if (session.host.report) session.answers = &log_.emplace(session.host.blnJournal);
+  }
+  ~Answers() { session_.answers = nullptr; }
+  Answers(const Answers&) = delete;
+  Answers& operator=(const Answers&) = delete;
+
+  const AnswerLog* log() const { return log_ ? &*log_ : nullptr; }
+
+ private:
+  Session& session_;
+  std::optional<AnswerLog> log_;
+};
+
 }  // namespace
 
 BuildXML::BuildXML(const HostServices& host) : session_(std::make_unique<Session>()) {
@@ -93,6 +114,7 @@ Acknowledge BuildXML::buildXML(std::string_view strTemplateXML, std::string_view
     session.strMsgObjectXML = strMsgObjectXML;
     session.strSchemaTypeMapperXML = strSchemaTypeMapperXML;
   }
+  const Answers answers(session);
   trace(session, "", {"BuildXml - strTemplateXML =", strTemplateXML});
   trace(session, "", {"BuildXml - strMsgObjectXML =", strMsgObjectXML});
   trace(session, "", {"BuildXml - strSchemaTypeMapperXML =", strSchemaTypeMapperXML});
@@ -145,6 +167,7 @@ Acknowledge BuildXML::buildXML(std::string_view strTemplateXML, std::string_view
     trace(session, kProcedure, {"Set objAck = addHiddenFlds(objParkingXML, objHiddenFldXML)"});
     objAck = addHiddenFlds(session, objParkingXML, objHiddenFldXML);
     if (!objAck.Success()) return objAck;
+    if (session.answers) session.answers->parked();
 
     objParkXML = objParkingXML;
     if (!blnSubmit) return objAck;
@@ -181,7 +204,14 @@ Acknowledge BuildXML::buildXML(std::string_view strTemplateXML, std::string_view
   if (report && report->verdict == Verdict::notChecked) {
     giveReason(*report, "The run ended before the message was checked", objAckRun.ErrorDetail());
   }
-  return objAckRun;
+  if (!answers.log()) return objAckRun;
+  Acknowledge objAckReport = Guarded(kProcedure, [&]() -> Acknowledge {
+    reportAnswers(*answers.log(), session,
+                  {strMsgObjectXML, strSchemaTypeMapperXML, strHiddenFieldXML}, blnSubmit, *report);
+    return {};
+  });
+  // What was not told must not pass for nothing lost.
+  return objAckRun.Success() ? objAckReport : objAckRun;
 }
 
 std::optional<Acknowledge> BuildXML::GetDocData(std::string_view strDocInfoPath,

@@ -38,7 +38,7 @@ Acknowledge BuildSendXML(const Session& session, const Document& objParkXML,
   return Guarded(kProcedure, [&]() -> Acknowledge {
     Acknowledge objAck = LoadTemplateXML(strTemplateXML, objSendXML);
     if (!objAck.Success()) return objAck;
-    if (session.answers) session.answers->messageTemplate(objSendXML);
+    if (session.answers) session.answers->message(objSendXML);
 
     const Document objReferenceXML = session.newConfiguration();
     objAck = loadWithNamespaces(session, strReferenceXmlPath, objReferenceXML);

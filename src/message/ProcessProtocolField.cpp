@@ -138,7 +138,6 @@ Acknowledge FieldPlacement::placePlainly() {
 /// The value of the other object that the entry names; empty when there is none.
 std::string FieldPlacement::itemValue() const {
   const Node objItem = selectProtocolObject(objParkXML_, info_.strItem);
-  if (session_.answers) session_.answers->source(objItem);
   if (session_.answers && !objItem) session_.answers->lose(reason::kItemNotFound);
   if (!objItem) return {};
   std::string strValue = attributeText(objItem, kValue);
@@ -147,6 +146,8 @@ std::string FieldPlacement::itemValue() const {
   if (attributeText(objItem, kType) == "date") {
     strValue = convertToXsdDate(session_, "date", strValue);
   }
+  // Where the other object has no answer, it is the field's own that leaves the element empty.
+  if (session_.answers && !isBlank(strValue)) session_.answers->source(objItem);
   return strValue;
 }
 

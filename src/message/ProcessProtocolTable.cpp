@@ -52,7 +52,7 @@ Acknowledge ProcessProtocolTable(const Session& session, const Document& objSend
     }
     // deliberate: a table that is mapped to no place is left out in silence.
     if (info.strNode.empty() || info.strParentXPath.empty()) {
-      if (session.answers && !saysNo(info.strToSchema)) {
+      if (session.answers && (info.strToSchema.empty() || !saysNo(info.strToSchema))) {
         session.answers->lose(reason::kTableWithoutPlace);
       }
       return {};

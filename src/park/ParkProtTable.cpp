@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "config/AnswerLog.h"
+#include "config/AnswerReasons.h"
 #include "config/Attributes.h"
 #include "config/GetFormCollectionItem.h"
 #include "config/Names.h"
@@ -243,8 +244,11 @@ Acknowledge TableParking::readCell(const CellDefinition& cell, std::int32_t lngR
     if (!objAck.Success()) return objAck;
     strValue = computeCell(session_, cell, strFirst, strSecond, row.blnInvalidOperand);
     if (session_.answers && strValue.empty()) {
-      session_.answers->notComputed(objTable_, lngRow, cell.strFirstColumn, strFirst);
-      session_.answers->notComputed(objTable_, lngRow, cell.strSecondColumn, strSecond);
+      for (const auto& [strColumn, strOperand] :
+           {std::pair(cell.strFirstColumn, strFirst), std::pair(cell.strSecondColumn, strSecond)}) {
+        session_.answers->unused(objTable_, lngRow, strColumn, strOperand,
+                                 reason::kOperandWithoutResult);
+      }
     }
   } else if (!cell.strAutoValue.empty()) {
     strValue = cell.strAutoValue;  // what nobody typed does not make a row filled in
@@ -253,12 +257,19 @@ Acknowledge TableParking::readCell(const CellDefinition& cell, std::int32_t lngR
     if (!strValue.empty()) row.blnBlank = false;
   }
   // The unit of a duration that could not be computed says nothing.
-  if (cell.strId == "timedimension" && row.blnInvalidOperand) strValue.clear();
+  if (cell.strId == "timedimension" && row.blnInvalidOperand) {
+    if (session_.answers) {
+      session_.answers->unused(objTable_, lngRow, cell.strId, strValue,
+                               reason::kUnitWithoutDuration);
+    }
+    strValue.clear();
+  }
   return objAck;
 }
 
 Acknowledge TableParking::removeIfBlank() const {
   if (!blnOnlyRowBlank_) return {};
+  if (session_.answers) session_.answers->blankRow(objTable_, 1);
   if (!objTable_.parentNode().removeChild(objTable_)) {
     return Failure(SVC_RET_XML_CREATION_REMOVE_TABLE_NODE_FAILED, "Removing the table node failed",
                    "An error occurred removing the table node");

@@ -76,8 +76,9 @@ struct AnswerLoss {
   std::string rowIndex;
   std::string columnId;
   std::string value;
-  std::string reason;    // a code: "no-mapping", "row-beyond-count", "removed-as-empty" ...
-  std::string file;      // the configuration file that decides, as its path was given; or empty
+  std::string reason;    // a code: "no-mapping", "row-beyond-count" ...; docs/losses.md has all
+  std::string file;      // the configuration file that decides, as its path was given; empty: the
+                         // object list, which was handed in as a document
   std::size_t line = 0;  // in that file, from 1; 0 when there is no place
 };
 

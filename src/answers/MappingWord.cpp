@@ -1,0 +1,62 @@
+#include "answers/MappingWord.h"
+
+#include "config/AnswerLog.h"
+#include "config/Attributes.h"
+#include "config/Names.h"
+#include "platform/text/Text.h"
+
+namespace Varnel_Tolv_XML_Creation {
+namespace {
+
+// Which lookup finds an entry; the id follows.
+constexpr std::string_view kAnyEntry = "id ";
+constexpr std::string_view kTableEntry = "table ";
+constexpr std::string_view kGroupEntry = "group ";
+constexpr std::string_view kTableGroupEntry = "tablegroup ";
+
+std::string key(std::string_view strKind, std::string_view strId) {
+  return std::string(strKind).append(strId);
+}
+
+bool hasText(const Node& objEntry, std::string_view strChild) {
+  const Node objChild = objEntry.selectSingleNode(strChild);
+  return objChild && objChild.hasText();
+}
+
+}  // namespace
+
+void MappingWord::readEntries() {
+  blnRead_ = true;
+  if (!objMapper_) return;
+  const NodeList colEntries = required(objMapper_.selectNodes("//message/messageitem"));
+  for (const Node& objEntry : colEntries) {
+    const std::string strId = attributeText(objEntry, kId);
+    const std::string strType = attributeText(objEntry, kType);
+    entries_.try_emplace(key(kAnyEntry, strId), objEntry);
+    if (strType == "group") entries_.try_emplace(key(kGroupEntry, strId), objEntry);
+    if (strType == "tablegroup") entries_.try_emplace(key(kTableGroupEntry, strId), objEntry);
+    if (strType == "table" || strType == "dynatable") {
+      entries_.try_emplace(key(kTableEntry, strId), objEntry);
+    }
+  }
+}
+
+Node MappingWord::leavesOut(const Node& objObject) {
+  if (!blnRead_) readEntries();
+  const bool blnTable = toLower(attributeText(objObject, kObjectType)) == kTableObject;
+  const std::string strGroup = attributeText(objObject, "group");
+  const bool blnGroup = !saysNo(attributeText(objObject, kDynamic)) && !strGroup.empty();
+  const std::string strKey =
+      blnGroup ? key(blnTable ? kTableGroupEntry : kGroupEntry, strGroup)
+               : key(blnTable ? kTableEntry : kAnyEntry, toLower(attributeText(objObject, kId)));
+  const auto found = entries_.find(strKey);
+  if (found == entries_.end()) return {};
+  const Node& objEntry = found->second;
+  const std::string strWord = attributeText(objEntry, "toschema");
+  if (strWord.empty() || !saysNo(strWord)) return {};
+  // A table is sent whatever that word says, unless it has no place.
+  const bool blnPlace = hasText(objEntry, "node") && hasText(objEntry, "parentxpath");
+  return blnTable && blnPlace ? Node() : objEntry;
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

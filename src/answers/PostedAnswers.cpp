@@ -1,0 +1,175 @@
+#include "answers/PostedAnswers.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstdint>
+#include <optional>
+#include <set>
+#include <tuple>
+#include <utility>
+
+#include "config/AnswerReasons.h"
+#include "config/Attributes.h"
+#include "config/Names.h"
+
+namespace Varnel_Tolv_XML_Creation {
+namespace {
+
+// What a page sends beside its answers.
+constexpr std::string_view kLabelSuffix = "_hiddenName";
+constexpr std::string_view kRowCountSuffix = "_rowCount";
+
+/// The number of a row in the name of a cell, written as the library writes it.
+std::optional<std::int64_t> rowNumber(std::string_view strRow) {
+  std::int64_t lngRow = 0;
+  const char* const end = strRow.data() + strRow.size();
+  const auto [last, problem] = std::from_chars(strRow.data(), end, lngRow);
+  if (problem != std::errc() || last != end || lngRow < 1 || strRow.front() == '0') return {};
+  return lngRow;
+}
+
+/// Whether the cell takes a value that nobody submits.
+bool hasOwnValue(const Node& objColumn) {
+  return attributeText(objColumn, "calculate") == "true" ||
+         !attributeText(objColumn, "autovalue").empty();
+}
+
+/// The values of the cells of a parked table, by row and column.
+std::map<std::pair<std::string, std::string>, std::string> storedCells(const Node& objTable) {
+  std::map<std::pair<std::string, std::string>, std::string> cells;
+  const NodeList colRows = required(objTable.selectNodes(kRow));
+  for (const Node& objRow : colRows) {
+    const NodeList colColumns = required(objRow.selectNodes(kColumn));
+    for (const Node& objColumn : colColumns) {
+      cells.try_emplace({attributeText(objRow, kId), attributeText(objColumn, kId)},
+                        attributeText(objColumn, kValue));
+    }
+  }
+  return cells;
+}
+
+}  // namespace
+
+bool isNoAnswer(std::string_view strText) {
+  return strText.find_first_not_of(" \t\r\n") == std::string_view::npos;
+}
+
+PostedAnswers::PostedAnswers(const AnswerLog& log, const Request& request)
+    : log_(log), request_(request) {
+  for (const AnswerLog::Table& table : log.tables()) {
+    tables_.try_emplace(table.objTable.identity(), &table);
+  }
+  for (const AnswerLog::Unused& unused : log.unusedAnswers()) {
+    unused_[unused.objTable.identity()].push_back(&unused);
+  }
+  for (std::string& strName : request.formNames("")) {
+    if (log.wasRead(strName) || strName.ends_with(kLabelSuffix) ||
+        strName.ends_with(kRowCountSuffix)) {
+      continue;
+    }
+    std::string strValue = request.formItem(strName);
+    if (!isNoAnswer(strValue)) unread_.emplace(std::move(strName), std::move(strValue));
+  }
+}
+
+std::string PostedAnswers::takeUnread(const std::string& strName) {
+  auto taken = unread_.extract(strName);
+  return taken.empty() ? std::string() : std::move(taken.mapped());
+}
+
+std::vector<PostedAnswers::Cell> PostedAnswers::takeCells(const Node& objTable,
+                                                          std::string_view strReason) {
+  std::vector<Cell> cells;
+  if (unread_.empty() && unused_.empty()) return cells;
+  const auto found = tables_.find(objTable.identity());
+  const AnswerLog::Table* const table = found == tables_.end() ? nullptr : found->second;
+  if (table || !strReason.empty()) takeUnreadCells(objTable, table, strReason, cells);
+  std::stable_sort(cells.begin(), cells.end(), [](const Cell& left, const Cell& right) {
+    return std::tuple(left.strRow.size(), left.strRow) <
+           std::tuple(right.strRow.size(), right.strRow);
+  });
+  return cells;
+}
+
+void PostedAnswers::takeUnreadCells(const Node& objTable, const AnswerLog::Table* table,
+                                    std::string_view strReason, std::vector<Cell>& cells) {
+  Definitions definitions;
+  if (table) {
+    for (const Node& objColumn : table->colDefinitions) {
+      definitions.try_emplace(attributeText(objColumn, kId), objColumn);
+    }
+  }
+  std::optional<std::map<std::pair<std::string, std::string>, std::string>> stored;
+  const std::string strPrefix = attributeText(objTable, kId) + "___";
+  auto next = unread_.lower_bound(strPrefix);
+  while (next != unread_.end() && next->first.starts_with(strPrefix)) {
+    const auto current = next++;
+    const std::string& strName = current->first;
+    const std::size_t lngMark = strName.rfind('_');
+    if (lngMark < strPrefix.size()) continue;
+    const std::optional<std::int64_t> lngRow = rowNumber(strName.substr(lngMark + 1));
+    if (!lngRow) continue;
+    Cell cell{strName.substr(strPrefix.size(), lngMark - strPrefix.size()),
+              strName.substr(lngMark + 1), current->second, strReason, objTable.lineNumber()};
+    if (strReason.empty()) {
+      const auto definition = definitions.find(cell.strColumnId);
+      if (*lngRow > table->lngRowCount) {
+        cell.strReason = reason::kRowBeyondCount;
+      } else if (definitions.empty()) {
+        cell.strReason = reason::kParkedBefore;
+      } else if (definition == definitions.end()) {
+        cell.strReason = reason::kUnknownColumn;
+      } else {
+        if (!stored) stored = storedCells(objTable);
+        const auto same = stored->find({cell.strRow, cell.strColumnId});
+        if (same != stored->end() && same->second == cell.strValue) {
+          unread_.erase(current);
+          continue;
+        }
+        cell.strReason = reason::kCellNotRead;
+        cell.lngLine = definition->second.lineNumber();
+      }
+    }
+    cells.push_back(std::move(cell));
+    unread_.erase(current);
+  }
+  if (table) addUnused(*table, definitions, cells);
+}
+
+void PostedAnswers::addUnused(const AnswerLog::Table& table, const Definitions& definitions,
+                              std::vector<Cell>& cells) const {
+  const auto found = unused_.find(table.objTable.identity());
+  if (found == unused_.end()) return;
+  const std::string strPrefix = attributeText(table.objTable, kId) + "___";
+  std::set<std::string> told;
+  const auto add = [&](const AnswerLog::Unused& unused, const std::string& strColumnId) {
+    const std::string strRow = std::to_string(unused.lngRow);
+    const std::string strName = strPrefix + strColumnId + "_" + strRow;
+    std::string strValue = request_.formItem(strName);
+    if (isNoAnswer(strValue) || !told.insert(strName).second) return;
+    cells.push_back(
+        {strColumnId, strRow, std::move(strValue), unused.strReason, table.objTable.lineNumber()});
+  };
+  // What a cell of its own reads is stored there.
+  const auto hasCell = [&](const std::string& strColumnId) {
+    const auto definition = definitions.find(strColumnId);
+    return definition != definitions.end() && !hasOwnValue(definition->second);
+  };
+  for (const AnswerLog::Unused* unused : found->second) {
+    if (unused->strReason == reason::kUnitWithoutDuration) {
+      add(*unused, unused->strColumnId);
+    } else if (!unused->strColumnId.empty()) {
+      if (!hasCell(unused->strColumnId)) add(*unused, unused->strColumnId);
+    } else {
+      for (const auto& [strId, objColumn] : definitions) {
+        if (attributeText(objColumn, "calculate") != "true") continue;
+        for (const std::string_view strOperand : {"firstcolumn", "secondcolumn"}) {
+          const std::string strColumnId = attributeText(objColumn, strOperand);
+          if (!strColumnId.empty() && !hasCell(strColumnId)) add(*unused, strColumnId);
+        }
+      }
+    }
+  }
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

@@ -1,0 +1,194 @@
+#include <gtest/gtest.h>
+
+#include "answers/AnswerStory.h"
+#include "support/ExampleRun.h"
+#include "support/Results.h"
+
+namespace Varnel_Tolv_XML_Creation::test {
+namespace {
+
+TEST(Journal, TellsWhereEachFieldWent) {
+  const struct {
+    const char* says;
+    std::string entries;
+    const char* journal;
+  } cases[] = {
+      {"one place each, and one left out",
+       "<messageitem id='q' toschema='true'><parentxpath>/m:r</parentxpath><node>m:a/m:q</node>"
+       "</messageitem>\n<messageitem id='r' toschema='false'/>",
+       "q|||1|written|/m:r[1]/m:a[1]/m:q[1] |mapper.xml:2\n"
+       "r|||2|left-out||mapper.xml:3\n"},
+      {"positions among elements of one name",
+       "<messageitem id='q' toschema='true'><parentxpath>/m:r</parentxpath><node>m:a</node>"
+       "<action id='addinfotonode'><parameter formvalue='true'/><parameter formlabel='true'/>"
+       "</action></messageitem>\n"
+       "<messageitem id='r' toschema='true'><parentxpath>/m:r</parentxpath><node>m:a</node>"
+       "<action id='addinfotonode'><parameter formvalue='true'/><parameter formlabel='true'/>"
+       "</action></messageitem>",
+       "q|||1|written|/m:r[1]/m:a[1] |mapper.xml:2\n"
+       "r|||2|written|/m:r[1]/m:a[2] |mapper.xml:3\n"},
+      {"the extra place too",
+       "<messageitem id='q' toschema='true'><parentxpath>/m:r</parentxpath><node>m:q</node>"
+       "<extrapath>/m:r/head</extrapath><extranode>m:x</extranode></messageitem>\n"
+       "<messageitem id='r' toschema='false'/>",
+       "q|||1|written|/m:r[1]/m:q[1] /m:r[1]/head[1]/m:x[1] |mapper.xml:2\n"
+       "r|||2|left-out||mapper.xml:3\n"},
+      {"where the answer of another object goes",
+       "<messageitem id='q' toschema='true'><parentxpath>/m:r</parentxpath>"
+       "<node item='r'>m:q</node></messageitem>\n<messageitem id='r' toschema='false'/>",
+       "q|||1|left-out||mapper.xml:2\n"
+       "r|||2|written|/m:r[1]/m:q[1] |mapper.xml:2\n"},
+      {"a text of two answers is the place of both",
+       "<messageitem id='q' toschema='true'><parentxpath>/m:r</parentxpath><node>m:a</node>"
+       "<action id='addinfotonode'><parameter formvalue='true'/><parameter item='r'/></action>"
+       "</messageitem>\n<messageitem id='r' toschema='false'/>",
+       "q|||1|written|/m:r[1]/m:a[1] |mapper.xml:2\n"
+       "r|||2|written|/m:r[1]/m:a[1] |mapper.xml:2\n"},
+      {"the elements of a complex type",
+       "<messageitem id='q' toschema='true'><parentxpath>/m:r</parentxpath><node>m:p</node>"
+       "<action id='pair'><parameter id='v' formvalue='true'/>"
+       "<parameter id='w' messageitem='r'/></action></messageitem>\n"
+       "<messageitem id='r' toschema='false'/>",
+       "q|||1|written|/m:r[1]/m:p[1]/m:v[1] |mapper.xml:2\n"
+       "r|||2|written|/m:r[1]/m:p[1]/m:g[1]/m:w[1] |mapper.xml:2\n"},
+      {"a complex type of constants as a whole",
+       "<messageitem id='q' toschema='true'><parentxpath>/m:r</parentxpath><node>m:p</node>"
+       "<action id='fixed'/></messageitem>\n<messageitem id='r' toschema='false'/>",
+       "q|||1|written|/m:r[1]/m:p[1] |mapper.xml:2\n"
+       "r|||2|left-out||mapper.xml:3\n"},
+      {"a lost one has no place",
+       "<messageitem id='q' toschema='true'><parentxpath>/m:r</parentxpath><node>m:q</node>"
+       "</messageitem>\n<messageitem id='r' toschema='true'><parentxpath>/m:r</parentxpath>"
+       "<node>m:q</node></messageitem>",
+       "q|||1|lost||mapper.xml:3\n"
+       "r|||2|written|/m:r[1]/m:q[1] |mapper.xml:3\n"},
+      {"a copy that the document data make",
+       "<messageitem id='q' toschema='true'><parentxpath>/m:r</parentxpath><node>m:a/m:q</node>"
+       "</messageitem>\n<messageitem id='r' toschema='false'/>"
+       "<docdata><docinfo id='attestationtime'><parentxpath>/m:r/head</parentxpath>"
+       "<node>time</node></docinfo><docnodes><rule><parentxpath>/m:r/head</parentxpath>"
+       "<node>/m:r/m:a</node></rule></docnodes></docdata>",
+       "q|||1|written|/m:r[1]/m:a[1]/m:q[1] /m:r[1]/head[1]/m:a[1]/m:q[1] |mapper.xml:2\n"
+       "r|||2|left-out||mapper.xml:3\n"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    AnswerStory story;
+    story.strObjects = question("q") + question("r");
+    story.strEntries = c.entries;
+    story.strTypes =
+        "<schematype id='pair'><m:v><value id='v'/></m:v><m:g><m:w><value id='w'/></m:w></m:g>"
+        "</schematype><schematype id='fixed'><m:v>ticked</m:v></schematype>";
+    story.strForm = "q=1&r=2";
+    EXPECT_EQ(story.journal(), c.journal);
+    EXPECT_TRUE(Succeeded(story.objAck));
+  }
+}
+
+TEST(Journal, TellsOfEachCellInItsRow) {
+  AnswerStory story;
+  story.strObjects = question("q") + grid() + question("r");
+  story.strForm = "q=1&r=&t_rowCount=3&t___c_1=a&t___d_1=b&t___d_3=c&t___c_4=beyond";
+  EXPECT_EQ(story.journal(),
+            "q|||1|written|/m:r[1]/m:q[1] |mapper.xml:2\n"
+            "t|1|c|a|written|/m:r[1]/row[1]/m:c[1] |mapper.xml:5\n"
+            "t|1|d|b|written|/m:r[1]/row[1]/m:d[1] |mapper.xml:5\n"
+            "t|3|c||left-out||mapper.xml:5\n"
+            "t|3|d|c|written|/m:r[1]/row[2]/m:d[1] |mapper.xml:5\n"
+            "t|4|c|beyond|lost||:2\n"
+            "r||||left-out||mapper.xml:3\n");
+  EXPECT_TRUE(Succeeded(story.objAck));
+}
+
+TEST(Journal, TellsOfTheTextOfARow) {
+  AnswerStory story;
+  story.strObjects = grid("<column id='c' columnlabel='C'/><column id='d' columnlabel='D'/>");
+  story.strEntries =
+      "<messageitem id='t' type='dynatable' toschema='true'><parentxpath>/m:r</parentxpath>"
+      "<node>row</node><action id='rowinfotovalue'/></messageitem>";
+  story.strForm = "t_rowCount=2&t___c_1=a&t___d_2=b";
+  EXPECT_EQ(story.journal(),
+            "t|1|c|a|written|/m:r[1]/row[1] |mapper.xml:2\n"
+            "t|1|d||written|/m:r[1]/row[1] |mapper.xml:2\n"
+            "t|2|c||written|/m:r[1]/row[2] |mapper.xml:2\n"
+            "t|2|d|b|written|/m:r[1]/row[2] |mapper.xml:2\n");
+}
+
+TEST(Journal, TellsOfHiddenFields) {
+  AnswerStory story;
+  story.strObjects = question("q");
+  story.strHidden =
+      "<hiddenfield id='r' output='r' toschema='true'/>\n"
+      "<hiddenfield id='u' output='user'/>\n<hiddenfield id='v' output='v' toschema='True'/>";
+  story.strForm = "q=1&r=2&u=3&v=4&z=5";
+  EXPECT_EQ(story.journal(),
+            "q|||1|written|/m:r[1]/m:q[1] |mapper.xml:2\n"
+            "r|||2|written|/m:r[1]/m:n[1] |mapper.xml:3\n"
+            "user|||3|left-out||hidden.xml:2\n"
+            "v|||4|lost||hidden.xml:3\n"
+            "z|||5|lost||:0\n");
+}
+
+TEST(Journal, OfADraftHasNoPlaces) {
+  AnswerStory story;
+  story.blnSubmit = false;
+  story.strObjects = question("q") + grid();
+  story.strForm = "q=1&t_rowCount=1&t___c_1=a";
+  EXPECT_EQ(story.journal(), "q|||1|left-out||:0\nt|1|c|a|left-out||:0\nt|1|d||left-out||:0\n");
+}
+
+TEST(Journal, OfAFailedRunGoesAsFarAsItCame) {
+  AnswerStory story;
+  story.strObjects = question("q") + question("z") + question("r");
+  story.strForm = "q=1&z=2&r=3";
+  EXPECT_EQ(story.journal(),
+            "q|||1|written|/m:r[1]/m:q[1] |mapper.xml:2\nz|||2|lost||mapper.xml:0\n");
+  EXPECT_FALSE(story.objAck.Success());
+}
+
+/// A run of the example with a report.
+RunReport reportOf(std::string_view strForm) {
+  const ExampleRun example(strForm);
+  RunReport report;
+  HostServices services = example.host();
+  services.report = &report;
+  services.blnJournal = true;
+  BuildXML library(services);
+  example.run(library);
+  return report;
+}
+
+TEST(Journal, OfTheExampleLosesNothing) {
+  for (const char* const strForm : {"complete.form", "faulty.form"}) {
+    SCOPED_TRACE(strForm);
+    const RunReport report = reportOf(strForm);
+    for (const AnswerLoss& loss : report.losses) {
+      ADD_FAILURE() << loss.questionId << ' ' << loss.rowIndex << ' ' << loss.columnId << ' '
+                    << loss.reason << " in line " << loss.line;
+    }
+    EXPECT_GT(report.journal.size(), 50U);
+  }
+}
+
+TEST(Journal, AgreesWithTheLosses) {
+  AnswerStory story;
+  story.strObjects = question("q") + question("r") + grid();
+  story.strEntries =
+      "<messageitem id='q' toschema='True'/><messageitem id='r' toschema='true'><parentxpath>/m:r"
+      "</parentxpath><node>m:n</node></messageitem><messageitem id='t' type='table'>"
+      "<action id='cells'/></messageitem>";
+  story.strForm = "q=1&r=2&x=3&t_rowCount=1&t___c_1=a&t___d_2=b";
+  const std::string strAlone = story.losses();
+  story.journal();
+  std::size_t lngLost = 0;
+  for (const JournalEntry& entry : story.report.journal) {
+    if (entry.outcome == JournalOutcome::lost) ++lngLost;
+  }
+  EXPECT_EQ(story.report.losses.size(), 4U) << strAlone;
+  EXPECT_EQ(lngLost, 4U);
+  story.blnJournal = false;
+  EXPECT_EQ(story.losses(), strAlone) << "the same losses with a journal and without";
+}
+
+}  // namespace
+}  // namespace Varnel_Tolv_XML_Creation::test

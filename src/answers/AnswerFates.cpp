@@ -18,6 +18,13 @@ AnswerRule inHiddenFields(const Node& objHiddenField) {
   return {RuleFile::hiddenFields, objHiddenField.lineNumber()};
 }
 
+/// Whether an object was not removed, by itself or with the table that it stands in.
+bool stands(const Node& objObject) {
+  Node objTop = objObject;
+  for (Node objAbove = objTop; objAbove; objAbove = objTop.parentNode()) objTop = objAbove;
+  return objTop.nodeType() == NodeType::document;
+}
+
 bool isMadeByLibrary(const Node& objColumn) {
   return attributeText(objColumn, "calculate") == "true" ||
          !attributeText(objColumn, "autovalue").empty();
@@ -147,6 +154,15 @@ void AnswerFates::tellParkedField(const Node& objField) {
 
 void AnswerFates::tellField(const Node& objField) {
   const bool blnCarried = isCarried(objField);
+  if (!blnCarried && !stands(objField)) {
+    return tellUnparked(objField, {attributeText(objField, kId),
+                                   {},
+                                   {},
+                                   attributeText(objField, kValue),
+                                   reason::kBlankTable,
+                                   inObjectList(objField),
+                                   {}});
+  }
   if (!blnCarried && blnSubmit_) return;  // a run that failed did not come so far
   if (!blnAll_ && lost_.empty() && !log_.inHand()) return;
   AnswerFate fate{
@@ -159,7 +175,7 @@ void AnswerFates::tellField(const Node& objField) {
 }
 
 void AnswerFates::tellRows(const Node& objTable) {
-  const bool blnRemoved = !objTable.parentNode();
+  const bool blnRemoved = !stands(objTable);
   if (!blnRemoved && blnSubmit_ && !isCarried(objTable)) return;
   if (!blnRemoved && !blnAll_ && lost_.empty() && !log_.inHand()) return;
   const LostAnswers::Loss* const tableLoss = lost_.find(objTable);
@@ -179,7 +195,7 @@ void AnswerFates::tellCell(const Node& objTable, const Node& objRow, const Node&
                   {},
                   {},
                   objColumn};
-  if (!objTable.parentNode()) {
+  if (!stands(objTable)) {
     // It went with its only row that was posted. What the library puts into a row is no answer.
     if (isMadeByLibrary(objColumn)) return;
     fate.strReason = reason::kBlankTable;

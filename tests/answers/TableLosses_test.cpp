@@ -41,6 +41,9 @@ TEST(TableLosses, TellOfCellsThatAreNotStored) {
       {"what is stored in a table that goes as blank",
        "<row id='1'><column id='c' value='old'/><column id='d' autovalue='k' value='k'/></row>",
        "t_rowCount=1", "t|1|c|old|blank-table|:2\n"},
+      {"a question that stands in it",
+       "<column id='c'/><prtobjct id='q' objecttype='field' type='text' dynamic='false'/>",
+       "t_rowCount=1&q=1", "q|||1|blank-table|:2\n"},
       {"a blank table without anything", "<column id='c'/><column id='d' autovalue='k'/>",
        "t_rowCount=1", ""},
   };

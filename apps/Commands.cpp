@@ -5,6 +5,7 @@
 #include "RunBatch.h"
 #include "RunBuild.h"
 #include "RunCheck.h"
+#include "RunExplain.h"
 #include "RunTest.h"
 
 namespace {
@@ -12,6 +13,8 @@ namespace {
 constexpr auto kCommands = std::to_array<Command>({
     {kBuild, "build", "Runs one submission.", nullptr, runBuild},
     {kCheck, "check", "Proves a deployment consistent.", nullptr, runCheck},
+    {kExplain, "explain", "Tells where every answer of a submission went, and why not.", nullptr,
+     runExplain},
     {kTest, "test", "Runs submissions, each a folder with what is expected of it.", "DIR", runTest},
     {kBatch, "batch", "Runs the submissions of standard input, one JSON object a line.", nullptr,
      runBatch},

@@ -1,5 +1,5 @@
-# Writes the C++ source of Embedded.h: run with -DSOURCE=<folder of pages/ and migrations/>
-# -DOUTPUT=<file>.
+# Writes the C++ source of a header that declares `pageFile`, and `migrations` where the folder has
+# any: run with -DSOURCE=<folder of pages/ and migrations/> -DHEADER=<header> -DOUTPUT=<file>.
 function(embed result file)
   file(READ "${file}" text)
   # A literal may not be longer than compilers must take; neighbours are joined.
@@ -22,6 +22,16 @@ foreach(file IN LISTS files)
   embed(text "${file}")
   string(APPEND migrations "    {${CMAKE_MATCH_1},\n${text}},\n")
 endforeach()
+if(migrations)
+  set(migrations "
+namespace {
+constexpr Migration kMigrations[] = {
+${migrations}};
+}  // namespace
+
+std::span<const Migration> migrations() { return kMigrations; }
+")
+endif()
 set(pages "")
 file(GLOB files "${SOURCE}/pages/*")
 foreach(file IN LISTS files)
@@ -29,15 +39,8 @@ foreach(file IN LISTS files)
   embed(text "${file}")
   string(APPEND pages "  if (strName == \"${name}\") {\n    return\n${text};\n  }\n")
 endforeach()
-file(WRITE "${OUTPUT}" "#include \"host/Embedded.h\"
-
-namespace {
-constexpr Migration kMigrations[] = {
-${migrations}};
-}  // namespace
-
-std::span<const Migration> migrations() { return kMigrations; }
-
+file(WRITE "${OUTPUT}" "#include \"${HEADER}\"
+${migrations}
 std::string_view pageFile(std::string_view strName) {
 ${pages}  return {};
 }

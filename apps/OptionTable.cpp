@@ -11,8 +11,8 @@ constexpr const char* kOutputs = "What is written";
 constexpr const char* kExpected = "What is expected";
 
 // The sub-commands that take a deployment, and those of them that take a form.
-constexpr unsigned kEach = kBuild | kCheck | kBatch;
-constexpr unsigned kOneForm = kBuild;
+constexpr unsigned kEach = kBuild | kCheck | kBatch | kExplain;
+constexpr unsigned kOneForm = kBuild | kExplain;
 
 constexpr auto kOptions = std::to_array<OptionRow>({
     {"template", OptionKind::file, "FILE", kArguments, "the message before any answer", kEach},
@@ -59,8 +59,8 @@ constexpr auto kOptions = std::to_array<OptionRow>({
      "the message, when the run made one", kBuild},
     {"result", OptionKind::commandLineOnly, "FILE", kOutputs,
      "the result as JSON (default: standard output)", kBuild},
-    {"format", OptionKind::commandLineOnly, "text|json", kOutputs,
-     "how findings are written (default: text)", kCheck},
+    {"format", OptionKind::commandLineOnly, "text|json|html", kOutputs,
+     "how it is written (default: text); findings are not written as html", kCheck | kExplain},
     {"trace", OptionKind::commandLineOnly, "FILE", kOutputs,
      "every trace line, what people answered included; - is standard error", kBuild},
     {"report", OptionKind::commandLineFlag, "", kOutputs,

@@ -15,6 +15,7 @@ enum CommandId : unsigned {
   kCheck = 2,
   kBatch = 4,
   kTest = 8,
+  kExplain = 16,
 };
 
 enum class OptionKind {

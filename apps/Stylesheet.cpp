@@ -1,4 +1,4 @@
-#include "host/Stylesheet.h"
+#include "Stylesheet.h"
 
 #include <libxml/parser.h>
 #include <libxslt/documents.h>
@@ -14,16 +14,18 @@
 #include <utility>
 
 #include "CannotRun.h"
-#include "host/Embedded.h"
-#include "host/Log.h"
 
 namespace {
 
-constexpr const char* kBuiltIn = "built-in:page.xsl";
+constexpr std::string_view kBuiltIn = "built-in:";
 constexpr int kParserOptions = XSLT_PARSE_OPTIONS | XML_PARSE_NONET;
 
 thread_local std::string strComplaint;
-xsltDocLoaderFunc standardLoader = nullptr;  // set once, before any thread
+
+// Set once, before any thread.
+xsltDocLoaderFunc standardLoader = nullptr;
+BuiltInFile builtInFile = nullptr;
+void (*tellFailure)(const std::string& strReason) = nullptr;
 
 void complain(void* /*context*/, const char* format, ...) {
   std::array<char, 512> line{};
@@ -44,7 +46,7 @@ std::string complaint() {
 
 /// All documents of a stylesheet share its dictionary of names: nodes of one hand theirs to the
 /// page.
-xmlDocPtr builtInDocument(xmlDictPtr dictionary) {
+xmlDocPtr builtInDocument(const std::string& strUri, xmlDictPtr dictionary) {
   const std::unique_ptr<xmlParserCtxt, void (*)(xmlParserCtxtPtr)> parser(xmlNewParserCtxt(),
                                                                           xmlFreeParserCtxt);
   if (!parser) throw std::bad_alloc();
@@ -53,17 +55,16 @@ xmlDocPtr builtInDocument(xmlDictPtr dictionary) {
     parser->dict = dictionary;
     xmlDictReference(dictionary);
   }
-  const std::string_view strText = pageFile("page.xsl");
-  return xmlCtxtReadMemory(parser.get(), strText.data(), static_cast<int>(strText.size()), kBuiltIn,
-                           nullptr, kParserOptions);
+  const std::string_view strText = builtInFile(strUri.substr(kBuiltIn.size()));
+  return xmlCtxtReadMemory(parser.get(), strText.data(), static_cast<int>(strText.size()),
+                           strUri.c_str(), nullptr, kParserOptions);
 }
 
-/// Gives the built-in stylesheet to those that import it.
+/// Gives the built-in stylesheets to those that import them.
 xmlDocPtr loadDocument(const xmlChar* uri, xmlDictPtr dictionary, int options, void* context,
                        xsltLoadType type) {
-  if (std::string_view(reinterpret_cast<const char*>(uri)) == kBuiltIn) {
-    return builtInDocument(dictionary);
-  }
+  const std::string strUri(reinterpret_cast<const char*>(uri));
+  if (strUri.starts_with(kBuiltIn)) return builtInDocument(strUri, dictionary);
   return standardLoader(uri, dictionary, options | XML_PARSE_NONET, context, type);
 }
 
@@ -122,10 +123,11 @@ struct Stylesheet::Compiled {
   std::unique_ptr<xsltStylesheet, Free> stylesheet;
 };
 
-Stylesheet::Stylesheet(const std::string& strFile) : compiled_(std::make_unique<Compiled>()) {
+Stylesheet::Stylesheet(const std::string& strFile, const std::string& strBuiltIn)
+    : compiled_(std::make_unique<Compiled>()) {
   const bool blnOwn = !strFile.empty() && std::filesystem::exists(strFile);
-  xmlDocPtr const document =
-      blnOwn ? xmlReadFile(strFile.c_str(), nullptr, kParserOptions) : builtInDocument(nullptr);
+  xmlDocPtr const document = blnOwn ? xmlReadFile(strFile.c_str(), nullptr, kParserOptions)
+                                    : builtInDocument(std::string(kBuiltIn) + strBuiltIn, nullptr);
   // The stylesheet owns its document, unless there is none.
   if (document != nullptr) compiled_->stylesheet.reset(xsltParseStylesheetDoc(document));
   if (!compiled_->stylesheet || compiled_->stylesheet->errors != 0) {
@@ -150,13 +152,15 @@ std::string Stylesheet::apply(const ViewDocument& view) const {
                        xsltSaveResultToString(&text, &lngSize, page.get(), stylesheet) == 0;
   const std::unique_ptr<xmlChar, void (*)(void*)> owned(text, xmlFree);
   if (!blnDone || text == nullptr) {
-    logEvent("page-failed", {{"reason", complaint()}});
-    throw std::runtime_error("page.xsl");
+    tellFailure(complaint());
+    throw std::runtime_error("the stylesheet gave up");
   }
   return {reinterpret_cast<const char*>(text), static_cast<std::size_t>(lngSize)};
 }
 
-void prepareStylesheets() {
+void prepareStylesheets(BuiltInFile builtIn, void (*failed)(const std::string& strReason)) {
+  builtInFile = builtIn;
+  tellFailure = failed;
   xmlInitParser();
   xsltInit();
   xsltSetGenericErrorFunc(nullptr, complain);

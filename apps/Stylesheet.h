@@ -40,9 +40,10 @@ class ViewDocument {
 /// Makes pages from view documents. Several threads may use one at a time.
 class Stylesheet {
  public:
-  /// The stylesheet of the file, or the built-in one when there is no such file. It may import
-  /// "built-in:page.xsl"; it reads and writes nothing else but files beside it. Raises CannotRun.
-  explicit Stylesheet(const std::string& strFile = "");
+  /// The stylesheet of the file, or the built-in one of this name when there is no such file. It
+  /// may import a built-in one, "built-in:page.xsl"; it reads and writes nothing else but files
+  /// beside it. Raises CannotRun.
+  explicit Stylesheet(const std::string& strFile = "", const std::string& strBuiltIn = "page.xsl");
   ~Stylesheet();
 
   /// The page as text. Raises std::runtime_error when the stylesheet gives up.
@@ -53,5 +54,8 @@ class Stylesheet {
   std::unique_ptr<Compiled> compiled_;
 };
 
-/// To be called once, before threads are started.
-void prepareStylesheets();
+/// The text of a built-in file by its name; empty when there is none.
+using BuiltInFile = std::string_view (*)(std::string_view strName);
+
+/// To be called once, before threads are started. `failed` is told why a stylesheet gave up.
+void prepareStylesheets(BuiltInFile builtIn, void (*failed)(const std::string& strReason));

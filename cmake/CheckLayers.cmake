@@ -30,9 +30,10 @@ set(src/interface
   "^(result|platform|config|answers|check|park|message|validation|interface)/")
 
 # The guests: who may include a third-party header. apps/ also keeps to the installed headers.
-set(guests "^(re2/|utf8proc)"       "^libxml/" "^(libxslt/|boost/|soci/|openssl/)"
+set(guests "^(re2/|utf8proc)"       "^libxml/" "^libxslt/" "^(boost/|soci/|openssl/)"
   "^(nlohmann/|CLI/)"   "^(gtest/|gmock/)")
-set(hosts  "^(src|tests)/platform/" "^((src|tests)/platform|apps/host)/" "^apps/host/"
+set(hosts  "^(src|tests)/platform/" "^((src|tests)/platform|apps/host)/|^apps/Stylesheet"
+  "^apps/Stylesheet" "^apps/host/"
   "^(apps|tests/apps)/|^(src|tests)/platform/json/" "^tests/")
 file(READ "${TREE}/src/CMakeLists.txt" listing)
 string(REGEX MATCH "FILE_SET HEADERS[^)]*" listing "${listing}")

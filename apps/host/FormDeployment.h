@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "Options.h"
+#include "Stylesheet.h"
 #include "host/PageModel.h"
 #include "host/Snapshot.h"
-#include "host/Stylesheet.h"
 
 /// Something wrong with a deployment.
 struct Finding {

@@ -3,10 +3,10 @@
 #include <string>
 #include <vector>
 
+#include "Stylesheet.h"
 #include "host/Answers.h"
 #include "host/PageModel.h"
 #include "host/RunForm.h"
-#include "host/Stylesheet.h"
 
 /// All that one page of a form shows.
 struct FormView {

@@ -4,13 +4,14 @@
 
 #include "Files.h"
 #include "ProgramMain.h"
+#include "Stylesheet.h"
 #include "host/Application.h"
 #include "host/Deployments.h"
+#include "host/Embedded.h"
 #include "host/HostOptions.h"
 #include "host/Log.h"
 #include "host/Outbox.h"
 #include "host/Store.h"
-#include "host/Stylesheet.h"
 #include "host/WebServer.h"
 
 namespace {
@@ -85,7 +86,9 @@ int run(std::vector<std::string> words) {
     writeStandardOutput(*commandLine.textToPrint);
     return kStopped;
   }
-  prepareStylesheets();
+  prepareStylesheets(pageFile, [](const std::string& strReason) {
+    logEvent("page-failed", {{"reason", strReason}});
+  });
   return serve(commandLine.options);
 }
 

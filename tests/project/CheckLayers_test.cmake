@@ -29,7 +29,7 @@ check(src/platform/schema/Reading.cpp   "\"platform/schema/component/A.h\"" allo
 check(src/interface/BuildXML.cpp        "\"park/BuildParkXML.h\""           allowed)
 check(apps/main.cpp                     "\"interface/BuildXML.h\""          allowed)
 check(apps/main.cpp                     "<CLI/CLI.hpp>"                     allowed)
-check(apps/host/Stylesheet.cpp          "<libxml/tree.h>"                   allowed)
+check(apps/Stylesheet.cpp               "<libxml/tree.h>"                   allowed)
 check(apps/host/Store.cpp               "<soci/soci.h>"                     allowed)
 check(tests/park/BuildParkXML_test.cpp  "<gtest/gtest.h>"                   allowed)
 

@@ -1,0 +1,27 @@
+#include "XmlCharacters.h"
+
+namespace {
+
+constexpr std::string_view kReplacementCharacter = "\xEF\xBF\xBD";
+
+}  // namespace
+
+// Only control characters and the two last code points of the first plane can be written in UTF-8
+// and not in XML.
+std::string withXmlCharacters(std::string_view strText) {
+  std::string strClean;
+  strClean.reserve(strText.size());
+  for (std::size_t at = 0; at < strText.size(); ++at) {
+    const auto byte = static_cast<unsigned char>(strText[at]);
+    const std::string_view strThree = strText.substr(at, 3);
+    if (byte < ' ' && byte != '\t' && byte != '\n' && byte != '\r') {
+      strClean += kReplacementCharacter;
+    } else if (strThree == "\xEF\xBF\xBE" || strThree == "\xEF\xBF\xBF") {
+      strClean += kReplacementCharacter;
+      at += 2;
+    } else {
+      strClean += strText[at];
+    }
+  }
+  return strClean;
+}

@@ -1,0 +1,92 @@
+#include <filesystem>
+
+#include "Program.h"
+
+// `varnel-xml explain`: where every answer of a submission went.
+
+namespace Varnel_Tolv_XML_Creation::test {
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::Not;
+
+class Explain : public ProgramTest {
+ protected:
+  ProgramRun explain(std::vector<std::string> words, const ProgramStreams& streams = {}) const {
+    words.insert(words.begin(), {"explain", "--deployment", "."});
+    return runProgram(directory_.path(), words, streams);
+  }
+  ProgramRun explainForm(std::string_view strForm, std::vector<std::string> words = {}) const {
+    write("answers.form", strForm);
+    words.insert(words.end(), {"--form", "answers.form"});
+    return explain(words);
+  }
+};
+
+TEST_F(Explain, TellsInTextWhereEachAnswerWentTheLostOnesFirst) {
+  const ProgramRun run = explainForm("name=Ada&born=5.3.2026&shoe=4%0A2%1B[31m\n");
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(run.out,
+            "2 written, 0 left out, 1 lost; the schema: not-asked\n"
+            "shoe: 4 / 2[31m\n"
+            "    lost: no object of the form asks for it [unknown-question]\n"
+            "name: Ada\n"
+            "    written\n"
+            "    /c:card[1]/c:name[1]\n"
+            "    mapper.xml:2\n"
+            "born: 5.3.2026\n"
+            "    written\n"
+            "    /c:card[1]/c:born[1]\n"
+            "    mapper.xml:4\n");
+}
+
+TEST_F(Explain, LeavesBlankAnswersOutOfTheText) {
+  EXPECT_EQ(explainForm("name=&born=+").out,
+            "0 written, 0 left out, 0 lost; the schema: not-asked\n");
+}
+
+TEST_F(Explain, TellsWhyARunFailed) {
+  write("mapper.xml", "<message/>");
+  const ProgramRun run = explainForm("name=Ada");
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.out,
+            "The run failed: object mapper not found for object=name\n"
+            "0 written, 0 left out, 1 lost; the schema: not-asked\n"
+            "name: Ada\n"
+            "    lost: the object mapper has no entry for it [no-mapping]\n"
+            "    mapper.xml\n");
+}
+
+TEST_F(Explain, GivesTheSameJsonAsABuild) {
+  write("answers.form", "name=Ada&shoe=42");
+  const ProgramRun run = explain({"--form", "answers.form", "--format", "json"});
+  EXPECT_EQ(run.out,
+            build({"--deployment", ".", "--form", "answers.form", "--submit", "--explain"}).out);
+  EXPECT_THAT(run.out, HasSubstr("\"journal\""));
+}
+
+TEST_F(Explain, MakesAPageOfItsOwn) {
+  const ProgramRun run = explainForm("name=%3Cb%3EAda%26%01&shoe=42", {"--format", "html"});
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_THAT(run.out, HasSubstr("<!DOCTYPE html"));
+  EXPECT_THAT(run.out, HasSubstr("<title>Where every answer went</title>"));
+  EXPECT_THAT(run.out, HasSubstr("no object of the form asks for it"));
+  EXPECT_THAT(run.out, HasSubstr("@media print"));
+  EXPECT_THAT(run.out, Not(HasSubstr("<b>"))) << "an answer is text";
+  for (const char* const strOutside : {"http:", "https:", "<script", "src=", "@import", "url("}) {
+    EXPECT_THAT(run.out, Not(HasSubstr(strOutside)));
+  }
+}
+
+TEST_F(Explain, ReadsTheFormFromStandardInput) {
+  const ProgramRun run = explain({"--form", "-"}, {.strInput = "name=Ada"});
+  EXPECT_THAT(run.out, HasSubstr("1 written, 0 left out, 0 lost"));
+}
+
+TEST_F(Explain, RefusesWhatItCannotUse) {
+  EXPECT_TRUE(CouldNotRun(explain({"--format", "pdf"}), "--format"));
+  EXPECT_TRUE(CouldNotRun(explain({"--form", "none.form"}), "none.form"));
+}
+
+}  // namespace
+}  // namespace Varnel_Tolv_XML_Creation::test

@@ -4,34 +4,12 @@
 #include <string>
 
 #include "OptionTable.h"
-#include "platform/host/Clock.h"
-#include "platform/text/Date.h"
+#include "interface/Deployment.h"
 
-/// What one build is asked to do. The library's arguments bear the library's names.
-struct Options {
-  std::string strTemplateXML;
-  std::string strMsgObjectXML;
-  std::string strSchemaTypeMapperXML;
-  std::string strHiddenFieldXML;
-  std::string strNamespaceXML;
-  std::string strQuestionsXmlPath;
-  std::string strReferenceXmlPath;
-  bool blnSubmit = false;
-  bool blnValidateAgainstSchema = false;
-  std::optional<std::string> objectList;    // none: Nothing is passed
-  std::optional<std::string> protocolInfo;  // none: Nothing is passed
-  std::string strSchemaUrl;
-  std::string strSchemaUri;
-  std::string strSchemaCatalog;  // the deployment's, empty when it has none
-
+/// What one build is asked to do: a deployment, wherever its values come from, and what to write.
+struct Options : Varnel_Tolv_XML_Creation::Deployment {
   std::optional<std::string> deploymentFile;  // where options came from
   std::string deploymentDirectory;            // what `--deployment` names, empty without it
-  std::optional<std::string> form;            // none: an empty form
-  std::string pageDirectory;
-  bool blnContext = true;
-  bool blnServer = true;
-  Varnel_Tolv_XML_Creation::DateOrder dateOrder{};
-  std::optional<Varnel_Tolv_XML_Creation::FixedClock> clock;  // none: the machine's
 
   std::optional<std::string> parkOut;
   std::optional<std::string> sendOut;

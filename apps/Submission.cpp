@@ -30,30 +30,8 @@ Document loaded(const char* option, const std::optional<std::string>& file,
 RunOutputs runSubmission(const Options& options, const FormCollection& request,
                          const RunServices& services) {
   const DocumentSettings settings{.cache = services.cache};
-  RunOutputs run;
-  run.objParkXML = loaded("--object-list", options.objectList, settings);
-  const Document objProtocolInfo = loaded("--protocol-info", options.protocolInfo, settings);
-
-  const PageServer server(options.pageDirectory);
-  const ObjectContext context{.request = &request, .server = options.blnServer ? &server : nullptr};
-  BuildXML objBuild(HostServices{
-      .objectContext = options.blnContext ? &context : nullptr,
-      .clock = options.clock ? &*options.clock : nullptr,
-      .traceSink = services.traceSink,
-      .dateOrder = options.dateOrder,
-      .documentSettings = {},
-      .cache = services.cache,
-      .strSchemaCatalog = options.strSchemaCatalog,
-      .report = services.report,
-      .blnJournal = services.blnJournal,
-  });
-  run.objAck = objBuild.buildXML(
-      options.strTemplateXML, options.strMsgObjectXML, options.strSchemaTypeMapperXML,
-      options.strHiddenFieldXML, options.strNamespaceXML, options.strQuestionsXmlPath,
-      options.strReferenceXmlPath, options.blnSubmit, options.blnValidateAgainstSchema,
-      run.objParkXML, run.objSendXML, objProtocolInfo ? objProtocolInfo.documentElement() : Node(),
-      run.colUserErrors, run.colInternalErrors, options.strSchemaUrl, options.strSchemaUri);
-  return run;
+  return runDeployment(options, request, loaded("--object-list", options.objectList, settings),
+                       loaded("--protocol-info", options.protocolInfo, settings), services);
 }
 
 void TraceText::write(std::string_view strLine) {

@@ -5,26 +5,12 @@
 #include <string_view>
 
 #include "Options.h"
-#include "interface/BuildXML.h"
+#include "interface/RunDeployment.h"
 
 // One run of the library, as every sub-command that submits a form makes it.
 
-/// What a run may be given beside its options and its form; each may be null.
-struct RunServices {
-  Varnel_Tolv_XML_Creation::TraceSink* traceSink = nullptr;
-  Varnel_Tolv_XML_Creation::FileCache* cache = nullptr;
-  Varnel_Tolv_XML_Creation::RunReport* report = nullptr;
-  bool blnJournal = false;
-};
-
-/// What a run hands out. Documents that it did not make are Nothing.
-struct RunOutputs {
-  Varnel_Tolv_XML_Creation::Acknowledge objAck;
-  Varnel_Tolv_XML_Creation::Document objParkXML;  // also after a failure
-  Varnel_Tolv_XML_Creation::Document objSendXML;
-  Varnel_Tolv_XML_Creation::ValidationUserErrors colUserErrors;
-  Varnel_Tolv_XML_Creation::ValidationIntErrors colInternalErrors;
-};
+using Varnel_Tolv_XML_Creation::RunOutputs;
+using Varnel_Tolv_XML_Creation::RunServices;
 
 /// The body of the form that --form names, without the line end behind it; an empty form without
 /// the option. Raises CannotRun.

@@ -1,3 +1,5 @@
+#include "interface/Deployment.h"
+
 #include "Program.h"
 
 namespace Varnel_Tolv_XML_Creation::test {
@@ -51,6 +53,16 @@ TEST_F(Deployment, LeavesEmptyNamesAbsolutePathsAndFileUrlsAsTheyAre) {
   EXPECT_THAT(lines, Contains(": BuildXml - strMsgObjectXML =/etc/O"));
   EXPECT_THAT(lines, Contains(": BuildXml - strSchemaTypeMapperXML =file:///etc/S"));
   EXPECT_THAT(lines, Contains(": BuildXml - strHiddenFieldXML =FILE:H"));
+}
+
+TEST_F(Deployment, HasKeysThatAreOptions) {
+  const std::string strHelp = runProgram(directory_.path(), {"build", "--help"}).out;
+  for (const DeploymentKey& key : deploymentKeys()) {
+    const bool blnFlag = key.kind == DeploymentValueKind::flag;
+    // A flag stands before blanks, an option with a value before what that is.
+    EXPECT_THAT(strHelp, ::testing::ContainsRegex("  --" + std::string(key.name) +
+                                                  (blnFlag ? "  " : " [A-Zd]")));
+  }
 }
 
 TEST_F(Deployment, LosesToTheCommandLine) {

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+
+namespace Varnel_Tolv_XML_Creation {
+
+/// The value of a member: neither of the two for a number, null, an array and an object.
+using JsonValue = std::variant<std::monostate, bool, std::string>;
+using JsonObject = std::map<std::string, JsonValue, std::less<>>;
+
+/// The members of the one object that a JSON text holds; of several with one name the last. None,
+/// with the reason in one line, for any other text.
+std::optional<JsonObject> readJsonObject(std::string_view strText, std::string& strReason);
+
+}  // namespace Varnel_Tolv_XML_Creation

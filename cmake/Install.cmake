@@ -10,7 +10,8 @@ install(TARGETS XmlCreationShared EXPORT VarnelXmlCreationTargets
   INCLUDES DESTINATION "${include_dir}")
 install(TARGETS XmlCreation EXPORT VarnelXmlCreationStaticTargets
   ARCHIVE COMPONENT development
-  FILE_SET HEADERS DESTINATION "${include_dir}" COMPONENT development)
+  FILE_SET HEADERS DESTINATION "${include_dir}" COMPONENT development
+  FILE_SET c_headers DESTINATION "${include_dir}" COMPONENT development)
 foreach(export IN ITEMS VarnelXmlCreationTargets VarnelXmlCreationStaticTargets)
   install(EXPORT ${export} NAMESPACE Varnel:: DESTINATION "${package_dir}" COMPONENT development)
 endforeach()

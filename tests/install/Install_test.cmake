@@ -63,6 +63,7 @@ run(COMMAND "${CMAKE_COMMAND}" -S "${CMAKE_CURRENT_LIST_DIR}" -B "${WORK}/build"
 run(COMMAND "${CMAKE_COMMAND}" --build "${WORK}/build")
 run(COMMAND "${WORK}/build/with_XmlCreation")
 run(COMMAND "${WORK}/build/with_XmlCreationStatic")
+run(COMMAND "${WORK}/build/in_c" "${EXAMPLE}" "${EXAMPLE}/complete.form")
 
 # The same program with pkg-config, linked with either library.
 set(ENV{PKG_CONFIG_PATH} "${library_dir}/pkgconfig")

@@ -1,5 +1,5 @@
 # What is installed, in the components of which the packages are made (cmake/Packages.cmake):
-# library, development, tools, host.
+# library, development, python, tools, host.
 include(CMakePackageConfigHelpers)
 
 set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/VarnelXmlCreation")
@@ -35,6 +35,11 @@ configure_file("${CMAKE_CURRENT_LIST_DIR}/varnel-xml-creation.pc.in"
   "${CMAKE_CURRENT_BINARY_DIR}/varnel-xml-creation.pc" @ONLY)
 install(FILES "${CMAKE_CURRENT_BINARY_DIR}/varnel-xml-creation.pc"
   DESTINATION "${pkgconfig_dir}" COMPONENT development)
+
+# The Python module loads the shared library by its soname.
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/python/varnel_xml"
+  DESTINATION "lib/python3/dist-packages" COMPONENT python
+  FILES_MATCHING PATTERN "*.py" PATTERN "py.typed")
 
 # The library holds schemas of the W3C, whose notice goes with every copy.
 install(FILES "${CMAKE_CURRENT_LIST_DIR}/../src/platform/schema/w3c/LICENSE"

@@ -13,12 +13,12 @@
 static const char* example;
 static int failures;
 
-#define EXPECT(condition)                                                     \
-  do {                                                                        \
-    if (!(condition)) {                                                       \
+#define EXPECT(condition)                                                           \
+  do {                                                                              \
+    if (!(condition)) {                                                             \
       fprintf(stderr, "%s:%d: %s does not hold\n", __FILE__, __LINE__, #condition); \
-      ++failures;                                                             \
-    }                                                                         \
+      ++failures;                                                                   \
+    }                                                                               \
   } while (0)
 
 #define TEST(name) static void name(void)

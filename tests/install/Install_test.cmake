@@ -78,6 +78,17 @@ foreach(kind IN ITEMS shared static)
   run(COMMAND "${CMAKE_COMMAND}" -E env "LD_LIBRARY_PATH=${library_dir}" "${WORK}/${kind}")
 endforeach()
 
+# The Python module, below an interpreter that no sanitizer knows.
+if(NOT FLAGS MATCHES "-fsanitize")
+  run(COMMAND "${CMAKE_COMMAND}" -E env "PYTHONPATH=${prefix}/lib/python3/dist-packages"
+    "LD_LIBRARY_PATH=${library_dir}" python3 -B "${CMAKE_CURRENT_LIST_DIR}/main.py" "${EXAMPLE}"
+    "${EXAMPLE}/complete.form" OUTPUT told)
+  if(NOT told STREQUAL "verdict: valid" OR
+      NOT EXISTS "${prefix}/lib/python3/dist-packages/varnel_xml/py.typed")
+    message(SEND_ERROR "The Python module told \"${told}\"")
+  endif()
+endif()
+
 # Every option of --help stands in the manual page, each sub-command's too.
 function(check_page program section)
   run(COMMAND gzip -dc "${prefix}/share/man/man${section}/${program}.${section}.gz" OUTPUT page)

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "check/DeploymentFiles.h"
+#include "result/Export.h"
 #include "result/Finding.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -13,6 +14,6 @@ namespace Varnel_Tolv_XML_Creation {
 ///
 /// Opens the files of the deployment and those that its schema refers to, nothing else, and never
 /// the network. Raises std::bad_alloc when memory runs out, and nothing for what stands in a file.
-std::vector<Finding> checkDeployment(const DeploymentFiles& files);
+VARNEL_EXPORT std::vector<Finding> checkDeployment(const DeploymentFiles& files);
 
 }  // namespace Varnel_Tolv_XML_Creation

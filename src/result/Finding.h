@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "result/Export.h"
+
 // What the check of a deployment finds. Plain data.
 
 namespace Varnel_Tolv_XML_Creation {
@@ -16,7 +18,7 @@ enum class Severity : std::uint8_t {
 };
 
 /// "error", "warning", "note".
-std::string_view severityName(Severity severity) noexcept;
+VARNEL_EXPORT std::string_view severityName(Severity severity) noexcept;
 
 struct Finding {
   Severity severity = Severity::note;

@@ -126,7 +126,7 @@
 namespace Varnel_Tolv_XML_Creation {
 
 /// Publishes the return codes; it has no members of its own.
-class ServiceEnums {
+class VARNEL_EXPORT ServiceEnums {
  public:
   /// The codes that `Acknowledge::ErrorCode` carries for the failures that the library expects:
   /// consecutive signed values from -2147210504 to -2147210392.

@@ -29,6 +29,17 @@ if(seams)
   message(SEND_ERROR "Seams of the tests are installed: ${seams}")
 endif()
 
+# Whatever a header lets hosts call is marked for the shared library to show.
+file(GLOB_RECURSE headers "${prefix}/include/varnel-xml-creation-16/*/*.h")
+foreach(header IN LISTS headers)
+  file(STRINGS "${header}" unmarked
+    REGEX "^(class|struct) ?.*[A-Za-z]+ (final )?(: .*)?{$|^[a-z][A-Za-z0-9_:<>*& ]*[ &*][A-Za-z]+\\(")
+  list(FILTER unmarked EXCLUDE REGEX "^(constexpr|inline|template|struct [A-Z]|using|#) ?|VARNEL_EXPORT")
+  if(unmarked)
+    message(SEND_ERROR "${header} has what VARNEL_EXPORT is missing from: ${unmarked}")
+  endif()
+endforeach()
+
 # The shared library shows nothing but what is ours.
 file(GLOB_RECURSE library "${prefix}/*/libvarnel-xml-creation.so.16")
 if(NOT library)

@@ -25,8 +25,7 @@ TEST(RunDeployment, GivesTheOutcomeOfOneSubmissionAfterAnother) {
   FileCache cache;
   RunReport report;
   const RunServices services{.cache = &cache, .report = &report};
-  const RunOutputs faulty =
-      runDeployment(deployment, form("faulty.form"), services);
+  const RunOutputs faulty = runDeployment(deployment, form("faulty.form"), services);
   EXPECT_EQ(faulty.objAck.ErrorCode(), SVC_RET_XML_CREATION_SCHEMA_VALIDATION_FAILED);
   EXPECT_EQ(report.verdict, Verdict::invalid);
   ASSERT_TRUE(faulty.colUserErrors);
@@ -38,8 +37,7 @@ TEST(RunDeployment, GivesTheOutcomeOfOneSubmissionAfterAnother) {
   EXPECT_EQ(report.verdict, Verdict::valid);
   EXPECT_FALSE(complete.colUserErrors);
 
-  const RunOutputs alone =
-      runDeployment(deployment, form("complete.form"), RunServices());
+  const RunOutputs alone = runDeployment(deployment, form("complete.form"), RunServices());
   EXPECT_EQ(complete.objSendXML.xml(), alone.objSendXML.xml());
   EXPECT_EQ(complete.objParkXML.xml(), alone.objParkXML.xml());
 }

@@ -29,7 +29,7 @@ class VARNEL_EXPORT Request {
 
 /// The name of the field that a form has for the object with this id: the id in lower case,
 /// Unicode's simple mapping in no locale.
-std::string fieldNameOf(std::string_view strId);
+VARNEL_EXPORT std::string fieldNameOf(std::string_view strId);
 
 /// The web server.
 class VARNEL_EXPORT Server {

@@ -12,6 +12,8 @@
 #include <utility>
 #include <vector>
 
+#include "result/Export.h"
+
 // The elements that a schema declares, as those see them who ask a SchemaModel. Handles must not
 // outlive it.
 
@@ -67,7 +69,7 @@ struct ContentVerdict {
 };
 
 /// An element declaration; one without a declaration tests false and must not be asked.
-class DeclaredElement {
+class VARNEL_EXPORT DeclaredElement {
  public:
   DeclaredElement() = default;
   DeclaredElement(const SchemaComponents& schema, const ElementDeclaration& declaration)
@@ -126,7 +128,7 @@ struct DeclaredChild {
 
 /// The content of an element: its children in the order of the schema, and how they depend on each
 /// other. Named groups are written out.
-class ContentOutline {
+class VARNEL_EXPORT ContentOutline {
  public:
   static constexpr std::uint32_t kUnbounded = std::numeric_limits<std::uint32_t>::max();
 

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "platform/schema/DeclaredElement.h"
+#include "result/Export.h"
 
 // What a schema says, for those who ask about messages without having one: which elements it
 // declares where, what they may hold, in which order. It is read and compiled exactly as for a
@@ -54,7 +55,7 @@ struct SchemaPlace {
 };
 
 /// A schema, as far as it could be had. Cheap to copy.
-class SchemaModel {
+class VARNEL_EXPORT SchemaModel {
  public:
   /// Reads the schema at `strPath` with all that it includes and imports: files of this machine,
   /// found through the OASIS catalog at `strCatalog` (none when empty) and the catalog.xml beside

@@ -41,9 +41,13 @@ install(DIRECTORY "${PROJECT_SOURCE_DIR}/python/varnel_xml"
   DESTINATION "lib/python3/dist-packages" COMPONENT python
   FILES_MATCHING PATTERN "*.py" PATTERN "py.typed")
 
-# The library holds schemas of the W3C, whose notice goes with every copy.
-install(FILES "${CMAKE_CURRENT_LIST_DIR}/../src/platform/schema/w3c/LICENSE"
-  DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/varnel-xml-creation" RENAME LICENSE.W3C COMPONENT library)
+# The library holds schemas of the W3C, whose notice goes with every copy. A package tells it among
+# its copyrights.
+if(NOT VARNEL_PACKAGES)
+  install(FILES "${CMAKE_CURRENT_LIST_DIR}/../src/platform/schema/w3c/LICENSE"
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/varnel-xml-creation" RENAME LICENSE.W3C
+    COMPONENT library)
+endif()
 
 # The programs have the static library inside, so they run wherever they are copied to. Their manual
 # pages tell the options that --help tells.
@@ -71,4 +75,10 @@ endfunction()
 if(VARNEL_DEVELOPER_MODE)
   varnel_install_program(varnel-xml tools 1)
   varnel_install_program(varnel-xml-host host 8)
+endif()
+
+# All that is installed, and nothing else.
+add_custom_target(installed DEPENDS XmlCreationShared)
+if(VARNEL_DEVELOPER_MODE)
+  add_dependencies(installed varnel-xml-page varnel-xml-host-page)
 endif()

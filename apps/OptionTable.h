@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-// The options of `varnel-xml`, written once: the command line of every sub-command and
-// deployment.json are read by this table.
+// The options of `varnel-xml`, written once: the command line of every sub-command is read by this
+// table. Those that are keys of deployment.json too the library knows (interface/Deployment.h).
 
 /// The sub-commands; an option names those that take it by a set of these bits.
 enum CommandId : unsigned {

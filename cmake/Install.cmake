@@ -78,7 +78,7 @@ if(VARNEL_DEVELOPER_MODE)
 endif()
 
 # All that is installed, and nothing else.
-add_custom_target(installed DEPENDS XmlCreationShared)
+add_custom_target(varnel-installed DEPENDS XmlCreationShared)
 if(VARNEL_DEVELOPER_MODE)
-  add_dependencies(installed varnel-xml-page varnel-xml-host-page)
+  add_dependencies(varnel-installed varnel-xml-page varnel-xml-host-page)
 endif()

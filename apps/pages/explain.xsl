@@ -51,6 +51,7 @@
   <xsl:template name="answers">
     <xsl:param name="answers"/>
     <table class="list">
+      <colgroup><col style="width: 18%"/><col style="width: 20%"/><col style="width: 16%"/><col style="width: 32%"/><col style="width: 14%"/></colgroup>
       <thead><tr><th>Question</th><th>Answer</th><th>Outcome</th><th>Place in the message</th><th>Rule</th></tr></thead>
       <tbody><xsl:apply-templates select="$answers"/></tbody>
     </table>

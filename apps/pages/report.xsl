@@ -48,7 +48,7 @@ h2 { font-size: 1.3rem; line-height: 1.3; margin: 2rem 0 .75rem; }
 .figures .bad { border-color: var(--bad); background: var(--bad-wash); color: var(--bad); }
 .figures .good { border-color: var(--good); background: var(--good-wash); color: var(--good); }
 .alert { border: 1px solid var(--bad); border-left-width: .5rem; background: var(--bad-wash); padding: .75rem 1rem; }
-.list { width: 100%; border-collapse: collapse; background: var(--paper); border: 1px solid var(--line); }
+.list { width: 100%; table-layout: fixed; border-collapse: collapse; background: var(--paper); border: 1px solid var(--line); }
 .list th, .list td { text-align: left; vertical-align: top; padding: .5rem .6rem; border-bottom: 1px solid var(--line); }
 .list th { background: var(--wash); }
 .list td { overflow-wrap: anywhere; }

@@ -1,0 +1,97 @@
+#include "Program.h"
+
+namespace Varnel_Tolv_XML_Creation::test {
+namespace {
+
+const std::filesystem::path kExamples = std::filesystem::path(VARNEL_SOURCE_DIR) / "examples";
+
+/// A copy of the example in which a test makes mistakes.
+class Check : public ::testing::Test {
+ protected:
+  Check() {
+    std::filesystem::copy(kExamples / "inspection", directory_.path() / "deployment",
+                          std::filesystem::copy_options::recursive);
+  }
+
+  void replace(const std::string& strFile, const std::string& strFind,
+               const std::string& strText) const {
+    std::string strWhole = textOfFile(directory_.at("deployment/" + strFile));
+    const std::size_t lngAt = strWhole.find(strFind);
+    ASSERT_NE(lngAt, std::string::npos);
+    directory_.file("deployment/" + strFile, strWhole.replace(lngAt, strFind.size(), strText));
+  }
+
+  ProgramRun check(std::vector<std::string> words = {}) const {
+    words.insert(words.begin(), {"check", "--deployment", "deployment"});
+    return runProgram(directory_.path(), words);
+  }
+
+  TemporaryDirectory directory_;
+};
+
+TEST_F(Check, FindsNothingInTheExample) {
+  const ProgramRun text = check();
+  EXPECT_EQ(text.status, 0);
+  EXPECT_EQ(text.out, "");
+  EXPECT_EQ(text.err, "");
+  const ProgramRun json = check({"--format", "json"});
+  EXPECT_EQ(json.status, 0);
+  EXPECT_EQ(json.out, "{\n  \"findings\": [],\n  \"errors\": 0,\n  \"warnings\": 0\n}\n");
+}
+
+TEST_F(Check, TellsAnErrorAsACompilerDoes) {
+  replace("object-mapper.xml", "id=\"urgency\" toschema=\"true\"",
+          "id=\"urgency\" toschema=\"True\"");
+  const ProgramRun text = check();
+  EXPECT_EQ(text.status, 1);
+  EXPECT_EQ(
+      text.out,
+      "object-mapper.xml:15: error: The word toschema=\"True\" is not \"true\": the answer is "
+      "silently not sent. Write toschema=\"true\" in lower case. [word-not-true]\n");
+  EXPECT_EQ(check({"--format", "json"}).out, R"({
+  "findings": [
+    {
+      "severity": "error",
+      "code": "word-not-true",
+      "file": "object-mapper.xml",
+      "line": 15,
+      "object": "urgency",
+      "message": "The word toschema=\"True\" is not \"true\": the answer is silently not sent.",
+      "hint": "Write toschema=\"true\" in lower case."
+    }
+  ],
+  "errors": 1,
+  "warnings": 0
+}
+)");
+}
+
+TEST_F(Check, SucceedsWithWarnings) {
+  replace("object-list.xml", "letterlabel=\"C1 Owner\"", "leterlabel=\"C1 Owner\"");
+  const ProgramRun run = check();
+  EXPECT_EQ(run.status, 0);
+  EXPECT_NE(run.out.find(": warning: "), std::string::npos) << run.out;
+}
+
+TEST_F(Check, TellsWhatNoFileIsNamedForAtTheDeployment) {
+  replace("deployment.json", "\"reference\": \"reference.xml\",", "");
+  const ProgramRun run = check();
+  EXPECT_EQ(run.status, 1);
+  EXPECT_TRUE(run.out.starts_with("deployment.json:1: error: ")) << run.out;
+}
+
+TEST_F(Check, TakesTheOptionsOfABuild) {
+  const ProgramRun run = check({"--questions", "none.xml"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_TRUE(run.out.starts_with("none.xml:1: error: ")) << run.out;
+}
+
+TEST_F(Check, CannotRunWithOptionsThatItCannotUse) {
+  EXPECT_TRUE(CouldNotRun(check({"--format", "xml"}), "none of text, json"));
+  EXPECT_TRUE(CouldNotRun(check({"--form", "complete.form"}), "--form"));
+  replace("deployment.json", "\"template\"", "\"tempalte\"");
+  EXPECT_TRUE(CouldNotRun(check(), "is an unknown key"));
+}
+
+}  // namespace
+}  // namespace Varnel_Tolv_XML_Creation::test

@@ -402,6 +402,7 @@ void MessageBuilding::addContent(std::size_t lngParent, const Node& objModel,
     MessageElement element = like(lngAdditional);
     element.lngParent = lngParent;
     element.blnMany = columns.size() > 1;
+    element.blnBearsId = true;
     const std::size_t lngElement = add(std::move(element));
     if (lngElement == 0) return;
     fillCell(lngElement, column, plan_.elements_[lngElement].place.objNode);

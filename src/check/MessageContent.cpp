@@ -50,6 +50,7 @@ class ContentJudge {
       judgeOrder(element);
       judgeRequired(element);
       judgeMarks(element);
+      judgeId(element);
     }
   }
 
@@ -282,6 +283,14 @@ class ContentJudge {
                element.strName + "\".",
            "Write it into the template: no mapping makes attributes.");
     }
+  }
+
+  void judgeId(const MessageElement& element) {
+    if (!element.blnBearsId || element.declared.declaresAttribute({"", std::string(kId)})) return;
+    tell("additional-info-id", element,
+         "The schema declares no attribute \"id\" of \"" + element.strName +
+             "\", on which a run writes the column of a cell that has no place.",
+         "Give every column a place in the complex type, or take the element out of it.");
   }
 
   /// Attributes of the schema that bear the names of the library's own marks.

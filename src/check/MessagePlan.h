@@ -53,6 +53,7 @@ struct MessageElement {
   bool blnOneOfMany = false;  // it stands in one of several places that a condition chooses from
   bool blnFilled = false;     // something may write a text into it, or it has one
   bool blnUnknownUri = false;
+  bool blnBearsId = false;  // a run writes the attribute "id" on it
   // The rule of the document data that makes it, and which of its alternatives; 0: none.
   std::size_t lngRule = 0, lngBranch = 0;
   std::size_t lngSource = 0;          // of a copy: what it is one of

@@ -76,9 +76,27 @@ class ValueJudge {
     return rules->strPrimitive;
   }
 
-  void tell(std::string_view strCode, const MessageWrite& write, std::string strMessage,
-            std::string strHint) {
-    plan_.tell({strCode, write.place, "", "", 1,
+  /// The attribute of an object, or of a column, that decides what is written.
+  struct Decided {
+    Place place;
+    std::string strAttribute;
+  };
+
+  static Decided decidedBy(const MessageWrite& write, std::string_view strOfObject,
+                           std::string_view strOfColumn) {
+    if (!write.object) return {write.place, ""};
+    const FormObject& object = *write.object;
+    if (write.strColumn.empty()) return {{object.file, object.objNode}, std::string(strOfObject)};
+    for (const TableColumn& column : object.columns) {
+      if (column.strId != write.strColumn) continue;
+      return {{object.file, column.objNode}, std::string(strOfColumn)};
+    }
+    return {write.place, ""};
+  }
+
+  void tell(std::string_view strCode, const MessageWrite& write, const Decided& at,
+            std::string strMessage, std::string strHint) {
+    plan_.tell({strCode, at.place, at.strAttribute, "", 1,
                 !write.strColumn.empty() ? write.strColumn
                 : write.object           ? write.object->strId
                                          : "",
@@ -89,7 +107,7 @@ class ValueJudge {
     const DeclaredElement& declared = element.declared;
     const std::string strElement = "\"" + element.strName + "\"";
     if (!declared.holdsText()) {
-      return tell("no-text-there", write,
+      return tell("no-text-there", write, {write.place, ""},
                   "A text is written into " + strElement + ", which holds no text in the schema.",
                   "Map it to one of the elements in it, or build it with a complex type.");
     }
@@ -115,7 +133,9 @@ class ValueJudge {
                  const std::string& strText, bool blnBounds) {
     const Fit fit = fitOf(element.declared, strText, blnBounds);
     if (fit == Fit::fits) return;
-    tell(strCode, write,
+    const std::string_view strOfObject = strCode == "checkbox-value" ? "checkedvalue" : "type";
+    const bool blnConstant = strCode == "constant-refused";
+    tell(strCode, write, decidedBy(write, strOfObject, blnConstant ? "autovalue" : "columntype"),
          "The value \"" + strText.substr(0, 100) + "\", which a run writes into \"" +
              element.strName + "\", is none of its type" +
              (fit == Fit::wrongKind ? ", " + kindText(element.declared) + "." : "."),
@@ -144,7 +164,7 @@ class ValueJudge {
     const std::string strKind = kindOf(element.declared);
     const bool blnTyped = !object.blnHidden && !object.blnDynamic;
     if (blnTyped && (strKind == "date" || strKind == "dateTime")) {
-      tell("date-not-converted", write,
+      tell("date-not-converted", write, decidedBy(write, "type", "columntype"),
            "\"" + element.strName + "\" is of the kind xs:" + strKind +
                " and takes what was typed as it is: no type \"date\" or \"time\" has it converted.",
            strKind == "date" ? "Give the object type=\"date\", or the column columntype=\"date\"."

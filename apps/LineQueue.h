@@ -8,12 +8,13 @@
 #include <optional>
 #include <string>
 
+#include "ExitStatus.h"
 #include "LineReader.h"
 
 /// What became of a line of the input.
 struct OutputLine {
   std::string strText;
-  bool blnFailed = false;
+  ExitStatus status = kSucceeded;
 };
 
 /// Lines between one thread that reads them, any number that work on them and one that writes what

@@ -13,6 +13,7 @@ constexpr const char* kExpected = "What is expected";
 // The sub-commands that take a deployment, and those of them that take a form.
 constexpr unsigned kEach = kBuild | kCheck | kBatch | kExplain;
 constexpr unsigned kOneForm = kBuild | kExplain;
+constexpr unsigned kRuns = kBuild | kBatch;  // and tell what came out
 
 constexpr auto kOptions = std::to_array<OptionRow>({
     {"template", OptionKind::file, "FILE", kArguments, "the message before any answer", kEach},
@@ -65,11 +66,11 @@ constexpr auto kOptions = std::to_array<OptionRow>({
      "every trace line, what people answered included; - is standard error", kBuild},
     {"report", OptionKind::commandLineFlag, "", kOutputs,
      "tell in the result what really happened: the exact verdict, every violation, every loss",
-     kBuild},
+     kRuns},
     {"explain", OptionKind::commandLineFlag, "", kOutputs,
-     "tell too what became of each answer; implies --report", kBuild},
+     "tell too what became of each answer; implies --report", kRuns},
     {"strict", OptionKind::commandLineFlag, "", kOutputs,
-     "end with status 3 when the run succeeded and its report shows otherwise", kBuild},
+     "end with status 3 when the run succeeded and its report shows otherwise", kRuns},
 
     {"update", OptionKind::commandLineFlag, "", kExpected,
      "write what came out, in the place of what was expected", kTest},

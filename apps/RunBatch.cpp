@@ -20,7 +20,6 @@
 #include "Options.h"
 #include "ParkedForm.h"
 #include "Submission.h"
-#include "platform/json/ResultJson.h"
 
 using namespace Varnel_Tolv_XML_Creation;
 using Json = nlohmann::ordered_json;
@@ -116,7 +115,7 @@ class Batch {
       Json answer{{"id", request.id ? Json(*request.id) : Json(nullptr)},
                   {"error", error.what()},
                   {"line", line.lngNumber}};
-      return {.strText = asLine(answer), .blnFailed = true};
+      return {.strText = asLine(answer), .status = kFailed};
     }
   }
 
@@ -137,14 +136,13 @@ class Batch {
     }
     const FormCollection form =
         request.park ? parkedForm_.submission(objStored) : FormCollection(*request.form);
-    const RunOutputs run = runSubmission(options_, form, {.cache = &cache_});
-    Json answer{
-        {"id", *request.id},
-        {"result", Json::parse(resultJson(run.objAck, run.colUserErrors, run.colInternalErrors))},
-        {"park", run.objParkXML ? Json(run.objParkXML.xml()) : Json(nullptr)},
-        {"send", run.objSendXML ? Json(run.objSendXML.xml()) : Json(nullptr)}};
+    const SubmissionOutputs run = runSubmission(options_, form, {.cache = &cache_});
+    Json answer{{"id", *request.id},
+                {"result", Json::parse(resultOf(options_, run))},
+                {"park", run.objParkXML ? Json(run.objParkXML.xml()) : Json(nullptr)},
+                {"send", run.objSendXML ? Json(run.objSendXML.xml()) : Json(nullptr)}};
     if (request.park) addMissing(answersMissing(objStored, run.objParkXML), answer);
-    return {.strText = asLine(answer), .blnFailed = !run.objAck.Success()};
+    return {.strText = asLine(answer), .status = statusOf(options_, run)};
   }
 
   static void addMissing(const std::vector<StoredAnswer>& missing, Json& answer) {
@@ -175,9 +173,10 @@ class Progress {
   ~Progress() {
     if (blnShown_) static_cast<void>(::write(STDERR_FILENO, "\n", 1) + 0);
   }
-  void add(bool blnFailed) {
+  void add(ExitStatus status) {
     ++lngLines_;
-    if (blnFailed) ++lngFailed_;
+    if (status == kFailed) ++lngFailed_;
+    if (status == kReportedOtherwise) blnRefused_ = true;
     const auto now = std::chrono::steady_clock::now();
     if (!blnTerminal_ || (blnShown_ && now - shown_ < std::chrono::milliseconds(500))) return;
     show();
@@ -186,7 +185,11 @@ class Progress {
   void end() {
     if (blnTerminal_ && lngLines_ > 0) show();
   }
-  bool anyFailed() const { return lngFailed_ > 0; }
+  /// The worst of all lines.
+  ExitStatus status() const {
+    if (lngFailed_ > 0) return kFailed;
+    return blnRefused_ ? kReportedOtherwise : kSucceeded;
+  }
 
  private:
   void show() {
@@ -200,6 +203,7 @@ class Progress {
   std::chrono::steady_clock::time_point shown_;
   std::size_t lngLines_ = 0;
   std::size_t lngFailed_ = 0;
+  bool blnRefused_ = false;
 };
 
 /// The threads of a batch. They end when the last line is done, or at once when the work is given
@@ -261,11 +265,11 @@ ExitStatus runBatch(OptionValues values, const std::vector<std::string>& /*opera
     Crew crew(batch, lngThreads, signals);
     while (const std::optional<OutputLine> line = crew.next()) {
       writeStandardOutput(line->strText);
-      progress.add(line->blnFailed);
+      progress.add(line->status);
     }
     crew.rethrow();
   }
   progress.end();
   signals.endIfAsked();
-  return progress.anyFailed() ? kFailed : kSucceeded;
+  return progress.status();
 }

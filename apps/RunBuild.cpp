@@ -15,18 +15,10 @@
 #include "OutputFile.h"
 #include "Submission.h"
 #include "platform/host/WebRequest.h"
-#include "platform/json/ResultJson.h"
 
 using namespace Varnel_Tolv_XML_Creation;
 
 namespace {
-
-/// What --strict does not let pass: a check that was asked for and did not find the message valid,
-/// and answers that were lost.
-bool showsOtherwise(const RunReport& report) {
-  const bool blnGood = report.verdict == Verdict::valid || report.verdict == Verdict::notAsked;
-  return !blnGood || !report.losses.empty();
-}
 
 /// A file that an option names.
 struct NamedFile {
@@ -107,26 +99,18 @@ ExitStatus runBuild(OptionValues values, const std::vector<std::string>& /*opera
 
   const FormCollection request(readForm(options.form));
   TraceText trace;
-  RunReport report;
-  const RunOutputs run =
-      runSubmission(options, request,
-                    {.traceSink = options.trace ? &trace : nullptr,
-                     .report = options.blnReport || options.blnStrict ? &report : nullptr,
-                     .blnJournal = options.blnExplain});
+  const SubmissionOutputs run =
+      runSubmission(options, request, {.traceSink = options.trace ? &trace : nullptr});
 
   if (parkFile) parkFile->write(run.objParkXML.xml());
   if (sendFile && run.objSendXML) sendFile->write(run.objSendXML.xml());
   if (traceFile) traceFile->write(trace.text());
-  const std::string strResult = resultJson(run.objAck, run.colUserErrors, run.colInternalErrors,
-                                           {.report = options.blnReport ? &report : nullptr,
-                                            .blnJournal = options.blnExplain,
-                                            .strFolder = options.deploymentDirectory});
+  const std::string strResult = resultOf(options, run);
   if (resultFile) resultFile->write(strResult);
   files.putInPlace();  // when all of them are on the disk
 
   // The standard streams last: when a file fails, only the line that says so stands there.
   if (options.trace && !blnTraceToFile) writeStandardError(trace.text());
   if (!resultFile) writeStandardOutput(strResult);
-  if (!run.objAck.Success()) return kFailed;
-  return options.blnStrict && showsOtherwise(report) ? kReportedOtherwise : kSucceeded;
+  return statusOf(options, run);
 }

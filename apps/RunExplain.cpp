@@ -35,13 +35,12 @@ ExitStatus runExplain(OptionValues values, const std::vector<std::string>& /*ope
   Options options = readOptions(std::move(values));
   options.blnSubmit = true;
   const FormCollection request(readForm(options.form));
-  RunReport report;
-  const RunOutputs run = runSubmission(options, request, {.report = &report, .blnJournal = true});
+  const SubmissionOutputs run = runSubmission(options, request, {.blnJournal = true});
   if (strFormat == "json") {
     writeStandardOutput(resultJson(run.objAck, run.colUserErrors, run.colInternalErrors,
-                                   {&report, true, options.deploymentDirectory}));
+                                   {&run.report, true, options.deploymentDirectory}));
   } else {
-    const Explanation explanation = explain(options, run, report);
+    const Explanation explanation = explain(options, run, run.report);
     writeStandardOutput(strFormat == "html" ? page(explanation) : explainText(explanation));
   }
   return run.objAck.Success() ? kSucceeded : kFailed;

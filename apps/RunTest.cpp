@@ -16,7 +16,6 @@
 #include "Options.h"
 #include "OutputFile.h"
 #include "Submission.h"
-#include "platform/json/ResultJson.h"
 
 using namespace Varnel_Tolv_XML_Creation;
 
@@ -142,24 +141,21 @@ class Case {
 
   const bool blnExact_;
   Options options_;
-  RunOutputs outputs_;
-  RunReport report_;
+  SubmissionOutputs outputs_;
   TraceText trace_;
 };
 
 void Case::run() {
   options_ = readOptions(readSubmission("."));
   const FormCollection request(readForm(options_.form));
-  outputs_ = runSubmission(options_, request,
-                           {.traceSink = isThere("trace.txt") ? &trace_ : nullptr,
-                            .report = &report_,
-                            .blnJournal = true});
+  TraceSink* const sink = isThere("trace.txt") ? &trace_ : nullptr;
+  outputs_ = runSubmission(options_, request, {.traceSink = sink, .blnJournal = true});
 }
 
 std::optional<std::string> Case::outputOf(const ExpectedFile& file) const {
   switch (file.kind) {
     case Kind::result:
-      return resultJson(outputs_.objAck, outputs_.colUserErrors, outputs_.colInternalErrors);
+      return resultOf(options_, outputs_);
     case Kind::trace:
       return trace_.text();
     default:
@@ -212,7 +208,7 @@ void Case::compare(const ExpectedFile& file, std::vector<std::string>& lines) co
     case Kind::xml: {
       const bool blnMessage = std::string_view(file.name) == "send.xml";
       const Answered answered =
-          blnMessage ? Answered(report_, options_.strQuestionsXmlPath) : Answered();
+          blnMessage ? Answered(outputs_.report, options_.strQuestionsXmlPath) : Answered();
       for (const XmlDifference& difference :
            compareXml(parsed(file, strExpected), parsed(file, *actual))) {
         lines.push_back(strName + described(difference, answered));

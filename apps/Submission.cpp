@@ -2,6 +2,7 @@
 
 #include "CannotRun.h"
 #include "Files.h"
+#include "platform/json/ResultJson.h"
 
 using namespace Varnel_Tolv_XML_Creation;
 
@@ -27,11 +28,33 @@ Document loaded(const char* option, const std::optional<std::string>& file,
   return objXml;
 }
 
-RunOutputs runSubmission(const Options& options, const FormCollection& request,
-                         const RunServices& services) {
+SubmissionOutputs runSubmission(const Options& options, const FormCollection& request,
+                                const RunServices& services) {
   const DocumentSettings settings{.cache = services.cache};
-  return runDeployment(options, request, loaded("--object-list", options.objectList, settings),
-                       loaded("--protocol-info", options.protocolInfo, settings), services);
+  SubmissionOutputs run;
+  RunServices own = services;
+  const bool blnReport = options.blnReport || options.blnStrict || services.blnJournal;
+  if (blnReport) own.report = &run.report;
+  own.blnJournal = options.blnExplain || services.blnJournal;
+  static_cast<RunOutputs&>(run) =
+      runDeployment(options, request, loaded("--object-list", options.objectList, settings),
+                    loaded("--protocol-info", options.protocolInfo, settings), own);
+  return run;
+}
+
+std::string resultOf(const Options& options, const SubmissionOutputs& run) {
+  return resultJson(run.objAck, run.colUserErrors, run.colInternalErrors,
+                    {.report = options.blnReport ? &run.report : nullptr,
+                     .blnJournal = options.blnExplain,
+                     .strFolder = options.deploymentDirectory});
+}
+
+ExitStatus statusOf(const Options& options, const SubmissionOutputs& run) {
+  if (!run.objAck.Success()) return kFailed;
+  const Verdict verdict = run.report.verdict;
+  const bool blnGood = verdict == Verdict::valid || verdict == Verdict::notAsked;
+  const bool blnOtherwise = !blnGood || !run.report.losses.empty();
+  return options.blnStrict && blnOtherwise ? kReportedOtherwise : kSucceeded;
 }
 
 void TraceText::write(std::string_view strLine) {

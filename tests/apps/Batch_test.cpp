@@ -173,6 +173,20 @@ TEST_F(Batch, GivesEveryLineTheResultThatABuildGives) {
   EXPECT_EQ(lines[1]["result"], json::parse(built.out));
 }
 
+TEST_F(Batch, TellsReportsAndIsAsStrictAsABuild) {
+  const std::string strLine = lineOf({{"id", "a"}, {"form", kForm}});
+  // A check was asked for and cannot be carried out, which a run passes over.
+  const ProgramRun plain = batch(strLine, {"--submit", "--validate"});
+  EXPECT_EQ(plain.status, 0);
+  EXPECT_FALSE(linesOf(plain.out)[0]["result"].contains("report"));
+
+  const ProgramRun run = batch(strLine, {"--submit", "--validate", "--report", "--strict"});
+  EXPECT_EQ(run.status, 3);
+  EXPECT_EQ(linesOf(run.out)[0]["result"]["report"]["verdict"], "not-checked");
+  EXPECT_EQ(batch(strLine, {"--submit", "--report", "--strict"}).status, 0);
+  EXPECT_EQ(batch("nonsense\n" + strLine, {"--submit", "--validate", "--strict"}).status, 1);
+}
+
 TEST_F(Batch, ReadsALineThatIsTooLongToItsEnd) {
   const std::string strInput = R"({"id": "a", "form": ")" +
                                std::string(std::size_t{64} << 20, 'x') + "\"}\n" +

@@ -66,7 +66,7 @@ TEST_F(Explain, GivesTheSameJsonAsABuild) {
 }
 
 TEST_F(Explain, MakesAPageOfItsOwn) {
-  const ProgramRun run = explainForm("name=%3Cb%3EAda%26%01&shoe=42", {"--format", "html"});
+  const ProgramRun run = explainForm("name=%3Cb%3EAda%26&shoe=42%01", {"--format", "html"});
   EXPECT_EQ(run.status, 0) << run.err;
   EXPECT_THAT(run.out, HasSubstr("<!DOCTYPE html"));
   EXPECT_THAT(run.out, HasSubstr("<title>Where every answer went</title>"));

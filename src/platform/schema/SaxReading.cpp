@@ -139,6 +139,7 @@ std::optional<RuntimeError> SaxReading::readBy(const Body& body) {
     body();
     return outcome();
   } catch (const RuntimeError& error) {
+    tellRest();
     return error;
   }
 }
@@ -326,9 +327,14 @@ const SaxLocator& SaxReading::here() {
   return locator_;
 }
 
-std::optional<RuntimeError> SaxReading::outcome() {
+/// What the validators have not told yet of elements that will not end.
+void SaxReading::tellRest() {
   if (validator_) validator_->stop();
   if (validatorAside_) validatorAside_->stop();
+}
+
+std::optional<RuntimeError> SaxReading::outcome() {
+  tellRest();
   if (exception_) std::rethrow_exception(exception_);
   if (fault_ && settings_.errorHandler) {
     settings_.errorHandler->fatalError(locator_, fault_->description(), fault_->number());

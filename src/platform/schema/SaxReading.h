@@ -58,6 +58,7 @@ class SaxReading {
   void refuse(int code, std::string_view strReason, int line, int column);
   void stop() noexcept;
   const SaxLocator& here();
+  void tellRest();
   std::optional<RuntimeError> outcome();
 
   Settings settings_;

@@ -28,18 +28,22 @@ bool removeEmpty(const Session& session, const Node& objNode, const Document& ob
   if (isHollow(colChildren)) {
     checkNodeForRemoval(session, objNode, strPath, objReferenceXML, textless);
   } else {
-    bool blnText = false;  // only a text can be what makes it hollow in the end
+    // Only a text that is left when others went can make it hollow in the end.
+    bool blnText = false;
+    bool blnOthers = false;
     for (const Node& objChild : colChildren) {
-      const bool blnEmptyChild = removeEmpty(session, objChild, objReferenceXML, strPath, textless);
       if (objChild.nodeType() == NodeType::text) {
         blnText = true;
-      } else if (blnEmptyChild) {
+        continue;
+      }
+      blnOthers = true;
+      if (removeEmpty(session, objChild, objReferenceXML, strPath, textless)) {
         checkNodeForRemoval(session, objChild, strPath + "/" + objChild.nodeName(), objReferenceXML,
                             textless);
       }
     }
     blnEmpty = !objNode.hasChildNodes();
-    if (blnText && !blnEmpty && isHollow(required(objNode.childNodes()))) {
+    if (blnText && blnOthers && !blnEmpty && isHollow(required(objNode.childNodes()))) {
       checkNodeForRemoval(session, objNode, strPath, objReferenceXML, textless);
     }
   }

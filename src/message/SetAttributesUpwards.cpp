@@ -1,7 +1,7 @@
 #include "message/SetAttributesUpwards.h"
 
 #include <algorithm>
-#include <string>
+#include <string_view>
 #include <vector>
 
 #include "config/Names.h"
@@ -14,8 +14,8 @@ namespace Varnel_Tolv_XML_Creation {
 void SetAttributesUpwards(const Node& objNode, std::string_view strNames,
                           std::string_view strValues) {
   constexpr std::size_t kUpwards = 2;  // the question and the row; the column is the element's own
-  const std::vector<std::string> names = split(strNames, kIdentifierDelimiter);
-  const std::vector<std::string> values = split(strValues, kIdentifierDelimiter);
+  const std::vector<std::string_view> names = pieces(strNames, kIdentifierDelimiter);
+  const std::vector<std::string_view> values = pieces(strValues, kIdentifierDelimiter);
 
   std::size_t lngCount = names.size();
   for (Node objCurrent = objNode; objCurrent; objCurrent = objCurrent.parentNode()) {

@@ -61,24 +61,27 @@ void SaxValidator::startElement(std::string_view /*strNamespaceURI*/,
                                 std::string_view /*strLocalName*/, std::string_view strQName,
                                 const SaxAttributes& oAttributes) {
   strElementPath_.append("/").append(strQName);
-  for (Identifier* identifier : {&questionId_, &rowIndex_, &columnId_}) {
-    identifier->strInForce = oAttributes.getValueFromName("", identifier->strName).value_or("");
+  auto below = here_->below.find(strQName);
+  if (below == here_->below.end()) {
+    Place& place = places_.emplace_back();
+    place.above = here_;
+    place.lngPath = strElementPath_.size();
+    below = here_->below.emplace(strQName, &place).first;
+  }
+  here_ = below->second;
+  for (std::size_t index = 0; index < kCount; ++index) {
+    inForce_[index] = oAttributes.getValueFromName("", kNames[index]).value_or("");
     // deliberate: the first element at a path keeps its identifiers, those after it add none.
-    if (!identifier->strInForce.empty()) {
-      identifier->firstAtPath.try_emplace(strElementPath_, identifier->strInForce);
-    }
+    if (here_->first[index].empty()) here_->first[index] = inForce_[index];
   }
 }
 
 void SaxValidator::endElement(std::string_view /*strNamespaceURI*/,
                               std::string_view /*strLocalName*/, std::string_view strQName) {
   strLastElement_ = strQName;
-  const std::size_t lngStep = strElementPath_.rfind("/" + strLastElement_);
-  if (lngStep != std::string::npos) strElementPath_.resize(lngStep);
-  for (Identifier* identifier : {&questionId_, &rowIndex_, &columnId_}) {
-    const auto found = identifier->firstAtPath.find(strElementPath_);
-    identifier->strInForce = found == identifier->firstAtPath.end() ? std::string() : found->second;
-  }
+  here_ = here_->above;
+  strElementPath_.resize(here_->lngPath);
+  inForce_ = here_->first;
 }
 
 void SaxValidator::error(const SaxLocator& /*oLocator*/, std::string_view strErrorMessage,
@@ -107,8 +110,8 @@ void SaxValidator::addError(std::string_view strErrorMessage, bool blnTracePlace
   if (classification.kind == kUndeclaredAttribute) return;
   if (blnTracePlace) {
     trace(session_, kProcedure,
-          {"error: ", strErrorMessage, ", questionId: ", questionId_.strInForce,
-           ", rowIndex: ", rowIndex_.strInForce, ", columnId: ", columnId_.strInForce});
+          {"error: ", strErrorMessage, ", questionId: ", inForce_[0], ", rowIndex: ", inForce_[1],
+           ", columnId: ", inForce_[2]});
     trace(session_, kProcedure, {"xpath: ", strElementPath_});
   }
 
@@ -117,9 +120,9 @@ void SaxValidator::addError(std::string_view strErrorMessage, bool blnTracePlace
   error.message = strErrorMessage;
   error.xpath = strElementPath_;
   if (error.kind == kUndeclaredElement) error.xpath += "/" + classification.strUndeclaredElement;
-  error.questionId = questionId_.strInForce;
-  error.rowIndex = rowIndex_.strInForce;
-  error.columnId = columnId_.strInForce;
+  error.questionId = inForce_[0];
+  error.rowIndex = inForce_[1];
+  error.columnId = inForce_[2];
   error.lastElement = strLastElement_;
   trace(session_, kProcedure, {"Adding error: ", strErrorMessage});
   errors_.push_back(std::move(error));

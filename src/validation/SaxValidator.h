@@ -1,8 +1,12 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
+#include <deque>
+#include <functional>
+#include <map>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "config/Names.h"
@@ -38,11 +42,16 @@ class SaxValidator : public SaxHandler {
   const std::vector<SchemaValidationErr>& errors() const noexcept { return errors_; }
 
  private:
-  /// One of the three identifiers.
-  struct Identifier {
-    std::string_view strName;
-    std::string strInForce;
-    std::unordered_map<std::string, std::string> firstAtPath;
+  static constexpr std::size_t kCount = 3;
+  static constexpr std::array<std::string_view, kCount> kNames = {kQuestionId, kRowIndex,
+                                                                  kColumnId};
+
+  /// A path of elements, with the identifiers of the first element at it; empty: it has none.
+  struct Place {
+    Place* above = nullptr;
+    std::size_t lngPath = 0;  // the bytes of the path
+    std::array<std::string, kCount> first;
+    std::map<std::string, Place*, std::less<>> below;  // by the qualified name
   };
 
   /// Records what is not an undeclared attribute; the trace may tell of its place before.
@@ -51,9 +60,9 @@ class SaxValidator : public SaxHandler {
   const Session& session_;
   std::string strElementPath_;
   std::string strLastElement_;
-  Identifier questionId_{kQuestionId, {}, {}};
-  Identifier rowIndex_{kRowIndex, {}, {}};
-  Identifier columnId_{kColumnId, {}, {}};
+  std::array<std::string, kCount> inForce_;
+  std::deque<Place> places_ = std::deque<Place>(1);  // which never moves them; first that of none
+  Place* here_ = &places_.front();
   std::vector<SchemaValidationErr> errors_;
 };
 

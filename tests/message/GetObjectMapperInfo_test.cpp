@@ -109,6 +109,7 @@ TEST(GetObjectMapperInfo, ReadsAttributesAsTheyAreWritten) {
 TEST(GetObjectMapperInfo, ReadsTheFirstOfSeveralAndOnlyChildren) {
   const Document objMapper = parsed(
       "<messageitem><deeper><node item='no'>no</node><action id='no'/></deeper>"
+      "<node xmlns='urn:other' item='no'>no</node><p:node xmlns:p='urn:other'>no</p:node>"
       "<node item='i1'>n1</node><node item='i2'>n2</node>"
       "<parentxpath>/a<!-- c --><b>/b</b></parentxpath></messageitem>");
   ObjectMapperInfo info;

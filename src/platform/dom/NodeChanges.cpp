@@ -157,11 +157,10 @@ void Node::setAttribute(std::string_view strName, std::string_view strValue) con
   TreeNode* const present = findAttribute(element, strName);
   // A name without a colon that the document has already is one, so it is not looked at again.
   const TreeName* name = nullptr;
-  if (!present && strName.find(':') == std::string_view::npos) {
-    name = state_->content().tree.names().find(strName, {});
-  }
+  const bool blnPrefixed = strName.find(':') != std::string_view::npos;
+  if (!present && !blnPrefixed) name = state_->content().tree.names().find(strName, {});
   if (!present && !name) requireQualifiedName(strName);
-  if (strName == "xmlns" || prefixOf(strName) == "xmlns") {
+  if (strName == "xmlns" || (blnPrefixed && prefixOf(strName) == "xmlns")) {
     refuse("A namespace declaration cannot be set as an attribute.");
   }
   requireXmlText(strValue);

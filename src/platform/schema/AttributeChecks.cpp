@@ -120,6 +120,7 @@ void AttributeChecks::reportValue(const Stated& attribute, std::int32_t lngCode,
 }
 
 void AttributeChecks::reportUndeclared(const Stated& attribute, std::int32_t lngCode) {
+  if (!reporter_.wantsUndeclaredAttributes()) return;
   reporter_.report({.kind = Violation::Kind::undeclaredAttribute,
                     .lngCode = lngCode,
                     .strName = attribute.name.strWritten,

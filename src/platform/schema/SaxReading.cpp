@@ -29,9 +29,9 @@ class TagAttributes : public SaxAttributes {
                                                    std::string_view strLocalName) const override {
     for (std::size_t index = 0; index < tag_.attributeCount; ++index) {
       const xmlChar** parts = tag_.attribute(index);
-      if (view(parts[0]) == strLocalName && view(parts[2]) == strNamespaceURI) {
-        return tag_.value(index);
-      }
+      const bool blnNamespace =
+          parts[2] ? view(parts[2]) == strNamespaceURI : strNamespaceURI.empty();
+      if (blnNamespace && view(parts[0]) == strLocalName) return tag_.value(index);
     }
     return std::nullopt;
   }

@@ -106,17 +106,22 @@ std::string replaceAll(std::string_view strText, std::string_view strFind,
 }
 
 std::vector<std::string> split(std::string_view strText, std::string_view strSeparator) {
-  std::vector<std::string> colPieces;
+  const std::vector<std::string_view> colPieces = pieces(strText, strSeparator);
+  return {colPieces.begin(), colPieces.end()};
+}
+
+std::vector<std::string_view> pieces(std::string_view strText, std::string_view strSeparator) {
+  std::vector<std::string_view> colPieces;
   if (strText.empty()) return colPieces;
-  std::size_t lngFrom = 0;
+  colPieces.reserve(4);  // as many as most texts have at most
   if (!strSeparator.empty()) {
     for (std::size_t lngFound = strText.find(strSeparator); lngFound != std::string_view::npos;
-         lngFound = strText.find(strSeparator, lngFrom)) {
-      colPieces.emplace_back(strText.substr(lngFrom, lngFound - lngFrom));
-      lngFrom = lngFound + strSeparator.size();
+         lngFound = strText.find(strSeparator)) {
+      colPieces.push_back(strText.substr(0, lngFound));
+      strText.remove_prefix(lngFound + strSeparator.size());
     }
   }
-  colPieces.emplace_back(strText.substr(lngFrom));
+  colPieces.push_back(strText);
   return colPieces;
 }
 

@@ -32,6 +32,9 @@ std::string replaceAll(std::string_view strText, std::string_view strFind,
 /// separators, but none at all for the empty text. An empty separator gives the text as one piece.
 std::vector<std::string> split(std::string_view strText, std::string_view strSeparator);
 
+/// The same, as parts of that text.
+std::vector<std::string_view> pieces(std::string_view strText, std::string_view strSeparator);
+
 /// A number from 0 to 99 as two digits.
 std::string twoDigits(int lngNumber);
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <string_view>
 #include <utility>
 
@@ -38,6 +40,26 @@ std::string_view reference(char byte) {
       return "&#9;";
     default:
       return "&#10;";
+  }
+}
+
+/// Without a call for the few bytes that most pieces are.
+inline void copyBytes(char* out, const char* in, std::size_t lngBytes) {
+  const auto copyEnds = [=](auto piece) {  // which may overlap
+    std::memcpy(&piece, in, sizeof piece);
+    auto last = piece;
+    std::memcpy(&last, in + lngBytes - sizeof piece, sizeof piece);
+    std::memcpy(out, &piece, sizeof piece);
+    std::memcpy(out + lngBytes - sizeof piece, &last, sizeof piece);
+  };
+  if (lngBytes > 2 * sizeof(std::uint64_t)) {
+    std::memcpy(out, in, lngBytes);
+  } else if (lngBytes >= sizeof(std::uint64_t)) {
+    copyEnds(std::uint64_t{});
+  } else if (lngBytes >= sizeof(std::uint32_t)) {
+    copyEnds(std::uint32_t{});
+  } else {
+    for (std::size_t at = 0; at < lngBytes; ++at) out[at] = in[at];
   }
 }
 
@@ -164,8 +186,7 @@ class Writer {
     if (strOut_.size() - lngUsed_ < strPart.size()) {
       strOut_.resize(std::max(2 * strOut_.size(), lngUsed_ + strPart.size()));
     }
-    std::copy(strPart.begin(), strPart.end(),
-              strOut_.begin() + static_cast<std::ptrdiff_t>(lngUsed_));
+    copyBytes(strOut_.data() + lngUsed_, strPart.data(), strPart.size());
     lngUsed_ += strPart.size();
   }
 

@@ -54,14 +54,21 @@ class PlainPath {
 
   std::optional<TreeNode*> first() const {
     if (!strId_ && !blnAnyDepth_) return firstByNames();
-    std::vector<TreeNode*> colFound;
-    if (!find(true, colFound)) return std::nullopt;
-    return colFound.empty() ? nullptr : colFound.front();
+    TreeNode* first = nullptr;
+    const auto take = [&](TreeNode* found) {
+      first = found;
+      return true;
+    };
+    return find(take) ? std::optional(first) : std::nullopt;
   }
 
   std::optional<std::vector<TreeNode*>> all() const {
     std::vector<TreeNode*> colFound;
-    if (strId_ || blnAnyDepth_ ? !find(false, colFound) : !findByNames(colFound)) {
+    const auto take = [&](TreeNode* found) {
+      colFound.push_back(found);
+      return false;
+    };
+    if (strId_ || blnAnyDepth_ ? !find(take) : !findByNames(colFound)) {
       return std::nullopt;
     }
     return colFound;
@@ -135,8 +142,9 @@ class PlainPath {
   }
 
   /// By the index of ids or, where there is none and the path may begin anywhere, by looking at all
-  /// that is in the tree.
-  bool find(bool blnFirstOnly, std::vector<TreeNode*>& colFound) const {
+  /// that is in the tree, until `take` has enough.
+  template <class Take>
+  bool find(const Take& take) const {
     WorkLimit limit;
     if (strId_ && context_.index != nullptr && isDocument(topOf(start_))) {
       const auto candidates = context_.index->find(*strId_);
@@ -144,9 +152,7 @@ class PlainPath {
       if (!blnAbsolute_ && candidates.size() > kFewCandidates) return false;
       for (TreeNode* element : candidates) {
         limit.count();
-        if (!isSelected(element)) continue;
-        colFound.push_back(element);
-        if (blnFirstOnly) break;
+        if (isSelected(element) && take(element)) break;
       }
       return true;
     }
@@ -157,9 +163,7 @@ class PlainPath {
       if (!isElement(node) || node->name->plain != names_[lngNames_ - 1]) continue;
       const TreeNode* const id = strId_ ? findAttribute(node, "id") : nullptr;
       if (strId_ && (id == nullptr || valueOf(id) != *strId_)) continue;
-      if (!isSelected(node)) continue;
-      colFound.push_back(node);
-      if (blnFirstOnly) break;
+      if (isSelected(node) && take(node)) break;
     }
     return true;
   }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+#include <map>
 #include <string>
 
 #include "platform/dom/Document.h"
@@ -20,6 +22,14 @@ struct Session {
   /// The namespace list: Nothing until the first attempt to load it, then kept, also when that
   /// attempt failed.
   Document objNamespaceXML;
+
+  /// What that list said, in the run that is on, of the prefixes that were looked up.
+  mutable std::map<std::string, std::string, std::less<>> schemaReferences = {};
+
+  /// The reference document by which the message of the run that is on was cleaned up, and where
+  /// that lies: whoever reads it later in the run sees the same state of the file.
+  mutable Document objReferenceXML = {};
+  mutable std::string strReferenceXmlPath = {};
 
   /// What becomes of the answers of the run that is on; null when nobody asks.
   AnswerLog* answers = nullptr;

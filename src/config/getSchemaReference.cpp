@@ -24,6 +24,11 @@ Acknowledge getSchemaReference(const Session& session, std::string_view strSchem
           session, kProcedure, SVC_RET_XML_CREATION_SCHEMA_REFERENCE_XML_MISSING,
           "The schema reference xml object is nothing. Context:" + std::string(kProcedure));
     }
+    if (const auto known = session.schemaReferences.find(strSchemaRefId);
+        known != session.schemaReferences.end()) {
+      strRef = known->second;
+      return {};
+    }
     const std::string strId(strSchemaRefId);
     const Node objNamespace =
         session.objNamespaceXML.selectSingleNode("/namespaces/namespace[@id='" + strId + "']");
@@ -34,6 +39,7 @@ Acknowledge getSchemaReference(const Session& session, std::string_view strSchem
                                " could not be selected. Context:" + std::string(kProcedure));
     }
     strRef = attributeText(objNamespace, "ref");
+    session.schemaReferences[strId] = strRef;
     return {};
   });
 }

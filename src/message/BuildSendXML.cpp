@@ -43,6 +43,8 @@ Acknowledge BuildSendXML(const Session& session, const Document& objParkXML,
     const Document objReferenceXML = session.newConfiguration();
     objAck = loadWithNamespaces(session, strReferenceXmlPath, objReferenceXML);
     if (!objAck.Success()) return objAck;
+    session.objReferenceXML = objReferenceXML;
+    session.strReferenceXmlPath = strReferenceXmlPath;
 
     const Document objObjectMapper = session.newConfiguration();
     trace(session, kProcedure,

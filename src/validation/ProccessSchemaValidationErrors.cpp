@@ -50,17 +50,22 @@ Acknowledge ProccessSchemaValidationErrors(
         colUserErrors.emplace();
         colIntErrors.emplace();
         const Document objQuestionsXml = session.newConfiguration();
-        const Document objReferenceXml = session.newConfiguration();
 
         Acknowledge objAck =
             load(session, objQuestionsXml, strQuestionsXmlPath,
                  {SVC_RET_XML_CREATION_UNABLE_TO_LOAD_QUESTIONS_XML,
                   SVC_RET_XML_CREATION_QUESTIONS_XML_PARSE_ERROR, "strQuestionsXmlPath"});
         if (!objAck.Success()) return objAck;
-        objAck = load(session, objReferenceXml, strReferenceXmlPath,
-                      {SVC_RET_XML_CREATION_UNABLE_TO_LOAD_REFERENCE_XML,
-                       SVC_RET_XML_CREATION_REFERENCE_XML_PARSE_ERROR, "strReferenceXmlPath"});
-        if (!objAck.Success()) return objAck;
+        Document objReferenceXml;
+        if (session.objReferenceXML && session.strReferenceXmlPath == strReferenceXmlPath) {
+          objReferenceXml = session.objReferenceXML;
+        } else {
+          objReferenceXml = session.newConfiguration();
+          objAck = load(session, objReferenceXml, strReferenceXmlPath,
+                        {SVC_RET_XML_CREATION_UNABLE_TO_LOAD_REFERENCE_XML,
+                         SVC_RET_XML_CREATION_REFERENCE_XML_PARSE_ERROR, "strReferenceXmlPath"});
+          if (!objAck.Success()) return objAck;
+        }
         objAck = setSelectionNamespaces(session, objReferenceXml);
         if (!objAck.Success()) return objAck;
 

@@ -126,6 +126,36 @@ TEST_F(CacheTest, SeesAFileThatChangedBetweenRuns) {
   }
 }
 
+TEST_F(CacheTest, SeesOneStateOfAFileThatChangesWithinARun) {
+  // Of what a run reads only this document is wanted twice: for the clean-up, and for the errors.
+  class Changer : public TraceSink {
+   public:
+    Changer(const TemporaryDirectory& changed, std::string strNew)
+        : directory(changed), strText(std::move(strNew)) {}
+    void write(std::string_view strLine) override {
+      if (!strLine.starts_with("buildXML: Validating against schema")) return;
+      fs::remove(directory.at("reference.xml"));
+      if (!strText.empty()) directory.file("reference.xml", strText);
+      ++lngChanges;
+    }
+    const TemporaryDirectory& directory;
+    const std::string strText;
+    int lngChanges = 0;
+  };
+  const std::string strText = textOfFile(at("reference.xml"));
+  const RunOutcome expected = run("faulty.form", nullptr);
+  for (const std::string& strNew : {std::string(), changed("reference.xml")}) {
+    FileCache kept;
+    for (FileCache* cache : {static_cast<FileCache*>(nullptr), &kept}) {
+      directory_.file("reference.xml", strText);
+      settle("reference.xml");
+      Changer changer(directory_, strNew);
+      expectSame(run("faulty.form", cache, &changer), expected);
+      EXPECT_EQ(changer.lngChanges, 1);
+    }
+  }
+}
+
 TEST_F(CacheTest, GivesTheSameForATouchedFile) {
   FileCache cache;
   const RunOutcome first = run("complete.form", &cache);

@@ -1,18 +1,6 @@
 # Writes the C++ source of a header that declares `pageFile`, and `migrations` where the folder has
 # any: run with -DSOURCE=<folder of pages/ and migrations/> -DHEADER=<header> -DOUTPUT=<file>.
-function(embed result file)
-  file(READ "${file}" text)
-  # A literal may not be longer than compilers must take; neighbours are joined.
-  set(literals "")
-  string(LENGTH "${text}" length)
-  set(at 0)
-  while(at LESS length)
-    string(SUBSTRING "${text}" ${at} 8000 part)
-    string(APPEND literals "R\"~~~(${part})~~~\"\n")
-    math(EXPR at "${at} + 8000")
-  endwhile()
-  set(${result} "${literals}" PARENT_SCOPE)
-endfunction()
+include("${CMAKE_CURRENT_LIST_DIR}/EmbedText.cmake")
 
 set(migrations "")
 file(GLOB files "${SOURCE}/migrations/*.sql")

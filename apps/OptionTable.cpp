@@ -69,6 +69,8 @@ constexpr auto kOptions = std::to_array<OptionRow>({
      kRuns},
     {"explain", OptionKind::commandLineFlag, "", kOutputs,
      "tell too what became of each answer; implies --report", kRuns},
+    {"language", OptionKind::text, "en|de", kOutputs,
+     "add texts in this language to the report, for people at the form", kRuns},
     {"strict", OptionKind::commandLineFlag, "", kOutputs,
      "end with status 3 when the run succeeded and its report shows otherwise", kRuns},
 

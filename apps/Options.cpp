@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "CannotRun.h"
+#include "Catalogue.h"
 #include "Deployment.h"
 #include "result/RuntimeError.h"
 
@@ -18,6 +19,11 @@ std::optional<std::string> value(const OptionValues& values, std::string_view na
 
 bool flag(const OptionValues& values, std::string_view name) {
   return value(values, name).value_or("false") == "true";
+}
+
+const Catalogue* catalogue(const OptionValues& values) {
+  const std::optional<std::string> strLanguage = value(values, "language");
+  return strLanguage ? &Catalogue::of(*strLanguage) : nullptr;
 }
 
 }  // namespace
@@ -41,5 +47,6 @@ Options readOptions(OptionValues values) {
   options.blnReport = flag(values, "report") || flag(values, "explain");
   options.blnExplain = flag(values, "explain");
   options.blnStrict = flag(values, "strict");
+  options.catalogue = catalogue(values);
   return options;
 }

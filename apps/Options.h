@@ -6,6 +6,8 @@
 #include "OptionTable.h"
 #include "interface/Deployment.h"
 
+class Catalogue;
+
 /// What one build is asked to do: a deployment, wherever its values come from, and what to write.
 struct Options : Varnel_Tolv_XML_Creation::Deployment {
   std::optional<std::string> deploymentFile;  // where options came from
@@ -18,6 +20,7 @@ struct Options : Varnel_Tolv_XML_Creation::Deployment {
   bool blnReport = false;  // in the result
   bool blnExplain = false;
   bool blnStrict = false;
+  const Catalogue* catalogue = nullptr;  // of the language for the report's texts, if asked for
 };
 
 /// The options with these values, those of the deployment that they name included; a value given

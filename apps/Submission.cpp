@@ -1,6 +1,7 @@
 #include "Submission.h"
 
 #include "CannotRun.h"
+#include "Catalogue.h"
 #include "Files.h"
 #include "platform/json/ResultJson.h"
 
@@ -43,10 +44,12 @@ SubmissionOutputs runSubmission(const Options& options, const FormCollection& re
 }
 
 std::string resultOf(const Options& options, const SubmissionOutputs& run) {
-  return resultJson(run.objAck, run.colUserErrors, run.colInternalErrors,
-                    {.report = options.blnReport ? &run.report : nullptr,
-                     .blnJournal = options.blnExplain,
-                     .strFolder = options.deploymentDirectory});
+  const std::string strResult = resultJson(run.objAck, run.colUserErrors, run.colInternalErrors,
+                                           {.report = options.blnReport ? &run.report : nullptr,
+                                            .blnJournal = options.blnExplain,
+                                            .strFolder = options.deploymentDirectory});
+  const bool blnTexts = options.blnReport && options.catalogue;
+  return blnTexts ? withTexts(strResult, run.report, *options.catalogue) : strResult;
 }
 
 ExitStatus statusOf(const Options& options, const SubmissionOutputs& run) {

@@ -246,6 +246,17 @@ TEST_F(TestCommand, ComparesTheTraceWhereItIsThere) {
                         "\": BuildXml - blnSubmit =True\"\n"));
 }
 
+TEST_F(TestCommand, ComparesTheReportWhereTheSubmissionAsksForIt) {
+  write("one/submission.json",
+        R"({"deployment": "..", "form": "one.form", "submit": true, "report": true,
+            "language": "de", "now": "2026-03-05T09:05:07"})");
+  const ProgramRun run = test();
+  EXPECT_EQ(run.status, 1);
+  EXPECT_THAT(run.out, HasSubstr("      result.json: report: expected nothing, got "));
+  ASSERT_EQ(test({"--update", "one"}).status, 0);
+  EXPECT_THAT(read("one/result.json"), HasSubstr("Niemand hat danach gefragt"));
+}
+
 TEST_F(TestCommand, WritesWhatCameOutOverWhatIsThere) {
   write("one/park.xml", "<old/>");
   write("one/send.xml", "no XML");

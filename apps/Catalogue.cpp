@@ -1,0 +1,148 @@
+#include "Catalogue.h"
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <utility>
+#include <vector>
+
+#include "CannotRun.h"
+#include "CatalogueFiles.h"
+
+using namespace Varnel_Tolv_XML_Creation;
+
+namespace {
+
+constexpr std::size_t kMostListed = 12;
+
+/// The last step of a path, without its position.
+std::string lastStep(std::string_view strPath) {
+  strPath.remove_prefix(strPath.rfind('/') + 1);
+  return std::string(strPath.substr(0, strPath.find('[')));
+}
+
+/// A name without "{uri}" before it.
+std::string_view localName(std::string_view strName) {
+  return strName.substr(strName.rfind('}') + 1);
+}
+
+}  // namespace
+
+Catalogue::Catalogue(std::string_view strJson) {
+  const nlohmann::json texts = nlohmann::json::parse(strJson);
+  for (const auto& [strKey, text] : texts.items()) texts_.emplace(strKey, text.get<std::string>());
+}
+
+const Catalogue& Catalogue::of(std::string_view strLanguage) {
+  static const std::map<std::string_view, Catalogue> catalogues = [] {
+    std::map<std::string_view, Catalogue> all;
+    for (const CatalogueFile& file : catalogueFiles()) {
+      all.emplace(file.strLanguage, Catalogue(file.strJson));
+    }
+    return all;
+  }();
+  const auto found = catalogues.find(strLanguage);
+  if (found != catalogues.end()) return found->second;
+  std::string strKnown;
+  for (const auto& [strName, catalogue] : catalogues) {
+    strKnown.append(strKnown.empty() ? "" : ", ").append(strName);
+  }
+  throw CannotRun("--language: \"" + std::string(strLanguage) + "\" is none of " + strKnown);
+}
+
+std::string Catalogue::filled(const std::string& strKey, const Values& values) const {
+  const std::string& strText = texts_.at(strKey);
+  std::string strFilled;
+  for (std::size_t at = 0; at < strText.size();) {
+    const std::size_t lngOpen = std::min(strText.find('{', at), strText.size());
+    strFilled.append(strText, at, lngOpen - at);
+    if (lngOpen == strText.size()) break;
+    const std::size_t lngClose = strText.find('}', lngOpen);
+    strFilled += values.at(strText.substr(lngOpen + 1, lngClose - lngOpen - 1));
+    at = lngClose + 1;
+  }
+  return strFilled;
+}
+
+std::string Catalogue::place(const Values& values) const {
+  if (values.at("question").empty()) return filled("place.element", values);
+  if (!values.at("column").empty()) return filled("place.cell", values);
+  return filled(values.at("row").empty() ? "place.question" : "place.row", values);
+}
+
+template <class Names>
+std::string Catalogue::listed(const Names& names) const {
+  std::string strList;
+  for (std::size_t at = 0; at < names.size() && at < kMostListed; ++at) {
+    strList.append(strList.empty() ? "" : ", ").append(localName(names[at]));
+  }
+  return names.size() > kMostListed ? filled("list.more", {{"list", strList}}) : strList;
+}
+
+/// The most particular text that there is for it.
+std::string Catalogue::keyOf(const SchemaViolation& violation) const {
+  const std::string strKey = "violation." + std::string(violationKindName(violation.kind));
+  switch (violation.kind) {
+    case ViolationKind::missingChild:
+    case ViolationKind::unexpectedChild:
+      if (!violation.questionId.empty()) return strKey + ".question";
+      return violation.expected.empty() ? strKey + ".unknown" : strKey;
+    case ViolationKind::value:
+    case ViolationKind::attributeValue: {
+      if (violation.value.empty()) return strKey + ".empty";
+      const std::string strFacet = strKey + '.' + violation.facet;
+      const bool blnNothingToName = violation.facet == "enumeration" && violation.allowed.empty();
+      return knows(strFacet) && !blnNothingToName ? strFacet : strKey;
+    }
+    default:
+      return strKey;
+  }
+}
+
+std::string Catalogue::text(const SchemaViolation& violation) const {
+  const auto either = [](const std::string& strText, const std::string& strElse) {
+    return strText.empty() ? strElse : strText;
+  };
+  Values values{{"question", either(violation.questionText, violation.questionId)},
+                {"row", violation.rowIndex},
+                {"column", either(violation.columnText, violation.columnId)},
+                {"element", lastStep(violation.path)},
+                {"attribute", std::string(localName(violation.attribute))},
+                {"value", violation.value},
+                {"limit", violation.limit},
+                {"allowed", listed(violation.allowed)},
+                {"expected", listed(violation.expected)}};
+  values.emplace("place", place(values));
+  return filled(keyOf(violation), values);
+}
+
+std::string Catalogue::text(const AnswerLoss& loss) const {
+  Values values{{"question", loss.questionId},
+                {"row", loss.rowIndex},
+                {"column", loss.columnId},
+                {"value", loss.value},
+                {"element", ""}};
+  values.emplace("place", place(values));
+  const std::string strKey = "loss." + loss.reason;
+  return filled(knows(strKey) ? strKey : "loss", values);
+}
+
+std::string Catalogue::text(const RunReport& report) const {
+  return filled("verdict." + std::string(verdictName(report.verdict)), {{"reason", report.reason}});
+}
+
+std::string withTexts(const std::string& strResult, const RunReport& report,
+                      const Catalogue& catalogue) {
+  using Json = nlohmann::ordered_json;
+  Json result = Json::parse(strResult);
+  Json& reported = result["report"];
+  const auto addEach = [&](const char* key, const auto& entries) {
+    Json& list = reported[key];
+    for (std::size_t at = 0; at < entries.size(); ++at) {
+      list[at]["text"] = catalogue.text(entries[at]);
+    }
+  };
+  addEach("violations", report.violations);
+  addEach("losses", report.losses);
+  reported["text"] = catalogue.text(report);
+  return result.dump(2, ' ', false, Json::error_handler_t::replace) + '\n';
+}

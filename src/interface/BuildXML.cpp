@@ -16,6 +16,7 @@
 #include "park/BuildParkXML.h"
 #include "park/addHiddenFieldsToParkXML.h"
 #include "park/addHiddenFlds.h"
+#include "platform/xml/CancellationHeld.h"
 #include "result/Guarded.h"
 #include "validation/ValidateXMLAgainstSchema.h"
 
@@ -107,6 +108,7 @@ Acknowledge BuildXML::buildXML(std::string_view strTemplateXML, std::string_view
                                ValidationUserErrors& colOutValidationUserErrors,
                                ValidationIntErrors& colOutInternalErrors,
                                std::string_view strSchemaUrl, std::string_view strSchemaUri) {
+  const CancellationHeld held;
   Session& session = *session_;
   RunReport* const report = session.host.report;
   if (report) {
@@ -171,6 +173,7 @@ Acknowledge BuildXML::buildXML(std::string_view strTemplateXML, std::string_view
     if (!objAck.Success()) return objAck;
     if (session.answers) session.answers->parked();
 
+    objParkingXML.requireReadable();
     objParkXML = objParkingXML;
     if (!blnSubmit) return objAck;
 
@@ -200,6 +203,7 @@ Acknowledge BuildXML::buildXML(std::string_view strTemplateXML, std::string_view
     if (objAckValidation.ErrorCode() == SVC_RET_XML_CREATION_SCHEMA_VALIDATION_FAILED) {
       objAck = objAckValidation;
     }
+    objMsgXML.requireReadable();
     objSendXML = objMsgXML;
     return objAck;
   });
@@ -221,19 +225,23 @@ std::optional<Acknowledge> BuildXML::GetDocData(std::string_view strDocInfoPath,
                                                 const Document& objObjectMapper,
                                                 const Document& objXmlDocument,
                                                 const Node& objProtocolXML) const {
+  const CancellationHeld held;
   return Varnel_Tolv_XML_Creation::GetDocData(*session_, strDocInfoPath, strGetWhat,
                                               objObjectMapper, objXmlDocument, objProtocolXML);
 }
 
 std::string BuildXML::convertToXsdTime(std::string_view strTime) const {
+  const CancellationHeld held;
   return Varnel_Tolv_XML_Creation::convertToXsdTime(*session_, strTime);
 }
 
 Node BuildXML::getDocInfo(std::string_view strDocInfoPath, const Document& objObjectMapper) const {
+  const CancellationHeld held;
   return Varnel_Tolv_XML_Creation::getDocInfo(*session_, strDocInfoPath, objObjectMapper);
 }
 
 Node BuildXML::getParentNode(const Node& objDocInfo) const {
+  const CancellationHeld held;
   return Varnel_Tolv_XML_Creation::getParentNode(objDocInfo);
 }
 

@@ -19,6 +19,10 @@ struct Session;
 /// instances run in parallel. It keeps two things between calls: the namespace list, loaded by the
 /// first run and used for all, and the default user message. The host's services must outlive it.
 /// One that was moved from may only be assigned to or destroyed.
+///
+/// A thread may be cancelled (pthread_cancel, deferred) in a call of this class or while it loads a
+/// document: that takes effect at its next cancellation point behind the call, also when the call
+/// is waiting in one of the host's services. Asynchronous cancellation is not supported.
 class VARNEL_EXPORT BuildXML {
  public:
   explicit BuildXML(const HostServices& host);
@@ -37,6 +41,10 @@ class VARNEL_EXPORT BuildXML {
   /// With `blnValidateAgainstSchema` the message is checked against the schema of the namespace
   /// `strSchemaUri` at `strSchemaUrl`, a location relative to the directory above the calling page.
   /// What is wrong comes back in the two collections, which a valid message leaves as they were.
+  ///
+  /// What comes back can be loaded again with the settings that it was made with: a parked form or
+  /// a message beyond these limits is run-time error kXmlFailure, and the caller goes on with the
+  /// object list and the form that it has.
   ///
   /// The result is that of the first step that failed: a code of `eReturnValues` for a failure that
   /// was expected, else the number of a run-time error (`RuntimeErrorNumber`). No exception leaves

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "platform/dom/DocumentState.h"
+#include "platform/xml/CancellationHeld.h"
 #include "platform/xml/ReadXmlFile.h"
 #include "platform/xml/XmlCharacters.h"
 #include "result/RuntimeError.h"
@@ -39,12 +40,13 @@ Document Node::ownerDocument() const {
 }
 
 bool Document::load(std::string_view strLocation) const {
+  const CancellationHeld held;
   DocumentState::target(*this);
   if (state_->givesNothing(DomOperation::load)) return false;
   ParseError error;
   const bool blnHandlesExist = state_.use_count() > 1;
   if (FileCache* cache = state_->settings.cache) {
-    auto content = DocumentState::read(*cache, strLocation, state_->settings.lngMaxBytes, error);
+    auto content = DocumentState::read(*cache, strLocation, state_->settings, error);
     return state_->take(std::move(content), std::move(error), blnHandlesExist);
   }
   const std::optional<std::string> strBytes =
@@ -53,6 +55,7 @@ bool Document::load(std::string_view strLocation) const {
 }
 
 bool Document::loadXML(std::string_view strText) const {
+  const CancellationHeld held;
   DocumentState::target(*this);
   if (state_->givesNothing(DomOperation::load)) return false;
   std::optional<std::string_view> strTaken = strText;
@@ -74,6 +77,11 @@ const ParseError& Document::parseError() const {
 const Tree* Document::tree() const {
   DocumentState::target(*this);
   return state_->givesNothing(DomOperation::serialise) ? nullptr : &state_->content().tree;
+}
+
+void Document::requireReadable() const {
+  DocumentState::target(*this);
+  state_->content().tree.requireReadable(state_->settings.lngMaxBytes);
 }
 
 Node Document::documentElement() const {

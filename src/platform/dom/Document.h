@@ -6,6 +6,7 @@
 
 #include "platform/dom/Node.h"
 #include "platform/xml/ParseError.h"
+#include "platform/xml/TreeLimits.h"
 #include "result/Export.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -19,7 +20,11 @@ struct DocumentSettings {
   /// A larger input is refused, and so is a write that makes the text written into one document
   /// more than that. Whatever it is, a document that would take more than 1 GiB of memory is
   /// refused as well, when it is read and when it is built.
-  std::size_t lngMaxBytes = std::size_t{64} << 20;
+  std::size_t lngMaxBytes = kMaxInputBytes;
+
+  /// The nodes that a document may have when it is read and when it is built, attributes and texts
+  /// included. Those that it does not have any more count until the next load.
+  std::size_t lngMaxNodes = kMaxNodes;
   FileCache* cache = nullptr;  // what `load` reads comes from here where it is known already
   bool blnReadOnly = false;    // whatever would change the document is kXmlFailure; what it loads
                                // from the cache it shares with others instead of copying it
@@ -51,6 +56,10 @@ class VARNEL_EXPORT Document : public Node {
 
   /// For the library: what `xml` makes a text of. Null where a test makes that give nothing.
   const Tree* tree() const;
+
+  /// Raises kXmlFailure when what `xml` gives could not be loaded again with the same settings: it
+  /// is larger than they allow, or an element has more than 512 attributes and namespaces.
+  void requireReadable() const;
 
   /// The root element; Nothing in an empty document.
   Node documentElement() const;

@@ -36,7 +36,9 @@ bool looksForId(std::string_view strXPath) {
 }  // namespace
 
 DocumentState::DocumentState(const DocumentSettings& documentSettings, bool blnTopOnly)
-    : settings(documentSettings), blnFragment(blnTopOnly), content_(&own_.emplace()) {}
+    : settings(documentSettings),
+      blnFragment(blnTopOnly),
+      content_(&own_.emplace(documentSettings.lngMaxNodes)) {}
 
 DocumentState::DocumentState(const DocumentSettings& documentSettings,
                              std::shared_ptr<DocumentState> host)
@@ -48,12 +50,15 @@ DocumentState::DocumentState(const DocumentSettings& documentSettings,
 bool DocumentContent::replace(std::size_t lngExpected, bool blnKeepBefore,
                               const std::function<TreeNode*(Tree& tree)>& fill) {
   // All that can fail comes first.
-  Tree fresh(blnKeepBefore ? 0 : lngExpected);
+  const auto newTree = [this](std::size_t lngBytes) {
+    return Tree(lngBytes, kMaxTreeBytes, lngMostNodes);
+  };
+  Tree fresh = newTree(blnKeepBefore ? 0 : lngExpected);
   Tree& target = blnKeepBefore ? tree : fresh;
   TreeNode* document = fill(target);
   const bool blnMade = document != nullptr;
   if (!blnMade) {
-    if (!blnKeepBefore) fresh = Tree();  // what was read of it may be much
+    if (!blnKeepBefore) fresh = newTree(0);  // what was read of it may be much
     document = target.newDocument();
   }
   auto index = std::make_unique<IdIndex>();
@@ -74,17 +79,17 @@ bool DocumentContent::replace(std::size_t lngExpected, bool blnKeepBefore,
 
 std::shared_ptr<const DocumentContent> DocumentState::read(FileCache& cache,
                                                            std::string_view strLocation,
-                                                           std::size_t lngMaxBytes,
+                                                           const DocumentSettings& limits,
                                                            ParseError& error) {
   constexpr std::size_t kTimesItsText = 4;  // about what a tree takes, with its indexes
-  const std::string strName =
-      "document" + std::to_string(lngMaxBytes) + ' ' + std::string(strLocation);
+  const std::string strName = "document" + std::to_string(limits.lngMaxBytes) + ' ' +
+                              std::to_string(limits.lngMaxNodes) + ' ' + std::string(strLocation);
   const auto made = cache.get(strName, [&]() -> FileCache::Made {
     FileCache::Made content;
     const std::optional<std::string> strBytes =
-        readXmlFile(strLocation, lngMaxBytes, error, &content.files);
+        readXmlFile(strLocation, limits.lngMaxBytes, error, &content.files);
     if (!strBytes) return {};
-    auto document = std::make_shared<DocumentContent>();
+    auto document = std::make_shared<DocumentContent>(limits.lngMaxNodes);
     const bool blnLoaded = document->replace(strBytes->size(), false, [&](Tree& tree) {
       return loadTree(tree, *strBytes, XmlEncoding::declared, error);
     });
@@ -150,7 +155,7 @@ DocumentSettings DocumentState::settingsOfCopy() const {
 void DocumentState::grow(std::size_t lngBytes, std::size_t lngBefore) {
   const std::size_t lngKept = lngWrittenBytes_ - std::min(lngWrittenBytes_, lngBefore);
   if (lngBytes > settings.lngMaxBytes || lngKept > settings.lngMaxBytes - lngBytes) {
-    refuse("The document is larger than " + std::to_string(settings.lngMaxBytes) + " bytes.");
+    refuse(kTextTooLarge + std::to_string(settings.lngMaxBytes) + " bytes.");
   }
   lngWrittenBytes_ = lngKept + lngBytes;
 }

@@ -25,11 +25,15 @@ namespace Varnel_Tolv_XML_Creation {
 
 /// What a document holds, and what helps to find it.
 struct DocumentContent {
+  explicit DocumentContent(std::size_t lngMaxNodes = kMaxNodes)
+      : lngMostNodes(lngMaxNodes), tree(0, kMaxTreeBytes, lngMaxNodes) {}
+
   /// Lets `fill` make a document, null for an empty one, and puts it in place of the one before,
   /// which stays when `blnKeepBefore`. Whether it made one. What it raises leaves all as it was.
   bool replace(std::size_t lngExpected, bool blnKeepBefore,
                const std::function<TreeNode*(Tree& tree)>& fill);
 
+  const std::size_t lngMostNodes;
   Tree tree;
   LazyIdIndex idIndex;
   ChildNameIndex childNames;
@@ -51,7 +55,8 @@ struct DocumentState {
   /// What the file at `strLocation` holds, from `cache` where it has it; null, with the reason in
   /// `error`, when it cannot be read or parsed.
   static std::shared_ptr<const DocumentContent> read(FileCache& cache, std::string_view strLocation,
-                                                     std::size_t lngMaxBytes, ParseError& error);
+                                                     const DocumentSettings& limits,
+                                                     ParseError& error);
 
   /// Takes what `strText` holds in place of the content, or nothing where that is none or refused;
   /// `error` tells why there is none. Whether it was taken. The earlier content stays for the

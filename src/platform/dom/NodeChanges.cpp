@@ -166,6 +166,9 @@ void Node::setAttribute(std::string_view strName, std::string_view strValue) con
   requireXmlText(strValue);
   if (present) return setValue(*state_, present, strValue);
   Tree& tree = state_->changeable().tree;
+  std::size_t lngCount = 1;
+  for (const TreeNode* item = asParent(element)->attributes; item; item = item->next) ++lngCount;
+  tree.hasAttributes(lngCount);
   if (!name) name = tree.name({}, strName, {});
   TreeNode* const attribute = tree.newLeaf(NodeKind::attribute, name, strValue);
   state_->grow(strValue.size());

@@ -11,6 +11,7 @@
 #include "platform/xml/LoadXml.h"
 #include "platform/xml/ReadXmlFile.h"
 #include "platform/xml/SerialiseXml.h"
+#include "platform/xml/TreeLimits.h"
 #include "platform/xml/XmlCharacters.h"
 #include "platform/xml/XmlLibrary.h"
 #include "platform/xml/XmlMemory.h"
@@ -79,9 +80,12 @@ struct SaxReading::Callbacks {
   static void start(void* context, const xmlChar* local, const xmlChar* prefix, const xmlChar* uri,
                     int namespaceCount, const xmlChar** namespaces, int attributeCount,
                     int /*defaultedCount*/, const xmlChar** attributes) {
-    guarded(of(context), [&] {
-      of(context).onStart(local, prefix, uri, static_cast<std::size_t>(namespaceCount), namespaces,
-                          static_cast<std::size_t>(attributeCount), attributes);
+    SaxReading& reading = of(context);
+    guarded(reading, [&] {
+      const auto lngNamespaces = static_cast<std::size_t>(namespaceCount);
+      const auto lngAttributes = static_cast<std::size_t>(attributeCount);
+      if (!reading.isWithinLimits(lngNamespaces + lngAttributes)) return;
+      reading.onStart(local, prefix, uri, lngNamespaces, namespaces, lngAttributes, attributes);
     });
   }
 
@@ -206,6 +210,19 @@ void SaxReading::parse(std::string_view strText) {
   if (mayGoOn() && (parser_->disableSAX || !parser_->wellFormed)) {
     refuse(XML_ERR_INTERNAL_ERROR, parserReason(nullptr), here().lineNumber, here().columnNumber);
   }
+}
+
+/// Refuses what a document may not have either. The parser knows some names of itself.
+bool SaxReading::isWithinLimits(std::size_t lngAttributes) {
+  constexpr std::size_t kOwnNames = 16;
+  const auto lngNames = static_cast<std::size_t>(xmlDictSize(parser_->dict));
+  const char* const why = lngNames > kMaxNames + kOwnNames ? kTooManyNames
+                          : lngAttributes > kMaxAttributes ? kTooManyAttributes
+                                                           : nullptr;
+  if (!why) return true;
+  const SaxLocator& at = here();
+  refuse(XML_ERR_INTERNAL_ERROR, why, at.lineNumber, at.columnNumber);
+  return false;
 }
 
 void SaxReading::onStart(const xmlChar* local, const xmlChar* prefix, const xmlChar* uri,

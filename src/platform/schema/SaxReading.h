@@ -47,6 +47,7 @@ class SaxReading {
   void parse(std::string_view strText);
   void walk(const Tree& tree);
   bool mayGoOn() const noexcept { return !blnStopped_ && !fault_ && !exception_; }
+  bool isWithinLimits(std::size_t lngAttributes);
   void onStart(const xmlChar* local, const xmlChar* prefix, const xmlChar* uri,
                std::size_t namespaceCount, const xmlChar** namespaces, std::size_t attributeCount,
                const xmlChar** attributes);

@@ -23,6 +23,9 @@ class Arena {
   /// Begins to count what is taken: as much as at first may be taken from here on.
   void startCount() noexcept { lngTaken_ = 0; }
 
+  /// The bytes of the chunks that were taken since it counts.
+  std::size_t taken() const noexcept { return lngTaken_; }
+
   /// A new object, which is never destroyed. std::bad_alloc when there is no memory, kXmlFailure
   /// when too much was taken, as for all here.
   template <class Type>
@@ -61,7 +64,7 @@ class Arena {
   char* end_ = nullptr;
   std::size_t lngNextChunk_;
   std::size_t lngMost_;
-  std::size_t lngTaken_ = 0;  // the bytes of the chunks that were taken since it counts
+  std::size_t lngTaken_ = 0;
 };
 
 }  // namespace Varnel_Tolv_XML_Creation

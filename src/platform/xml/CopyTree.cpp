@@ -1,6 +1,7 @@
 #include "platform/xml/CopyTree.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 
 namespace Varnel_Tolv_XML_Creation {
@@ -18,11 +19,14 @@ class Copier {
     TreeNode* const element = target_.newElement(ownName(source->name));
     asParent(element)->lngLine = asParent(source)->lngLine;
     TreeNode** link = &asParent(element)->attributes;
+    std::size_t lngCount = 0;
     for (const TreeNode* from = asParent(source)->attributes; from; from = from->next) {
       *link = copy(from);
       (*link)->parent = element;
       link = &(*link)->next;
+      ++lngCount;
     }
+    target_.hasAttributes(lngCount);
     return element;
   }
 

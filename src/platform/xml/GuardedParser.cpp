@@ -24,13 +24,8 @@ namespace {
 // another, so the tags of all entities together bound its stack.
 constexpr std::ptrdiff_t kMaxEntityTags = 2048;
 
-// The library compares the attributes of a tag with one another, one by one.
-constexpr int kMaxAttributes = 512;
-constexpr const char* kTooManyAttributes = "An element has more than 512 attributes.";
-
-// The table by which the library tells names apart does not grow with their number.
-constexpr int kMaxNames = 1 << 16;
-constexpr const char* kTooManyNames = "The document has more than 65536 different names.";
+// The names that the parser knows of itself.
+constexpr std::size_t kOwnNames = 16;
 
 // What an attribute or a namespace that a document type adds costs beside its text.
 constexpr std::size_t kDefaultBytes = 64;
@@ -58,7 +53,7 @@ struct Preview {
 bool hasManyAttributes(std::string_view strTag) {
   constexpr std::size_t kShortest = std::string_view(" a=''").size();  // one attribute
   if (strTag.size() < kMaxAttributes * kShortest) return false;
-  int lngAttributes = 0;
+  std::size_t lngAttributes = 0;
   for (std::size_t at = strTag.find_first_of("=>"); at != std::string_view::npos;
        at = strTag.find_first_of("=>", at)) {
     if (strTag[at] == '>') return false;
@@ -119,7 +114,7 @@ struct ParserCallbacks {
                              int attributeCount, int defaultedCount, const xmlChar** attributes) {
     GuardedParser& self = GuardedParser::of(context);
     if (++self.depth_ > kMaxDepth) return self.stop(context, kTooDeep);
-    if (attributeCount + namespaceCount > kMaxAttributes) {
+    if (static_cast<std::size_t>(attributeCount + namespaceCount) > kMaxAttributes) {
       return self.stop(context, kTooManyAttributes);
     }
     if (hasTooManyNames(context)) return self.stop(context, kTooManyNames);
@@ -157,7 +152,8 @@ struct ParserCallbacks {
   }
 
   static bool hasTooManyNames(void* context) {
-    return xmlDictSize(static_cast<xmlParserCtxt*>(context)->dict) > kMaxNames;
+    const int names = xmlDictSize(static_cast<xmlParserCtxt*>(context)->dict);
+    return static_cast<std::size_t>(names) > kMaxNames + kOwnNames;
   }
 
   /// Without limits of its own the parser must not meet an entity: one that was not foreseen.

@@ -94,7 +94,7 @@ class GuardedParser {
   std::size_t parameterEntityBytes_ = 0;
   std::size_t maxExpandedBytes_ = 0;  // of attributes and of parameter entities
   std::size_t maxEntityBytes_ = 0;
-  int declaredAttributes_ = 0;
+  std::size_t declaredAttributes_ = 0;
   AttributeDefaults defaults_ = AttributeDefaults::forgotten;
   bool blnDocumentTypeAllowed_ = true;
 };

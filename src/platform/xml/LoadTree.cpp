@@ -134,6 +134,7 @@ void onStartElement(void* context, const xmlChar* name, const xmlChar* prefix, c
       const TreeName* declared = builder.name(xmlText(""), namespaces[0], namespaces[1]);
       builder.attribute(NodeKind::declaration, declared, {});
     }
+    builder.tree().hasAttributes(static_cast<std::size_t>(namespaceCount + attributeCount));
     constexpr int kFields = 5;  // name, prefix, URI, begin and end of the value
     for (int at = 0; at < attributeCount; ++at, attributes += kFields) {
       builder.attribute(NodeKind::attribute,

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "platform/xml/NamespaceScope.h"
+#include "result/RuntimeError.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
@@ -65,7 +66,10 @@ inline void copyBytes(char* out, const char* in, std::size_t lngBytes) {
 
 class Writer {
  public:
-  explicit Writer(std::size_t lngParts) : scope_(lngParts) {}
+  /// What is more than the limits of a document that is read again is refused with kXmlFailure.
+  explicit Writer(std::size_t lngParts, std::size_t lngMost = SIZE_MAX,
+                  std::size_t lngMostAttributes = SIZE_MAX)
+      : lngMost_(lngMost), lngMostAttributes_(lngMostAttributes), scope_(lngParts) {}
 
   void write(const TreeNode* top) {
     if (isAttribute(top)) return writeAttribute(top->name->strQualified, valueOf(top));
@@ -74,6 +78,10 @@ class Writer {
       writeTree(child);
       put("\r\n");
     }
+  }
+
+  void requireSize() const {
+    if (lngUsed_ > lngMost_) refuseSize();
   }
 
   std::string take() {
@@ -107,7 +115,9 @@ class Writer {
   void startTag(const TreeNode* element) {
     put('<');
     put(element->name->strQualified);
+    std::size_t lngCount = 0;  // of declarations and attributes
     scope_.enter(element, [&](const NamePart& prefix, const NamePart& uri) {
+      ++lngCount;
       put(" xmlns");
       if (!prefix.strText.empty()) {
         put(':');
@@ -118,9 +128,11 @@ class Writer {
       put('"');
     });
     for (const TreeNode* item = firstAttribute(element); item; item = item->next) {
+      ++lngCount;
       put(' ');
       writeAttribute(item->name->strQualified, valueOf(item));
     }
+    if (lngCount > lngMostAttributes_) throw RuntimeError(kXmlFailure, kTooManyAttributes);
     put(element->first ? ">" : "/>");
   }
 
@@ -184,12 +196,19 @@ class Writer {
 
   void put(std::string_view strPart) {
     if (strOut_.size() - lngUsed_ < strPart.size()) {
+      if (lngUsed_ + strPart.size() > lngMost_) refuseSize();
       strOut_.resize(std::max(2 * strOut_.size(), lngUsed_ + strPart.size()));
     }
     copyBytes(strOut_.data() + lngUsed_, strPart.data(), strPart.size());
     lngUsed_ += strPart.size();
   }
 
+  [[noreturn]] void refuseSize() const {
+    throw RuntimeError(kXmlFailure, kTextTooLarge + std::to_string(lngMost_) + " bytes.");
+  }
+
+  std::size_t lngMost_;
+  std::size_t lngMostAttributes_;
   std::string strOut_ = std::string(512, '\0');  // longer than what is written yet
   std::size_t lngUsed_ = 0;
   NamespaceScope scope_;
@@ -201,6 +220,12 @@ std::string serialiseXml(const Tree& tree, const TreeNode* node) {
   Writer writer(tree.names().parts());
   writer.write(node);
   return writer.take();
+}
+
+void requireReadableXml(const Tree& tree, const TreeNode* node, std::size_t lngMaxBytes) {
+  Writer writer(tree.names().parts(), lngMaxBytes, kMaxAttributes);
+  writer.write(node);
+  writer.requireSize();
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -6,6 +6,9 @@
 #include <limits>
 #include <new>
 
+#include "platform/xml/SerialiseXml.h"
+#include "result/RuntimeError.h"
+
 namespace Varnel_Tolv_XML_Creation {
 
 static_assert(sizeof(TreeNode) == 48 && sizeof(TreeElement) == 72);
@@ -92,11 +95,16 @@ void linkAttribute(TreeNode* element, TreeNode* attribute) noexcept {
   attribute->parent = element;
 }
 
-Tree::Tree(std::size_t lngExpected, std::size_t lngMost)
-    : arena_(lngExpected, lngMost), document_(newDocument()) {}
+Tree::Tree(std::size_t lngExpected, std::size_t lngMost, std::size_t lngMostNodes)
+    : arena_(lngExpected, lngMost), lngMostNodes_(lngMostNodes), document_(newDocument()) {}
+
+void Tree::tooManyNodes() { throw RuntimeError(kXmlFailure, kTooManyNodes); }
+void Tree::tooManyAttributes() { throw RuntimeError(kXmlFailure, kTooManyAttributes); }
 
 TreeNode* Tree::newDocument() {
   arena_.startCount();
+  names_.startCount();
+  lngNodes_ = 0;
   auto* const document = arena_.make<TreeElement>();
   document->kind = NodeKind::document;
   document->first = nullptr;
@@ -104,6 +112,7 @@ TreeNode* Tree::newDocument() {
 }
 
 TreeNode* Tree::newElement(const TreeName* name) {
+  countNode();
   auto* const element = arena_.make<TreeElement>();
   element->kind = NodeKind::element;
   element->name = name;
@@ -113,6 +122,7 @@ TreeNode* Tree::newElement(const TreeName* name) {
 
 TreeNode* Tree::newLeaf(NodeKind kind, const TreeName* name, std::string_view strValue) {
   if (strValue.size() > std::numeric_limits<std::uint32_t>::max()) throw std::bad_alloc();
+  countNode();
   auto* const leaf = arena_.make<TreeNode>();
   char* const value = arena_.room(strValue.size());
   if (!strValue.empty()) std::memcpy(value, strValue.data(), strValue.size());
@@ -136,6 +146,35 @@ void Tree::setValue(TreeNode* leaf, std::string_view strValue) {
     std::memmove(const_cast<char*>(leaf->value), strValue.data(), strValue.size());
   }
   leaf->lngSize = static_cast<std::uint32_t>(strValue.size());
+}
+
+// The text itself is made only where it might be too much. First the memory taken tells that it is
+// not: each node has its place there, and its value, of which no byte becomes more than six; then
+// the sum over the nodes, without a look into their values.
+void Tree::requireReadable(std::size_t lngMaxBytes) const {
+  constexpr std::size_t kLongestReference = 6;
+  constexpr std::size_t kMarkup = 24;  // around a name or a value, and of a declaration
+  const std::size_t lngNames = 3 * names_.longest() + kMarkup;
+  const std::size_t lngMost =
+      arena_.taken() * kLongestReference + arena_.taken() / sizeof(TreeNode) * lngNames;
+  if (!blnManyAttributes_ && lngMost <= lngMaxBytes) return;
+
+  const auto declared = [](const TreeName* name) {
+    return name ? name->prefix->strText.size() + kLongestReference * name->uri->strText.size() : 0;
+  };
+  std::size_t lngBytes = 0;
+  for (const TreeNode* node = document_; node; node = nextBelow(node, document_)) {
+    lngBytes += kMarkup + (node->name ? 2 * node->name->strQualified.size() : 0);
+    if (!isParent(node)) lngBytes += kLongestReference * node->lngSize;
+    if (!isElement(node)) continue;
+    lngBytes += declared(node->name);
+    for (const TreeNode* item = asParent(node)->attributes; item; item = item->next) {
+      lngBytes += kMarkup + item->name->strQualified.size() + declared(item->name) +
+                  kLongestReference * item->lngSize;
+    }
+  }
+  if (!blnManyAttributes_ && lngBytes <= lngMaxBytes) return;
+  requireReadableXml(*this, document_, lngMaxBytes);
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

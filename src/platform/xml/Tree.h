@@ -110,8 +110,10 @@ void linkAttribute(TreeNode* element, TreeNode* attribute) noexcept;
 /// A document with the nodes that it owns, those that stand nowhere in it included.
 class Tree {
  public:
-  /// An empty document, which will take about `lngExpected` bytes and may take `lngMost`.
-  explicit Tree(std::size_t lngExpected = 0, std::size_t lngMost = kMaxTreeBytes);
+  /// An empty document, which will take about `lngExpected` bytes. It may take `lngMost`, and have
+  /// `lngMostNodes`.
+  explicit Tree(std::size_t lngExpected = 0, std::size_t lngMost = kMaxTreeBytes,
+                std::size_t lngMostNodes = kMaxNodes);
 
   TreeNode* document() const noexcept { return document_; }
 
@@ -130,18 +132,39 @@ class Tree {
   const TreeName* name(const TreeName& other) { return names_.get(arena_, other); }
 
   // Nodes without a parent. std::bad_alloc when there is no memory, as for names and values;
-  // kXmlFailure when all that was made since the last document node takes more than it may.
+  // kXmlFailure when all that was made since the last document node is more than it may be.
   TreeNode* newDocument();
   TreeNode* newElement(const TreeName* name);
   TreeNode* newLeaf(NodeKind kind, const TreeName* name, std::string_view strValue);
+
+  /// To be told how many attributes and declarations an element has got. kXmlFailure when they are
+  /// too many.
+  void hasAttributes(std::size_t lngCount) {
+    if (lngCount <= kMaxAttributes / 2) return;
+    if (lngCount > kMaxAttributes) tooManyAttributes();
+    blnManyAttributes_ = true;
+  }
+
+  /// Raises kXmlFailure when the text of a document could not be read again, because it has more
+  /// than `lngMaxBytes` or an element more attributes than it may.
+  void requireReadable(std::size_t lngMaxBytes) const;
 
   /// Writes a value in place of another. The old bytes stay used where the new ones do not fit, but
   /// all that one node ever held takes no more than some times the longest.
   void setValue(TreeNode* leaf, std::string_view strValue);
 
  private:
+  void countNode() {
+    if (++lngNodes_ > lngMostNodes_) tooManyNodes();
+  }
+  [[noreturn]] static void tooManyNodes();
+  [[noreturn]] static void tooManyAttributes();
+
   Arena arena_;
   TreeNames names_;
+  std::size_t lngNodes_ = 0;  // made since the last document node
+  std::size_t lngMostNodes_;
+  bool blnManyAttributes_ = false;  // an element has so many that it may get too many declarations
   TreeNode* document_;
 };
 

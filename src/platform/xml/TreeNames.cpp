@@ -112,6 +112,7 @@ const TreeName* TreeNames::get(Arena& arena, const TreeName& other) {
 const TreeName* TreeNames::make(Arena& arena, std::string_view strPrefix, std::string_view strLocal,
                                 std::string_view strUri, std::size_t lngHash) {
   const bool blnPlain = strPrefix.empty();
+  if (blnPlain && !strLocal.empty()) countOne();
   const TreeName* const plain = blnPlain ? nullptr : get(arena, {}, strLocal, strUri);
   const std::size_t lngBefore = blnPlain ? 0 : strPrefix.size() + 1;
   char* const qualified = arena.room(lngBefore + strLocal.size() + 1);
@@ -126,10 +127,15 @@ const TreeName* TreeNames::make(Arena& arena, std::string_view strPrefix, std::s
   name->strQualified = {qualified, end};
   name->strLocal = name->strQualified.substr(lngBefore);
   name->plain = plain ? plain : name;
+  lngLongest_ = std::max(lngLongest_, name->strQualified.size() + 6 * strUri.size());
   name->lngHash = lngHash;
   names_.add(arena, name);
   lngBytes_ += name->strQualified.size();
   return name;
+}
+
+void TreeNames::countOne() {
+  if (++lngMade_ > kMaxNames) throw RuntimeError(kXmlFailure, kTooManyNames);
 }
 
 NamePart* TreeNames::findPart(std::string_view strText, std::size_t lngHash) const noexcept {
@@ -146,6 +152,7 @@ const NamePart* TreeNames::part(Arena& arena, std::string_view strText) {
   if (parts_.lngCount == 0 && !strText.empty()) part(arena, {});  // which has the first number
   const std::size_t lngHash = hashOf(strText);
   if (const NamePart* const known = findPart(strText, lngHash)) return known;
+  if (!strText.empty()) countOne();
   auto* const made = arena.make<NamePart>();
   made->strText = arena.copy(strText);
   made->lngNumber = static_cast<std::uint32_t>(parts_.lngCount);

@@ -48,6 +48,12 @@ class TreeNames {
   /// What all of them take as texts, each with its prefix.
   std::size_t bytes() const noexcept { return lngBytes_; }
 
+  /// Begins to count what is made: kMaxNames more may be made from here on, else kXmlFailure.
+  void startCount() noexcept { lngMade_ = 0; }
+
+  /// No name that was made takes more bytes, with its prefix and six times its URI.
+  std::size_t longest() const noexcept { return lngLongest_; }
+
   /// More than the number of any part.
   std::size_t parts() const noexcept { return parts_.lngCount; }
 
@@ -72,9 +78,13 @@ class TreeNames {
   const NamePart* part(Arena& arena, std::string_view strText);
   NamePart* findPart(std::string_view strText, std::size_t lngHash) const noexcept;
 
+  void countOne();
+
   Buckets<NamePart> parts_;
   Buckets<TreeName> names_;
   std::size_t lngBytes_ = 0;
+  std::size_t lngLongest_ = 0;
+  std::size_t lngMade_ = 0;  // local names, prefixes and URIs
 };
 
 }  // namespace Varnel_Tolv_XML_Creation

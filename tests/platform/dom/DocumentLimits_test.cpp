@@ -1,0 +1,122 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "platform/dom/DomTesting.h"
+
+// What a document may be is the same when it is read, when it is built and when it is written.
+
+namespace Varnel_Tolv_XML_Creation {
+namespace {
+
+TEST(DocumentLimits, LetAnElementHave512Attributes) {
+  const Document objDocument = loaded("<r xmlns:p='u'/>");
+  const Node objRoot = objDocument.documentElement();
+  for (int at = 1; at < 512; ++at) objRoot.setAttribute("a" + std::to_string(at), "");
+  EXPECT_EQ(descriptionOf(kXmlFailure, [&] { objRoot.setAttribute("b", ""); }),
+            "An element has more than 512 attributes.");
+  objRoot.setAttribute("a1", "changed");
+  objDocument.requireReadable();
+  EXPECT_TRUE(Document::create().loadXML(objDocument.xml()));
+}
+
+TEST(DocumentLimits, CountTheDeclarationsThatAnElementNeedsElsewhere) {
+  std::string strDeclarations, strAttributes;
+  for (int at = 0; at < 300; ++at) {
+    const std::string strNumber = std::to_string(at);
+    strDeclarations += " xmlns:p" + strNumber + "='urn:" + strNumber + "'";
+    strAttributes += " p" + strNumber + ":a=''";
+  }
+  const Document objSource =
+      loaded("<r" + strDeclarations + "><a" + strAttributes + "/><b p0:a='' p1:a=''/></r>");
+  objSource.requireReadable();
+  for (const char* name : {"a", "b"}) {
+    const Document objTarget = loaded("<t/>");
+    objTarget.documentElement().appendChild(
+        objSource.documentElement().selectSingleNode(name).cloneNode(true));
+    const bool blnReadable = *name == 'b';
+    if (blnReadable) {
+      objTarget.requireReadable();
+    } else {
+      EXPECT_EQ(descriptionOf(kXmlFailure, [&] { objTarget.requireReadable(); }),
+                "An element has more than 512 attributes.");
+    }
+    EXPECT_EQ(Document::create().loadXML(objTarget.xml()), blnReadable);
+  }
+}
+
+TEST(DocumentLimits, CountTheNodes) {
+  DocumentSettings settings;
+  settings.lngMaxNodes = 10;
+  const Document objDocument = Document::create(settings);
+  EXPECT_TRUE(objDocument.loadXML("<r a='' b=''><c/>x<d/>y<e/><f/></r>"));
+  const Node objRoot = objDocument.documentElement();
+  EXPECT_EQ(descriptionOf(kXmlFailure,
+                          [&] {
+                            for (;;) objRoot.appendChild(objDocument.createElement("g"));
+                          }),
+            "The document has more nodes than it may.");
+  EXPECT_EQ(objRoot.selectNodes("g")->length(), 1U);
+  EXPECT_EQ(descriptionOf(kXmlFailure, [&] { objRoot.setAttribute("h", ""); }),
+            "The document has more nodes than it may.");
+  EXPECT_FALSE(objDocument.loadXML("<r><a/><a/><a/><a/><a/><a/><a/><a/><a/><a/></r>"));
+  EXPECT_EQ(objDocument.parseError().reason, "The document has more nodes than it may.");
+  EXPECT_TRUE(objDocument.loadXML("<r><a/><a/><a/><a/><a/><a/><a/><a/><a/></r>"));
+}
+
+TEST(DocumentLimits, CountTheNames) {
+  const Document objDocument = loaded("<r/>");
+  std::string strTold;
+  int lngMade = 0;
+  try {
+    for (; lngMade < 70'000; ++lngMade) {
+      objDocument.documentElement().appendChild(
+          objDocument.createElement("n" + std::to_string(lngMade)));
+    }
+  } catch (const RuntimeError& error) {
+    strTold = error.description();
+  }
+  EXPECT_EQ(strTold, "The document has more than 65536 different names.");
+  EXPECT_GT(lngMade, 65'000);
+  const Document objAgain = Document::create();
+  EXPECT_TRUE(objAgain.loadXML(objDocument.xml())) << objAgain.parseError().reason;
+}
+
+TEST(DocumentLimits, TellWhatIsTooLargeToBeReadAgain) {
+  const auto isReadable = [](const Document& objDocument) {
+    try {
+      objDocument.requireReadable();
+      return true;
+    } catch (const RuntimeError& error) {
+      EXPECT_EQ(error.description(), "The document is larger than 20000 bytes.");
+      return false;
+    }
+  };
+  const std::string strUri = "urn:" + std::string(200, 'u');
+  int lngReadable = 0;
+  int lngTooLarge = 0;
+  for (std::size_t lngCount = 10; lngCount < 400; lngCount += 7) {
+    for (const char* value : {"", "\"", "x", "<&>", "\xC3\xA9"}) {
+      DocumentSettings settings;
+      settings.lngMaxBytes = 20'000;
+      const Document objDocument = Document::create(settings);
+      ASSERT_TRUE(objDocument.loadXML("<?xml version='1.0'?><!--c--><r><?i x?></r>"));
+      for (std::size_t at = 0; at < lngCount; ++at) {
+        const Node objChild = objDocument.documentElement().appendChild(
+            at % 3 == 0 ? objDocument.createNode(NodeType::element, "p:child", strUri)
+                        : objDocument.createElement("element"));
+        objChild.setAttribute("attribute", value);
+        if (at % 2 == 0) objChild.setText(value);
+      }
+      const bool blnFits = objDocument.xml().size() <= settings.lngMaxBytes;
+      EXPECT_EQ(isReadable(objDocument), blnFits) << lngCount << value;
+      ++(blnFits ? lngReadable : lngTooLarge);
+      EXPECT_EQ(Document::create(settings).loadXML(objDocument.xml()), blnFits);
+    }
+  }
+  EXPECT_GT(lngReadable, 20);
+  EXPECT_GT(lngTooLarge, 20);
+}
+
+}  // namespace
+}  // namespace Varnel_Tolv_XML_Creation

@@ -74,7 +74,8 @@ std::size_t countOf(const Explanation& explanation, JournalOutcome outcome) {
       }));
 }
 
-Explanation explain(const Options& options, const RunOutputs& run, const RunReport& report) {
+Explanation explain(const Options& options, const SubmissionOutputs& run) {
+  const RunReport& report = run.report;
   Explanation explanation;
   explanation.strForm = options.form.value_or("");
   if (!run.objAck.Success()) explanation.strFailure = run.objAck.ErrorDetail();

@@ -33,5 +33,4 @@ struct Explanation {
 std::size_t countOf(const Explanation& explanation,
                     Varnel_Tolv_XML_Creation::JournalOutcome outcome);
 
-Explanation explain(const Options& options, const RunOutputs& run,
-                    const Varnel_Tolv_XML_Creation::RunReport& report);
+Explanation explain(const Options& options, const SubmissionOutputs& run);

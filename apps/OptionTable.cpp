@@ -63,7 +63,9 @@ constexpr auto kOptions = std::to_array<OptionRow>({
     {"format", OptionKind::commandLineOnly, "text|json|html", kOutputs,
      "how it is written (default: text); findings are not written as html", kCheck | kExplain},
     {"trace", OptionKind::commandLineOnly, "FILE", kOutputs,
-     "every trace line, what people answered included; - is standard error", kBuild},
+     "every trace line; it holds personal data, all that people answered; control characters and "
+     "line ends inside a line are written as \\n, \\r, \\x1b; - is standard error",
+     kBuild},
     {"report", OptionKind::commandLineFlag, "", kOutputs,
      "tell in the result what really happened: the exact verdict, every violation, every loss",
      kRuns},

@@ -14,11 +14,31 @@
 #include "Options.h"
 #include "OutputFile.h"
 #include "Submission.h"
+#include "TraceText.h"
 #include "platform/host/WebRequest.h"
+#include "result/RuntimeError.h"
 
 using namespace Varnel_Tolv_XML_Creation;
 
 namespace {
+
+/// What is to be said of an object list in which an earlier form left something: that stands in the
+/// way of the answers to its tables.
+std::string warningOf(const std::string& strFile) {
+  return withoutControls("varnel-xml: warning: --object-list " + strFile +
+                         ": it holds rows or hidden fields of an earlier form, so answers can be "
+                         "lost; pass the object list that the form's page has") +
+         '\n';
+}
+
+/// What could not be opened again takes no file's place.
+void requireReadable(const char* option, const std::string& strPath, const Document& objXml) {
+  try {
+    objXml.requireReadable();
+  } catch (const RuntimeError& error) {
+    throw CannotRun(std::string(option) + " " + strPath + ": " + error.description());
+  }
+}
 
 /// A file that an option names.
 struct NamedFile {
@@ -102,7 +122,10 @@ ExitStatus runBuild(OptionValues values, const std::vector<std::string>& /*opera
   const SubmissionOutputs run =
       runSubmission(options, request, {.traceSink = options.trace ? &trace : nullptr});
 
-  if (parkFile) parkFile->write(run.objParkXML.xml());
+  if (parkFile) {
+    requireReadable("--park-out", *options.parkOut, run.objParkXML);
+    parkFile->write(run.objParkXML.xml());
+  }
   if (sendFile && run.objSendXML) sendFile->write(run.objSendXML.xml());
   if (traceFile) traceFile->write(trace.text());
   const std::string strResult = resultOf(options, run);
@@ -110,6 +133,7 @@ ExitStatus runBuild(OptionValues values, const std::vector<std::string>& /*opera
   files.putInPlace();  // when all of them are on the disk
 
   // The standard streams last: when a file fails, only the line that says so stands there.
+  if (options.form && run.blnEarlierForm) writeStandardError(warningOf(*options.objectList));
   if (options.trace && !blnTraceToFile) writeStandardError(trace.text());
   if (!resultFile) writeStandardOutput(strResult);
   return statusOf(options, run);

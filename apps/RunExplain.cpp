@@ -40,7 +40,7 @@ ExitStatus runExplain(OptionValues values, const std::vector<std::string>& /*ope
     writeStandardOutput(resultJson(run.objAck, run.colUserErrors, run.colInternalErrors,
                                    {&run.report, true, options.deploymentDirectory}));
   } else {
-    const Explanation explanation = explain(options, run, run.report);
+    const Explanation explanation = explain(options, run);
     writeStandardOutput(strFormat == "html" ? page(explanation) : explainText(explanation));
   }
   return run.objAck.Success() ? kSucceeded : kFailed;

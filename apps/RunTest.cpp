@@ -16,6 +16,7 @@
 #include "Options.h"
 #include "OutputFile.h"
 #include "Submission.h"
+#include "TraceText.h"
 
 using namespace Varnel_Tolv_XML_Creation;
 

@@ -37,9 +37,11 @@ SubmissionOutputs runSubmission(const Options& options, const FormCollection& re
   const bool blnReport = options.blnReport || options.blnStrict || services.blnJournal;
   if (blnReport) own.report = &run.report;
   own.blnJournal = options.blnExplain || services.blnJournal;
-  static_cast<RunOutputs&>(run) =
-      runDeployment(options, request, loaded("--object-list", options.objectList, settings),
-                    loaded("--protocol-info", options.protocolInfo, settings), own);
+  const Document objParkXML = loaded("--object-list", options.objectList, settings);
+  run.blnEarlierForm = objParkXML && (objParkXML.selectSingleNode("//prtobjct/row/column") ||
+                                      objParkXML.selectSingleNode("//hdnflds/hdnfld"));
+  static_cast<RunOutputs&>(run) = runDeployment(
+      options, request, objParkXML, loaded("--protocol-info", options.protocolInfo, settings), own);
   return run;
 }
 
@@ -58,12 +60,4 @@ ExitStatus statusOf(const Options& options, const SubmissionOutputs& run) {
   const bool blnGood = verdict == Verdict::valid || verdict == Verdict::notAsked;
   const bool blnOtherwise = !blnGood || !run.report.losses.empty();
   return options.blnStrict && blnOtherwise ? kReportedOtherwise : kSucceeded;
-}
-
-void TraceText::write(std::string_view strLine) {
-  // deliberate: only the line's own end changes. A line end inside, as in a document's text,
-  // belongs to what was traced.
-  constexpr std::string_view kLineEnd = "\r\n";
-  if (strLine.ends_with(kLineEnd)) strLine.remove_suffix(kLineEnd.size());
-  strText_.append(strLine).append("\n");
 }

@@ -15,6 +15,7 @@ using Varnel_Tolv_XML_Creation::RunServices;
 /// What a run hands out, and its report as far as it was asked for.
 struct SubmissionOutputs : Varnel_Tolv_XML_Creation::RunOutputs {
   Varnel_Tolv_XML_Creation::RunReport report;
+  bool blnEarlierForm = false;  // whether the object list held rows or hidden fields of one
 };
 
 /// The body of the form that --form names, without the line end behind it; an empty form without
@@ -41,13 +42,3 @@ std::string resultOf(const Options& options, const SubmissionOutputs& run);
 /// How the program ends for this run. --strict does not let pass a check that was asked for and did
 /// not find the message valid, nor answers that were lost.
 ExitStatus statusOf(const Options& options, const SubmissionOutputs& run);
-
-/// Keeps the trace until the run is over.
-class TraceText : public Varnel_Tolv_XML_Creation::TraceSink {
- public:
-  void write(std::string_view strLine) override;
-  const std::string& text() const { return strText_; }
-
- private:
-  std::string strText_;
-};

@@ -196,7 +196,7 @@ void HostileInput::expectRefused(const Role& role, const Outcome& outcome,
                   HasSubstr("\nProccessSchemaValidationErrors: Context "
                             "=ProccessSchemaValidationErrors, strQuestionsXmlPath=" +
                             strFile + " - \n"));
-      EXPECT_THAT(outcome.strTrace, HasSubstr("\nbuildXML: XML failed validation:\r\n"));
+      EXPECT_THAT(outcome.strTrace, HasSubstr("\nbuildXML: XML failed validation:\\r\\n"));
       return;
     case Refusal::schema:
       expectNoVerdict(outcome, directory_.at(strFile), strReason);
@@ -217,7 +217,7 @@ void HostileInput::expectNoVerdict(const Outcome& outcome, const std::string& st
   EXPECT_THAT(
       outcome.strTrace.substr(lngReason, outcome.strTrace.find('\n', lngReason) - lngReason),
       HasSubstr(std::string(strReason)));
-  EXPECT_THAT(outcome.strTrace, HasSubstr("\nbuildXML: XML failed validation:\r\n"));
+  EXPECT_THAT(outcome.strTrace, HasSubstr("\nbuildXML: XML failed validation:\\r\\n"));
   EXPECT_THAT(outcome.strTrace, Not(HasSubstr("End ValidateXMLAgainstSchema")));
 }
 

@@ -114,11 +114,65 @@ TEST_F(Outputs, HoldTheTraceWithPlainLineEnds) {
             ": BuildXml - strSchemaUri =\n");
 }
 
-TEST_F(Outputs, KeepTheLineEndsInsideATracedText) {
+TEST_F(Outputs, EscapeTheLineEndsInsideATracedText) {
   EXPECT_EQ(buildForm({"--trace", "trace.txt"}).status, 0);
   EXPECT_THAT(read("trace.txt"),
-              HasSubstr(": BuildXml - objParkXMl = <?xml version=\"1.0\"?>\r\n<prtobjcts>"));
-  EXPECT_THAT(read("trace.txt"), HasSubstr("</prtobjcts>\r\n\nbuildXML: Set objAck = "));
+              HasSubstr(": BuildXml - objParkXMl = <?xml version=\"1.0\"?>\\r\\n<prtobjcts>"));
+  EXPECT_THAT(read("trace.txt"), HasSubstr("</prtobjcts>\\r\\n\nbuildXML: Set objAck = "));
+}
+
+TEST_F(Outputs, LetNoAnswerForgeATraceLine) {
+  write("objects.xml",
+        "<prtobjcts><prtobjct id='a&#10;buildXML: forged&#13;&#9;&#x85;&#x2028;\xC3\xA9\\' "
+        "objecttype='field'/></prtobjcts>");
+  for (const char* trace : {"trace.txt", "-"}) {
+    const ProgramRun run =
+        build({"--object-list", "objects.xml", "--trace", trace, "--template", "T\x1b\x7f"});
+    const std::string strTrace = *trace == '-' ? run.err : read(trace);
+    EXPECT_THAT(strTrace,
+                HasSubstr("id=\"a&#10;buildXML: forged&#13;&#9;\\u0085\\u2028\xC3\xA9\\\""));
+    EXPECT_THAT(strTrace, HasSubstr(": BuildXml - strTemplateXML =T\\x1b\\x7f\n"));
+  }
+  write("objects.xml", "<prtobjcts><t>x\nbuildXML: forged\r\ty</t></prtobjcts>");
+  build({"--object-list", "objects.xml", "--trace", "trace.txt"});
+  EXPECT_THAT(read("trace.txt"), HasSubstr("<t>x\\nbuildXML: forged\\n\\ty</t>"));
+}
+
+TEST_F(Outputs, HoldNothingThatCouldNotBeOpenedAgain) {
+  const std::string strBefore = read("objects.xml");
+  write("form.txt", "name=" + std::string(std::size_t{12} << 20, '"'));
+  const ProgramRun run = buildForm({"--object-list", "objects.xml", "--park-out", "objects.xml"});
+  EXPECT_TRUE(
+      CouldNotRun(run, "--park-out objects.xml: The document is larger than 67108864 bytes."));
+  EXPECT_EQ(read("objects.xml"), strBefore);
+}
+
+TEST_F(Outputs, WarnOfAnObjectListThatHoldsAnEarlierForm) {
+  const std::string strWarning =
+      "varnel-xml: warning: --object-list list.xml: it holds rows or hidden fields of an earlier "
+      "form, so answers can be lost; pass the object list that the form's page has\n";
+  const struct {
+    const char *says, *objects;
+    bool blnWarned;
+  } cases[] = {
+      {"as the page has it",
+       "<prtobjct id='t' objecttype='table' type='dynatable' dynamic='false'><column id='c'/>"
+       "</prtobjct><prtobjct id='g' objecttype='table' type='table' dynamic='false'><column "
+       "id='c'/>"
+       "<row id='1'/></prtobjct><hdnflds/>",
+       false},
+      {"a parked row",
+       "<prtobjct id='t' objecttype='table' type='dynatable' dynamic='false'><row id='1'>"
+       "<column id='c' value='v'/></row></prtobjct><hdnflds/>",
+       true},
+      {"a parked hidden field", "<hdnflds><hdnfld id='h' value=''/></hdnflds>", true},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    write("list.xml", "<?xml version='1.0'?><prtobjcts>" + std::string(c.objects) + "</prtobjcts>");
+    EXPECT_EQ(buildForm({"--object-list", "list.xml"}).err, c.blnWarned ? strWarning : "");
+    EXPECT_EQ(buildDeployment({"--object-list", "list.xml"}).err, "") << "nothing is posted";
+  }
 }
 
 TEST_F(Outputs, SendTheTraceToStandardError) {

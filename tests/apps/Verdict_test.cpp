@@ -78,7 +78,7 @@ class Verdict : public ProgramTest {
     EXPECT_TRUE(exists("send.xml"));
     EXPECT_TRUE(traceTells("buildXML: Validating against schema\n"));
     EXPECT_TRUE(traceTells("\nValidateXMLAgainstSchema: " + strReason)) << strReason;
-    EXPECT_TRUE(traceTells("\nbuildXML: XML failed validation:\r\n"));
+    EXPECT_TRUE(traceTells("\nbuildXML: XML failed validation:\\r\\n"));
   }
 };
 

@@ -1,6 +1,5 @@
 #include "platform/xpath/SelectionNamespaces.h"
 
-#include <algorithm>
 #include <string>
 #include <string_view>
 
@@ -12,6 +11,9 @@ namespace Varnel_Tolv_XML_Creation {
 namespace {
 
 constexpr std::string_view kXmlUri = "http://www.w3.org/XML/1998/namespace";
+
+// Of fewer each is looked at.
+constexpr std::size_t kMany = 16;
 
 [[noreturn]] void refuse(std::string_view strWhy) {
   throw RuntimeError(kXmlFailure,
@@ -93,20 +95,32 @@ SelectionNamespaces::SelectionNamespaces(std::string_view strDeclarations)
     if (strPrefix == "xmlns") refuse("the prefix xmlns is reserved");
     if (strPrefix == "xml" && strUri != kXmlUri) refuse("the prefix xml is reserved");
 
-    const auto earlier = std::find_if(declarations_.begin(), declarations_.end(),
-                                      [&](const auto& pair) { return pair.first == strPrefix; });
-    if (earlier == declarations_.end()) {
-      declarations_.emplace_back(strPrefix, strUri);
-    } else {
-      earlier->second = strUri;
+    if (const std::string* earlier = find(strPrefix)) {
+      *const_cast<std::string*>(earlier) = strUri;
+      continue;
+    }
+    declarations_.emplace_back(strPrefix, strUri);
+    if (declarations_.size() < kMany) continue;
+    // From here on all of them are found by their prefixes.
+    for (std::size_t at = places_.size(); at < declarations_.size(); ++at) {
+      places_.emplace(declarations_[at].first, at);
     }
   }
 }
 
-std::optional<std::string_view> SelectionNamespaces::uri(std::string_view strPrefix) const {
-  for (const auto& [strDeclared, strUri] : declarations_) {
-    if (strDeclared == strPrefix) return strUri;
+const std::string* SelectionNamespaces::find(std::string_view strPrefix) const {
+  if (places_.empty()) {
+    for (const auto& [strDeclared, strUri] : declarations_) {
+      if (strDeclared == strPrefix) return &strUri;
+    }
+    return nullptr;
   }
+  const auto place = places_.find(strPrefix);
+  return place == places_.end() ? nullptr : &declarations_[place->second].second;
+}
+
+std::optional<std::string_view> SelectionNamespaces::uri(std::string_view strPrefix) const {
+  if (const std::string* strUri = find(strPrefix)) return *strUri;
   if (strPrefix == "xml") return kXmlUri;
   return std::nullopt;
 }

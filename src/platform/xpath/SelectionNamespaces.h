@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstddef>
+#include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -28,7 +31,10 @@ class SelectionNamespaces {
 
  private:
   std::string strText_;
+  const std::string* find(std::string_view strPrefix) const;
+
   std::vector<std::pair<std::string, std::string>> declarations_;  // prefix, URI
+  std::map<std::string, std::size_t, std::less<>> places_;  // of many by their prefixes, else empty
 };
 
 }  // namespace Varnel_Tolv_XML_Creation

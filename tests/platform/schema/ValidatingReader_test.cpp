@@ -47,6 +47,28 @@ std::string repeated(std::string_view strText, int lngTimes) {
   return strAll;
 }
 
+TEST(ValidatingReader, HasTheLimitsOfADocument) {
+  const auto withNames = [](int lngNames) {
+    std::string strText = "<r>";
+    for (int at = 0; at < lngNames; ++at) strText += "<n" + std::to_string(at) + "/>";
+    return strText + "</r>";
+  };
+  EXPECT_FALSE(readPlain(withNames(65'000)).error);
+  const Outcome names = readPlain(withNames(66'000));
+  ASSERT_TRUE(names.error);
+  EXPECT_EQ(names.error->description(), "The document has more than 65536 different names.");
+
+  const auto withAttributes = [](int lngAttributes) {
+    std::string strText = "<r xmlns:p='u'";
+    for (int at = 1; at < lngAttributes; ++at) strText += " a" + std::to_string(at) + "=''";
+    return strText + "/>";
+  };
+  EXPECT_FALSE(readPlain(withAttributes(512)).error);
+  const Outcome attributes = readPlain(withAttributes(513));
+  ASSERT_TRUE(attributes.error);
+  EXPECT_EQ(attributes.error->description(), "An element has more than 512 attributes.");
+}
+
 TEST(ValidatingReader, HandsOutElementsWithTheirNamesAndAttributes) {
   class Attributes : public Recorder {
    public:

@@ -46,6 +46,22 @@ TEST(SelectionNamespaces, KeepOneDeclarationPerPrefix) {
   EXPECT_EQ(namespaces.declarations()[1], (std::pair<std::string, std::string>("b", "3")));
 }
 
+TEST(SelectionNamespaces, FindEachOfManyPrefixes) {
+  for (const int lngCount : {15, 16, 17, 100, 1000}) {
+    std::string strList;
+    for (int at = 0; at < lngCount; ++at) {
+      strList += " xmlns:p" + std::to_string(at) + "='" + std::to_string(at) + "'";
+    }
+    const SelectionNamespaces namespaces(strList + " xmlns:p3='other'");
+    ASSERT_EQ(namespaces.declarations().size(), static_cast<std::size_t>(lngCount));
+    for (int at = 0; at < lngCount; ++at) {
+      EXPECT_EQ(namespaces.uri("p" + std::to_string(at)), at == 3 ? "other" : std::to_string(at));
+    }
+    EXPECT_EQ(namespaces.uri("p"), std::nullopt);
+    EXPECT_TRUE(namespaces.uri("xml"));
+  }
+}
+
 TEST(SelectionNamespaces, TakeAPrefixWithLettersBeyondAscii) {
   EXPECT_EQ(SelectionNamespaces("xmlns:r\xc3\xa4knad='urn:r'").uri("r\xc3\xa4knad"), "urn:r");
 }

@@ -2,6 +2,7 @@
 
 #include <stdlib.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -9,6 +10,7 @@
 
 #include "Check.h"
 #include "interface/BuildXML.h"
+#include "platform/xml/FileCache.h"
 
 namespace Varnel_Tolv_XML_Creation::fuzz {
 
@@ -44,36 +46,59 @@ Parts readExample() {
   return parts;
 }
 
-/// A copy of the example that runs can write to.
-class Copy {
+/// Two copies of the example, in memory where the system has such a place. The first is never
+/// written to, so that a cache keeps what was made of it; the other holds what a run changes.
+class Copies {
  public:
-  Copy() {
-    std::string strName = (fs::temp_directory_path() / "fuzz-XXXXXX").string();
+  Copies() {
+    const fs::path memory = "/dev/shm";
+    std::string strName =
+        ((fs::is_directory(memory) ? memory : fs::temp_directory_path()) / "fuzz-XXXXXX").string();
     require(mkdtemp(strName.data()), "a directory can be made");
     root_ = strName;
-    fs::create_directory(root_ / "pages");
-    put(exampleParts());
+    for (const char* copy : {kExample, kChanged}) {
+      fs::create_directories(root_ / copy / "pages");
+      for (const auto& [strFile, strText] : exampleParts()) {
+        if (isFile(strFile)) write(root_ / copy / strFile, strText);
+      }
+    }
   }
-  ~Copy() {
+  ~Copies() {
     std::error_code ignored;
     fs::remove_all(root_, ignored);
   }
-  Copy(const Copy&) = delete;
-  Copy& operator=(const Copy&) = delete;
+  Copies(const Copies&) = delete;
+  Copies& operator=(const Copies&) = delete;
 
-  void put(const Parts& parts) const {
-    for (const auto& [strName, strText] : parts) {
-      if (isFile(strName)) write(root_ / strName, strText);
+  void put(const Parts& replaced) const {
+    for (const auto& [strName, strText] : replaced) {
+      if (isFile(strName)) write(root_ / kChanged / strName, strText);
     }
   }
   void restore(const Parts& replaced) const {
     for (const auto& [strName, strText] : replaced) {
-      if (isFile(strName)) write(root_ / strName, exampleParts().at(strName));
+      if (isFile(strName)) write(root_ / kChanged / strName, exampleParts().at(strName));
     }
   }
-  std::string at(const char* strName) const { return (root_ / strName).string(); }
+
+  /// The file that a run reads which changes these.
+  std::string at(const char* strName, const Parts& replaced) const {
+    return (root_ / (replaced.contains(strName) ? kChanged : kExample) / strName).string();
+  }
+
+  /// The directory of the pages from which it finds the schema: what that includes stands around
+  /// it.
+  std::string pages(const Parts& replaced) const {
+    const bool blnChanged = std::any_of(replaced.begin(), replaced.end(), [](const auto& part) {
+      return part.first.ends_with(".xsd") || part.first == "schema-url";
+    });
+    return (root_ / (blnChanged ? kChanged : kExample) / "pages").string();
+  }
 
  private:
+  static constexpr const char* kExample = "example";
+  static constexpr const char* kChanged = "changed";
+
   static bool isFile(const std::string& strName) {
     return strName.find('.') != std::string::npos && exampleParts().contains(strName);
   }
@@ -115,15 +140,17 @@ const Parts& exampleParts() {
 }
 
 void runExample(const Parts& replaced) {
-  static const Copy copy;
-  copy.put(replaced);
+  static const Copies copies;
+  static FileCache cache;
+  copies.put(replaced);
+  const auto file = [&](const char* strName) { return copies.at(strName, replaced); };
   const auto part = [&](const char* strName) -> std::string_view {
     const auto found = replaced.find(strName);
     return found == replaced.end() ? exampleParts().at(strName) : found->second;
   };
 
   const FormCollection form(part("form"));
-  const PageServer server(copy.at("pages"));
+  const PageServer server(copies.pages(replaced));
   const ObjectContext context{.request = &form, .server = &server};
   const FixedClock clock(DateTime{2025, 10, 14, 12, 5, 0});
   Discard trace;
@@ -131,22 +158,25 @@ void runExample(const Parts& replaced) {
   host.objectContext = &context;
   host.clock = &clock;
   host.traceSink = &trace;
+  host.cache = &cache;
   host.dateOrder = dateOrder(line(part("date-order")));
 
-  Document objParkXML = Document::create();
-  if (!objParkXML.load(copy.at("object-list.xml"))) objParkXML = Document();
-  Document objProtocol = Document::create();
-  objProtocol.load(copy.at("protocol-info.xml"));
+  DocumentSettings settings;
+  settings.cache = &cache;
+  Document objParkXML = Document::create(settings);
+  if (!objParkXML.load(file("object-list.xml"))) objParkXML = Document();
+  Document objProtocol = Document::create(settings);
+  objProtocol.load(file("protocol-info.xml"));
   Document objSendXML;
   ValidationUserErrors colUserErrors;
   ValidationIntErrors colIntErrors;
   BuildXML objBuild(host);
   const Acknowledge objAck = objBuild.buildXML(
-      copy.at("template.xml"), copy.at("object-mapper.xml"), copy.at("schema-types.xml"),
-      copy.at("hidden-fields.xml"), copy.at("namespaces.xml"), copy.at("questions.xml"),
-      copy.at("reference.xml"), true, true, objParkXML, objSendXML, objProtocol.documentElement(),
+      file("template.xml"), file("object-mapper.xml"), file("schema-types.xml"),
+      file("hidden-fields.xml"), file("namespaces.xml"), file("questions.xml"),
+      file("reference.xml"), true, true, objParkXML, objSendXML, objProtocol.documentElement(),
       colUserErrors, colIntErrors, line(part("schema-url")), line(part("schema-uri")));
-  copy.restore(replaced);
+  copies.restore(replaced);
 
   require(objAck.Success() == (objAck.ErrorCode() == 0), "success and code agree");
   require(!objAck.Success() || objSendXML, "a successful submission has a message");

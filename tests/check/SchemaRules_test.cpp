@@ -186,10 +186,19 @@ std::vector<std::string> found(const SmallDeployment& deployment) {
   return lines;
 }
 
-/// One mistake, made by one replacement, and what these rules find: severity, code, file, then the
-/// text on whose line it is told (where the mistake was made, when it is empty), then the object.
-void expectBesideSchema(const std::vector<Mistake>& mistakes) {
-  for (const Mistake& mistake : mistakes) {
+/// One mistake, made by one replacement, and what these rules find of it; nothing where it is only
+/// the neighbour of a mistake.
+struct SchemaMistake {
+  const char* says;
+  const char* file;
+  const char* find;
+  const char* replacement;
+  std::vector<Expected> findings;
+};
+
+/// Expects of each mistake in turn, beside the schema, exactly its findings by these rules.
+void expectBesideSchema(const std::vector<SchemaMistake>& mistakes) {
+  for (const SchemaMistake& mistake : mistakes) {
     SCOPED_TRACE(mistake.says);
     SmallDeployment deployment;
     addSchema(deployment);
@@ -414,6 +423,21 @@ TEST(SchemaRules, FindPathsThatTheSchemaDoesNotHave) {
        "<node>m:contact</node>",
        {{kError, "no-text-there", "object-mapper.xml", "", "urgent"}}},
   });
+}
+
+TEST(SchemaRules, FindARootThatIsNoElementOfTheSchema) {
+  SmallDeployment deployment;
+  addSchema(deployment);
+  deployment.replace("main.xsd", "<xs:element name=\"report\">", "<xs:element name=\"reports\">");
+  const std::vector<std::string> lines = found(deployment);
+  const std::string strTold = summary({.severity = kError,
+                                       .code = "root-undeclared",
+                                       .file = "template.xml",
+                                       .line = 2,
+                                       .object = {},
+                                       .message = {},
+                                       .hint = {}});
+  EXPECT_EQ(std::ranges::count(lines, strTold), 1) << strTold;
 }
 
 TEST(SchemaRules, FindElementsInTheWrongPlace) {

@@ -250,10 +250,10 @@ TEST(RunVerdict, IsNotCheckedWhenTheReaderFails) {
 TEST(RunVerdict, IsNotCheckedWhenAPatternGivesUp) {
   ReportStory story(std::string(3, 'a'));
   story.changeSchema("<xs:maxLength value=\"3\"/>",
-                     "<xs:pattern value=\"(((a{0,90}){0,90}){0,90}b|a*)\"/>");
+                     "<xs:pattern value=\"((a{1,1000}){1,1000}){1,1000}\"/>");
   EXPECT_TRUE(Succeeded(story.run()));
   EXPECT_EQ(story.report.verdict, Verdict::notChecked);
-  EXPECT_THAT(story.report.reason, HasSubstr("pattern"));
+  EXPECT_THAT(story.report.reason, HasSubstr("takes too much memory"));
 }
 
 TEST(RunVerdict, IsNotCheckedWhenTheMarksStayInTheMessage) {

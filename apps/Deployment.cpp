@@ -1,7 +1,9 @@
 #include "Deployment.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <nlohmann/json.hpp>
+#include <string_view>
 
 #include "CannotRun.h"
 #include "Files.h"
@@ -22,28 +24,39 @@ OptionValues valuesOf(const char* option, const std::string& strJson, const std:
   }
 }
 
-/// Takes the flags that only a submission may have out of its JSON. What is no object, or no JSON
-/// at all, stays for `deploymentValues` to refuse.
-OptionValues takeFlags(std::string& strJson, const std::string& strFile) {
-  OptionValues flags;
+/// Whether an option is one that a submission may have and a deployment may not: what its result
+/// tells.
+bool isOfSubmission(const OptionRow& row) {
+  if ((row.commands & kBuild) == 0) return false;
+  if (row.kind == OptionKind::commandLineFlag) return true;
+  const auto isKey = [&](const DeploymentKey& key) {
+    return std::string_view(key.name) == row.name;
+  };
+  return row.kind == OptionKind::text && std::ranges::none_of(deploymentKeys(), isKey);
+}
+
+/// Takes those options out of the JSON of a submission. What is no object, or no JSON at all, stays
+/// for `deploymentValues` to refuse.
+OptionValues takeOptions(std::string& strJson, const std::string& strFile) {
+  OptionValues taken;
   nlohmann::json options = nlohmann::json::parse(strJson, nullptr, false);
-  if (!options.is_object()) return flags;
+  if (!options.is_object()) return taken;
   for (auto each = options.begin(); each != options.end();) {
     const OptionRow* const row = findOption(each.key());
-    const bool blnFlag =
-        row != nullptr && row->kind == OptionKind::commandLineFlag && (row->commands & kBuild) != 0;
-    if (!blnFlag) {
+    if (row == nullptr || !isOfSubmission(*row)) {
       ++each;
       continue;
     }
-    if (!each->is_boolean()) {
-      throw CannotRun(strFile + ": \"" + each.key() + "\" is no Boolean");
+    const bool blnFlag = row->kind == OptionKind::commandLineFlag;
+    if (blnFlag ? !each->is_boolean() : !each->is_string()) {
+      throw CannotRun(strFile + ": \"" + each.key() +
+                      (blnFlag ? "\" is no Boolean" : "\" is no text"));
     }
-    flags[each.key()] = each->get<bool>() ? "true" : "false";
+    taken[each.key()] = blnFlag ? (each->get<bool>() ? "true" : "false") : each->get<std::string>();
     each = options.erase(each);
   }
-  if (!flags.empty()) strJson = options.dump();
-  return flags;
+  if (!taken.empty()) strJson = options.dump();
+  return taken;
 }
 
 }  // namespace
@@ -60,8 +73,8 @@ OptionValues readDeployment(const std::string& strDirectory) {
 OptionValues readSubmission(const std::string& strDirectory) {
   const std::string strFile = (std::filesystem::path(strDirectory) / "submission.json").string();
   std::string strJson = readFile("", strFile);
-  OptionValues flags = takeFlags(strJson, strFile);
+  OptionValues taken = takeOptions(strJson, strFile);
   OptionValues values = valuesOf("", strJson, strFile, "deployment");
-  values.merge(flags);
+  values.merge(taken);
   return values;
 }

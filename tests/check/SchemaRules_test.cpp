@@ -425,6 +425,30 @@ TEST(SchemaRules, FindPathsThatTheSchemaDoesNotHave) {
   });
 }
 
+TEST(SchemaRules, FindThatNoSchemaIsNamedForTheCheckThatIsAskedFor) {
+  SmallDeployment deployment;
+  addSchema(deployment);
+  deployment.files.strSchemaUrl.clear();
+  EXPECT_EQ(found(deployment), std::vector<std::string>{});
+  deployment.files.blnValidateAgainstSchema = true;
+  const std::vector<std::string> lines = found(deployment);
+  ASSERT_EQ(lines.size(), 1U);
+  EXPECT_NE(lines.front().find("no-schema"), std::string::npos) << lines.front();
+}
+
+TEST(SchemaRules, SayWhatIsTooLargeToBeLookedAt) {
+  SmallDeployment deployment;
+  addSchema(deployment);
+  std::string strTemplate = "<m:report xmlns:m=\"urn:example:m\">";
+  for (int number = 0; number < 50'000; ++number) strTemplate += "<m:head/>";
+  deployment.write("template.xml", strTemplate + "</m:report>");
+  const std::vector<std::string> lines = found(deployment);
+  const std::string kCode = "not-checked";
+  EXPECT_TRUE(std::ranges::any_of(lines, [&](const std::string& strLine) {
+    return strLine.starts_with("note ") && strLine.find(kCode) != std::string::npos;
+  }));
+}
+
 TEST(SchemaRules, FindARootThatIsNoElementOfTheSchema) {
   SmallDeployment deployment;
   addSchema(deployment);

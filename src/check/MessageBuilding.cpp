@@ -182,6 +182,8 @@ std::size_t MessageBuilding::makePath(std::size_t lngParent, std::string_view st
     noteUnfollowed(strNodePath);
     return 0;
   }
+  // Which of the parents that fit gets it, a run decides.
+  if (blnConditional) noteUnfollowed(strNodePath);
   for (std::size_t at = 0; at < steps->size(); ++at) {
     const PathStep& step = (*steps)[at];
     const bool blnLast = at + 1 == steps->size();

@@ -1,26 +1,11 @@
 #include "ExplainText.h"
 
-#include <algorithm>
-
 #include "LossWords.h"
+#include "OneLine.h"
 
 using namespace Varnel_Tolv_XML_Creation;
 
 namespace {
-
-/// On one line, and without what a terminal would obey.
-std::string oneLine(const std::string& strText) {
-  std::string strLine;
-  for (const char letter : strText) {
-    const auto byte = static_cast<unsigned char>(letter);
-    if (letter == '\n') {
-      strLine += " / ";
-    } else if (byte >= ' ' && byte != 0x7F) {
-      strLine += letter;
-    }
-  }
-  return strLine;
-}
 
 std::string name(const ExplainedAnswer& answer) {
   std::string strName = answer.strQuestionId;

@@ -6,6 +6,7 @@
 #include "RunBuild.h"
 #include "RunCheck.h"
 #include "RunExplain.h"
+#include "RunProve.h"
 #include "RunTest.h"
 
 namespace {
@@ -15,6 +16,8 @@ constexpr auto kCommands = std::to_array<Command>({
     {kCheck, "check", "Proves a deployment consistent.", nullptr, runCheck},
     {kExplain, "explain", "Tells where every answer of a submission went, and why not.", nullptr,
      runExplain},
+    {kProve, "prove", "Proves that the errors of a message lead back to the answers.", nullptr,
+     runProve},
     {kTest, "test", "Runs submissions, each a folder with what is expected of it.", "DIR", runTest},
     {kBatch, "batch", "Runs the submissions of standard input, one JSON object a line.", nullptr,
      runBatch},

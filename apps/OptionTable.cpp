@@ -11,8 +11,8 @@ constexpr const char* kOutputs = "What is written";
 constexpr const char* kExpected = "What is expected";
 
 // The sub-commands that take a deployment, and those of them that take a form.
-constexpr unsigned kEach = kBuild | kCheck | kBatch | kExplain;
-constexpr unsigned kOneForm = kBuild | kExplain;
+constexpr unsigned kEach = kBuild | kCheck | kBatch | kExplain | kProve;
+constexpr unsigned kOneForm = kBuild | kExplain | kProve;
 constexpr unsigned kRuns = kBuild | kBatch;  // and tell what came out
 
 constexpr auto kOptions = std::to_array<OptionRow>({
@@ -61,7 +61,8 @@ constexpr auto kOptions = std::to_array<OptionRow>({
     {"result", OptionKind::commandLineOnly, "FILE", kOutputs,
      "the result as JSON (default: standard output)", kBuild},
     {"format", OptionKind::commandLineOnly, "text|json|html", kOutputs,
-     "how it is written (default: text); findings are not written as html", kCheck | kExplain},
+     "how it is written (default: text); findings are not written as html",
+     kCheck | kExplain | kProve},
     {"trace", OptionKind::commandLineOnly, "FILE", kOutputs,
      "every trace line; it holds personal data, all that people answered; control characters and "
      "line ends inside a line are written as \\n, \\r, \\x1b; - is standard error",

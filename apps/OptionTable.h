@@ -16,6 +16,7 @@ enum CommandId : unsigned {
   kBatch = 4,
   kTest = 8,
   kExplain = 16,
+  kProve = 32,
 };
 
 enum class OptionKind {

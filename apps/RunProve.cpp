@@ -1,0 +1,19 @@
+#include "RunProve.h"
+
+#include <utility>
+
+#include "Files.h"
+#include "Options.h"
+#include "Proof.h"
+#include "ProofText.h"
+#include "ProofView.h"
+#include "ReportPage.h"
+
+ExitStatus runProve(OptionValues values, const std::vector<std::string>& /*operands*/) {
+  const std::string strFormat = reportFormat(values);
+  const Proof proof = prove(readOptions(std::move(values)));
+  writeStandardOutput(strFormat == "json"   ? proofJson(proof)
+                      : strFormat == "html" ? reportPage("prove.xsl", proofView(proof))
+                                            : proofText(proof));
+  return isComplete(proof) ? kSucceeded : kFailed;
+}

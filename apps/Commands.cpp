@@ -5,6 +5,7 @@
 #include "RunBatch.h"
 #include "RunBuild.h"
 #include "RunCheck.h"
+#include "RunDocument.h"
 #include "RunExplain.h"
 #include "RunProve.h"
 #include "RunTest.h"
@@ -18,6 +19,7 @@ constexpr auto kCommands = std::to_array<Command>({
      runExplain},
     {kProve, "prove", "Proves that the errors of a message lead back to the answers.", nullptr,
      runProve},
+    {kDocument, "document", "Writes the data dictionary of a form.", nullptr, runDocument},
     {kTest, "test", "Runs submissions, each a folder with what is expected of it.", "DIR", runTest},
     {kBatch, "batch", "Runs the submissions of standard input, one JSON object a line.", nullptr,
      runBatch},

@@ -11,7 +11,7 @@ constexpr const char* kOutputs = "What is written";
 constexpr const char* kExpected = "What is expected";
 
 // The sub-commands that take a deployment, and those of them that take a form.
-constexpr unsigned kEach = kBuild | kCheck | kBatch | kExplain | kProve;
+constexpr unsigned kEach = kBuild | kCheck | kBatch | kExplain | kProve | kDocument;
 constexpr unsigned kOneForm = kBuild | kExplain | kProve;
 constexpr unsigned kRuns = kBuild | kBatch;  // and tell what came out
 
@@ -60,9 +60,11 @@ constexpr auto kOptions = std::to_array<OptionRow>({
      "the message, when the run made one", kBuild},
     {"result", OptionKind::commandLineOnly, "FILE", kOutputs,
      "the result as JSON (default: standard output)", kBuild},
-    {"format", OptionKind::commandLineOnly, "text|json|html", kOutputs,
-     "how it is written (default: text); findings are not written as html",
-     kCheck | kExplain | kProve},
+    {"format", OptionKind::commandLineOnly, "text|json|html|markdown", kOutputs,
+     "how it is written: findings as text or json; an explanation or a proof as text, json or "
+     "html; a "
+     "data dictionary as html or markdown (default: the first of them)",
+     kCheck | kExplain | kProve | kDocument},
     {"trace", OptionKind::commandLineOnly, "FILE", kOutputs,
      "every trace line; it holds personal data, all that people answered; control characters and "
      "line ends inside a line are written as \\n, \\r, \\x1b; - is standard error",

@@ -17,6 +17,7 @@ enum CommandId : unsigned {
   kTest = 8,
   kExplain = 16,
   kProve = 32,
+  kDocument = 64,
 };
 
 enum class OptionKind {

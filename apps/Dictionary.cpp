@@ -1,0 +1,319 @@
+#include "Dictionary.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <utility>
+
+#include "CannotRun.h"
+#include "MappingEntries.h"
+#include "SchemaPaths.h"
+#include "SchemaTypes.h"
+#include "Submission.h"
+
+using namespace Varnel_Tolv_XML_Creation;
+
+namespace {
+
+constexpr std::size_t kMostEntries = 10'000;
+constexpr std::size_t kMostPlaces = 20;  // of one entry
+constexpr std::size_t kMostRules = 20;
+constexpr std::size_t kListedRows = 30;
+
+std::string attribute(const Node& objElement, std::string_view strName) {
+  return shortened(objElement.getAttribute(strName).value_or(""));
+}
+
+Document fileOf(const char* option, const std::string& strFile, bool blnNeeded) {
+  if (!strFile.empty()) return loaded(option, strFile);
+  if (blnNeeded) throw CannotRun(std::string(option) + ": a data dictionary needs one");
+  return {};
+}
+
+std::optional<SchemaModel> schemaOf(const Options& options) {
+  if (options.strSchemaUrl.empty()) return std::nullopt;
+  const std::filesystem::path page(options.pageDirectory.empty() ? "." : options.pageDirectory);
+  const std::string strPath = (page / ".." / options.strSchemaUrl).lexically_normal().string();
+  SchemaModel schema = SchemaModel::read(strPath, options.strSchemaCatalog);
+  if (schema.usable()) return schema;
+  std::string strReason = "it cannot be used";
+  for (const SchemaProblem& problem : schema.problems()) {
+    if (problem.kind != SchemaProblem::Kind::refused) continue;
+    strReason = problem.strReason;
+    break;
+  }
+  throw CannotRun("--schema-url " + strPath + ": " + shortened(strReason));
+}
+
+std::string kindOfField(const Node& objObject) {
+  const std::string strType = attribute(objObject, "type");
+  if (lowerCase(strType) != "check") return strType;
+  const std::string strTicked = attribute(objObject, "checkedvalue");
+  return "check box; ticked it is \xE2\x80\x9C" + (strTicked.empty() ? "true" : strTicked) +
+         "\xE2\x80\x9D";
+}
+
+class DictionaryMaker {
+ public:
+  explicit DictionaryMaker(const Options& options)
+      : objObjectList_(fileOf("--object-list", options.objectList.value_or(""), true)),
+        objMapper_(fileOf("--object-mapper", options.strMsgObjectXML, true)),
+        objHiddenFields_(fileOf("--hidden-fields", options.strHiddenFieldXML, false)),
+        paths_(schemaOf(options), fileOf("--namespaces", options.strNamespaceXML, false)),
+        types_(fileOf("--schema-types", options.strSchemaTypeMapperXML, false)),
+        mapping_(objMapper_, paths_, types_),
+        strMapperName_(std::filesystem::path(options.strMsgObjectXML).filename().string()) {
+    dictionary_.blnSchema = paths_.hasSchema();
+    const std::filesystem::path folder =
+        std::filesystem::path(options.deploymentDirectory).lexically_normal();
+    dictionary_.strForm =
+        shortened((folder.has_filename() ? folder : folder.parent_path()).filename().string());
+  }
+
+  Dictionary make() {
+    const std::optional<NodeList> colObjects =
+        objObjectList_.documentElement().getElementsByTagName("prtobjct");
+    const std::optional<NodeList> colHidden =
+        objHiddenFields_ ? objHiddenFields_.selectNodes("//hiddenfield[@toschema='true']")
+                         : std::nullopt;
+    if (colObjects) {
+      for (const Node& objObject : *colObjects) noteOthers(entryOf(objObject));
+    }
+    if (colHidden) {
+      for (const Node& objField : *colHidden) {
+        noteOthers(mapping_.field(lowerCase(objField.getAttribute("output").value_or(""))));
+      }
+    }
+    if (colObjects) {
+      for (const Node& objObject : *colObjects) {
+        isTable(objObject) ? addTable(objObject) : addField(objObject);
+      }
+    }
+    if (colHidden) {
+      for (const Node& objField : *colHidden) addHiddenField(objField);
+    }
+    return std::move(dictionary_);
+  }
+
+ private:
+  /// A value that another object's entry takes along.
+  struct Along {
+    MessagePlace place;
+    const MappingEntry* by;
+  };
+
+  static bool isTable(const Node& objObject) {
+    return lowerCase(attribute(objObject, "objecttype")) == "table";
+  }
+
+  const MappingEntry* entryOf(const Node& objObject) const {
+    const std::string strId = lowerCase(objObject.getAttribute("id").value_or(""));
+    const std::string strGroup = objObject.getAttribute("group").value_or("");
+    const bool blnDynamic = booleanWord(attribute(objObject, "dynamic")).value_or(false);
+    if (isTable(objObject)) {
+      return blnDynamic ? mapping_.groupTable(strGroup) : mapping_.table(strId);
+    }
+    return blnDynamic ? mapping_.groupField(strGroup) : mapping_.field(strId);
+  }
+
+  void noteOthers(const MappingEntry* entry) {
+    if (entry == nullptr || !noted_.emplace(entry, true).second) return;
+    for (const auto& [strId, places] : entry->others) {
+      for (const MessagePlace& place : places) along_[strId].push_back({place, entry});
+    }
+  }
+
+  DictionaryEntry& add(DictionaryEntry entry) {
+    if (dictionary_.entries.size() == kMostEntries) {
+      throw CannotRun("--object-list: it has more than " + std::to_string(kMostEntries) +
+                      " questions and columns");
+    }
+    return dictionary_.entries.emplace_back(std::move(entry));
+  }
+
+  std::string sourceOf(const MappingEntry* entry) const {
+    if (entry == nullptr) return {};
+    return strMapperName_ + ':' + std::to_string(entry->lngLine);
+  }
+
+  /// The place, and what the schema says of it; limits are those of the first that has any.
+  void addPlace(const MessagePlace& place, const std::string& strHow, DictionaryEntry& entry) {
+    if (entry.places.size() == kMostPlaces) return;
+    entry.places.push_back(place.strShown + strHow);
+    const PlaceInSchema found = paths_.at(place.path);
+    if (entry.places.size() == 1 && !found.strRequired.empty()) {
+      entry.rules.insert(entry.rules.begin(), found.strRequired);
+    }
+    if (found.kind == PlaceInSchema::Kind::undeclared) {
+      entry.rules.push_back("The schema declares no " + place.strShown + '.');
+    }
+    if (entry.limits.empty() && found.limits != nullptr) {
+      entry.limits = found.limits->words;
+      entry.limits.front().insert(0, "in the message: ");
+      entry.choices = found.limits->choices;
+    }
+  }
+
+  void addRules(const std::vector<std::string>& rules, DictionaryEntry& entry) const {
+    for (const std::string& strRule : rules) {
+      if (entry.rules.size() < kMostRules) entry.rules.push_back(strRule);
+    }
+  }
+
+  void addMapped(const MappingEntry* mapping, const std::string& strId, DictionaryEntry& entry) {
+    entry.strSource = sourceOf(mapping);
+    if (mapping == nullptr) {
+      entry.rules.emplace_back("Every submission fails: the object mapper has no entry for it.");
+    } else {
+      addRules(mapping->rules, entry);
+      for (const MessagePlace& place : mapping->places) addPlace(place, "", entry);
+    }
+    const auto along = along_.find(strId);
+    if (along == along_.end()) return;
+    for (const Along& each : along->second) {
+      if (entry.places.size() == kMostPlaces) break;
+      addPlace(each.place, " (by the entry " + sourceOf(each.by) + ")", entry);
+    }
+  }
+
+  void addField(const Node& objObject) {
+    DictionaryEntry entry;
+    entry.strQuestionId = attribute(objObject, "id");
+    entry.strLabel = attribute(objObject, "letterlabel");
+    if (entry.strLabel.empty()) entry.strLabel = attribute(objObject, "fieldlabel");
+    entry.strKind = kindOfField(objObject);
+    const std::string strObjectType = attribute(objObject, "objecttype");
+    if (strObjectType != "field") {
+      entry.rules.push_back("Not sent: its objecttype is \xE2\x80\x9C" + strObjectType +
+                            "\xE2\x80\x9D.");
+    } else {
+      addMapped(entryOf(objObject), entry.strQuestionId, entry);
+    }
+    add(std::move(entry));
+  }
+
+  void addHiddenField(const Node& objField) {
+    DictionaryEntry entry;
+    entry.strQuestionId = attribute(objField, "output");
+    entry.strKind = "hidden field";
+    addMapped(mapping_.field(lowerCase(entry.strQuestionId)), entry.strQuestionId, entry);
+    add(std::move(entry));
+  }
+
+  void addTable(const Node& objObject) {
+    DictionaryEntry entry;
+    entry.strQuestionId = attribute(objObject, "id");
+    entry.strLabel = attribute(objObject, "tablelabel");
+    if (entry.strLabel.empty()) entry.strLabel = attribute(objObject, "fieldlabel");
+    const MappingEntry* const mapping = entryOf(objObject);
+    entry.strSource = sourceOf(mapping);
+    const std::string strType = lowerCase(attribute(objObject, "type"));
+    entry.strKind = strType == "dynatable" ? "table with any number of rows"
+                    : strType == "table"   ? "table with fixed rows"
+                                           : strType;
+    addRows(objObject, entry);
+    const bool blnExact = attribute(objObject, "objecttype") == "table";
+    const bool blnSent =
+        blnExact && mapping != nullptr && mapping->blnAction && mapping->blnComplete;
+    if (!blnExact) {
+      entry.rules.emplace_back("Not sent: its objecttype is not exactly table.");
+    } else if (mapping == nullptr) {
+      entry.rules.emplace_back("Every submission fails: the object mapper has no entry for it.");
+    } else if (!mapping->blnAction) {
+      entry.rules.emplace_back("Every submission fails: its entry has no action.");
+    } else if (!mapping->blnComplete) {
+      entry.rules.emplace_back("Not sent: its entry names no place.");
+    } else if (mapping->strAction == "rowinfotovalue") {
+      addPlace(mapping->target, "", entry);
+      entry.rules.emplace_back(
+          "Each row that is answered becomes one text of its labels and cells.");
+    } else {
+      addPlace(mapping->target, "", entry);
+      entry.rules.push_back("Each row that is answered becomes a structured element (\xE2\x80\x9C" +
+                            shortened(lowerCase(mapping->strAction), 100) + "\xE2\x80\x9D).");
+    }
+    const std::string strTableId = entry.strQuestionId;
+    add(std::move(entry));
+    const std::optional<NodeList> colColumns = objObject.selectNodes("column");
+    if (!colColumns) return;
+    for (const Node& objColumn : *colColumns) {
+      addColumn(strTableId, objColumn, blnSent ? mapping : nullptr);
+    }
+  }
+
+  static void addRows(const Node& objObject, DictionaryEntry& entry) {
+    std::string strRows;
+    std::size_t lngRows = 0;
+    const std::optional<NodeList> colRows = objObject.selectNodes("row");
+    if (!colRows || colRows->length() == 0) return;
+    for (const Node& objRow : *colRows) {
+      if (lngRows++ == kListedRows) break;
+      std::string strLabel = attribute(objRow, "rowlabel");
+      if (strLabel.empty()) strLabel = attribute(objRow, "id");
+      strRows += (strRows.empty() ? "" : ", ") + shortened(strLabel, 100);
+    }
+    if (colRows->length() > kListedRows) strRows += ", \xE2\x80\xA6";
+    entry.strKind += "; " + std::to_string(colRows->length()) + " rows: " + strRows;
+  }
+
+  void addColumn(const std::string& strTableId, const Node& objColumn,
+                 const MappingEntry* mapping) {
+    DictionaryEntry entry;
+    entry.strQuestionId = strTableId;
+    entry.strColumnId = attribute(objColumn, "id");
+    entry.strLabel = attribute(objColumn, "columnlabel");
+    const std::string strType = attribute(objColumn, "columntype");
+    entry.strKind = strType.empty() ? "column" : "column of type " + strType;
+    entry.strSource = sourceOf(mapping);
+    addCellRules(objColumn, entry);
+    if (mapping != nullptr && mapping->strAction == "rowinfotovalue") {
+      entry.places.push_back(mapping->target.strShown + " (in the text of its row)");
+    } else if (mapping != nullptr) {
+      addCellPlace(*mapping, entry);
+    }
+    add(std::move(entry));
+  }
+
+  static void addCellRules(const Node& objColumn, DictionaryEntry& entry) {
+    const std::string strFixed = attribute(objColumn, "autovalue");
+    if (!strFixed.empty()) {
+      entry.rules.push_back("Always \xE2\x80\x9C" + strFixed + "\xE2\x80\x9D.");
+    }
+    if (attribute(objColumn, "calculate") == "true") {
+      entry.rules.push_back("Computed: from " + attribute(objColumn, "firstcolumn") + " to " +
+                            attribute(objColumn, "secondcolumn") + ", counted in " +
+                            attribute(objColumn, "timedimabbr") + '.');
+    }
+  }
+
+  void addCellPlace(const MappingEntry& mapping, DictionaryEntry& entry) {
+    const std::string strType = lowerCase(mapping.strAction);
+    std::optional<TypePlace> place = types_.place(strType, entry.strColumnId);
+    std::string strHow;
+    if (!place) {
+      place = types_.additional(strType);
+      strHow = " (with the column's id)";
+    }
+    if (!place) {
+      entry.rules.emplace_back("Not sent: the type of its rows has no place for it.");
+      return;
+    }
+    MessagePlace whole{shortened(mapping.target.strShown + place->strPath), mapping.target.path};
+    if (whole.path) whole.path->insert(whole.path->end(), place->path.begin(), place->path.end());
+    addPlace(whole, strHow, entry);
+  }
+
+  Document objObjectList_, objMapper_, objHiddenFields_;
+  SchemaPaths paths_;
+  SchemaTypes types_;
+  MappingEntries mapping_;
+  std::string strMapperName_;
+  std::map<const MappingEntry*, bool> noted_;
+  std::map<std::string, std::vector<Along>> along_;
+  Dictionary dictionary_;
+};
+
+}  // namespace
+
+Dictionary dictionaryOf(const Options& options) { return DictionaryMaker(options).make(); }

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/schema/DeclaredElement.h"
+
+/// The values that an element may have, in words.
+struct SchemaLimits {
+  std::vector<std::string> words;    // its type first
+  std::vector<std::string> choices;  // the values of an enumeration, as far as they are listed
+};
+
+SchemaLimits schemaLimits(const Varnel_Tolv_XML_Creation::ValueRules& rules);
+
+/// `strText` in one line of at most `lngMost` bytes, with an ellipsis where it was cut.
+std::string shortened(std::string_view strText, std::size_t lngMost = 400);

@@ -1,8 +1,8 @@
 # shellcheck shell=bash
-# Run in a clean chroot with the packages, this folder and the example in /work: what each package
+# Run in a clean chroot with the packages, this folder and the example in /srv: what each package
 # brings works with what it depends on, and with nothing else.
 set -euo pipefail
-cd /work
+cd /srv
 quietly() {
   "$@" >log 2>&1 || {
     cat log >&2

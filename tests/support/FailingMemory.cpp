@@ -95,8 +95,12 @@ std::size_t memoryBlocks() {
   return lngBlocks;
 }
 
+void* newBlockOrNull(std::size_t lngBytes) noexcept {
+  return allocate(MemorySource::operatorNew, lngBytes);
+}
+
 void* newBlock(std::size_t lngBytes) {
-  void* block = allocate(MemorySource::operatorNew, lngBytes);
+  void* block = newBlockOrNull(lngBytes);
   if (!block) throw std::bad_alloc();
   return block;
 }
@@ -105,9 +109,13 @@ void deleteBlock(void* block) { release(block); }
 
 }  // namespace Varnel_Tolv_XML_Creation::test
 
-// The other forms of operator new and delete call these.
+// The other forms of operator new and delete call these; but a sanitizer brings its own form that does
+// not throw, whose blocks the operators delete below would not know.
 void* operator new(std::size_t lngBytes) {
   return Varnel_Tolv_XML_Creation::test::newBlock(lngBytes);
+}
+void* operator new(std::size_t lngBytes, const std::nothrow_t&) noexcept {
+  return Varnel_Tolv_XML_Creation::test::newBlockOrNull(lngBytes);
 }
 void operator delete(void* block) noexcept { Varnel_Tolv_XML_Creation::test::deleteBlock(block); }
 void operator delete(void* block, std::size_t) noexcept {

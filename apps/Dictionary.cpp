@@ -11,6 +11,7 @@
 #include "SchemaPaths.h"
 #include "SchemaTypes.h"
 #include "Submission.h"
+#include "platform/host/WebRequest.h"
 
 using namespace Varnel_Tolv_XML_Creation;
 
@@ -82,7 +83,7 @@ class DictionaryMaker {
     }
     if (colHidden) {
       for (const Node& objField : *colHidden) {
-        noteOthers(mapping_.field(lowerCase(objField.getAttribute("output").value_or(""))));
+        noteOthers(mapping_.field(fieldNameOf(objField.getAttribute("output").value_or(""))));
       }
     }
     if (colObjects) {
@@ -108,7 +109,7 @@ class DictionaryMaker {
   }
 
   const MappingEntry* entryOf(const Node& objObject) const {
-    const std::string strId = lowerCase(objObject.getAttribute("id").value_or(""));
+    const std::string strId = fieldNameOf(objObject.getAttribute("id").value_or(""));
     const std::string strGroup = objObject.getAttribute("group").value_or("");
     const bool blnDynamic = booleanWord(attribute(objObject, "dynamic")).value_or(false);
     if (isTable(objObject)) {
@@ -197,7 +198,7 @@ class DictionaryMaker {
     DictionaryEntry entry;
     entry.strQuestionId = attribute(objField, "output");
     entry.strKind = "hidden field";
-    addMapped(mapping_.field(lowerCase(entry.strQuestionId)), entry.strQuestionId, entry);
+    addMapped(mapping_.field(fieldNameOf(entry.strQuestionId)), entry.strQuestionId, entry);
     add(std::move(entry));
   }
 

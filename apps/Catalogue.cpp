@@ -32,32 +32,56 @@ Catalogue::Catalogue(std::string_view strJson) {
   for (const auto& [strKey, text] : texts.items()) texts_.emplace(strKey, text.get<std::string>());
 }
 
-const Catalogue& Catalogue::of(std::string_view strLanguage) {
-  static const std::map<std::string_view, Catalogue> catalogues = [] {
-    std::map<std::string_view, Catalogue> all;
+const Catalogue::Catalogues& Catalogue::all() {
+  static const Catalogues catalogues = [] {
+    Catalogues made;
     for (const CatalogueFile& file : catalogueFiles()) {
-      all.emplace(file.strLanguage, Catalogue(file.strJson));
+      made.emplace(file.strLanguage, Catalogue(file.strJson));
     }
-    return all;
+    return made;
   }();
-  const auto found = catalogues.find(strLanguage);
-  if (found != catalogues.end()) return found->second;
+  return catalogues;
+}
+
+const Catalogue* Catalogue::known(std::string_view strTag) {
+  const auto found = all().find(strTag.substr(0, strTag.find('-')));
+  return found == all().end() ? nullptr : &found->second;
+}
+
+const Catalogue& Catalogue::of(std::string_view strLanguage) {
+  const auto found = all().find(strLanguage);
+  if (found != all().end()) return found->second;
   std::string strKnown;
-  for (const auto& [strName, catalogue] : catalogues) {
+  for (const auto& [strName, catalogue] : all()) {
     strKnown.append(strKnown.empty() ? "" : ", ").append(strName);
   }
   throw CannotRun("--language: \"" + std::string(strLanguage) + "\" is none of " + strKnown);
 }
 
 std::string Catalogue::filled(const std::string& strKey, const Values& values) const {
-  const std::string& strText = texts_.at(strKey);
+  return filledText(texts_.at(strKey), values);
+}
+
+/// Begins with a capital, as far as the text's own first letter is an ASCII one.
+std::string Catalogue::filledAtPlace(const std::string& strKey, const Values& values) const {
+  constexpr std::string_view kPlace = "{place}: ";
+  std::string_view strText = texts_.at(strKey);
+  if (!strText.starts_with(kPlace)) return filledText(strText, values);
+  strText.remove_prefix(kPlace.size());
+  std::string strFilled = filledText(strText, values);
+  const bool blnOwn = strText.front() >= 'a' && strText.front() <= 'z';
+  if (blnOwn) strFilled.front() = static_cast<char>(strFilled.front() - 'a' + 'A');
+  return strFilled;
+}
+
+std::string Catalogue::filledText(std::string_view strText, const Values& values) const {
   std::string strFilled;
   for (std::size_t at = 0; at < strText.size();) {
     const std::size_t lngOpen = std::min(strText.find('{', at), strText.size());
     strFilled.append(strText, at, lngOpen - at);
     if (lngOpen == strText.size()) break;
     const std::size_t lngClose = strText.find('}', lngOpen);
-    strFilled += values.at(strText.substr(lngOpen + 1, lngClose - lngOpen - 1));
+    strFilled += values.at(std::string(strText.substr(lngOpen + 1, lngClose - lngOpen - 1)));
     at = lngClose + 1;
   }
   return strFilled;
@@ -98,7 +122,12 @@ std::string Catalogue::keyOf(const SchemaViolation& violation) const {
   }
 }
 
-std::string Catalogue::text(const SchemaViolation& violation) const {
+std::string Catalogue::keyOf(const AnswerLoss& loss) const {
+  const std::string strKey = "loss." + loss.reason;
+  return knows(strKey) ? strKey : "loss";
+}
+
+Catalogue::Values Catalogue::valuesOf(const SchemaViolation& violation) const {
   const auto either = [](const std::string& strText, const std::string& strElse) {
     return strText.empty() ? strElse : strText;
   };
@@ -112,18 +141,33 @@ std::string Catalogue::text(const SchemaViolation& violation) const {
                 {"allowed", listed(violation.allowed)},
                 {"expected", listed(violation.expected)}};
   values.emplace("place", place(values));
-  return filled(keyOf(violation), values);
+  return values;
 }
 
-std::string Catalogue::text(const AnswerLoss& loss) const {
+Catalogue::Values Catalogue::valuesOf(const AnswerLoss& loss) const {
   Values values{{"question", loss.questionId},
                 {"row", loss.rowIndex},
                 {"column", loss.columnId},
                 {"value", loss.value},
                 {"element", ""}};
   values.emplace("place", place(values));
-  const std::string strKey = "loss." + loss.reason;
-  return filled(knows(strKey) ? strKey : "loss", values);
+  return values;
+}
+
+std::string Catalogue::text(const SchemaViolation& violation) const {
+  return filled(keyOf(violation), valuesOf(violation));
+}
+
+std::string Catalogue::text(const AnswerLoss& loss) const {
+  return filled(keyOf(loss), valuesOf(loss));
+}
+
+std::string Catalogue::textAtPlace(const SchemaViolation& violation) const {
+  return filledAtPlace(keyOf(violation), valuesOf(violation));
+}
+
+std::string Catalogue::textAtPlace(const AnswerLoss& loss) const {
+  return filledAtPlace(keyOf(loss), valuesOf(loss));
 }
 
 std::string Catalogue::text(const RunReport& report) const {

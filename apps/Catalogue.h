@@ -15,23 +15,39 @@ class Catalogue {
   /// The catalogue of a language, made once. Raises CannotRun for a language that there is none of.
   static const Catalogue& of(std::string_view strLanguage);
 
+  /// The same, for a language tag such as "en-GB"; null for a language that there is none of.
+  static const Catalogue* known(std::string_view strTag);
+
   std::string text(const Varnel_Tolv_XML_Creation::SchemaViolation& violation) const;
   std::string text(const Varnel_Tolv_XML_Creation::AnswerLoss& loss) const;
+
+  /// The same for one who reads it at its place, as beside an input: without the place at its
+  /// beginning.
+  std::string textAtPlace(const Varnel_Tolv_XML_Creation::SchemaViolation& violation) const;
+  std::string textAtPlace(const Varnel_Tolv_XML_Creation::AnswerLoss& loss) const;
 
   /// The verdict of a run.
   std::string text(const Varnel_Tolv_XML_Creation::RunReport& report) const;
 
  private:
   using Values = std::map<std::string, std::string, std::less<>>;
+  using Catalogues = std::map<std::string_view, Catalogue>;
+
+  static const Catalogues& all();
 
   explicit Catalogue(std::string_view strJson);
 
   bool knows(const std::string& strKey) const { return texts_.contains(strKey); }
   std::string filled(const std::string& strKey, const Values& values) const;
+  std::string filledText(std::string_view strText, const Values& values) const;
+  std::string filledAtPlace(const std::string& strKey, const Values& values) const;
   std::string place(const Values& values) const;
   template <class Names>
   std::string listed(const Names& names) const;
   std::string keyOf(const Varnel_Tolv_XML_Creation::SchemaViolation& violation) const;
+  std::string keyOf(const Varnel_Tolv_XML_Creation::AnswerLoss& loss) const;
+  Values valuesOf(const Varnel_Tolv_XML_Creation::SchemaViolation& violation) const;
+  Values valuesOf(const Varnel_Tolv_XML_Creation::AnswerLoss& loss) const;
 
   std::map<std::string, std::string, std::less<>> texts_;
 };

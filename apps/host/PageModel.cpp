@@ -88,9 +88,9 @@ class PageReader {
  public:
   explicit PageReader(const Options& options)
       : options_(options),
-        facets_(options.strSchemaUrl.empty()
-                    ? ""
-                    : PageServer(options.pageDirectory).MapPath("../" + options.strSchemaUrl)) {
+        facets_(SchemaModel::read(
+            PageServer(options.pageDirectory).MapPath("../" + options.strSchemaUrl),
+            options.strSchemaCatalog)) {
     if (!options.strQuestionsXmlPath.empty()) {
       const Document objQuestions = loaded(options.strQuestionsXmlPath);
       for (const Node& objQuestion : children(objQuestions.documentElement(), "question")) {
@@ -104,10 +104,9 @@ class PageReader {
   void refine(PageModel& page, const Document& objPage);
 
  private:
-  Question readQuestion(const Node& objItem) const;
-  Input readColumn(const Node& objColumn, const Node& objQuestion,
-                   const std::string& strPath) const;
-  void applySchema(Input& input, const std::string& strPath, const Node& objLimits) const;
+  Question readQuestion(const Node& objItem);
+  Input readColumn(const Node& objColumn, const Node& objQuestion, const std::string& strPath);
+  void applySchema(Input& input, const std::string& strPath, const Node& objLimits);
   void applyPage(Input& input, const Node& objWanted) const;
   Node questionOf(const std::string& strId) const {
     const auto found = questions_.find(strId);
@@ -119,8 +118,7 @@ class PageReader {
   std::map<std::string, Node, std::less<>> questions_;
 };
 
-void PageReader::applySchema(Input& input, const std::string& strPath,
-                             const Node& objLimits) const {
+void PageReader::applySchema(Input& input, const std::string& strPath, const Node& objLimits) {
   const Facets facets = facets_.at(strPath);
   input.blnRequired = facets.blnRequired;
   input.strMaxLength = attribute(objLimits, "maxLength");
@@ -139,7 +137,7 @@ void PageReader::applySchema(Input& input, const std::string& strPath,
 }
 
 Input PageReader::readColumn(const Node& objColumn, const Node& objQuestion,
-                             const std::string& strPath) const {
+                             const std::string& strPath) {
   Input input;
   input.strId = attribute(objColumn, "id");
   input.strLabel = attribute(objColumn, "columnlabel");
@@ -157,7 +155,7 @@ Input PageReader::readColumn(const Node& objColumn, const Node& objQuestion,
   return input;
 }
 
-Question PageReader::readQuestion(const Node& objItem) const {
+Question PageReader::readQuestion(const Node& objItem) {
   Question question;
   Input& input = question.input;
   input.strId = attribute(objItem, "id");
@@ -303,6 +301,14 @@ void addHint(Input& input, DateOrder order) {
 }
 
 }  // namespace
+
+bool PageModel::has(std::string_view strQuestion) const {
+  return std::ranges::any_of(sections, [&](const Section& section) {
+    return std::ranges::any_of(section.questions, [&](const Question& question) {
+      return question.input.strId == strQuestion;
+    });
+  });
+}
 
 PageModel readPageModel(const Options& options, const std::string& strPageXml) {
   PageModel page;

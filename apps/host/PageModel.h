@@ -69,6 +69,9 @@ struct PageModel {
   std::string strReceipt;
   std::vector<Section> sections;
   std::vector<HiddenField> hidden;
+
+  /// Whether it asks the question with this id.
+  bool has(std::string_view strQuestion) const;
 };
 
 /// `strPageXml` need not exist. Raises CannotRun for what cannot be read.

@@ -308,15 +308,12 @@ std::string Application::stateJson(const StoredForm& form, const RunResult* resu
             {"state", blnNew ? "new" : form.strState},
             {"result", nullptr},
             {"report", nullptr}};
-  if (result != nullptr) {
-    json["result"] = result->result;
-    json["report"] = result->report;
-  } else if (!form.strResult.empty()) {
-    const Json last = Json::parse(form.strResult, nullptr, false);
-    if (last.is_object()) {
-      json["result"] = last.value("result", Json());
-      json["report"] = last.value("report", Json());
-    }
+  const std::string& strLast = result != nullptr ? result->strJson : form.strResult;
+  Json last = Json::parse(strLast, nullptr, false);
+  if (last.is_object()) {
+    json["report"] = last.value("report", Json());
+    last.erase("report");
+    json["result"] = std::move(last);
   }
   json["version"] = form.lngVersion;
   json["token"] = token(blnNew ? "/forms/" + form.strDeployment : "/parked/" + form.strId);

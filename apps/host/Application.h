@@ -11,6 +11,7 @@
 #include "host/HostOptions.h"
 #include "host/Http.h"
 #include "host/Metrics.h"
+#include "host/RunForm.h"
 #include "host/Store.h"
 
 /// What the host does with a request: pages, parking, submitting, receipts. It keeps nothing
@@ -64,6 +65,8 @@ class Application {
   /// The answer to a request whose body or origin is not acceptable; none for a good one.
   std::optional<HttpResponse> refusal(const HttpRequest& request) const;
   RunResult run(const Post& post, bool blnSubmit);
+  void logWhatNobodyMends(const Post& post,
+                          const Varnel_Tolv_XML_Creation::RunReport& report) const;
   StoredForm next(const Post& post, const RunResult& run, const char* state) const;
   FormView viewFor(const Post& post) const;
   HttpResponse page(const Post& post, unsigned lngStatus, const FormView& view,

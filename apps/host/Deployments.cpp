@@ -3,12 +3,36 @@
 #include "CannotRun.h"
 #include "host/Log.h"
 
+using namespace Varnel_Tolv_XML_Creation;
+
+namespace {
+
+/// Logs what its check found, but for notes.
+void logFindings(const FormDeployment& deployment) {
+  for (const Finding& finding : deployment.findings()) {
+    if (finding.severity == Severity::note) continue;
+    logEvent("deployment-finding", {{"form", deployment.name()},
+                                    {"severity", severityName(finding.severity)},
+                                    {"code", finding.code},
+                                    {"file", finding.file},
+                                    {"line", finding.line},
+                                    {"object", finding.object},
+                                    {"reason", finding.message},
+                                    {"hint", finding.hint}});
+  }
+  if (!deployment.sound()) {
+    logEvent("deployment-refused",
+             {{"form", deployment.name()}, {"reason", "its check found errors"}});
+  }
+}
+
+}  // namespace
+
 Deployments::Deployments(const std::vector<std::string>& folders) {
   for (const std::string& strFolder : folders) {
     auto deployment = std::make_shared<const FormDeployment>(strFolder);
-    for (const Finding& finding : checkDeployment(*deployment)) {
-      findings_.push_back({strFolder + '/' + finding.strFile, finding.strMessage});
-    }
+    logFindings(*deployment);
+    blnSound_ = blnSound_ && deployment->sound();
     const std::string strName = deployment->name();
     if (!entries_.try_emplace(strName, Entry{strFolder, std::move(deployment), ""}).second) {
       throw CannotRun("--deployment: two folders have the name \"" + strName + '"');
@@ -25,18 +49,13 @@ void Deployments::refresh(Entry& entry) {
         strFingerprint == entry.deployment->fingerprint() || strFingerprint == entry.strRefused;
     if (blnKnown) return;
     auto changed = std::make_shared<const FormDeployment>(entry.strFolder);
-    const std::vector<Finding> findings = checkDeployment(*changed);
-    if (findings.empty()) {
-      entry.deployment = std::move(changed);
-      logEvent("deployment-changed", {{"form", entry.deployment->name()}});
+    logFindings(*changed);
+    if (!changed->sound()) {
+      entry.strRefused = changed->fingerprint();
       return;
     }
-    entry.strRefused = changed->fingerprint();
-    for (const Finding& finding : findings) {
-      logEvent("deployment-refused", {{"form", entry.deployment->name()},
-                                      {"file", finding.strFile},
-                                      {"reason", finding.strMessage}});
-    }
+    entry.deployment = std::move(changed);
+    logEvent("deployment-changed", {{"form", entry.deployment->name()}});
   } catch (const std::exception& error) {
     entry.strRefused = strFingerprint;
     logEvent("deployment-refused", {{"form", entry.deployment->name()}, {"reason", error.what()}});

@@ -16,8 +16,8 @@ class Deployments {
   /// Raises CannotRun for a folder that cannot be read and for two of one name.
   explicit Deployments(const std::vector<std::string>& folders);
 
-  /// The findings of all of them, as they were at the start.
-  const std::vector<Finding>& findings() const { return findings_; }
+  /// Whether all of them passed their check at the start; the log tells the findings.
+  bool sound() const { return blnSound_; }
 
   /// The newest sound one with this name; null when there is none.
   std::shared_ptr<const FormDeployment> find(std::string_view strName);
@@ -36,5 +36,5 @@ class Deployments {
   std::mutex mutex_;       // of the entries
   std::mutex refreshing_;  // held by the one that looks for a change
   std::map<std::string, Entry, std::less<>> entries_;
-  std::vector<Finding> findings_;
+  bool blnSound_ = true;
 };

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "platform/dom/Document.h"
+#include "platform/host/WebRequest.h"
 
 using namespace Varnel_Tolv_XML_Creation;
 
@@ -29,8 +30,6 @@ void readTable(const Node& objTable, const std::string& strId, Answers& answers)
 
 }  // namespace
 
-std::string inputName(std::string_view strId) { return lowered(strId); }
-
 std::string cellName(const Question& table, const Input& column, std::int64_t lngRow) {
   return table.input.strId + "___" + column.strId + '_' + std::to_string(lngRow);
 }
@@ -45,7 +44,7 @@ const Question* findTable(const PageModel& page, std::string_view strId) {
 }
 
 std::int64_t rowCount(const Question& table, const Answers& answers, std::int64_t lngMost) {
-  const std::string_view strCount = answerTo(answers, inputName(table.input.strId) + "_rowCount");
+  const std::string_view strCount = answerTo(answers, fieldNameOf(table.input.strId) + "_rowCount");
   std::int64_t lngCount = 0;
   const auto [last, problem] =
       std::from_chars(strCount.data(), strCount.data() + strCount.size(), lngCount);
@@ -68,7 +67,7 @@ void completeAnswers(const PageModel& page, Answers& answers, std::int64_t lngMo
   }
   for (const Section& section : page.sections) {
     for (const Question& question : section.questions) {
-      const std::string strName = inputName(question.input.strId);
+      const std::string strName = fieldNameOf(question.input.strId);
       const std::string strLabel = strName + "_hiddenName";
       if (question.input.blnLabelGiven) {
         answers.insert_or_assign(strLabel, question.input.strLabel);
@@ -91,7 +90,7 @@ bool sameAnswers(const PageModel& page, const Answers& left, const Answers& righ
   };
   for (const Section& section : page.sections) {
     for (const Question& question : section.questions) {
-      if (!question.blnTable && !same(inputName(question.input.strId))) return false;
+      if (!question.blnTable && !same(fieldNameOf(question.input.strId))) return false;
       if (!question.blnTable) continue;
       auto lngRows = static_cast<std::int64_t>(question.rows.size());
       if (question.blnDynamic) {
@@ -138,7 +137,7 @@ Answers answersIn(const std::string& strParkXml, const std::string& strRowCounts
     const std::string strValue = objItem.getAttribute("value").value_or("");
     const bool blnTicked =
         objItem.getAttribute("type").value_or("") == "check" && !strValue.empty();
-    answers.insert_or_assign(inputName(strId), blnTicked ? "on" : strValue);
+    answers.insert_or_assign(fieldNameOf(strId), blnTicked ? "on" : strValue);
   }
   const std::optional<NodeList> colHidden = objPark.getElementsByTagName("hdnfld");
   for (const Node& objItem : *colHidden) {
@@ -150,7 +149,7 @@ Answers answersIn(const std::string& strParkXml, const std::string& strRowCounts
   if (counts.is_object()) {
     for (const auto& [strId, count] : counts.items()) {
       if (!count.is_number_integer()) continue;
-      answers.insert_or_assign(inputName(strId) + "_rowCount",
+      answers.insert_or_assign(fieldNameOf(strId) + "_rowCount",
                                std::to_string(count.get<std::int64_t>()));
     }
   }

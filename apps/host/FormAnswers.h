@@ -10,8 +10,8 @@
 // The answers of a form, as its page asks for them. `lngMost` is the most rows that a table may
 // have.
 
-/// The name of a question's input, as the library looks for it, and that of a cell.
-std::string inputName(std::string_view strId);
+/// The name of a cell's input, as the library looks for it; `fieldNameOf` gives that of a
+/// question's.
 std::string cellName(const Question& table, const Input& column, std::int64_t lngRow);
 
 /// The table with this id; null when the page has none.

@@ -1,12 +1,8 @@
 #include "host/FormDeployment.h"
 
 #include "CannotRun.h"
-#include "Files.h"
-#include "host/FormAnswers.h"
-#include "host/RunForm.h"
-#include "platform/dom/Document.h"
+#include "DeploymentFindings.h"
 #include "platform/host/WebRequest.h"
-#include "result/ServiceEnums.h"
 
 using namespace Varnel_Tolv_XML_Creation;
 
@@ -35,33 +31,27 @@ Options inCopy(Options options, const Snapshot& snapshot) {
         &options.strReferenceXmlPath, &options.strSchemaCatalog}) {
     *strFile = snapshot.placeOf(*strFile);
   }
-  for (std::optional<std::string>* const file : {&options.objectList, &options.protocolInfo}) {
+  for (std::optional<std::string>* const file :
+       {&options.objectList, &options.protocolInfo, &options.deploymentFile}) {
     if (*file) *file = snapshot.placeOf(**file);
   }
+  options.deploymentDirectory = snapshot.placeOf(options.deploymentDirectory);
   return options;
 }
 
-Options optionsOf(const std::filesystem::path& folder, const Snapshot& snapshot) {
+/// The options of a run that this host makes: it serves a web request, whatever the deployment
+/// says.
+Options optionsOf(const std::filesystem::path& folder, const Snapshot& snapshot, bool blnSubmit) {
   // The names in the copied deployment.json are read as those of the original, then led over.
   Options options = readOptions({{"deployment", folder.string()}});
-  if (!options.objectList) throw CannotRun(folder.string() + ": \"object-list\" is missing");
+  options.blnSubmit = options.blnValidateAgainstSchema = blnSubmit;
+  options.blnContext = options.blnServer = true;
   return inCopy(std::move(options), snapshot);
 }
 
-void checkFile(const std::string& strFile, const char* key, bool blnRequired,
-               std::vector<Finding>& findings) {
-  if (strFile.empty()) {
-    if (blnRequired) {
-      findings.push_back({"deployment.json", '"' + std::string(key) + "\" is missing"});
-    }
-    return;
-  }
-  const Document objXml = Document::create();
-  if (objXml.load(strFile)) return;
-  const ParseError& error = objXml.parseError();
-  findings.push_back(
-      {std::filesystem::path(strFile).filename().string(),
-       error.reason + (error.line > 0 ? " (line " + std::to_string(error.line) + ")" : "")});
+const Catalogue& textsIn(const std::string& strLanguage) {
+  const Catalogue* const texts = Catalogue::known(strLanguage);
+  return texts != nullptr ? *texts : Catalogue::of("en");
 }
 
 }  // namespace
@@ -69,34 +59,13 @@ void checkFile(const std::string& strFile, const char* key, bool blnRequired,
 FormDeployment::FormDeployment(const std::filesystem::path& folder)
     : strName_(folderName(folder)),
       snapshot_(folder),
-      options_(optionsOf(folder, snapshot_)),
-      strObjectList_(readFile("--object-list", *options_.objectList)),
-      page_(readPageModel(options_, snapshot_.placeOf((folder / "page.xml").string()))),
-      stylesheet_(std::make_unique<Stylesheet>(snapshot_.placeOf((folder / "page.xsl").string()))) {
+      submission_(optionsOf(folder, snapshot_, true)),
+      draft_(optionsOf(folder, snapshot_, false)),
+      findings_(findingsOf(submission_)) {
+  if (hasErrors(findings_)) return;
+  cache_ = std::make_unique<FileCache>();
+  page_ = readPageModel(submission_, snapshot_.placeOf((folder / "page.xml").string()));
   if (page_.strTitle.empty()) page_.strTitle = strName_;
-}
-
-std::vector<Finding> checkDeployment(const FormDeployment& deployment) {
-  std::vector<Finding> findings;
-  const Options& options = deployment.options();
-  checkFile(options.strTemplateXML, "template", true, findings);
-  checkFile(options.strMsgObjectXML, "object-mapper", true, findings);
-  checkFile(options.strSchemaTypeMapperXML, "schema-types", false, findings);
-  checkFile(options.strHiddenFieldXML, "hidden-fields", true, findings);
-  checkFile(options.strNamespaceXML, "namespaces", true, findings);
-  checkFile(options.strQuestionsXmlPath, "questions", true, findings);
-  checkFile(options.strReferenceXmlPath, "reference", true, findings);
-  if (options.strSchemaUrl.empty()) {
-    findings.push_back({"deployment.json", "\"schema-url\" is missing"});
-  }
-  if (!findings.empty()) return findings;
-
-  // Whatever an empty form lacks, the run must come to a verdict about it.
-  Answers answers;
-  completeAnswers(deployment.page(), answers, 0);
-  const RunResult run = runForm(deployment, answers, true);
-  if (run.outcome == RunOutcome::failed || run.outcome == RunOutcome::notChecked) {
-    findings.push_back({"deployment.json", "an empty form cannot be run: " + run.strReason});
-  }
-  return findings;
+  texts_ = &textsIn(page_.strLanguage);
+  stylesheet_ = std::make_unique<Stylesheet>(snapshot_.placeOf((folder / "page.xsl").string()));
 }

@@ -2,25 +2,42 @@
 
 #include <algorithm>
 #include <map>
-#include <tuple>
+#include <set>
+#include <utility>
 
 #include "host/FormAnswers.h"
 #include "host/Moment.h"
+#include "platform/host/WebRequest.h"
+
+using Varnel_Tolv_XML_Creation::fieldNameOf;
 
 namespace {
 
-std::string anchorOf(const FormError& error) {
-  std::string strAnchor = "q-" + error.strQuestion;
-  if (!error.strRow.empty()) strAnchor += '-' + error.strRow;
-  if (!error.strColumn.empty()) strAnchor += '-' + error.strColumn;
-  return strAnchor;
+std::string anchorOf(const std::string& strQuestion) { return "q-" + strQuestion; }
+std::string anchorOf(const std::string& strQuestion, const std::string& strRow) {
+  return anchorOf(strQuestion) + '-' + strRow;
+}
+std::string anchorOf(const std::string& strQuestion, const std::string& strRow,
+                     const std::string& strColumn) {
+  return anchorOf(strQuestion, strRow) + '-' + strColumn;
 }
 
-/// Writes the questions, and notes which errors found a place beside an input.
+/// Writes the questions, with each error at its cell or question; at the row or the table where the
+/// page has no such cell or row.
 class FormWriter {
  public:
   explicit FormWriter(const FormView& view) : view_(view) {
-    for (const FormError& error : view.errors) errors_[anchorOf(error)].push_back(&error);
+    if (view.errors.empty()) return;
+    const std::set<std::string> anchors = anchorsOfPage();
+    for (const FormError& error : view.errors) {
+      std::string strAnchor = anchorOf(error.strQuestion);
+      for (std::string strNearer : {anchorOf(error.strQuestion, error.strRow),
+                                    anchorOf(error.strQuestion, error.strRow, error.strColumn)}) {
+        if (anchors.contains(strNearer)) strAnchor = std::move(strNearer);
+      }
+      if (!anchors.contains(strAnchor)) strAnchor.clear();
+      errors_[strAnchor].push_back(&error);
+    }
   }
 
   void writeSections(const ViewElement& root);
@@ -36,6 +53,8 @@ class FormWriter {
     std::string strMessage = {};
   };
 
+  std::set<std::string> anchorsOfPage() const;
+  std::vector<TableRow> rowsOf(const Question& table) const;
   void writeQuestion(const ViewElement& section, const Question& question);
   void writeTable(const ViewElement& element, const Question& table);
   void writeInput(const ViewElement& element, const Input& input, const std::string& strName,
@@ -43,21 +62,55 @@ class FormWriter {
   void writeErrors(const ViewElement& element, const std::string& strAnchor, Listed place);
 
   const FormView& view_;
-  std::map<std::string, std::vector<const FormError*>> errors_;  // those without a place yet
+  std::map<std::string, std::vector<const FormError*>> errors_;  // by anchor; "": without a place
   std::vector<Listed> listed_;                                   // in the order of the page
 };
+
+/// The rows that the page shows of a table.
+std::vector<TableRow> FormWriter::rowsOf(const Question& table) const {
+  if (!table.blnDynamic) return table.rows;
+  const std::string strCount = fieldNameOf(table.input.strId) + "_rowCount";
+  const bool blnNew = view_.strId.empty() && view_.answers.find(strCount) == view_.answers.end();
+  const std::int64_t lngRows =
+      blnNew ? table.lngFirstRows
+             : std::min(rowCount(table, view_.answers, view_.lngMostRows), view_.lngMostRows);
+  std::vector<TableRow> rows;
+  for (std::int64_t lngRow = 1; lngRow <= lngRows; ++lngRow) {
+    rows.push_back({std::to_string(lngRow), ""});
+  }
+  return rows;
+}
+
+std::set<std::string> FormWriter::anchorsOfPage() const {
+  std::set<std::string> anchors;
+  for (const Section& section : view_.page->sections) {
+    for (const Question& question : section.questions) {
+      const std::string& strId = question.input.strId;
+      anchors.insert(anchorOf(strId));
+      if (!question.blnTable) continue;
+      for (const TableRow& row : rowsOf(question)) {
+        anchors.insert(anchorOf(strId, row.strId));
+        for (const Input& column : question.columns) {
+          anchors.insert(anchorOf(strId, row.strId, column.strId));
+        }
+      }
+    }
+  }
+  return anchors;
+}
 
 void FormWriter::writeErrors(const ViewElement& element, const std::string& strAnchor,
                              Listed place) {
   const auto found = errors_.find(strAnchor);
   if (found == errors_.end()) return;
+  place.strAnchor = strAnchor;
   for (const FormError* const error : found->second) {
-    element.add("error", error->strMessage);
-    place.strAnchor = strAnchor;
-    place.strMessage = error->strMessage;
+    const bool blnNarrower = (!error->strRow.empty() && place.strRow.empty()) ||
+                             (!error->strColumn.empty() && place.strColumn.empty());
+    place.strMessage = blnNarrower ? error->strInFull : error->strMessage;
+    element.add("error", place.strMessage);
     listed_.push_back(place);
   }
-  errors_.erase(found);
 }
 
 void FormWriter::writeInput(const ViewElement& element, const Input& input,
@@ -105,27 +158,16 @@ void FormWriter::writeInput(const ViewElement& element, const Input& input,
 
 void FormWriter::writeTable(const ViewElement& element, const Question& table) {
   const std::string& strId = table.input.strId;
-  std::vector<TableRow> rows = table.rows;
-  if (table.blnDynamic) {
-    const std::string strCount = inputName(strId) + "_rowCount";
-    const bool blnNew = view_.strId.empty() && view_.answers.find(strCount) == view_.answers.end();
-    const std::int64_t lngRows =
-        blnNew ? table.lngFirstRows
-               : std::min(rowCount(table, view_.answers, view_.lngMostRows), view_.lngMostRows);
-    rows.clear();
-    for (std::int64_t lngRow = 1; lngRow <= lngRows; ++lngRow) {
-      rows.push_back({std::to_string(lngRow), ""});
-    }
-  }
-  element.set("anchor", "q-" + strId)
+  const std::vector<TableRow> rows = rowsOf(table);
+  element.set("anchor", anchorOf(strId))
       .set("id", strId)
       .set("label", table.input.strLabel)
-      .set("count-name", inputName(strId) + "_rowCount")
+      .set("count-name", fieldNameOf(strId) + "_rowCount")
       .set("count", std::to_string(rows.size()))
       .set("add", table.strAdd)
       .setFlag("dynamic", table.blnDynamic);
   if (!table.input.strHelp.empty()) element.add("help", table.input.strHelp);
-  writeErrors(element, "q-" + strId, {.strLabel = table.input.strLabel});
+  writeErrors(element, anchorOf(strId), {.strLabel = table.input.strLabel});
   for (const Input& column : table.columns) {
     const ViewElement head = element.add("column");
     head.set("label", column.strLabel)
@@ -137,12 +179,12 @@ void FormWriter::writeTable(const ViewElement& element, const Question& table) {
     row.set("number", each.strId).set("label", each.strLabel);
     const std::int64_t lngRow = rowNumber(each.strId, INT32_MAX);
     const std::string strRow = each.strLabel.empty() ? "row " + each.strId : each.strLabel;
-    writeErrors(row, "q-" + strId + '-' + each.strId,
+    writeErrors(row, anchorOf(strId, each.strId),
                 {.strLabel = table.input.strLabel, .strRow = strRow});
     for (const Input& column : table.columns) {
       writeInput(
           row.add("cell"), column, cellName(table, column, lngRow),
-          "q-" + strId + '-' + each.strId + '-' + column.strId,
+          anchorOf(strId, each.strId, column.strId),
           {.strLabel = table.input.strLabel, .strRow = strRow, .strColumn = column.strLabel});
     }
   };
@@ -155,7 +197,7 @@ void FormWriter::writeQuestion(const ViewElement& section, const Question& quest
     return;
   }
   const std::string& strId = question.input.strId;
-  writeInput(section.add("field"), question.input, inputName(strId), "q-" + strId,
+  writeInput(section.add("field"), question.input, fieldNameOf(strId), anchorOf(strId),
              {.strLabel = question.input.strLabel});
 }
 
@@ -177,8 +219,11 @@ void FormWriter::writeSummary(const ViewElement& root) const {
         .set("column", each.strColumn);
   };
   for (const Listed& each : listed_) write(each);
-  for (const auto& [strAnchor, errors] : errors_) {
-    for (const FormError* const error : errors) write({.strMessage = error->strMessage});
+  const auto unplaced = errors_.find("");
+  if (unplaced == errors_.end()) return;
+  for (const FormError* const error : unplaced->second) {
+    const ViewElement problem = root.add("problem", error->strInFull);
+    problem.setFlag("unmendable", error->strQuestion.empty());
   }
 }
 

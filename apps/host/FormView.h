@@ -5,8 +5,8 @@
 
 #include "Stylesheet.h"
 #include "host/Answers.h"
+#include "host/FormErrors.h"
 #include "host/PageModel.h"
-#include "host/RunForm.h"
 
 /// All that one page of a form shows.
 struct FormView {

@@ -1,14 +1,15 @@
 // What the application does with a form that is posted.
 #include <algorithm>
-#include <nlohmann/json.hpp>
+#include <filesystem>
 
 #include "host/Application.h"
 #include "host/FormAnswers.h"
 #include "host/Log.h"
 #include "host/Moment.h"
 #include "host/Token.h"
+#include "platform/host/WebRequest.h"
 
-using Json = nlohmann::ordered_json;
+using namespace Varnel_Tolv_XML_Creation;
 
 namespace {
 
@@ -139,13 +140,35 @@ HttpResponse Application::changeRows(Post& post) {
                    "There is no such table or row, or the table has as many rows as are taken.");
   }
   if (!blnAdd) removeRow(*table, lngRow, lngCount, post.answers);
-  post.answers.insert_or_assign(inputName(table->input.strId) + "_rowCount",
+  post.answers.insert_or_assign(fieldNameOf(table->input.strId) + "_rowCount",
                                 std::to_string(blnAdd ? lngCount + 1 : lngCount - 1));
   FormView view = viewFor(post);
   // Nothing was saved: the page is still made from the version that it was made from.
   view.blnUnsaved = true;
   view.lngVersion = rowNumber(answerTo(post.answers, "_version"), INT64_MAX);
   return page(post, 200, view);
+}
+
+/// What is wrong with a message and no input of the page can mend, and which answers did not reach
+/// it: the configuration is to be looked at. Names of elements and reasons, and no answer.
+void Application::logWhatNobodyMends(const Post& post, const RunReport& report) const {
+  for (const SchemaViolation& violation : report.violations) {
+    if (post.deployment->page().has(violation.questionId)) continue;
+    logEvent("violation-without-question", {{"form", post.deployment->name()},
+                                            {"id", post.stored.strId},
+                                            {"kind", violationKindName(violation.kind)},
+                                            {"facet", violation.facet},
+                                            {"path", violation.path}});
+  }
+  for (const AnswerLoss& loss : report.losses) {
+    const std::string& strFile =
+        loss.file.empty() ? *post.deployment->toRun(true).objectList : loss.file;
+    logEvent("answer-lost", {{"form", post.deployment->name()},
+                             {"id", post.stored.strId},
+                             {"reason", loss.reason},
+                             {"file", std::filesystem::path(strFile).filename().string()},
+                             {"line", loss.line}});
+  }
 }
 
 RunResult Application::run(const Post& post, bool blnSubmit) {
@@ -155,6 +178,7 @@ RunResult Application::run(const Post& post, bool blnSubmit) {
     result = runForm(*post.deployment, post.answers, blnSubmit);
   }
   metrics_.countRun(counted(result.outcome));
+  if (blnSubmit) logWhatNobodyMends(post, result.report);
   if (result.outcome == RunOutcome::failed || result.outcome == RunOutcome::notChecked) {
     logEvent("run-failed", {{"form", post.deployment->name()},
                             {"id", post.stored.strId},
@@ -171,8 +195,7 @@ StoredForm Application::next(const Post& post, const RunResult& run, const char*
   form.strParkXml = run.strParkXml;
   form.strRowCounts = rowCountsOf(post.deployment->page(), post.answers,
                                   static_cast<std::int64_t>(options_.lngMaxRows));
-  form.strResult = Json{{"result", run.result}, {"report", run.report}}.dump(
-      -1, ' ', false, Json::error_handler_t::replace);
+  form.strResult = run.strJson;
   form.strChanged = momentText();
   if (form.strCreated.empty()) form.strCreated = form.strChanged;
   ++form.lngVersion;
@@ -267,6 +290,7 @@ HttpResponse Application::submit(Post& post) {
   }
   if (result.outcome != RunOutcome::refused) return saveWithoutVerdict(post, result);
 
+  std::vector<FormError> errors = errorsOf(result.report, post.deployment->texts());
   StoredForm form = next(post, result, "refused");
   {
     const Metrics::Timer timer(metrics_, Metrics::kStore);
@@ -275,10 +299,10 @@ HttpResponse Application::submit(Post& post) {
   logEvent("refused", {{"form", form.strDeployment},
                        {"id", form.strId},
                        {"version", form.lngVersion},
-                       {"errors", result.errors.size()}});
+                       {"errors", errors.size()}});
   post.stored = std::move(form);
   FormView view = viewFor(post);
-  view.errors = result.errors;
+  view.errors = std::move(errors);
   return page(post, 422, view, &result);
 }
 
@@ -287,6 +311,7 @@ HttpResponse Application::saveWithoutVerdict(Post& post, const RunResult& result
   const RunResult parked = run(post, false);
   if (parked.outcome != RunOutcome::parked) return notParked(post, result);
   StoredForm form = next(post, parked, "parked");
+  form.strResult = result.strJson;  // tells why to those who run the deployment
   if (!store_.replace(form)) return conflict(post);
   post.stored = std::move(form);
   FormView view = viewFor(post);

@@ -39,10 +39,7 @@ Refusal refusalOf(unsigned lngStatus) {
 
 int serve(const HostOptions& options) {
   Deployments deployments(options.deployments);
-  for (const Finding& finding : deployments.findings()) {
-    writeStandardError(finding.strFile + ": error: " + finding.strMessage + '\n');
-  }
-  if (!deployments.findings().empty()) return kUnsound;
+  if (!deployments.sound()) return kUnsound;
 
   Metrics metrics;
   Store store(options.strStore, options.lngWorkers + 2);

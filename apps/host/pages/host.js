@@ -83,9 +83,11 @@
       copy.querySelectorAll(".wrong, .differs").forEach(function (each) {
         each.classList.remove("wrong", "differs");
       });
-      copy.querySelectorAll("input, select, textarea").forEach(function (each) {
+      [copy].concat(Array.from(copy.querySelectorAll("[aria-describedby]"))).forEach(function (each) {
         each.removeAttribute("aria-invalid");
         each.removeAttribute("aria-describedby");
+      });
+      copy.querySelectorAll("input, select, textarea").forEach(function (each) {
         if (each.type === "checkbox") each.checked = false;
         else each.value = "";
       });

@@ -179,6 +179,7 @@
                 </a>
                 <xsl:if test="string(.)">: <xsl:value-of select="."/></xsl:if>
               </xsl:when>
+              <xsl:when test="@unmendable">The message made of this form is not valid, and no answer is to blame. Those who run this form have been told.</xsl:when>
               <xsl:otherwise><xsl:value-of select="."/></xsl:otherwise>
             </xsl:choose>
           </li>
@@ -242,7 +243,8 @@
     <xsl:if test="error">
       <p class="error" id="{@anchor}-error">
         <xsl:for-each select="error">
-          <span><span class="hidden">Error: </span><xsl:value-of select="."/></span>
+          <span><span class="hidden">Error: </span><xsl:value-of select="."/>
+            <xsl:if test="../@kind = 'output'"> It is computed from other answers.</xsl:if></span>
         </xsl:for-each>
       </p>
     </xsl:if>
@@ -276,7 +278,13 @@
   <xsl:template name="input">
     <xsl:choose>
       <xsl:when test="@kind = 'output'">
-        <output id="{@anchor}"><xsl:value-of select="@value"/></output>
+        <output id="{@anchor}">
+          <xsl:if test="error">
+            <xsl:attribute name="tabindex">-1</xsl:attribute>
+            <xsl:attribute name="aria-describedby"><xsl:value-of select="concat(@anchor, '-error')"/></xsl:attribute>
+          </xsl:if>
+          <xsl:value-of select="@value"/>
+        </output>
       </xsl:when>
       <xsl:when test="@kind = 'textarea'">
         <textarea id="{@anchor}" name="{@name}" rows="4">
@@ -343,6 +351,9 @@
       <xsl:if test="help"><p class="help"><xsl:value-of select="help"/></p></xsl:if>
       <table>
         <xsl:if test="count(column) &gt; 5"><xsl:attribute name="class">cards</xsl:attribute></xsl:if>
+        <xsl:if test="error">
+          <xsl:attribute name="aria-describedby"><xsl:value-of select="concat(@anchor, '-error')"/></xsl:attribute>
+        </xsl:if>
         <caption><xsl:value-of select="@label"/></caption>
         <thead>
           <tr>
@@ -361,12 +372,19 @@
           <xsl:for-each select="row">
             <xsl:variable name="row" select="."/>
             <tr id="{$table/@anchor}-{@number}" tabindex="-1" data-row="{@number}">
+              <xsl:if test="error">
+                <xsl:attribute name="aria-describedby"><xsl:value-of select="concat($table/@anchor, '-', @number, '-error')"/></xsl:attribute>
+              </xsl:if>
               <th scope="row">
                 <xsl:choose>
                   <xsl:when test="@label"><xsl:value-of select="@label"/></xsl:when>
                   <xsl:otherwise><span class="row-word">Row </span><xsl:value-of select="@number"/></xsl:otherwise>
                 </xsl:choose>
-                <xsl:for-each select="error"><p class="error"><xsl:value-of select="."/></p></xsl:for-each>
+                <xsl:if test="error">
+                  <p class="error" id="{$table/@anchor}-{@number}-error">
+                    <xsl:for-each select="error"><span><span class="hidden">Error: </span><xsl:value-of select="."/></span></xsl:for-each>
+                  </p>
+                </xsl:if>
               </th>
               <xsl:for-each select="cell">
                 <td>

@@ -138,6 +138,52 @@ TEST_F(Cycle, KeepsTheRowsThatTheParkedFormDoesNotTell) {
   }
 }
 
+/// The faulty form's mistakes, in the order of the page. `officeid` is the host's to give.
+constexpr const char* kMistakes[] = {"casenumber",
+                                     "inspectionkind",
+                                     "reporttitle",
+                                     "buildingname",
+                                     "postcode",
+                                     "town",
+                                     "yearbuilt",
+                                     "storeys",
+                                     "floorarea",
+                                     "ownername",
+                                     "officephone",
+                                     "owneremail",
+                                     "inspectiondate",
+                                     "visitstart",
+                                     "arrivaltime",
+                                     "weather",
+                                     "temperature",
+                                     "inspectornumber",
+                                     "heatingkind",
+                                     "smokedetectors",
+                                     "areas-5-remark",
+                                     "defects-1-severity",
+                                     "defects-1-found",
+                                     "defects-1-duration",  // computed from the one before
+                                     "defects-2-repairby",
+                                     "defects-2-duration",  // likewise
+                                     "defects-3-found",
+                                     "meters-1-reading",
+                                     "samples",
+                                     "grade",
+                                     "summary",
+                                     "measures",
+                                     "followupdate",
+                                     "fee"};
+
+std::vector<std::string> linksOfSummary(const HttpAnswer& page) {
+  static const std::regex kLink("<a href=\"#q-([^\"]*)\">");
+  std::vector<std::string> links;
+  for (std::sregex_iterator each(page.body.begin(), page.body.end(), kLink), end; each != end;
+       ++each) {
+    links.push_back((*each)[1]);
+  }
+  return links;
+}
+
 TEST_F(Cycle, RefusesMistakesBesideTheirInputs) {
   const std::string strPlace = parked(host_, exampleForm("draft.form"));
   const HttpAnswer page = host_.get(strPlace);
@@ -145,21 +191,28 @@ TEST_F(Cycle, RefusesMistakesBesideTheirInputs) {
   const HttpAnswer answer = host_.post(strPlace, filledIn(page, faulty, "submit"));
   EXPECT_EQ(answer.status, 422);
   EXPECT_TRUE(answer.shows("Saved, not sent: it has errors"));
-  EXPECT_TRUE(answer.shows("There are 29 errors"));
-  EXPECT_EQ(count(answer, "aria-invalid=\"true\""), 29U);
-  for (const char* const strAnchor :
-       {"q-casenumber", "q-inspectionkind", "q-town", "q-areas-5-remark", "q-defects-1-severity",
-        "q-meters-1-reading", "q-fee"}) {
-    SCOPED_TRACE(strAnchor);
-    EXPECT_TRUE(answer.shows("<a href=\"#" + std::string(strAnchor) + "\">"));
-    EXPECT_TRUE(answer.shows("<p class=\"error\" id=\"" + std::string(strAnchor) + "-error\">"));
-    const std::string strInput = partOf(answer, "id=\"" + std::string(strAnchor) + '"', ">");
-    EXPECT_NE(strInput.find("aria-invalid=\"true\""), std::string::npos);
-    EXPECT_NE(strInput.find("aria-describedby=\"" + std::string(strAnchor) + "-error"),
-              std::string::npos);
+  EXPECT_TRUE(answer.shows("There are 34 errors"));
+  EXPECT_EQ(linksOfSummary(answer),
+            std::vector<std::string>(std::begin(kMistakes), std::end(kMistakes)));
+  for (const std::string strMistake : kMistakes) {
+    SCOPED_TRACE(strMistake);
+    const std::string strAnchor = "q-" + strMistake;
+    const std::string strErrors =
+        partOf(answer, "<p class=\"error\" id=\"" + strAnchor + "-error", "</p>");
+    const std::regex message("Error: ");
+    EXPECT_EQ(std::distance(std::sregex_iterator(strErrors.begin(), strErrors.end(), message), {}),
+              1);
+    const std::string strInput = partOf(answer, "id=\"" + strAnchor + '"', ">");
+    EXPECT_NE(strInput.find("aria-describedby=\"" + strAnchor + "-error"), std::string::npos);
+    const bool blnComputed = strMistake.ends_with("-duration");
+    EXPECT_EQ(strInput.find("aria-invalid=\"true\"") == std::string::npos, blnComputed);
+    EXPECT_EQ(strErrors.find("computed from other answers") != std::string::npos, blnComputed);
   }
-  EXPECT_TRUE(
-      answer.shows("Number of characters entered (4) is less than the minimum allowed (5)"));
+  EXPECT_EQ(count(answer, "aria-invalid=\"true\""), 32U);
+  EXPECT_NE(partOf(answer, "id=\"q-reporttitle-error\"", "</p>").find("At least 5 characters"),
+            std::string::npos);
+  EXPECT_NE(partOf(answer, "id=\"q-town-error\"", "</p>").find("An answer is missing."),
+            std::string::npos);
 
   // What is typed stands there, also what is no choice, and is parked.
   for (const HttpAnswer& shown : {answer, host_.get(strPlace)}) {
@@ -169,6 +222,74 @@ TEST_F(Cycle, RefusesMistakesBesideTheirInputs) {
     EXPECT_TRUE(shown.shows("name=\"defects___repairby_2\" value=\"as soon as possible\""));
   }
   EXPECT_EQ(host_.get("/messages" + strPlace.substr(7)).status, 404);
+}
+
+TEST_F(Cycle, NamesTheRowAsThePageCountsIt) {
+  Form answers = exampleForm("complete.form");
+  answers["meters_rowCount"] = "3";
+  for (const char* const row : {"1", "2", "3"}) {
+    for (const char* const column : {"meter", "reading", "readon"}) {
+      answers[std::string("meters___") + column + '_' + row] = "";
+    }
+  }
+  answers["meters___meter_1"] = answers["meters___meter_3"] = "water";
+  answers["meters___reading_1"] = "17";
+  answers["meters___reading_3"] = "much";
+  answers["meters___readon_1"] = answers["meters___readon_3"] = "12.01.2026";
+  const std::string strPlace = parked(host_, answers);
+  const HttpAnswer answer = host_.post(strPlace, filledIn(host_.get(strPlace), answers, "submit"));
+  EXPECT_EQ(answer.status, 422);
+  EXPECT_EQ(linksOfSummary(answer), std::vector<std::string>{"meters-3-reading"});
+}
+
+/// The message would be valid, and would lack something that was answered.
+TEST_F(Cycle, RefusesToSendWhatWouldLoseAnAnswer) {
+  const struct {
+    const char *says, *name, *value;
+    std::vector<std::string> links;
+    const char *text, *reason;
+  } cases[] = {
+      {"an answer to a question that is not asked",
+       "oldquestion",
+       "Kept?",
+       {},
+       "oldquestion: the form asks no such question.",
+       "unknown-question"},
+      {"a cell of a column that the table does not have",
+       "defects___colour_1",
+       "red",
+       {"defects-1"},
+       "defects, row 1, colour: the table has no such column.",
+       "unknown-column"},
+      {"a row that the grid does not have",
+       "areas___remark_9",
+       "damp",
+       {"areas"},
+       "areas, row 9, remark: the form says that there are fewer rows.",
+       "row-beyond-count"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    Form answers = exampleForm("complete.form");
+    const std::string strPlace = parked(host_, answers);
+    answers[c.name] = c.value;
+    const HttpAnswer answer =
+        host_.post(strPlace, filledIn(host_.get(strPlace), answers, "submit"));
+    EXPECT_EQ(answer.status, 422);
+    EXPECT_TRUE(answer.shows("There is 1 error"));
+    EXPECT_TRUE(answer.shows(c.text));
+    EXPECT_EQ(linksOfSummary(answer), c.links);
+    EXPECT_TRUE(answer.shows("Saved, not sent: it has errors"));
+    EXPECT_EQ(host_.get("/messages" + strPlace.substr(7)).status, 404);
+    EXPECT_NE(host_.log().find("\"event\":\"answer-lost\",\"form\":\"inspection\",\"id\":\"" +
+                               strPlace.substr(8) + "\",\"reason\":\"" + c.reason),
+              std::string::npos);
+    EXPECT_EQ(host_.log().find("Kept?"), std::string::npos);
+
+    // The page that came back asks what there is: what it sends loses nothing.
+    EXPECT_EQ(host_.post(strPlace, filledIn(answer, exampleForm("complete.form"), "submit")).status,
+              303);
+  }
 }
 
 TEST_F(Cycle, AcceptsWhatWasMendedAndDeliversIt) {
@@ -285,7 +406,14 @@ TEST_F(Cycle, AnswersInJsonToThoseWhoWantIt) {
   EXPECT_EQ(second["state"], "refused");
   EXPECT_EQ(second["result"]["errorName"], "SVC_RET_XML_CREATION_SCHEMA_VALIDATION_FAILED");
   EXPECT_EQ(second["result"]["userErrors"].size(), 29U);
+  EXPECT_FALSE(second["result"].contains("report"));
   EXPECT_EQ(second["report"]["verdict"], "invalid");
+  // One for each wrong element: three have the case number, two the staff number and the grade.
+  EXPECT_EQ(second["report"]["violations"].size(), std::size(kMistakes) + 2 + 1 + 1);
+  const Json& first_violation = second["report"]["violations"][0];
+  EXPECT_EQ(first_violation["questionId"], "casenumber");
+  EXPECT_EQ(first_violation["facet"], "pattern");
+  EXPECT_EQ(second["report"]["losses"], Json::array());
   EXPECT_EQ(Json::parse(host_.get(strPlace, json).body)["report"], second["report"]);
   EXPECT_EQ(Json::parse(host_.get("/nowhere", json).body)["id"], nullptr);
 }

@@ -1,5 +1,7 @@
 #include <csignal>
 #include <fstream>
+#include <nlohmann/json.hpp>
+#include <sstream>
 
 #include "apps/host/Host.h"
 
@@ -7,6 +9,8 @@ namespace fs = std::filesystem;
 
 namespace Varnel_Tolv_XML_Creation::test {
 namespace {
+
+using Json = nlohmann::json;
 
 /// Starting, changing and stopping.
 class Start : public HostTest {
@@ -49,13 +53,57 @@ TEST_F(Start, WithBadOptionsTellsWhy) {
   }
 }
 
+/// The lines of a log that tell of an event.
+std::vector<Json> eventsOf(const Host& host, std::string_view strEvent) {
+  std::vector<Json> events;
+  std::istringstream lines(host.log());
+  for (std::string strLine; std::getline(lines, strLine);) {
+    Json line = Json::parse(strLine, nullptr, false);
+    if (line.is_object() && line["event"] == strEvent) events.push_back(std::move(line));
+  }
+  return events;
+}
+
 TEST_F(Start, EndsWithTheFindingsOfABrokenDeployment) {
+  const struct {
+    const char *file, *from, *to, *code, *place;
+    int line;
+  } cases[] = {
+      {"object-mapper.xml", "<message", "<message x", "not-well-formed", "object-mapper.xml", 2},
+      {"object-mapper.xml", "id=\"town\"", "id=\"twon\"", "mandatory-unfilled", "object-mapper.xml",
+       44},
+      {"schema/record.xsd", "<xs:schema", "<xs:skema", "schema-unusable", "schema/record.xsd", 139},
+      {"deployment.json", "schema/inspection.xsd", "schema/none.xsd", "schema-unusable",
+       "schema/none.xsd", 1},
+      {"deployment.json", "\"object-list\": \"object-list.xml\",", "", "file-missing",
+       "deployment.json", 1},
+      {"deployment.json", "\"schema-url\": \"schema/inspection.xsd\",", "", "no-schema",
+       "deployment.json", 1},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.code);
+    const std::string strBefore = textOfFile(deployment() / c.file);
+    replaceIn(c.file, c.from, c.to);
+    Host host(words());
+    EXPECT_EQ(host.port(), 0);
+    EXPECT_EQ(host.waitForEnd(), 1);
+    const std::vector<Json> findings = eventsOf(host, "deployment-finding");
+    ASSERT_FALSE(findings.empty()) << host.log();
+    EXPECT_EQ(findings[0]["form"], "inspection");
+    EXPECT_EQ(findings[0]["severity"], "error");
+    EXPECT_EQ(findings[0]["code"], c.code);
+    EXPECT_EQ(findings[0]["file"], c.place);
+    EXPECT_EQ(findings[0]["line"], c.line);
+    EXPECT_NE(findings[0]["reason"], "");
+    EXPECT_EQ(eventsOf(host, "deployment-refused").size(), 1U);
+    std::ofstream(deployment() / c.file) << strBefore;
+  }
+}
+
+TEST_F(Start, ToldOfABrokenPageTellsWhy) {
   const struct {
     const char *file, *from, *to, *says;
   } cases[] = {
-      {"object-mapper.xml", "<message", "<message x", "object-mapper.xml"},
-      {"schema/record.xsd", "<xs:schema", "<xs:skema", "the check of the message broke down"},
-      {"deployment.json", "schema/inspection.xsd", "schema/none.xsd", "broke down"},
       {"page.xml", "ref=\"town\"", "ref=\"city\"", "there is no question \"city\""},
       {"page.xsl", "</xsl:stylesheet>", "", "page.xsl"},
   };
@@ -65,10 +113,21 @@ TEST_F(Start, EndsWithTheFindingsOfABrokenDeployment) {
     replaceIn(c.file, c.from, c.to);
     Host host(words());
     EXPECT_EQ(host.port(), 0);
-    EXPECT_GT(host.waitForEnd(), 0);
+    EXPECT_EQ(host.waitForEnd(), 2);
     EXPECT_NE(host.log().find(c.says), std::string::npos) << host.log();
     std::ofstream(deployment() / c.file) << strBefore;
   }
+}
+
+TEST_F(Start, TellsWarningsAndServes) {
+  replaceIn("object-mapper.xml", "</message>",
+            "<messageitem id=\"nobody\" toschema=\"false\"/></message>");
+  const Host host(words());
+  EXPECT_EQ(host.get("/readyz").status, 200);
+  const std::vector<Json> findings = eventsOf(host, "deployment-finding");
+  ASSERT_EQ(findings.size(), 1U) << host.log();
+  EXPECT_EQ(findings[0]["severity"], "warning");
+  EXPECT_EQ(findings[0]["object"], "nobody");
 }
 
 TEST_F(Start, TakesOverAChangedDeploymentWholeOrNotAtAll) {
@@ -80,7 +139,12 @@ TEST_F(Start, TakesOverAChangedDeploymentWholeOrNotAtAll) {
   replaceIn("object-mapper.xml", "</message>", "");
   EXPECT_FALSE(host.get("/forms/inspection").shows("Road"));
   EXPECT_NE(parked(host, exampleForm("draft.form")), "");
-  EXPECT_NE(host.log().find("deployment-refused"), std::string::npos);
+  EXPECT_EQ(eventsOf(host, "deployment-refused").size(), 1U);
+  const std::vector<Json> findings = eventsOf(host, "deployment-finding");
+  ASSERT_EQ(findings.size(), 1U);
+  EXPECT_EQ(findings[0]["code"], "not-well-formed");
+  EXPECT_EQ(findings[0]["file"], "object-mapper.xml");
+  EXPECT_GT(findings[0]["line"], 1);
   EXPECT_EQ(host.get("/readyz").status, 200);
 
   fs::rename(deployment(), directory_.at("away"));
@@ -137,6 +201,39 @@ TEST_F(Start, WithAStoreThatIsFullLosesNothingThatWasAcknowledged) {
 
   EXPECT_TRUE(host.get(strPlace).shows("value=\"Havnehuset\""));
   EXPECT_NE(parked(host, exampleForm("draft.form")), "");
+}
+
+/// A schema outside the folder is read where it stands, so it can break while the host runs.
+TEST_F(Start, AcceptsNothingThatCouldNotBeChecked) {
+  fs::rename(deployment() / "schema", directory_.at("schema"));
+  replaceIn("deployment.json", "schema/inspection.xsd", "../schema/inspection.xsd");
+  Host host(words());
+  const std::string strPlace = parked(host, exampleForm("complete.form"));
+  const Form form = filledIn(host.get(strPlace), exampleForm("complete.form"), "submit");
+  const std::string strSchema = directory_.at("schema/record.xsd");
+  const std::string strBefore = textOfFile(strSchema);
+  std::ofstream(strSchema) << "broken";
+
+  const HttpAnswer answer = host.post(strPlace, form);
+  EXPECT_EQ(answer.status, 500);
+  EXPECT_TRUE(answer.shows("it could not be checked, so it was not sent"));
+  EXPECT_TRUE(answer.shows("Saved, not sent yet"));
+  EXPECT_TRUE(answer.shows("value=\"NB-2025-00417\""));
+  EXPECT_EQ(host.get("/messages" + strPlace.substr(7)).status, 404);
+  EXPECT_TRUE(host.get("/metrics").shows("varnel_runs_total{outcome=\"not-checked\"} 1\n"));
+  const std::vector<Json> failed = eventsOf(host, "run-failed");
+  ASSERT_EQ(failed.size(), 1U);
+  EXPECT_TRUE(failed[0]["reason"].get<std::string>().starts_with("The schema cannot be used"));
+
+  // Those who run the deployment find the reason with the form.
+  const Json kept = Json::parse(host.get(strPlace, {{"Accept", "application/json"}}).body);
+  EXPECT_EQ(kept["state"], "parked");
+  EXPECT_EQ(kept["report"]["verdict"], "not-checked");
+  EXPECT_NE(kept["report"]["reason"].get<std::string>().find("record.xsd"), std::string::npos);
+
+  std::ofstream(strSchema) << strBefore;
+  EXPECT_EQ(host.post(strPlace, filledIn(answer, exampleForm("complete.form"), "submit")).status,
+            303);
 }
 
 TEST_F(Start, ServesSeveralDeployments) {

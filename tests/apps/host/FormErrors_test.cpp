@@ -1,0 +1,91 @@
+#include "host/FormErrors.h"
+
+#include <gtest/gtest.h>
+
+namespace Varnel_Tolv_XML_Creation::test {
+namespace {
+
+SchemaViolation violation(ViolationKind kind, std::string strQuestion, std::string strRow = "",
+                          std::string strColumn = "") {
+  SchemaViolation made;
+  made.kind = kind;
+  made.questionId = std::move(strQuestion);
+  made.rowIndex = std::move(strRow);
+  made.columnId = std::move(strColumn);
+  return made;
+}
+
+SchemaViolation wrong(std::string strFacet, std::string strLimit, std::string strValue) {
+  SchemaViolation made = violation(ViolationKind::value, "q");
+  made.facet = std::move(strFacet);
+  made.limit = std::move(strLimit);
+  made.value = std::move(strValue);
+  return made;
+}
+
+std::vector<std::string> textsOf(const RunReport& report) {
+  std::vector<std::string> texts;
+  for (const FormError& error : errorsOf(report, Catalogue::of("en"))) {
+    texts.push_back(error.strMessage);
+  }
+  return texts;
+}
+
+using Texts = std::vector<std::string>;
+
+TEST(FormErrors, TellOneForEachPlaceAndCause) {
+  const struct {
+    const char* says;
+    std::vector<SchemaViolation> violations;
+    Texts texts;
+  } cases[] = {
+      {"two elements of the message have the answer",
+       {wrong("maxLength", "4", "abcde"), wrong("maxLength", "4", "abcde")},
+       {"At most 4 characters are allowed."}},
+      {"one of them has it in another form",
+       {wrong("enumeration", "", "1 ab"), wrong("enumeration", "", "1ab")},
+       {"\xE2\x80\x9C"
+        "1 ab\xE2\x80\x9D is not allowed here."}},
+      {"they have limits of their own",
+       {wrong("maxLength", "4", "abcde"), wrong("maxLength", "3", "abcde")},
+       {"At most 4 characters are allowed.", "At most 3 characters are allowed."}},
+      {"an answer is missing in one and empty in the other",
+       {violation(ViolationKind::missingChild, "q"), wrong("pattern", "[0-9]", "")},
+       {"An answer is missing."}},
+      {"cells of two rows",
+       {violation(ViolationKind::missingChild, "t", "1", "c"),
+        violation(ViolationKind::missingChild, "t", "2", "c")},
+       {"An answer is missing.", "An answer is missing."}},
+      {"two columns of a row",
+       {violation(ViolationKind::missingChild, "t", "1", "c"),
+        violation(ViolationKind::missingChild, "t", "1", "d")},
+       {"An answer is missing.", "An answer is missing."}},
+      {"no answer is to blame, twice",
+       {violation(ViolationKind::identity, ""), violation(ViolationKind::text, "")},
+       {""}},
+      {"nothing is wrong", {}, {}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    RunReport report;
+    report.violations = c.violations;
+    EXPECT_EQ(textsOf(report), c.texts);
+  }
+}
+
+TEST(FormErrors, TellWhatWouldBeLostBehindWhatIsWrong) {
+  RunReport report;
+  report.violations = {violation(ViolationKind::missingChild, "q")};
+  AnswerLoss loss;
+  loss.questionId = "q";
+  loss.reason = "line-without-slot";
+  report.losses = {loss, loss};
+  EXPECT_EQ(textsOf(report),
+            (Texts{"An answer is missing.", "There is no place for so many lines."}));
+  EXPECT_EQ(errorsOf(report, Catalogue::of("en"))[1].strInFull,
+            "q: there is no place for so many lines.");
+  EXPECT_EQ(errorsOf(report, *Catalogue::known("de-AT"))[0].strMessage, "Eine Antwort fehlt.");
+}
+
+}  // namespace
+}  // namespace Varnel_Tolv_XML_Creation::test

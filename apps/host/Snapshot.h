@@ -8,7 +8,8 @@
 std::string fingerprintOf(const std::filesystem::path& folder);
 
 /// A copy of a deployment's folder that nobody changes, taken away with the object. Runs read it,
-/// so that a deployment which is being replaced is never read half.
+/// so that a deployment which is being replaced is never read half. The copy stands in the folder
+/// for temporary files and is locked (flock) as long as it is in use.
 class Snapshot {
  public:
   /// Raises CannotRun when the folder cannot be copied, or changes while it is copied.
@@ -23,8 +24,15 @@ class Snapshot {
   std::string placeOf(const std::string& strPath) const;
   bool holds(const std::string& strPath) const;
 
+  /// Takes away the copies of processes that ended without doing so, as killed ones do.
+  static void removeForsaken();
+
  private:
+  void makeFolder();
+  void removeFolder() noexcept;
+
   std::filesystem::path original_;
   std::filesystem::path copy_;
+  int lock_ = -1;
   std::string strFingerprint_;
 };

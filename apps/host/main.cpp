@@ -11,6 +11,7 @@
 #include "host/HostOptions.h"
 #include "host/Log.h"
 #include "host/Outbox.h"
+#include "host/Snapshot.h"
 #include "host/Store.h"
 #include "host/WebServer.h"
 
@@ -38,6 +39,7 @@ Refusal refusalOf(unsigned lngStatus) {
 }
 
 int serve(const HostOptions& options) {
+  Snapshot::removeForsaken();
   Deployments deployments(options.deployments);
   if (!deployments.sound()) return kUnsound;
 

@@ -1,4 +1,5 @@
 #include <csignal>
+#include <cstdlib>
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <sstream>
@@ -234,6 +235,47 @@ TEST_F(Start, AcceptsNothingThatCouldNotBeChecked) {
   std::ofstream(strSchema) << strBefore;
   EXPECT_EQ(host.post(strPlace, filledIn(answer, exampleForm("complete.form"), "submit")).status,
             303);
+}
+
+/// The folders below `strFolder` that a host keeps copies of deployments in.
+std::vector<std::string> copiesIn(const std::string& strFolder) {
+  std::vector<std::string> copies;
+  for (const auto& entry : fs::directory_iterator(strFolder)) {
+    const std::string strName = entry.path().filename().string();
+    if (strName.starts_with("varnel-xml-host-")) copies.push_back(strName);
+  }
+  return copies;
+}
+
+TEST_F(Start, TakesAwayTheCopiesOfHostsThatWereKilled) {
+  const std::string strTemporary = directory_.at("temporary");
+  fs::create_directory(strTemporary);
+  const char* const before = std::getenv("TMPDIR");
+  const std::string strBefore = before == nullptr ? "" : before;
+  ::setenv("TMPDIR", strTemporary.c_str(), 1);
+  fs::create_directory(strTemporary + "/of-somebody-else");
+  const Host living(words());
+  const std::vector<std::string> used = copiesIn(strTemporary);
+  ASSERT_EQ(used.size(), 1U);
+  {
+    Host killed(words());
+    EXPECT_EQ(copiesIn(strTemporary).size(), 2U);
+    killed.stop(SIGKILL);
+  }
+  EXPECT_EQ(copiesIn(strTemporary).size(), 2U);
+  {
+    Host next(words());
+    EXPECT_EQ(copiesIn(strTemporary).size(), 2U);  // its own and that of the one that lives
+    EXPECT_EQ(next.stop(SIGTERM), 0);
+  }
+  EXPECT_EQ(copiesIn(strTemporary), used);
+  EXPECT_TRUE(fs::exists(strTemporary + "/of-somebody-else"));
+  const std::string strPlace = parked(living, exampleForm("complete.form"));
+  EXPECT_EQ(
+      living.post(strPlace, filledIn(living.get(strPlace), exampleForm("complete.form"), "submit"))
+          .status,
+      303);
+  before == nullptr ? ::unsetenv("TMPDIR") : ::setenv("TMPDIR", strBefore.c_str(), 1);
 }
 
 TEST_F(Start, ServesSeveralDeployments) {

@@ -318,6 +318,12 @@ void WebServer::Impl::stop() {
 WebServer::WebServer(WebSettings settings, WebHandlers handlers, Metrics& metrics)
     : impl_(std::make_shared<Impl>(std::move(settings), std::move(handlers), metrics)) {
   impl_->listen();
+  // From now on a signal is a clean end, also one that comes before `run` is called.
+  impl_->signals.add(SIGTERM);
+  impl_->signals.add(SIGINT);
+  impl_->signals.async_wait([impl = impl_.get()](beast::error_code error, int) {
+    if (!error) impl->stop();
+  });
 }
 
 WebServer::~WebServer() = default;
@@ -327,11 +333,6 @@ unsigned short WebServer::port() const { return impl_->acceptor.local_endpoint()
 void WebServer::run() {
   impl_->workers =
       std::make_unique<WorkerPool>(impl_->settings.lngWorkers, impl_->settings.lngQueue);
-  impl_->signals.add(SIGTERM);
-  impl_->signals.add(SIGINT);
-  impl_->signals.async_wait([this](beast::error_code error, int) {
-    if (!error) impl_->stop();
-  });
   impl_->accept();
   // Ends when nothing is left to wait for, or when what is left takes too long.
   while (!impl_->blnStopping || !impl_->connections.empty()) {

@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <initializer_list>
+
 #include "SchemaTypes.h"
 #include "support/Faults.h"
 #include "support/Messages.h"
@@ -318,28 +320,23 @@ TEST(AddComplexTypeFromTableRows, FailsAsTheLookupOfTheTypeDoes) {
   }
 }
 
-TEST(AddComplexTypeFromTableRows, FailsWhereTheTableGivesNoList) {
-  const struct {
-    const char* says;
-    DomOperation operation;
-    int call;
-    std::int32_t code;
-    const char *detail, *userMessage, *left;
-  } cases[] = {
-      {"no rows", DomOperation::getElementsByTagName, 1,
-       SVC_RET_XML_CREATION_TBL_ROW_SELECTION_FAILED, "An error occurred retrieving the table rows",
-       "An error occurred retrieving the table rows", ""},
-      {"no columns of the first row", DomOperation::select, 1,
-       SVC_RET_XML_CREATION_CLMN_FRM_ROW_SELECTION_FAILED,
-       "Selecting the columns from the row has failed", kUserMessage, ""},
-      {"no columns of the second row", DomOperation::select, 2,
-       SVC_RET_XML_CREATION_CLMN_FRM_ROW_SELECTION_FAILED,
-       "Selecting the columns from the row has failed", kUserMessage, kFirstRow},
-  };
-  for (const auto& c : cases) {
+struct FaultCase {
+  const char* says;
+  DomOperation operation;
+  int call;
+  std::int32_t code;
+  const char *detail, *userMessage, *left;
+};
+
+/// Each call that gives nothing, in the document that is told, ends it.
+void expectFailures(FaultInjector* Scene::Faulty::*document,
+                    std::initializer_list<FaultCase> cases) {
+  for (const FaultCase& c : cases) {
     SCOPED_TRACE(c.says);
     FaultAt fault(c.operation, Fault::nothing, c.call);
-    Scene scene(kDrug, kTwoRows, {.table = &fault});
+    Scene::Faulty faulty;
+    faulty.*document = &fault;
+    Scene scene(kDrug, kTwoRows, faulty);
     fault.arm();
     EXPECT_TRUE(FailedWith(scene.add(), c.code, c.detail, c.userMessage));
     EXPECT_TRUE(fault.struck());
@@ -347,40 +344,43 @@ TEST(AddComplexTypeFromTableRows, FailsWhereTheTableGivesNoList) {
   }
 }
 
+TEST(AddComplexTypeFromTableRows, FailsWhereTheTableGivesNoList) {
+  expectFailures(&Scene::Faulty::table,
+                 {
+                     {"no rows", DomOperation::getElementsByTagName, 1,
+                      SVC_RET_XML_CREATION_TBL_ROW_SELECTION_FAILED,
+                      "An error occurred retrieving the table rows",
+                      "An error occurred retrieving the table rows", ""},
+                     {"no columns of the first row", DomOperation::select, 1,
+                      SVC_RET_XML_CREATION_CLMN_FRM_ROW_SELECTION_FAILED,
+                      "Selecting the columns from the row has failed", kUserMessage, ""},
+                     {"no columns of the second row", DomOperation::select, 2,
+                      SVC_RET_XML_CREATION_CLMN_FRM_ROW_SELECTION_FAILED,
+                      "Selecting the columns from the row has failed", kUserMessage, kFirstRow},
+                 });
+}
+
 TEST(AddComplexTypeFromTableRows, FailsWhereTheTypeGivesNoCopyOrList) {
-  const struct {
-    const char* says;
-    DomOperation operation;
-    int call;
-    std::int32_t code;
-    const char *detail, *userMessage, *left;
-  } cases[] = {
-      {"no copy of the type", DomOperation::cloneNode, 1,
-       SVC_RET_XML_CREATION_CLONING_CMPLX_TYPE_FAILED,
-       "Cloning of the complex type object has failed",
-       "An error occurred getting the complex type from the action", ""},
-      {"no model of the first row", DomOperation::cloneNode, 2,
-       SVC_RET_XML_CREATION_CMPLX_TYPE_CLONE_FAILED, "Cloning the complex type has failed",
-       kUserMessage, ""},
-      {"no model of the second row", DomOperation::cloneNode, 3,
-       SVC_RET_XML_CREATION_CMPLX_TYPE_CLONE_FAILED, "Cloning the complex type has failed",
-       kUserMessage, kFirstRow},
-      {"no children of the first model", DomOperation::childNodes, 1,
-       SVC_RET_XML_CREATION_CHLD_NODE_SELECTION_FAILED,
-       "Selecting the child nodes of the complex type has failed", kUserMessage, ""},
-      {"no children of the second model", DomOperation::childNodes, 2,
-       SVC_RET_XML_CREATION_CHLD_NODE_SELECTION_FAILED,
-       "Selecting the child nodes of the complex type has failed", kUserMessage, kFirstRow},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.says);
-    FaultAt fault(c.operation, Fault::nothing, c.call);
-    Scene scene(kDrug, kTwoRows, {.types = &fault});
-    fault.arm();
-    EXPECT_TRUE(FailedWith(scene.add(), c.code, c.detail, c.userMessage));
-    EXPECT_TRUE(fault.struck());
-    EXPECT_EQ(scene.rows(), c.left) << "rows already written stay";
-  }
+  expectFailures(
+      &Scene::Faulty::types,
+      {
+          {"no copy of the type", DomOperation::cloneNode, 1,
+           SVC_RET_XML_CREATION_CLONING_CMPLX_TYPE_FAILED,
+           "Cloning of the complex type object has failed",
+           "An error occurred getting the complex type from the action", ""},
+          {"no model of the first row", DomOperation::cloneNode, 2,
+           SVC_RET_XML_CREATION_CMPLX_TYPE_CLONE_FAILED, "Cloning the complex type has failed",
+           kUserMessage, ""},
+          {"no model of the second row", DomOperation::cloneNode, 3,
+           SVC_RET_XML_CREATION_CMPLX_TYPE_CLONE_FAILED, "Cloning the complex type has failed",
+           kUserMessage, kFirstRow},
+          {"no children of the first model", DomOperation::childNodes, 1,
+           SVC_RET_XML_CREATION_CHLD_NODE_SELECTION_FAILED,
+           "Selecting the child nodes of the complex type has failed", kUserMessage, ""},
+          {"no children of the second model", DomOperation::childNodes, 2,
+           SVC_RET_XML_CREATION_CHLD_NODE_SELECTION_FAILED,
+           "Selecting the child nodes of the complex type has failed", kUserMessage, kFirstRow},
+      });
 }
 
 TEST(AddComplexTypeFromTableRows, CopiesTheModelEvenOfARowThatDoesNotCount) {

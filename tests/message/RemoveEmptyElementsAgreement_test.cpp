@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "OfferedElements.h"
 #include "message/RemoveEmptyElements.h"
 #include "support/Messages.h"
 
@@ -192,19 +193,6 @@ std::string told(const Node& objNode) {
   const auto colChildren = objNode.childNodes();
   for (const Node& objChild : *colChildren) strText += told(objChild);
   return strText + "]";
-}
-
-/// The paths of the elements offered, in order.
-std::vector<std::string> offered(const TestHost& host) {
-  constexpr std::string_view kHead = "Node path=";
-  constexpr std::string_view kTail = ", Not oRefXMLNode Is Nothing=";
-  std::vector<std::string> paths;
-  for (const std::string& strLine : linesOf(host, "checkNodeForRemoval")) {
-    const auto lngEnd = strLine.find(kTail);
-    if (lngEnd != std::string::npos)
-      paths.push_back(strLine.substr(kHead.size(), lngEnd - kHead.size()));
-  }
-  return paths;
 }
 
 TEST(RemoveEmptyElements, CleansRandomMessagesByTheWordsOfItsRules) {

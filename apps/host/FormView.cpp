@@ -22,6 +22,29 @@ std::string anchorOf(const std::string& strQuestion, const std::string& strRow,
   return anchorOf(strQuestion, strRow) + '-' + strColumn;
 }
 
+// What the stylesheet would have to ask of every input, which there are many of: a test there costs
+// hundreds of times what it costs here.
+
+/// Whether the input is a line of text, with one keyboard or another.
+bool isPlain(std::string_view strKind) {
+  constexpr std::string_view kOthers[] = {"output", "textarea", "select", "radio", "check"};
+  return std::ranges::find(kOthers, strKind) == std::end(kOthers);
+}
+
+std::string widthOf(const Input& input) {
+  if (!input.strWidth.empty()) return input.strWidth;
+  if (input.strKind == "date" || input.strKind == "time" || input.strKind == "number") {
+    return "short";
+  }
+  const std::int64_t lngMost = rowNumber(input.strMaxLength, 50);  // 0: more, or not known
+  return lngMost == 0 ? "long" : lngMost <= 20 ? "short" : "medium";
+}
+
+const char* inputModeOf(std::string_view strKind) {
+  if (strKind == "number") return "decimal";
+  return strKind == "email" ? "email" : strKind == "tel" ? "tel" : "";
+}
+
 /// Writes the questions, with each error at its cell or question; at the row or the table where the
 /// page has no such cell or row.
 class FormWriter {
@@ -59,7 +82,8 @@ class FormWriter {
   void writeTable(const ViewElement& element, const Question& table);
   void writeInput(const ViewElement& element, const Input& input, const std::string& strName,
                   const std::string& strAnchor, const Listed& place);
-  void writeErrors(const ViewElement& element, const std::string& strAnchor, Listed place);
+  /// False when there is none.
+  bool writeErrors(const ViewElement& element, const std::string& strAnchor, Listed place);
 
   const FormView& view_;
   std::map<std::string, std::vector<const FormError*>> errors_;  // by anchor; "": without a place
@@ -99,10 +123,10 @@ std::set<std::string> FormWriter::anchorsOfPage() const {
   return anchors;
 }
 
-void FormWriter::writeErrors(const ViewElement& element, const std::string& strAnchor,
+bool FormWriter::writeErrors(const ViewElement& element, const std::string& strAnchor,
                              Listed place) {
   const auto found = errors_.find(strAnchor);
-  if (found == errors_.end()) return;
+  if (found == errors_.end()) return false;
   place.strAnchor = strAnchor;
   for (const FormError* const error : found->second) {
     const bool blnNarrower = (!error->strRow.empty() && place.strRow.empty()) ||
@@ -111,6 +135,7 @@ void FormWriter::writeErrors(const ViewElement& element, const std::string& strA
     element.add("error", place.strMessage);
     listed_.push_back(place);
   }
+  return true;
 }
 
 void FormWriter::writeInput(const ViewElement& element, const Input& input,
@@ -118,17 +143,23 @@ void FormWriter::writeInput(const ViewElement& element, const Input& input,
                             const Listed& place) {
   const std::string_view strValue = answerTo(view_.answers, strName);
   const bool blnOutput = input.blnOutput;
+  const std::string strKind = blnOutput ? "output" : input.strKind;
+  const bool blnPlain = isPlain(strKind);
   element.set("anchor", strAnchor)
       .set("name", strName)
-      .set("kind", blnOutput ? "output" : input.strKind)
+      .set("kind", strKind)
+      .setFlag("plain", blnPlain)
       .set("label", input.strLabel)
+      .set("of", place.strRow)
       .set("hint", input.strHint)
-      .set("width", input.strWidth)
       .set("maxlength", input.strMaxLength)
       .setFlag("required", input.blnRequired)
+      .setFlag("must", input.blnRequired && strKind != "radio" && strKind != "check")
       .set("value", blnOutput && strValue.empty() ? input.strOutput : strValue);
+  if (blnPlain) element.set("width", widthOf(input)).set("inputmode", inputModeOf(strKind));
   // The help for a cell stands at the head of its column.
-  if (!input.strHelp.empty() && place.strColumn.empty()) element.add("help", input.strHelp);
+  const bool blnHelp = !input.strHelp.empty() && place.strColumn.empty();
+  if (blnHelp) element.add("help", input.strHelp);
   if (input.strKind == "check") element.setFlag("checked", !strValue.empty());
   bool blnKnown = strValue.empty();
   for (const Choice& choice : input.choices) {
@@ -142,9 +173,11 @@ void FormWriter::writeInput(const ViewElement& element, const Input& input,
   if (!blnKnown && !input.choices.empty()) {
     element.add("choice", strValue).set("value", strValue).setFlag("chosen", true);
   }
+  bool blnStored = false;
   if (view_.strNotice == "conflict" && !blnOutput) {
     const std::string_view strStored = answerTo(view_.stored, strName);
-    if (strStored != strValue) {
+    blnStored = strStored != strValue;
+    if (blnStored) {
       // Shown in the words of the choices where there are any.
       const auto choice = std::ranges::find(input.choices, strStored, &Choice::strValue);
       element.add("stored", choice == input.choices.end() ? strStored : choice->strLabel);
@@ -153,7 +186,18 @@ void FormWriter::writeInput(const ViewElement& element, const Input& input,
       listed_.push_back(other);
     }
   }
-  writeErrors(element, strAnchor, place);
+  const bool blnWrong = writeErrors(element, strAnchor, place);
+  // What stands around the input and tells of it, in the order in which it is to be heard.
+  std::string strDescribed;
+  const auto describe = [&](bool blnThere, const char* ending) {
+    if (blnThere) strDescribed += (strDescribed.empty() ? "" : " ") + strAnchor + ending;
+  };
+  describe(blnWrong, "-error");
+  describe(blnStored, "-stored");
+  describe(blnHelp, "-help");
+  describe(!input.strHint.empty(), "-hint");
+  element.set("described", strDescribed)
+      .set("marks", std::string(blnWrong ? " wrong" : "") + (blnStored ? " differs" : ""));
 }
 
 void FormWriter::writeTable(const ViewElement& element, const Question& table) {

@@ -199,13 +199,13 @@
   <!-- A question: label, help, what is wrong, input -->
 
   <xsl:template match="field">
-    <div>
-      <xsl:attribute name="class">
-        <xsl:text>field kind-</xsl:text><xsl:value-of select="@kind"/>
-        <xsl:if test="error"> wrong</xsl:if>
-        <xsl:if test="stored"> differs</xsl:if>
-      </xsl:attribute>
+    <div class="field kind-{@kind}{@marks}">
       <xsl:choose>
+        <xsl:when test="@plain">
+          <label for="{@anchor}"><xsl:call-template name="label-text"/></label>
+          <xsl:if test="@described"><xsl:call-template name="around"/></xsl:if>
+          <xsl:call-template name="input"/>
+        </xsl:when>
         <xsl:when test="@kind = 'radio'">
           <fieldset id="{@anchor}" tabindex="-1">
             <xsl:call-template name="described"/>
@@ -261,22 +261,22 @@
   </xsl:template>
 
   <xsl:template name="described">
-    <xsl:if test="help | @hint | error | stored">
-      <xsl:attribute name="aria-describedby">
-        <xsl:if test="error"><xsl:value-of select="concat(@anchor, '-error ')"/></xsl:if>
-        <xsl:if test="stored"><xsl:value-of select="concat(@anchor, '-stored ')"/></xsl:if>
-        <xsl:if test="help"><xsl:value-of select="concat(@anchor, '-help ')"/></xsl:if>
-        <xsl:if test="@hint"><xsl:value-of select="concat(@anchor, '-hint')"/></xsl:if>
-      </xsl:attribute>
+    <xsl:if test="@described">
+      <xsl:attribute name="aria-describedby"><xsl:value-of select="@described"/></xsl:attribute>
+      <xsl:if test="error"><xsl:attribute name="aria-invalid">true</xsl:attribute></xsl:if>
     </xsl:if>
-    <xsl:if test="error"><xsl:attribute name="aria-invalid">true</xsl:attribute></xsl:if>
-    <xsl:if test="@required and @kind != 'radio' and @kind != 'check'">
-      <xsl:attribute name="aria-required">true</xsl:attribute>
-    </xsl:if>
+    <xsl:if test="@must"><xsl:attribute name="aria-required">true</xsl:attribute></xsl:if>
   </xsl:template>
 
   <xsl:template name="input">
     <xsl:choose>
+      <xsl:when test="@plain">
+        <!-- Never of a type that would change or hide an answer which does not fit. -->
+        <input type="text" id="{@anchor}" name="{@name}" value="{@value}" class="width-{@width}">
+          <xsl:if test="@inputmode"><xsl:attribute name="inputmode"><xsl:value-of select="@inputmode"/></xsl:attribute></xsl:if>
+          <xsl:call-template name="described"/>
+        </input>
+      </xsl:when>
       <xsl:when test="@kind = 'output'">
         <output id="{@anchor}">
           <xsl:if test="error">
@@ -321,23 +321,6 @@
           <xsl:if test="@checked"><xsl:attribute name="checked">checked</xsl:attribute></xsl:if>
         </input>
       </xsl:when>
-      <xsl:otherwise>
-        <!-- Never of a type that would change or hide an answer which does not fit. -->
-        <input type="text" id="{@anchor}" name="{@name}" value="{@value}">
-          <xsl:attribute name="class">width-<xsl:choose>
-            <xsl:when test="@width"><xsl:value-of select="@width"/></xsl:when>
-            <xsl:when test="@kind = 'date' or @kind = 'time' or @kind = 'number' or (@maxlength and @maxlength &lt;= 20)">short</xsl:when>
-            <xsl:when test="@maxlength and @maxlength &lt;= 50">medium</xsl:when>
-            <xsl:otherwise>long</xsl:otherwise>
-          </xsl:choose></xsl:attribute>
-          <xsl:choose>
-            <xsl:when test="@kind = 'number'"><xsl:attribute name="inputmode">decimal</xsl:attribute></xsl:when>
-            <xsl:when test="@kind = 'email'"><xsl:attribute name="inputmode">email</xsl:attribute></xsl:when>
-            <xsl:when test="@kind = 'tel'"><xsl:attribute name="inputmode">tel</xsl:attribute></xsl:when>
-          </xsl:choose>
-          <xsl:call-template name="described"/>
-        </input>
-      </xsl:otherwise>
     </xsl:choose>
   </xsl:template>
 
@@ -370,7 +353,6 @@
         </thead>
         <tbody>
           <xsl:for-each select="row">
-            <xsl:variable name="row" select="."/>
             <tr id="{$table/@anchor}-{@number}" tabindex="-1" data-row="{@number}">
               <xsl:if test="error">
                 <xsl:attribute name="aria-describedby"><xsl:value-of select="concat($table/@anchor, '-', @number, '-error')"/></xsl:attribute>
@@ -387,15 +369,13 @@
                 </xsl:if>
               </th>
               <xsl:for-each select="cell">
-                <td>
-                  <xsl:attribute name="class">kind-<xsl:value-of select="@kind"/>
-                    <xsl:if test="error"> wrong</xsl:if><xsl:if test="stored"> differs</xsl:if></xsl:attribute>
+                <td class="kind-{@kind}{@marks}">
                   <label class="cell-label" for="{@anchor}"><xsl:value-of select="@label"/>
-                    <span class="hidden"><xsl:text>, </xsl:text>
-                      <xsl:choose><xsl:when test="$row/@label"><xsl:value-of select="$row/@label"/></xsl:when>
-                        <xsl:otherwise>row <xsl:value-of select="$row/@number"/></xsl:otherwise></xsl:choose></span></label>
-                  <xsl:if test="@hint"><p class="cell-hint hint" id="{@anchor}-hint"><xsl:value-of select="@hint"/></p></xsl:if>
-                  <xsl:call-template name="errors"/>
+                    <span class="hidden"><xsl:text>, </xsl:text><xsl:value-of select="@of"/></span></label>
+                  <xsl:if test="@described">
+                    <xsl:if test="@hint"><p class="cell-hint hint" id="{@anchor}-hint"><xsl:value-of select="@hint"/></p></xsl:if>
+                    <xsl:call-template name="errors"/>
+                  </xsl:if>
                   <xsl:call-template name="input"/>
                 </td>
               </xsl:for-each>

@@ -9,6 +9,7 @@ namespace Varnel_Tolv_XML_Creation::test {
 namespace {
 
 using ::testing::HasSubstr;
+using ::testing::MatchesRegex;
 
 class Archive : public ProgramTest {
  protected:
@@ -26,16 +27,15 @@ class Archive : public ProgramTest {
     write("archive.jsonl", strLines);
   }
 
-  /// A shell's words, with `slice` for the script and `answers` for the whole archive's.
+  /// Runs a shell's words, with `slice` for the script and `whole` for all of the archive.
   ProgramRun shell(const std::string& strWords) const {
-    const std::string strPrelude =
-        "set -e; deployment='" + strExamples_ +
-        "/permit'; options='--submit --validate --now 2026-03-05T09:05:07'\n"
-        "export VARNEL_XML=\"$0\"\n"
-        "slice() { '" +
-        strExamples_ +
-        "/archive/slice' archive.jsonl \"$deployment\" out \"$1\" \"$2\" $options; }\n"
-        "whole() { \"$0\" batch --deployment \"$deployment\" $options <archive.jsonl || true; }\n";
+    const std::string strPrelude = "set -e; examples='" + strExamples_ + R"('
+deployment=$examples/permit
+options='--submit --validate --now 2026-03-05T09:05:07'
+export VARNEL_XML="$0"
+slice() { "$examples/archive/slice" archive.jsonl "$deployment" out "$1" "$2" $options; }
+whole() { "$0" batch --deployment "$deployment" $options <archive.jsonl || true; }
+)";
     return runProgram(directory_.path(), {}, {.under = {"bash", "-c", strPrelude + strWords}});
   }
 
@@ -74,11 +74,91 @@ TEST_F(Archive, LeavesNothingOfASliceThatCannotRun) {
 
 TEST_F(Archive, IsReportedByQuestion) {
   if (std::system("command -v jq >/dev/null") != 0) GTEST_SKIP() << "no program \"jq\"";
-  const ProgramRun run = shell("slice 0 2; slice 1 2; '" + strExamples_ + "/archive/report' out");
+  const ProgramRun run = shell("slice 0 2; slice 1 2; \"$examples/archive/report\" out");
   EXPECT_EQ(run.status, 0) << run.err;
   EXPECT_THAT(run.out, HasSubstr("12 forms: 8 pass, 4 do not\n"
                                  "  4\tSVC_RET_XML_CREATION_SCHEMA_VALIDATION_FAILED\n"));
   EXPECT_THAT(run.out, HasSubstr("  4\tclosures\n  4\tdays\n"));
+}
+
+TEST_F(Archive, SubmitsAgainWhatWasKilled) {
+  // An engine that runs the tasks of an array one after the other, and kills one at the first try.
+  write("sbatch", R"(#!/usr/bin/env bash
+set -euo pipefail
+while [[ $1 == --* ]]; do
+  [[ $1 != --array=* ]] || tasks=${1#--array=}
+  shift
+done
+echo "$tasks" >>submitted
+for task in ${tasks//,/ }; do
+  if [[ $task == 1 && ! -e killed ]]; then
+    touch killed
+    echo half >out/part-00001.jsonl.aaaaaa
+  else
+    SLURM_ARRAY_TASK_ID=$task bash "$@"
+  fi
+done
+)");
+  const ProgramRun run = shell(R"(
+ln -s "$examples" examples
+chmod +x sbatch
+PATH=.:$PATH examples/archive/submit archive.jsonl "$deployment" out 3 $options
+whole >whole.jsonl
+cat out/part-*.jsonl | cmp - whole.jsonl
+ls out)");
+  EXPECT_EQ(run.status, 0) << run.out;
+  EXPECT_EQ(run.out, "log\npart-00000.jsonl\npart-00001.jsonl\npart-00002.jsonl\n");
+  EXPECT_EQ(run.err, "submit: not done, and submitted again: 1\n");
+  EXPECT_EQ(read("submitted"), "0,1,2\n1\n");
+}
+
+TEST_F(Archive, GivesASliceUpThatIsNeverDone) {
+  write("sbatch", "#!/bin/sh\necho >>tries\n");
+  const ProgramRun run = shell(R"(
+ln -s "$examples" examples
+chmod +x sbatch
+PATH=.:$PATH examples/archive/submit archive.jsonl "$deployment" out 2 || echo "status $?")");
+  EXPECT_EQ(run.out, "status 1\n");
+  EXPECT_THAT(run.err, HasSubstr("submit: given up; see out/log\n"));
+  EXPECT_EQ(read("tries"), "\n\n\n\n");
+}
+
+TEST_F(Archive, IsReportedByWhatTheNextVersionRefuses) {
+  if (std::system("command -v jq && command -v patch && command -v python3") != 0) {
+    GTEST_SKIP() << "needs the programs jq, patch and python3";
+  }
+  // What the report tells is counted in the forms themselves. The present version refuses an
+  // urgency of "at once" too.
+  const ProgramRun run = shell(R"(
+options+=' --report'
+mkdir before
+"$examples/archive/make-forms" 150 >forms.jsonl
+"$0" batch --deployment "$examples/inspection" $options <forms.jsonl >before/part-0.jsonl || true
+jq -c '{id, park}' before/part-0.jsonl >archive.jsonl
+cp -r "$examples/inspection" next
+patch -s -p1 -d next <"$examples/archive/next-version.patch"
+"$0" check --deployment next
+deployment=next
+slice 0 1
+"$examples/archive/report" out before >told
+
+counted() { grep -cE "$1" forms.jsonl; }
+same() {
+  told=$(sed '/no longer do/,$ d' told | sed -n "s/^  \([0-9]*\)\t$1$/\1/p")
+  [[ $told == "$(counted "$2")" ]] || echo "$1: told $told, counted $(counted "$2")"
+}
+same postcode '&postcode=0'
+same heatingkind '&heatingkind=wood&'
+same mobilephone '&mobilephone=0'
+same smokedetectors '&smokedetectors=&'
+same urgency '&urgency=(at.once)?&'
+same 'defects, defect' '&defects___defect_.=(Water|The.plaster)'
+same 'defects, repairby' '&defects___repairby_.=&'
+failed=$(sed -n 's/^150 forms: .* pass, \(.*\) do not$/\1/p' told)
+grep -xF "$((failed - $(counted '&urgency=at.once&'))) forms passed before and no longer do, by question:" told)");
+  EXPECT_EQ(run.status, 0) << run.err << read("told");
+EXPECT_THAT(run.out, MatchesRegex("[0-9]+ forms passed before and no longer do, by question:\n"))
+    << read("told");
 }
 
 }  // namespace

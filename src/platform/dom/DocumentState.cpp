@@ -1,6 +1,7 @@
 #include "platform/dom/DocumentState.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <new>
 #include <utility>
 
@@ -68,6 +69,7 @@ bool DocumentContent::replace(std::size_t lngExpected, bool blnKeepBefore,
 
   idIndex.drop();
   libraryTree.drop();
+  attributeNames = {};
   target.setDocument(document);
   if (!blnKeepBefore) {
     tree = std::move(fresh);
@@ -140,6 +142,16 @@ bool DocumentState::take(std::shared_ptr<const DocumentContent> loaded, ParseErr
 DocumentContent& DocumentState::changeable() {
   if (settings.blnReadOnly) refuse("The document is read-only.");
   return const_cast<DocumentContent&>(*content_);  // only read-only documents share it with others
+}
+
+const TreeName* DocumentState::attributeName(std::string_view strName) {
+  auto& content = const_cast<DocumentContent&>(*content_);
+  if (strName.empty() || settings.blnReadOnly) return nullptr;
+  const auto lngAddress = reinterpret_cast<std::uintptr_t>(strName.data());
+  const TreeName*& name =
+      content.attributeNames[(lngAddress ^ lngAddress >> 4) % content.attributeNames.size()];
+  if (!name || name->strQualified != strName) name = content.tree.names().find(strName, {});
+  return name;
 }
 
 void DocumentState::mayFail(DomOperation operation) const {

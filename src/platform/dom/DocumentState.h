@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <functional>
 #include <memory>
@@ -38,6 +39,9 @@ struct DocumentContent {
   LazyIdIndex idIndex;
   ChildNameIndex childNames;
   LibraryTreeCache libraryTree;
+
+  /// The names of attributes that were set, by where their texts lie: most are constants.
+  std::array<const TreeName*, 16> attributeNames{};
 };
 
 /// What the handles of one document share. Its tree owns every node that a handle can point to,
@@ -78,6 +82,10 @@ struct DocumentState {
 
   /// The settings of a copy, which is never read-only.
   DocumentSettings settingsOfCopy() const;
+
+  /// The name of attributes in no namespace, given without a prefix; null when the document has
+  /// none of them. For who writes to the document.
+  const TreeName* attributeName(std::string_view strName);
 
   /// Accounts for text that is about to be written, in place of `lngBefore` bytes that go. Refuses,
   /// with kXmlFailure, to write more than an input may hold.

@@ -95,6 +95,18 @@ std::optional<NodeList> Node::childNodes() const {
   return NodeList(state_, std::move(nodes));
 }
 
+NodeList Node::emptyNodes() const {
+  TreeNode* const top = DocumentState::target(*this);
+  std::vector<TreeNode*> nodes;
+  for (TreeNode* node = top; node; node = nextBelow(node, top)) {
+    const TreeNode* const only = firstChild(node);
+    const bool blnEmpty = only ? isText(only) && only->lngSize == 0 && !only->next
+                               : !isText(node) && !Varnel_Tolv_XML_Creation::hasText(node);
+    if (blnEmpty) nodes.push_back(node);
+  }
+  return NodeList(state_, std::move(nodes));
+}
+
 Node Node::parentNode() const {
   const TreeNode* node = DocumentState::target(*this);
   if (isAttribute(node) || !node->parent) return {};
@@ -186,11 +198,12 @@ Node Node::cloneFor(const Node& objTarget, bool blnDeep) const {
   if (!isElement(node)) refuse("Only an element is copied for another document.");
   // In the same document it is a node like one just created.
   if (state_ == objTarget.state_) {
-    return Node(state_, copyNode(node, blnDeep, state_->changeable().tree));
+    return Node(state_, copyNode(node, blnDeep, state_->changeable().tree, true));
   }
   auto state = std::make_shared<DocumentState>(state_->settingsOfCopy(), objTarget.state_);
   state->selectionNamespaces = state_->selectionNamespaces;
-  TreeNode* const copy = copyNode(node, blnDeep, state->changeable().tree);
+  DocumentContent& content = state->changeable();
+  TreeNode* const copy = copyNode(node, blnDeep, content.tree, &content == &state_->content());
   return Node(std::move(state), copy);
 }
 

@@ -4,6 +4,7 @@
 #include <iterator>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -102,6 +103,10 @@ class VARNEL_EXPORT Node {
   /// The children at this moment, in order: later changes do not change the list.
   std::optional<NodeList> childNodes() const;
 
+  /// The nodes at and below this one that hold nothing, text nodes left out: without children and
+  /// text, or with one empty text node for all their children. In document order.
+  NodeList emptyNodes() const;
+
   /// The document to which this node belongs, whether it stands in its tree or not.
   Document ownerDocument() const;
 
@@ -121,6 +126,11 @@ class VARNEL_EXPORT Node {
 
   /// Does nothing when the attribute is missing.
   void removeAttribute(std::string_view strName) const;
+
+  /// Takes the attributes with these names, which have no prefix, from all elements of the document
+  /// or fragment to which this node belongs. "Not at all", which is false, never happens to a sound
+  /// document. Raises kXmlFailure, before it takes any, for a name that is none.
+  bool removeAttributes(std::span<const std::string_view> names) const;
 
   /// `attributes.getNamedItem`: the attribute as a node; Nothing when it is missing.
   Node getNamedItem(std::string_view strName) const;

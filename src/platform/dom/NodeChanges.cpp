@@ -1,8 +1,11 @@
 #include <algorithm>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include "platform/dom/DocumentState.h"
 #include "platform/dom/Node.h"
+#include "platform/text/Text.h"
 #include "platform/xml/CopyTree.h"
 #include "platform/xml/TreeLimits.h"
 #include "platform/xml/XmlCharacters.h"
@@ -116,6 +119,13 @@ void takeOut(DocumentState& state, DocumentContent& content, TreeNode* node) noe
   unlinkNode(node);
 }
 
+/// The same for an attribute, or nothing for null.
+void takeOut(DocumentState& state, TreeNode* element, TreeNode* attribute) noexcept {
+  if (!attribute) return;
+  state.changing(element, attribute);
+  unlinkNode(attribute);
+}
+
 Node place(const Node& objParent, const Node& objChild, TreeNode* before) {
   TreeNode* const parent = DocumentState::target(objParent);
   TreeNode* child = DocumentState::target(objChild);
@@ -154,11 +164,11 @@ void Node::setText(std::string_view strText) const {
 void Node::setAttribute(std::string_view strName, std::string_view strValue) const {
   TreeNode* element = DocumentState::targetElement(*this);
   state_->mayFail(DomOperation::setAttribute);
-  TreeNode* const present = findAttribute(element, strName);
-  // A name without a colon that the document has already is one, so it is not looked at again.
-  const TreeName* name = nullptr;
   const bool blnPrefixed = strName.find(':') != std::string_view::npos;
-  if (!present && !blnPrefixed) name = state_->content().tree.names().find(strName, {});
+  const TreeName* name = blnPrefixed ? nullptr : state_->attributeName(strName);
+  TreeNode* const present = name ? findAttribute(element, name) : findAttribute(element, strName);
+  if (present && valueOf(present) == strValue) return void(state_->changeable());
+  // A name without a colon that the document has already is one, so it is not looked at again.
   if (!present && !name) requireQualifiedName(strName);
   if (strName == "xmlns" || (blnPrefixed && prefixOf(strName) == "xmlns")) {
     refuse("A namespace declaration cannot be set as an attribute.");
@@ -180,10 +190,31 @@ void Node::removeAttribute(std::string_view strName) const {
   TreeNode* element = DocumentState::targetElement(*this);
   state_->mayFail(DomOperation::removeAttribute);
   state_->changeable();
-  TreeNode* attribute = findAttribute(element, strName);
-  if (!attribute) return;
-  state_->changing(element, attribute);
-  unlinkNode(attribute);
+  takeOut(*state_, element, findAttribute(element, strName));
+}
+
+bool Node::removeAttributes(std::span<const std::string_view> names) const {
+  TreeNode* const top = topOf(DocumentState::target(*this));
+  if (state_->givesNothing(DomOperation::select)) return false;
+  if (names.empty()) refuse("There is no name of an attribute.");
+  std::vector<const TreeName*> known;
+  for (const std::string_view strName : names) {
+    if (!isNCName(strName)) refuse(oneLine("The name '" + std::string(strName) + "' is no name."));
+    known.push_back(state_->content().tree.names().find(strName, {}));
+  }
+  for (TreeNode* node = top; node; node = nextBelow(node, top)) {
+    if (!isElement(node) || !asParent(node)->attributes) continue;
+    const bool blnAny = std::any_of(known.begin(), known.end(), [node](const TreeName* name) {
+      return name && findAttribute(node, name);
+    });
+    if (!blnAny) continue;
+    for (const TreeName* name : known) {
+      state_->mayFail(DomOperation::removeAttribute);
+      state_->changeable();
+      takeOut(*state_, node, name ? findAttribute(node, name) : nullptr);
+    }
+  }
+  return true;
 }
 
 Node Node::appendChild(const Node& objChild) const {

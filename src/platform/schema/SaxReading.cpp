@@ -31,13 +31,21 @@ class TagAttributes : public SaxAttributes {
     for (std::size_t index = 0; index < tag_.attributeCount; ++index) {
       const xmlChar** parts = tag_.attribute(index);
       const bool blnNamespace =
-          parts[2] ? view(parts[2]) == strNamespaceURI : strNamespaceURI.empty();
-      if (blnNamespace && view(parts[0]) == strLocalName) return tag_.value(index);
+          parts[2] ? equals(parts[2], strNamespaceURI) : strNamespaceURI.empty();
+      if (blnNamespace && equals(parts[0], strLocalName)) return tag_.value(index);
     }
     return std::nullopt;
   }
 
  private:
+  /// Without the length of the one, which most often differs from the other soon.
+  static bool equals(const xmlChar* text, std::string_view strOther) noexcept {
+    for (const char byte : strOther) {
+      if (*text++ != static_cast<unsigned char>(byte)) return false;
+    }
+    return *text == '\0';
+  }
+
   const StartTag& tag_;
 };
 

@@ -2,6 +2,8 @@
 
 #include <cstddef>
 
+#include "platform/schema/StartTag.h"
+
 namespace Varnel_Tolv_XML_Creation {
 
 namespace {
@@ -33,10 +35,34 @@ bool TreeEvents::tellTheText(const Tree& tree) {
     if (top->kind == NodeKind::documentType) return false;
     if (isElement(top)) ++lngRoots;
   }
+  if (lngRoots != 1) return false;
   TreeEvents events(tree);
+  // Mostly what is known of the document as a whole is enough.
+  constexpr std::size_t kShort = kLong / (kMaxAttributes + 1);  // of a name with its value
+  const std::size_t lngName = tree.names().longest();
+  if (lngName < kShort && tree.isPlain(kShort - lngName)) {
+    while (events.next() != Event::start) {
+    }
+    if (events.bindsAllPrefixes()) return events.blnExact_;
+  }
   while (events.blnExact_ && events.next() != Event::none) {
   }
-  return lngRoots == 1 && events.blnExact_;
+  return events.blnExact_;
+}
+
+/// Whether what has been told binds the prefix of each name with a colon, and nothing binds it
+/// otherwise.
+bool TreeEvents::bindsAllPrefixes() const {
+  for (const TreeName* name = tree_.names().withColon(); name; name = name->nextWithColon) {
+    const NamePart* const prefix = prefixOf(*name);
+    if (!prefix || prefix->blnSeveral || !scope_.uriOf(prefix)) return false;
+  }
+  return true;
+}
+
+/// What stands before the colon of a name in no namespace; null when no name has it for a prefix.
+const NamePart* TreeEvents::prefixOf(const TreeName& name) const {
+  return tree_.names().findPart(name.strLocal.substr(0, name.strLocal.find(':')));
 }
 
 TreeEvents::Event TreeEvents::next() {
@@ -76,7 +102,7 @@ void TreeEvents::readTag() {
   uri_ = partText(name.uri);
   if (NamespaceScope::isPrefixPartOf(&name)) {
     const std::size_t lngColon = name.strLocal.find(':');
-    const NamePart* const written = tree_.names().findPart(name.strLocal.substr(0, lngColon));
+    const NamePart* const written = prefixOf(name);
     const NamePart* const bound = written ? scope_.uriOf(written) : nullptr;
     if (bound && !bound->strText.empty()) {
       local_ = xmlText(name.strLocal.substr(lngColon + 1));
@@ -88,12 +114,19 @@ void TreeEvents::readTag() {
   }
 
   std::size_t lngTag = name.strQualified.size();
-  attributes_.clear();
-  for (const TreeNode* item = firstAttribute(node_); item; item = item->next) {
+  const TreeNode* const first = firstAttribute(node_);
+  std::size_t lngCount = 0;
+  for (const TreeNode* item = first; item; item = item->next) ++lngCount;
+  attributes_.resize(lngCount * StartTag::kPointersPerAttribute);
+  const xmlChar** parts = attributes_.data();
+  for (const TreeNode* item = first; item; item = item->next) {
     const TreeName& stated = *item->name;
     const xmlChar* const value = reinterpret_cast<const xmlChar*>(item->value);
-    attributes_.insert(attributes_.end(), {xmlText(stated.strLocal), partText(stated.prefix),
-                                           partText(stated.uri), value, value + item->lngSize});
+    *parts++ = xmlText(stated.strLocal);
+    *parts++ = partText(stated.prefix);
+    *parts++ = partText(stated.uri);
+    *parts++ = value;
+    *parts++ = value + item->lngSize;
     if (NamespaceScope::isPrefixPartOf(&stated)) blnExact_ = false;
     lngTag += stated.strQualified.size() + item->lngSize;
     if (stated.strQualified.size() > kLongName) blnExact_ = false;

@@ -23,7 +23,7 @@ class TreeEvents {
   /// Whether a parser could tell nothing else. It could, and the text itself has to be read, where
   /// there is no one root, where a name has a prefix that the tree knows nothing of or a CDATA
   /// section a line end that a parser replaces, where the document has a document type, and near
-  /// the limits of the parser. This goes through the whole document.
+  /// the limits of the parser. This goes through the whole document where that is not known of it.
   static bool tellTheText(const Tree& tree);
 
   /// Moves to the next event; `none` at the end.
@@ -42,6 +42,8 @@ class TreeEvents {
 
  private:
   void readTag();
+  bool bindsAllPrefixes() const;
+  const NamePart* prefixOf(const TreeName& name) const;
 
   const Tree& tree_;
   const TreeNode* node_;

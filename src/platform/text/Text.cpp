@@ -55,11 +55,13 @@ bool isBlank(std::string_view strText) {
 
 std::string toLower(std::string_view strText) {
   std::string strLower(strText);
-  const auto isAscii = [](char byte) { return static_cast<unsigned char>(byte) < 0x80; };
-  if (std::all_of(strText.begin(), strText.end(), isAscii)) {
-    for (char& byte : strLower) byte = static_cast<char>(lowerCase(byte));
-    return strLower;
+  unsigned char seen = 0;
+  for (char& byte : strLower) {
+    seen |= static_cast<unsigned char>(byte);
+    const auto lngLetter = static_cast<unsigned char>(byte - 'A');
+    byte = static_cast<char>(byte + (lngLetter < 26 ? 'a' - 'A' : 0));
   }
+  if (seen < 0x80) return strLower;
   strLower.clear();
   while (!strText.empty()) {
     const auto [lngCodePoint, lngBytes] = firstCharacter(strText);

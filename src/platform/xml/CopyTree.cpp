@@ -10,10 +10,13 @@ namespace {
 
 class Copier {
  public:
-  explicit Copier(Tree& target) : target_(target) {}
+  Copier(Tree& target, bool blnOwn) : target_(target), blnOwn_(blnOwn) {
+    if (!blnOwn) known_.fill({});
+  }
 
   TreeNode* copy(const TreeNode* source) {
     if (!isElement(source)) {
+      if (blnOwn_) return target_.copyLeaf(source);
       return target_.newLeaf(source->kind, ownName(source->name), valueOf(source));
     }
     TreeNode* const element = target_.newElement(ownName(source->name));
@@ -34,7 +37,7 @@ class Copier {
   /// The target's own name of the same parts. It is looked up once for many nodes: what was found
   /// is kept in a place that the address of the source's name chooses.
   const TreeName* ownName(const TreeName* source) {
-    if (!source) return nullptr;
+    if (!source || blnOwn_) return source;
     Known& known = known_[reinterpret_cast<std::uintptr_t>(source) / sizeof(TreeName) % kKept];
     if (known.source != source) {
       known.own = target_.name(*source);
@@ -50,13 +53,14 @@ class Copier {
   };
 
   Tree& target_;
-  std::array<Known, kKept> known_ = {};
+  const bool blnOwn_;
+  std::array<Known, kKept> known_;  // not of the target's own
 };
 
 }  // namespace
 
-TreeNode* copyNode(const TreeNode* source, bool blnDeep, Tree& target) {
-  Copier copier(target);
+TreeNode* copyNode(const TreeNode* source, bool blnDeep, Tree& target, bool blnOwn) {
+  Copier copier(target, blnOwn);
   TreeNode* const top = copier.copy(source);
   TreeNode* parent = top;  // the copy of the parent of what `from` moves to
   const TreeNode* from = source;

@@ -54,9 +54,7 @@ class NamespaceScope {
 
   /// Whether a name in no namespace was made with a prefix all the same. Whatever stands around it,
   /// its text declares nothing.
-  static bool isPrefixPartOf(const TreeName* name) noexcept {
-    return name->uri->lngNumber == 0 && name->strLocal.find(':') != std::string_view::npos;
-  }
+  static bool isPrefixPartOf(const TreeName* name) noexcept { return name->blnColon; }
 
  private:
   static constexpr std::uint32_t kUnbound = UINT32_MAX;

@@ -113,8 +113,7 @@ class Writer {
   }
 
   void startTag(const TreeNode* element) {
-    put('<');
-    put(element->name->strQualified);
+    putPieces("<", element->name->strQualified, "");
     std::size_t lngCount = 0;  // of declarations and attributes
     scope_.enter(element, [&](const NamePart& prefix, const NamePart& uri) {
       ++lngCount;
@@ -129,8 +128,9 @@ class Writer {
     });
     for (const TreeNode* item = firstAttribute(element); item; item = item->next) {
       ++lngCount;
-      put(' ');
-      writeAttribute(item->name->strQualified, valueOf(item));
+      putPieces(" ", item->name->strQualified, "=\"");
+      writeEscaped(valueOf(item), kInValues);
+      put('"');
     }
     if (lngCount > lngMostAttributes_) throw RuntimeError(kXmlFailure, kTooManyAttributes);
     put(element->first ? ">" : "/>");
@@ -138,14 +138,11 @@ class Writer {
 
   void endTag(const TreeNode* element) {
     scope_.leave();
-    put("</");
-    put(element->name->strQualified);
-    put('>');
+    putPieces("</", element->name->strQualified, ">");
   }
 
   void writeAttribute(std::string_view strName, std::string_view strValue) {
-    put(strName);
-    put("=\"");
+    putPieces("", strName, "=\"");
     writeEscaped(strValue, kInValues);
     put('"');
   }
@@ -195,12 +192,29 @@ class Writer {
   }
 
   void put(std::string_view strPart) {
-    if (strOut_.size() - lngUsed_ < strPart.size()) {
-      if (lngUsed_ + strPart.size() > lngMost_) refuseSize();
-      strOut_.resize(std::max(2 * strOut_.size(), lngUsed_ + strPart.size()));
-    }
-    copyBytes(strOut_.data() + lngUsed_, strPart.data(), strPart.size());
+    copyBytes(room(strPart.size()), strPart.data(), strPart.size());
     lngUsed_ += strPart.size();
+  }
+
+  /// A name between what surrounds it, which is short.
+  template <std::size_t lngBefore, std::size_t lngAfter>
+  void putPieces(const char (&strBefore)[lngBefore], std::string_view strName,
+                 const char (&strAfter)[lngAfter]) {
+    const std::size_t lngBytes = lngBefore - 1 + strName.size() + lngAfter - 1;
+    char* out = room(lngBytes);
+    std::memcpy(out, strBefore, lngBefore - 1);
+    copyBytes(out + lngBefore - 1, strName.data(), strName.size());
+    std::memcpy(out + lngBefore - 1 + strName.size(), strAfter, lngAfter - 1);
+    lngUsed_ += lngBytes;
+  }
+
+  /// Where so many bytes go next.
+  char* room(std::size_t lngBytes) {
+    if (strOut_.size() - lngUsed_ < lngBytes) {
+      if (lngUsed_ + lngBytes > lngMost_) refuseSize();
+      strOut_.resize(std::max(2 * strOut_.size(), lngUsed_ + lngBytes));
+    }
+    return strOut_.data() + lngUsed_;
   }
 
   [[noreturn]] void refuseSize() const {

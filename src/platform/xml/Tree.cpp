@@ -105,6 +105,7 @@ TreeNode* Tree::newDocument() {
   arena_.startCount();
   names_.startCount();
   lngNodes_ = 0;
+  lngShared_ = 0;
   auto* const document = arena_.make<TreeElement>();
   document->kind = NodeKind::document;
   document->first = nullptr;
@@ -130,7 +131,24 @@ TreeNode* Tree::newLeaf(NodeKind kind, const TreeName* name, std::string_view st
   leaf->name = name;
   leaf->value = value;
   leaf->lngSize = static_cast<std::uint32_t>(strValue.size());
+  lngLongest_ = std::max(lngLongest_, strValue.size());
+  const bool blnOtherAttribute = kind == NodeKind::attribute && name->blnColon;
+  if (kind == NodeKind::cdata || kind == NodeKind::documentType || blnOtherAttribute) {
+    blnOther_ = true;
+  }
   return leaf;
+}
+
+TreeNode* Tree::copyLeaf(const TreeNode* leaf) {
+  if (leaf->lngRoom != 0) return newLeaf(leaf->kind, leaf->name, valueOf(leaf));
+  countNode();
+  auto* const copy = arena_.make<TreeNode>();
+  copy->kind = leaf->kind;
+  copy->name = leaf->name;
+  copy->value = leaf->value;
+  copy->lngSize = leaf->lngSize;
+  lngShared_ += leaf->lngSize;
+  return copy;
 }
 
 void Tree::setValue(TreeNode* leaf, std::string_view strValue) {
@@ -146,17 +164,18 @@ void Tree::setValue(TreeNode* leaf, std::string_view strValue) {
     std::memmove(const_cast<char*>(leaf->value), strValue.data(), strValue.size());
   }
   leaf->lngSize = static_cast<std::uint32_t>(strValue.size());
+  lngLongest_ = std::max(lngLongest_, strValue.size());
 }
 
 // The text itself is made only where it might be too much. First the memory taken tells that it is
-// not: each node has its place there, and its value, of which no byte becomes more than six; then
-// the sum over the nodes, without a look into their values.
+// not: each node has its place there, and its value unless that is counted as shared, of which no
+// byte becomes more than six; then the sum over the nodes, without a look into their values.
 void Tree::requireReadable(std::size_t lngMaxBytes) const {
   constexpr std::size_t kLongestReference = 6;
   constexpr std::size_t kMarkup = 24;  // around a name or a value, and of a declaration
   const std::size_t lngNames = 3 * names_.longest() + kMarkup;
-  const std::size_t lngMost =
-      arena_.taken() * kLongestReference + arena_.taken() / sizeof(TreeNode) * lngNames;
+  const std::size_t lngMost = (arena_.taken() + lngShared_) * kLongestReference +
+                              arena_.taken() / sizeof(TreeNode) * lngNames;
   if (!blnManyAttributes_ && lngMost <= lngMaxBytes) return;
 
   const auto declared = [](const TreeName* name) {

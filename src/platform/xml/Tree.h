@@ -83,6 +83,13 @@ TreeNode* firstAttribute(const TreeNode* node) noexcept;
 /// The attribute of an element with this name as written, or null.
 TreeNode* findAttribute(const TreeNode* element, std::string_view strName) noexcept;
 
+/// The same by its name in this document.
+inline TreeNode* findAttribute(const TreeNode* element, const TreeName* name) noexcept {
+  TreeNode* attribute = asParent(element)->attributes;
+  while (attribute && attribute->name != name) attribute = attribute->next;
+  return attribute;
+}
+
 /// The node after `node` in document order among those below `top`; null after the last.
 TreeNode* nextBelow(const TreeNode* node, const TreeNode* top) noexcept;
 
@@ -137,6 +144,9 @@ class Tree {
   TreeNode* newElement(const TreeName* name);
   TreeNode* newLeaf(NodeKind kind, const TreeName* name, std::string_view strValue);
 
+  /// A copy of a leaf of this tree, which shares its value where nothing writes over that.
+  TreeNode* copyLeaf(const TreeNode* leaf);
+
   /// To be told how many attributes and declarations an element has got. kXmlFailure when they are
   /// too many.
   void hasAttributes(std::size_t lngCount) {
@@ -144,6 +154,10 @@ class Tree {
     if (lngCount > kMaxAttributes) tooManyAttributes();
     blnManyAttributes_ = true;
   }
+
+  /// Whether it holds nothing but elements, attributes whose names have no colon in no namespace,
+  /// texts, comments and instructions, and no value of more than `lngMost` bytes.
+  bool isPlain(std::size_t lngMost) const noexcept { return !blnOther_ && lngLongest_ <= lngMost; }
 
   /// Raises kXmlFailure when the text of a document could not be read again, because it has more
   /// than `lngMaxBytes` or an element more attributes than it may.
@@ -164,6 +178,9 @@ class Tree {
   TreeNames names_;
   std::size_t lngNodes_ = 0;  // made since the last document node
   std::size_t lngMostNodes_;
+  std::size_t lngShared_ = 0;       // the bytes of values for each leaf that has not its own
+  std::size_t lngLongest_ = 0;      // value
+  bool blnOther_ = false;           // it may hold something else
   bool blnManyAttributes_ = false;  // an element has so many that it may get too many declarations
   TreeNode* document_;
 };

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 #include "result/RuntimeError.h"
 
@@ -123,10 +124,17 @@ const TreeName* TreeNames::make(Arena& arena, std::string_view strPrefix, std::s
 
   auto* const name = arena.make<TreeName>();
   name->prefix = part(arena, strPrefix);
-  name->uri = part(arena, strUri);
+  name->uri = plain ? plain->uri : part(arena, strUri);
   name->strQualified = {qualified, end};
   name->strLocal = name->strQualified.substr(lngBefore);
   name->plain = plain ? plain : name;
+  name->blnColon = strUri.empty() && strLocal.find(':') != std::string_view::npos;
+  if (name->blnColon) name->nextWithColon = std::exchange(withColon_, name);
+  if (!blnPlain) {
+    auto* const prefix = const_cast<NamePart*>(name->prefix);
+    if (!prefix->uri) prefix->uri = name->uri;
+    prefix->blnSeveral = prefix->blnSeveral || prefix->uri != name->uri;
+  }
   lngLongest_ = std::max(lngLongest_, name->strQualified.size() + 6 * strUri.size());
   name->lngHash = lngHash;
   names_.add(arena, name);

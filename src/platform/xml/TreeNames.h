@@ -14,6 +14,8 @@ struct NamePart {
   std::uint32_t lngNumber = 0;
   std::size_t lngHash = 0;
   NamePart* nextOfHash = nullptr;
+  const NamePart* uri = nullptr;  // of a prefix: that of the first name that has it,
+  bool blnSeveral = false;        // and whether another name has it with another one
 };
 
 /// The name of elements and attributes, or the target of an instruction. Nodes of one document have
@@ -26,6 +28,8 @@ struct TreeName {
   const TreeName* plain = nullptr;  // that of the same URI and local part without a prefix
   std::size_t lngHash = 0;
   TreeName* nextOfHash = nullptr;
+  bool blnColon = false;  // it is in no namespace and was made with a prefix all the same
+  const TreeName* nextWithColon = nullptr;
 };
 
 /// The names of one document, each once. They live as long as the arena that is given with every
@@ -53,6 +57,9 @@ class TreeNames {
 
   /// No name that was made takes more bytes, with its prefix and six times its URI.
   std::size_t longest() const noexcept { return lngLongest_; }
+
+  /// The last of those with a colon, which leads to the others; null when there is none.
+  const TreeName* withColon() const noexcept { return withColon_; }
 
   /// More than the number of any part.
   std::size_t parts() const noexcept { return parts_.lngCount; }
@@ -84,6 +91,7 @@ class TreeNames {
   Buckets<TreeName> names_;
   std::size_t lngBytes_ = 0;
   std::size_t lngLongest_ = 0;
+  const TreeName* withColon_ = nullptr;
   std::size_t lngMade_ = 0;  // local names, prefixes and URIs
 };
 

@@ -45,6 +45,20 @@ TEST(DocumentLimits, CountTheDeclarationsThatAnElementNeedsElsewhere) {
   }
 }
 
+TEST(DocumentLimits, CountTheValueOfEachCopy) {
+  DocumentSettings settings;
+  settings.lngMaxBytes = 20'000;
+  const Document objDocument = Document::create(settings);
+  ASSERT_TRUE(objDocument.loadXML("<r><a b='" + std::string(1'500, '\"') + "'/></r>"));
+  const Node objRoot = objDocument.documentElement();
+  objDocument.requireReadable();
+  objRoot.appendChild(objRoot.selectSingleNode("a").cloneFor(objRoot, true));
+  objDocument.requireReadable();
+  objRoot.appendChild(objRoot.selectSingleNode("a").cloneFor(objRoot, true));
+  EXPECT_EQ(descriptionOf(kXmlFailure, [&] { objDocument.requireReadable(); }),
+            "The document is larger than 20000 bytes.");
+}
+
 TEST(DocumentLimits, CountTheNodes) {
   DocumentSettings settings;
   settings.lngMaxNodes = 10;

@@ -249,6 +249,64 @@ TEST(NodeChanges, RemoveAttributeDoesNothingWhenItIsMissing) {
   EXPECT_EQ(objAttribute.nodeName(), "p:x");
 }
 
+TEST(NodeChanges, RemoveAttributesTakesThemFromTheWholeDocument) {
+  const struct {
+    const char *says, *after;
+    std::vector<std::string_view> names;
+  } cases[] = {
+      {"one", "<r q=\"2\" xmlns:m=\"urn:m\" m:p=\"3\"><a P=\"5\">x</a></r>", {"p"}},
+      {"both", "<r xmlns:m=\"urn:m\" m:p=\"3\"><a P=\"5\">x</a></r>", {"q", "p"}},
+      {"one that no element has",
+       "<r p=\"1\" q=\"2\" xmlns:m=\"urn:m\" m:p=\"3\"><a p=\"4\" P=\"5\">x</a></r>",
+       {"x"}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    const Document objDocument =
+        loaded("<r p='1' q='2' xmlns:m='urn:m' m:p='3'><a p='4' P='5'>x</a></r>");
+    const Node objAny = objDocument.selectSingleNode("/r/a");
+    EXPECT_TRUE(objAny.removeAttributes(c.names));
+    EXPECT_EQ(loaded(objDocument.xml()).xml(), loaded(c.after).xml());
+  }
+  const Document objDocument = loaded("<r p='1'/>");
+  for (const std::vector<std::string_view>& names :
+       {std::vector<std::string_view>{}, {"p", ""}, {"p", "m:p"}, {"p", "1"}}) {
+    descriptionOf(kXmlFailure, [&] { objDocument.removeAttributes(names); });
+    EXPECT_EQ(objDocument.documentElement().xml(), "<r p=\"1\"/>");
+  }
+}
+
+TEST(NodeChanges, ACopyInItsOwnDocumentKeepsItsValues) {
+  const Document objDocument = loaded("<r><a b='first'>text</a></r>");
+  const Node objOriginal = objDocument.selectSingleNode("/r/a");
+  const Node objCopy = objDocument.documentElement().appendChild(
+      objOriginal.cloneFor(objDocument.documentElement(), true));
+  objOriginal.setAttribute("b", "other");
+  objOriginal.selectSingleNode("text()").setText("word");
+  EXPECT_EQ(objCopy.xml(), "<a b=\"first\">text</a>");
+  const Node objSecond = objDocument.documentElement().appendChild(
+      objOriginal.cloneFor(objDocument.documentElement(), true));
+  objOriginal.setAttribute("b", "OTHER");
+  EXPECT_EQ(objSecond.xml(), "<a b=\"other\">word</a>");
+  objSecond.setAttribute("b", "a longer value than before");
+  EXPECT_EQ(objOriginal.xml(), "<a b=\"OTHER\">word</a>");
+}
+
+TEST(NodeChanges, SetAttributeKnowsEachNameByItsText) {
+  // One place in memory for names that differ.
+  std::string strName = "aa";
+  const Document objDocument = loaded("<r bb='1'/>");
+  const Node objRoot = objDocument.documentElement();
+  for (const char* name : {"aa", "bb", "cc", "aa"}) {
+    strName.assign(name);
+    objRoot.setAttribute(strName, name);
+  }
+  EXPECT_EQ(objRoot.xml(), "<r bb=\"bb\" aa=\"aa\" cc=\"cc\"/>");
+  ASSERT_TRUE(objDocument.loadXML("<r/>"));
+  objDocument.documentElement().setAttribute(strName, "new");
+  EXPECT_EQ(objDocument.documentElement().xml(), "<r aa=\"new\"/>");
+}
+
 TEST(NodeChanges, ANodeOfAnotherDocumentIsCopiedAndTakenOutThere) {
   Document objTarget = loaded("<t xmlns='urn:t' xmlns:p='urn:other'/>");
   Node objCopy, objOriginal;

@@ -33,6 +33,8 @@ TEST(Node, OfNothingTestsFalseAndRaises91WhenUsed) {
   raises([&] { objNothing.namespaceUri(); });
   raises([&] { objNothing.setAttribute("a", ""); });
   raises([&] { objNothing.removeAttribute("a"); });
+  raises([&] { objNothing.removeAttributes({}); });
+  raises([&] { objNothing.emptyNodes(); });
   raises([&] { objNothing.getNamedItem("a"); });
   raises([&] { objNothing.selectNodes("a"); });
   raises([&] { objNothing.selectSingleNode("a"); });
@@ -46,6 +48,22 @@ TEST(Node, OfNothingTestsFalseAndRaises91WhenUsed) {
   raises([&] { objRoot.insertBefore(objRoot, objNothing); });
   raises([&] { objRoot.removeChild(objNothing); });
   raises([&] { objRoot.getNamedItem("missing").text(); });
+}
+
+TEST(Node, TellsWhatHoldsNothing) {
+  const Document objDocument = loaded(
+      "<r><a/><b>x</b><c><d/></c><!----><!--x--><?p?><?p x?><![CDATA[]]><e><![CDATA[]]></e></r>");
+  const Node objTextless = objDocument.selectSingleNode("/r/b").appendChild(
+      objDocument.createElement("f"));
+  objTextless.setText("");
+  const Node objBeside = objDocument.documentElement().appendChild(objDocument.createElement("g"));
+  objBeside.setText("");
+  objBeside.appendChild(objDocument.createElement("h"));
+  std::string strNames;
+  for (const Node& objNode : objDocument.emptyNodes()) strNames += objNode.nodeName() + " ";
+  EXPECT_EQ(strNames, "a f d #comment p #cdata-section #cdata-section h ");
+  EXPECT_EQ(objTextless.emptyNodes().length(), 1U);
+  EXPECT_EQ(objDocument.selectSingleNode("/r/b/text()").emptyNodes().length(), 0U);
 }
 
 TEST(Node, TellsTheLineOfAnElementThatWasLoaded) {

@@ -1,6 +1,7 @@
 #include "platform/host/WebRequest.h"
 
 #include <algorithm>
+#include <functional>
 #include <utility>
 
 #include "platform/text/Text.h"
@@ -33,24 +34,54 @@ FormCollection::FormCollection(std::string_view strBody) {
 }
 
 void FormCollection::add(std::string_view strName, std::string_view strValue) {
-  const auto item = items_.find(strName);
-  if (item == items_.end()) {
-    items_.emplace(strName, strValue);
-  } else {
-    item->second.append(", ").append(strValue);
+  const auto known = byName_.find(strName);
+  if (known != byName_.end()) {
+    items_[known->second].strValue.append(", ").append(strValue);
+    return;
+  }
+  items_.push_back({std::string(strName), std::string(strValue)});
+  byName_.emplace(strName, items_.size() - 1);
+  if (2 * items_.size() <= byHash_.size()) return enter(items_.size() - 1);
+  byHash_.assign(std::max<std::size_t>(64, 2 * byHash_.size()), 0);
+  for (std::size_t lngItem = 0; lngItem < items_.size(); ++lngItem) enter(lngItem);
+}
+
+// The names come from outside and may be made to have one hash. So each is within a few places of
+// its own, or not in that table at all: then the sorted one has it.
+constexpr std::size_t kPlaces = 8;
+
+void FormCollection::enter(std::size_t lngItem) {
+  const std::size_t lngHash = std::hash<std::string_view>{}(items_[lngItem].strName);
+  for (std::size_t lngPlace = 0; lngPlace < kPlaces; ++lngPlace) {
+    std::size_t& place = byHash_[(lngHash + lngPlace) % byHash_.size()];
+    if (place != 0) continue;
+    place = lngItem + 1;
+    return;
   }
 }
 
+const std::string* FormCollection::find(std::string_view strName) const {
+  if (items_.empty()) return nullptr;
+  const std::size_t lngHash = std::hash<std::string_view>{}(strName);
+  for (std::size_t lngPlace = 0; lngPlace < kPlaces; ++lngPlace) {
+    const std::size_t place = byHash_[(lngHash + lngPlace) % byHash_.size()];
+    if (place == 0) return nullptr;
+    if (items_[place - 1].strName == strName) return &items_[place - 1].strValue;
+  }
+  const auto known = byName_.find(strName);
+  return known == byName_.end() ? nullptr : &items_[known->second].strValue;
+}
+
 std::string FormCollection::formItem(std::string_view strName) const {
-  const auto item = items_.find(strName);
-  return item == items_.end() ? std::string() : item->second;
+  const std::string* const strValue = find(strName);
+  return strValue ? *strValue : std::string();
 }
 
 std::vector<std::string> FormCollection::formNames(std::string_view strPrefix) const {
   // Names that begin alike stand side by side in the map.
   std::vector<std::string> colNames;
-  for (auto item = items_.lower_bound(strPrefix);
-       item != items_.end() && item->first.starts_with(strPrefix); ++item) {
+  for (auto item = byName_.lower_bound(strPrefix);
+       item != byName_.end() && item->first.starts_with(strPrefix); ++item) {
     colNames.push_back(item->first);
   }
   return colNames;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <map>
 #include <string>
@@ -61,7 +62,16 @@ class VARNEL_EXPORT FormCollection : public Request {
   std::vector<std::string> formNames(std::string_view strPrefix) const override;
 
  private:
-  std::map<std::string, std::string, std::less<>> items_;
+  const std::string* find(std::string_view strName) const;
+  void enter(std::size_t lngItem);
+
+  struct Item {
+    std::string strName;
+    std::string strValue;
+  };
+  std::vector<Item> items_;                                 // in the order of their first value
+  std::map<std::string, std::size_t, std::less<>> byName_;  // their places
+  std::vector<std::size_t> byHash_;                         // the same, plus one; 0: free
 };
 
 /// A server that has one page, in a directory of this machine.

@@ -106,6 +106,22 @@ TEST(FormCollection, TellsTheNamesThatBeginWithAText) {
   EXPECT_THAT(FormCollection("&&").formNames(""), IsEmpty());
 }
 
+TEST(FormCollection, FindsEachOfManyNamesAndNoOther) {
+  FormCollection form;
+  for (int at = 0; at < 3000; ++at) {
+    form.add("q" + std::to_string(at), std::to_string(at));
+    if (at % 3 == 0) form.add("q" + std::to_string(at), "again");
+  }
+  const FormCollection copy = form;
+  form.add("q1", "later");
+  for (int at = 0; at < 3000; ++at) {
+    const std::string strValue = std::to_string(at) + (at % 3 == 0 ? ", again" : "");
+    EXPECT_EQ(copy.formItem("q" + std::to_string(at)), strValue);
+    EXPECT_EQ(copy.formItem("p" + std::to_string(at)), "");
+  }
+  EXPECT_EQ(form.formItem("q1"), "1, later");
+}
+
 TEST(FormCollection, KnowsNamesOfAnyBytes) {
   FormCollection form;
   form.add("a\xFF", "1");

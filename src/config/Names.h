@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <string_view>
 
 // Names in the documents that several stages read or write. Written once, so that stages agree on
@@ -25,6 +26,8 @@ inline constexpr std::string_view kColumn = "column";
 inline constexpr std::string_view kQuestionId = "questionId";
 inline constexpr std::string_view kRowIndex = "rowIndex";
 inline constexpr std::string_view kColumnId = "columnId";
+inline constexpr std::array<std::string_view, 3> kIdentifierNames = {kQuestionId, kRowIndex,
+                                                                     kColumnId};
 inline constexpr std::string_view kIdentifiers = "questionId~rowIndex~columnId";
 inline constexpr std::string_view kIdentifierDelimiter = "~";
 

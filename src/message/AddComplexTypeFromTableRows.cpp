@@ -1,8 +1,10 @@
 #include "message/AddComplexTypeFromTableRows.h"
 
 #include <algorithm>
+#include <array>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "config/AnswerLog.h"
 #include "config/AnswerReasons.h"
@@ -25,26 +27,75 @@ bool isFilledIn(const NodeList& colColumns) {
   });
 }
 
+/// Whether a node still stands in the row model, in which texts were written over others.
+bool standsIn(const Node& objModel, const Node& objNode) {
+  Node objTop = objNode;
+  while (objTop && objTop != objModel) objTop = objTop.parentNode();
+  return bool{objTop};
+}
+
+/// The places of one row model in which its cells go.
+class RowModel {
+ public:
+  /// `ids` are those of the placeholders, in document order, of each copy of the complex type.
+  RowModel(const Node& objModel, const std::vector<std::optional<std::string>>& ids)
+      : objModel_(objModel), colPlaceholders_(placeholders(objModel)), ids_(ids) {}
+
+  static NodeList placeholders(const Node& objModel) {
+    return required(objModel.selectNodes("//value"));
+  }
+
+  void placeCell(const Session& session, const Node& objColumn, const std::string& strTableId,
+                 const std::string& strRowId) const;
+  void removePlaceholders() const;
+
+ private:
+  Node placeholderOf(const std::string& strColumnId) const;
+
+  const Node& objModel_;
+  const NodeList colPlaceholders_;
+  const std::vector<std::optional<std::string>>& ids_;
+};
+
+/// The first placeholder with this id that is left, or Nothing.
+Node RowModel::placeholderOf(const std::string& strColumnId) const {
+  // What an apostrophe makes of the expression is the selection's business.
+  if (strColumnId.find('\'') != std::string::npos) {
+    return objModel_.selectSingleNode("//value[@id='" + strColumnId + "']");
+  }
+  for (std::size_t lngAt = 0; lngAt < ids_.size(); ++lngAt) {
+    if (ids_[lngAt] != strColumnId) continue;
+    const Node objPlaceholder = colPlaceholders_.item(lngAt);
+    if (standsIn(objModel_, objPlaceholder)) return objPlaceholder;
+  }
+  return {};
+}
+
 /// Puts one cell into the row model, where it has a place for it.
-void placeCell(const Session& session, const Node& objModel, const Node& objColumn,
-               const std::string& strTableId, const std::string& strRowId) {
+void RowModel::placeCell(const Session& session, const Node& objColumn,
+                         const std::string& strTableId, const std::string& strRowId) const {
   const std::string strColumnId = attributeText(objColumn, kId);
   const std::string strValue = convertAnswer(session, attributeText(objColumn, "columntype"),
                                              attributeText(objColumn, kValue));
 
-  const Node objPlaceholder = objModel.selectSingleNode("//value[@id='" + strColumnId + "']");
+  const Node objPlaceholder = placeholderOf(strColumnId);
   if (objPlaceholder) {
     const Node objParent = objPlaceholder.parentNode();
-    if (!objParent) return;
     required(objParent.removeChild(objPlaceholder));
     if (session.answers) session.answers->writeFrom(objColumn, objParent, strValue);
     objParent.setText(strValue);
+    const std::array<std::string_view, 3> identifiers = {strTableId, strRowId, strColumnId};
+    const bool blnSplit = std::any_of(identifiers.begin(), identifiers.end(), [](auto strId) {
+      return strId.find(kIdentifierDelimiter) != std::string_view::npos;
+    });
+    if (!blnSplit) return SetAttributesUpwards(objParent, kIdentifierNames, identifiers);
+    // deliberate: what holds the delimiter is several values.
     SetAttributesUpwards(objParent, kIdentifiers, strTableId + "~" + strRowId + "~" + strColumnId);
     return;
   }
-  const Node objAdditionalInfo = objModel.selectSingleNode("pbr:AdditionalInfo");
+  const Node objAdditionalInfo = objModel_.selectSingleNode("pbr:AdditionalInfo");
   if (!objAdditionalInfo) {  // the cell has no place in the message
-    if (session.answers) session.answers->loseCell(objColumn, reason::kCellWithoutPlace, objModel);
+    if (session.answers) session.answers->loseCell(objColumn, reason::kCellWithoutPlace, objModel_);
     return;
   }
   const Node objCopy = objAdditionalInfo.cloneFor(objAdditionalInfo, true);
@@ -54,10 +105,10 @@ void placeCell(const Session& session, const Node& objModel, const Node& objColu
   if (session.answers) session.answers->writeFrom(objColumn, objPlaced, strValue);
 }
 
-void removePlaceholders(const Node& objModel) {
-  for (const Node& objPlaceholder : required(objModel.selectNodes("//value"))) {
-    const Node objParent = objPlaceholder.parentNode();
-    if (objParent) required(objParent.removeChild(objPlaceholder));
+void RowModel::removePlaceholders() const {
+  for (const Node& objPlaceholder : colPlaceholders_) {
+    if (!standsIn(objModel_, objPlaceholder)) continue;
+    required(objPlaceholder.parentNode().removeChild(objPlaceholder));
   }
 }
 
@@ -101,6 +152,10 @@ Acknowledge AddComplexTypeFromTableRows(const Session& session, const Document& 
       const std::string_view strDetail = "An error occurred retrieving the table rows";
       return Failure(SVC_RET_XML_CREATION_TBL_ROW_SELECTION_FAILED, strDetail, strDetail);
     }
+    std::vector<std::optional<std::string>> ids;
+    for (const Node& objPlaceholder : RowModel::placeholders(objComplexType)) {
+      ids.push_back(objPlaceholder.getAttribute(kId));
+    }
     for (const Node& objRow : *colRows) {
       const std::string strRowId = attributeText(objRow, kId);
       const Node objModel = objComplexType.cloneFor(objParentNode, true);
@@ -115,10 +170,11 @@ Acknowledge AddComplexTypeFromTableRows(const Session& session, const Document& 
       }
       if (!isFilledIn(*colColumns)) continue;
 
+      const RowModel model(objModel, ids);
       for (const Node& objColumn : *colColumns) {
-        placeCell(session, objModel, objColumn, strTableId, strRowId);
+        model.placeCell(session, objColumn, strTableId, strRowId);
       }
-      removePlaceholders(objModel);
+      model.removePlaceholders();
       objAck = appendRow(session, objSendXML, objParentNode, objModel, strNodeName, strTableId,
                          strRowId);
       if (!objAck.Success()) return objAck;

@@ -37,16 +37,16 @@ Acknowledge readCells(const Node& objRow, RowCells& cells) {
   for (const Node& objColumn : *colColumns) {
     const std::string strValue = attributeText(objColumn, kValue);
     if (!isBlank(strValue)) cells.blnAllBlank = false;
-    cells.strLastColumnId = attributeText(objColumn, kId);
     const std::string strColumnLabel = attributeText(objColumn, "columnlabel");
     if (strColumnLabel.empty()) {
       return failure(SVC_RET_XML_CREATION_CLMN_LBL_FAILED, "Selecting the column label has failed");
     }
-    cells.strCells += "[" + strColumnLabel + ":" + strValue + "] ";
+    cells.strCells.append("[").append(strColumnLabel).append(":").append(strValue).append("] ");
   }
   if (cells.strCells.empty()) {
     return failure(SVC_RET_XML_CREATION_CELL_INFO_MISSING, "The cell information is missing");
   }
+  cells.strLastColumnId = attributeText(colColumns->item(colColumns->length() - 1), kId);
   return {};
 }
 
@@ -92,7 +92,7 @@ Acknowledge AddRowInfoToSingleNode(const Session& session, const Document& objSe
       objNode.setAttribute(kQuestionId, strTableId);
       objNode.setAttribute(kRowIndex, strRowId);
       objNode.setAttribute(kColumnId, cells.strLastColumnId);
-      if (objNode.text().empty()) {
+      if (!objNode.hasText()) {
         return failure(SVC_RET_XML_CREATION_SETTING_TEXT_FAILED,
                        "Setting the text for the single node has failed");
       }

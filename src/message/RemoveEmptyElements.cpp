@@ -1,6 +1,7 @@
 #include "message/RemoveEmptyElements.h"
 
 #include <string>
+#include <unordered_set>
 
 #include "config/Attributes.h"
 #include "message/checkNodeForRemoval.h"
@@ -15,9 +16,20 @@ bool isHollow(const NodeList& colChildren) {
   return objChild.nodeType() == NodeType::text && !objChild.hasText();
 }
 
+/// What holds nothing and, as the walk has to come to it, what that stands in. Elsewhere nothing
+/// goes.
+std::unordered_set<const void*> waysToEmptyNodes(const Node& objTop) {
+  std::unordered_set<const void*> ways;
+  for (Node objNode : objTop.emptyNodes()) {
+    while (objNode && ways.insert(objNode.identity()).second) objNode = objNode.parentNode();
+  }
+  return ways;
+}
+
 /// `strPath` is the path of what `objNode` stands in, and is so again at the end.
 bool removeEmpty(const Session& session, const Node& objNode, const Document& objReferenceXML,
-                 std::string& strPath, TextlessElements& textless) {
+                 std::string& strPath, TextlessElements& textless,
+                 const std::unordered_set<const void*>& ways) {
   if (!objNode.hasChildNodes()) return !objNode.hasText();
 
   const std::size_t lngPathAbove = strPath.size();
@@ -37,7 +49,8 @@ bool removeEmpty(const Session& session, const Node& objNode, const Document& ob
         continue;
       }
       blnOthers = true;
-      if (removeEmpty(session, objChild, objReferenceXML, strPath, textless)) {
+      if (!ways.contains(objChild.identity())) continue;
+      if (removeEmpty(session, objChild, objReferenceXML, strPath, textless, ways)) {
         checkNodeForRemoval(session, objChild, strPath + "/" + objChild.nodeName(), objReferenceXML,
                             textless);
       }
@@ -57,7 +70,8 @@ bool RemoveEmptyElements(const Session& session, const Node& objNode,
                          const Document& objReferenceXML, std::string strPath) {
   if (!objNode) return false;
   TextlessElements textless;
-  return removeEmpty(session, objNode, objReferenceXML, strPath, textless);
+  return removeEmpty(session, objNode, objReferenceXML, strPath, textless,
+                     waysToEmptyNodes(objNode));
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -1,7 +1,6 @@
 #include "message/SetAttributesUpwards.h"
 
 #include <algorithm>
-#include <string_view>
 #include <vector>
 
 #include "config/Names.h"
@@ -13,10 +12,14 @@ namespace Varnel_Tolv_XML_Creation {
 
 void SetAttributesUpwards(const Node& objNode, std::string_view strNames,
                           std::string_view strValues) {
-  constexpr std::size_t kUpwards = 2;  // the question and the row; the column is the element's own
   const std::vector<std::string_view> names = pieces(strNames, kIdentifierDelimiter);
   const std::vector<std::string_view> values = pieces(strValues, kIdentifierDelimiter);
+  SetAttributesUpwards(objNode, names, values);
+}
 
+void SetAttributesUpwards(const Node& objNode, std::span<const std::string_view> names,
+                          std::span<const std::string_view> values) {
+  constexpr std::size_t kUpwards = 2;  // the question and the row; the column is the element's own
   std::size_t lngCount = names.size();
   for (Node objCurrent = objNode; objCurrent; objCurrent = objCurrent.parentNode()) {
     // Only above the node given does the walk end here: that one has to be an element itself.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <span>
 #include <string_view>
 
 namespace Varnel_Tolv_XML_Creation {
@@ -12,5 +13,7 @@ class Node;
 /// short.
 void SetAttributesUpwards(const Node& objNode, std::string_view strNames,
                           std::string_view strValues);
+void SetAttributesUpwards(const Node& objNode, std::span<const std::string_view> names,
+                          std::span<const std::string_view> values);
 
 }  // namespace Varnel_Tolv_XML_Creation

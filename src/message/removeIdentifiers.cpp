@@ -2,9 +2,9 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
-#include "config/Attributes.h"
 #include "config/Utility.h"
 #include "result/Guarded.h"
 
@@ -12,15 +12,6 @@ namespace Varnel_Tolv_XML_Creation {
 namespace {
 
 constexpr std::string_view kProcedure = "removeIdentifiers";
-
-std::string elementsWithAny(const std::vector<std::string>& names) {
-  std::string strCondition;
-  for (const std::string& strName : names) {
-    if (!strCondition.empty()) strCondition += " or ";
-    strCondition += "@" + strName;
-  }
-  return "//*[" + strCondition + "]";
-}
 
 }  // namespace
 
@@ -33,9 +24,8 @@ Acknowledge removeIdentifiers(const Session& session, const Node& objXml,
       return TracedFailure(session, kProcedure, SVC_RET_XML_CREATION_ARRAYLIST_SPLIT_FAILED,
                            "the attributelist could not be converted to an array.");
     }
-    for (const Node& objElement : required(objXml.selectNodes(elementsWithAny(*names)))) {
-      for (const std::string& strName : *names) objElement.removeAttribute(strName);
-    }
+    const std::vector<std::string_view> colNames(names->begin(), names->end());
+    if (!objXml.removeAttributes(colNames)) throw RuntimeError(kObjectNotSet);
     return {};
   });
 }

@@ -95,6 +95,11 @@ class TableParking {
  private:
   /// The cells of one row as the form has them.
   struct RowValues {
+    explicit RowValues(std::int32_t lngNumber)
+        : lngRow(lngNumber), strSuffix("_" + std::to_string(lngNumber)) {}
+
+    const std::int32_t lngRow;
+    const std::string strSuffix;      // of the names of its form fields
     std::vector<std::string> values;  // one for each definition, as far as they were read
     bool blnBlank = true;
     bool blnInvalidOperand = false;
@@ -103,8 +108,8 @@ class TableParking {
   Acknowledge parkGridRows();
   Acknowledge parkNewRow(std::int32_t lngRow);
   Acknowledge readDefinitions();
-  Acknowledge readCell(const CellDefinition& cell, std::int32_t lngRow, RowValues& row) const;
-  Acknowledge readRow(std::int32_t lngRow, RowValues& row) const;
+  Acknowledge readCell(const CellDefinition& cell, RowValues& row) const;
+  Acknowledge readRow(RowValues& row) const;
   Acknowledge addCell(const Node& objRow, std::size_t lngCell, const RowValues& row) const;
   void noteBlank(const RowValues& row) { blnOnlyRowBlank_ = lngRowCount_ == 1 && row.blnBlank; }
 
@@ -142,9 +147,9 @@ Acknowledge TableParking::parkGridRows() {
     Acknowledge objAck = readDefinitions();
     if (!objAck.Success()) return objAck;
 
-    RowValues row;
+    RowValues row(static_cast<std::int32_t>(lngRow));
     for (std::size_t lngCell = 0; lngCell < cells_->size(); ++lngCell) {
-      objAck = readCell((*cells_)[lngCell], static_cast<std::int32_t>(lngRow), row);
+      objAck = readCell((*cells_)[lngCell], row);
       if (objAck.Success()) objAck = addCell(objRow, lngCell, row);
       if (!objAck.Success()) return objAck;
     }
@@ -163,8 +168,8 @@ Acknowledge TableParking::parkNewRow(std::int32_t lngRow) {
   }
   Acknowledge objAck = readDefinitions();
   if (!objAck.Success()) return objAck;
-  RowValues row;
-  objAck = readRow(lngRow, row);
+  RowValues row(lngRow);
+  objAck = readRow(row);
   if (!objAck.Success()) return objAck;
   noteBlank(row);
   if (row.blnBlank) {
@@ -199,9 +204,9 @@ Acknowledge TableParking::readDefinitions() {
   return {};
 }
 
-Acknowledge TableParking::readRow(std::int32_t lngRow, RowValues& row) const {
+Acknowledge TableParking::readRow(RowValues& row) const {
   for (const CellDefinition& cell : *cells_) {
-    Acknowledge objAck = readCell(cell, lngRow, row);
+    Acknowledge objAck = readCell(cell, row);
     if (!objAck.Success()) return objAck;
   }
   return {};
@@ -226,12 +231,14 @@ Acknowledge TableParking::addCell(const Node& objRow, std::size_t lngCell,
 }
 
 /// Reads or computes the value of the next cell of a row.
-Acknowledge TableParking::readCell(const CellDefinition& cell, std::int32_t lngRow,
-                                   RowValues& row) const {
+Acknowledge TableParking::readCell(const CellDefinition& cell, RowValues& row) const {
+  if (row.values.empty()) row.values.reserve(cells_->size());
   std::string& strValue = row.values.emplace_back();
   const auto readForm = [&](const std::string& strColumnId, std::string& strSubmitted) {
-    return GetFormCollectionItem(
-        session_, strCellPrefix_ + strColumnId + "_" + std::to_string(lngRow), strSubmitted);
+    std::string strName;
+    strName.reserve(strCellPrefix_.size() + strColumnId.size() + row.strSuffix.size());
+    strName.append(strCellPrefix_).append(strColumnId).append(row.strSuffix);
+    return GetFormCollectionItem(session_, strName, strSubmitted);
   };
 
   Acknowledge objAck;
@@ -246,7 +253,7 @@ Acknowledge TableParking::readCell(const CellDefinition& cell, std::int32_t lngR
     if (session_.answers && strValue.empty()) {
       for (const auto& [strColumn, strOperand] :
            {std::pair(cell.strFirstColumn, strFirst), std::pair(cell.strSecondColumn, strSecond)}) {
-        session_.answers->unused(objTable_, lngRow, strColumn, strOperand,
+        session_.answers->unused(objTable_, row.lngRow, strColumn, strOperand,
                                  reason::kOperandWithoutResult);
       }
     }
@@ -259,7 +266,7 @@ Acknowledge TableParking::readCell(const CellDefinition& cell, std::int32_t lngR
   // The unit of a duration that could not be computed says nothing.
   if (cell.strId == "timedimension" && row.blnInvalidOperand) {
     if (session_.answers) {
-      session_.answers->unused(objTable_, lngRow, cell.strId, strValue,
+      session_.answers->unused(objTable_, row.lngRow, cell.strId, strValue,
                                reason::kUnitWithoutDuration);
     }
     strValue.clear();

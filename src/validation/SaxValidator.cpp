@@ -60,28 +60,43 @@ Classification classify(std::string_view strErrorMessage) {
 void SaxValidator::startElement(std::string_view /*strNamespaceURI*/,
                                 std::string_view /*strLocalName*/, std::string_view strQName,
                                 const SaxAttributes& oAttributes) {
-  strElementPath_.append("/").append(strQName);
-  auto below = here_->below.find(strQName);
-  if (below == here_->below.end()) {
-    Place& place = places_.emplace_back();
-    place.above = here_;
-    place.lngPath = strElementPath_.size();
-    below = here_->below.emplace(strQName, &place).first;
-  }
-  here_ = below->second;
+  here_ = &placeBelow(strQName);
   for (std::size_t index = 0; index < kCount; ++index) {
-    inForce_[index] = oAttributes.getValueFromName("", kNames[index]).value_or("");
+    started_[index] = oAttributes.getValueFromName("", kIdentifierNames[index]).value_or("");
     // deliberate: the first element at a path keeps its identifiers, those after it add none.
-    if (here_->first[index].empty()) here_->first[index] = inForce_[index];
+    if (here_->first[index].empty()) here_->first[index] = started_[index];
   }
+  inForce_ = &started_;
+}
+
+SaxValidator::Place& SaxValidator::placeBelow(std::string_view strQName) {
+  Place*& last = here_->lastBelow;
+  if (last && last->strName == strQName) return *last;
+  const auto below = here_->below.find(strQName);
+  if (below != here_->below.end()) return *(last = below->second);
+  Place& place = places_.emplace_back();
+  place.above = here_;
+  place.strName = strQName;
+  here_->below.emplace(place.strName, &place);
+  return *(last = &place);
 }
 
 void SaxValidator::endElement(std::string_view /*strNamespaceURI*/,
                               std::string_view /*strLocalName*/, std::string_view strQName) {
   strLastElement_ = strQName;
   here_ = here_->above;
-  strElementPath_.resize(here_->lngPath);
-  inForce_ = here_->first;
+  inForce_ = &here_->first;
+}
+
+/// The names of the elements from the root down to the place, each behind a "/".
+std::string SaxValidator::elementPath() const {
+  std::vector<const Place*> places;
+  for (const Place* place = here_; place->above; place = place->above) places.push_back(place);
+  std::string strPath;
+  for (auto place = places.rbegin(); place != places.rend(); ++place) {
+    strPath.append("/").append((*place)->strName);
+  }
+  return strPath;
 }
 
 void SaxValidator::error(const SaxLocator& /*oLocator*/, std::string_view strErrorMessage,
@@ -108,21 +123,23 @@ void SaxValidator::ignorableWarning(const SaxLocator& /*oLocator*/,
 void SaxValidator::addError(std::string_view strErrorMessage, bool blnTracePlace) {
   const Classification classification = classify(strErrorMessage);
   if (classification.kind == kUndeclaredAttribute) return;
+  const auto& [strQuestionId, strRowIndex, strColumnId] = *inForce_;
+  std::string strPath = elementPath();
   if (blnTracePlace) {
     trace(session_, kProcedure,
-          {"error: ", strErrorMessage, ", questionId: ", inForce_[0], ", rowIndex: ", inForce_[1],
-           ", columnId: ", inForce_[2]});
-    trace(session_, kProcedure, {"xpath: ", strElementPath_});
+          {"error: ", strErrorMessage, ", questionId: ", strQuestionId, ", rowIndex: ", strRowIndex,
+           ", columnId: ", strColumnId});
+    trace(session_, kProcedure, {"xpath: ", strPath});
   }
 
   SchemaValidationErr error;
   error.kind = classification.kind;
   error.message = strErrorMessage;
-  error.xpath = strElementPath_;
+  error.xpath = std::move(strPath);
   if (error.kind == kUndeclaredElement) error.xpath += "/" + classification.strUndeclaredElement;
-  error.questionId = inForce_[0];
-  error.rowIndex = inForce_[1];
-  error.columnId = inForce_[2];
+  error.questionId = strQuestionId;
+  error.rowIndex = strRowIndex;
+  error.columnId = strColumnId;
   error.lastElement = strLastElement_;
   trace(session_, kProcedure, {"Adding error: ", strErrorMessage});
   errors_.push_back(std::move(error));

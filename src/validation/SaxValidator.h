@@ -42,25 +42,29 @@ class SaxValidator : public SaxHandler {
   const std::vector<SchemaValidationErr>& errors() const noexcept { return errors_; }
 
  private:
-  static constexpr std::size_t kCount = 3;
-  static constexpr std::array<std::string_view, kCount> kNames = {kQuestionId, kRowIndex,
-                                                                  kColumnId};
+  static constexpr std::size_t kCount = kIdentifierNames.size();
+
+  using Identifiers = std::array<std::string, kCount>;
 
   /// A path of elements, with the identifiers of the first element at it; empty: it has none.
   struct Place {
     Place* above = nullptr;
-    std::size_t lngPath = 0;  // the bytes of the path
-    std::array<std::string, kCount> first;
-    std::map<std::string, Place*, std::less<>> below;  // by the qualified name
+    std::string strName;  // qualified, of the last element of the path
+    Identifiers first;
+    std::map<std::string_view, Place*> below;  // by the name
+    Place* lastBelow = nullptr;                // the one found last: mostly rows repeat
   };
+
+  Place& placeBelow(std::string_view strQName);
+  std::string elementPath() const;
 
   /// Records what is not an undeclared attribute; the trace may tell of its place before.
   void addError(std::string_view strErrorMessage, bool blnTracePlace);
 
   const Session& session_;
-  std::string strElementPath_;
   std::string strLastElement_;
-  std::array<std::string, kCount> inForce_;
+  Identifiers started_;                              // of the element that started last
+  const Identifiers* inForce_ = &started_;           // or those of a place
   std::deque<Place> places_ = std::deque<Place>(1);  // which never moves them; first that of none
   Place* here_ = &places_.front();
   std::vector<SchemaValidationErr> errors_;

@@ -36,7 +36,7 @@ VerdictReport::VerdictReport(const Session& session, const ReportSources& source
 }
 
 void VerdictReport::listenTo(ValidatingReader& reader) {
-  if (recorder_) reader.violationHandler(&*recorder_, kMarks);
+  if (recorder_) reader.violationHandler(&*recorder_, kIdentifierNames);
 }
 
 void VerdictReport::keepViolations() noexcept {

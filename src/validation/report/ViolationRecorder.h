@@ -1,18 +1,12 @@
 #pragma once
 
-#include <array>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "config/Names.h"
 #include "platform/schema/ViolationParts.h"
 
 namespace Varnel_Tolv_XML_Creation {
-
-/// The attributes that the library itself puts on message elements, and takes away from the message
-/// that is handed out: what they are to the schema is no matter of that message.
-inline constexpr std::array<std::string_view, 3> kMarks = {kQuestionId, kRowIndex, kColumnId};
 
 /// Keeps everything that the schema has to say about one message.
 class ViolationRecorder : public ViolationHandler {

@@ -37,6 +37,17 @@ void addOptions(const Command& command, CLI::App& app) {
   }
 }
 
+/// What the exit status of a sub-command says, for the end of its help.
+std::string exitStatus(const Command& command) {
+  std::string text = "Exit status: 0 done";
+  if (command.failed != nullptr) text += std::string("; 1 ") + command.failed;
+  text += "; 2 cannot run, standard error says why";
+  if ((findOption("strict")->commands & command.id) != 0) {
+    text += ";\n3 with --strict, the run succeeded and its report shows otherwise";
+  }
+  return text + '.';
+}
+
 OptionValues givenOptions(const Command& command, const CLI::App& app) {
   OptionValues values;
   for (const OptionRow& row : optionTable()) {
@@ -61,11 +72,13 @@ CommandLine readCommandLine(std::vector<std::string> words) {
                "varnel-xml");
   app.require_subcommand(0, 1);  // none is told below, after a word that is none
   app.set_version_flag("--version", kVersion);
+  app.footer("SUBCOMMAND --help lists its options and says what its exit status means.");
   std::vector<std::string> operands;
   std::vector<std::string> names;
   for (const Command& command : commands()) {
     CLI::App* const one = app.add_subcommand(command.name, command.help);
     one->set_version_flag("--version", kVersion);
+    one->footer(exitStatus(command));
     addOptions(command, *one);
     if (command.operands) {
       one->add_option(command.operands, operands)->type_name("")->required();

@@ -13,6 +13,7 @@ struct Command {
   CommandId id;
   const char* name;
   const char* help;
+  const char* failed;    // what exit status 1 says; null: it does not end with it
   const char* operands;  // what the help shows for the words that are no options; null: none
   ExitStatus (*run)(OptionValues options, const std::vector<std::string>& operands);
 };

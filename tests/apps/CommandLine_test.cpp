@@ -56,6 +56,28 @@ TEST_F(CommandLine, HelpsWithEveryOptionOfBuild) {
   }
 }
 
+TEST_F(CommandLine, HelpsWithTheExitStatus) {
+  const struct {
+    const char *command, *failed;
+    bool blnStrict;
+  } cases[] = {
+      {"build", "; 1 the run failed; 2", true},
+      {"check", "; 1 there are findings of severity error; 2", false},
+      {"explain", "; 1 the run failed; 2", false},
+      {"prove", "; 1 an error does not; 2", false},
+      {"document", "0 done; 2", false},
+      {"test", "; 1 something else came out; 2", false},
+      {"batch", "; 1 a run failed or a line was bad; 2", true},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.command);
+    const std::string strHelp = run({c.command, "--help"}).out;
+    EXPECT_NE(strHelp.find("Exit status: 0 done"), std::string::npos) << strHelp;
+    EXPECT_NE(strHelp.find(c.failed), std::string::npos) << strHelp;
+    EXPECT_EQ(strHelp.find("3 with --strict") != std::string::npos, c.blnStrict) << strHelp;
+  }
+}
+
 TEST_F(CommandLine, WithHelpRunsNothing) {
   const ProgramRun help = run({"build", "--deployment", ".", "--park-out", "park.xml", "--help"});
   EXPECT_EQ(help.status, 0);

@@ -17,7 +17,8 @@ struct Session;
 
 /// Turns submitted data-entry forms into XML. An instance is used by one thread at a time; distinct
 /// instances run in parallel. It keeps two things between calls: the namespace list, loaded by the
-/// first run and used for all, and the default user message. The host's services must outlive it.
+/// first run and used for all, also when it could not be loaded and every run fails for want of it;
+/// and the default user message. The host's services must outlive it.
 /// One that was moved from may only be assigned to or destroyed.
 ///
 /// A thread may be cancelled (pthread_cancel, deferred) in a call of this class or while it loads a
@@ -40,7 +41,10 @@ class VARNEL_EXPORT BuildXML {
   ///
   /// With `blnValidateAgainstSchema` the message is checked against the schema of the namespace
   /// `strSchemaUri` at `strSchemaUrl`, a location relative to the directory above the calling page.
-  /// What is wrong comes back in the two collections, which a valid message leaves as they were.
+  /// What is wrong comes back in the two collections, which a valid message leaves as they were. Of
+  /// a check that could not be carried out only the report tells (`HostServices::report`).
+  ///
+  /// Nothing is reset: an argument that a run does not set keeps what an earlier one left there.
   ///
   /// What comes back can be loaded again with the settings that it was made with: a parked form or
   /// a message beyond these limits is run-time error kXmlFailure, and the caller goes on with the

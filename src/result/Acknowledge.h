@@ -15,7 +15,8 @@ class [[nodiscard]] VARNEL_EXPORT Acknowledge {
   const std::string& ErrorSource() const noexcept { return strErrorSource_; }
   void ErrorSource(std::string_view strErrorSource) { strErrorSource_ = strErrorSource; }
 
-  /// Text fit to show to the person who submitted the form.
+  /// Text meant for the person who submitted the form; that of a run-time error is its description,
+  /// which tells such a person nothing.
   const std::string& UserMessage() const noexcept { return strUserMessage_; }
   void UserMessage(std::string_view strUserMessage) { strUserMessage_ = strUserMessage; }
 

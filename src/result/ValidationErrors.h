@@ -9,7 +9,8 @@
 
 namespace Varnel_Tolv_XML_Creation {
 
-/// An error that the person at the form can correct.
+/// An error that the person at the form can correct. There is at most one for each question, a table
+/// being one; `RunReport::violations` are all of them.
 struct ValidationUserError {
   std::string questionId;
   std::string questionText;  // the question's label in the form
@@ -19,7 +20,8 @@ struct ValidationUserError {
   std::string message;       // what is wrong, in plain words
 };
 
-/// An error that only those who run the deployment can correct.
+/// An error that was led to no question, or a further one of a question that has its user error:
+/// for those who run the deployment, who cannot always correct it themselves.
 struct ValidationIntError {
   std::string message;
   std::string xpath;  // path of the message element

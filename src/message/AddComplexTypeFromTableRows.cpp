@@ -142,8 +142,8 @@ Acknowledge AddComplexTypeFromTableRows(const Session& session, const Document& 
                                         std::string_view strNodeName) {
   return Guarded("AddComplexTypeFromTableRows", [&]() -> Acknowledge {
     Node objComplexType;
-    Acknowledge objAck = GetComplexTypeFromAction(objSchemaTypeMapper,
-                                                  attributeText(objAction, kId), objComplexType);
+    Acknowledge objAck = GetComplexTypeFromAction(
+        objSchemaTypeMapper, attributeText(objAction, kId), objComplexType, objParentNode);
     if (!objAck.Success()) return objAck;
 
     const std::string strTableId = attributeText(objParkTable, kId);

@@ -98,7 +98,8 @@ Acknowledge GetChildNode(const Session& session, const Node& prtobjct,
                          Node& objChildNode, const std::optional<AddressLines>& arrValues,
                          const std::optional<AddressLines>& /*arrValues2*/,
                          const std::optional<AddressLines>& /*arrValues3*/,
-                         const std::optional<AddressLines>& /*arrValues4*/, bool blnMultiValue) {
+                         const std::optional<AddressLines>& /*arrValues4*/, bool blnMultiValue,
+                         const Node& objTarget) {
   return Guarded("GetChildNode", [&]() -> Acknowledge {
     objChildNode = Node();
     if (blnMultiValue && !arrValues) {
@@ -112,7 +113,8 @@ Acknowledge GetChildNode(const Session& session, const Node& prtobjct,
                      "An error occurred because the action is missing");
     }
     Node objComplexType;
-    Acknowledge objAck = GetComplexTypeFromAction(objSchemaTypeMapper, strActionId, objComplexType);
+    Acknowledge objAck =
+        GetComplexTypeFromAction(objSchemaTypeMapper, strActionId, objComplexType, objTarget);
     if (!objAck.Success()) return objAck;
 
     const std::optional<NodeList> colPlaceholders = objComplexType.getElementsByTagName(kValue);

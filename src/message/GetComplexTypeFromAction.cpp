@@ -17,7 +17,8 @@ Acknowledge failure(eReturnValues lngErrorCode, std::string_view strDetail) {
 }  // namespace
 
 Acknowledge GetComplexTypeFromAction(const Document& objSchemaTypeMapper,
-                                     std::string_view strActionId, Node& objComplexType) {
+                                     std::string_view strActionId, Node& objComplexType,
+                                     const Node& objTarget) {
   return Guarded("GetComplexTypeFromAction", [&]() -> Acknowledge {
     objComplexType = Node();
     const std::string strId = toLower(strActionId);
@@ -29,7 +30,8 @@ Acknowledge GetComplexTypeFromAction(const Document& objSchemaTypeMapper,
     if (!objSchemaType) {
       return failure(SVC_RET_XML_CREATION_CMPLX_TYPE_MISSING, "The complex type is missing");
     }
-    objComplexType = objSchemaType.cloneNode(true);
+    objComplexType =
+        objTarget ? objSchemaType.cloneFor(objTarget, true) : objSchemaType.cloneNode(true);
     if (!objComplexType) {
       return failure(SVC_RET_XML_CREATION_CLONING_CMPLX_TYPE_FAILED,
                      "Cloning of the complex type object has failed");

@@ -175,9 +175,10 @@ Acknowledge FieldPlacement::placeComplexType(const std::string& strAction) {
   }
 
   Node objChildNode;
-  const Acknowledge objChildAck = GetChildNode(
-      session_, prtobjct_, objSchemaTypeMapper_, info_.objAction, strLabel_, strValue_,
-      objChildNode, arrAddressLines, std::nullopt, std::nullopt, std::nullopt, blnMultiValue);
+  const Acknowledge objChildAck =
+      GetChildNode(session_, prtobjct_, objSchemaTypeMapper_, info_.objAction, strLabel_, strValue_,
+                   objChildNode, arrAddressLines, std::nullopt, std::nullopt, std::nullopt,
+                   blnMultiValue, objSendXML_);
   // deliberate: whatever was wrong with the child, its absence is what is told.
   if (!objChildAck.Success() || !objChildNode) {
     return failure(SVC_RET_XML_CREATION_CHILD_NODE_MISSING, "child node missing (" + strId_ + ")");

@@ -51,13 +51,14 @@ Acknowledge buildXPath(const Session& session, std::string_view strParentXPath,
 
     Acknowledge objAck;
     std::string strUri;  // deliberate: kept from step to step, see getSchemaReference
-    std::string strXPath(strParentXPath);
+    std::string strWhole;
+    strWhole.append(strParentXPath).append("/").append(strNodePath);
+    std::string_view strXPath(strWhole.data(), strParentXPath.size());
     for (std::size_t lngStep = 0; lngStep < steps->size(); ++lngStep) {
       const std::string& strStep = (*steps)[lngStep];
       const bool blnLast = lngStep + 1 == steps->size();
-      strXPath += "/" + strStep;
-      trace(session, kProcedure,
-            {"strNodePath = ", std::string_view(strXPath).substr(strParentXPath.size())});
+      strXPath = {strWhole.data(), strXPath.size() + 1 + strStep.size()};
+      trace(session, kProcedure, {"strNodePath = ", strXPath.substr(strParentXPath.size())});
 
       objCurrentNode = Node();
       if (!blnLast) {
@@ -79,9 +80,10 @@ Acknowledge buildXPath(const Session& session, std::string_view strParentXPath,
           objParent.appendChild(objXmlDocument.createNode(NodeType::element, strStep, strUri));
       objCurrentNode = objParent;
       if (!objCurrentNode) {
-        return FailureInContext(
-            session, kProcedure, SVC_RET_XML_CREATION_APPEND_NODE_TO_PARENT_FAILED,
-            "Unable to add the newly created node " + strStep + " to " + strXPath + ".");
+        return FailureInContext(session, kProcedure,
+                                SVC_RET_XML_CREATION_APPEND_NODE_TO_PARENT_FAILED,
+                                "Unable to add the newly created node " + strStep + " to " +
+                                    std::string(strXPath) + ".");
       }
     }
     return objAck;

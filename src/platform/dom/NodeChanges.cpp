@@ -167,7 +167,10 @@ void Node::setAttribute(std::string_view strName, std::string_view strValue) con
   const bool blnPrefixed = strName.find(':') != std::string_view::npos;
   const TreeName* name = blnPrefixed ? nullptr : state_->attributeName(strName);
   TreeNode* const present = name ? findAttribute(element, name) : findAttribute(element, strName);
-  if (present && valueOf(present) == strValue) return void(state_->changeable());
+  if (present && valueOf(present) == strValue) {  // nothing to write, where it may be written
+    state_->changeable();
+    return;
+  }
   // A name without a colon that the document has already is one, so it is not looked at again.
   if (!present && !name) requireQualifiedName(strName);
   if (strName == "xmlns" || (blnPrefixed && prefixOf(strName) == "xmlns")) {

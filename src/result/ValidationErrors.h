@@ -9,8 +9,8 @@
 
 namespace Varnel_Tolv_XML_Creation {
 
-/// An error that the person at the form can correct. There is at most one for each question, a table
-/// being one; `RunReport::violations` are all of them.
+/// An error that the person at the form can correct. There is at most one for each question, a
+/// table being one; `RunReport::violations` are all of them.
 struct ValidationUserError {
   std::string questionId;
   std::string questionText;  // the question's label in the form

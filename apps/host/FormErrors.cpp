@@ -1,7 +1,6 @@
 #include "host/FormErrors.h"
 
 #include <set>
-#include <string_view>
 #include <tuple>
 #include <utility>
 
@@ -10,8 +9,8 @@ using namespace Varnel_Tolv_XML_Creation;
 namespace {
 
 /// What a violation comes of, as the person at the form sees it. That an answer is missing is one
-/// cause, whether its element is not there or empty. What stands in another cause may differ from
-/// one element to the next, as when one has a part of the answer; what it breaks does not.
+/// cause, whether its element is not there or empty. Else the cause is the rule that is broken, not
+/// the value: one element may have the answer whole and another as a part of its text.
 std::string causeOf(const SchemaViolation& violation) {
   switch (violation.kind) {
     case ViolationKind::missingChild:

@@ -142,6 +142,12 @@ DeploymentValues deploymentValues(std::string_view strJson, const std::string& s
   return values;
 }
 
+std::map<std::string, std::size_t, std::less<>> deploymentLines(std::string_view strJson) {
+  std::string strReason;
+  if (!readJsonObject(strJson, strReason)) return {};
+  return jsonMemberLines(strJson);
+}
+
 Deployment deploymentWith(const DeploymentValues& values, const std::string& strFolder) {
   return {
       .strTemplateXML = text(values, "template"),

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <map>
 #include <optional>
@@ -62,6 +63,11 @@ VARNEL_EXPORT std::span<const DeploymentKey> deploymentKeys();
 VARNEL_EXPORT DeploymentValues deploymentValues(std::string_view strJson,
                                                 const std::string& strFile,
                                                 std::string_view strFolderKey = {});
+
+/// The lines of a deployment.json, from 1, on which its keys stand; none for what is no JSON
+/// object.
+VARNEL_EXPORT std::map<std::string, std::size_t, std::less<>> deploymentLines(
+    std::string_view strJson);
 
 /// The deployment with these values, and with the catalog.xml of the folder, if it has one; an
 /// empty name is no folder. Other keys are not read. Raises kInvalidArgument for a flag, a date

@@ -26,4 +26,28 @@ std::optional<JsonObject> readJsonObject(std::string_view strText, std::string& 
   return object;
 }
 
+// A name is a string of the outermost object that a colon follows; strings end at the quotation
+// mark that no backslash stands before.
+std::map<std::string, std::size_t, std::less<>> jsonMemberLines(std::string_view strText) {
+  std::map<std::string, std::size_t, std::less<>> lines;
+  std::size_t lngDepth = 0;
+  std::size_t lngLine = 1;
+  for (std::size_t at = 0; at < strText.size(); ++at) {
+    const char letter = strText[at];
+    if (letter == '\n') ++lngLine;
+    if (letter == '{' || letter == '[') ++lngDepth;
+    if (letter == '}' || letter == ']') --lngDepth;
+    if (letter != '"') continue;
+    const std::size_t lngStart = at++;
+    while (at < strText.size() && strText[at] != '"') at += strText[at] == '\\' ? 2 : 1;
+    const std::size_t lngNext = strText.find_first_not_of(" \t\r\n", at + 1);
+    const bool blnName = lngNext != std::string_view::npos && strText[lngNext] == ':';
+    if (!blnName || lngDepth != 1) continue;
+    const nlohmann::json name =
+        nlohmann::json::parse(strText.substr(lngStart, at + 1 - lngStart), nullptr, false);
+    if (name.is_string()) lines[name.get<std::string>()] = lngLine;
+  }
+  return lines;
+}
+
 }  // namespace Varnel_Tolv_XML_Creation

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <map>
 #include <optional>
@@ -16,5 +17,9 @@ using JsonObject = std::map<std::string, JsonValue, std::less<>>;
 /// The members of the one object that a JSON text holds; of several with one name the last. None,
 /// with the reason in one line, for any other text.
 std::optional<JsonObject> readJsonObject(std::string_view strText, std::string& strReason);
+
+/// The lines, from 1, on which the names of its members stand; of several with one name the last.
+/// The text must be one that readJsonObject reads. Linear in the text.
+std::map<std::string, std::size_t, std::less<>> jsonMemberLines(std::string_view strText);
 
 }  // namespace Varnel_Tolv_XML_Creation

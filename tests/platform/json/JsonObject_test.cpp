@@ -42,5 +42,17 @@ TEST(JsonObject, IsRefusedWithAReasonOfOneLine) {
   }
 }
 
+TEST(JsonMemberLines, TellsWhereTheNamesOfMembersStand) {
+  const auto lines = jsonMemberLines(R"({
+  "a": "b: \" {",
+  "c"
+   : {"a": 1, "d": [":", {"e": 2}]}, "f\u0020g": "x",
+
+  "a" : "again"})");
+  const std::map<std::string, std::size_t, std::less<>> expected = {{"a", 6}, {"c", 3}, {"f g", 4}};
+  EXPECT_EQ(lines, expected);
+  EXPECT_TRUE(jsonMemberLines("[]").empty());
+}
+
 }  // namespace
 }  // namespace Varnel_Tolv_XML_Creation

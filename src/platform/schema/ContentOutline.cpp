@@ -110,6 +110,23 @@ bool ContentOutline::requiresChild(const QualifiedName& name) const {
          });
 }
 
+std::uint32_t ContentOutline::maxOccurs(const QualifiedName& name) const {
+  std::uint64_t lngSum = 0;
+  const std::vector<std::size_t> colPlaces = places(name);
+  if (colPlaces.empty()) return kUnbounded;
+  for (const std::size_t lngPlace : colPlaces) {
+    std::uint64_t lngMost = children_[lngPlace].lngMax;
+    for (std::uint32_t lngGroup = spots_[lngPlace].lngGroup;;
+         lngGroup = groups_[lngGroup].spot.lngGroup) {
+      lngMost = std::min<std::uint64_t>(lngMost * groups_[lngGroup].lngMax, kUnbounded);
+      if (lngGroup == 0) break;
+    }
+    const bool blnUnbounded = children_[lngPlace].lngMax == kUnbounded;
+    lngSum = std::min<std::uint64_t>(lngSum + (blnUnbounded ? kUnbounded : lngMost), kUnbounded);
+  }
+  return static_cast<std::uint32_t>(lngSum);
+}
+
 bool ContentOutline::mayFollow(const QualifiedName& first, const QualifiedName& second) const {
   const std::vector<std::size_t> firsts = places(first);
   const std::vector<std::size_t> seconds = places(second);

@@ -157,6 +157,10 @@ class VARNEL_EXPORT ContentOutline {
   bool mayRepeat(const QualifiedName& name) const { return mayFollow(name, name); }
   bool requiresChild(const QualifiedName& name) const;
 
+  /// How many children of that name a valid content has at most; kUnbounded where nothing says it.
+  /// In alternatives that exclude each other it is counted in each.
+  std::uint32_t maxOccurs(const QualifiedName& name) const;
+
   /// The groups of alternatives of which every valid content has one, as far as none of them may be
   /// empty: for each the children (numbers of `children()`) that stand in it.
   std::vector<std::vector<std::size_t>> requiredChoices() const;

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/schema/component/SchemaFailure.h"
 #include "platform/xml/FileUri.h"
 #include "platform/xml/LoadXml.h"
 #include "platform/xml/ReadXmlFile.h"
@@ -68,8 +69,10 @@ struct Scope {
   bool blnPreferPublic = true;
 };
 
-[[noreturn]] void refuseCatalog(const std::string& strPath, const std::string& strReason) {
-  throw RuntimeError(kXmlFailure, "The catalog '" + strPath + "' cannot be read: " + strReason);
+[[noreturn]] void refuseCatalog(const std::string& strPath, const std::string& strReason,
+                                std::size_t lngLine = 0) {
+  throw SchemaFailure("The catalog '" + strPath + "' cannot be read: " + strReason,
+                      {strPath, lngLine}, strReason);
 }
 
 std::string attributeText(const xmlNode* element, std::string_view strName) {
@@ -116,7 +119,10 @@ void readEntry(const xmlNode* element, const Scope& around, CatalogFile& file) {
 
 CatalogFile readCatalog(const std::string& strPath, std::string_view strBytes) {
   const LoadedXml loaded = loadXml(strBytes, XmlEncoding::declared);
-  if (!loaded.document) refuseCatalog(strPath, loaded.error.reason);
+  if (!loaded.document) {
+    const auto lngLine = static_cast<std::size_t>(std::max(loaded.error.line, 0));
+    refuseCatalog(strPath, loaded.error.reason, lngLine);
+  }
   const xmlNode* root = xmlDocGetRootElement(loaded.document.get());
   if (!root || !isCatalogElement(root, "catalog")) {
     refuseCatalog(strPath, "It is not an XML catalog.");

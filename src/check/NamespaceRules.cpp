@@ -275,6 +275,14 @@ void findUndeclaredRowPrefixes(const ParsedDeployment& deployment, Findings& fin
   }
 }
 
+/// The element that declares the default namespace which one is in.
+Node declaringDefault(const Node& objElement) {
+  Node objAbove = objElement;
+  while (objAbove.nodeType() == NodeType::element && !objAbove.getAttribute("xmlns"))
+    objAbove = objAbove.parentNode();
+  return objAbove;
+}
+
 /// Where names are looked up without a prefix a default namespace hides them.
 void findDefaultNamespaces(const ParsedDeployment& deployment, Findings& findings) {
   const auto add = [&](const ParsedFile& file, const Node& objElement) {
@@ -288,6 +296,7 @@ void findDefaultNamespaces(const ParsedDeployment& deployment, Findings& finding
     const bool blnContent = file == &deployment.messageTemplate || file == &deployment.protocolInfo;
     if (!file->isLoaded() || blnContent) continue;
     const bool blnTypes = file == &deployment.schemaTypes;
+    Node objLast;  // the declaration that was told last
     for (const Node& objElement : file->elements()) {
       const std::string strName = objElement.nodeName();
       if (strName.find(':') != std::string::npos || objElement.namespaceUri().empty()) continue;
@@ -298,7 +307,11 @@ void findDefaultNamespaces(const ParsedDeployment& deployment, Findings& finding
       const Node objParent = objElement.parentNode();
       const bool blnFirst = blnTypes || objParent.namespaceUri().empty() ||
                             objParent.nodeName().find(':') != std::string::npos;
-      if (blnOwn && blnFirst) add(*file, objElement);
+      if (!blnOwn || !blnFirst) continue;
+      const Node objDeclaring = declaringDefault(objElement);
+      if (objDeclaring == objLast) continue;
+      objLast = objDeclaring;
+      add(*file, objElement);
     }
   }
 }

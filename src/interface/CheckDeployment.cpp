@@ -1,5 +1,6 @@
 #include "interface/CheckDeployment.h"
 
+#include "check/Echoes.h"
 #include "check/Rule.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -13,7 +14,7 @@ std::vector<Finding> checkDeployment(const DeploymentFiles& files) {
       rule.find(deployment, findings);
     }
   }
-  return findings.take();
+  return withoutEchoes(findings.take());
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -4,8 +4,12 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <system_error>
 
+#include "Deployment.h"
+#include "Files.h"
 #include "interface/CheckDeployment.h"
+#include "interface/Deployment.h"
 
 using namespace Varnel_Tolv_XML_Creation;
 
@@ -32,21 +36,34 @@ DeploymentFiles deploymentFiles(const Options& options) {
   };
 }
 
+/// Where in deployment.json each option stands that the command line does not have.
+void findLines(const Options& options, const OptionValues& given, DeploymentFiles& files) {
+  if (!options.deploymentFile) return;
+  files.strOptionFile = *options.deploymentFile;
+  files.optionLines = deploymentLines(readFile("--deployment", files.strOptionFile));
+  for (const auto& [strName, strValue] : given) files.optionLines.erase(strName);
+}
+
 /// A file below the deployment's folder as it is named from there; any other as it is.
 std::string withinDeployment(const std::string& strFile, const std::optional<std::string>& json) {
   if (!json) return strFile;
   const std::filesystem::path deployment(*json);
   if (strFile.empty()) return deployment.filename().string();
+  const auto absolute = [](const std::filesystem::path& path) {
+    std::error_code error;  // of a current folder that is gone
+    return std::filesystem::absolute(path, error).lexically_normal();
+  };
   const std::filesystem::path below =
-      std::filesystem::path(strFile).lexically_normal().lexically_relative(
-          deployment.parent_path().lexically_normal());
+      absolute(strFile).lexically_relative(absolute(deployment).parent_path());
   return below.empty() || *below.begin() == ".." ? strFile : below.generic_string();
 }
 
 }  // namespace
 
-std::vector<Finding> findingsOf(const Options& options) {
-  std::vector<Finding> findings = checkDeployment(deploymentFiles(options));
+std::vector<Finding> findingsOf(const Options& options, const OptionValues& given) {
+  DeploymentFiles files = deploymentFiles(options);
+  findLines(options, given, files);
+  std::vector<Finding> findings = checkDeployment(files);
   for (Finding& finding : findings) {
     finding.file = withinDeployment(finding.file, options.deploymentFile);
   }

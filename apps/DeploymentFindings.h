@@ -5,9 +5,11 @@
 #include "Options.h"
 #include "result/Finding.h"
 
-/// What the check finds in the deployment of these options. A file is named as it is from within
-/// the deployment; what concerns no file concerns deployment.json, which should name one.
-std::vector<Varnel_Tolv_XML_Creation::Finding> findingsOf(const Options& options);
+/// What the check finds in the deployment of these options, of which the command line gave
+/// `given`. A file is named as it is from within the deployment; what concerns no file concerns
+/// deployment.json, which should name one. Raises CannotRun when that cannot be read.
+std::vector<Varnel_Tolv_XML_Creation::Finding> findingsOf(const Options& options,
+                                                          const OptionValues& given = {});
 
 /// Whether one of them is an error: some form fails, or loses an answer or its verdict.
 bool hasErrors(const std::vector<Varnel_Tolv_XML_Creation::Finding>& findings);

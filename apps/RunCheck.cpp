@@ -1,7 +1,5 @@
 #include "RunCheck.h"
 
-#include <utility>
-
 #include "CannotRun.h"
 #include "DeploymentFindings.h"
 #include "Files.h"
@@ -16,7 +14,8 @@ ExitStatus runCheck(OptionValues values, const std::vector<std::string>& /*opera
   if (strFormat != "text" && strFormat != "json") {
     throw CannotRun("--format: \"" + strFormat + "\" is none of text, json");
   }
-  const std::vector<Finding> findings = findingsOf(readOptions(std::move(values)));
+  const Options options = readOptions(values);
+  const std::vector<Finding> findings = findingsOf(options, values);
   writeStandardOutput(strFormat == "json" ? findingsJson(findings) : findingsText(findings));
   return hasErrors(findings) ? kFailed : kSucceeded;
 }

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstddef>
+#include <functional>
+#include <map>
 #include <string>
 
 #include "platform/text/Date.h"
@@ -25,6 +28,11 @@ struct DeploymentFiles {
   bool blnSubmit = false;                 // whether the deployment itself asks for the message
   bool blnValidateAgainstSchema = false;  // and for the schema's verdict on it
   DateOrder dateOrder = DateOrder::dayMonthYear;
+
+  // The file of options in which they are named, and the line of each in it, by its key there. What
+  // has no line was named elsewhere, or not at all.
+  std::string strOptionFile = {};
+  std::map<std::string, std::size_t, std::less<>> optionLines = {};
 };
 
 }  // namespace Varnel_Tolv_XML_Creation

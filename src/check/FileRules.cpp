@@ -1,5 +1,8 @@
+#include <algorithm>
 #include <array>
+#include <filesystem>
 #include <string>
+#include <system_error>
 
 #include "check/Rule.h"
 #include "check/RuleTables.h"
@@ -8,43 +11,73 @@
 namespace Varnel_Tolv_XML_Creation {
 namespace {
 
+/// Where a file is named, or the file itself where the options do not tell.
+OptionPlace whereNamed(const ParsedDeployment& deployment, const ParsedFile& file) {
+  const auto place = deployment.placeOf(deployment.optionOf(file));
+  return place ? *place : OptionPlace{file.path()};
+}
+
 void findMissingFiles(const ParsedDeployment& deployment, Findings& findings) {
   const bool blnMessage = deployment.buildsMessage();
   const bool blnVerdict =
       deployment.files.blnValidateAgainstSchema || !deployment.files.strSchemaUrl.empty();
   const struct {
     const ParsedFile& file;
-    const char* option;
     bool blnNeeded;
   } rows[] = {
-      {deployment.objectList, "object-list", true},
-      {deployment.hiddenFieldList, "hidden-fields", true},
-      {deployment.namespaceList, "namespaces", true},
-      {deployment.messageTemplate, "template", blnMessage},
-      {deployment.objectMapper, "object-mapper", blnMessage},
-      {deployment.schemaTypes, "schema-types", blnMessage},
-      {deployment.reference, "reference", blnMessage || blnVerdict},
-      {deployment.questionList, "questions", blnVerdict},
+      {deployment.objectList, true},
+      {deployment.hiddenFieldList, true},
+      {deployment.namespaceList, true},
+      {deployment.messageTemplate, blnMessage},
+      {deployment.objectMapper, blnMessage},
+      {deployment.schemaTypes, blnMessage},
+      {deployment.reference, blnMessage || blnVerdict},
+      {deployment.questionList, blnVerdict},
   };
   for (const auto& row : rows) {
     if (!row.blnNeeded || row.file.isNamed()) continue;
-    findings.add(row.file, 1, "", "No file is named for \"" + std::string(row.option) + "\".",
+    const OptionPlace place = whereNamed(deployment, row.file);
+    findings.add(place.strPath, place.lngLine, "",
+                 "No file is named for \"" + std::string(deployment.optionOf(row.file)) + "\".",
                  "Name one: every run of this deployment needs it.");
   }
 }
 
+/// Why a file cannot be read, which the parser tells only in general.
+std::string reasonOf(const ParsedFile& file) {
+  std::error_code error;  // what cannot be looked at is not there
+  const std::filesystem::file_status status = std::filesystem::status(file.path(), error);
+  if (std::filesystem::is_directory(status)) return "It is a folder.";
+  if (!std::filesystem::exists(status)) return "There is none.";
+  if (!std::filesystem::is_regular_file(status)) return "It is no regular file.";
+  return file.error().reason;
+}
+
+/// Whether there is a text, which is then no document. The parser has no line for a text of
+/// nothing.
+bool isMalformed(const ParsedFile& file) {
+  std::error_code error;
+  return file.error().line > 0 ||
+         (file.error().errorCode != 0 && std::filesystem::is_regular_file(file.path(), error) &&
+          std::filesystem::file_size(file.path(), error) == 0);
+}
+
 void findUnreadableFiles(const ParsedDeployment& deployment, Findings& findings) {
   for (const ParsedFile* const file : deployment.all()) {
-    if (!file->isNamed() || file->error().errorCode == 0 || file->error().line > 0) continue;
-    findings.add(*file, 1, "", "The file cannot be read: " + file->error().reason,
+    if (!file->isNamed() || file->error().errorCode == 0 || isMalformed(*file)) continue;
+    const OptionPlace place = whereNamed(deployment, *file);
+    findings.add(place.strPath, place.lngLine, "",
+                 "The file " + deployment.shownPath(file->path()) + " for \"" +
+                     std::string(deployment.optionOf(*file)) +
+                     "\" cannot be read: " + reasonOf(*file),
                  "Correct the name, or put the file there.");
   }
 }
 
 void findMalformedFiles(const ParsedDeployment& deployment, Findings& findings) {
   for (const ParsedFile* const file : deployment.all()) {
-    if (!file->isNamed() || file->error().line <= 0) continue;
-    findings.add(*file, static_cast<std::size_t>(file->error().line), "",
+    if (!file->isNamed() || !isMalformed(*file)) continue;
+    findings.add(*file, static_cast<std::size_t>(std::max(file->error().line, 1)), "",
                  "The file is no well-formed XML: " + file->error().reason,
                  "Correct the markup at this line or shortly before it.");
   }
@@ -54,9 +87,20 @@ void findWrongRoots(const ParsedDeployment& deployment, Findings& findings) {
   for (const ParsedFile* const file : deployment.all()) {
     const Node& objRoot = file->wrongRoot();
     if (!objRoot) continue;
+    if (const auto place = deployment.placeOf(deployment.optionOf(*file));
+        place && file->isOfOtherKind()) {
+      findings.add(place->strPath, place->lngLine, "",
+                   "The file " + deployment.shownPath(file->path()) + " for \"" +
+                       std::string(deployment.optionOf(*file)) +
+                       "\" is of another kind: its root "
+                       "is \"" +
+                       objRoot.nodeName() + "\".",
+                   "Name the right file; two may be exchanged.");
+      continue;
+    }
     findings.add(*file, objRoot, "", "",
-                 "The root element " + quoted(objRoot.nodeName()) +
-                     " is not that of this kind of "
+                 "The root element \"" + objRoot.nodeName() +
+                     "\" is not that of this kind of "
                      "file.",
                  "Name the right file, or rename the root: prtobjcts, hiddenfields, namespaces, "
                  "message, SchemaTypeMapperDocument or questions.");

@@ -116,6 +116,7 @@ class ValueJudge {
       case Source::constant:
         return judgeText("constant-refused", write, element, write.strConstant, true);
       case Source::form:
+        if (!plan_.deployment().protocolInfo.isLoaded()) return;  // its name is not known
         return judgeText("constant-refused", write, element, formName(plan_.deployment()), true);
       case Source::date:
         return judgeText("date-form", write, element, "2026-03-05", false);

@@ -1,8 +1,11 @@
 #include "check/ParsedDeployment.h"
 
+#include <algorithm>
+#include <filesystem>
 #include <utility>
 
 #include "check/MessageShape.h"
+#include "check/Words.h"
 #include "config/Attributes.h"
 #include "config/Names.h"
 #include "platform/text/Conversions.h"
@@ -71,7 +74,8 @@ ParsedDeployment::ParsedDeployment(const DeploymentFiles& deploymentFiles)
       schemaTypes(files.strSchemaTypeMapperXML, "SchemaTypeMapperDocument"),
       reference(files.strReferenceXmlPath),
       questionList(files.strQuestionsXmlPath, "questions"),
-      protocolInfo(files.strProtocolInfo) {
+      protocolInfo(files.strProtocolInfo),
+      schemaCatalog(files.strSchemaCatalog, "catalog") {
   readNamespaces();
   readObjects();
   readHiddenFields();
@@ -83,6 +87,30 @@ ParsedDeployment::ParsedDeployment(const DeploymentFiles& deploymentFiles)
 }
 
 ParsedDeployment::~ParsedDeployment() = default;
+
+std::string_view ParsedDeployment::optionOf(const ParsedFile& file) const {
+  constexpr std::array<std::string_view, 9> kOptions = {
+      "object-list",  "hidden-fields", "namespaces", "template",     "object-mapper",
+      "schema-types", "reference",     "questions",  "protocol-info"};
+  const auto colFiles = all();
+  const auto found = std::ranges::find(colFiles, &file);
+  return kOptions[static_cast<std::size_t>(found - colFiles.begin())];
+}
+
+std::optional<OptionPlace> ParsedDeployment::placeOf(std::string_view strOption) const {
+  const auto found = files.optionLines.find(strOption);
+  if (found == files.optionLines.end()) return std::nullopt;
+  return OptionPlace{files.strOptionFile, found->second};
+}
+
+std::string ParsedDeployment::shownPath(const std::string& strPath) const {
+  const std::filesystem::path folder = std::filesystem::path(files.strOptionFile).parent_path();
+  const std::filesystem::path below =
+      std::filesystem::path(strPath).lexically_normal().lexically_relative(
+          folder.lexically_normal());
+  const bool blnBelow = !files.strOptionFile.empty() && !below.empty() && *below.begin() != "..";
+  return quoted(std::string_view(blnBelow ? below.generic_string() : strPath));
+}
 
 bool ParsedDeployment::buildsMessage() const {
   return files.blnSubmit || messageTemplate.isNamed() || objectMapper.isNamed() ||
@@ -213,8 +241,10 @@ void ParsedDeployment::readComplexTypes() {
       }
       const NamespaceEntry* const additional = namespaceOf("pbr");
       for (const Node& objChild : childElements(objType)) {
-        if (additional && objChild.baseName() == "AdditionalInfo" &&
-            objChild.namespaceUri() == additional->strName) {
+        if (objChild.baseName() != "AdditionalInfo") continue;
+        // One with the prefix is meant, whatever the list makes of that.
+        if (objChild.nodeName() == "pbr:AdditionalInfo" ||
+            (additional && objChild.namespaceUri() == additional->strName)) {
           type.blnAdditionalInfo = true;
         }
       }
@@ -271,6 +301,15 @@ void ParsedDeployment::joinObjectsWithEntries() {
     object.entry = &entries[found->second];
     entries[found->second].users.push_back(&object);
   }
+}
+
+bool ParsedDeployment::lacksHiddenObject(const std::string& strOutput) const {
+  const auto hidden = hiddenFieldsByOutput.find(strOutput);
+  if (hidden == hiddenFieldsByOutput.end()) return false;
+  const std::string& strWord = hiddenFields[hidden->second.front()].strToSchema;
+  if (strWord == "true") return false;
+  const MappingEntry* const own = entry(toLower(strOutput));
+  return strWord != "false" || (own && own->isSent());
 }
 
 const FormObject* ParsedDeployment::object(std::string_view strId) const {

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -114,6 +115,12 @@ struct Question {
   bool isTable() const { return strType == "dynaTable"; }
 };
 
+/// Where an option of a deployment stands.
+struct OptionPlace {
+  std::string strPath;
+  std::size_t lngLine = 1;
+};
+
 struct ParsedDeployment {
   explicit ParsedDeployment(const DeploymentFiles& deploymentFiles);
   ~ParsedDeployment();
@@ -131,12 +138,24 @@ struct ParsedDeployment {
   const ParsedFile reference;
   const ParsedFile questionList;
   const ParsedFile protocolInfo;
+  const ParsedFile schemaCatalog;  // whose faults the schema tells, but for misspelt entries
 
   /// All of them, in this order.
   std::array<const ParsedFile*, 9> all() const {
     return {&objectList,  &hiddenFieldList, &namespaceList, &messageTemplate, &objectMapper,
             &schemaTypes, &reference,       &questionList,  &protocolInfo};
   }
+
+  /// The option that names one of them.
+  std::string_view optionOf(const ParsedFile& file) const;
+
+  /// Where an option stands: the file of options and the line in it. Nothing when none was given
+  /// there.
+  std::optional<OptionPlace> placeOf(std::string_view strOption) const;
+
+  /// The name of a file in quotation marks, as people know it: from the folder of the file of
+  /// options on.
+  std::string shownPath(const std::string& strPath) const;
 
   /// Whether it says how a message is built, and not only how the form is parked.
   bool buildsMessage() const;
@@ -168,6 +187,10 @@ struct ParsedDeployment {
   const ComplexType* complexType(std::string_view strLowerId) const;
   const Question* question(std::string_view strId) const;
   const NamespaceEntry* namespaceOf(std::string_view strPrefix) const;
+
+  /// Whether a hidden field with this output should be an object of the form, and is none: rules
+  /// about hidden fields tell it.
+  bool lacksHiddenObject(const std::string& strOutput) const;
 
   /// The message with every answer in it.
   const MessageShape& shape() const { return *shape_; }

@@ -1,6 +1,7 @@
 #include "check/ParsedFile.h"
 
 #include <algorithm>
+#include <array>
 #include <optional>
 #include <utility>
 
@@ -118,6 +119,17 @@ class TagScanner {
   TextLines lines_;
 };
 
+/// Whether a root is that of a kind of configuration file. A message may be named "message" too.
+bool isRootOfAKind(const Node& objRoot) {
+  const std::string strName = objRoot.nodeName();
+  if (strName == "message") {
+    return required(objRoot.getElementsByTagName("messageitem")).length() > 0;
+  }
+  constexpr std::array<std::string_view, 5> kRoots = {"prtobjcts", "hiddenfields", "namespaces",
+                                                      "SchemaTypeMapperDocument", "questions"};
+  return std::ranges::find(kRoots, strName) != kRoots.end();
+}
+
 }  // namespace
 
 TextLines textLines(std::string_view strText) { return TagScanner(strText).scan(); }
@@ -126,7 +138,10 @@ ParsedFile::ParsedFile(std::string strPath, std::string_view strRootName)
     : strPath_(std::move(strPath)), objXml_(Document::create(readOnly())) {
   if (!isNamed() || !objXml_.load(strPath_)) return;
   root_ = objXml_.documentElement();
-  if (!strRootName.empty() && root_.nodeName() != strRootName) std::swap(root_, wrongRoot_);
+  if (strRootName.empty() ? isRootOfAKind(root_) : root_.nodeName() != strRootName) {
+    blnOtherKind_ = isRootOfAKind(root_);
+    std::swap(root_, wrongRoot_);
+  }
   ParseError ignored;  // the file was read a moment ago
   const std::optional<std::string> strText =
       readXmlFile(strPath_, DocumentSettings().lngMaxBytes, ignored);

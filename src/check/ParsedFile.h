@@ -26,7 +26,7 @@ struct TextLines {
 class ParsedFile {
  public:
   /// Reads the file, unless none is named. With a name for its root, one that has another counts
-  /// as not loaded: it is another file.
+  /// as not loaded, and without one what has the root of another kind of file: it is another file.
   explicit ParsedFile(std::string strPath, std::string_view strRootName = {});
 
   const std::string& path() const noexcept { return strPath_; }
@@ -38,6 +38,9 @@ class ParsedFile {
 
   /// The root that has another name than it should; else Nothing.
   const Node& wrongRoot() const noexcept { return wrongRoot_; }
+
+  /// Whether that is the root of another kind of file.
+  bool isOfOtherKind() const noexcept { return blnOtherKind_; }
 
   const Document& document() const noexcept { return objXml_; }
 
@@ -60,6 +63,7 @@ class ParsedFile {
   Document objXml_;
   Node root_;
   Node wrongRoot_;
+  bool blnOtherKind_ = false;
   TextLines lines_;
 };
 

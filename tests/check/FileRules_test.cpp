@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <utility>
+
 #include "check/SmallDeployment.h"
 
 namespace Varnel_Tolv_XML_Creation::test {
@@ -92,6 +95,41 @@ TEST(FileRules, FindFilesThatCannotBeRead) {
   const std::vector<Finding> findings = deployment.check();
   ASSERT_EQ(findings.size(), 1u);
   EXPECT_EQ(summary(findings[0]), "error file-unreadable questons.xml:1 ");
+}
+
+TEST(FileRules, TellOfAFileThatCannotBeReadWhereItIsNamed) {
+  SmallDeployment deployment;
+  deployment.files.strOptionFile = deployment.at("deployment.json");
+  deployment.files.optionLines = {{"questions", 7}, {"reference", 8}};
+  const std::string strFolder = std::filesystem::path(deployment.at("x")).parent_path().string();
+  const struct {
+    const char* says;
+    std::string strQuestions, strMessage;
+  } cases[] = {
+      {"none", deployment.at("questons.xml"),
+       "\"questons.xml\" for \"questions\" cannot be read: There is none."},
+      {"a folder", strFolder, "cannot be read: It is a folder."},
+      {"one of another kind", deployment.at("namespaces.xml"), "its root is \"namespaces\""},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    deployment.files.strQuestionsXmlPath = c.strQuestions;
+    const std::vector<Finding> findings = deployment.check();
+    ASSERT_EQ(findings.size(), 1u);
+    EXPECT_EQ(findings[0].file, "deployment.json");
+    EXPECT_EQ(findings[0].line, 7u);
+    EXPECT_NE(findings[0].message.find(c.strMessage), std::string::npos) << findings[0].message;
+  }
+}
+
+TEST(FileRules, TellOfExchangedFilesWithoutLookingIntoThem) {
+  SmallDeployment deployment;
+  std::swap(deployment.files.strQuestionsXmlPath, deployment.files.strReferenceXmlPath);
+  std::vector<std::string> found;
+  for (const Finding& finding : deployment.check()) found.push_back(summary(finding));
+  const std::vector<std::string> expected = {"error wrong-root questions.xml:2 ",
+                                             "error wrong-root reference.xml:2 "};
+  EXPECT_EQ(found, expected);
 }
 
 }  // namespace

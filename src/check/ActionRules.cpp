@@ -382,11 +382,11 @@ void findRowLabels(const ParsedDeployment& deployment, Findings& findings) {
     };
     if (attributeText(object.objNode, "tablelabel").empty()) {
       add(object.objNode, "tablelabel", "The table has no tablelabel");
-    } else if (toLower(object.strType) != "table") {
+    } else if (toLower(object.strType) != "table" && object.rows.empty()) {
       add(object.objNode, kType, "The rows of a dynamic table have no label");
     }
     for (const Node& objRow : object.rows) {
-      if (attributeText(objRow, "rowlabel").empty()) {
+      if (toLower(object.strType) == "table" && attributeText(objRow, "rowlabel").empty()) {
         add(objRow, "rowlabel", "The row has no rowlabel");
       }
     }

@@ -1,4 +1,5 @@
 #include <array>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -257,6 +258,39 @@ void findUnknownRuleActions(const ParsedDeployment& deployment, Findings& findin
   }
 }
 
+std::string joined(const std::set<std::string>& names) {
+  constexpr std::size_t kShown = 12;
+  std::string strNames;
+  std::size_t lngShown = 0;
+  for (const std::string& strName : names) {
+    if (++lngShown > kShown) return strNames + ", ...";
+    strNames += (strNames.empty() ? "" : ", ") + quoted(strName);
+  }
+  return strNames;
+}
+
+/// The places below the parent to which the steps of makehcpdetailtype copy. Each adds to the path
+/// of those behind it, so what follows one that is not there says nothing new.
+void findSubPaths(const ParsedDeployment& deployment, std::string strParent,
+                  const Node& objTypeAction, Findings& findings) {
+  const bool blnMakes =
+      objTypeAction && toLower(attributeText(objTypeAction, kId)) == "makehcpdetailtype";
+  if (!blnMakes || !wrongWith(deployment, strParent).empty()) return;
+  for (const Node& objStep : childElements(objTypeAction)) {
+    const std::string strUnder = attributeText(objStep, "under");
+    const bool blnCopy =
+        objStep.nodeName() == "parameter" && toLower(attributeText(objStep, "action")) == "copy";
+    if (!blnCopy || strUnder.empty() || toLower(strUnder) == "parent") continue;
+    strParent += "/" + strUnder;
+    const std::string strWrong = wrongWith(deployment, strParent);
+    if (strWrong.empty()) continue;
+    findings.add(deployment.objectMapper, objStep, "under", "",
+                 "The path " + quoted(strParent) + " " + strWrong + ": nothing is copied there.",
+                 "Name an element that a step before creates, or the parent has.");
+    return;
+  }
+}
+
 void findRulePaths(const ParsedDeployment& deployment, Findings& findings) {
   if (!isMapper(deployment) || !deployment.shape().isKnown()) return;
   if (deployment.shape().isInDoubt()) return;  // what is missed may be what is in doubt
@@ -271,10 +305,22 @@ void findRulePaths(const ParsedDeployment& deployment, Findings& findings) {
   for (const Node& objRule : rulesOf(deployment)) {
     look(childElement(objRule, "node"), "the rule copies nothing");
     look(childElement(objRule, "parentxpath"), "the rule is passed over");
+    const std::set<std::string> names =
+        deployment.shape().namesAt(withoutConditions(childText(objRule, "node")));
     for (const Node& objType : childElements(childElement(objRule, "action"))) {
+      const std::string strType = attributeText(objType, kType);
+      // An odd word has a rule of its own.
+      if (!names.empty() && !isBlank(strType) && !hasCapitals(strType) &&
+          !names.contains(strType)) {
+        findings.add(deployment.objectMapper, objType, kType, "",
+                     "None of the nodes that " + quoted(childText(objRule, "node")) +
+                         " can select has the name " + quoted(strType) + ": nothing is copied.",
+                     "Write one of " + joined(names) + ".");
+      }
       const Node objTypeAction = childElement(objType, "action");
       const Node objFrom = childElement(objTypeAction, "node");
       look(objFrom, "nothing is copied");
+      findSubPaths(deployment, childText(objRule, "parentxpath"), objTypeAction, findings);
       for (const Node& objStep : childElements(objTypeAction)) {
         const bool blnCopy = objStep.nodeName() == "parameter" &&
                              toLower(attributeText(objStep, "action")) == "copy";

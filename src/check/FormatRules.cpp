@@ -63,7 +63,7 @@ constexpr ElementShape kObjectMapper[] = {
     {"entry", "extrapath", "", "text"},
     {"entry", "extranode", "", "text"},
     {"entry", "extravalue", "", "text"},
-    {"entry", "action", "id (separator)", "action"},
+    {"entry", "action", "id separator", "action"},
     {"action", "parameter", "id formvalue formlabel item messageitem", "text"},
     {"entries", "docdata", "", "docdata"},
     {"docdata", "docinfo", "id", "docinfo"},
@@ -102,13 +102,29 @@ constexpr ElementShape kReference[] = {
     {"", "*", "mandatory choice questionIds", ""},
 };
 
+constexpr ElementShape kCatalog[] = {
+    {"", "catalog", "prefer id", "entries"},
+    {"entries", "group", "prefer id", "entries"},
+    {"entries", "uri", "name uri id", "text"},
+    {"entries", "system", "systemId uri id", "text"},
+    {"entries", "public", "publicId uri id", "text"},
+    {"entries", "rewriteURI", "uriStartString rewritePrefix id", "text"},
+    {"entries", "rewriteSystem", "systemIdStartString rewritePrefix id", "text"},
+    {"entries", "uriSuffix", "uriSuffix uri id", "text"},
+    {"entries", "systemSuffix", "systemIdSuffix uri id", "text"},
+    {"entries", "nextCatalog", "catalog id", "text"},
+    {"entries", "delegateURI", "uriStartString catalog id", "text"},
+    {"entries", "delegateSystem", "systemIdStartString catalog id", "text"},
+    {"entries", "delegatePublic", "publicIdStartString catalog id", "text"},
+};
+
 using Format = std::span<const ElementShape>;
 
 std::vector<std::pair<const ParsedFile*, Format>> formatsOf(const ParsedDeployment& deployment) {
   return {{&deployment.objectList, kObjectList},    {&deployment.hiddenFieldList, kHiddenFields},
           {&deployment.namespaceList, kNamespaces}, {&deployment.objectMapper, kObjectMapper},
           {&deployment.schemaTypes, kSchemaTypes},  {&deployment.questionList, kQuestions},
-          {&deployment.reference, kReference}};
+          {&deployment.reference, kReference},      {&deployment.schemaCatalog, kCatalog}};
 }
 
 /// An element as the walk meets it, with the shape of its name; null where the format has none.
@@ -251,8 +267,10 @@ void findOtherAttributes(const ParsedDeployment& deployment, Findings& findings)
 /// Text where only elements are read, such as what is left of a tag.
 void findStrayText(const ParsedDeployment& deployment, Findings& findings) {
   for (const auto& [file, format] : formatsOf(deployment)) {
-    if (file == &deployment.hiddenFieldList || file == &deployment.reference) continue;
+    if (file == &deployment.hiddenFieldList) continue;
     walk(*file, format, [&](const Met& met) {
+      // A reference may be made of a message, with the values in it.
+      if (file == &deployment.reference && childElements(met.objNode).empty()) return;
       if (!met.shape || met.shape->strInside == "text" || met.shape->strInside == "any" ||
           met.shape->strInside == "docnodes") {
         return;
@@ -269,6 +287,44 @@ void findStrayText(const ParsedDeployment& deployment, Findings& findings) {
         break;
       }
     });
+  }
+}
+
+/// Comments and CDATA sections without a text that stand in the message: the clean-up asks for them
+/// by a path that is none. One is told of each file.
+void findEmptyComments(const ParsedDeployment& deployment, Findings& findings) {
+  const auto isFound = [&](const ParsedFile& file, const Node& objParent) {
+    const NodeList colChildren = required(objParent.childNodes());
+    for (std::size_t at = 0; at < colChildren.length(); ++at) {
+      const Node objChild = colChildren.item(at);
+      const bool blnKind =
+          objChild.nodeType() == NodeType::comment || objChild.nodeType() == NodeType::cdataSection;
+      if (!blnKind || objChild.hasText()) continue;
+      findings.add(
+          file, file.linesOfChildren(objParent)[at], "",
+          "What goes into the message has an empty " +
+              std::string(objChild.nodeType() == NodeType::comment ? "comment" : "CDATA section") +
+              ": the clean-up cannot ask for it, and every form with it fails.",
+          "Take it out, or write something into it.");
+      return true;
+    }
+    return false;
+  };
+  const auto isFoundBelow = [&](const ParsedFile& file, const NodeList& colElements) {
+    for (const Node& objElement : colElements) {
+      if (isFound(file, objElement)) return true;
+    }
+    return false;
+  };
+  const ParsedFile& messageTemplate = deployment.messageTemplate;
+  if (messageTemplate.isLoaded() && !isFound(messageTemplate, messageTemplate.document())) {
+    isFoundBelow(messageTemplate, messageTemplate.elements());
+  }
+  for (const ComplexType& type : deployment.complexTypes) {
+    if (isFound(deployment.schemaTypes, type.objNode) ||
+        isFoundBelow(deployment.schemaTypes, required(type.objNode.getElementsByTagName("*")))) {
+      return;
+    }
   }
 }
 
@@ -306,6 +362,7 @@ constexpr auto kRules = std::to_array<Rule>({
     {"misspelt-attribute", Severity::error, findMisspeltAttributes},
     {"unknown-attribute", Severity::warning, findOtherAttributes},
     {"stray-text", Severity::warning, findStrayText},
+    {"empty-comment", Severity::error, findEmptyComments},
     {"double-element", Severity::warning, findDoubleChildren},
 });
 

@@ -1,5 +1,6 @@
 #include <array>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 #include "check/Rule.h"
@@ -47,6 +48,34 @@ void findWrongFlags(const ParsedDeployment& deployment, Findings& findings) {
   }
 }
 
+/// Two of one form field: the other field that is posted is read by none.
+void findDuplicateIds(const ParsedDeployment& deployment, Findings& findings) {
+  std::unordered_set<std::string> seen;
+  for (const HiddenField& hidden : deployment.hiddenFields) {
+    if (isBlank(hidden.strId) || seen.insert(hidden.strId).second) continue;
+    findings.add(
+        deployment.hiddenFieldList, hidden.objNode, "id", hidden.strOutput,
+        "Another hidden field before this one has the id " + quoted(hidden.strId) +
+            ": both store the value of the same form field.",
+        "Write the id of the form field whose value " + quoted(hidden.strOutput) + " is to be.");
+  }
+}
+
+/// A field that the mapping sends, and that is not said to go into the message.
+void findUnsent(const ParsedDeployment& deployment, Findings& findings) {
+  for (const HiddenField& hidden : deployment.hiddenFields) {
+    if (hidden.strToSchema == "true" || isBlank(hidden.strOutput)) continue;
+    const bool blnNo = hidden.strToSchema.empty() || hidden.strToSchema == "false";
+    const MappingEntry* const entry = deployment.entry(toLower(hidden.strOutput));
+    if (!blnNo || !entry || !entry->isSent()) continue;
+    if (deployment.objectsByLowerId.contains(toLower(hidden.strOutput))) continue;
+    findings.add(deployment.hiddenFieldList, hidden.objNode, "toschema", hidden.strOutput,
+                 "The object mapper sends " + quoted(hidden.strOutput) +
+                     ", and the hidden field is not for the message: its value is not sent.",
+                 "Write toschema=\"true\", or take the messageitem out.");
+  }
+}
+
 void findOtherOutputs(const ParsedDeployment& deployment, Findings& findings) {
   for (const HiddenField& hidden : deployment.hiddenFields) {
     if (hidden.strToSchema != "true" || isBlank(hidden.strId) || isBlank(hidden.strOutput))
@@ -62,6 +91,8 @@ void findOtherOutputs(const ParsedDeployment& deployment, Findings& findings) {
 constexpr auto kRules = std::to_array<Rule>({
     {"no-hiddenfield", Severity::error, findOtherNodes},
     {"hidden-word-not-true", Severity::error, findWrongFlags},
+    {"duplicate-hidden-field", Severity::error, findDuplicateIds},
+    {"hidden-not-sent", Severity::error, findUnsent},
     {"output-apart", Severity::note, findOtherOutputs},
 });
 

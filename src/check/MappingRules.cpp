@@ -116,10 +116,8 @@ void findUnusedEntries(const ParsedDeployment& deployment, Findings& findings) {
     const bool blnGroup = entry.strType == "group" || entry.strType == "tablegroup";
     // What has its object, or would have one in other letters, is told by other rules.
     const bool blnTold = !blnGroup && deployment.objectsByLowerId.contains(toLower(entry.strId));
-    const auto hidden = deployment.hiddenFieldsByOutput.find(entry.strId);
-    const bool blnHidden = hidden != deployment.hiddenFieldsByOutput.end() &&
-                           deployment.hiddenFields[hidden->second.front()].strToSchema != "false";
-    if (!entry.users.empty() || !blnFirst || isBlank(entry.strId) || blnTold || blnHidden) continue;
+    if (!entry.users.empty() || !blnFirst || isBlank(entry.strId) || blnTold) continue;
+    if (deployment.lacksHiddenObject(entry.strId)) continue;
     findings.add(deployment.objectMapper, entry.objNode, kId, entry.strId,
                  "The entry " + quoted(entry.strId) + " is for no object of the form.",
                  "Correct the id, or take the entry out.");

@@ -3,6 +3,8 @@
 #include <set>
 
 #include "check/MessagePlan.h"
+#include "check/Words.h"
+#include "config/Attributes.h"
 #include "config/Names.h"
 #include "platform/text/Text.h"
 
@@ -46,12 +48,16 @@ class ContentJudge {
       if (isAsItsSource(element)) continue;  // what is wrong with it was told there
       if (element.kind == Kind::undeclared) tellUndeclared(element);
       if (element.kind != Kind::element) continue;
-      if (element.origin == Origin::fromFile) judgeAttributes(element);
+      if (element.origin == Origin::fromFile || element.origin == Origin::content) {
+        judgeAttributes(element);
+        judgeText(element);
+      }
       judgeOrder(element);
       judgeRequired(element);
       judgeMarks(element);
       judgeId(element);
     }
+    tellUnqualified();
   }
 
  private:
@@ -93,11 +99,39 @@ class ContentJudge {
         strHint = "The schema has there " + shown(child.element.name()) + ": change the prefix.";
       }
     }
+    for (const ContentOutline::Child& child : plan_.contentOf(parent.declared).children()) {
+      const QualifiedName unqualified{"", element.name().strLocal};
+      if (child.element && child.element.name() == unqualified) ++unqualified_[element.strUri];
+    }
     const bool blnTemplate = element.origin == Origin::fromFile;
     tell(blnTemplate ? "template-undeclared" : "path-undeclared", element,
          "The schema declares no element " + shown(element.name()) + " in \"" + parent.strName +
              "\" (" + plan_.pathOf(element.lngParent) + ").",
          strHint);
+  }
+
+  /// A schema document whose elements have no namespace because it does not say that they have: the
+  /// message has them with it throughout.
+  void tellUnqualified() {
+    const bool blnMeant = std::ranges::any_of(elements_, [](const MessageElement& element) {
+      return element.kind == Kind::element && element.lngParent != 0 && element.strUri.empty();
+    });
+    if (blnMeant) return;
+    for (const SchemaFile& file : plan_.schema()->files()) {
+      const auto found = unqualified_.find(file.strTargetNamespace);
+      if (found == unqualified_.end() || found->second < 2 || file.blnElementsQualified) continue;
+      plan_.tell({"elements-unqualified",
+                  {},
+                  "",
+                  file.strPath,
+                  1,
+                  "",
+                  "The schema document does not say elementFormDefault=\"qualified\": its elements "
+                  "have no namespace, and " +
+                      std::to_string(found->second) + " elements of the message are of \"" +
+                      file.strTargetNamespace + "\".",
+                  "Write elementFormDefault=\"qualified\" at its root."});
+    }
   }
 
   /// A second element at the path of one in the template: the text goes into the first.
@@ -137,9 +171,11 @@ class ContentJudge {
   void judgeOrder(const MessageElement& parent) {
     const ContentOutline& content = plan_.contentOf(parent.declared);
     std::map<QualifiedName, std::vector<std::size_t>> earlier;
+    std::map<QualifiedName, Count> counts;
     for (const std::size_t lngChild : parent.children) {
       const MessageElement& child = elements_[lngChild];
-      if (child.kind == Kind::undeclared) continue;
+      if (child.kind == Kind::undeclared || child.blnUnknownUri) continue;
+      judgeCount(parent, content, child, counts);
       if (child.blnMany && !content.mayRepeat(child.name())) {
         tell("path-repeated", child,
              "\"" + child.strName +
@@ -152,6 +188,41 @@ class ContentJudge {
       auto& ofName = earlier[child.name()];
       if (ofName.size() < kMostOfOneName) ofName.push_back(lngChild);
     }
+  }
+
+  /// Of one name: how many the schema allows, which is asked once, and how many the template has.
+  struct Count {
+    std::size_t lngMost = 0, lngOfTemplate = 0;
+  };
+
+  /// More elements of the template, or more rows of a fixed grid, than the schema allows. Where it
+  /// allows one, the order tells it.
+  void judgeCount(const MessageElement& parent, const ContentOutline& content,
+                  const MessageElement& child, std::map<QualifiedName, Count>& counts) {
+    const auto [found, blnNew] = counts.try_emplace(child.name());
+    Count& count = found->second;
+    if (blnNew) count.lngMost = content.maxOccurs(child.name());
+    const std::size_t lngMost = count.lngMost;
+    if (lngMost < 2 || lngMost == ContentOutline::kUnbounded) return;
+    const std::string strHint = "The schema allows " + std::to_string(lngMost) + ".";
+    if (child.origin == Origin::fromFile && ++count.lngOfTemplate == lngMost + 1) {
+      tell("template-order", child,
+           "\"" + child.strName + "\" stands in \"" + parent.strName +
+               "\" more often than the schema allows.",
+           strHint);
+    }
+    if (child.origin != Origin::row || toLower(child.object->strType) != "table") return;
+    if (child.object->rows.size() <= lngMost) return;
+    plan_.tell({"path-repeated",
+                {child.object->file, child.object->rows[lngMost]},
+                "",
+                "",
+                1,
+                child.object->strId,
+                "Each of the " + std::to_string(child.object->rows.size()) +
+                    " rows becomes an element \"" + child.strName + "\" in \"" + parent.strName +
+                    "\", more than the schema allows.",
+                strHint});
   }
 
   /// Compares a child with those in front of it; the first that may not be there is told.
@@ -263,25 +334,60 @@ class ContentJudge {
     }
   }
 
+  /// Whether what stands in a complex type was told for another object that uses it.
+  bool isToldOfType(const MessageElement& element) {
+    if (element.origin != Origin::content) return false;
+    const std::size_t lngLine = element.place.file->lineOf(element.place.objNode);
+    return !toldOfTypes_.emplace(lngLine, element.strName).second;
+  }
+
+  /// A text between children, where the schema has none. That of an element without children is a
+  /// value.
+  void judgeText(const MessageElement& element) {
+    if (element.declared.holdsText()) return;
+    const Node& objElement = element.place.objNode;
+    const std::vector<Node> colChildren = childElements(objElement);
+    const bool blnPlace = std::ranges::any_of(
+        colChildren, [](const Node& objChild) { return objChild.nodeName() == kValue; });
+    if (colChildren.empty() || blnPlace) return;  // a place takes the room of all the rest
+    const NodeList colNodes = required(objElement.childNodes());
+    for (const Node& objNode : colNodes) {
+      const bool blnText =
+          objNode.nodeType() == NodeType::text || objNode.nodeType() == NodeType::cdataSection;
+      if (!blnText || isBlank(objNode.text())) continue;
+      const bool blnTemplate = element.origin == Origin::fromFile;
+      if (!isToldOfType(element)) {
+        tell(blnTemplate ? "template-value" : "no-text-there", element,
+             "The text " + quoted(trim(oneLine(objNode.text()))) + " stands in \"" +
+                 element.strName + "\", which holds no text in the schema.",
+             "Take it out: every message with it is invalid.");
+      }
+      return;
+    }
+  }
+
   void judgeAttributes(const MessageElement& element) {
+    const bool blnTemplate = element.origin == Origin::fromFile;
+    const std::string_view strCode = blnTemplate ? "template-attribute" : "type-attribute";
     std::set<QualifiedName> there;
     for (const NodeAttribute& attribute : element.place.objNode.attributes()) {
       const std::string& strName = attribute.strName;
       if (strName == "xmlns" || strName.starts_with("xmlns:")) continue;
       if (strName.find(':') != std::string::npos) continue;  // xsi:type and its like
       there.insert({"", strName});
-      if (element.declared.declaresAttribute({"", strName})) continue;
-      tell("template-attribute", element,
+      if (element.declared.declaresAttribute({"", strName}) || isToldOfType(element)) continue;
+      tell(strCode, element,
            "The schema declares no attribute \"" + strName + "\" of \"" + element.strName + "\".",
            "Take it away: every message with it is invalid.", strName);
     }
     for (const DeclaredAttribute& attribute : element.declared.attributes()) {
       if (!attribute.blnRequired || there.contains(attribute.name)) continue;
-      if (!attribute.name.strUri.empty()) continue;
-      tell("template-attribute", element,
+      if (!attribute.name.strUri.empty() || isToldOfType(element)) continue;
+      tell(strCode, element,
            "The schema requires the attribute \"" + attribute.name.strLocal + "\" of \"" +
                element.strName + "\".",
-           "Write it into the template: no mapping makes attributes.");
+           blnTemplate ? "Write it into the template: no mapping makes attributes."
+                       : "Write it into the complex type: nothing else makes attributes.");
     }
   }
 
@@ -311,6 +417,8 @@ class ContentJudge {
   MessagePlan& plan_;
   const std::vector<MessageElement>& elements_;
   std::set<const void*> judged_;
+  std::map<std::string, std::size_t> unqualified_;             // by namespace
+  std::set<std::pair<std::size_t, std::string>> toldOfTypes_;  // lines and names of elements
   std::size_t lngPairs_ = 0;
   bool blnUnchecked_ = false;
 };

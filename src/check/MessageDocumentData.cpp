@@ -28,6 +28,7 @@ void MessageBuilding::placeHeaderValue(const Node& objInfo, std::string_view str
   const std::string strPath = objParent.text() + "/" + objNode.text();
   const Found found = find(strPath);
   if (found.lngElement == 0) return;
+  if (strId == "protocolname" && !deployment_.protocolInfo.isNamed()) return;  // nothing to write
   const Source source = strId == "protocolname"      ? Source::form
                         : strId == "attestationdate" ? Source::date
                                                      : Source::time;
@@ -42,7 +43,8 @@ void MessageBuilding::placeCopies(const Node& objRule) {
   if (parent.lngElement == 0) return;
   const Node objAction = childElement(objRule, "action");
   const bool blnByType = objAction && toLower(attributeText(objAction, kId)) == "checknodetype";
-  if (!blnByType) return copyAll(objRule, objSource, parent.lngElement);
+  if (!objAction) return copyAll(objRule, objSource, parent.lngElement);
+  if (!blnByType) return;  // another rule tells that the action is none
   // One of the types at most is that of a message's element.
   for (const Node& objType : childElements(objAction)) {
     const Node objTypeAction = childElement(objType, "action");

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "check/MessagePlan.h"
 #include "config/Attributes.h"
 #include "config/Names.h"
 #include "platform/text/Text.h"
@@ -49,6 +50,14 @@ std::vector<std::string> namesTo(const Node& objElement) {
 
 }  // namespace
 
+std::string withoutConditions(std::string_view strPath) {
+  const auto steps = stepsOf(strPath);
+  if (!steps || !strPath.starts_with('/')) return std::string(strPath);
+  std::string strBare;
+  for (const PathStep& step : *steps) strBare += "/" + (step.blnAny ? "*" : step.text());
+  return strBare;
+}
+
 bool isNodePath(std::string_view strPath) {
   const std::vector<std::string> steps = split(strPath, "/");
   return !steps.empty() && std::ranges::all_of(steps, isQualifiedName);
@@ -94,6 +103,19 @@ Node MessageShape::select(const Node& objFrom, std::string_view strXPath,
   }
 }
 
+std::set<std::string> MessageShape::namesAt(std::string_view strXPath) const {
+  std::set<std::string> names;
+  lngWork_ += lngElements_ + strXPath.size();
+  if (lngWork_ > kMostWork) return names;
+  try {
+    const NodeList colNodes = required(objMessage_.selectNodes(strXPath));
+    for (const Node& objNode : colNodes) names.insert(toLower(objNode.nodeName()));
+  } catch (const RuntimeError& error) {  // what a rule about the path tells
+    if (error.number() == kOutOfMemory) throw;
+  }
+  return names;
+}
+
 void MessageShape::trouble(PathTrouble::Kind kind, const FormObject& object, const Node& objPath,
                            std::string strDetail) {
   doubtful_.insert(object.strId);
@@ -130,7 +152,12 @@ void MessageShape::placeAt(const FormObject& object, const Node& objParentXPath,
   if (!strReason.empty()) {
     return trouble(PathTrouble::malformed, object, objParentXPath, std::move(strReason));
   }
-  if (!objParent) return trouble(PathTrouble::noParent, object, objParentXPath);
+  if (!objParent) {
+    const std::string strBare = withoutConditions(strParentXPath);
+    const bool blnPlaces = strBare != strParentXPath && select(objMessage_, strBare, strReason);
+    return trouble(blnPlaces ? PathTrouble::noFreePlace : PathTrouble::noParent, object,
+                   objParentXPath, blnPlaces ? strBare : std::string());
+  }
   if (!isElement(objParent)) return trouble(PathTrouble::noElement, object, objParentXPath);
   if (blnTable ? !isQualifiedName(strNodePath) : !isNodePath(strNodePath)) {
     return trouble(PathTrouble::malformedPath, object, objNodePath);
@@ -169,13 +196,22 @@ void MessageShape::placeAt(const FormObject& object, const Node& objParentXPath,
   if (blnPlain) {
     // The value goes to the first element that the whole path selects.
     const Node objFirst = select(objMessage_, strWhole, strReason);
+    if (!objFirst && strReason.empty() && lngWork_ <= kMostWork &&
+        !doubtful_.contains(object.strId)) {
+      trouble(PathTrouble::selfExcluding, object, objParentXPath);
+    }
     const std::string strFilledBy =
         objFirst && isElement(objFirst) ? attributeText(objFirst, kFilledBy) : std::string();
     if (!strFilledBy.empty()) {
       const FormObject& other = deployment_.objects[std::stoul(strFilledBy)];
       // Objects of one id have a rule of their own.
-      if (entry.strAbsent.empty() && other.entry->strAbsent.empty() &&
-          other.strLowerId != object.strLowerId) {
+      // A condition that names no object has a rule of its own.
+      const auto excludes = [&](const MappingEntry& one, const FormObject& answered) {
+        return one.strAbsent == answered.strId ||
+               (!one.strAbsent.empty() && !deployment_.object(one.strAbsent));
+      };
+      const bool blnExcluded = excludes(entry, other) || excludes(*other.entry, object);
+      if (!blnExcluded && other.strLowerId != object.strLowerId) {
         trouble(PathTrouble::samePlace, object, objNodePath, other.strId);
       }
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <set>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -26,6 +27,8 @@ struct PathTrouble {
     noElement,       // it selects an attribute or a text
     malformedPath,   // the node path is no list of names
     samePlace,       // the value replaces that of another question
+    selfExcluding,   // the path finds the new element no longer, once it is there
+    noFreePlace,     // a condition chooses none of the places that the template has
   };
   Kind kind;
   const FormObject* object;
@@ -70,6 +73,9 @@ class MessageShape {
   /// cannot be evaluated; empty when it can.
   Node select(const Node& objFrom, std::string_view strXPath, std::string& strReason) const;
 
+  /// The names, in lower case, of all elements that an expression selects in the message.
+  std::set<std::string> namesAt(std::string_view strXPath) const;
+
  private:
   void place(const FormObject& object);
   void placeAt(const FormObject& object, const Node& objParentXPath,
@@ -96,6 +102,10 @@ class MessageShape {
   MessagePaths paths_;
   std::unordered_map<std::string, std::unordered_set<std::size_t>> places_;
 };
+
+/// A path without the conditions of its steps; the path itself where it says more than steps down
+/// from the root.
+std::string withoutConditions(std::string_view strPath);
 
 /// Whether a text is a list of names joined by "/".
 bool isNodePath(std::string_view strPath);

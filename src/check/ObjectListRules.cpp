@@ -73,7 +73,20 @@ void findUnknownObjectTypes(const ParsedDeployment& deployment, Findings& findin
   });
 }
 
+/// The objects whose values entries of other objects take.
+std::unordered_set<std::string> takenByOthers(const ParsedDeployment& deployment) {
+  std::unordered_set<std::string> taken;
+  for (const MappingEntry& entry : deployment.entries) {
+    taken.insert(entry.strItem);
+    for (const Node& objParameter : childElements(entry.objAction)) {
+      taken.insert(attributeText(objParameter, "messageitem"));
+    }
+  }
+  return taken;
+}
+
 void findUnknownTypes(const ParsedDeployment& deployment, Findings& findings) {
+  const std::unordered_set<std::string> taken = takenByOthers(deployment);
   forEachListed(deployment, [&](const FormObject& object) {
     std::string strWrong;
     if (object.kind == ObjectKind::table) {
@@ -84,7 +97,9 @@ void findUnknownTypes(const ParsedDeployment& deployment, Findings& findings) {
       }
     } else if (object.kind == ObjectKind::field) {
       const std::string_view strMeant = intendedWord(object.strType, {"check", "date", "time"});
-      if (!strMeant.empty()) {
+      // The word "date" counts in any case, but not where another entry takes the answer.
+      const bool blnDate = toLower(object.strType) == "date" && !taken.contains(object.strId);
+      if (!strMeant.empty() && !blnDate) {
         strWrong = "The field is of the type " + quoted(object.strType) + ", which is not " +
                    quoted(strMeant) + ": its answer is taken as a plain text.";
       }
@@ -158,14 +173,34 @@ void findWrongRows(const ParsedDeployment& deployment, Findings& findings) {
   }
 }
 
+bool isDynamicTable(const FormObject& object) {
+  return isListed(object, ObjectKind::table) && toLower(object.strType) != "table";
+}
+
+/// Whether each row of a table becomes one text, which needs a cell of every column.
+bool isWrittenAsText(const FormObject& object) {
+  return object.entry && toLower(object.entry->strActionId) == "rowinfotovalue";
+}
+
+/// Rows that stand in a dynamic table from the beginning get no cells.
+void findRowsOfDynamicTables(const ParsedDeployment& deployment, Findings& findings) {
+  for (const FormObject& object : deployment.objects) {
+    if (!isDynamicTable(object) || object.rows.empty() || !isWrittenAsText(object)) continue;
+    findings.add(*object.file, object.objNode, kType, object.strId,
+                 "The table is dynamic and holds rows of its own, " +
+                     std::to_string(object.rows.size()) +
+                     ", which get no cells: every submitted form fails.",
+                 "Write type=\"table\" for a fixed grid, or take the rows out.");
+  }
+}
+
 void findFilledLists(const ParsedDeployment& deployment, Findings& findings) {
   for (const FormObject& object : deployment.objects) {
-    if (!isListed(object, ObjectKind::table) || toLower(object.strType) == "table") continue;
-    for (const Node& objRow : object.rows) {
-      findings.add(*object.file, objRow, "", object.strId,
-                   "The dynamic table holds a row already, which every form keeps beside its own.",
-                   "Take the row out; the library adds one for each that is posted.");
-    }
+    if (!isDynamicTable(object) || object.rows.empty() || isWrittenAsText(object)) continue;
+    findings.add(*object.file, object.rows.front(), "", object.strId,
+                 "The dynamic table holds rows already, " + std::to_string(object.rows.size()) +
+                     ", which every form keeps beside its own.",
+                 "Take them out; the library adds one for each that is posted.");
   }
   for (const FormObject& object : deployment.objects) {
     if (object.kind != ObjectKind::table || object.blnHidden) continue;
@@ -232,6 +267,7 @@ constexpr auto kRules = std::to_array<Rule>({
     {"group-apart", Severity::warning, findGroups},
     {"no-columns", Severity::error, findTablesWithoutColumns},
     {"row-numbers", Severity::error, findWrongRows},
+    {"rows-of-dynamic-table", Severity::error, findRowsOfDynamicTables},
     {"filled-already", Severity::warning, findFilledLists},
     {"no-hdnflds", Severity::error, findMissingHiddenRoot},
     {"no-declaration", Severity::error, findWrongTop},

@@ -63,6 +63,41 @@ void findParentsOfAnswers(const ParsedDeployment& deployment, Findings& findings
   });
 }
 
+void findSelfExcluding(const ParsedDeployment& deployment, Findings& findings) {
+  forEachTrouble(deployment, PathTrouble::selfExcluding, [&](const PathTrouble& trouble) {
+    findings.add(deployment.objectMapper, trouble.objPath, "", idOf(trouble),
+                 "The condition in " + quoted(trouble.objPath.text()) +
+                     " holds no longer once the element of the answer is made, before its value "
+                     "is written: every form with this answer fails.",
+                 "Ask for the value and not for the element, as in [not(m:name/text())].");
+  });
+}
+
+/// Places of the template that a condition chooses from, fewer than answers want. Told once.
+void findTooFewPlaces(const ParsedDeployment& deployment, Findings& findings) {
+  std::unordered_set<std::string> told;
+  for (const PathTrouble& trouble : deployment.shape().troubles()) {
+    if (trouble.kind != PathTrouble::noFreePlace) continue;
+    if (!told.insert(trouble.objPath.text()).second) continue;
+    std::string strReason;
+    const Node objPlace = deployment.shape().templateElement(
+        deployment.shape().select(deployment.shape().document(), trouble.strDetail, strReason));
+    const std::string strMessage = "No element " + quoted(trouble.strDetail) +
+                                   " is left for the answer to " + quoted(trouble.object->strId) +
+                                   ": the condition in " + quoted(trouble.objPath.text()) +
+                                   " chooses none, and a form with all answers fails.";
+    const char* const hint =
+        "Let the template hold one for each answer, or correct the condition of the mapping.";
+    if (objPlace) {
+      findings.add(deployment.messageTemplate, objPlace, "", trouble.object->strId, strMessage,
+                   hint);
+    } else {
+      findings.add(deployment.objectMapper, trouble.objPath, "", trouble.object->strId, strMessage,
+                   hint);
+    }
+  }
+}
+
 void findMalformedNodePaths(const ParsedDeployment& deployment, Findings& findings) {
   forEachTrouble(deployment, PathTrouble::malformedPath, [&](const PathTrouble& trouble) {
     const bool blnTable = trouble.object->kind == ObjectKind::table;
@@ -146,6 +181,8 @@ constexpr auto kRules = std::to_array<Rule>({
     {"malformed-expression", Severity::error, findMalformed},
     {"path-names-nothing", Severity::error, findNoParents},
     {"parent-of-answer", Severity::error, findParentsOfAnswers},
+    {"path-excludes-itself", Severity::error, findSelfExcluding},
+    {"too-few-places", Severity::error, findTooFewPlaces},
     {"malformed-node-path", Severity::error, findMalformedNodePaths},
     {"not-in-template", Severity::error, findMissingFromTemplate},
     {"same-place", Severity::error, findSamePlaces},

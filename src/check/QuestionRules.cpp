@@ -28,10 +28,7 @@ void findQuestionsWithoutObject(const ParsedDeployment& deployment, Findings& fi
   if (!asksQuestions(deployment)) return;
   for (const Question& question : deployment.questions) {
     if (isBlank(question.strId) || deployment.object(question.strId)) continue;
-    const auto hidden = deployment.hiddenFieldsByOutput.find(question.strId);
-    const bool blnHidden = hidden != deployment.hiddenFieldsByOutput.end() &&
-                           deployment.hiddenFields[hidden->second.front()].strToSchema != "false";
-    if (blnHidden) continue;  // it should be an object, which another rule tells
+    if (deployment.lacksHiddenObject(question.strId)) continue;
     const auto lower = deployment.objectsByLowerId.find(toLower(question.strId));
     const bool blnCase = lower != deployment.objectsByLowerId.end();
     findings.add(
@@ -96,6 +93,40 @@ void findWrongTypes(const ParsedDeployment& deployment, Findings& findings) {
   }
 }
 
+/// A box that is ticked posts "on", which only a check box turns into its value.
+void findLostCheckBoxes(const ParsedDeployment& deployment, Findings& findings) {
+  for (const Question& question : deployment.questions) {
+    const FormObject* const object = deployment.object(question.strId);
+    const bool blnField = object && object->kind == ObjectKind::field && !object->blnHidden;
+    if (!blnField || question.strType != "check" || object->strType == "check") continue;
+    if (isSlipOf(object->strType, "check")) continue;  // has a rule of its own
+    findings.add(*object->file, object->objNode, kType, object->strId,
+                 "The question is a check box, and the object is of the type " +
+                     quoted(object->strType) + ": a ticked box goes into the message as \"on\".",
+                 "Write type=\"check\" here, or correct the type of the question.");
+  }
+}
+
+/// Questions that say where an answer stands which the mapping sends nowhere.
+void findUnsentQuestions(const ParsedDeployment& deployment, Findings& findings) {
+  const MessageShape& shape = deployment.shape();
+  if (!shape.isKnown()) return;
+  for (const Question& question : deployment.questions) {
+    const FormObject* const object = deployment.object(question.strId);
+    if (!object || !object->entry || object->kind != ObjectKind::field) continue;
+    const MappingEntry& entry = *object->entry;
+    if (isBlank(question.strXPath) || entry.strToSchema != "false") continue;
+    if (shape.isPlaced(object->strLowerId) || shape.isPlaced(object->strId)) continue;
+    if (shape.isInDoubt()) return;  // another answer may be to take this one along
+    findings.add(deployment.objectMapper, entry.objNode, "toschema", object->strId,
+                 "The answer to " + quoted(object->strId) +
+                     " is sent nowhere, and its question says that it stands at " +
+                     quoted(question.strXPath) + ".",
+                 "Write toschema=\"true\", let another entry take the answer along, or take the "
+                 "question out.");
+  }
+}
+
 void findMissingPaths(const ParsedDeployment& deployment, Findings& findings) {
   for (const Question& question : deployment.questions) {
     if (!isBlank(question.strXPath)) continue;
@@ -135,10 +166,23 @@ void findWrongColumns(const ParsedDeployment& deployment, Findings& findings) {
     if (!object || object->kind != ObjectKind::table) continue;
     std::unordered_set<std::string> columns;
     for (const TableColumn& column : object->columns) columns.insert(column.strId);
-    std::unordered_set<std::string> asked;
+    std::unordered_set<std::string> asked, places;
+    const ComplexType* const type =
+        object->entry ? deployment.complexType(toLower(object->entry->strActionId)) : nullptr;
+    if (type) {
+      for (const Placeholder& place : type->placeholders) places.insert(place.strId);
+    }
     for (const QuestionColumn& column : question.columns) {
       asked.insert(column.strId);
       if (isBlank(column.strId) || columns.contains(column.strId)) continue;
+      if (places.contains(column.strId)) {
+        findings.add(*object->file, object->objNode, "", column.strId,
+                     "The table " + quoted(object->strId) + " has no column " +
+                         quoted(column.strId) +
+                         ", which its question and its complex type have: its cells are lost.",
+                     "Add it, or correct the id of the one that is meant.");
+        continue;
+      }
       findings.add(deployment.questionList, column.objNode, kId, column.strId,
                    "The table " + quoted(object->strId) + " has no column " + quoted(column.strId) +
                        ": errors in it are told as internal ones.",
@@ -236,6 +280,8 @@ constexpr auto kRules = std::to_array<Rule>({
     {"question-without-object", Severity::error, findQuestionsWithoutObject},
     {"object-without-question", Severity::error, findObjectsWithoutQuestion},
     {"question-type", Severity::error, findWrongTypes},
+    {"check-box-apart", Severity::error, findLostCheckBoxes},
+    {"question-not-sent", Severity::error, findUnsentQuestions},
     {"question-without-path", Severity::error, findMissingPaths},
     {"question-path", Severity::error, findUnknownPaths},
     {"question-columns", Severity::error, findWrongColumns},

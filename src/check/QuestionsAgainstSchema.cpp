@@ -33,14 +33,21 @@ class QuestionJudge {
     for (const MessageWrite& write : plan_.writes()) {
       const bool blnAlone = write.source == Source::answer && write.object;
       if (!blnAlone) shared_.insert(write.lngElement);
-      if (write.object) places_.try_emplace({write.object, write.strColumn}, write.lngElement);
+      if (!write.object) continue;
+      const auto [place, blnNew] =
+          places_.try_emplace({write.object, write.strColumn}, write.lngElement);
+      // Of several places the one that the question names.
+      const Question* const question = blnNew ? nullptr : deployment_.question(write.object->strId);
+      const bool blnNamed = question && write.strColumn.empty() &&
+                            plan_.pathOf(write.lngElement) == question->strXPath;
+      if (blnNamed) place->second = write.lngElement;
     }
     for (const Question& question : deployment_.questions) {
       const FormObject* object = deployment_.object(question.strId);
       if (!object) continue;
       if (const MessageElement* element = valueElement(*object, "")) {
         judgeLengths(question.objNode, question.strId, *element);
-        judgeKind(question, *element);
+        judgeKind(question, *object, *element);
       }
       for (const QuestionColumn& column : question.columns) {
         const MessageElement* element = valueElement(*object, column.strId);
@@ -99,12 +106,17 @@ class QuestionJudge {
     }
   }
 
-  void judgeKind(const Question& question, const MessageElement& element) {
+  void judgeKind(const Question& question, const FormObject& object,
+                 const MessageElement& element) {
     const auto rules = element.declared.value();
     if (!rules || rules->variety != ValueRules::Variety::atomic || question.strType.empty()) return;
     const bool blnDate = toLower(question.strType) == "date";
     const bool blnWanted = rules->strPrimitive == "date";
-    if (blnDate == blnWanted || (blnDate && rules->strPrimitive == "string")) return;
+    // A text may hold a date, and does when the object says so.
+    const std::string strType = toLower(object.strType);
+    const bool blnConverted = strType == "date" || strType == "time";
+    if (blnDate == blnWanted) return;
+    if (blnDate && rules->strPrimitive == "string" && blnConverted) return;
     tell("question-kind", question.objNode, question.strId,
          "The question's type is \"" + question.strType + "\", and the schema's type of \"" +
              element.strName + "\" is of the kind xs:" + rules->strPrimitive + ".",

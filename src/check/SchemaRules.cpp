@@ -1,8 +1,11 @@
 #include <array>
+#include <filesystem>
+#include <system_error>
 
 #include "check/MessagePlan.h"
 #include "check/Rule.h"
 #include "check/RuleTables.h"
+#include "check/Words.h"
 
 // The rules that need the schema, or the message as a whole. What they tell was found in one pass
 // over the plan; each rule tells what has its code.
@@ -10,7 +13,9 @@
 namespace Varnel_Tolv_XML_Creation {
 
 void judgeSchema(MessagePlan& plan) {
-  const DeploymentFiles& files = plan.deployment().files;
+  const ParsedDeployment& deployment = plan.deployment();
+  const DeploymentFiles& files = deployment.files;
+  std::error_code ignored;  // what cannot be looked at is not there
   const auto tell = [&](std::string_view strCode, std::string strPath, std::size_t lngLine,
                         std::string strMessage, std::string strHint) {
     plan.tell({strCode,
@@ -23,13 +28,30 @@ void judgeSchema(MessagePlan& plan) {
                std::move(strHint)});
   };
   const SchemaModel* const schema = plan.schemaAsRead();
+  if (schema && !std::filesystem::is_regular_file(plan.schemaPath(), ignored)) {
+    const auto place = deployment.placeOf("schema-url");
+    tell("schema-unusable", place ? place->strPath : plan.schemaPath(), place ? place->lngLine : 1,
+         "There is no file " + deployment.shownPath(plan.schemaPath()) +
+             ", to which \"schema-url\" leads from the folder above \"page-dir\", " +
+             (files.strPageDirectory.empty() || files.strPageDirectory == "."
+                  ? "the current folder."
+                  : deployment.shownPath(files.strPageDirectory) + "."),
+         "Correct the one or the other: until then no message is checked.");
+    return;
+  }
   if (!schema) {
-    if (files.blnValidateAgainstSchema) {
-      tell("no-schema", "", 1, "Messages are to be checked against a schema, and none is named.",
+    if (files.blnValidateAgainstSchema || !files.strSchemaUri.empty()) {
+      const auto place = deployment.placeOf(files.strSchemaUri.empty() ? "validate" : "schema-uri");
+      tell("no-schema", place ? place->strPath : "", place ? place->lngLine : 1,
+           "Messages are to be checked against a schema, and none is named.",
            "Name it for \"schema-url\".");
     }
     return;
   }
+  const std::string strCatalog =
+      files.strSchemaCatalog.empty()
+          ? "."
+          : "; no entry of " + deployment.shownPath(files.strSchemaCatalog) + " fits.";
   for (const SchemaProblem& problem : schema->problems()) {
     using Kind = SchemaProblem::Kind;
     const std::string& strPath = problem.strPath.empty() ? plan.schemaPath() : problem.strPath;
@@ -41,12 +63,13 @@ void judgeSchema(MessagePlan& plan) {
         break;
       case Kind::importMissing:
         tell("import-missing", strPath, problem.lngLine, problem.strReason,
-             "Correct the location, or let a catalog name the file.");
+             "Correct the location, or let a catalog name the file" + strCatalog);
         break;
       case Kind::importOnNetwork:
         tell("import-on-network", strPath, problem.lngLine, problem.strReason,
              "Nothing is read over the network: put the file beside the schema, or let a catalog "
-             "name it.");
+             "name it" +
+                 strCatalog);
         break;
       case Kind::importElsewhere:
         tell("import-elsewhere", strPath, problem.lngLine, problem.strReason,
@@ -74,9 +97,17 @@ void judgeSchema(MessagePlan& plan) {
   if (schema->files().empty()) return;
   const SchemaFile& main = schema->files().front();
   if (main.strTargetNamespace == files.strSchemaUri) return;
-  tell("schema-namespace", main.strPath, 1,
-       "The target namespace is \"" + main.strTargetNamespace + "\", and \"schema-uri\" says \"" +
-           files.strSchemaUri + "\".",
+  // Of the two the one that the template speaks against has the slip.
+  const ParsedFile& messageTemplate = deployment.messageTemplate;
+  const auto place = deployment.placeOf(files.strSchemaUri.empty() ? "schema-url" : "schema-uri");
+  const bool blnOption =
+      place && (files.strSchemaUri.empty() ||
+                (messageTemplate.isLoaded() &&
+                 messageTemplate.root().namespaceUri() == main.strTargetNamespace));
+  tell("schema-namespace", blnOption ? place->strPath : main.strPath,
+       blnOption ? place->lngLine : 1,
+       "The target namespace of the schema is \"" + main.strTargetNamespace +
+           "\", and \"schema-uri\" says \"" + files.strSchemaUri + "\".",
        "Make both the same: until then no message is checked.");
 }
 
@@ -115,13 +146,15 @@ constexpr auto kRules = std::to_array<Rule>({
     {"date-not-converted", Severity::error, tellFound<25>},
     {"insert-before-uncertain", Severity::error, tellFound<26>},
     {"reference-undeclared", Severity::warning, tellFound<27>},
-    {"reference-incomplete", Severity::warning, tellFound<28>},
-    {"reference-optional", Severity::warning, tellFound<29>},
+    {"reference-incomplete", Severity::error, tellFound<28>},
+    {"reference-optional", Severity::error, tellFound<29>},
     {"reference-mandatory", Severity::warning, tellFound<30>},
     {"question-kind", Severity::warning, tellFound<31>},
     {"length-differs", Severity::warning, tellFound<32>},
     {"length-missing", Severity::warning, tellFound<33>},
     {"not-checked", Severity::note, tellFound<34>},
+    {"type-attribute", Severity::error, tellFound<35>},
+    {"elements-unqualified", Severity::error, tellFound<36>},
 });
 
 template <std::size_t Row>

@@ -46,7 +46,12 @@ const std::vector<Mistake>& mistakesOfActionRules() {
          R"(<action id="addinfotonode" separator=" - ">)", "from"}}},
       {"not-two-parameters",
        "two of the same",
-       {{"object-mapper.xml", R"(<parameter item="until"/>)", R"(<parameter formvalue="true"/>)"}},
+       {{"object-mapper.xml", R"(<parameter item="until"/>)", R"(<parameter formvalue="true"/>)"},
+        {"questions.xml", R"(  <question id="until">
+    <xpath>/m:report/m:people/m:hours</xpath>
+  </question>
+)",
+         ""}},
        {}},
       {"flag-not-true",
        "a capital",
@@ -130,9 +135,7 @@ const std::vector<Mistake>& mistakesOfActionRules() {
       {"additional-info-prefix",
        "the prefix under another name",
        {{"namespaces.xml", R"(id="pbr")", R"(id="rec")"}},
-       {{Severity::error, "cell-without-place", "object-list.xml",
-         R"(<column id="basis" columnlabel="Basis" autovalue="Section 12"/>)", "basis"},
-        {Severity::error, "additional-info-prefix", "namespaces.xml", "<namespaces>", "basis"},
+       {{Severity::error, "additional-info-prefix", "namespaces.xml", "<namespaces>", "basis"},
         {Severity::error, "prefix-not-registered", "namespaces.xml"},
         {Severity::error, "not-in-reference", "reference.xml", R"(<m:fault mandatory="false">)",
          "basis"}}},

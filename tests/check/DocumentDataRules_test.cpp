@@ -133,6 +133,20 @@ const std::vector<Mistake>& mistakesOfDocumentDataRules() {
        "a reference that the template has not",
        {{"object-mapper.xml", "          <node>m:office</node>", "          <node>m:note</node>"}},
        {}},
+      {"docnode-names-nothing",
+       "a type that no selected node has",
+       {{"object-mapper.xml", R"(<node type="m:address">)", R"(<node type="m:adress">)"}},
+       {{Severity::error, "docnode-names-nothing", "object-mapper.xml"}}},
+      {"docnode-names-nothing",
+       "a type of another node that may be the last",
+       {{"object-mapper.xml", R"(<node type="m:address">)", R"(<node type="m:hours">)"}},
+       {}},
+      {"docnode-names-nothing",
+       "a place of a copy that no step creates",
+       {{"object-mapper.xml", R"(under="m:copy")", R"(under="m:cpy")"}},
+       {{Severity::error, "docnode-names-nothing", "object-mapper.xml"},
+        {Severity::note, "reference-unknown", "reference.xml", R"(<m:line4 mandatory="true"/>
+    </m:copy>)"}}},
   };
   return kMistakes;
 }

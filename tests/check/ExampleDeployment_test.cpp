@@ -151,7 +151,7 @@ constexpr Plant kPlants[] = {
     {"object-mapper.xml", R"(<action id="addinfotonode" separator=" - ">)",
      R"(<action id="addinfotonod" separator=" - ">)", Severity::error, "arrivaltime"},
     {"object-mapper.xml", R"(<action id="addinfotonode" separator=" - ">)",
-     R"(<action id="addinfotonode" seperator=" - ">)", Severity::warning, "arrivaltime"},
+     R"(<action id="addinfotonode" seperator=" - ">)", Severity::error, "arrivaltime"},
     {"object-mapper.xml", R"(<messageitem id="present" type="group")",
      R"(<messageitem id="present" type="groups")", Severity::error, "present"},
     {"object-mapper.xml", R"(<messageitem id="defects" type="dynatable")",

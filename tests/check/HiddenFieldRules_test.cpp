@@ -42,6 +42,26 @@ const std::vector<Mistake>& mistakesOfHiddenFieldRules() {
        "the same of a field that is only parked",
        {{"hidden-fields.xml", R"(id="page_lang")", R"(id="page_language")"}},
        {}},
+      {"duplicate-hidden-field",
+       "two of one form field",
+       {{"hidden-fields.xml", R"(id="page_lang")", R"(id="office")"}},
+       {{Severity::error, "duplicate-hidden-field", "hidden-fields.xml", "", "language"}}},
+      {"duplicate-hidden-field",
+       "two that differ in a capital, which are two form fields",
+       {{"hidden-fields.xml", R"(id="page_lang")", R"(id="Office")"}},
+       {}},
+      {"hidden-not-sent",
+       "one that the mapping sends",
+       {{"hidden-fields.xml", R"(toschema="true")", R"(toschema="false")"}},
+       {{Severity::error, "hidden-not-sent", "hidden-fields.xml", "", "office"},
+        {Severity::error, "insertbefore-names-nothing", "object-mapper.xml",
+         R"(<node>m:office</node>
+        </insertbefore>)"},
+        {Severity::note, "reference-unknown", "reference.xml", R"(<m:office mandatory="true"/>)"}}},
+      {"hidden-not-sent",
+       "one for the page alone",
+       {{"hidden-fields.xml", R"(output="language" toschema="false")", R"(output="language")"}},
+       {}},
   };
   return kMistakes;
 }

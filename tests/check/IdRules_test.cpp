@@ -93,7 +93,12 @@ const std::vector<Mistake>& mistakesOfIdRules() {
   <messageitem id="title" type="group" toschema="false"/>)"},
         {"object-list.xml",
          R"(id="guest2" objecttype="field" type="text" dynamic="true" group="guests")",
-         R"(id="guest2" objecttype="field" type="text" dynamic="true" group="title")"}},
+         R"(id="guest2" objecttype="field" type="text" dynamic="true" group="title")"},
+        {"questions.xml", R"(  <question id="guest2">
+    <xpath>/m:report/m:people/m:guest/m:name</xpath>
+  </question>
+)",
+         ""}},
        {}},
   };
   return kMistakes;

@@ -109,6 +109,36 @@ const std::vector<Mistake>& mistakesOfPathRules() {
        {{"object-mapper.xml", R"(<messageitem id="phone2" toschema="true" absent="phone1">)",
          R"(<messageitem id="phone2" toschema="true" checkexists="true">)"}},
        {}},
+      {"path-excludes-itself",
+       "a condition on the element and not on its value",
+       {{"object-mapper.xml", "m:guest[not(m:name/text())]", "m:guest[not(m:name)]"}},
+       {{Severity::error, "path-excludes-itself", "object-mapper.xml", "", "guests"}}},
+      {"path-excludes-itself",
+       "another condition on the value",
+       {{"object-mapper.xml", "m:guest[not(m:name/text())]", "m:guest[not(m:name[text()])]"}},
+       {}},
+      {"too-few-places",
+       "one for two answers",
+       {{"template.xml", R"(<m:guest/>
+    <m:guest/>)",
+         "<m:guest/>"}},
+       {{Severity::error, "too-few-places", "template.xml", "", "guest2"}}},
+      {"too-few-places",
+       "one more than answers",
+       {{"template.xml", R"(<m:people>
+)",
+         R"(<m:people>
+    <m:guest/>
+)"}},
+       {}},
+      {"same-place",
+       "a condition on the answer to another question",
+       {{"object-mapper.xml", R"(absent="phone1")", R"(absent="title")"}},
+       {{Severity::error, "same-place", "object-mapper.xml",
+         R"(<node>m:contact/m:phone</node>
+  </messageitem>
+  <!-- The people. -->)",
+         "phone2"}}},
   };
   return kMistakes;
 }

@@ -339,6 +339,9 @@ TEST(SchemaRules, FindASchemaThatIsNotNamedOrIsAnothers) {
   deployment.files.strSchemaUrl = "gone.xsd";
   EXPECT_EQ(found(deployment), std::vector<std::string>{"error schema-unusable gone.xsd:1 "});
   deployment.files.strSchemaUrl = "";
+  EXPECT_EQ(found(deployment), std::vector<std::string>{"error no-schema :1 "})
+      << "its namespace is named";
+  deployment.files.strSchemaUri = "";
   EXPECT_EQ(found(deployment), std::vector<std::string>{}) << "nobody asks for a verdict";
   deployment.files.blnValidateAgainstSchema = true;
   EXPECT_EQ(found(deployment), std::vector<std::string>{"error no-schema :1 "});
@@ -429,6 +432,7 @@ TEST(SchemaRules, FindThatNoSchemaIsNamedForTheCheckThatIsAskedFor) {
   SmallDeployment deployment;
   addSchema(deployment);
   deployment.files.strSchemaUrl.clear();
+  deployment.files.strSchemaUri.clear();
   EXPECT_EQ(found(deployment), std::vector<std::string>{});
   deployment.files.blnValidateAgainstSchema = true;
   const std::vector<std::string> lines = found(deployment);
@@ -514,6 +518,98 @@ TEST(SchemaRules, FindElementsInTheWrongPlace) {
   });
 }
 
+TEST(SchemaRules, FindWhatComplexTypesBringIntoTheMessage) {
+  expectBesideSchema({
+      {"an attribute that the schema does not have",
+       "schema-types.xml",
+       "<m:role>",
+       "<m:role kind=\"x\">",
+       {{kError, "type-attribute", "schema-types.xml", "", "owner"}}},
+      {"a declaration of a namespace is fine",
+       "schema-types.xml",
+       "<m:role>",
+       "<m:role xmlns:o=\"urn:o\">",
+       {}},
+      {"a text between elements",
+       "schema-types.xml",
+       "<m:length>",
+       "<m:length>x",
+       {{kError, "no-text-there", "schema-types.xml", "", "faults"}}},
+      {"a text between elements of the template",
+       "template.xml",
+       "<m:people>",
+       "<m:people>x",
+       {{kError, "template-value", "template.xml"}}},
+      {"a text beside a place, which takes its room, is fine",
+       "schema-types.xml",
+       "<m:role>",
+       "<m:role>x",
+       {}},
+  });
+}
+
+TEST(SchemaRules, FindMoreThanTheSchemaAllows) {
+  expectBesideSchema({
+      {"elements of the template",
+       "template.xml",
+       "<m:people>\n",
+       "<m:people>\n    <m:guest/>\n",
+       {{kError, "template-order", "template.xml", "<m:guest/>\n  </m:people>"}}},
+      {"as many as there may be are fine", "main.xsd", "maxOccurs=\"9\"", "maxOccurs=\"2\"", {}},
+  });
+  SmallDeployment deployment;
+  addSchema(deployment);
+  deployment.replace("main.xsd", "maxOccurs=\"9\"", "maxOccurs=\"2\"");
+  const std::size_t lngLine = deployment.replace(
+      "object-list.xml", "<row id=\"2\"", "<row id=\"3\" rowlabel=\"Cellar\"/><row id=\"2\"");
+  EXPECT_EQ(found(deployment), std::vector<std::string>{"error path-repeated object-list.xml:" +
+                                                        std::to_string(lngLine) + " rooms"});
+}
+
+TEST(SchemaRules, TellOnceOfAllElementsThatASchemaHasWithoutItsNamespace) {
+  expectBesideSchema({{"a form that is not said",
+                       "main.xsd",
+                       "elementFormDefault=\"qualified\"",
+                       "elementFormDefault=\"unqualified\"",
+                       {{kError, "elements-unqualified", "main.xsd", "<?xml"}}}});
+}
+
+TEST(SchemaRules, TellWhereTheOptionsNameTheSchema) {
+  SmallDeployment deployment;
+  addSchema(deployment);
+  deployment.files.strOptionFile = deployment.at("deployment.json");
+  deployment.files.optionLines = {{"schema-url", 10}, {"schema-uri", 11}};
+  EXPECT_EQ(found(deployment), std::vector<std::string>{});
+  deployment.files.strSchemaUri = "urn:example:other";
+  EXPECT_EQ(found(deployment),
+            std::vector<std::string>{"error schema-namespace deployment.json:11 "});
+  deployment.files.strSchemaUrl = "gone.xsd";
+  EXPECT_EQ(found(deployment),
+            std::vector<std::string>{"error schema-unusable deployment.json:10 "});
+  deployment.files.strSchemaUrl = "";
+  EXPECT_EQ(found(deployment), std::vector<std::string>{"error no-schema deployment.json:11 "});
+}
+
+TEST(SchemaRules, TellWhatIsWrongWithACatalogAtTheCatalog) {
+  SmallDeployment deployment;
+  addSchema(deployment);
+  deployment.replace("main.xsd", "schemaLocation=\"pbr.xsd\"", "schemaLocation=\"urn:x:pbr.xsd\"");
+  constexpr const char* kCatalog =
+      "<catalog xmlns=\"urn:oasis:names:tc:entity:xmlns:xml:catalog\">\n"
+      "  <rewriteURI uriStartString=\"urn:x:\" rewritePrefix=\"./\"/>\n</catalog>\n";
+  deployment.write("catalog.xml", kCatalog);
+  deployment.files.strSchemaCatalog = deployment.at("catalog.xml");
+  EXPECT_EQ(found(deployment), std::vector<std::string>{});
+  deployment.replace("catalog.xml", "/>\n</catalog>", ">\n</catalog>");
+  EXPECT_EQ(found(deployment), std::vector<std::string>{"error schema-unusable catalog.xml:3 "});
+  deployment.write("catalog.xml", kCatalog);
+  deployment.replace("catalog.xml", "rewriteURI", "rewriteUri");
+  const std::vector<Finding> findings = deployment.check();
+  EXPECT_TRUE(std::ranges::any_of(findings, [](const Finding& finding) {
+    return summary(finding) == "error misspelt-element catalog.xml:2 ";
+  }));
+}
+
 TEST(SchemaRules, FindWhatIsMandatoryAndFilledByNothing) {
   expectBesideSchema({
       {"an element that nothing makes",
@@ -579,7 +675,7 @@ TEST(SchemaRules, FindReferencesThatDifferFromTheSchema) {
        "mandatory=\"false\"/>\n    <m:office mandatory=\"true\"/>",
        "<m:again mandatory=\"false\"/>\n    <m:note mandatory=\"false\"/>\n    <m:title "
        "mandatory=\"false\"/>\n    <m:office mandatory=\"false\"/>",
-       {{kWarning, "reference-optional", "reference.xml", "<m:office"}}},
+       {{kError, "reference-optional", "reference.xml", "<m:office"}}},
       {"mandatory here, optional there",
        "reference.xml",
        "<m:urgent mandatory=\"false\"/>",
@@ -594,7 +690,7 @@ TEST(SchemaRules, FindReferencesThatDifferFromTheSchema) {
        "reference.xml",
        "<m:form mandatory=\"true\"/>",
        "",
-       {{kWarning, "reference-incomplete", "reference.xml", "<m:head"}}},
+       {{kError, "reference-incomplete", "reference.xml", "<m:head"}}},
       {"an optional element that is left out is fine",
        "reference.xml",
        "<m:urgent mandatory=\"false\"/>",
@@ -604,7 +700,7 @@ TEST(SchemaRules, FindReferencesThatDifferFromTheSchema) {
        "reference.xml",
        "<m:form mandatory=\"true\"/>",
        "<form mandatory=\"true\"/>",
-       {{kWarning, "reference-incomplete", "reference.xml", "<m:head"}}},
+       {{kError, "reference-incomplete", "reference.xml", "<m:head"}}},
   });
 }
 
@@ -625,6 +721,11 @@ TEST(SchemaRules, FindQuestionsThatDifferFromTheMessage) {
        " minLength=\"3\"",
        "",
        {{kWarning, "length-missing", "questions.xml", "", "fault"}}},
+      {"a text that is called a date",
+       "questions.xml",
+       "<question id=\"title\" ",
+       "<question id=\"title\" type=\"date\" ",
+       {{kWarning, "question-kind", "questions.xml", "", "title"}}},
       {"a date that is called a text",
        "questions.xml",
        "<question id=\"seen\" type=\"date\">",

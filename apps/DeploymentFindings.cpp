@@ -6,7 +6,6 @@
 #include <string>
 #include <system_error>
 
-#include "Deployment.h"
 #include "Files.h"
 #include "interface/CheckDeployment.h"
 #include "interface/Deployment.h"

@@ -219,7 +219,9 @@ void AnswerFates::decide(AnswerFate& fate, const LostAnswers::Loss* loss) const 
     if (!loss->strPart.empty()) fate.strValue = loss->strPart;
     return;
   }
-  const auto written = written_.find(fate.objSource.identity());
+  auto written = written_.find(fate.objSource.identity());
+  // A cell can have been written with its whole row.
+  if (written == written_.end()) written = written_.find(fate.objSource.parentNode().identity());
   if (written != written_.end()) {
     fate.outcome = JournalOutcome::written;
     fate.rule = written->second;

@@ -42,8 +42,11 @@ class Places {
 
   std::vector<std::string> of(const Node& objSource) const {
     std::vector<std::string> places;
-    const auto targets = targetsOf_.find(objSource.identity());
-    if (!objSource || targets == targetsOf_.end()) return places;
+    if (!objSource) return places;
+    auto targets = targetsOf_.find(objSource.identity());
+    // A cell can have been written with its whole row.
+    if (targets == targetsOf_.end()) targets = targetsOf_.find(objSource.parentNode().identity());
+    if (targets == targetsOf_.end()) return places;
     std::unordered_set<const void*> told;
     for (const void* const target : targets->second) {
       const auto place = places_.find(target);

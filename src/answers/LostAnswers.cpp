@@ -1,6 +1,7 @@
 #include "answers/LostAnswers.h"
 
 #include "config/AnswerReasons.h"
+#include "config/Names.h"
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {
@@ -34,7 +35,12 @@ void LostAnswers::findGone(const AnswerLog& log) {
 }
 
 const LostAnswers::Loss* LostAnswers::find(const Node& objSource) const {
-  const auto found = losses_.find(objSource.identity());
+  if (losses_.empty()) return nullptr;
+  auto found = losses_.find(objSource.identity());
+  if (found == losses_.end()) {
+    const Node objParent = objSource.parentNode();
+    if (objParent && objParent.nodeName() == kRow) found = losses_.find(objParent.identity());
+  }
   return found == losses_.end() ? nullptr : &found->second;
 }
 

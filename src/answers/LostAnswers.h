@@ -21,7 +21,8 @@ class LostAnswers {
 
   explicit LostAnswers(const AnswerLog& log);
 
-  /// Why the answer that `objSource` holds is lost; null when it is not. Of a table: all cells.
+  /// Why the answer that `objSource` holds is lost, alone or with its whole row; null when it is
+  /// not. Of a table: all cells.
   const Loss* find(const Node& objSource) const;
 
   bool empty() const noexcept { return losses_.empty(); }

@@ -89,20 +89,15 @@ void AnswerLog::writeFrom(const Node& objSource, const Node& objTarget, std::str
   const AnswerRule& rule = carried_.back().rule;
   overwrite(objTarget, strText, rule);
   if (!objSource) return;
-  if (strText.empty()) emptyByTarget_[objTarget.identity()].push_back(writes_.size());
   writes_.push_back({objTarget, objSource, rule, strText.empty(), {}, {}});
 }
 
 void AnswerLog::writeRow(const Node& objRow, const Node& objTarget) {
-  const NodeList colColumns = required(objRow.selectNodes(kColumn));
-  for (const Node& objColumn : colColumns) {
-    writes_.push_back({objTarget, objColumn, carried_.back().rule, false, {}, {}});
-  }
+  writes_.push_back({objTarget, objRow, carried_.back().rule, false, {}, {}});
 }
 
 void AnswerLog::standsFor(const Node& objElement) {
   if (isDecided()) return;
-  emptyByTarget_[objElement.identity()].push_back(writes_.size());  // it may hold no text
   writes_.push_back({objElement, objInHand_, carried_.back().rule, false, {}, {}});
 }
 
@@ -114,84 +109,83 @@ void AnswerLog::writeOther(const Node& objTarget, std::string_view strText, cons
 /// below it. The same text once more takes nothing away.
 void AnswerLog::overwrite(const Node& objTarget, std::string_view strText, const AnswerRule& rule) {
   if (objTarget.nodeType() != NodeType::element || !objTarget.hasChildNodes()) return;
-  Index& index = writesByTarget();
+  bringIndexUpToDate();
   const bool blnSame = objTarget.text() == strText;
   forEachElement(objTarget, [&](const Node& objElement) {
     if (blnSame && objElement.identity() == objTarget.identity()) return;
-    goneFrom(index, objElement, reason::kOverwritten, rule);
+    gone(objElement, reason::kOverwritten, rule);
   });
 }
 
 void AnswerLog::removed(const Node& objElement) {
   // It is empty, and so is all that was written to it.
-  goneFrom(emptyByTarget_, objElement, reason::kRemovedAsEmpty, {});
+  bringIndexUpToDate();
+  gone(objElement, reason::kRemovedAsEmpty, {});
 }
 
-void AnswerLog::goneFrom(Index& index, const Node& objElement, std::string_view strReason,
-                         const AnswerRule& rule) {
-  const auto found = index.find(objElement.identity());
-  if (found == index.end()) return;
-  for (const std::size_t lngWrite : found->second) {
-    Write& write = writes_[lngWrite];
-    if (!write.strGone.empty()) continue;
+/// What was written to an element does not stand any more.
+void AnswerLog::gone(const Node& objElement, std::string_view strReason, const AnswerRule& rule) {
+  forEachWriteTo(objElement, [&](Write& write) {
+    if (!write.strGone.empty()) return;
     write.strGone = strReason;
     write.goneBy = rule.lngLine > 0 ? rule : write.rule;
-  }
-  index.erase(found);
+  });
+  newestTo_.erase(objElement.identity());
 }
 
-AnswerLog::Index& AnswerLog::writesByTarget() {
-  for (; lngIndexed_ < writes_.size(); ++lngIndexed_) {
-    byTarget_[writes_[lngIndexed_].objTarget.identity()].push_back(lngIndexed_);
+void AnswerLog::bringIndexUpToDate() {
+  while (lngIndexed_ < writes_.size()) {
+    Write& write = writes_[lngIndexed_];
+    std::size_t& lngNewest = newestTo_[write.objTarget.identity()];
+    write.lngBefore = lngNewest;
+    lngNewest = ++lngIndexed_;
   }
-  return byTarget_;
+}
+
+/// The newest first; of those that the index knows.
+template <class Visit>
+void AnswerLog::forEachWriteTo(const Node& objElement, Visit visit) {
+  const auto newest = newestTo_.find(objElement.identity());
+  if (newest == newestTo_.end()) return;
+  for (std::size_t lngWrite = newest->second; lngWrite > 0;) {
+    Write& write = writes_[lngWrite - 1];
+    lngWrite = write.lngBefore;
+    visit(write);
+  }
 }
 
 void AnswerLog::placed(const Node& objMade, const Node& objPlaced) {
-  if (objMade.identity() == objPlaced.identity()) return;
-  Index made;
-  for (std::size_t lngWrite = lngFirstWrite_; lngWrite < writes_.size(); ++lngWrite) {
-    made[writes_[lngWrite].objTarget.identity()].push_back(lngWrite);
-  }
-  if (made.empty()) return;
+  if (objMade.identity() == objPlaced.identity() || lngFirstWrite_ == writes_.size()) return;
+  bringIndexUpToDate();
   std::vector<Node> copies;
   forEachElement(objPlaced, [&](const Node& objElement) { copies.push_back(objElement); });
   std::size_t lngNext = 0;
   forEachElement(objMade, [&](const Node& objElement) {
     const Node& objCopy = copies.at(lngNext++);
-    const auto found = made.find(objElement.identity());
-    if (found == made.end()) return;
-    for (Index* const index : {&byTarget_, &emptyByTarget_}) {
-      auto entry = index->extract(objElement.identity());
-      if (entry.empty()) continue;
-      entry.key() = objCopy.identity();
-      index->insert(std::move(entry));
-    }
-    for (const std::size_t lngWrite : found->second) writes_[lngWrite].objTarget = objCopy;
+    auto entry = newestTo_.extract(objElement.identity());
+    if (entry.empty()) return;
+    entry.key() = objCopy.identity();
+    newestTo_.insert(std::move(entry));
+    forEachWriteTo(objCopy, [&](Write& write) { write.objTarget = objCopy; });
   });
 }
 
 void AnswerLog::copied(const Node& objOriginal, const Node& objCopy) {
   if (!blnJournal_) return;  // only the journal tells all places
-  const Index& index = writesByTarget();
+  bringIndexUpToDate();
   std::vector<Node> copies;
   forEachElement(objCopy, [&](const Node& objElement) { copies.push_back(objElement); });
   std::vector<Write> more;
   std::size_t lngNext = 0;
   forEachElement(objOriginal, [&](const Node& objElement) {
     const Node& objPlace = copies.at(lngNext++);
-    const auto found = index.find(objElement.identity());
-    if (found == index.end()) return;
-    for (const std::size_t lngWrite : found->second) {
-      if (!writes_[lngWrite].strGone.empty()) continue;
-      more.push_back(writes_[lngWrite]);
+    forEachWriteTo(objElement, [&](const Write& write) {
+      if (!write.strGone.empty()) return;
+      more.push_back(write);
       more.back().objTarget = objPlace;
-    }
+    });
   });
-  for (Write& write : more) {
-    if (write.blnEmpty) emptyByTarget_[write.objTarget.identity()].push_back(writes_.size());
-    writes_.push_back(std::move(write));
-  }
+  writes_.insert(writes_.end(), more.begin(), more.end());
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

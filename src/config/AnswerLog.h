@@ -2,6 +2,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <memory_resource>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -21,8 +23,9 @@
 //
 // Cost: a constant amount for each call, apart from those that tell that nodes were copied or
 // written over, which look at each node concerned. Which answers a node holds is looked up only
-// where something is written over, in an index that is then brought up to date with what was
-// written since: each write enters it once.
+// where something is written over, copied or removed, in an index that is then brought up to date
+// with what was written since: each write enters it once, as the newest of its element, and knows
+// the one before it. Names and index live in one block of memory that goes as a whole.
 
 namespace Varnel_Tolv_XML_Creation {
 
@@ -55,11 +58,12 @@ class AnswerLog {
   /// A value that was written.
   struct Write {
     Node objTarget;  // the element of the message
-    Node objSource;
+    Node objSource;  // the `row`: a text of all its cells
     AnswerRule rule;
     bool blnEmpty = false;     // whether the empty text was written
     std::string_view strGone;  // why it does not stand there any more; empty: it does
     AnswerRule goneBy;
+    std::size_t lngBefore = 0;  // the number, from 1, of the one before it on the same element
   };
   /// An object that was carried into the message, or was to be.
   struct Carried {
@@ -116,6 +120,7 @@ class AnswerLog {
 
   void message(const Document& objSendXML) { objSendXML_ = objSendXML; }
   void objectMapper(const Document& objObjectMapper) { objObjectMapper_ = objObjectMapper; }
+  void schemaTypes(const Document& objSchemaTypes) { objSchemaTypes_ = objSchemaTypes; }
   /// The object is in hand from now on; Nothing: the last one was carried over.
   void take(const Node& objObject);
   /// The entry of the object mapper for the object in hand.
@@ -149,7 +154,7 @@ class AnswerLog {
 
   bool wasParked() const noexcept { return blnParked_; }
   bool hasJournal() const noexcept { return blnJournal_; }
-  bool wasRead(const std::string& strFieldName) const { return read_.contains(strFieldName); }
+  bool wasRead(std::string_view strFieldName) const { return read_.contains(strFieldName); }
   /// The objects to be parked; none when the run did not come so far.
   const std::optional<NodeList>& objects() const noexcept { return colObjects_; }
   const Node& firstUnparked() const noexcept { return objEndMark_; }
@@ -162,18 +167,27 @@ class AnswerLog {
   const std::vector<Write>& writes() const noexcept { return writes_; }
   const std::vector<Loss>& losses() const noexcept { return losses_; }
   const Document& mapper() const noexcept { return objObjectMapper_; }
+  const Document& schemaTypes() const noexcept { return objSchemaTypes_; }
   const Document& message() const noexcept { return objSendXML_; }
 
  private:
-  using Index = std::unordered_map<const void*, std::vector<std::size_t>>;
+  struct TextHash {
+    using is_transparent = void;
+    // Not noexcept, for then the set would compute it anew each time that it grows.
+    std::size_t operator()(std::string_view strText) const {
+      return std::hash<std::string_view>()(strText);
+    }
+  };
 
-  Index& writesByTarget();
-  void goneFrom(Index& index, const Node& objElement, std::string_view strReason,
-                const AnswerRule& rule);
+  void bringIndexUpToDate();
+  template <class Visit>
+  void forEachWriteTo(const Node& objElement, Visit visit);
+  void gone(const Node& objElement, std::string_view strReason, const AnswerRule& rule);
   void overwrite(const Node& objTarget, std::string_view strText, const AnswerRule& rule);
 
   const bool blnJournal_;
-  std::unordered_set<std::string> read_;
+  std::pmr::monotonic_buffer_resource memory_;
+  std::pmr::unordered_set<std::pmr::string, TextHash, std::equal_to<>> read_{&memory_};
   std::optional<NodeList> colObjects_;
   Node objEndMark_;
   bool blnParked_ = false;
@@ -183,6 +197,7 @@ class AnswerLog {
   std::vector<HiddenValue> hiddenValues_;
 
   Document objObjectMapper_;
+  Document objSchemaTypes_;
   Document objSendXML_;
   Node objInHand_;
   Node objSource_;
@@ -191,9 +206,9 @@ class AnswerLog {
   std::vector<Carried> carried_;
   std::vector<Write> writes_;
   std::vector<Loss> losses_;
-  Index byTarget_;  // of the first `lngIndexed_` writes
+  // The number, from 1, of the newest of the first `lngIndexed_` writes to an element.
+  std::pmr::unordered_map<const void*, std::size_t> newestTo_{&memory_};
   std::size_t lngIndexed_ = 0;
-  Index emptyByTarget_;  // of those that may have left their element empty
 };
 
 }  // namespace Varnel_Tolv_XML_Creation

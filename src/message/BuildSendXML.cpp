@@ -56,6 +56,7 @@ Acknowledge BuildSendXML(const Session& session, const Document& objParkXML,
     const Document objSchemaTypeMapper = session.newConfiguration();
     objAck = loadWithNamespaces(session, strSchemaTypeMapperXML, objSchemaTypeMapper);
     if (!objAck.Success()) return objAck;
+    if (session.answers) session.answers->schemaTypes(objSchemaTypeMapper);
 
     const std::optional<NodeList> colObjects =
         objParkXML.documentElement().getElementsByTagName(kProtocolObject);

@@ -120,7 +120,7 @@ void AttributeChecks::reportValue(const Stated& attribute, std::int32_t lngCode,
 }
 
 void AttributeChecks::reportUndeclared(const Stated& attribute, std::int32_t lngCode) {
-  if (!reporter_.wantsUndeclaredAttributes()) return;
+  if (!reporter_.wantsUndeclared(attribute.name)) return;
   reporter_.report({.kind = Violation::Kind::undeclaredAttribute,
                     .lngCode = lngCode,
                     .strName = attribute.name.strWritten,

@@ -1,5 +1,6 @@
 #include "platform/schema/MessageNames.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace Varnel_Tolv_XML_Creation {
@@ -26,8 +27,8 @@ std::string MessageName::expanded() const {
   return ExpandedName{std::string(strUri), std::string(strLocal)}.text();
 }
 
-MessageNames::MessageNames(const NameTable* schemaNames)
-    : schemaNames_(schemaNames), slots_(1024) {}
+MessageNames::MessageNames(const NameTable* schemaNames, std::span<const std::string_view> setAside)
+    : schemaNames_(schemaNames), setAside_(setAside), slots_(1024) {}
 
 const MessageName& MessageNames::of(const xmlChar* local, const xmlChar* prefix,
                                     const xmlChar* uri) {
@@ -61,6 +62,8 @@ const MessageName& MessageNames::make(const xmlChar* local, const xmlChar* prefi
   name.strWritten += name.strLocal;
   if (schemaNames_) name.id = schemaNames_->find(name.strUri, name.strLocal);
   name.instance = instanceAttribute(name.strUri, name.strLocal);
+  name.blnAside =
+      name.strUri.empty() && std::ranges::find(setAside_, name.strWritten) != setAside_.end();
   return name;
 }
 

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -22,6 +23,7 @@ struct MessageName {
   std::string_view strUri;
   NameId id = kNoName;
   InstanceAttribute instance = InstanceAttribute::none;
+  bool blnAside = false;  // in no namespace, and one of those that are set aside
 
   /// `{uri}local`, plain where there is no namespace.
   std::string expanded() const;
@@ -31,8 +33,9 @@ struct MessageName {
 /// texts once and known by their addresses from then on.
 class MessageNames {
  public:
-  /// `schemaNames` is null where there is no schema.
-  explicit MessageNames(const NameTable* schemaNames);
+  /// `schemaNames` is null where there is no schema. The names set aside must live as long.
+  explicit MessageNames(const NameTable* schemaNames,
+                        std::span<const std::string_view> setAside = {});
 
   /// Prefix and URI are null for none.
   const MessageName& of(const xmlChar* local, const xmlChar* prefix, const xmlChar* uri);
@@ -50,6 +53,7 @@ class MessageNames {
   void grow();
 
   const NameTable* schemaNames_;
+  const std::span<const std::string_view> setAside_;
   std::deque<MessageName> names_;  // which never moves them
   std::vector<Slot> slots_;        // a power of two of them, at most half of them taken
 };

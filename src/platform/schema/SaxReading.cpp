@@ -262,9 +262,9 @@ void SaxReading::onStart(const xmlChar* local, const xmlChar* prefix, const xmlC
 void SaxReading::openNames(const xmlChar* rootUri) {
   const SchemaComponents* components =
       settings_.schemas ? settings_.schemas->schemaFor(view(rootUri)) : nullptr;
-  names_.emplace(components ? &components->names() : nullptr);
-  if (!components) return;
   const auto& aside = settings_.parts.setAside;
+  names_.emplace(components ? &components->names() : nullptr, aside);
+  if (!components) return;
   const bool blnKnown = settings_.parts.handler &&
                         std::any_of(aside.begin(), aside.end(), [&](std::string_view strName) {
                           return components->names().find("", strName) != kNoName;

@@ -84,9 +84,9 @@ class ViolationReporter {
   void reportSentences(const Violation& violation);  // to the sink alone
   void reportOther(std::int32_t lngCode, std::string strWords, std::string_view strAttribute = "");
 
-  /// Whether anybody is to hear of attributes that are not declared.
-  bool wantsUndeclaredAttributes() const noexcept {
-    return parts_.handler || (sink_ && blnUndeclaredAttributes_);
+  /// Whether anybody is to hear that an attribute of this name is not declared.
+  bool wantsUndeclared(const MessageName& name) const noexcept {
+    return (parts_.handler && !name.blnAside) || (sink_ && blnUndeclaredAttributes_);
   }
 
   /// Whether anybody asks for the parts.

@@ -1,7 +1,8 @@
 #include "validation/report/LocalPath.h"
 
+#include <algorithm>
+
 #include "platform/dom/Node.h"
-#include "platform/text/Text.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
@@ -12,11 +13,14 @@ std::string localPath(std::string_view strXPath) {
     return {};
   }
   std::string strPath;
-  for (const std::string& strStep : split(strXPath, "/")) {
+  while (!strXPath.empty()) {
+    const std::size_t lngEnd = std::min(strXPath.find('/'), strXPath.size());
+    std::string_view strStep = strXPath.substr(0, lngEnd);
+    strXPath.remove_prefix(std::min(lngEnd + 1, strXPath.size()));
     if (strStep.empty()) continue;
     if (strStep == "." || strStep == "..") return {};
-    const std::size_t lngColon = strStep.rfind(':');
-    strPath += "/" + (lngColon == std::string::npos ? strStep : strStep.substr(lngColon + 1));
+    strStep.remove_prefix(strStep.rfind(':') + 1);
+    strPath.append("/").append(strStep);
   }
   return strPath;
 }

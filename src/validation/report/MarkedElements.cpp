@@ -1,8 +1,8 @@
 #include "validation/report/MarkedElements.h"
 
+#include <algorithm>
 #include <optional>
 #include <utility>
-#include <vector>
 
 #include "config/Attributes.h"
 #include "config/Names.h"
@@ -10,12 +10,14 @@
 namespace Varnel_Tolv_XML_Creation {
 namespace {
 
-/// An element on the way to the present one.
+/// An element on the way to the present one, and how far its children have been counted.
 struct Step {
   Node objElement;
   std::string strName;
   std::size_t lngPosition = 1;
-  std::unordered_map<std::string, std::size_t> children = {};  // how many of each name, so far
+  std::optional<NodeList> colChildren = std::nullopt;
+  std::size_t lngNext = 0;
+  std::unordered_map<std::string, std::size_t> counts = {};  // how many of each name, so far
 };
 
 /// The marks of the last of these elements that has any.
@@ -43,22 +45,50 @@ MarkedElement describe(const std::vector<Step>& steps) {
   return marked;
 }
 
+/// The step from a parent to a child of it that stands behind all that were counted before.
+Step stepTo(Step& parent, const Node& objChild) {
+  if (!parent.colChildren) parent.colChildren = required(parent.objElement.childNodes());
+  for (;;) {
+    const Node objCounted = parent.colChildren->item(parent.lngNext++);
+    if (objCounted.nodeType() != NodeType::element) continue;
+    std::string strName = objCounted.nodeName();
+    const std::size_t lngPosition = ++parent.counts[strName];
+    if (objCounted == objChild) return {objChild, std::move(strName), lngPosition};
+  }
+}
+
+/// Leads the steps from where they are to an element that comes later in the document.
+void goTo(const Node& objElement, std::vector<Step>& steps) {
+  std::vector<Node> way;  // from the element up to the root
+  for (Node objAt = objElement; objAt && objAt.nodeType() == NodeType::element;
+       objAt = objAt.parentNode()) {
+    way.push_back(objAt);
+  }
+  std::size_t lngSame = 0;
+  while (lngSame < steps.size() && lngSame < way.size() &&
+         steps[lngSame].objElement == way[way.size() - 1 - lngSame]) {
+    ++lngSame;
+  }
+  steps.resize(lngSame);
+  if (steps.empty()) steps.push_back({way.back(), way.back().nodeName()});
+  while (steps.size() < way.size()) {
+    steps.push_back(stepTo(steps.back(), way[way.size() - 1 - steps.size()]));
+  }
+}
+
 }  // namespace
 
-std::unordered_map<std::size_t, MarkedElement> markedElements(
-    const Document& objMessage, const std::unordered_set<std::size_t>& wanted) {
+std::unordered_map<std::size_t, MarkedElement> markedElements(const Document& objMessage,
+                                                              std::vector<std::size_t> wanted) {
+  std::ranges::sort(wanted);
   std::unordered_map<std::size_t, MarkedElement> found;
   std::vector<Step> steps;
-  const NodeList colElements = required(objMessage.selectNodes("//*"));
-  for (std::size_t lngNumber = 0; found.size() < wanted.size() && lngNumber < colElements.length();
-       ++lngNumber) {
-    const Node objElement = colElements.item(lngNumber);
-    const Node objParent = objElement.parentNode();
-    while (!steps.empty() && steps.back().objElement != objParent) steps.pop_back();
-    Step step = {objElement, objElement.nodeName()};
-    if (!steps.empty()) step.lngPosition = ++steps.back().children[step.strName];
-    steps.push_back(std::move(step));
-    if (wanted.contains(lngNumber)) found.emplace(lngNumber, describe(steps));
+  const Node objRoot = objMessage.documentElement();
+  const NodeList colBelow = required(objRoot.getElementsByTagName("*"));
+  for (const std::size_t lngNumber : wanted) {
+    if (lngNumber > colBelow.length() || found.contains(lngNumber)) continue;
+    goTo(lngNumber == 0 ? objRoot : colBelow.item(lngNumber - 1), steps);
+    found.emplace(lngNumber, describe(steps));
   }
   return found;
 }

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <string>
 #include <unordered_map>
-#include <unordered_set>
+#include <vector>
 
 #include "platform/dom/Document.h"
 
@@ -25,10 +25,10 @@ struct MarkedElement {
   Marks outerMarks;          // those of the nearest element around it
 };
 
-/// Some elements of a message by their numbers in document order, the root being 0. Goes through
-/// the message once, whatever their number. Positions are those among the siblings with the same
-/// qualified name.
-std::unordered_map<std::size_t, MarkedElement> markedElements(
-    const Document& objMessage, const std::unordered_set<std::size_t>& wanted);
+/// Some elements of a message by their numbers in document order, the root being 0. Positions are
+/// those among the siblings with the same qualified name. Cost: one list of the message's elements,
+/// and a look at the siblings before each element and before those around it, at each but once.
+std::unordered_map<std::size_t, MarkedElement> markedElements(const Document& objMessage,
+                                                              std::vector<std::size_t> wanted);
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -1,7 +1,7 @@
 #include "validation/report/MissingQuestions.h"
 
 #include <algorithm>
-#include <tuple>
+#include <utility>
 
 #include "config/Attributes.h"
 #include "config/Names.h"
@@ -13,8 +13,8 @@ namespace {
 
 constexpr std::size_t kMostCandidates = 64;  // of one path
 
-std::string key(const Marks& marks) {
-  return marks.strQuestionId + "\n" + marks.strRowIndex + "\n" + marks.strColumnId;
+std::string cellKey(const std::string& strRowIndex, const std::string& strColumnId) {
+  return strRowIndex + "\n" + strColumnId;
 }
 
 std::size_t steps(const std::string& strPath) {
@@ -26,9 +26,20 @@ std::size_t steps(const std::string& strPath) {
 std::optional<Marks> MissingQuestions::find(const std::string& strParentPath,
                                             const std::string& strLocalName, const Marks& around) {
   const std::string strPath = localPath(strParentPath) + "/" + strLocalName;
-  std::optional<Marks> best;
-  auto bestRank = std::tuple<bool, int, bool, std::size_t, std::size_t>();
-  for (const Candidate& candidate : candidatesAt(strPath)) {
+  const auto [found, blnNew] = byPath_.try_emplace(strPath);
+  Known& known = found->second;
+  if (blnNew) addCandidates(places_.ofQuestions(), strPath, known.ofQuestions);
+  const Best nearest = best(known.ofQuestions, around);
+  return nearest.isNearest() ? nearest.marks : best(all(strPath, known), around).marks;
+}
+
+bool MissingQuestions::Best::isNearest() const {
+  return candidate && candidate->lngBelow == 0 && answer == ParkIndex::Answer::blank;
+}
+
+MissingQuestions::Best MissingQuestions::best(const Candidates& candidates, const Marks& around) {
+  Best best;
+  for (const Candidate& candidate : candidates) {
     const QuestionPlaces::Place& place = candidate.place;
     Marks marks = {park_.idOf(place.strQuestionId), "", place.strColumnId};
     const bool blnInRow = !around.strRowIndex.empty();
@@ -37,40 +48,50 @@ std::optional<Marks> MissingQuestions::find(const std::string& strParentPath,
     if (!blnInRow) marks.strColumnId.clear();  // a whole row is missing
     if (isThere(marks)) continue;
     const auto answer = park_.answer(marks);
-    const auto rank = std::tuple(candidate.lngBelow > 0, static_cast<int>(answer),
-                                 !candidate.blnMandatory, candidate.lngBelow, place.lngOrder);
-    if (best && bestRank <= rank) continue;
-    best = marks;
-    bestRank = rank;
+    if (best.candidate && !isBetter(candidate, answer, best)) continue;
+    best = {std::move(marks), &candidate, answer};
   }
   return best;
 }
 
-const std::vector<MissingQuestions::Candidate>& MissingQuestions::candidatesAt(
-    const std::string& strPath) {
-  const auto [known, blnNew] = byPath_.try_emplace(strPath);
-  if (!blnNew) return known->second;
-  if (!places_) places_.emplace(documents_, park_);
-  for (const std::string& strOriginal : places_->originals(strPath)) {
-    addCandidates(strOriginal, known->second);
-  }
-  return known->second;
+/// What is the same for both is not looked up.
+bool MissingQuestions::isBetter(const Candidate& candidate, ParkIndex::Answer answer,
+                                const Best& best) {
+  const Candidate& other = *best.candidate;
+  const auto rank = std::pair(candidate.lngBelow > 0, answer);
+  const auto otherRank = std::pair(other.lngBelow > 0, best.answer);
+  if (rank != otherRank) return rank < otherRank;
+  const bool blnMandatory = isMandatory(candidate);
+  if (blnMandatory != isMandatory(other)) return blnMandatory;
+  return std::pair(candidate.lngBelow, candidate.place.lngOrder) <
+         std::pair(other.lngBelow, other.place.lngOrder);
 }
 
-void MissingQuestions::addCandidates(const std::string& strPath,
-                                     std::vector<Candidate>& candidates) {
-  const QuestionPlaces::ByPath& places = places_->places();
-  for (auto place = places.lower_bound(strPath);
+const MissingQuestions::Candidates& MissingQuestions::all(const std::string& strPath,
+                                                          Known& known) {
+  if (!known.all) {
+    known.all.emplace();
+    for (const std::string& strOriginal : places_.originals(strPath)) {
+      addCandidates(places_.ofQuestions(), strOriginal, *known.all);
+      addCandidates(places_.ofMapper(), strOriginal, *known.all);
+    }
+  }
+  return *known.all;
+}
+
+void MissingQuestions::addCandidates(const std::vector<QuestionPlaces::Place>& places,
+                                     const std::string& strPath, Candidates& candidates) {
+  for (auto place = std::ranges::lower_bound(places, strPath, {}, &QuestionPlaces::Place::strPath);
        place != places.end() && candidates.size() < kMostCandidates; ++place) {
-    if (!place->first.starts_with(strPath)) break;
-    const std::string strBelow = place->first.substr(strPath.size());
+    if (!place->strPath.starts_with(strPath)) break;
+    const std::string strBelow = place->strPath.substr(strPath.size());
     if (!strBelow.empty() && strBelow.front() != '/') continue;  // a longer name
-    candidates.push_back({place->second, steps(strBelow), isMandatory(strPath, strBelow)});
+    candidates.push_back({*place, strPath, steps(strBelow)});
   }
 }
 
-/// Whether every step below a path is mandatory.
-bool MissingQuestions::isMandatory(const std::string& strPath, const std::string& strBelow) {
+/// Whether every step below the missing element is mandatory.
+bool MissingQuestions::isMandatory(const Candidate& candidate) {
   if (!mandatory_) {
     mandatory_.emplace();
     for (const Node& objElement : required(documents_.reference().selectNodes("//*[@mandatory]"))) {
@@ -78,8 +99,8 @@ bool MissingQuestions::isMandatory(const std::string& strPath, const std::string
       mandatory_->insert(elementPath(objElement));
     }
   }
-  std::string strAt = strPath + strBelow;
-  for (; strAt.size() > strPath.size(); strAt.resize(strAt.rfind('/'))) {
+  std::string strAt = candidate.place.strPath;
+  for (; strAt.size() > candidate.strAbove.size(); strAt.resize(strAt.rfind('/'))) {
     if (!mandatory_->contains(strAt)) return false;
   }
   return true;
@@ -90,13 +111,22 @@ bool MissingQuestions::isThere(const Marks& marks) {
   if (!there_) {
     there_.emplace();
     for (const Node& objElement : required(documents_.message().selectNodes("//*[@questionId]"))) {
-      if (objElement.selectSingleNode("*")) continue;
-      there_->insert(
-          key({park_.idOf(attributeText(objElement, kQuestionId)),
-               attributeText(objElement, kRowIndex), attributeText(objElement, kColumnId)}));
+      InMessage& one = (*there_)[park_.idOf(attributeText(objElement, kQuestionId))];
+      one.elements.push_back(objElement);
     }
   }
-  return there_->contains(key(marks));
+  const auto found = there_->find(marks.strQuestionId);
+  if (found == there_->end()) return false;
+  InMessage& one = found->second;
+  if (!one.cells) {
+    one.cells.emplace();
+    for (const Node& objElement : one.elements) {
+      if (objElement.selectSingleNode("*")) continue;
+      one.cells->insert(
+          cellKey(attributeText(objElement, kRowIndex), attributeText(objElement, kColumnId)));
+    }
+  }
+  return one.cells->contains(cellKey(marks.strRowIndex, marks.strColumnId));
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -5,110 +5,118 @@
 #include "platform/text/Text.h"
 
 namespace Varnel_Tolv_XML_Creation {
-namespace {
-
-/// No id of a row holds a line end: attributes of a loaded document have none.
-std::string cellKey(const std::string& strRowIndex, const std::string& strColumnId) {
-  return strRowIndex + "\n" + strColumnId;
-}
-
-}  // namespace
 
 ParkIndex::ParkIndex(const Document& objPark) {
   if (!objPark) return;
   for (const Node& objObject : required(objPark.selectNodes("/prtobjcts/prtobjct"))) {
-    const std::string strId = attributeText(objObject, kId);
-    Question question;
-    question.objObject = objObject;
-    if (!questions_.try_emplace(strId, std::move(question)).second) continue;
-    byLowerId_[toLower(strId)].push_back(strId);
-    const std::string strGroup = attributeText(objObject, "group");
-    if (!strGroup.empty()) byGroup_[strGroup].push_back(strId);
+    std::string strId = attributeText(objObject, kId);
+    if (questions_.try_emplace(strId, objObject).second) ids_.push_back(std::move(strId));
   }
+}
+
+const ParkIndex::OtherKeys& ParkIndex::otherKeys() const {
+  if (otherKeys_) return *otherKeys_;
+  otherKeys_.emplace();
+  for (const std::string& strId : ids_) {
+    otherKeys_->byLowerId[toLower(strId)].push_back(strId);
+    const std::string strGroup = attributeText(questions_.at(strId), "group");
+    if (!strGroup.empty()) otherKeys_->byGroup[strGroup].push_back(strId);
+  }
+  return *otherKeys_;
 }
 
 std::string ParkIndex::idOf(const std::string& strMark) const {
   if (questions_.contains(strMark)) return strMark;
-  const auto found = byLowerId_.find(toLower(strMark));
-  return found == byLowerId_.end() ? strMark : found->second.front();
+  const IdsByText& ids = otherKeys().byLowerId;
+  const auto found = ids.find(toLower(strMark));
+  return found == ids.end() ? strMark : found->second.front();
 }
 
 std::string ParkIndex::labelOf(const std::string& strQuestionId) const {
-  const Question* question = find(strQuestionId);
-  return question ? attributeText(question->objObject, kFieldLabel) : std::string();
+  const Node objObject = find(strQuestionId);
+  return objObject ? attributeText(objObject, kFieldLabel) : std::string();
 }
 
 std::string ParkIndex::cellLabelOf(const Marks& marks) const {
-  const Cell* found = cell(marks);
-  return found ? found->strLabel : std::string();
+  const Node objColumn = cell(marks);
+  return objColumn ? attributeText(objColumn, "columnlabel") : std::string();
 }
 
 std::string ParkIndex::valueOf(const Marks& marks) const {
-  if (marks.strColumnId.empty()) {
-    const Question* question = find(marks.strQuestionId);
-    return question ? attributeText(question->objObject, kValue) : std::string();
-  }
-  const Cell* found = cell(marks);
-  return found ? found->strValue : std::string();
+  const Node objHolder = marks.strColumnId.empty() ? find(marks.strQuestionId) : cell(marks);
+  return objHolder ? attributeText(objHolder, kValue) : std::string();
 }
 
 std::vector<Node> ParkIndex::columnsOf(const std::string& strQuestionId,
                                        const std::string& strRowIndex) const {
   std::vector<Node> columns;
-  const Question* question = find(strQuestionId);
-  if (!question) return columns;
-  for (const Node& objRow : required(question->objObject.selectNodes(kRow))) {
-    if (attributeText(objRow, kId) != strRowIndex) continue;
-    const NodeList colColumns = required(objRow.selectNodes(kColumn));
-    columns.insert(columns.end(), colColumns.begin(), colColumns.end());
-    break;
-  }
+  const Node objObject = find(strQuestionId);
+  if (!objObject) return columns;
+  const Table& rows = table(objObject);
+  const auto row = rows.rows.find(strRowIndex);
+  if (row == rows.rows.end()) return columns;
+  const NodeList colColumns = required(row->second.objRow.selectNodes(kColumn));
+  columns.assign(colColumns.begin(), colColumns.end());
   return columns;
 }
 
 bool ParkIndex::hasColumn(const std::string& strQuestionId, const std::string& strColumnId) const {
-  const Question* question = withCells(strQuestionId);
-  return question && question->columns.contains(strColumnId);
+  const Node objObject = find(strQuestionId);
+  if (!objObject) return false;
+  std::optional<std::unordered_set<std::string>>& columns = table(objObject).columns;
+  if (!columns) {
+    columns.emplace();
+    for (const Node& objColumn : required(objObject.selectNodes("row/column"))) {
+      columns->insert(attributeText(objColumn, kId));
+    }
+  }
+  return columns->contains(strColumnId);
 }
 
 ParkIndex::Answer ParkIndex::answer(const Marks& marks) const {
-  const bool blnThere =
-      marks.strColumnId.empty() ? find(marks.strQuestionId) != nullptr : cell(marks) != nullptr;
-  if (!blnThere) return Answer::noObject;
-  return isBlank(valueOf(marks)) ? Answer::blank : Answer::given;
+  const Node objHolder = marks.strColumnId.empty() ? find(marks.strQuestionId) : cell(marks);
+  if (!objHolder) return Answer::noObject;
+  return isBlank(attributeText(objHolder, kValue)) ? Answer::blank : Answer::given;
 }
 
 std::vector<std::string> ParkIndex::objectsOf(const Node& objMessageItem) const {
   const std::string strType = attributeText(objMessageItem, kType);
-  const auto& objects = strType == "group" || strType == "tablegroup" ? byGroup_ : byLowerId_;
+  const bool blnGroup = strType == "group" || strType == "tablegroup";
+  const IdsByText& objects = blnGroup ? otherKeys().byGroup : otherKeys().byLowerId;
   const auto found = objects.find(attributeText(objMessageItem, kId));
   return found == objects.end() ? std::vector<std::string>() : found->second;
 }
 
-const ParkIndex::Question* ParkIndex::find(const std::string& strQuestionId) const {
+Node ParkIndex::find(const std::string& strQuestionId) const {
   const auto found = questions_.find(idOf(strQuestionId));
-  return found == questions_.end() ? nullptr : &found->second;
+  return found == questions_.end() ? Node() : found->second;
 }
 
-const ParkIndex::Cell* ParkIndex::cell(const Marks& marks) const {
-  const Question* question = marks.strColumnId.empty() ? nullptr : withCells(marks.strQuestionId);
-  if (!question) return nullptr;
-  const auto found = question->cells.find(cellKey(marks.strRowIndex, marks.strColumnId));
-  return found == question->cells.end() ? nullptr : &found->second;
-}
-
-const ParkIndex::Question* ParkIndex::withCells(const std::string& strQuestionId) const {
-  const Question* question = find(strQuestionId);
-  if (!question || question->blnRead) return question;
-  question->blnRead = true;
-  for (const Node& objColumn : required(question->objObject.selectNodes("row/column"))) {
-    const std::string strColumnId = attributeText(objColumn, kId);
-    question->cells.try_emplace(
-        cellKey(attributeText(objColumn.parentNode(), kId), strColumnId),
-        Cell{attributeText(objColumn, "columnlabel"), attributeText(objColumn, kValue)});
-    question->columns.insert(strColumnId);
+/// The cell with the marks' row and column; Nothing when they have no column or it is not there.
+Node ParkIndex::cell(const Marks& marks) const {
+  const Node objObject = marks.strColumnId.empty() ? Node() : find(marks.strQuestionId);
+  if (!objObject) return {};
+  Table& rows = table(objObject);
+  const auto found = rows.rows.find(marks.strRowIndex);
+  if (found == rows.rows.end()) return {};
+  Row& row = found->second;
+  if (row.columns.empty()) {
+    for (const Node& objColumn : required(row.objRow.selectNodes(kColumn))) {
+      row.columns.try_emplace(attributeText(objColumn, kId), objColumn);
+    }
   }
-  return question;
+  const auto column = row.columns.find(marks.strColumnId);
+  return column == row.columns.end() ? Node() : column->second;
+}
+
+ParkIndex::Table& ParkIndex::table(const Node& objObject) const {
+  const auto [known, blnNew] = tables_.try_emplace(objObject.identity());
+  if (blnNew) {
+    for (const Node& objRow : required(objObject.selectNodes(kRow))) {
+      known->second.rows.try_emplace(attributeText(objRow, kId), Row{objRow, {}});
+    }
+  }
+  return known->second;
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

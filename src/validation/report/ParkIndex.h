@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -13,7 +14,9 @@
 namespace Varnel_Tolv_XML_Creation {
 
 /// The questions of a parked form, kept once read: a report can name each of them thousands of
-/// times. The first object of an id counts.
+/// times. The first object of an id counts. The rows of a table are read when the first cell of it
+/// is asked for, the cells of a row with the first one of the row, and what else ids can be found
+/// by when something is looked for by that.
 class ParkIndex {
  public:
   explicit ParkIndex(const Document& objPark);
@@ -44,24 +47,30 @@ class ParkIndex {
   std::vector<std::string> objectsOf(const Node& objMessageItem) const;
 
  private:
-  struct Cell {
-    std::string strLabel;
-    std::string strValue;
+  struct Row {
+    Node objRow;
+    std::unordered_map<std::string, Node> columns;  // by id, of a row that was read
   };
-  struct Question {
-    Node objObject;
-    mutable bool blnRead = false;                         // the cells are
-    mutable std::unordered_map<std::string, Cell> cells;  // by row and column
-    mutable std::unordered_set<std::string> columns;
+  struct Table {
+    std::unordered_map<std::string, Row> rows;                    // by id
+    std::optional<std::unordered_set<std::string>> columns = {};  // of all rows
   };
 
-  const Question* find(const std::string& strQuestionId) const;
-  const Cell* cell(const Marks& marks) const;
-  const Question* withCells(const std::string& strQuestionId) const;
+  Node find(const std::string& strQuestionId) const;
+  Node cell(const Marks& marks) const;
+  Table& table(const Node& objObject) const;
 
-  std::unordered_map<std::string, Question> questions_;
-  std::unordered_map<std::string, std::vector<std::string>> byLowerId_;
-  std::unordered_map<std::string, std::vector<std::string>> byGroup_;
+  using IdsByText = std::unordered_map<std::string, std::vector<std::string>>;
+  struct OtherKeys {
+    IdsByText byLowerId;
+    IdsByText byGroup;
+  };
+  const OtherKeys& otherKeys() const;
+
+  std::vector<std::string> ids_;
+  std::unordered_map<std::string, Node> questions_;
+  mutable std::unordered_map<const void*, Table> tables_;
+  mutable std::optional<OtherKeys> otherKeys_;
 };
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -19,41 +19,58 @@ std::string childText(const Node& objElement, std::string_view strName) {
   return objChild ? std::string(trim(objChild.text())) : std::string();
 }
 
+void sort(std::vector<QuestionPlaces::Place>& places) {
+  std::ranges::stable_sort(places, {}, &QuestionPlaces::Place::strPath);
+}
+
 std::string lastStep(const std::string& strPath) { return strPath.substr(strPath.rfind('/')); }
 
 }  // namespace
 
-QuestionPlaces::QuestionPlaces(ReportDocuments& documents, const ParkIndex& park)
-    : documents_(documents), park_(park) {
-  readQuestions(documents.questions());
-  readMapper(documents.mapper(), documents.types());
+const std::vector<QuestionPlaces::Place>& QuestionPlaces::ofQuestions() {
+  if (!ofQuestions_) {
+    ofQuestions_ = readQuestions(documents_.questions());
+    sort(*ofQuestions_);
+  }
+  return *ofQuestions_;
 }
 
-void QuestionPlaces::readQuestions(const Document& objQuestionsXml) {
-  for (const Node& objQuestion : required(objQuestionsXml.selectNodes("/questions/question"))) {
+const std::vector<QuestionPlaces::Place>& QuestionPlaces::ofMapper() {
+  if (!ofMapper_) readMapper();
+  return *ofMapper_;
+}
+
+std::vector<QuestionPlaces::Place> QuestionPlaces::readQuestions(const Document& objQuestionsXml) {
+  std::vector<Place> places;
+  for (const Node& objXPath : required(objQuestionsXml.selectNodes("/questions/question/xpath"))) {
+    const std::string strPath = localPath(trim(objXPath.text()));
+    const Node objQuestion = objXPath.parentNode();
     const std::string strQuestionId = attributeText(objQuestion, kId);
-    for (const Node& objXPath : required(objQuestion.selectNodes("xpath"))) {
-      const std::string strPath = localPath(trim(objXPath.text()));
-      add(strPath, strQuestionId);
-      for (const Node& objColumn : required(objQuestion.selectNodes(kColumn))) {
-        const std::string strBelow = localPath(childText(objColumn, "path"));
-        if (!strBelow.empty())
-          add(strPath + strBelow, strQuestionId, attributeText(objColumn, kId));
-      }
+    if (strPath.empty() || strQuestionId.empty()) continue;
+    places.push_back({strPath, strQuestionId, "", places.size()});
+    for (const Node& objColumn : required(objQuestion.selectNodes(kColumn))) {
+      const std::string strBelow = localPath(childText(objColumn, "path"));
+      if (strBelow.empty()) continue;
+      places.push_back(
+          {strPath + strBelow, strQuestionId, attributeText(objColumn, kId), places.size()});
     }
   }
+  return places;
 }
 
-void QuestionPlaces::readMapper(const Document& objMapper, const Document& objTypes) {
+void QuestionPlaces::readMapper() {
+  ofMapper_.emplace();
+  const Document& objMapper = documents_.mapper();
   for (const Node& objItem : required(objMapper.selectNodes("//message/messageitem"))) {
-    readItem(objItem, objTypes);
+    readItem(objItem);
   }
   for (const Node& objRule : required(objMapper.selectNodes("//message/docdata/docnodes/*"))) {
     readCopies(objRule);
   }
+  sort(*ofMapper_);
 }
 
-void QuestionPlaces::readItem(const Node& objItem, const Document& objTypes) {
+void QuestionPlaces::readItem(const Node& objItem) {
   if (attributeText(objItem, "toschema") != "true") return;
   const std::vector<std::string> questions = park_.objectsOf(objItem);
   const bool blnTable = attributeText(objItem, kType).find("table") != std::string::npos;
@@ -64,21 +81,15 @@ void QuestionPlaces::readItem(const Node& objItem, const Document& objTypes) {
     if (strBelow.empty()) continue;
     for (const std::string& strAbove : pathsOf(childText(objItem, strParent))) {
       for (const std::string& strQuestionId : questions) add(strAbove + strBelow, strQuestionId);
-      if (objAction) readComplexType(objAction, objTypes, strAbove + strBelow, questions, blnTable);
+      if (objAction) readComplexType(objAction, strAbove + strBelow, questions, blnTable);
     }
   }
 }
 
 /// The places inside of a complex type: a table's by their columns, a field's by the parameters.
-void QuestionPlaces::readComplexType(const Node& objAction, const Document& objTypes,
-                                     const std::string& strPath,
+void QuestionPlaces::readComplexType(const Node& objAction, const std::string& strPath,
                                      const std::vector<std::string>& questions, bool blnTable) {
-  const std::string strType = toLower(attributeText(objAction, kId));
-  Node objType;
-  for (const Node& objOne :
-       required(objTypes.selectNodes("/SchemaTypeMapperDocument/schematypes/schematype"))) {
-    if (!objType && attributeText(objOne, kId) == strType) objType = objOne;
-  }
+  const Node objType = typeOf(objAction);
   if (!objType) return;
   const std::string strTop = elementPath(objType);
   for (const Node& objPlace : required(objType.getElementsByTagName(kValue))) {
@@ -98,6 +109,19 @@ void QuestionPlaces::readComplexType(const Node& objAction, const Document& objT
       }
     }
   }
+}
+
+/// The complex type that an action makes; Nothing where there is none of its name.
+Node QuestionPlaces::typeOf(const Node& objAction) {
+  if (!types_) {
+    types_.emplace();
+    for (const Node& objType : required(
+             documents_.types().selectNodes("/SchemaTypeMapperDocument/schematypes/schematype"))) {
+      types_->try_emplace(attributeText(objType, kId), objType);
+    }
+  }
+  const auto found = types_->find(toLower(attributeText(objAction, kId)));
+  return found == types_->end() ? Node() : found->second;
 }
 
 /// A rule that copies elements of the message to another place.
@@ -130,7 +154,8 @@ void QuestionPlaces::readMadeCopies(const Node& objAction, const std::string& st
   }
 }
 
-std::vector<std::string> QuestionPlaces::originals(const std::string& strPath) const {
+std::vector<std::string> QuestionPlaces::originals(const std::string& strPath) {
+  static_cast<void>(ofMapper());  // which knows of the copies
   std::vector<std::string> paths = {strPath};
   for (std::size_t lngEnd = strPath.size(); lngEnd > 0 && lngEnd != std::string::npos;
        lngEnd = strPath.rfind('/', lngEnd - 1)) {
@@ -145,7 +170,9 @@ std::vector<std::string> QuestionPlaces::originals(const std::string& strPath) c
 void QuestionPlaces::add(const std::string& strPath, const std::string& strQuestionId,
                          const std::string& strColumnId) {
   if (strPath.empty() || strQuestionId.empty()) return;
-  places_.emplace(strPath, Place{strQuestionId, strColumnId, places_.size()});
+  // Behind those of the questions XML.
+  const std::size_t lngOrder = ofQuestions().size() + ofMapper_->size();
+  ofMapper_->push_back({strPath, strQuestionId, strColumnId, lngOrder});
 }
 
 /// The paths that an XPath leads to: its own, or those of what it selects in the message.

@@ -17,8 +17,9 @@ struct ReportSources {
   std::string_view strReferenceXmlPath;
 };
 
-/// The sources, and the configuration of the run. Each file is loaded when it is first asked for;
-/// one that is missing or broken is an empty document.
+/// The sources, and the configuration of the run. What the run has loaded is taken as it is; any
+/// other file is loaded when it is first asked for. One that is missing or broken is an empty
+/// document.
 class ReportDocuments {
  public:
   ReportDocuments(const Session& session, const ReportSources& sources)
@@ -28,12 +29,13 @@ class ReportDocuments {
   const Document& park() const noexcept { return sources_.objPark; }
 
   const Document& questions() { return load(questions_, sources_.strQuestionsXmlPath); }
-  const Document& reference() { return load(reference_, sources_.strReferenceXmlPath); }
-  const Document& mapper() { return load(mapper_, session_.strMsgObjectXML); }
-  const Document& types() { return load(types_, session_.strSchemaTypeMapperXML); }
+  const Document& reference();
+  const Document& mapper();
+  const Document& types();
 
  private:
-  const Document& load(std::optional<Document>& objXml, std::string_view strPath);
+  const Document& load(std::optional<Document>& objXml, std::string_view strPath,
+                       const Document& objLoaded = {});
 
   const Session& session_;
   const ReportSources sources_;

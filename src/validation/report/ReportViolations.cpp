@@ -2,7 +2,6 @@
 
 #include <optional>
 #include <unordered_map>
-#include <unordered_set>
 #include <utility>
 
 #include "config/Attributes.h"
@@ -30,13 +29,12 @@ class Violations {
         composed_(documents_, park_),
         report_(report) {}
 
-  void add(std::vector<ViolationParts> violations,
+  void add(const std::vector<ViolationParts>& violations,
            const std::vector<ViolationRecorder::DeclaredMark>& declaredMarks) {
-    std::unordered_set<std::size_t> wanted;
-    for (const ViolationParts& parts : violations) wanted.insert(parts.place.lngElement);
-    for (const auto& mark : declaredMarks) wanted.insert(mark.place.lngElement);
-    if (wanted.empty()) return;
-    elements_ = markedElements(documents_.message(), wanted);
+    std::vector<std::size_t> wanted;
+    for (const ViolationParts& parts : violations) wanted.push_back(parts.place.lngElement);
+    for (const auto& mark : declaredMarks) wanted.push_back(mark.place.lngElement);
+    elements_ = markedElements(documents_.message(), std::move(wanted));
     for (const ViolationParts& parts : violations) add(parts);
     for (const auto& mark : declaredMarks) add(mark);
   }
@@ -145,7 +143,9 @@ class Violations {
 
 void reportViolations(const Session& session, ViolationRecorder& recorder,
                       const ReportSources& sources, RunReport& report) {
-  Violations(session, sources, report).add(recorder.takeViolations(), recorder.declaredMarks());
+  const std::vector<ViolationParts> violations = recorder.takeViolations();
+  if (violations.empty() && recorder.declaredMarks().empty()) return;
+  Violations(session, sources, report).add(violations, recorder.declaredMarks());
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

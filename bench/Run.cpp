@@ -25,9 +25,13 @@ Caller::Caller(const GeneratedDeployment& deployment)
   std::this_thread::sleep_for(std::chrono::milliseconds(100));
 }
 
-Outcome Caller::run(Extent extent) const {
+Outcome Caller::run(Extent extent, Asked asked) const {
   const auto file = [&](const char* strName) { return deployment_.file(strName); };
-  BuildXML objBuild(host_);
+  Outcome outcome;
+  HostServices host = host_;
+  if (asked != Asked::nothing) host.report = &outcome.report;
+  host.blnJournal = asked == Asked::journal;
+  BuildXML objBuild(host);
   Document objParkXML = loaded(file("objects.xml"), cache_);
   const Document objInfo = loaded(file("protocol.xml"), cache_);
   Document objSendXML;
@@ -38,7 +42,6 @@ Outcome Caller::run(Extent extent) const {
       file("namespaces.xml"), file("questions.xml"), file("reference.xml"), extent != Extent::park,
       extent == Extent::validate, objParkXML, objSendXML, objInfo.documentElement(), colUserErrors,
       colIntErrors, "message.xsd", "urn:bench:message");
-  Outcome outcome;
   outcome.blnValid = objAck.ErrorCode() != SVC_RET_XML_CREATION_SCHEMA_VALIDATION_FAILED;
   if (outcome.blnValid && !objAck.Success()) throw std::runtime_error(objAck.ErrorDetail());
   outcome.strParkXML = objParkXML.xml();
@@ -46,7 +49,8 @@ Outcome Caller::run(Extent extent) const {
   return outcome;
 }
 
-void check(const GeneratedDeployment& deployment, Extent extent, const Outcome& outcome) {
+void check(const GeneratedDeployment& deployment, Extent extent, const Outcome& outcome,
+           Asked asked) {
   const Document objMessage = Document::create();
   if (!objMessage.loadXML(outcome.strMessage)) throw std::runtime_error("there is no message");
   objMessage.setSelectionNamespaces("xmlns:m='urn:bench:message'");
@@ -60,6 +64,16 @@ void check(const GeneratedDeployment& deployment, Extent extent, const Outcome& 
   }
   const bool blnExpected = extent != Extent::validate || deployment.dimensions().faults == 0;
   if (outcome.blnValid != blnExpected) throw std::runtime_error("the verdict is wrong");
+  if (asked == Asked::nothing) return;
+  const RunReport& report = outcome.report;
+  const auto lngFaults = static_cast<std::size_t>(blnExpected ? 0 : deployment.dimensions().faults);
+  if (report.violations.size() != lngFaults || !report.losses.empty()) {
+    throw std::runtime_error("the report tells of " + std::to_string(report.violations.size()) +
+                             " violations and " + std::to_string(report.losses.size()) + " losses");
+  }
+  if (asked == Asked::journal && report.journal.empty()) {
+    throw std::runtime_error("there is no journal");
+  }
 }
 
 }  // namespace Varnel_Tolv_XML_Creation::bench

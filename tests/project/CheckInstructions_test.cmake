@@ -22,17 +22,17 @@ function(check figures counted build_type expected)
   endif()
 endfunction()
 
-set(figures "fields 10000;faulty_rows 10000;grid_rows 10000;cold 10000")
+set(figures "fields 10000;faulty_rows 10000;reported_rows 10000;grid_rows 10000;cold 10000")
 check("${figures}" "Collected : 10000" Release "")
 check("${figures}" "Collected : 10300" Release "")
 check("${figures}" "Collected : 9700" Release "")
 check("${figures}" "Collected : 10301" Release "warm: 10301, committed 10000 (+3.0 %)")
 check("${figures}" "Collected : 9601" Release "warm: 9601, committed 10000 (-3.9 %)")
 check("${figures}" "Collected : 20000" Release "the whole process: 20000, committed 10000 (+100.0 %)")
-check("fields 9000;faulty_rows 10000;grid_rows 10000;cold 10000" "Collected : 10000" Release
+check("fields 9000;faulty_rows 10000;reported_rows 10000;grid_rows 10000;cold 10000" "Collected : 10000" Release
   "off: 500 fields, submitted and validated warm: 10000, committed 9000 (+11.1 %) Counted with")
 check("${figures}" "Collected : 20000" Release "committed with some compiler, libxml2 some version")
-check("fields 10000;faulty_rows 10000;cold 10000" "Collected : 10000" Release
+check("fields 10000;faulty_rows 10000;reported_rows 10000;cold 10000" "Collected : 10000" Release
   "500 grid rows, submitted and validated warm: 10000, and no committed figure")
 check("${figures}" "Collected : 0" Release "No instructions were counted for 500 fields")
 check("${figures}" "Killed" Release "No instructions were counted for 500 fields")

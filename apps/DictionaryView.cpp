@@ -3,6 +3,7 @@
 #include <string_view>
 #include <vector>
 
+#include "TerminalText.h"
 #include "XmlCharacters.h"
 
 namespace {
@@ -15,12 +16,7 @@ void addTexts(const std::vector<std::string>& texts, const char* name, const Vie
 /// may stand behind a backslash; blanks would begin or end nothing.
 std::string escaped(std::string_view strText) {
   std::string strEscaped;
-  for (const char character : strText) {
-    const auto byte = static_cast<unsigned char>(character);
-    if (byte < ' ' || byte == 0x7F) {
-      strEscaped += ' ';
-      continue;
-    }
+  for (const char character : oneLine(strText, " ")) {
     if (std::string_view("\\`*_[]<>|~#!&").find(character) != std::string_view::npos) {
       strEscaped += '\\';
     }

@@ -1,7 +1,7 @@
 #include "ExplainText.h"
 
 #include "LossWords.h"
-#include "OneLine.h"
+#include "TerminalText.h"
 
 using namespace Varnel_Tolv_XML_Creation;
 

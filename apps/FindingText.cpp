@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
+#include "TerminalText.h"
+
 using namespace Varnel_Tolv_XML_Creation;
 using Json = nlohmann::ordered_json;
 
@@ -34,9 +36,10 @@ std::string findingsJson(const std::vector<Finding>& findings) {
 std::string findingsText(const std::vector<Finding>& findings) {
   std::string strText;
   for (const Finding& finding : findings) {
-    strText += finding.file + ':' + std::to_string(finding.line) + ": ";
-    strText += severityName(finding.severity);
-    strText += ": " + finding.message + ' ' + finding.hint + " [" + finding.code + "]\n";
+    std::string strLine = finding.file + ':' + std::to_string(finding.line) + ": ";
+    strLine += severityName(finding.severity);
+    strLine += ": " + finding.message + ' ' + finding.hint + " [" + finding.code + "]";
+    strText += withoutControls(strLine) + '\n';
   }
   return strText;
 }

@@ -6,17 +6,14 @@
 
 #include "ExitStatus.h"
 #include "Files.h"
+#include "TerminalText.h"
 
 namespace {
 
 /// Tells the reason in one line: what it quotes may hold line ends.
 int couldNotRun(const char* strProgram, std::string_view strReason) noexcept {
   try {
-    std::string strLine = std::string(strProgram) + ": " + std::string(strReason);
-    for (char& letter : strLine) {
-      if (static_cast<unsigned char>(letter) < ' ') letter = ' ';
-    }
-    writeStandardError(strLine + '\n');
+    writeStandardError(std::string(strProgram) + ": " + oneLine(strReason, " ") + '\n');
   } catch (...) {
     // Nobody listens: the exit status still tells.
   }

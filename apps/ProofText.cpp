@@ -2,7 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "OneLine.h"
+#include "TerminalText.h"
 
 using nlohmann::ordered_json;
 

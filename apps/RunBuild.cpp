@@ -14,6 +14,7 @@
 #include "Options.h"
 #include "OutputFile.h"
 #include "Submission.h"
+#include "TerminalText.h"
 #include "TraceText.h"
 #include "platform/host/WebRequest.h"
 #include "result/RuntimeError.h"

@@ -16,6 +16,7 @@
 #include "Options.h"
 #include "OutputFile.h"
 #include "Submission.h"
+#include "TerminalText.h"
 #include "TraceText.h"
 
 using namespace Varnel_Tolv_XML_Creation;
@@ -275,13 +276,6 @@ Outcome runCase(bool blnUpdate, bool blnExact) {
   }
 }
 
-std::string inOneLine(std::string strText) {
-  for (char& letter : strText) {
-    if (static_cast<unsigned char>(letter) < ' ') letter = ' ';
-  }
-  return strText;
-}
-
 bool flag(const OptionValues& values, std::string_view name) {
   const auto found = values.find(name);
   return found != values.end() && found->second == "true";
@@ -306,14 +300,15 @@ ExitStatus runTest(OptionValues values, const std::vector<std::string>& folders)
     fs::current_path(home);
     if (!outcome.blnCouldRun) {
       ++lngNotRun;
-      writeStandardError(inOneLine("varnel-xml: " + strFolder + ": " + outcome.lines.front()) +
+      writeStandardError(oneLine("varnel-xml: " + strFolder + ": " + outcome.lines.front(), " ") +
                          '\n');
       continue;
     }
     if (!outcome.lines.empty()) ++lngDifferent;
-    std::string strText = (outcome.lines.empty() ? "ok    " : "DIFF  ") + strFolder + '\n';
+    std::string strText =
+        withoutControls((outcome.lines.empty() ? "ok    " : "DIFF  ") + strFolder) + '\n';
     for (std::size_t at = 0; at < outcome.lines.size() && at < kMostShown; ++at) {
-      strText += "      " + outcome.lines[at] + '\n';
+      strText += "      " + withoutControls(outcome.lines[at]) + '\n';
     }
     if (outcome.lines.size() > kMostShown) {
       strText += "      and " + std::to_string(outcome.lines.size() - kMostShown) + " more\n";

@@ -115,6 +115,13 @@ TEST_F(TestCommand, ShowsADifferenceByQuestion) {
   }
 }
 
+TEST_F(TestCommand, EscapesWhatATerminalWouldObey) {
+  write("one/park.xml", replaced(read("one/park.xml"), "value=\"Ada\"",
+                                 "value=\"A\xC2\x9B"
+                                 "2J\""));
+  EXPECT_THAT(test().out, HasSubstr(R"(question "name": expected "A\u009b2J", got "Ada")"));
+}
+
 TEST_F(TestCommand, LeadsDifferencesOfTablesToRowsAndColumns) {
   write("objects.xml",
         "<?xml version=\"1.0\"?><prtobjcts><prtobjct id='t' objecttype='table' type='dynatable'"

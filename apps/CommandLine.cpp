@@ -65,6 +65,16 @@ OptionValues givenOptions(const Command& command, const CLI::App& app) {
   return values;
 }
 
+/// What is said of words that mean nothing, the first of which may be meant for a sub-command.
+std::string notExpected(const std::vector<std::string>& words, bool blnNoCommand,
+                        const std::string& strCommands) {
+  const std::string strFirst = words.empty() ? "" : words.front();
+  if (!strFirst.empty() && blnNoCommand && !strFirst.starts_with('-')) {
+    return '"' + strFirst + "\" is none of the sub-commands " + strCommands;
+  }
+  return "The following arguments were not expected: " + CLI::detail::join(words, " ");
+}
+
 }  // namespace
 
 CommandLine readCommandLine(std::vector<std::string> words) {
@@ -103,6 +113,9 @@ CommandLine readCommandLine(std::vector<std::string> words) {
     std::ostringstream text;
     app.exit(success, text, text);
     return {.textToPrint = text.str()};
+  } catch (const CLI::ExtrasError&) {
+    throw CannotRun(notExpected(app.remaining(true), app.get_subcommands().empty(),
+                                CLI::detail::join(names, ", ")));
   } catch (const CLI::Error& error) {
     throw CannotRun(error.what());
   }

@@ -91,7 +91,13 @@ TEST_F(CommandLine, RefusesWhatItDoesNotKnow) {
     const char* reason;
   } cases[] = {
       {"no sub-command", {}, "sub-command"},
-      {"an unknown sub-command", {"unbuild"}, "unbuild"},
+      {"an unknown sub-command",
+       {"unbuild", "my", "form"},
+       "\"unbuild\" is none of the sub-commands build, check, "},
+      {"words too many, as they came",
+       {"build", "one", "two"},
+       "The following arguments were not expected: one two\n"},
+      {"control characters in a word", {"un\x1b[31m\xC2\x9Bm"}, "\"un\\x1b[31m\\u009bm\""},
       {"build twice", {"build", "build"}, "build"},
       {"an unknown option", {"build", "--templates", "x"}, "--templates"},
       {"an option before the sub-command", {"--submit", "build"}, "--submit"},

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "CannotRun.h"
+#include "JsonProblem.h"
 
 using Json = nlohmann::ordered_json;
 
@@ -14,7 +15,7 @@ namespace {
 
 constexpr int kMostLevels = 32;  // what is compared is walked by recursion
 
-Json parsed(const std::string& strText) {
+Json parsed(const std::string& strFile, const std::string& strText) {
   bool blnTooDeep = false;
   const auto isKept = [&](int lngDepth, Json::parse_event_t, const Json&) {
     if (lngDepth > kMostLevels) blnTooDeep = true;
@@ -24,10 +25,10 @@ Json parsed(const std::string& strText) {
   try {
     value = Json::parse(strText, isKept);
   } catch (const Json::exception& error) {
-    throw CannotRun(error.what());
+    throw CannotRun(strFile + ": " + jsonProblem(error, strText));
   }
   if (blnTooDeep) {
-    throw CannotRun("more than " + std::to_string(kMostLevels) + " levels of JSON");
+    throw CannotRun(strFile + ": more than " + std::to_string(kMostLevels) + " levels of JSON");
   }
   return value;
 }
@@ -44,11 +45,16 @@ std::string placeOf(const Json& entry) {
                     textAt(entry, "columnId"));
 }
 
+/// A value for people: of an entry of a list what it says, of any other list or object its size.
 std::string shown(const Json& value) {
   if (value.is_string()) return inQuotes(value.get<std::string>());
-  if (value.is_object() && value.contains("message")) return shown(value["message"]);
-  std::string strText = value.dump(-1, ' ', false, Json::error_handler_t::replace);
-  return value.is_structured() ? inQuotes(strText) : strText;
+  if (value.is_array()) return "a list of " + std::to_string(value.size());
+  if (!value.is_object()) return value.dump();
+  for (const char* const key : {"message", "reason", "outcome", "value"}) {
+    const std::string strText = textAt(value, key);
+    if (!strText.empty()) return inQuotes(strText);
+  }
+  return "an entry";
 }
 
 class Comparison {
@@ -62,6 +68,9 @@ class Comparison {
       compareLists(strWhere, expected, actual);
     } else if (expected != actual) {
       lines.push_back(strWhere + ": expected " + shown(expected) + ", got " + shown(actual));
+      // What stands in the one list that there is.
+      if (expected.is_null() && actual.is_array()) compareLists(strWhere, Json::array(), actual);
+      if (expected.is_array() && actual.is_null()) compareLists(strWhere, expected, Json::array());
     }
   }
 
@@ -145,10 +154,10 @@ void Comparison::compareLists(const std::string& strWhere, const Json& expected,
 
 }  // namespace
 
-std::vector<std::string> compareResult(const std::string& strExpected,
+std::vector<std::string> compareResult(const std::string& strFile, const std::string& strExpected,
                                        const std::string& strActual) {
   Comparison comparison;
-  comparison.compare("", parsed(strExpected), parsed(strActual));
+  comparison.compare("", parsed(strFile, strExpected), parsed(strFile, strActual));
   return std::move(comparison.lines);
 }
 

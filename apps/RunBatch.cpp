@@ -15,6 +15,7 @@
 #include "CannotRun.h"
 #include "EndSignals.h"
 #include "Files.h"
+#include "JsonProblem.h"
 #include "LineQueue.h"
 #include "LineReader.h"
 #include "Options.h"
@@ -82,7 +83,7 @@ void readRequest(const InputLine& line, Request& request) {
   try {
     object = nlohmann::json::parse(line.strText, isKept);
   } catch (const nlohmann::json::exception& error) {
-    throw BadLine(error.what());
+    throw BadLine(jsonProblem(error, line.strText));
   }
   if (!object.is_object()) throw BadLine("the line is no JSON object");
   request.id = textOf(object, "id");
@@ -130,9 +131,10 @@ class Batch {
   OutputLine run(const Request& request) {
     const Document objStored = Document::create();
     if (request.park && !objStored.loadXML(*request.park)) {
-      const ParseError& error = objStored.parseError();
-      throw BadLine("\"park\": " + error.reason +
-                    (error.line > 0 ? " (line " + std::to_string(error.line) + ")" : ""));
+      // The parser's own words can quote the form.
+      const int lngLine = objStored.parseError().line;
+      throw BadLine("\"park\": it is no well-formed XML" +
+                    (lngLine > 0 ? ", seen in its line " + std::to_string(lngLine) : ""));
     }
     const FormCollection form =
         request.park ? parkedForm_.submission(objStored) : FormCollection(*request.form);

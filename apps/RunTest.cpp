@@ -218,7 +218,7 @@ void Case::compare(const ExpectedFile& file, std::vector<std::string>& lines) co
       break;
     }
     case Kind::result:
-      for (const std::string& strLine : compareResult(strExpected, *actual)) {
+      for (const std::string& strLine : compareResult(file.name, strExpected, *actual)) {
         lines.push_back(strName + strLine);
       }
       break;

@@ -10,8 +10,10 @@ namespace Varnel_Tolv_XML_Creation::test {
 namespace {
 
 using nlohmann::json;
+using ::testing::AnyOf;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::Not;
 using ::testing::SizeIs;
 
 std::string lineOf(const json& object) { return object.dump() + '\n'; }
@@ -122,6 +124,35 @@ TEST_F(Batch, TellsWhatIsWrongWithALineAndGoesOn) {
     EXPECT_THAT(lines[0], SizeIs(3));
     EXPECT_EQ(lines[1]["id"], "next");
     EXPECT_EQ(lines[1]["park"], kParkedXml);
+  }
+}
+
+TEST_F(Batch, TellsWhatIsWrongWithoutWhatWasAnswered) {
+  const struct {
+    const char *says, *line, *error;
+  } cases[] = {
+      {"a word that is no value", R"({"id": "a", "form": Smith})",
+       "parse error at byte 21: invalid literal"},
+      {"a text that does not end", R"({"id": "a", "form": "name=Smith)",
+       "parse error at byte 32: invalid string: missing closing quote"},
+      {"bytes that are not UTF-8", "{\"id\": \"a\", \"form\": \"Smith\xFF\"}",
+       "parse error at byte 27: invalid string: ill-formed UTF-8 byte"},
+      {"something behind the object", R"({"id": "a", "form": ""} "Smith")",
+       "parse error at byte 31: unexpected string literal; expected end of input"},
+      {"a number beyond all bounds", R"({"id": "a", "form": 4711e999})", "a number is too large"},
+      {"a stored form that is no XML", R"({"id": "a", "park": "<prtobjcts>\n<Smith x=&Smith;>"})",
+       "\"park\": it is no well-formed XML, seen in its line 2"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    const ProgramRun run = batch("\n" + std::string(c.line) + "\n");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.err, "");
+    const std::vector<json> lines = linesOf(run.out);
+    ASSERT_THAT(lines, SizeIs(1));
+    EXPECT_EQ(lines[0]["error"], c.error);
+    EXPECT_EQ(lines[0]["line"], 2);
+    EXPECT_THAT(run.out, Not(AnyOf(HasSubstr("Smith"), HasSubstr("4711"))));
   }
 }
 

@@ -9,6 +9,7 @@ namespace {
 
 using ::testing::HasSubstr;
 using ::testing::Not;
+using ::testing::StartsWith;
 
 class TestCommand : public ProgramTest {
  protected:
@@ -112,6 +113,51 @@ TEST_F(TestCommand, ShowsADifferenceByQuestion) {
     EXPECT_EQ(run.status, 1);
     EXPECT_THAT(run.out, HasSubstr("DIFF  one\n      " + std::string(c.shown)));
     EXPECT_THAT(run.out, HasSubstr("\n1 submissions, 1 different, 0 not run\n"));
+  }
+}
+
+TEST_F(TestCommand, ShowsTheEntriesOfAListThatTheOtherSideHasNot) {
+  const std::string strResult = read("one/result.json");
+  write("one/result.json", replaced(strResult, "\"userErrors\": null",
+                                    R"("userErrors": [{"questionId": "name", "message": "Too long"},
+                     {"questionId": "rows", "rowIndex": "2", "columnId": "c"}])"));
+  const ProgramRun run = test();
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(
+      run.out,
+      "DIFF  one\n"
+      "      result.json: userErrors: expected a list of 2, got null\n"
+      "      result.json: userErrors: question \"name\": expected \"Too long\", got nothing\n"
+      "      result.json: userErrors: question \"rows\", row 2, column \"c\": expected an entry, "
+      "got nothing\n"
+      "1 submissions, 1 different, 0 not run\n");
+
+  write("one/result.json",
+        replaced(strResult, "\"internalErrors\": null", "\"internalErrors\": []"));
+  EXPECT_THAT(test().out,
+              HasSubstr("      result.json: internalErrors: expected a list of 0, got null\n1 "));
+}
+
+TEST_F(TestCommand, NamesTheFileThatCannotBeRead) {
+  const struct {
+    const char *says, *file, *text, *told;
+  } cases[] = {
+      {"no JSON", "result.json", "{\n  \"success\": yes\n}",
+       "varnel-xml: one: result.json: parse error at line 2, byte 14: invalid literal\n"},
+      {"JSON that ends too early", "result.json", "{\n  \"success\": true",
+       "varnel-xml: one: result.json: parse error at line 2, byte 18: unexpected end of input; "
+       "expected '}'\n"},
+      {"no XML", "send.xml", "<a>", "varnel-xml: one: send.xml: "},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    const std::string strFile = std::string("one/") + c.file;
+    const std::string strGood = read(strFile);
+    write(strFile, c.text);
+    const ProgramRun run = test();
+    EXPECT_EQ(run.status, 2);
+    EXPECT_THAT(run.err, StartsWith(c.told));
+    write(strFile, strGood);
   }
 }
 

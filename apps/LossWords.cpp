@@ -25,6 +25,7 @@ constexpr auto kWords = std::to_array<Words>({
     {"misnamed-hidden-field", "its element in the list is not named hiddenfield"},
     {"hidden-read-anew", "its value was read again under another name"},
     {"no-mapping", "the object mapper has no entry for it"},
+    {"other-not-sent", "it goes with the answer of another object, and that was not sent"},
     {"item-not-found", "the object that takes its place does not exist"},
     {"value-not-used", "no parameter of the action brings it into the message"},
     {"line-without-slot", "the complex type has no slot for these lines"},

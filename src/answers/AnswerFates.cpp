@@ -1,7 +1,12 @@
 #include "answers/AnswerFates.h"
 
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <set>
 #include <utility>
 
+#include "answers/CellOrder.h"
 #include "config/AnswerReasons.h"
 #include "config/Attributes.h"
 #include "config/Names.h"
@@ -25,9 +30,33 @@ bool stands(const Node& objObject) {
   return objTop.nodeType() == NodeType::document;
 }
 
-bool isMadeByLibrary(const Node& objColumn) {
-  return attributeText(objColumn, "calculate") == "true" ||
-         !attributeText(objColumn, "autovalue").empty();
+/// What is told of an object's answer, which is not decided yet.
+AnswerFate fateOf(const Node& objObject, std::string strValue) {
+  AnswerFate fate;
+  fate.strQuestionId = attributeText(objObject, kId);
+  fate.strQuestionText = attributeText(objObject, kFieldLabel);
+  if (fate.strQuestionText.empty()) {
+    fate.strQuestionText = attributeText(objObject, "tablelabel");
+  }
+  fate.strValue = std::move(strValue);
+  return fate;
+}
+
+/// The same of a cell. `objColumn` has its label; Nothing where the table has no such column.
+AnswerFate fateOf(const Node& objTable, std::string strRow, std::string strColumnId,
+                  const Node& objColumn, std::string strValue) {
+  AnswerFate fate = fateOf(objTable, std::move(strValue));
+  fate.strRowIndex = std::move(strRow);
+  fate.strColumnId = std::move(strColumnId);
+  if (objColumn) fate.strColumnText = attributeText(objColumn, "columnlabel");
+  return fate;
+}
+
+AnswerFate lost(AnswerFate fate, std::string_view strReason, const AnswerRule& rule) {
+  fate.outcome = JournalOutcome::lost;
+  fate.strReason = strReason;
+  fate.rule = rule;
+  return fate;
 }
 
 }  // namespace
@@ -36,17 +65,21 @@ AnswerFates::AnswerFates(const AnswerLog& log, const Request* request, bool blnS
     : log_(log), blnSubmit_(blnSubmit), blnAll_(blnAll), lost_(log), mapping_(log.mapper()) {
   if (!log.wasParked() || !log.objects() || !request) return;
   posted_.emplace(log, *request);
-  for (const AnswerLog::Carried& carried : log.carried()) {
-    carried_.try_emplace(carried.objObject.identity(), carried.rule);
+  blnAllReached_ = !needsStored() && log.carried().size() == log.objects()->length();
+  if (!blnAllReached_) {
+    for (const AnswerLog::Carried& carried : log.carried()) {
+      carried_.try_emplace(carried.objObject.identity(), carried.rule);
+    }
   }
   for (const AnswerLog::HiddenObject& hidden : log.hiddenObjects()) {
     hiddenFieldOf_.try_emplace(hidden.objField.identity(), hidden.objHiddenField);
   }
-  if (blnAll || log.inHand()) {
+  if (blnAll || log.inHand() || !log.leftOut().empty()) {
     for (const AnswerLog::Write& write : log.writes()) {
       if (write.strGone.empty()) written_.try_emplace(write.objSource.identity(), write.rule);
     }
   }
+  for (const Node& objField : log.leftOut()) leftOut_.insert(objField.identity());
   bool blnParked = true;
   for (const Node& objObject : *log.objects()) {
     if (objObject.identity() == log.firstUnparked().identity()) blnParked = false;
@@ -64,9 +97,13 @@ void AnswerFates::add(AnswerFate fate) {
   if (blnAll_ || fate.outcome == JournalOutcome::lost) fates_.push_back(std::move(fate));
 }
 
+bool AnswerFates::needsStored() const {
+  return blnAll_ || !lost_.empty() || log_.inHand() || !log_.leftOut().empty();
+}
+
 void AnswerFates::tellUnparked(const Node& objObject, AnswerFate fate) {
-  fate.outcome = JournalOutcome::lost;
-  if (const Node objEntry = mapping_.leavesOut(objObject)) {
+  const Node objEntry = mapping_.leavesOut(objObject);
+  if (objEntry && mapping_.takersOf(fate.strQuestionId).empty()) {
     fate.outcome = JournalOutcome::leftOut;
     fate.rule = {RuleFile::objectMapper, objEntry.lineNumber()};
   }
@@ -74,7 +111,8 @@ void AnswerFates::tellUnparked(const Node& objObject, AnswerFate fate) {
 }
 
 void AnswerFates::tellObject(const Node& objObject, bool blnParked) {
-  const std::string strType = toLower(attributeText(objObject, kObjectType));
+  std::string strType = attributeText(objObject, kObjectType);
+  if (strType != kFieldObject) strType = toLower(strType);
   const bool blnTable = strType == kTableObject;
   std::string_view strReason;
   if (!blnParked) {
@@ -82,91 +120,58 @@ void AnswerFates::tellObject(const Node& objObject, bool blnParked) {
   } else if (strType != kFieldObject && !blnTable) {
     strReason = reason::kUnknownObjectType;
   }
+  bool blnTold = false;
   if (!strReason.empty()) {
-    tellPostedField(objObject, strReason);
+    blnTold = tellPostedField(objObject, strReason);
   } else if (!blnTable) {
-    tellParkedField(objObject);
+    blnTold = tellParkedField(objObject);
   }
-  if (blnTable) {
-    tellRows(objObject);
-  } else if (strType == kFieldObject || !isNoAnswer(attributeText(objObject, kValue))) {
+  const bool blnField = strType == kFieldObject && !blnTold;
+  if (!blnAllReached_ && !blnTable && (blnField || !isNoAnswer(attributeText(objObject, kValue)))) {
     tellField(objObject);
   }
-  tellPostedCells(objObject, strReason);
+  tellCells(objObject, blnTable, strReason);
 }
 
 /// What was submitted for an object that was not parked.
-void AnswerFates::tellPostedField(const Node& objField, std::string_view strReason) {
-  const std::string strId = attributeText(objField, kId);
-  std::string strValue = posted_->takeUnread(toLower(strId));
+bool AnswerFates::tellPostedField(const Node& objField, std::string_view strReason) {
+  std::string strValue = posted_->takeUnread(toLower(attributeText(objField, kId)));
   // It may hold the very value from an earlier time, which is then sent.
-  if (strValue.empty() || strValue == attributeText(objField, kValue)) return;
-  tellUnparked(
-      objField,
-      {strId,
-       {},
-       {},
-       std::move(strValue),
-       strReason,
-       inObjectList(strReason == reason::kObjectAfterEndMark ? log_.firstUnparked() : objField),
-       {}});
-}
-
-void AnswerFates::tellPostedCells(const Node& objObject, std::string_view strReason) {
-  for (PostedAnswers::Cell& cell : posted_->takeCells(objObject, strReason)) {
-    if (strReason == reason::kObjectAfterEndMark) {
-      cell.lngLine = log_.firstUnparked().lineNumber();
-    }
-    tellUnparked(objObject, {attributeText(objObject, kId),
-                             std::move(cell.strRow),
-                             std::move(cell.strColumnId),
-                             std::move(cell.strValue),
-                             cell.strReason,
-                             {RuleFile::objectList, cell.lngLine},
-                             {}});
-  }
+  if (strValue.empty() || strValue == attributeText(objField, kValue)) return false;
+  const bool blnBehindMark = strReason == reason::kObjectAfterEndMark;
+  tellUnparked(objField, lost(fateOf(objField, std::move(strValue)), strReason,
+                              inObjectList(blnBehindMark ? log_.firstUnparked() : objField)));
+  return true;
 }
 
 /// What was submitted for a field that was parked and holds another value now.
-void AnswerFates::tellParkedField(const Node& objField) {
-  const std::string strId = attributeText(objField, kId);
-  const std::string strStored = attributeText(objField, kValue);
-  if (attributeText(objField, kType) == "check" && strStored.empty()) {
-    std::string strValue = posted_->posted(toLower(strId));
-    if (isNoAnswer(strValue)) return;
-    tellUnparked(
-        objField,
-        {strId, {}, {}, std::move(strValue), reason::kBoxNotOn, inObjectList(objField), {}});
-    return;
+bool AnswerFates::tellParkedField(const Node& objField) {
+  if (attributeText(objField, kType) == "check" && attributeText(objField, kValue).empty()) {
+    std::string strValue = posted_->posted(toLower(attributeText(objField, kId)));
+    if (isNoAnswer(strValue)) return false;
+    tellUnparked(objField, lost(fateOf(objField, std::move(strValue)), reason::kBoxNotOn,
+                                inObjectList(objField)));
+    return true;
   }
   const auto hidden = hiddenFieldOf_.find(objField.identity());
-  if (hidden == hiddenFieldOf_.end()) return;
+  if (hidden == hiddenFieldOf_.end()) return false;
   std::string strValue = posted_->posted(attributeText(hidden->second, kId));
-  if (isNoAnswer(strValue) || strValue == strStored) return;
-  tellUnparked(objField, {strId,
-                          {},
-                          {},
-                          std::move(strValue),
-                          reason::kHiddenReadAnew,
-                          inHiddenFields(hidden->second),
-                          {}});
+  if (isNoAnswer(strValue) || strValue == attributeText(objField, kValue)) return false;
+  tellUnparked(objField, lost(fateOf(objField, std::move(strValue)), reason::kHiddenReadAnew,
+                              inHiddenFields(hidden->second)));
+  return true;
 }
 
 void AnswerFates::tellField(const Node& objField) {
   const bool blnCarried = isCarried(objField);
   if (!blnCarried && !stands(objField)) {
-    return tellUnparked(objField, {attributeText(objField, kId),
-                                   {},
-                                   {},
-                                   attributeText(objField, kValue),
-                                   reason::kBlankTable,
-                                   inObjectList(objField),
-                                   {}});
+    return tellUnparked(objField, lost(fateOf(objField, attributeText(objField, kValue)),
+                                       reason::kBlankTable, inObjectList(objField)));
   }
   if (!blnCarried && blnSubmit_) return;  // a run that failed did not come so far
-  if (!blnAll_ && lost_.empty() && !log_.inHand()) return;
-  AnswerFate fate{
-      attributeText(objField, kId), {}, {}, attributeText(objField, kValue), {}, {}, objField};
+  if (!needsStored()) return;
+  AnswerFate fate = fateOf(objField, attributeText(objField, kValue));
+  fate.objSource = objField;
   if (blnCarried) {
     fate.rule = carried_.at(objField.identity());
     decide(fate, lost_.find(objField));
@@ -174,34 +179,63 @@ void AnswerFates::tellField(const Node& objField) {
   add(std::move(fate));
 }
 
-void AnswerFates::tellRows(const Node& objTable) {
+/// The cells of a table, stored ones and those that were only submitted. `strReason`, where it is
+/// not empty, kept the whole table from being parked.
+void AnswerFates::tellCells(const Node& objTable, bool blnTable, std::string_view strReason) {
+  const std::size_t lngFirst = fates_.size();
+  const std::vector<PostedAnswers::Cell> posted = posted_->takeCells(objTable, strReason);
+  if (blnTable && !blnAllReached_) tellRows(objTable, posted);
+  if (posted.empty()) return;
+  for (const PostedAnswers::Cell& cell : posted) {
+    const bool blnBehindMark = strReason == reason::kObjectAfterEndMark;
+    const std::size_t lngLine = blnBehindMark ? log_.firstUnparked().lineNumber() : cell.lngLine;
+    tellUnparked(objTable, lost(fateOf(objTable, cell.strRow, cell.strColumnId, cell.objDefinition,
+                                       cell.strValue),
+                                cell.strReason, {RuleFile::objectList, lngLine}));
+  }
+  const CellOrder order(objTable, posted_->columnsOf(objTable));
+  std::ranges::stable_sort(
+      fates_.begin() + static_cast<std::ptrdiff_t>(lngFirst), fates_.end(), {},
+      [&](const AnswerFate& fate) { return order.of(fate.strRowIndex, fate.strColumnId); });
+}
+
+/// What the rows of a table hold, without the cells that say nothing beside what was submitted for
+/// them: blank ones, and those that take a value of their own.
+void AnswerFates::tellRows(const Node& objTable, const std::vector<PostedAnswers::Cell>& posted) {
   const bool blnRemoved = !stands(objTable);
-  if (!blnRemoved && blnSubmit_ && !isCarried(objTable)) return;
-  if (!blnRemoved && !blnAll_ && lost_.empty() && !log_.inHand()) return;
+  if (!blnRemoved && ((blnSubmit_ && !isCarried(objTable)) || !needsStored())) return;
+  std::set<std::pair<std::string_view, std::string_view>> told;
+  std::set<std::pair<std::string_view, std::string_view>> notRead;
+  for (const PostedAnswers::Cell& cell : posted) {
+    told.emplace(cell.strRow, cell.strColumnId);
+    if (cell.strReason == reason::kCellNotRead) notRead.emplace(cell.strRow, cell.strColumnId);
+  }
   const LostAnswers::Loss* const tableLoss = lost_.find(objTable);
   const NodeList colRows = required(objTable.getElementsByTagName(kRow));
   for (const Node& objRow : colRows) {
+    const std::string strRow = attributeText(objRow, kId);
     const NodeList colColumns = required(objRow.selectNodes(kColumn));
-    for (const Node& objColumn : colColumns) tellCell(objTable, objRow, objColumn, tableLoss);
+    for (const Node& objColumn : colColumns) {
+      const std::string strColumnId = attributeText(objColumn, kId);
+      const bool blnBlank = !told.empty() && isNoAnswer(attributeText(objColumn, kValue));
+      if (notRead.contains({strRow, strColumnId})) continue;
+      if (blnBlank && told.contains({strRow, strColumnId})) continue;
+      tellCell(objTable, objRow, objColumn, tableLoss);
+    }
   }
 }
 
 void AnswerFates::tellCell(const Node& objTable, const Node& objRow, const Node& objColumn,
                            const LostAnswers::Loss* tableLoss) {
-  AnswerFate fate{attributeText(objTable, kId),
-                  attributeText(objRow, kId),
-                  attributeText(objColumn, kId),
-                  attributeText(objColumn, kValue),
-                  {},
-                  {},
-                  objColumn};
+  AnswerFate fate = fateOf(objTable, attributeText(objRow, kId), attributeText(objColumn, kId),
+                           objColumn, attributeText(objColumn, kValue));
   if (!stands(objTable)) {
     // It went with its only row that was posted. What the library puts into a row is no answer.
-    if (isMadeByLibrary(objColumn)) return;
-    fate.strReason = reason::kBlankTable;
-    fate.rule = inObjectList(objTable);
-    return tellUnparked(objTable, std::move(fate));
+    if (hasOwnValue(objColumn)) return;
+    return tellUnparked(objTable,
+                        lost(std::move(fate), reason::kBlankTable, inObjectList(objTable)));
   }
+  fate.objSource = objColumn;
   const auto carried = carried_.find(objTable.identity());
   if (carried != carried_.end()) {
     fate.rule = carried->second;
@@ -211,7 +245,7 @@ void AnswerFates::tellCell(const Node& objTable, const Node& objRow, const Node&
   add(std::move(fate));
 }
 
-void AnswerFates::decide(AnswerFate& fate, const LostAnswers::Loss* loss) const {
+void AnswerFates::decide(AnswerFate& fate, const LostAnswers::Loss* loss) {
   if (loss) {
     fate.outcome = JournalOutcome::lost;
     fate.strReason = loss->strReason;
@@ -229,12 +263,49 @@ void AnswerFates::decide(AnswerFate& fate, const LostAnswers::Loss* loss) const 
   }
   // Nothing was said about it, so the mapping left it out, unless the run ended with it.
   const Node& objInHand = log_.inHand();
+  if (!objInHand) {
+    if (const Node objEntry = missedBy(fate.objSource)) {
+      fate = lost(std::move(fate), reason::kOtherNotSent,
+                  {RuleFile::objectMapper, objEntry.lineNumber()});
+    }
+    return;
+  }
   const bool blnInHand =
-      objInHand && (objInHand.identity() == fate.objSource.identity() ||
-                    fate.objSource.parentNode().parentNode().identity() == objInHand.identity());
+      objInHand.identity() == fate.objSource.identity() ||
+      fate.objSource.parentNode().parentNode().identity() == objInHand.identity();
   if (!blnInHand) return;
   fate.outcome = JournalOutcome::lost;
   fate.strReason = reason::kRunFailed;
+}
+
+Node AnswerFates::missedBy(const Node& objField) {
+  if (!leftOut_.contains(objField.identity())) return {};
+  for (const Node& objEntry : mapping_.takersOf(attributeText(objField, kId))) {
+    if (!isLeftOutOnPurpose(objEntry)) return objEntry;
+  }
+  return {};
+}
+
+/// Whether an entry would have been carried out, had the mapping not left it out for another
+/// answer or because its element was there.
+bool AnswerFates::isLeftOutOnPurpose(const Node& objEntry) {
+  if (!byEntry_) {
+    byEntry_.emplace();
+    for (const Node& objObject : *log_.objects()) {
+      const std::string strGroup = attributeText(objObject, "group");
+      (*byEntry_)[toLower(attributeText(objObject, kId))].push_back(objObject);
+      if (!strGroup.empty()) (*byEntry_)["group " + strGroup].push_back(objObject);
+    }
+  }
+  const bool blnGroup = attributeText(objEntry, kType) == "group";
+  const auto found = byEntry_->find((blnGroup ? "group " : "") + attributeText(objEntry, kId));
+  if (found == byEntry_->end()) return false;
+  const Node objNode = objEntry.selectSingleNode("node");
+  const bool blnAnyway = objNode && !attributeText(objNode, "item").empty();
+  return std::ranges::any_of(found->second, [&](const Node& objObject) {
+    return (blnAnyway || !isNoAnswer(attributeText(objObject, kValue))) &&
+           !written_.contains(objObject.identity()) && !lost_.find(objObject);
+  });
 }
 
 void AnswerFates::tellHiddenFields() {
@@ -245,8 +316,10 @@ void AnswerFates::tellHiddenFields() {
   for (const AnswerLog::HiddenValue& hidden : log_.hiddenValues()) {
     const Node& objHidden = hidden.objHiddenField;
     if (objects.contains(objHidden.identity())) continue;
-    AnswerFate fate{attributeText(objHidden, "output"), {}, {}, hidden.strValue, {},
-                    inHiddenFields(objHidden),          {}};
+    AnswerFate fate;
+    fate.strQuestionId = attributeText(objHidden, "output");
+    fate.strValue = hidden.strValue;
+    fate.rule = inHiddenFields(objHidden);
     // Without an id it repeats the value of the one before it.
     if (blnSubmit_ && !saysNo(attributeText(objHidden, "toschema")) &&
         !attributeText(objHidden, kId).empty()) {
@@ -260,7 +333,10 @@ void AnswerFates::tellHiddenFields() {
 
 void AnswerFates::tellUnread() {
   for (const auto& [strName, strValue] : posted_->unread()) {
-    add({strName, {}, {}, strValue, reason::kUnknownQuestion, {}, {}, JournalOutcome::lost});
+    AnswerFate fate;
+    fate.strQuestionId = strName;
+    fate.strValue = strValue;
+    add(lost(std::move(fate), reason::kUnknownQuestion, {}));
   }
 }
 

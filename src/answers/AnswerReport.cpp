@@ -71,14 +71,17 @@ void reportAnswers(const AnswerLog& log, const Session& session, const RuleFiles
     if (fate.outcome != JournalOutcome::lost) continue;
     report.losses.push_back({fate.strQuestionId, fate.strRowIndex, fate.strColumnId, fate.strValue,
                              std::string(fate.strReason), fileOf(files, fate.rule.file),
-                             fate.rule.lngLine});
+                             fate.rule.lngLine, fate.strQuestionText, fate.strColumnText});
   }
   if (!log.hasJournal()) return;
   const Places places(log);
   for (const AnswerFate& fate : answers.fates()) {
+    const bool blnLeftOut = fate.outcome == JournalOutcome::leftOut;
     report.journal.push_back({fate.strQuestionId, fate.strRowIndex, fate.strColumnId, fate.strValue,
-                              fate.outcome, places.of(fate.objSource),
-                              fileOf(files, fate.rule.file), fate.rule.lngLine});
+                              fate.outcome,
+                              blnLeftOut ? std::vector<std::string>() : places.of(fate.objSource),
+                              fileOf(files, fate.rule.file), fate.rule.lngLine,
+                              fate.strQuestionText, fate.strColumnText});
   }
 }
 

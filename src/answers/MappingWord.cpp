@@ -59,4 +59,29 @@ Node MappingWord::leavesOut(const Node& objObject) {
   return blnTable && blnPlace ? Node() : objEntry;
 }
 
+const std::vector<Node>& MappingWord::takersOf(const std::string& strObjectId) {
+  static const std::vector<Node> kNone;
+  if (!blnTakersRead_) readTakers();
+  const auto found = takers_.find(strObjectId);
+  return found == takers_.end() ? kNone : found->second;
+}
+
+void MappingWord::readTakers() {
+  blnTakersRead_ = true;
+  if (!objMapper_) return;
+  const auto add = [&](const std::string& strObjectId, const Node& objEntry) {
+    if (isBlank(strObjectId) || saysNo(attributeText(objEntry, "toschema"))) return;
+    takers_[strObjectId].push_back(objEntry);
+  };
+  const NodeList colNodes = required(objMapper_.selectNodes("//message/messageitem/node"));
+  for (const Node& objNode : colNodes) add(attributeText(objNode, "item"), objNode.parentNode());
+  const NodeList colParameters =
+      required(objMapper_.selectNodes("//message/messageitem/action/parameter"));
+  for (const Node& objParameter : colParameters) {
+    const Node objEntry = objParameter.parentNode().parentNode();
+    add(attributeText(objParameter, "item"), objEntry);
+    add(attributeText(objParameter, "messageitem"), objEntry);
+  }
+}
+
 }  // namespace Varnel_Tolv_XML_Creation

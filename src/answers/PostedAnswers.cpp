@@ -1,11 +1,9 @@
 #include "answers/PostedAnswers.h"
 
-#include <algorithm>
 #include <charconv>
 #include <cstdint>
 #include <optional>
 #include <set>
-#include <tuple>
 #include <utility>
 
 #include "config/AnswerReasons.h"
@@ -18,21 +16,6 @@ namespace {
 // What a page sends beside its answers.
 constexpr std::string_view kLabelSuffix = "_hiddenName";
 constexpr std::string_view kRowCountSuffix = "_rowCount";
-
-/// The number of a row in the name of a cell, written as the library writes it.
-std::optional<std::int64_t> rowNumber(std::string_view strRow) {
-  std::int64_t lngRow = 0;
-  const char* const end = strRow.data() + strRow.size();
-  const auto [last, problem] = std::from_chars(strRow.data(), end, lngRow);
-  if (problem != std::errc() || last != end || lngRow < 1 || strRow.front() == '0') return {};
-  return lngRow;
-}
-
-/// Whether the cell takes a value that nobody submits.
-bool hasOwnValue(const Node& objColumn) {
-  return attributeText(objColumn, "calculate") == "true" ||
-         !attributeText(objColumn, "autovalue").empty();
-}
 
 /// The values of the cells of a parked table, by row and column.
 std::map<std::pair<std::string, std::string>, std::string> storedCells(const Node& objTable) {
@@ -52,6 +35,19 @@ std::map<std::pair<std::string, std::string>, std::string> storedCells(const Nod
 
 bool isNoAnswer(std::string_view strText) {
   return strText.find_first_not_of(" \t\r\n") == std::string_view::npos;
+}
+
+std::optional<std::int64_t> rowNumber(std::string_view strRow) {
+  std::int64_t lngRow = 0;
+  const char* const end = strRow.data() + strRow.size();
+  const auto [last, problem] = std::from_chars(strRow.data(), end, lngRow);
+  if (problem != std::errc() || last != end || lngRow < 1 || strRow.front() == '0') return {};
+  return lngRow;
+}
+
+bool hasOwnValue(const Node& objColumn) {
+  return attributeText(objColumn, "calculate") == "true" ||
+         !attributeText(objColumn, "autovalue").empty();
 }
 
 PostedAnswers::PostedAnswers(const AnswerLog& log, const Request& request)
@@ -84,20 +80,22 @@ std::vector<PostedAnswers::Cell> PostedAnswers::takeCells(const Node& objTable,
   const auto found = tables_.find(objTable.identity());
   const AnswerLog::Table* const table = found == tables_.end() ? nullptr : found->second;
   if (table || !strReason.empty()) takeUnreadCells(objTable, table, strReason, cells);
-  std::stable_sort(cells.begin(), cells.end(), [](const Cell& left, const Cell& right) {
-    return std::tuple(left.strRow.size(), left.strRow) <
-           std::tuple(right.strRow.size(), right.strRow);
-  });
   return cells;
+}
+
+const NodeList* PostedAnswers::columnsOf(const Node& objTable) const {
+  const auto found = tables_.find(objTable.identity());
+  return found == tables_.end() ? nullptr : &found->second->colDefinitions;
 }
 
 void PostedAnswers::takeUnreadCells(const Node& objTable, const AnswerLog::Table* table,
                                     std::string_view strReason, std::vector<Cell>& cells) {
   Definitions definitions;
-  if (table) {
-    for (const Node& objColumn : table->colDefinitions) {
-      definitions.try_emplace(attributeText(objColumn, kId), objColumn);
-    }
+  // Those of a table that was not parked stand in it still.
+  const NodeList colDefinitions =
+      table ? table->colDefinitions : required(objTable.selectNodes(kColumn));
+  for (const Node& objColumn : colDefinitions) {
+    definitions.try_emplace(attributeText(objColumn, kId), objColumn);
   }
   std::optional<std::map<std::pair<std::string, std::string>, std::string>> stored;
   const std::string strPrefix = attributeText(objTable, kId) + "___";
@@ -110,9 +108,14 @@ void PostedAnswers::takeUnreadCells(const Node& objTable, const AnswerLog::Table
     const std::optional<std::int64_t> lngRow = rowNumber(strName.substr(lngMark + 1));
     if (!lngRow) continue;
     Cell cell{strName.substr(strPrefix.size(), lngMark - strPrefix.size()),
-              strName.substr(lngMark + 1), current->second, strReason, objTable.lineNumber()};
+              strName.substr(lngMark + 1),
+              current->second,
+              strReason,
+              objTable.lineNumber(),
+              {}};
+    const auto definition = definitions.find(cell.strColumnId);
+    if (definition != definitions.end()) cell.objDefinition = definition->second;
     if (strReason.empty()) {
-      const auto definition = definitions.find(cell.strColumnId);
       if (*lngRow > table->lngRowCount) {
         cell.strReason = reason::kRowBeyondCount;
       } else if (definitions.empty()) {
@@ -147,8 +150,10 @@ void PostedAnswers::addUnused(const AnswerLog::Table& table, const Definitions& 
     const std::string strName = strPrefix + strColumnId + "_" + strRow;
     std::string strValue = request_.formItem(strName);
     if (isNoAnswer(strValue) || !told.insert(strName).second) return;
-    cells.push_back(
-        {strColumnId, strRow, std::move(strValue), unused.strReason, table.objTable.lineNumber()});
+    const auto definition = definitions.find(strColumnId);
+    cells.push_back({strColumnId, strRow, std::move(strValue), unused.strReason,
+                     table.objTable.lineNumber(),
+                     definition == definitions.end() ? Node() : definition->second});
   };
   // What a cell of its own reads is stored there.
   const auto hasCell = [&](const std::string& strColumnId) {

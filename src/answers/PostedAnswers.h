@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,6 +16,12 @@ namespace Varnel_Tolv_XML_Creation {
 /// Whether a text is nothing but white space: no answer.
 bool isNoAnswer(std::string_view strText);
 
+/// Whether the cells of a column take a value that nobody submits: computed or fixed.
+bool hasOwnValue(const Node& objColumn);
+
+/// The number of a row by its id, as the library writes it; none for any other text.
+std::optional<std::int64_t> rowNumber(std::string_view strRow);
+
 /// The submitted answers that nothing read, or that were read for nothing.
 class PostedAnswers {
  public:
@@ -24,6 +32,7 @@ class PostedAnswers {
     std::string strValue;
     std::string_view strReason;
     std::size_t lngLine = 0;  // in the object list
+    Node objDefinition;       // of its column; Nothing where the table has none
   };
 
   PostedAnswers(const AnswerLog& log, const Request& request);
@@ -34,9 +43,13 @@ class PostedAnswers {
   /// What was submitted under this name and never read, which is then told; else empty.
   std::string takeUnread(const std::string& strName);
 
-  /// The answers to cells of a table that are not stored, by row and column. `strReason`, where it
-  /// is not empty, keeps the whole table from being parked.
+  /// The answers to cells of a table that are not stored, in any order. `strReason`, where it is
+  /// not empty, keeps the whole table from being parked.
   std::vector<Cell> takeCells(const Node& objTable, std::string_view strReason);
+
+  /// The definitions of a table's columns as they were when its rows were made; none for one that
+  /// was not parked.
+  const NodeList* columnsOf(const Node& objTable) const;
 
   /// What is left of the unread answers: names that no object of the form has.
   const std::map<std::string, std::string>& unread() const noexcept { return unread_; }

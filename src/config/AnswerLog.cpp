@@ -67,6 +67,10 @@ void AnswerLog::lose(std::string_view strReason, const Node& objRule, std::strin
   losses_.push_back({objInHand_, strReason, rule, std::string(strPart)});
 }
 
+void AnswerLog::loseByObjectList(std::string_view strReason) {
+  losses_.push_back({objInHand_, strReason, ruleAt(RuleFile::objectList, objInHand_), {}});
+}
+
 void AnswerLog::loseCell(const Node& objColumn, std::string_view strReason,
                          const Node& objSchemaType) {
   if (attributeText(objColumn, kValue).empty()) return;

@@ -130,6 +130,10 @@ class AnswerLog {
   /// The object in hand, or all its cells, do not reach the message. A rule that is Nothing: the
   /// entry.
   void lose(std::string_view strReason, const Node& objRule = {}, std::string_view strPart = {});
+  /// The same for what the object list says of the object in hand.
+  void loseByObjectList(std::string_view strReason);
+  /// The entry says that the object in hand is not sent, which has an answer.
+  void leaveOut() { leftOut_.push_back(objInHand_); }
   void loseCell(const Node& objColumn, std::string_view strReason, const Node& objSchemaType);
   /// `strText` is about to be written to an element, as the answer of the source.
   void write(const Node& objTarget, std::string_view strText);
@@ -166,6 +170,7 @@ class AnswerLog {
   const Node& inHand() const noexcept { return objInHand_; }
   const std::vector<Write>& writes() const noexcept { return writes_; }
   const std::vector<Loss>& losses() const noexcept { return losses_; }
+  const std::vector<Node>& leftOut() const noexcept { return leftOut_; }
   const Document& mapper() const noexcept { return objObjectMapper_; }
   const Document& schemaTypes() const noexcept { return objSchemaTypes_; }
   const Document& message() const noexcept { return objSendXML_; }
@@ -206,6 +211,7 @@ class AnswerLog {
   std::vector<Carried> carried_;
   std::vector<Write> writes_;
   std::vector<Loss> losses_;
+  std::vector<Node> leftOut_;
   // The number, from 1, of the newest of the first `lngIndexed_` writes to an element.
   std::pmr::unordered_map<const void*, std::size_t> newestTo_{&memory_};
   std::size_t lngIndexed_ = 0;

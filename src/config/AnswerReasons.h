@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-// The reasons for which answers are lost, as the report names them. docs/report.md gives each its
+// The reasons for which answers are lost, as the report names them. docs/losses.md gives each its
 // cause and cure.
 
 namespace Varnel_Tolv_XML_Creation::reason {
@@ -28,6 +28,7 @@ inline constexpr std::string_view kMisnamedHiddenField = "misnamed-hidden-field"
 // Of the object mapper and the schema types.
 inline constexpr std::string_view kNoMapping = "no-mapping";
 inline constexpr std::string_view kWordNotTrue = "word-not-true";
+inline constexpr std::string_view kOtherNotSent = "other-not-sent";
 inline constexpr std::string_view kItemNotFound = "item-not-found";
 inline constexpr std::string_view kValueNotUsed = "value-not-used";
 inline constexpr std::string_view kLineWithoutSlot = "line-without-slot";

@@ -78,7 +78,7 @@ Acknowledge BuildSendXML(const Session& session, const Document& objParkXML,
         objAck = ProcessProtocolTable(session, objSendXML, prtobjct, objObjectMapper,
                                       objSchemaTypeMapper);
       } else if (session.answers) {
-        session.answers->lose(reason::kUnknownObjectType);
+        session.answers->loseByObjectList(reason::kUnknownObjectType);
       }
       if (!objAck.Success()) return objAck;
     }

@@ -95,7 +95,10 @@ Acknowledge FieldPlacement::readMapping() {
 }
 
 bool FieldPlacement::isSent() const {
-  if (!toBoolean(info_.strToSchema)) return false;
+  if (!toBoolean(info_.strToSchema)) {
+    if (session_.answers && !isBlank(strValue_)) session_.answers->leaveOut();
+    return false;
+  }
 
   bool blnOtherEmpty = true;
   if (!info_.strAbsent.empty()) {

@@ -80,6 +80,8 @@ struct AnswerLoss {
   std::string file;      // the configuration file that decides, as its path was given; empty: the
                          // object list, which was handed in as a document
   std::size_t line = 0;  // in that file, from 1; 0 when there is no place
+  std::string questionText = {};  // the labels of the object list, or empty
+  std::string columnText = {};
 };
 
 enum class JournalOutcome : std::uint8_t { written, leftOut, lost };
@@ -94,9 +96,11 @@ struct JournalEntry {
   std::string columnId;
   std::string value;
   JournalOutcome outcome = JournalOutcome::written;
-  std::vector<std::string> places;  // in the message, as SchemaViolation::path
+  std::vector<std::string> places;  // of an answer that stands in the message, be it in part
   std::string file;                 // the rule that decided, as in AnswerLoss
   std::size_t line = 0;
+  std::string questionText = {};  // as in AnswerLoss
+  std::string columnText = {};
 };
 
 struct RunReport {

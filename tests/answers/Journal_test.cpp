@@ -100,6 +100,82 @@ TEST(Journal, TellsOfEachCellInItsRow) {
   EXPECT_TRUE(Succeeded(story.objAck));
 }
 
+TEST(Journal, HasOneEntryForEachAnswer) {
+  const std::string strTicked = question("q", "type='check'");
+  const std::string strComputed = grid(
+      "<column id='c'/><column id='n' calculate='true' datatype='date' timedimabbr='d' "
+      "firstcolumn='a' secondcolumn='b'/><column id='timedimension'/>");
+  const std::string strFixed = grid("<column id='c'/><column id='d' autovalue='k'/>");
+  const struct {
+    const char* says;
+    std::string objects;
+    const char *hidden, *form, *journal;
+  } cases[] = {
+      {"a box that does not say on", strTicked, "", "q=yes", "q|||yes|lost||:2\n"},
+      {"a box that does", strTicked, "", "q=on", "q|||true|written|/m:r[1]/m:q[1] |mapper.xml:2\n"},
+      {"a box that is not ticked", strTicked, "", "", "q||||left-out||mapper.xml:2\n"},
+      {"a computed cell for which another value was submitted", strComputed, "",
+       "t_rowCount=1&t___c_1=x&t___a_1=2012-01-01&t___b_1=2012-01-31&t___n_1=31",
+       "t|1|c|x|written|/m:r[1]/row[1]/m:c[1] |mapper.xml:5\n"
+       "t|1|n|31|lost||:2\n"
+       "t|1|timedimension||left-out||mapper.xml:5\n"},
+      {"the unit of a duration that was not computed", strComputed, "",
+       "t_rowCount=1&t___c_1=x&t___timedimension_1=days",
+       "t|1|c|x|written|/m:r[1]/row[1]/m:c[1] |mapper.xml:5\n"
+       "t|1|n||left-out||mapper.xml:5\n"
+       "t|1|timedimension|days|lost||:2\n"},
+      {"a fixed cell for which another value was submitted", strFixed, "",
+       "t_rowCount=1&t___c_1=x&t___d_1=y",
+       "t|1|c|x|written|/m:r[1]/row[1]/m:c[1] |mapper.xml:5\nt|1|d|y|lost||:2\n"},
+      {"an object behind the end mark", question("r") + "<prtobjct id='mark'/>" + question("q"), "",
+       "q=1", "r||||left-out||mapper.xml:3\nq|||1|lost||:2\n"},
+      {"a hidden field that is read under another name", question("r"),
+       "<hiddenfield id='a' output='q' toschema='true'/>", "a=1",
+       "r||||left-out||mapper.xml:3\nq|||1|lost||hidden.xml:1\n"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    AnswerStory story;
+    story.strObjects = c.objects;
+    story.strHidden = c.hidden;
+    story.strForm = c.form;
+    EXPECT_EQ(story.journal(), c.journal);
+    EXPECT_TRUE(Succeeded(story.objAck));
+  }
+}
+
+TEST(Journal, GivesNoPlaceToWhatIsLeftOut) {
+  // The blank answer's element stays, as the reference XML wants it.
+  AnswerStory story;
+  story.deployment.file("reference.xml", "<r><q mandatory='true'/></r>");
+  story.strObjects = question("q") + question("s");
+  story.strEntries =
+      "<messageitem id='q' toschema='true'><parentxpath>/m:r</parentxpath><node item='s'>m:q</node>"
+      "</messageitem>\n<messageitem id='s' toschema='false'/>";
+  story.strForm = "q=&s=";
+  EXPECT_EQ(story.journal(), "q||||left-out||mapper.xml:2\ns||||left-out||mapper.xml:3\n");
+}
+
+TEST(Journal, HasTheLabelsOfTheObjectList) {
+  AnswerStory story;
+  story.strObjects =
+      question("q", "type='text' letterlabel='Your name'") +
+      "<prtobjct id='t' objecttype='table' type='dynatable' dynamic='false' tablelabel='Rows'>"
+      "<column id='c' columnlabel='Colour'/></prtobjct>";
+  story.strForm = "q=1&t_rowCount=1&t___c_1=a&t___c_2=b&t___x_2=c&z=d";
+  story.journal();
+  std::string strLabels;
+  for (const JournalEntry& entry : story.report.journal) {
+    strLabels += entry.value + ": " + entry.questionText + '|' + entry.columnText + '\n';
+  }
+  EXPECT_EQ(strLabels, "1: Your name|\na: Rows|Colour\nb: Rows|Colour\nc: Rows|\nd: |\n");
+  std::string strLost;
+  for (const AnswerLoss& loss : story.report.losses) {
+    strLost += loss.value + ": " + loss.questionText + '|' + loss.columnText + '\n';
+  }
+  EXPECT_EQ(strLost, "b: Rows|Colour\nc: Rows|\nd: |\n");
+}
+
 TEST(Journal, TellsOfTheTextOfARow) {
   AnswerStory story;
   story.strObjects = grid("<column id='c' columnlabel='C'/><column id='d' columnlabel='D'/>");

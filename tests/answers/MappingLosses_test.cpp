@@ -85,6 +85,57 @@ TEST(MappingLosses, TellWhereAnotherObjectTakesTheAnswersPlace) {
   }
 }
 
+TEST(MappingLosses, TellWhichAnswersTheEntryOfAnotherLeftBehind) {
+  const std::string strNode = "<parentxpath>/m:r</parentxpath><node item='s'>m:q</node>";
+  const std::string strPair =
+      "<action id='x'><parameter id='v' formvalue='true'/><parameter id='w' messageitem='s'/>"
+      "</action>";
+  const struct {
+    const char* says;
+    std::string objects, entry;
+    const char *form, *losses;
+  } cases[] = {
+      {"it took the answer along", question("q") + question("s"), byAction(strPair), "q=1&s=2", ""},
+      {"it was not answered itself", question("q") + question("s"), byAction(strPair), "s=2",
+       "s|||2|other-not-sent|mapper.xml:2\n"},
+      {"there was nothing to take along", question("q") + question("s"), byAction(strPair),
+       "s=", ""},
+      {"it is not in the form", question("s"), byAction(strPair), "s=2",
+       "s|||2|other-not-sent|mapper.xml:2\n"},
+      {"its type has no place for the answer", question("q") + question("s"),
+       byAction("<action id='one'><parameter id='v' formvalue='true'/>"
+                "<parameter id='w' messageitem='s'/></action>"),
+       "q=1&s=2", "s|||2|other-not-sent|mapper.xml:2\n"},
+      {"it is not sent either", question("q") + question("s"),
+       entryOf("toschema='false'", kPlace + strPair), "s=2", ""},
+      {"it is left out for another answer, on purpose",
+       question("q") + question("r") + question("s"),
+       entryOf("toschema='true' absent='r'", kPlace + strPair), "q=1&r=3&s=2", ""},
+      {"the item of a node goes with a blank answer too", question("q") + question("s"),
+       entryOf("toschema='true'", strNode), "s=2", ""},
+      {"the item of a node that is not in the form", question("s"),
+       entryOf("toschema='true'", strNode), "s=2", "s|||2|other-not-sent|mapper.xml:2\n"},
+      {"a text of two values that was not made", question("q") + question("s"),
+       byAction("<action id='addinfotonode'><parameter formvalue='true'/><parameter item='s'/>"
+                "</action>"),
+       "s=2", "s|||2|other-not-sent|mapper.xml:2\n"},
+      {"an answer that was not even parked", question("q") + question("s", "type='check'"),
+       byAction(strPair), "q=1&s=yes", "s|||yes|box-not-on|:2\n"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    AnswerStory story;
+    story.strObjects = c.objects;
+    story.strEntries = c.entry + "\n<messageitem id='s' toschema='false'/>" + kOther;
+    story.strTypes =
+        "<schematype id='x'><m:v><value id='v'/></m:v><m:w><value id='w'/></m:w></schematype>"
+        "<schematype id='one'><m:v><value id='v'/></m:v></schematype>";
+    story.strForm = c.form;
+    EXPECT_EQ(story.losses(), c.losses);
+    EXPECT_TRUE(Succeeded(story.objAck));
+  }
+}
+
 TEST(MappingLosses, TellWhatAComplexTypeDoesNotTake) {
   const struct {
     const char* says;

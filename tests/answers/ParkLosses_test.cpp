@@ -34,7 +34,10 @@ TEST(ParkLosses, TellWhatTheObjectListLeavesUnparked) {
        "t|1|c|x|unknown-object-type|:2\n"},
       {"a capital is parked, but not carried over",
        "<prtobjct id='q' objecttype='Field' dynamic='false'/>", "q=1",
-       "q|||1|unknown-object-type|mapper.xml:0\n"},
+       "q|||1|unknown-object-type|:2\n"},
+      {"a table with a capital, with its own line",
+       question("r") + "\n" + grid("<column id='c'/>", "Table"), "t_rowCount=1&t___c_1=x",
+       "t|1|c|x|unknown-object-type|:3\n"},
 
       {"a ticked box that does not say on", question("q", "type='check'"), "q=yes",
        "q|||yes|box-not-on|:2\n"},

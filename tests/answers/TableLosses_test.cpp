@@ -24,6 +24,10 @@ TEST(TableLosses, TellOfCellsThatAreNotStored) {
       {"rows in the order of their numbers", "<column id='c'/><column id='d'/>",
        "t_rowCount=0&t___d_2=x&t___c_2=y&t___c_10=z",
        "t|2|c|y|row-beyond-count|:2\nt|2|d|x|row-beyond-count|:2\nt|10|c|z|row-beyond-count|:2\n"},
+      {"cells in the order of the columns, unknown ones last", "<column id='d'/><column id='c'/>",
+       "t_rowCount=0&t___a_1=w&t___c_1=x&t___d_1=y&t___c_10=z&t___d_10=v",
+       "t|1|d|y|row-beyond-count|:2\nt|1|c|x|row-beyond-count|:2\nt|1|a|w|row-beyond-count|:2\n"
+       "t|10|d|v|row-beyond-count|:2\nt|10|c|z|row-beyond-count|:2\n"},
       {"all rows within it", "<column id='c'/><column id='d'/>", "t_rowCount=2&t___c_1=a&t___c_2=b",
        ""},
       {"a blank one beyond it", "<column id='c'/><column id='d'/>",
@@ -86,6 +90,22 @@ TEST(TableLosses, TellOfAnswersToComputedCells) {
     EXPECT_EQ(story.losses(), c.losses);
     EXPECT_TRUE(Succeeded(story.objAck));
   }
+}
+
+TEST(TableLosses, ComeInTheOrderOfRowsAndColumnsWhateverLostThem) {
+  AnswerStory story;
+  story.strObjects = grid("<column id='e'/>" + std::string(kDuration) + "<column id='d'/>");
+  story.strTypes = kDurationTypes;  // no place for d and e
+  story.strForm =
+      "t_rowCount=3&t___e_1=u&t___c_1=x&t___d_1=y&t___a_2=2012-01-01&t___b_2=2012-01-31"
+      "&t___c_3=x&t___a_3=soon&t___d_3=z";
+  EXPECT_EQ(story.losses(),
+            "t|1|e|u|cell-without-place|types.xml:2\n"
+            "t|1|d|y|cell-without-place|types.xml:2\n"
+            "t|2|a|2012-01-01|blank-row|:2\n"
+            "t|2|b|2012-01-31|blank-row|:2\n"
+            "t|3|a|soon|operand-without-result|:2\n"
+            "t|3|d|z|cell-without-place|types.xml:2\n");
 }
 
 TEST(TableLosses, TellOfAGridThatGoesWithItsOnlyRow) {

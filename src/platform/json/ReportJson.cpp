@@ -55,7 +55,9 @@ class Writer {
             {"value", loss.value},
             {"reason", loss.reason},
             {"file", relative(loss.file)},
-            {"line", loss.line}};
+            {"line", loss.line},
+            {"questionText", loss.questionText},
+            {"columnText", loss.columnText}};
   }
 
   Json toJson(const JournalEntry& entry) const {
@@ -65,7 +67,9 @@ class Writer {
             {"value", entry.value},
             {"outcome", journalOutcomeName(entry.outcome)},
             {"places", entry.places},
-            {"rule", {{"file", relative(entry.file)}, {"line", entry.line}}}};
+            {"rule", {{"file", relative(entry.file)}, {"line", entry.line}}},
+            {"questionText", entry.questionText},
+            {"columnText", entry.columnText}};
   }
 
   std::string strDirectory_;

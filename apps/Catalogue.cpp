@@ -62,15 +62,17 @@ std::string Catalogue::filled(const std::string& strKey, const Values& values) c
   return filledText(texts_.at(strKey), values);
 }
 
-/// Begins with a capital, as far as the text's own first letter is an ASCII one.
+/// Begins with a capital, as far as the first letter is the catalogue's own and an ASCII one.
 std::string Catalogue::filledAtPlace(const std::string& strKey, const Values& values) const {
   constexpr std::string_view kPlace = "{place}: ";
   std::string_view strText = texts_.at(strKey);
   if (!strText.starts_with(kPlace)) return filledText(strText, values);
   strText.remove_prefix(kPlace.size());
   std::string strFilled = filledText(strText, values);
-  const bool blnOwn = strText.front() >= 'a' && strText.front() <= 'z';
-  if (blnOwn) strFilled.front() = static_cast<char>(strFilled.front() - 'a' + 'A');
+  const bool blnOwn = strText.front() != '{' || strText.starts_with("{reason}");
+  if (blnOwn && strFilled.front() >= 'a' && strFilled.front() <= 'z') {
+    strFilled.front() = static_cast<char>(strFilled.front() - 'a' + 'A');
+  }
   return strFilled;
 }
 
@@ -122,11 +124,6 @@ std::string Catalogue::keyOf(const SchemaViolation& violation) const {
   }
 }
 
-std::string Catalogue::keyOf(const AnswerLoss& loss) const {
-  const std::string strKey = "loss." + loss.reason;
-  return knows(strKey) ? strKey : "loss";
-}
-
 Catalogue::Values Catalogue::valuesOf(const SchemaViolation& violation) const {
   const auto either = [](const std::string& strText, const std::string& strElse) {
     return strText.empty() ? strElse : strText;
@@ -144,12 +141,21 @@ Catalogue::Values Catalogue::valuesOf(const SchemaViolation& violation) const {
   return values;
 }
 
+std::string Catalogue::reason(const AnswerLoss& loss) const {
+  const std::string strKey = "loss." + loss.reason;
+  return knows(strKey) ? filled(strKey, {}) : loss.reason;
+}
+
 Catalogue::Values Catalogue::valuesOf(const AnswerLoss& loss) const {
-  Values values{{"question", loss.questionId},
+  // Those who run the deployment look for the id.
+  const auto named = [](const std::string& strId, const std::string& strLabel) {
+    return strLabel.empty() ? strId : strLabel + " (" + strId + ')';
+  };
+  Values values{{"question", named(loss.questionId, loss.questionText)},
                 {"row", loss.rowIndex},
-                {"column", loss.columnId},
-                {"value", loss.value},
-                {"element", ""}};
+                {"column", named(loss.columnId, loss.columnText)},
+                {"element", ""},
+                {"reason", reason(loss)}};
   values.emplace("place", place(values));
   return values;
 }
@@ -158,16 +164,14 @@ std::string Catalogue::text(const SchemaViolation& violation) const {
   return filled(keyOf(violation), valuesOf(violation));
 }
 
-std::string Catalogue::text(const AnswerLoss& loss) const {
-  return filled(keyOf(loss), valuesOf(loss));
-}
+std::string Catalogue::text(const AnswerLoss& loss) const { return filled("loss", valuesOf(loss)); }
 
 std::string Catalogue::textAtPlace(const SchemaViolation& violation) const {
   return filledAtPlace(keyOf(violation), valuesOf(violation));
 }
 
 std::string Catalogue::textAtPlace(const AnswerLoss& loss) const {
-  return filledAtPlace(keyOf(loss), valuesOf(loss));
+  return filledAtPlace("loss", valuesOf(loss));
 }
 
 std::string Catalogue::text(const RunReport& report) const {

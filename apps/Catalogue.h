@@ -26,6 +26,9 @@ class Catalogue {
   std::string textAtPlace(const Varnel_Tolv_XML_Creation::SchemaViolation& violation) const;
   std::string textAtPlace(const Varnel_Tolv_XML_Creation::AnswerLoss& loss) const;
 
+  /// Why an answer was lost, without where; the code of a reason that has no text.
+  std::string reason(const Varnel_Tolv_XML_Creation::AnswerLoss& loss) const;
+
   /// The verdict of a run.
   std::string text(const Varnel_Tolv_XML_Creation::RunReport& report) const;
 
@@ -45,7 +48,6 @@ class Catalogue {
   template <class Names>
   std::string listed(const Names& names) const;
   std::string keyOf(const Varnel_Tolv_XML_Creation::SchemaViolation& violation) const;
-  std::string keyOf(const Varnel_Tolv_XML_Creation::AnswerLoss& loss) const;
   Values valuesOf(const Varnel_Tolv_XML_Creation::SchemaViolation& violation) const;
   Values valuesOf(const Varnel_Tolv_XML_Creation::AnswerLoss& loss) const;
 

@@ -1,6 +1,5 @@
 #include "ExplainText.h"
 
-#include "LossWords.h"
 #include "TerminalText.h"
 
 using namespace Varnel_Tolv_XML_Creation;
@@ -20,7 +19,7 @@ void addAnswer(const ExplainedAnswer& answer, std::string& strText) {
   strText += "    ";
   strText += journalOutcomeName(answer.outcome);
   if (answer.outcome == JournalOutcome::lost) {
-    strText.append(": ").append(lossWords(answer.strReason)).append(" [");
+    strText.append(": ").append(oneLine(answer.strWhy)).append(" [");
     strText.append(answer.strReason).append("]");
   }
   strText += '\n';

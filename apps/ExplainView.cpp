@@ -2,7 +2,6 @@
 
 #include <filesystem>
 
-#include "LossWords.h"
 #include "XmlCharacters.h"
 
 using namespace Varnel_Tolv_XML_Creation;
@@ -17,7 +16,7 @@ void addAnswer(const ExplainedAnswer& answer, const ViewElement& list) {
       .set("column", withXmlCharacters(answer.strColumnId))
       .set("outcome", journalOutcomeName(answer.outcome))
       .set("reason", answer.strReason)
-      .set("why", lossWords(answer.strReason))
+      .set("why", withXmlCharacters(answer.strWhy))
       .set("rule", withXmlCharacters(answer.strRule));
   item.add("value", withXmlCharacters(answer.strValue));
   for (const std::string& strPlace : answer.places) {

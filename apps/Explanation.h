@@ -18,6 +18,7 @@ struct ExplainedAnswer {
   std::string strValue;
   Varnel_Tolv_XML_Creation::JournalOutcome outcome{};
   std::string strReason;  // of a lost one: its code
+  std::string strWhy;     // and the same in words
   std::vector<std::string> places;
   std::string strRule;  // "object-mapper.xml:12"; empty where no place decides
 };

@@ -167,6 +167,47 @@ TEST_F(CatalogueOfARun, WordsWhatIsWrong) {
   }
 }
 
+TEST_F(CatalogueOfARun, WordsALossWithLabelAndId) {
+  write("objects.xml",
+        "<prtobjcts><prtobjct id='name' objecttype='field' type='text' dynamic='false'/>"
+        "<prtobjct id='t' objecttype='table' type='dynatable' dynamic='false' tablelabel='Rows'>"
+        "<column id='a' columnlabel='Colour'/></prtobjct><hdnflds/></prtobjcts>");
+  write("mapper.xml",
+        "<message><messageitem id='name' toschema='True'/>"
+        "<messageitem id='t' type='dynatable' toschema='false'/></message>");
+  write("answers.form",
+        "name=Ada&name_hiddenName=Your+name&t_rowCount=1&t___a_2=red&t___b_1=x&shoe=42");
+  const struct {
+    const char* language;
+    std::vector<std::string> texts;
+  } cases[] = {
+      {"en",
+       {"Your name (name): the word that should send it is not exactly true.",
+        "shoe: no object of the form asks for it."}},
+      {"de",
+       {"Your name (name): Das Wort, das sie senden soll, ist nicht genau true.",
+        "shoe: Kein Objekt des Formulars fragt danach."}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.language);
+    const json result = json::parse(buildDeployment({"--form", "answers.form", "--submit",
+                                                     "--report", "--language", c.language})
+                                        .out);
+    std::vector<std::string> texts;
+    for (const json& loss : result["report"]["losses"]) {
+      texts.push_back(loss["text"].get<std::string>());
+    }
+    EXPECT_EQ(texts, c.texts);
+  }
+  write("mapper.xml", "<message><messageitem id='name' toschema='false'/></message>");
+  const json result = json::parse(
+      buildDeployment({"--form", "answers.form", "--submit", "--report", "--language", "en"}).out);
+  EXPECT_EQ(result["report"]["losses"][0]["text"],
+            "Rows (t), row 1, b: the table has no such column.");
+  EXPECT_EQ(result["report"]["losses"][1]["text"],
+            "Rows (t), row 2, Colour (a): its row is above the submitted row count.");
+}
+
 TEST_F(CatalogueOfARun, TakesWhatWasAnsweredAsItIs) {
   write("one.form", "eventkind=%7Blimit%7D+%7Bnone+%7D&closures_rowCount=3&channel=web");
   const json result = run(directory_.at("one.form"), {"--report", "--language", "en"});

@@ -69,6 +69,23 @@ class Host:
         shutil.rmtree(self.folder)
 
 
+def rules_broken(driver):
+    """What axe-core finds serious in the page that is open, and how many of its rules the page keeps to."""
+    # Put in by the driver, past the pages' own policy for scripts.
+    driver.execute_script(Path(os.environ["VARNEL_AXE"]).read_text(encoding="utf-8"))
+    result = driver.execute_async_script(
+        "const done = arguments[arguments.length - 1];"
+        "axe.run({resultTypes: ['violations']}).then(done, e => done({error: String(e)}));")
+    if "error" in result:
+        raise RuntimeError(result["error"])
+    serious = [
+        (each["id"], each["help"], [node["target"] for node in each["nodes"]][:3])
+        for each in result["violations"]
+        if each["impact"] in ("serious", "critical")
+    ]
+    return serious, len(result["passes"])
+
+
 def start_chromium(scripts, size):
     options = webdriver.ChromeOptions()
     for argument in (

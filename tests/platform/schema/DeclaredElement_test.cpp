@@ -237,6 +237,25 @@ TEST(ContentOutline, TellsWhichChildrenMayFollowWhich) {
   EXPECT_FALSE(outline.mayFollow({"urn:x", "x"}, {"", "a"}));
 }
 
+TEST(ContentOutline, TellsHowManyOfANameThereMayBe) {
+  const Declared schema = content(
+      "<xs:sequence>" + element("a", "maxOccurs=\"3\"") +
+      "<xs:sequence maxOccurs=\"4\"><xs:choice maxOccurs=\"2\">" + element("b", "maxOccurs=\"5\"") +
+      element("c") + "</xs:choice></xs:sequence>" + element("d", "maxOccurs=\"unbounded\"") +
+      "<xs:sequence minOccurs=\"0\" maxOccurs=\"unbounded\">" + element("e") + "</xs:sequence>" +
+      element("a") + "</xs:sequence>");
+  const ContentOutline outline = schema["r"].content();
+  const struct {
+    const char* name;
+    std::uint32_t lngMost;
+  } cases[] = {{"a", 4},
+               {"b", 40},
+               {"c", 8},
+               {"d", ContentOutline::kUnbounded},
+               {"e", ContentOutline::kUnbounded}};
+  for (const auto& c : cases) EXPECT_EQ(outline.maxOccurs({"", c.name}), c.lngMost) << c.name;
+}
+
 TEST(ContentOutline, PutsNoOrderIntoAGroupOfAll) {
   const Declared schema = content("<xs:all>" + element("a") + element("b") + "</xs:all>");
   EXPECT_TRUE(schema["r"].content().mayFollow({"", "b"}, {"", "a"}));

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <memory>
 #include <string_view>
 #include <utility>
 
@@ -84,10 +85,7 @@ class Writer {
     if (lngUsed_ > lngMost_) refuseSize();
   }
 
-  std::string take() {
-    strOut_.resize(lngUsed_);
-    return std::move(strOut_);
-  }
+  std::string text() const { return {out_.get(), lngUsed_}; }
 
  private:
   void writeTree(const TreeNode* top) {
@@ -187,8 +185,8 @@ class Writer {
   }
 
   void put(char byte) {
-    if (lngUsed_ == strOut_.size()) strOut_.resize(2 * strOut_.size());
-    strOut_[lngUsed_++] = byte;
+    *room(1) = byte;
+    ++lngUsed_;
   }
 
   void put(std::string_view strPart) {
@@ -210,11 +208,17 @@ class Writer {
 
   /// Where so many bytes go next.
   char* room(std::size_t lngBytes) {
-    if (strOut_.size() - lngUsed_ < lngBytes) {
-      if (lngUsed_ + lngBytes > lngMost_) refuseSize();
-      strOut_.resize(std::max(2 * strOut_.size(), lngUsed_ + lngBytes));
-    }
-    return strOut_.data() + lngUsed_;
+    if (lngSize_ - lngUsed_ < lngBytes) grow(lngBytes);
+    return out_.get() + lngUsed_;
+  }
+
+  void grow(std::size_t lngBytes) {
+    if (lngUsed_ + lngBytes > lngMost_) refuseSize();
+    const std::size_t lngSize = std::max(2 * lngSize_, lngUsed_ + lngBytes);
+    auto out = std::make_unique_for_overwrite<char[]>(lngSize);
+    std::memcpy(out.get(), out_.get(), lngUsed_);
+    out_ = std::move(out);
+    lngSize_ = lngSize;
   }
 
   [[noreturn]] void refuseSize() const {
@@ -223,8 +227,9 @@ class Writer {
 
   std::size_t lngMost_;
   std::size_t lngMostAttributes_;
-  std::string strOut_ = std::string(512, '\0');  // longer than what is written yet
-  std::size_t lngUsed_ = 0;
+  std::size_t lngSize_ = 512;
+  std::unique_ptr<char[]> out_ = std::make_unique_for_overwrite<char[]>(lngSize_);
+  std::size_t lngUsed_ = 0;  // of these bytes
   NamespaceScope scope_;
 };
 
@@ -233,7 +238,7 @@ class Writer {
 std::string serialiseXml(const Tree& tree, const TreeNode* node) {
   Writer writer(tree.names().parts());
   writer.write(node);
-  return writer.take();
+  return writer.text();
 }
 
 void requireReadableXml(const Tree& tree, const TreeNode* node, std::size_t lngMaxBytes) {

@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::size_t kMostParameters = 100;  // of one action
 
-std::string quoted(std::string_view strText) {
+std::string inQuotes(std::string_view strText) {
   return "\xE2\x80\x9C" + shortened(strText, 100) + "\xE2\x80\x9D";
 }
 
@@ -62,7 +62,7 @@ class EntryReader {
     const std::string strToSchema = attribute(objItem_, "toschema");
     const std::optional<bool> sent = booleanWord(strToSchema);
     if (!sent) {
-      entry_.rules.push_back("Every submission fails: toschema is " + quoted(strToSchema) +
+      entry_.rules.push_back("Every submission fails: toschema is " + inQuotes(strToSchema) +
                              ", no Boolean word.");
       return;
     }
@@ -77,7 +77,7 @@ class EntryReader {
         entry_.places.push_back(entry_.target);
       } else {
         entry_.others[strItem].push_back(entry_.target);
-        entry_.rules.push_back("Writes the answer to " + quoted(strItem) + " to " +
+        entry_.rules.push_back("Writes the answer to " + inQuotes(strItem) + " to " +
                                entry_.target.strShown + ", in place of its own.");
       }
     } else if (lowerCase(entry_.strAction) == "addinfotonode") {
@@ -97,7 +97,7 @@ class EntryReader {
     }
     const std::string strAbsent = attribute(objItem_, "absent");
     if (!strAbsent.empty()) {
-      entry_.rules.push_back("Only when " + quoted(strAbsent) + " is not answered (absent).");
+      entry_.rules.push_back("Only when " + inQuotes(strAbsent) + " is not answered (absent).");
     }
     if (attribute(objItem_, "checkexists") == "true") {
       entry_.rules.emplace_back("Only when the element is not there already (checkexists).");
@@ -114,7 +114,7 @@ class EntryReader {
       if (parts.size() == 2) break;
       const std::string strItem = attribute(objParameter, "item");
       if (!isBlank(strItem)) {
-        parts.push_back("the answer to " + quoted(strItem));
+        parts.push_back("the answer to " + inQuotes(strItem));
         entry_.others[strItem].push_back(entry_.target);
       } else if (!isBlank(attribute(objParameter, "formvalue"))) {
         parts.emplace_back("the answer");
@@ -128,14 +128,14 @@ class EntryReader {
     if (parts.size() < 2) return;
     std::string strSeparator = attribute(objAction, "separator");
     if (isBlank(strSeparator)) strSeparator = " ";
-    entry_.rules.push_back("Two values in one text: " + parts[0] + ", " + quoted(strSeparator) +
+    entry_.rules.push_back("Two values in one text: " + parts[0] + ", " + inQuotes(strSeparator) +
                            ", " + parts[1] + "; the limits are those of the whole text.");
   }
 
   void addComplexType(const Node& objAction) {
     const std::string strType = lowerCase(entry_.strAction);
     if (!types_.has(strType)) {
-      entry_.rules.push_back("Its submission fails: there is no complex type " + quoted(strType) +
+      entry_.rules.push_back("Its submission fails: there is no complex type " + inQuotes(strType) +
                              '.');
       return;
     }
@@ -144,7 +144,7 @@ class EntryReader {
       entry_.rules.emplace_back("Split at commas and line ends into lines, filled from the last.");
       return;
     }
-    entry_.rules.push_back("Becomes a structured element (" + quoted(strType) + ").");
+    entry_.rules.push_back("Becomes a structured element (" + inQuotes(strType) + ").");
     std::size_t lngSeen = 0;
     for (const Node& objParameter : parametersOf(objAction)) {
       if (++lngSeen > kMostParameters) break;
@@ -164,10 +164,10 @@ class EntryReader {
       entry_.rules.push_back("Its label goes to " + place.strShown + '.');
     } else if (!strItem.empty()) {
       entry_.others[strItem].push_back(place);
-      entry_.rules.push_back("The answer to " + quoted(strItem) + " goes with it, to " +
+      entry_.rules.push_back("The answer to " + inQuotes(strItem) + " goes with it, to " +
                              place.strShown + '.');
     } else {
-      entry_.rules.push_back("The text " + quoted(objParameter.text()) + " goes with it, to " +
+      entry_.rules.push_back("The text " + inQuotes(objParameter.text()) + " goes with it, to " +
                              place.strShown + '.');
     }
   }

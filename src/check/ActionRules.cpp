@@ -68,10 +68,10 @@ void findUnknownActions(const ParsedDeployment& deployment, Findings& findings) 
     if (kindOf(entry) != ActionKind::complexType || isLeftOut(entry)) continue;
     if (isBlank(entry.strActionId) || typeOf(deployment, entry)) continue;
     findings.add(deployment.objectMapper, entry.objAction, kId, entry.strId,
-                 "There is no action " + quoted(entry.strActionId) +
+                 "There is no action " + inQuotes(entry.strActionId) +
                      ", and no schematype of that name: every form with this answer fails.",
                  "Name a schematype of the schema types, " +
-                     quoted(isTableEntry(entry) ? kRowText : kJoin) + ", or nothing.");
+                     inQuotes(isTableEntry(entry) ? kRowText : kJoin) + ", or nothing.");
   }
 }
 
@@ -79,9 +79,9 @@ void findAddressesInCapitals(const ParsedDeployment& deployment, Findings& findi
   for (const MappingEntry& entry : deployment.entries) {
     if (entry.strActionId == kAddress || toLower(entry.strActionId) != kAddress) continue;
     findings.add(deployment.objectMapper, entry.objAction, kId, entry.strId,
-                 "The action " + quoted(entry.strActionId) +
+                 "The action " + inQuotes(entry.strActionId) +
                      " splits no answer into lines: that is done only for the name in lower case.",
-                 "Write " + quoted(kAddress) + ".");
+                 "Write " + inQuotes(kAddress) + ".");
   }
 }
 
@@ -107,7 +107,7 @@ void findWrongFlags(const ParsedDeployment& deployment, Findings& findings) {
         const bool blnNo = kind == ActionKind::complexType && strWord == "false";
         if (isBlank(strWord) || strWord == "true" || blnNo) continue;
         findings.add(deployment.objectMapper, objParameter, attribute, entry.strId,
-                     std::string(attribute) + "=" + quoted(strWord) +
+                     std::string(attribute) + "=" + inQuotes(strWord) +
                          (kind == ActionKind::join ? " counts as \"true\" here, whatever it says."
                                                    : " is not \"true\" and does not count."),
                      "Write " + std::string(attribute) + "=\"true\", or leave it out.");
@@ -172,8 +172,8 @@ void findParametersWithoutPlace(const ParsedDeployment& deployment, Findings& fi
       const std::string strId = attributeText(objParameter, kId);
       if (!isBlank(strId) && (places.contains(strId) || hasCapitals(strId))) continue;
       findings.add(deployment.objectMapper, objParameter, kId, entry.strId,
-                   "The parameter " + quoted(strId) + " has no place in the schematype " +
-                       quoted(type->strId) + ": its value is lost.",
+                   "The parameter " + inQuotes(strId) + " has no place in the schematype " +
+                       inQuotes(type->strId) + ": its value is lost.",
                    "Give the schematype a value with this id, or correct the id.");
     }
   }
@@ -189,8 +189,8 @@ void findCellsWithoutPlace(const ParsedDeployment& deployment, Findings& finding
     for (const TableColumn& column : object.columns) {
       if (places.contains(column.strId)) continue;
       findings.add(*object.file, column.objNode, kId, column.strId,
-                   "The column " + quoted(column.strId) + " has no place in the schematype " +
-                       quoted(type->strId) +
+                   "The column " + inQuotes(column.strId) + " has no place in the schematype " +
+                       inQuotes(type->strId) +
                        ", which has no pbr:AdditionalInfo either: its cells "
                        "are lost.",
                    "Give the schematype a value with this id, or correct the one or the other.");
@@ -211,7 +211,8 @@ void findAdditionalInfoPrefix(const ParsedDeployment& deployment, Findings& find
     for (const TableColumn& column : object.columns) {
       if (places.contains(column.strId) || !told.insert(type).second) continue;
       findings.add(deployment.namespaceList, deployment.namespaceList.root(), "", column.strId,
-                   "The prefix \"pbr\" is not registered, and the column " + quoted(column.strId) +
+                   "The prefix \"pbr\" is not registered, and the column " +
+                       inQuotes(column.strId) +
                        ", which has no place of its own, needs it for pbr:AdditionalInfo: every "
                        "form with the table fails.",
                    "Register it in the namespace list.");
@@ -276,10 +277,10 @@ void findUnfilledPlaces(const ParsedDeployment& deployment, Findings& findings, 
       }
       if (strMeant.empty() == blnSlips) continue;
       findings.add(deployment.schemaTypes, place.objNode, kId, place.strId,
-                   "No parameter and no column has the id " + quoted(place.strId) +
+                   "No parameter and no column has the id " + inQuotes(place.strId) +
                        " of this place: it is never filled" +
-                       (blnSlips ? ", and " + quoted(strMeant) + " has no place." : "."),
-                   blnSlips ? "Write " + quoted(strMeant) + " here, or correct it there."
+                       (blnSlips ? ", and " + inQuotes(strMeant) + " has no place." : "."),
+                   blnSlips ? "Write " + inQuotes(strMeant) + " here, or correct it there."
                             : "Correct the id, or take the place out.");
     }
   }
@@ -294,7 +295,7 @@ void findMisspeltPlaces(const ParsedDeployment& deployment, Findings& findings) 
       const bool blnPlain = objElement.namespaceUri().empty() && objElement.getAttribute(kId);
       if (!blnPlain || !isSlipOf(strName, kValue)) continue;
       findings.add(deployment.schemaTypes, objElement, "", attributeText(objElement, kId),
-                   "The element " + quoted(strName) +
+                   "The element " + inQuotes(strName) +
                        " is no place, which is a value: it goes into "
                        "the message as it stands.",
                    "Write value.");
@@ -317,7 +318,7 @@ void findWrongLineSlots(const ParsedDeployment& deployment, Findings& findings) 
     const char letter = place.strId.empty() ? 'x' : place.strId.back();
     if (letter < '0' || letter > '9' || (letter >= '1' && letter <= '4')) continue;
     findings.add(deployment.schemaTypes, place.objNode, kId, place.strId,
-                 "The place " + quoted(place.strId) +
+                 "The place " + inQuotes(place.strId) +
                      " is for a line that an address does not have: every form with one fails.",
                  "Let the ids of the places end in 1 to 4.");
   }
@@ -334,7 +335,7 @@ void findDuplicatePlaces(const ParsedDeployment& deployment, Findings& findings)
     for (const Placeholder& place : type.placeholders) {
       if (isBlank(place.strId) || seen.insert(place.strId).second) continue;
       findings.add(deployment.schemaTypes, place.objNode, kId, place.strId,
-                   "The schematype has a place with the id " + quoted(place.strId) +
+                   "The schematype has a place with the id " + inQuotes(place.strId) +
                        " before this one, which takes the cell; this one stays empty.",
                    "Give each place an id of its own.");
     }

@@ -32,7 +32,7 @@ void findWrongFlags(const ParsedDeployment& deployment, Findings& findings) {
     const std::string strWord = attributeText(column.objNode, "calculate");
     if (strWord.empty() || strWord == "true" || strWord == "false") return;
     findings.add(*object.file, column.objNode, "calculate", column.strId,
-                 "The word calculate=" + quoted(strWord) +
+                 "The word calculate=" + inQuotes(strWord) +
                      " is not \"true\": the cell is not "
                      "computed.",
                  "Write calculate=\"true\" in lower case.");
@@ -44,7 +44,7 @@ void findWrongComputations(const ParsedDeployment& deployment, Findings& finding
     const std::string strDataType = attributeText(column.objNode, "datatype");
     if (!isComputed(column) || strDataType == "date") return;
     findings.add(*object.file, column.objNode, "datatype", column.strId,
-                 "The computed cell has datatype=" + quoted(strDataType) +
+                 "The computed cell has datatype=" + inQuotes(strDataType) +
                      ", and only \"date\" computes anything: it stays empty.",
                  "Write datatype=\"date\".");
   });
@@ -61,7 +61,7 @@ void findUnknownIntervals(const ParsedDeployment& deployment, Findings& findings
       if (strLower == strKnown) return;
     }
     findings.add(*object.file, column.objNode, "timedimabbr", column.strId,
-                 "The interval timedimabbr=" + quoted(strInterval) +
+                 "The interval timedimabbr=" + inQuotes(strInterval) +
                      " is none: a form with both dates fails.",
                  "Write one of yyyy, q, m, y, d, w, ww, h, n, s.");
   });
@@ -82,10 +82,10 @@ void findWrongOperands(const ParsedDeployment& deployment, Findings& findings) {
           strWrong = "The computed cell has no " + std::string(attribute);
         } else if (found == columns.end()) {
           strWrong =
-              std::string(attribute) + "=" + quoted(strOperand) + " names no column of the table";
+              std::string(attribute) + "=" + inQuotes(strOperand) + " names no column of the table";
         } else if (isComputed(*found->second) ||
                    !attributeText(found->second->objNode, "autovalue").empty()) {
-          strWrong = std::string(attribute) + "=" + quoted(strOperand) +
+          strWrong = std::string(attribute) + "=" + inQuotes(strOperand) +
                      " names a column that no form posts";
         }
         if (strWrong.empty()) continue;
@@ -104,7 +104,7 @@ void findUnitsBeforeDurations(const ParsedDeployment& deployment, Findings& find
       if (column.strId == "timedimension" && !unit) unit = &column;
       if (!unit || !isComputed(column)) continue;
       findings.add(*object.file, unit->objNode, kId, unit->strId,
-                   "The unit stands before the computed column " + quoted(column.strId) +
+                   "The unit stands before the computed column " + inQuotes(column.strId) +
                        ", so it is written also where nothing could be computed.",
                    "Move the column timedimension behind it.");
       break;
@@ -129,7 +129,7 @@ void findUnknownColumnTypes(const ParsedDeployment& deployment, Findings& findin
     const std::string_view strMeant = intendedWord(strType, {"date", "time"});
     if (strMeant.empty()) return;
     findings.add(*object.file, column.objNode, "columntype", column.strId,
-                 "The columntype " + quoted(strType) + " is not " + quoted(strMeant) +
+                 "The columntype " + inQuotes(strType) + " is not " + inQuotes(strMeant) +
                      ": the cells are not converted, and the schema refuses them.",
                  "Write columntype=\"" + std::string(strMeant) + "\".");
   });
@@ -166,7 +166,7 @@ void findAmbiguousDates(const ParsedDeployment& deployment, Findings& findings) 
     const auto third = parseDate(strText, DateOrder::yearMonthDay);
     if (!one || (one == other && one == third)) return;
     findings.add(*object.file, objNode, attribute, strId,
-                 "The date " + quoted(strText) + " can be read in more than one way.",
+                 "The date " + inQuotes(strText) + " can be read in more than one way.",
                  "Write it year first: 2026-03-05.");
   });
 }
@@ -177,7 +177,7 @@ void findNoDates(const ParsedDeployment& deployment, Findings& findings) {
     const std::string strText = attributeText(objNode, attribute);
     if (strText.empty() || parseDate(strText, deployment.files.dateOrder)) return;
     findings.add(*object.file, objNode, attribute, strId,
-                 "The text " + quoted(strText) +
+                 "The text " + inQuotes(strText) +
                      " is no date: it goes into the message as it "
                      "stands.",
                  "Write a date, year first: 2026-03-05.");

@@ -71,7 +71,7 @@ void findMissingParts(const ParsedDeployment& deployment, Findings& findings) {
     const bool blnNode = static_cast<bool>(childElement(objInfo, "node"));
     if (blnParent && blnNode) continue;
     findings.add(mapper, objInfo, "", "",
-                 "The docinfo " + quoted(attributeText(objInfo, kId)) + " has no " +
+                 "The docinfo " + inQuotes(attributeText(objInfo, kId)) + " has no " +
                      (blnParent ? "node" : "parentxpath") + ": nothing is written.",
                  "Give it both.");
   }
@@ -84,7 +84,7 @@ void findUnknownInfos(const ParsedDeployment& deployment, Findings& findings) {
     const std::string strId = attributeText(objInfo, kId);
     if (strId == "protocolname" || strId == "attestationdate" || strId == kTime) continue;
     findings.add(deployment.objectMapper, objInfo, kId, "",
-                 "The docinfo " + quoted(strId) +
+                 "The docinfo " + inQuotes(strId) +
                      " is none of protocolname, attestationdate and "
                      "attestationtime: it is never read.",
                  "Correct the id, in lower case.");
@@ -112,8 +112,8 @@ void findInfosWithoutTarget(const ParsedDeployment& deployment, Findings& findin
     if (strWrong.empty()) continue;
     const bool blnParent = !wrongWith(deployment, objParent.text()).empty();
     findings.add(deployment.objectMapper, blnParent ? objParent : objNode, "", "",
-                 "The path " + quoted(objParent.text() + "/" + objNode.text()) +
-                     " of the docinfo " + quoted(id) + " " + strWrong + ": it is not written.",
+                 "The path " + inQuotes(objParent.text() + "/" + objNode.text()) +
+                     " of the docinfo " + inQuotes(id) + " " + strWrong + ": it is not written.",
                  "Let the template hold the element; capitals count.");
   }
 }
@@ -139,20 +139,20 @@ void findNameParameters(const ParsedDeployment& deployment, Findings& findings) 
                                                 : std::string_view());
     if (strAttribute.empty()) {
       findings.add(mapper, objParameter ? objParameter : objAction, "attribute", "",
-                   "The action buildprotocolname has no parameter " + quoted(part) +
+                   "The action buildprotocolname has no parameter " + inQuotes(part) +
                        " with an attribute: the name is not written.",
                    "Add it.");
     } else if (deployment.protocolInfo.isLoaded() &&
                !deployment.protocolInfo.root().getAttribute(strAttribute)) {
       findings.add(mapper, objParameter, "attribute", "",
-                   "The protocol information has no attribute " + quoted(strAttribute) +
+                   "The protocol information has no attribute " + inQuotes(strAttribute) +
                        ": this part of the name is left out.",
                    "Name one that is there.");
       for (const NodeAttribute& attribute : deployment.protocolInfo.root().attributes()) {
         if (!isSlipOf(attribute.strName, strAttribute)) continue;
         findings.add(deployment.protocolInfo, deployment.protocolInfo.root(), attribute.strName, "",
-                     "The attribute " + quoted(attribute.strName) + " is not " +
-                         quoted(strAttribute) + ", which the document data asks for.",
+                     "The attribute " + inQuotes(attribute.strName) + " is not " +
+                         inQuotes(strAttribute) + ", which the document data asks for.",
                      "Correct the one or the other.");
       }
     }
@@ -206,7 +206,7 @@ void findUnknownRuleActions(const ParsedDeployment& deployment, Findings& findin
     if (!objAction) continue;
     if (toLower(attributeText(objAction, kId)) != "checknodetype") {
       findings.add(mapper, objAction, kId, "",
-                   "The action " + quoted(attributeText(objAction, kId)) +
+                   "The action " + inQuotes(attributeText(objAction, kId)) +
                        " is not checknodetype and does not count: the rule copies its node.",
                    "Write checknodetype, or take the action out.");
       continue;
@@ -215,7 +215,7 @@ void findUnknownRuleActions(const ParsedDeployment& deployment, Findings& findin
       const std::string strType = attributeText(objType, kType);
       if (isBlank(strType) || hasCapitals(strType)) {
         findings.add(mapper, objType, kType, "",
-                     "The type " + quoted(strType) +
+                     "The type " + inQuotes(strType) +
                          " is never met: names are compared in lower case, prefix included.",
                      "Write the element's name in lower case.");
       }
@@ -224,7 +224,7 @@ void findUnknownRuleActions(const ParsedDeployment& deployment, Findings& findin
           objTypeAction ? toLower(attributeText(objTypeAction, kId)) : std::string();
       if (strId != "copyhcpdetailtype" && strId != "makehcpdetailtype") {
         findings.add(mapper, objTypeAction ? objTypeAction : objType, kId, "",
-                     "The action " + quoted(strId) +
+                     "The action " + inQuotes(strId) +
                          " is neither copyhcpdetailtype nor makehcpdetailtype: nothing is copied.",
                      "Write the one or the other.");
         continue;
@@ -240,13 +240,13 @@ void findUnknownRuleActions(const ParsedDeployment& deployment, Findings& findin
         const bool blnCreate = strWord == "create";
         if (!blnCreate && strWord != "copy") {
           findings.add(mapper, objStep, "action", "",
-                       "The step " + quoted(strWord) +
+                       "The step " + inQuotes(strWord) +
                            " is neither create nor copy: it is passed "
                            "over.",
                        "Write create or copy.");
         } else if (blnCreate && toLower(strUnder) != "parent") {
           findings.add(mapper, objStep, "under", "",
-                       "The step creates under " + quoted(strUnder) +
+                       "The step creates under " + inQuotes(strUnder) +
                            ", and only under \"parent\" anything is made.",
                        "Write under=\"parent\" and the whole path as its text.");
         } else if (strUnder.empty()) {
@@ -264,7 +264,7 @@ std::string joined(const std::set<std::string>& names) {
   std::size_t lngShown = 0;
   for (const std::string& strName : names) {
     if (++lngShown > kShown) return strNames + ", ...";
-    strNames += (strNames.empty() ? "" : ", ") + quoted(strName);
+    strNames += (strNames.empty() ? "" : ", ") + inQuotes(strName);
   }
   return strNames;
 }
@@ -285,7 +285,7 @@ void findSubPaths(const ParsedDeployment& deployment, std::string strParent,
     const std::string strWrong = wrongWith(deployment, strParent);
     if (strWrong.empty()) continue;
     findings.add(deployment.objectMapper, objStep, "under", "",
-                 "The path " + quoted(strParent) + " " + strWrong + ": nothing is copied there.",
+                 "The path " + inQuotes(strParent) + " " + strWrong + ": nothing is copied there.",
                  "Name an element that a step before creates, or the parent has.");
     return;
   }
@@ -299,7 +299,7 @@ void findRulePaths(const ParsedDeployment& deployment, Findings& findings) {
     const std::string strWrong = wrongWith(deployment, objPath.text());
     if (strWrong.empty()) return;
     findings.add(deployment.objectMapper, objPath, "", "",
-                 "The path " + quoted(objPath.text()) + " " + strWrong + ": " + consequence + ".",
+                 "The path " + inQuotes(objPath.text()) + " " + strWrong + ": " + consequence + ".",
                  "Write a path of the template or of what the mapping makes; capitals count.");
   };
   for (const Node& objRule : rulesOf(deployment)) {
@@ -313,8 +313,8 @@ void findRulePaths(const ParsedDeployment& deployment, Findings& findings) {
       if (!names.empty() && !isBlank(strType) && !hasCapitals(strType) &&
           !names.contains(strType)) {
         findings.add(deployment.objectMapper, objType, kType, "",
-                     "None of the nodes that " + quoted(childText(objRule, "node")) +
-                         " can select has the name " + quoted(strType) + ": nothing is copied.",
+                     "None of the nodes that " + inQuotes(childText(objRule, "node")) +
+                         " can select has the name " + inQuotes(strType) + ": nothing is copied.",
                      "Write one of " + joined(names) + ".");
       }
       const Node objTypeAction = childElement(objType, "action");
@@ -328,8 +328,8 @@ void findRulePaths(const ParsedDeployment& deployment, Findings& findings) {
         const std::string strWrong = wrongWith(deployment, objFrom.text() + "/" + objStep.text());
         if (strWrong.empty()) continue;
         findings.add(deployment.objectMapper, objStep, "", "",
-                     "The path " + quoted(objFrom.text() + "/" + objStep.text()) + " " + strWrong +
-                         ": nothing is copied.",
+                     "The path " + inQuotes(objFrom.text() + "/" + objStep.text()) + " " +
+                         strWrong + ": nothing is copied.",
                      "Name a child of the node that is copied from.");
       }
     }
@@ -344,7 +344,7 @@ void findAppendWords(const ParsedDeployment& deployment, Findings& findings) {
     const std::optional<std::string> strWord = objBefore.getAttribute("appendonnomatch");
     if (!strWord || isBooleanWord(*strWord)) continue;
     findings.add(deployment.objectMapper, objBefore, "appendonnomatch", "",
-                 "The attribute appendonnomatch=" + quoted(*strWord) +
+                 "The attribute appendonnomatch=" + inQuotes(*strWord) +
                      " is no Boolean word: a form for which the rule copies anything fails.",
                  "Write \"true\" or \"false\".");
   }
@@ -371,7 +371,7 @@ void findMissingReferences(const ParsedDeployment& deployment, Findings& finding
       const bool blnChild = objReference && objReference.parentNode() == objParent;
       if (blnChild || strReason.find("refix") != std::string::npos) continue;
       findings.add(deployment.objectMapper, objPath, "", "",
-                   "The reference " + quoted(strPath) +
+                   "The reference " + inQuotes(strPath) +
                        (!strReason.empty() ? " cannot be evaluated: " + strReason
                         : objReference     ? " is no child of the parent."
                                            : " is never found below the parent: " +

@@ -193,9 +193,9 @@ void findUnknownElements(const ParsedDeployment& deployment, Findings& findings,
       }
       if (strMeant.empty() == blnSlips) return;
       findings.add(*file, met.objNode, "", objectOf(met),
-                   "The element " + quoted(strName) + " is none that is read here" +
+                   "The element " + inQuotes(strName) + " is none that is read here" +
                        (blnSlips ? ", and what it holds is lost." : "."),
-                   blnSlips ? "Write " + quoted(strMeant) + "."
+                   blnSlips ? "Write " + inQuotes(strMeant) + "."
                             : "Correct its name or its place, or take it out.");
     });
   }
@@ -246,11 +246,11 @@ void findUnknownAttributes(const ParsedDeployment& deployment, Findings& finding
           if (!meant && isSlipOf(strName, one.strName)) meant = &one;
         }
         if ((meant && !meant->blnForPeople) != blnSlips) continue;
-        findings.add(
-            *file, met.objNode, strName, objectOf(met),
-            "The attribute " + quoted(strName) + " of " + met.objNode.nodeName() +
-                " is none that is read.",
-            meant ? "Write " + quoted(meant->strName) + "." : "Correct its name, or take it out.");
+        findings.add(*file, met.objNode, strName, objectOf(met),
+                     "The attribute " + inQuotes(strName) + " of " + met.objNode.nodeName() +
+                         " is none that is read.",
+                     meant ? "Write " + inQuotes(meant->strName) + "."
+                           : "Correct its name, or take it out.");
       }
     });
   }
@@ -281,7 +281,7 @@ void findStrayText(const ParsedDeployment& deployment, Findings& findings) {
             objChild.nodeType() == NodeType::text || objChild.nodeType() == NodeType::cdataSection;
         if (!blnText || isXmlWhiteSpace(objChild.text())) continue;
         findings.add(*file, met.objNode, "", objectOf(met),
-                     "The text " + quoted(trim(oneLine(objChild.text()))) + " stands in " +
+                     "The text " + inQuotes(trim(oneLine(objChild.text()))) + " stands in " +
                          met.objNode.nodeName() + ", where only elements are read.",
                      "Take it out, or put it into its element.");
         break;

@@ -27,7 +27,7 @@ void findOtherNodes(const ParsedDeployment& deployment, Findings& findings) {
                    "Take it out, comments too.");
     } else if (objChild.nodeName() != "hiddenfield") {
       findings.add(list, objChild, "", attributeText(objChild, "output"),
-                   "The element " + quoted(objChild.nodeName()) +
+                   "The element " + inQuotes(objChild.nodeName()) +
                        " is no hiddenfield: it never goes into the message.",
                    "Write hiddenfield, or take it out.");
     }
@@ -41,7 +41,7 @@ void findWrongFlags(const ParsedDeployment& deployment, Findings& findings) {
     const bool blnNo = isBooleanWord(strWord) && (toLower(strWord) == "false" || strWord == "0");
     if (blnNo) continue;
     findings.add(deployment.hiddenFieldList, hidden.objNode, "toschema", hidden.strOutput,
-                 "The word toschema=" + quoted(strWord) +
+                 "The word toschema=" + inQuotes(strWord) +
                      " is not \"true\": the field does not go "
                      "into the message.",
                  "Write toschema=\"true\" or \"false\" in lower case.");
@@ -55,9 +55,9 @@ void findDuplicateIds(const ParsedDeployment& deployment, Findings& findings) {
     if (isBlank(hidden.strId) || seen.insert(hidden.strId).second) continue;
     findings.add(
         deployment.hiddenFieldList, hidden.objNode, "id", hidden.strOutput,
-        "Another hidden field before this one has the id " + quoted(hidden.strId) +
+        "Another hidden field before this one has the id " + inQuotes(hidden.strId) +
             ": both store the value of the same form field.",
-        "Write the id of the form field whose value " + quoted(hidden.strOutput) + " is to be.");
+        "Write the id of the form field whose value " + inQuotes(hidden.strOutput) + " is to be.");
   }
 }
 
@@ -70,7 +70,7 @@ void findUnsent(const ParsedDeployment& deployment, Findings& findings) {
     if (!blnNo || !entry || !entry->isSent()) continue;
     if (deployment.objectsByLowerId.contains(toLower(hidden.strOutput))) continue;
     findings.add(deployment.hiddenFieldList, hidden.objNode, "toschema", hidden.strOutput,
-                 "The object mapper sends " + quoted(hidden.strOutput) +
+                 "The object mapper sends " + inQuotes(hidden.strOutput) +
                      ", and the hidden field is not for the message: its value is not sent.",
                  "Write toschema=\"true\", or take the messageitem out.");
   }
@@ -82,8 +82,8 @@ void findOtherOutputs(const ParsedDeployment& deployment, Findings& findings) {
       continue;
     if (toLower(hidden.strOutput) == hidden.strId) continue;
     findings.add(deployment.hiddenFieldList, hidden.objNode, "output", hidden.strOutput,
-                 "The message takes the form field " + quoted(toLower(hidden.strOutput)) +
-                     ", which output names, and not " + quoted(hidden.strId) + ".",
+                 "The message takes the form field " + inQuotes(toLower(hidden.strOutput)) +
+                     ", which output names, and not " + inQuotes(hidden.strId) + ".",
                  "Use the same name for id and output.");
   }
 }

@@ -92,7 +92,7 @@ void findApostrophes(const ParsedDeployment& deployment, Findings& findings) {
   forEachId(deployment, [&](const IdUse& use) {
     if (use.strId.find('\'') == std::string::npos) return;
     findings.add(use.file, use.objNode, use.strAttribute, use.strObject,
-                 "The id " + quoted(use.strId) +
+                 "The id " + inQuotes(use.strId) +
                      " holds an apostrophe, which ends it where it is "
                      "looked up: the form fails.",
                  "Use letters and digits.");
@@ -103,7 +103,7 @@ void findBlanksAtEnds(const ParsedDeployment& deployment, Findings& findings) {
   forEachId(deployment, [&](const IdUse& use) {
     if (isBlank(use.strId) || trim(use.strId) == use.strId) return;
     findings.add(use.file, use.objNode, use.strAttribute, use.strObject,
-                 "The id " + quoted(use.strId) +
+                 "The id " + inQuotes(use.strId) +
                      " has blanks at its ends, which count where it is "
                      "looked up.",
                  "Take them out.");
@@ -117,8 +117,8 @@ void findCapitals(const ParsedDeployment& deployment, Findings& findings) {
                        const char* consequence) {
     if (!hasCapitals(strId)) return;
     findings.add(file, objNode, strAttribute, strObject,
-                 "The id " + quoted(strId) + " has capitals: " + consequence + ".",
-                 "Write it in lower case: " + quoted(toLower(strId)) + ".");
+                 "The id " + inQuotes(strId) + " has capitals: " + consequence + ".",
+                 "Write it in lower case: " + inQuotes(toLower(strId)) + ".");
   };
   for (const FormObject& object : deployment.objects) {
     if (object.kind != ObjectKind::field || !deployment.validates()) continue;
@@ -151,7 +151,7 @@ void findDuplicateObjects(const ParsedDeployment& deployment, Findings& findings
     if (object.kind != ObjectKind::field && object.kind != ObjectKind::table) continue;
     if (isBlank(object.strId) || seen.insert(object.strLowerId).second) continue;
     findings.add(*object.file, object.objNode, object.blnHidden ? "output" : "id", object.strId,
-                 "There is another object with the id " + quoted(object.strId) +
+                 "There is another object with the id " + inQuotes(object.strId) +
                      " before this one: both read the same form field.",
                  "Give each object an id of its own; capitals do not make a difference.");
   }
@@ -160,7 +160,7 @@ void findDuplicateObjects(const ParsedDeployment& deployment, Findings& findings
     for (const TableColumn& column : object.columns) {
       if (isBlank(column.strId) || columns.insert(column.strId).second) continue;
       findings.add(*object.file, column.objNode, kId, column.strId,
-                   "The table has another column with the id " + quoted(column.strId) +
+                   "The table has another column with the id " + inQuotes(column.strId) +
                        ": both read the same form fields.",
                    "Give each column an id of its own.");
     }
@@ -174,8 +174,8 @@ void findDuplicateEntries(const ParsedDeployment& deployment, Findings& findings
     if (isBlank(strId) || seen.insert(strKey).second) return;
     const std::string_view strAttribute = objNode.nodeName() == "hiddenfield" ? "output" : "id";
     findings.add(file, objNode, strAttribute, strId,
-                 kMessage + quoted(strId) + " before it, which counts; this " + objNode.nodeName() +
-                     " is never read.",
+                 kMessage + inQuotes(strId) + " before it, which counts; this " +
+                     objNode.nodeName() + " is never read.",
                  "Correct the id, or take one of them out.");
   };
   std::unordered_set<std::string> entries, types, questions, outputs;

@@ -24,7 +24,7 @@ bool isTableEntry(const MappingEntry& entry) {
 
 std::string lookedUpAs(const FormObject& object) {
   const bool blnTable = object.kind == ObjectKind::table;
-  std::string strText = "messageitem with the id " + quoted(object.mappingId());
+  std::string strText = "messageitem with the id " + inQuotes(object.mappingId());
   if (object.blnDynamic) {
     strText += blnTable ? " and the type \"tablegroup\"" : " and the type \"group\"";
   } else if (blnTable) {
@@ -79,18 +79,19 @@ void findUnmapped(const ParsedDeployment& deployment, Findings& findings) {
     if (group) {
       findings.add(*object.file, object.objNode, "group", object.strId,
                    "No mapping: the object mapper has no " + lookedUpAs(object) +
-                       " for the object " + quoted(object.strId) + ": every submitted form fails.",
-                   "Write group=" + quoted(group->strId) + ".");
+                       " for the object " + inQuotes(object.strId) +
+                       ": every submitted form fails.",
+                   "Write group=" + inQuotes(group->strId) + ".");
       continue;
     }
     const bool blnQuestion = deployment.questionsById.contains(object.strId) || object.blnDynamic ||
                              (meant && meant->strId == object.mappingId());
     const bool blnMeantIsQuestion = meant && deployment.questionsById.contains(meant->strId);
     const std::string strMessage = "No mapping: the object mapper has no " + lookedUpAs(object) +
-                                   " for the object " + quoted(object.strId) +
+                                   " for the object " + inQuotes(object.strId) +
                                    ": every submitted form fails.";
     const std::string strHint =
-        meant ? "The entry " + quoted(meant->strId) + " on line " +
+        meant ? "The entry " + inQuotes(meant->strId) + " on line " +
                     std::to_string(deployment.objectMapper.lineOf(meant->objNode)) +
                     " is probably meant; correct the one or the other."
               : "Add a messageitem, toschema=\"false\" for an answer that is not sent.";
@@ -119,7 +120,7 @@ void findUnusedEntries(const ParsedDeployment& deployment, Findings& findings) {
     if (!entry.users.empty() || !blnFirst || isBlank(entry.strId) || blnTold) continue;
     if (deployment.lacksHiddenObject(entry.strId)) continue;
     findings.add(deployment.objectMapper, entry.objNode, kId, entry.strId,
-                 "The entry " + quoted(entry.strId) + " is for no object of the form.",
+                 "The entry " + inQuotes(entry.strId) + " is for no object of the form.",
                  "Correct the id, or take the entry out.");
   }
 }
@@ -129,7 +130,7 @@ void findWrongToSchema(const ParsedDeployment& deployment, Findings& findings) {
     if (isTableEntry(entry)) continue;
     if (isBooleanWord(entry.strToSchema)) continue;
     findings.add(deployment.objectMapper, entry.objNode, "toschema", entry.strId,
-                 "The attribute toschema=" + quoted(entry.strToSchema) +
+                 "The attribute toschema=" + inQuotes(entry.strToSchema) +
                      " is no Boolean word: every form with this question fails.",
                  "Write toschema=\"true\" or \"false\".");
   }
@@ -145,7 +146,7 @@ void findNotTrue(const ParsedDeployment& deployment, Findings& findings) {
     if (!blnTrue && strLower != "false") blnTrue = toBoolean(strWord);
     if (!blnTrue) continue;
     findings.add(deployment.objectMapper, entry.objNode, "toschema", entry.strId,
-                 "The word toschema=" + quoted(strWord) +
+                 "The word toschema=" + inQuotes(strWord) +
                      " is not \"true\": the answer is silently "
                      "not sent.",
                  "Write toschema=\"true\" in lower case.");
@@ -157,7 +158,7 @@ void findWrongCheckExists(const ParsedDeployment& deployment, Findings& findings
     const std::string& strWord = entry.strCheckExists;
     if (strWord.empty() || strWord == "true" || strWord == "false") continue;
     findings.add(deployment.objectMapper, entry.objNode, "checkexists", entry.strId,
-                 "The word checkexists=" + quoted(strWord) +
+                 "The word checkexists=" + inQuotes(strWord) +
                      " is not \"true\" and counts as false: "
                      "the element is made a second time.",
                  "Write checkexists=\"true\" in lower case.");
@@ -171,7 +172,7 @@ void findUnknownEntryTypes(const ParsedDeployment& deployment, Findings& finding
         intendedWord(entry.strType, {"dynatable", "tablegroup", "table", "group"});
     if (strMeant.empty()) continue;
     findings.add(deployment.objectMapper, entry.objNode, kType, entry.strId,
-                 "The type " + quoted(entry.strType) + " is not " + quoted(strMeant) +
+                 "The type " + inQuotes(entry.strType) + " is not " + inQuotes(strMeant) +
                      ": no table or group finds the entry.",
                  "Write type=\"" + std::string(strMeant) + "\".");
   }
@@ -188,9 +189,10 @@ void findIgnoredOnTables(const ParsedDeployment& deployment, Findings& findings)
     const bool blnLeftOut = entry.strParentXPath.empty() && entry.strNodePath.empty();
     const bool blnNo = isBooleanWord(entry.strToSchema) && !toBoolean(entry.strToSchema);
     if (blnNo && !blnLeftOut) {
-      findings.add(deployment.objectMapper, entry.objNode, "toschema", entry.strId,
-                   "The table is sent although it has toschema=" + quoted(entry.strToSchema) + ".",
-                   "Take out parentxpath and node to leave a table out of the message.");
+      findings.add(
+          deployment.objectMapper, entry.objNode, "toschema", entry.strId,
+          "The table is sent although it has toschema=" + inQuotes(entry.strToSchema) + ".",
+          "Take out parentxpath and node to leave a table out of the message.");
     }
     if (!entry.strAbsent.empty()) add(entry.objNode, "absent", "absent");
     if (!entry.strCheckExists.empty()) add(entry.objNode, "checkexists", "checkexists");
@@ -248,10 +250,10 @@ void findNamesOfNothing(const ParsedDeployment& deployment, Findings& findings) 
     const bool blnCase = !object && lower != deployment.objectsByLowerId.end();
     findings.add(
         deployment.objectMapper, objNode, strAttribute, entry.strId,
-        std::string(strAttribute) + "=" + quoted(strName) +
+        std::string(strAttribute) + "=" + inQuotes(strName) +
             (object ? " names a table, which has no value: " : " names no object of the form: ") +
             consequence + ".",
-        blnCase ? "Write " + quoted(deployment.objects[lower->second.front()].strId) +
+        blnCase ? "Write " + inQuotes(deployment.objects[lower->second.front()].strId) +
                       ", as the object list does."
                 : "Name an object as the object list writes its id.");
   };

@@ -358,7 +358,7 @@ class ContentJudge {
       const bool blnTemplate = element.origin == Origin::fromFile;
       if (!isToldOfType(element)) {
         tell(blnTemplate ? "template-value" : "no-text-there", element,
-             "The text " + quoted(trim(oneLine(objNode.text()))) + " stands in \"" +
+             "The text " + inQuotes(trim(oneLine(objNode.text()))) + " stands in \"" +
                  element.strName + "\", which holds no text in the schema.",
              "Take it out: every message with it is invalid.");
       }

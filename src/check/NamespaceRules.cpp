@@ -37,7 +37,7 @@ void findUnusableEntries(const ParsedDeployment& deployment, Findings& findings)
       strReason = error.description();
     }
     if (strReason.empty() && !seen.insert(entry.strPrefix).second) {
-      strReason = "The prefix " + quoted(entry.strPrefix) + " is registered twice.";
+      strReason = "The prefix " + inQuotes(entry.strPrefix) + " is registered twice.";
     }
     if (strReason.empty() && entry.strName.empty()) strReason = "It has no name.";
     if (strReason.empty()) continue;
@@ -55,7 +55,7 @@ void findOtherElements(const ParsedDeployment& deployment, Findings& findings) {
       continue;
     }
     findings.add(deployment.namespaceList, entry.objNode, "", "",
-                 "The entry for " + quoted(entry.strPrefix) +
+                 "The entry for " + inQuotes(entry.strPrefix) +
                      " is no namespace below namespaces: no element can be made with it.",
                  "Write <namespace id=\"...\" name=\"...\" ref=\"...\"/>.");
   }
@@ -65,9 +65,9 @@ void findRefApart(const ParsedDeployment& deployment, Findings& findings) {
   for (const NamespaceEntry& entry : deployment.namespaces) {
     if (entry.strRef == entry.strName || entry.strName.empty()) continue;
     findings.add(deployment.namespaceList, entry.objNode, "ref", "",
-                 "The prefix " + quoted(entry.strPrefix) + " is looked for in the namespace " +
-                     quoted(entry.strName) + ", and its elements are made in " +
-                     quoted(entry.strRef) + ".",
+                 "The prefix " + inQuotes(entry.strPrefix) + " is looked for in the namespace " +
+                     inQuotes(entry.strName) + ", and its elements are made in " +
+                     inQuotes(entry.strRef) + ".",
                  "Write the same URI in name and ref.");
   }
 }
@@ -116,18 +116,18 @@ void findRegisteredOtherwise(const ParsedDeployment& deployment, Findings& findi
     const bool blnListRight = !agree.empty() || entry->strName == deployment.files.strSchemaUri;
     if (!blnListRight || strOther == deployment.files.strSchemaUri) {
       findings.add(deployment.namespaceList, entry->objNode, "name", "",
-                   "The prefix " + quoted(strPrefix) + " is registered for " +
-                       quoted(entry->strName) + ", and the other files declare it for " +
-                       quoted(strOther) + ": nothing is found.",
+                   "The prefix " + inQuotes(strPrefix) + " is registered for " +
+                       inQuotes(entry->strName) + ", and the other files declare it for " +
+                       inQuotes(strOther) + ": nothing is found.",
                    "Write the namespace of the template.");
       continue;
     }
     for (const Declaration& declaration : list) {
       if (declaration.strUri == entry->strName) continue;
       findings.add(*declaration.file, declaration.objNode, "xmlns:" + strPrefix, "",
-                   "The prefix " + quoted(strPrefix) + " is declared for " +
-                       quoted(declaration.strUri) + ", and registered for " +
-                       quoted(entry->strName) + ": what is looked for is not found.",
+                   "The prefix " + inQuotes(strPrefix) + " is declared for " +
+                       inQuotes(declaration.strUri) + ", and registered for " +
+                       inQuotes(entry->strName) + ": what is looked for is not found.",
                    "Write the same namespace here and in the namespace list.");
     }
   }
@@ -190,9 +190,10 @@ void findUnregisteredPrefixes(const ParsedDeployment& deployment, Findings& find
     if (strPrefix.empty() || strPrefix == "xml" || deployment.namespaceOf(strPrefix)) return false;
     const auto found = declared.find(strPrefix);
     if (found == declared.end()) {
-      findings.add(file, objNode, "", strObject,
-                   "The prefix " + quoted(strPrefix) + " is not registered in the namespace list.",
-                   "Register it there, or write one that is.");
+      findings.add(
+          file, objNode, "", strObject,
+          "The prefix " + inQuotes(strPrefix) + " is not registered in the namespace list.",
+          "Register it there, or write one that is.");
       return true;
     }
     if (!told.insert(strPrefix).second) return true;
@@ -201,7 +202,7 @@ void findUnregisteredPrefixes(const ParsedDeployment& deployment, Findings& find
       if (entry.strName == found->second.front().strUri) objPlace = entry.objNode;
     }
     findings.add(list, objPlace, objPlace == list.root() ? "" : "id", "",
-                 "The prefix " + quoted(strPrefix) +
+                 "The prefix " + inQuotes(strPrefix) +
                      ", which other files declare and use, is not registered: every form that "
                      "needs it fails.",
                  "Register it.");
@@ -243,7 +244,7 @@ void findStepsWithoutPrefix(const ParsedDeployment& deployment, Findings& findin
       for (const std::string& strStep : split(objPath.text(), "/")) {
         if (strStep.find(':') != std::string::npos || deployment.namespaceOf(strStep)) continue;
         findings.add(deployment.objectMapper, objPath, "", entry.strId,
-                     "The step " + quoted(strStep) +
+                     "The step " + inQuotes(strStep) +
                          " has no prefix, and the namespace list has no "
                          "entry of that name: every form with this answer fails.",
                      "Write a prefix, or register the name.");
@@ -269,7 +270,7 @@ void findUndeclaredRowPrefixes(const ParsedDeployment& deployment, Findings& fin
     const std::string strPrefix(prefixOf(entry.strNodePath));
     if (!blnTable || strPrefix.empty() || declared.contains(strPrefix)) continue;
     findings.add(deployment.objectMapper, entry.objNodePath, "", entry.strId,
-                 "The template does not declare the prefix " + quoted(strPrefix) +
+                 "The template does not declare the prefix " + inQuotes(strPrefix) +
                      " of the rows: the message is no well-formed XML, and not checked.",
                  "Declare it at the template's root.");
   }
@@ -287,8 +288,8 @@ Node declaringDefault(const Node& objElement) {
 void findDefaultNamespaces(const ParsedDeployment& deployment, Findings& findings) {
   const auto add = [&](const ParsedFile& file, const Node& objElement) {
     findings.add(file, objElement, "xmlns", attributeText(objElement, kId),
-                 "The element " + quoted(objElement.nodeName()) + " is in the default namespace " +
-                     quoted(objElement.namespaceUri()) +
+                 "The element " + inQuotes(objElement.nodeName()) +
+                     " is in the default namespace " + inQuotes(objElement.namespaceUri()) +
                      ", and it is looked up in none: it is not found.",
                  "Take the declaration xmlns=\"...\" out, or give the namespace a prefix.");
   };

@@ -59,13 +59,13 @@ void findUnknownObjectTypes(const ParsedDeployment& deployment, Findings& findin
       if (strMeant.empty() && !isMeantAsQuestion(deployment, object)) return;
       findings.add(
           *object.file, object.objNode, kObjectType, object.strId,
-          "The objecttype " + quoted(strWord) +
+          "The objecttype " + inQuotes(strWord) +
               " is neither field nor table: the object "
               "is passed over and its answer is lost.",
           "Write objecttype=\"" + std::string(strMeant.empty() ? kFieldObject : strMeant) + "\".");
     } else if (deployment.buildsMessage() && strWord != kFieldObject && strWord != kTableObject) {
       findings.add(*object.file, object.objNode, kObjectType, object.strId,
-                   "The objecttype " + quoted(strWord) +
+                   "The objecttype " + inQuotes(strWord) +
                        " is parked, but the message takes only "
                        "\"field\" and \"table\" in lower case.",
                    "Write objecttype=\"" + toLower(strWord) + "\".");
@@ -92,7 +92,7 @@ void findUnknownTypes(const ParsedDeployment& deployment, Findings& findings) {
     if (object.kind == ObjectKind::table) {
       const std::string strLower = toLower(object.strType);
       if (strLower != "table" && strLower != "dynatable") {
-        strWrong = "The table is of the type " + quoted(object.strType) +
+        strWrong = "The table is of the type " + inQuotes(object.strType) +
                    ", neither table nor dynatable: its rows are not told apart.";
       }
     } else if (object.kind == ObjectKind::field) {
@@ -100,8 +100,8 @@ void findUnknownTypes(const ParsedDeployment& deployment, Findings& findings) {
       // The word "date" counts in any case, but not where another entry takes the answer.
       const bool blnDate = toLower(object.strType) == "date" && !taken.contains(object.strId);
       if (!strMeant.empty() && !blnDate) {
-        strWrong = "The field is of the type " + quoted(object.strType) + ", which is not " +
-                   quoted(strMeant) + ": its answer is taken as a plain text.";
+        strWrong = "The field is of the type " + inQuotes(object.strType) + ", which is not " +
+                   inQuotes(strMeant) + ": its answer is taken as a plain text.";
       }
     }
     if (strWrong.empty()) return;
@@ -117,7 +117,7 @@ void findWrongDynamic(const ParsedDeployment& deployment, Findings& findings) {
     const std::optional<std::string> strWord = object.objNode.getAttribute(kDynamic);
     if (!blnRead || (strWord && isBooleanWord(*strWord))) return;
     findings.add(*object.file, object.objNode, kDynamic, object.strId,
-                 strWord ? "The attribute dynamic=" + quoted(*strWord) +
+                 strWord ? "The attribute dynamic=" + inQuotes(*strWord) +
                                " is no Boolean word: every form fails."
                          : "The attribute dynamic is missing: every form fails.",
                  "Write dynamic=\"false\", or \"true\" for an object of a group.");
@@ -164,7 +164,7 @@ void findWrongRows(const ParsedDeployment& deployment, Findings& findings) {
           blnNumber && lngNumber >= 1 && lngNumber <= static_cast<std::int64_t>(object.rows.size());
       if (blnInOrder && numbers.insert(lngNumber).second) continue;
       findings.add(*object.file, object.rows[at], kId, object.strId,
-                   "The row has the id " + quoted(strId) + ", where each of the " +
+                   "The row has the id " + inQuotes(strId) + ", where each of the " +
                        std::to_string(object.rows.size()) +
                        " rows needs one of the numbers from 1, each once: a form that posts them "
                        "fails or loses the row.",

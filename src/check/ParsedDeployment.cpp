@@ -109,7 +109,7 @@ std::string ParsedDeployment::shownPath(const std::string& strPath) const {
       std::filesystem::path(strPath).lexically_normal().lexically_relative(
           folder.lexically_normal());
   const bool blnBelow = !files.strOptionFile.empty() && !below.empty() && *below.begin() != "..";
-  return quoted(std::string_view(blnBelow ? below.generic_string() : strPath));
+  return inQuotes(std::string_view(blnBelow ? below.generic_string() : strPath));
 }
 
 bool ParsedDeployment::buildsMessage() const {

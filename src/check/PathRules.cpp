@@ -31,24 +31,24 @@ void findMalformed(const ParsedDeployment& deployment, Findings& findings) {
   forEachTrouble(deployment, PathTrouble::malformed, [&](const PathTrouble& trouble) {
     // An unknown prefix has a rule of its own.
     if (trouble.strDetail.find("refix") != std::string::npos) return;
-    findings.add(
-        deployment.objectMapper, trouble.objPath, "", idOf(trouble),
-        "The path " + quoted(trouble.objPath.text()) + " cannot be evaluated: " + trouble.strDetail,
-        "Write an XPath 1.0 expression that selects an element.");
+    findings.add(deployment.objectMapper, trouble.objPath, "", idOf(trouble),
+                 "The path " + inQuotes(trouble.objPath.text()) +
+                     " cannot be evaluated: " + trouble.strDetail,
+                 "Write an XPath 1.0 expression that selects an element.");
   });
 }
 
 void findNoParents(const ParsedDeployment& deployment, Findings& findings) {
   forEachTrouble(deployment, PathTrouble::noParent, [&](const PathTrouble& trouble) {
     findings.add(deployment.objectMapper, trouble.objPath, "", idOf(trouble),
-                 "The path " + quoted(trouble.objPath.text()) +
+                 "The path " + inQuotes(trouble.objPath.text()) +
                      " finds nothing in the template, nor in what entries before make: every form "
                      "with this answer fails.",
                  "Correct the path, or let the template hold the element; capitals count.");
   });
   forEachTrouble(deployment, PathTrouble::noElement, [&](const PathTrouble& trouble) {
     findings.add(deployment.objectMapper, trouble.objPath, "", idOf(trouble),
-                 "The path " + quoted(trouble.objPath.text()) + " finds no element.",
+                 "The path " + inQuotes(trouble.objPath.text()) + " finds no element.",
                  "Name the element that receives the answer's.");
   });
 }
@@ -56,8 +56,8 @@ void findNoParents(const ParsedDeployment& deployment, Findings& findings) {
 void findParentsOfAnswers(const ParsedDeployment& deployment, Findings& findings) {
   forEachTrouble(deployment, PathTrouble::parentOfAnswer, [&](const PathTrouble& trouble) {
     findings.add(deployment.objectMapper, trouble.objPath, "", idOf(trouble),
-                 "The path " + quoted(trouble.objPath.text()) +
-                     " finds an element that only the answer to " + quoted(trouble.strDetail) +
+                 "The path " + inQuotes(trouble.objPath.text()) +
+                     " finds an element that only the answer to " + inQuotes(trouble.strDetail) +
                      " makes: a form without that answer fails.",
                  "Let the template hold the element, or make it by the node path.");
   });
@@ -66,7 +66,7 @@ void findParentsOfAnswers(const ParsedDeployment& deployment, Findings& findings
 void findSelfExcluding(const ParsedDeployment& deployment, Findings& findings) {
   forEachTrouble(deployment, PathTrouble::selfExcluding, [&](const PathTrouble& trouble) {
     findings.add(deployment.objectMapper, trouble.objPath, "", idOf(trouble),
-                 "The condition in " + quoted(trouble.objPath.text()) +
+                 "The condition in " + inQuotes(trouble.objPath.text()) +
                      " holds no longer once the element of the answer is made, before its value "
                      "is written: every form with this answer fails.",
                  "Ask for the value and not for the element, as in [not(m:name/text())].");
@@ -82,9 +82,9 @@ void findTooFewPlaces(const ParsedDeployment& deployment, Findings& findings) {
     std::string strReason;
     const Node objPlace = deployment.shape().templateElement(
         deployment.shape().select(deployment.shape().document(), trouble.strDetail, strReason));
-    const std::string strMessage = "No element " + quoted(trouble.strDetail) +
-                                   " is left for the answer to " + quoted(trouble.object->strId) +
-                                   ": the condition in " + quoted(trouble.objPath.text()) +
+    const std::string strMessage = "No element " + inQuotes(trouble.strDetail) +
+                                   " is left for the answer to " + inQuotes(trouble.object->strId) +
+                                   ": the condition in " + inQuotes(trouble.objPath.text()) +
                                    " chooses none, and a form with all answers fails.";
     const char* const hint =
         "Let the template hold one for each answer, or correct the condition of the mapping.";
@@ -102,7 +102,7 @@ void findMalformedNodePaths(const ParsedDeployment& deployment, Findings& findin
   forEachTrouble(deployment, PathTrouble::malformedPath, [&](const PathTrouble& trouble) {
     const bool blnTable = trouble.object->kind == ObjectKind::table;
     findings.add(deployment.objectMapper, trouble.objPath, "", idOf(trouble),
-                 "The node path " + quoted(trouble.objPath.text()) +
+                 "The node path " + inQuotes(trouble.objPath.text()) +
                      (blnTable ? " is not the one name that each row bears."
                                : " is no list of names joined by \"/\"."),
                  "Write names such as m:address/m:street: no blanks, no \"/\" at its ends, no "
@@ -127,8 +127,8 @@ void findSamePlaces(const ParsedDeployment& deployment, Findings& findings) {
                           !isWhereQuestionSays(deployment, *other);
     findings.add(deployment.objectMapper, blnOther ? other->entry->objNodePath : trouble.objPath,
                  "", blnOther ? other->entry->strId : idOf(trouble),
-                 "The answers to " + quoted(trouble.strDetail) + " and " +
-                     quoted(trouble.object->strId) +
+                 "The answers to " + inQuotes(trouble.strDetail) + " and " +
+                     inQuotes(trouble.object->strId) +
                      " go to the same place, where the second replaces the first.",
                  "Give each a place of its own, or one of them absent or checkexists.");
   });
@@ -164,7 +164,7 @@ void findMissingFromTemplate(const ParsedDeployment& deployment, Findings& findi
       if (isSlipOf(objChild.baseName(), strName)) objPlace = objChild;
     }
     findings.add(deployment.messageTemplate, objPlace, "", "",
-                 "The template has no element " + quoted(strPath) +
+                 "The template has no element " + inQuotes(strPath) +
                      ", below which several entries of the mapping write.",
                  "Add it, or correct its name or its namespace.");
   }

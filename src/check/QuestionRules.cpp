@@ -33,10 +33,10 @@ void findQuestionsWithoutObject(const ParsedDeployment& deployment, Findings& fi
     const bool blnCase = lower != deployment.objectsByLowerId.end();
     findings.add(
         deployment.questionList, question.objNode, kId, question.strId,
-        "The question " + quoted(question.strId) +
+        "The question " + inQuotes(question.strId) +
             " is no object of the form: an error that is led to it finds no label, and the "
             "verdict is lost.",
-        blnCase ? "Write " + quoted(deployment.objects[lower->second.front()].strId) +
+        blnCase ? "Write " + inQuotes(deployment.objects[lower->second.front()].strId) +
                       ", as the object list does."
                 : "Correct the id, or take the question out.");
   }
@@ -71,9 +71,9 @@ void findObjectsWithoutQuestion(const ParsedDeployment& deployment, Findings& fi
                           : before ? before->objNode
                                    : deployment.questionList.root();
     findings.add(deployment.questionList, objPlace, meant ? "id" : "", object.strId,
-                 "The questions XML has no question " + quoted(object.strId) +
+                 "The questions XML has no question " + inQuotes(object.strId) +
                      ": an error in its answer cannot be led back, and the verdict is lost.",
-                 meant ? "The question " + quoted(meant->strId) + " is probably meant."
+                 meant ? "The question " + inQuotes(meant->strId) + " is probably meant."
                        : "Add a question with the path of its element.");
   }
 }
@@ -85,10 +85,11 @@ void findWrongTypes(const ParsedDeployment& deployment, Findings& findings) {
     const bool blnTable = object->kind == ObjectKind::table;
     if (blnTable == question.isTable()) continue;
     findings.add(deployment.questionList, question.objNode, kType, question.strId,
-                 blnTable ? "The question is a table and has the type " + quoted(question.strType) +
-                                ", not \"dynaTable\": errors in its "
-                                "cells are not led to their columns."
-                          : "The question is no table and has the type \"dynaTable\".",
+                 blnTable
+                     ? "The question is a table and has the type " + inQuotes(question.strType) +
+                           ", not \"dynaTable\": errors in its "
+                           "cells are not led to their columns."
+                     : "The question is no table and has the type \"dynaTable\".",
                  blnTable ? "Write type=\"dynaTable\"; capitals count." : "Take the type out.");
   }
 }
@@ -102,7 +103,7 @@ void findLostCheckBoxes(const ParsedDeployment& deployment, Findings& findings) 
     if (isSlipOf(object->strType, "check")) continue;  // has a rule of its own
     findings.add(*object->file, object->objNode, kType, object->strId,
                  "The question is a check box, and the object is of the type " +
-                     quoted(object->strType) + ": a ticked box goes into the message as \"on\".",
+                     inQuotes(object->strType) + ": a ticked box goes into the message as \"on\".",
                  "Write type=\"check\" here, or correct the type of the question.");
   }
 }
@@ -119,9 +120,9 @@ void findUnsentQuestions(const ParsedDeployment& deployment, Findings& findings)
     if (shape.isPlaced(object->strLowerId) || shape.isPlaced(object->strId)) continue;
     if (shape.isInDoubt()) return;  // another answer may be to take this one along
     findings.add(deployment.objectMapper, entry.objNode, "toschema", object->strId,
-                 "The answer to " + quoted(object->strId) +
+                 "The answer to " + inQuotes(object->strId) +
                      " is sent nowhere, and its question says that it stands at " +
-                     quoted(question.strXPath) + ".",
+                     inQuotes(question.strXPath) + ".",
                  "Write toschema=\"true\", let another entry take the answer along, or take the "
                  "question out.");
   }
@@ -149,7 +150,7 @@ void findUnknownPaths(const ParsedDeployment& deployment, Findings& findings) {
     if (lngPath && shape.isPlaceOf(question.strId, *lngPath)) continue;
     findings.add(
         deployment.questionList, question.objXPath, "", question.strId,
-        "The path " + quoted(question.strXPath) +
+        "The path " + inQuotes(question.strXPath) +
             (lngPath ? " is not where the mapping writes the answer: errors are led to the "
                        "wrong question."
                      : " is no path of the message, letter by letter: what is missing is "
@@ -177,23 +178,23 @@ void findWrongColumns(const ParsedDeployment& deployment, Findings& findings) {
       if (isBlank(column.strId) || columns.contains(column.strId)) continue;
       if (places.contains(column.strId)) {
         findings.add(*object->file, object->objNode, "", column.strId,
-                     "The table " + quoted(object->strId) + " has no column " +
-                         quoted(column.strId) +
+                     "The table " + inQuotes(object->strId) + " has no column " +
+                         inQuotes(column.strId) +
                          ", which its question and its complex type have: its cells are lost.",
                      "Add it, or correct the id of the one that is meant.");
         continue;
       }
       findings.add(deployment.questionList, column.objNode, kId, column.strId,
-                   "The table " + quoted(object->strId) + " has no column " + quoted(column.strId) +
-                       ": errors in it are told as internal ones.",
+                   "The table " + inQuotes(object->strId) + " has no column " +
+                       inQuotes(column.strId) + ": errors in it are told as internal ones.",
                    "Write the id as the object list does.");
     }
     if (!object->entry) continue;
     for (const TableColumn& column : object->columns) {
       if (isBlank(column.strId) || asked.contains(column.strId)) continue;
       findings.add(deployment.questionList, question.objNode, "", column.strId,
-                   "The question " + quoted(question.strId) + " has no column " +
-                       quoted(column.strId) + ": an error in its cells can lose the verdict.",
+                   "The question " + inQuotes(question.strId) + " has no column " +
+                       inQuotes(column.strId) + ": an error in its cells can lose the verdict.",
                    "Add the column with its path.");
     }
   }
@@ -240,7 +241,7 @@ void findWrongColumnPaths(const ParsedDeployment& deployment, Findings& findings
       }
       if (lngPath && (place == places.end() || place->second == *lngPath)) continue;
       findings.add(deployment.questionList, column.objPath, "", column.strId,
-                   "The path " + quoted(column.strPath) +
+                   "The path " + inQuotes(column.strPath) +
                        (lngPath ? " is that of another column's cells."
                                 : " leads to nothing in a row of the message."),
                    "Write the path from the row's element to that of the cell.");
@@ -262,7 +263,7 @@ void findLimits(const ParsedDeployment& deployment, Findings& findings) {
         continue;
       }
       findings.add(deployment.questionList, objNode, names[at], strId,
-                   std::string(names[at]) + "=" + quoted(*strLimit) + " is no number.",
+                   std::string(names[at]) + "=" + inQuotes(*strLimit) + " is no number.",
                    "Write the schema's limit in digits.");
     }
     if (limits[0] && limits[1] && *limits[0] > *limits[1]) {

@@ -25,7 +25,7 @@ void findWrongMandatory(const ParsedDeployment& deployment, Findings& findings) 
     const std::string strLower = toLower(strWord);
     if (isBlank(strWord) || strLower == "true" || strLower == "false") continue;
     findings.add(deployment.reference, objElement, "mandatory", "",
-                 "The word mandatory=" + quoted(strWord) +
+                 "The word mandatory=" + inQuotes(strWord) +
                      " is neither true nor false: a form that leaves the element empty fails.",
                  "Write \"true\" or \"false\"; a number is none here.");
   }
@@ -37,7 +37,7 @@ void findWrongChoice(const ParsedDeployment& deployment, Findings& findings) {
     const std::string strWord = toLower(attributeText(objElement, "choice"));
     if (strWord.empty() || strWord == "true" || strWord == "false") continue;
     findings.add(deployment.reference, objElement, "choice", "",
-                 "The word choice=" + quoted(strWord) + " is not \"true\" and does not count.",
+                 "The word choice=" + inQuotes(strWord) + " is not \"true\" and does not count.",
                  "Write \"true\" or \"false\".");
   }
 }
@@ -53,7 +53,7 @@ void findUnknownQuestionIds(const ParsedDeployment& deployment, Findings& findin
       const FormObject* const object = deployment.object(strId);
       if (object && (object->kind == ObjectKind::table || !hasCapitals(strId))) continue;
       findings.add(deployment.reference, objElement, "questionIds", strId,
-                   "questionIds names " + quoted(strId) +
+                   "questionIds names " + inQuotes(strId) +
                        ", which no element of the message is marked with: for it the element is "
                        "not mandatory.",
                    "Write ids of objects, joined by \";\" without blanks.");
@@ -67,8 +67,9 @@ void findWrongRoot(const ParsedDeployment& deployment, Findings& findings) {
   const std::string strRoot = deployment.messageTemplate.root().nodeName();
   if (reference.root().nodeName() == strRoot) return;
   findings.add(reference, reference.root(), "", "",
-               "The root is " + quoted(reference.root().nodeName()) + ", and that of the message " +
-                   quoted(strRoot) + ": nothing is found here, and all empty elements go.",
+               "The root is " + inQuotes(reference.root().nodeName()) +
+                   ", and that of the message " + inQuotes(strRoot) +
+                   ": nothing is found here, and all empty elements go.",
                "Give it the name of the template's root, prefix included.");
 }
 
@@ -156,8 +157,9 @@ void findMissingPaths(const ParsedDeployment& deployment, Findings& findings) {
       break;
     }
     findings.add(deployment.reference, objPlace, "", strObject,
-                 "The reference XML has no element " + quoted(strMissing) + " at the path " +
-                     quoted(strPath) + ": empty ones go, and an error there can lose the verdict.",
+                 "The reference XML has no element " + inQuotes(strMissing) + " at the path " +
+                     inQuotes(strPath) +
+                     ": empty ones go, and an error there can lose the verdict.",
                  "Add it, with mandatory=\"true\" or \"false\".");
   };
   for (const Question& question : deployment.questions) {
@@ -201,7 +203,7 @@ void findDoubles(const ParsedDeployment& deployment, Findings& findings) {
     for (const Node& objChild : colChildren) {
       if (seen.insert(objChild.nodeName()).second) continue;
       findings.add(deployment.reference, objChild, "", "",
-                   "There is an element " + quoted(objChild.nodeName()) +
+                   "There is an element " + inQuotes(objChild.nodeName()) +
                        " before this one, which counts; this one is never found.",
                    "Take one of them out.");
     }
@@ -240,9 +242,9 @@ void findUnknown(const ParsedDeployment& deployment, Findings& findings, bool bl
       if (strMeant.empty() == blnSlips) continue;
       if (blnSlips && asked.contains(*shape.paths().find(lngPath, strMeant))) continue;
       findings.add(deployment.reference, objChild, "", "",
-                   "The message never has an element " + quoted(strName) +
+                   "The message never has an element " + inQuotes(strName) +
                        " here, neither from the template nor from the mapping.",
-                   blnSlips ? "Write " + quoted(strMeant) + ", as the message has it."
+                   blnSlips ? "Write " + inQuotes(strMeant) + ", as the message has it."
                             : "Correct the name, or leave it when it is for later.");
     }
   });

@@ -34,7 +34,7 @@ std::size_t slips(std::string_view strOne, std::string_view strOther) {
 
 }  // namespace
 
-std::string quoted(std::string_view strText) {
+std::string inQuotes(std::string_view strText) {
   constexpr std::size_t kShown = 120;
   if (strText.size() <= kShown) return '"' + std::string(strText) + '"';
   std::size_t lngEnd = kShown;

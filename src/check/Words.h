@@ -7,7 +7,7 @@
 namespace Varnel_Tolv_XML_Creation {
 
 /// A text in quotation marks, as a message shows it: a long one is cut.
-std::string quoted(std::string_view strText);
+std::string inQuotes(std::string_view strText);
 
 /// Whether a word looks like a slip of the pen for a known one: not the same, but for its letters'
 /// case, blanks at its ends, and one letter wrong, missing, too many or exchanged with its

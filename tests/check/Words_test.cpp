@@ -32,9 +32,9 @@ TEST(Words, TellSlipsFromOtherWords) {
 }
 
 TEST(Words, CutALongTextBetweenCharacters) {
-  EXPECT_EQ(Varnel_Tolv_XML_Creation::quoted("a"), "\"a\"");
+  EXPECT_EQ(Varnel_Tolv_XML_Creation::inQuotes("a"), "\"a\"");
   const std::string strLong = std::string(119, 'a') + "\xC3\xA4" + std::string(100, 'b');
-  EXPECT_EQ(Varnel_Tolv_XML_Creation::quoted(strLong), '"' + std::string(119, 'a') + "...\"");
+  EXPECT_EQ(Varnel_Tolv_XML_Creation::inQuotes(strLong), '"' + std::string(119, 'a') + "...\"");
 }
 
 }  // namespace

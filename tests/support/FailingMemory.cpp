@@ -109,8 +109,8 @@ void deleteBlock(void* block) { release(block); }
 
 }  // namespace Varnel_Tolv_XML_Creation::test
 
-// The other forms of operator new and delete call these; but a sanitizer brings its own form that does
-// not throw, whose blocks the operators delete below would not know.
+// The other forms of operator new and delete call these; but a sanitizer brings its own form that
+// does not throw, whose blocks the operators delete below would not know.
 void* operator new(std::size_t lngBytes) {
   return Varnel_Tolv_XML_Creation::test::newBlock(lngBytes);
 }

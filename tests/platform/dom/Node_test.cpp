@@ -53,8 +53,8 @@ TEST(Node, OfNothingTestsFalseAndRaises91WhenUsed) {
 TEST(Node, TellsWhatHoldsNothing) {
   const Document objDocument = loaded(
       "<r><a/><b>x</b><c><d/></c><!----><!--x--><?p?><?p x?><![CDATA[]]><e><![CDATA[]]></e></r>");
-  const Node objTextless = objDocument.selectSingleNode("/r/b").appendChild(
-      objDocument.createElement("f"));
+  const Node objTextless =
+      objDocument.selectSingleNode("/r/b").appendChild(objDocument.createElement("f"));
   objTextless.setText("");
   const Node objBeside = objDocument.documentElement().appendChild(objDocument.createElement("g"));
   objBeside.setText("");

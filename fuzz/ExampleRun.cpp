@@ -7,9 +7,11 @@
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <vector>
 
 #include "Check.h"
 #include "interface/BuildXML.h"
+#include "interface/CheckDeployment.h"
 #include "platform/xml/FileCache.h"
 
 namespace Varnel_Tolv_XML_Creation::fuzz {
@@ -126,6 +128,39 @@ void requireStorable(const Document& objXml) {
   require(objOpened.xml() == strAgain, "opening and storing changes nothing");
 }
 
+const Copies& exampleCopies() {
+  static const Copies copies;
+  return copies;
+}
+
+std::string_view partOf(const char* strName, const Parts& replaced) {
+  const auto found = replaced.find(strName);
+  return found == replaced.end() ? exampleParts().at(strName) : found->second;
+}
+
+/// Whether the report agrees with itself, of a run which asked for the verdict and the journal.
+void requireSound(const RunReport& report) {
+  require(report.verdict != Verdict::valid || report.violations.empty(),
+          "a valid message has no violation");
+  require(report.verdict != Verdict::invalid || !report.violations.empty(),
+          "an invalid one has some");
+  require((report.verdict == Verdict::notChecked) == !report.reason.empty(),
+          "what was not checked has a reason, nothing else has one");
+  for (const SchemaViolation& violation : report.violations) {
+    require(!violation.message.empty() && !violation.path.empty(),
+            "a violation says what is wrong and where");
+  }
+  const auto isLost = [](const JournalEntry& entry) {
+    return entry.outcome == JournalOutcome::lost;
+  };
+  require(report.losses.size() == static_cast<std::size_t>(std::count_if(
+                                      report.journal.begin(), report.journal.end(), isLost)),
+          "the journal loses what the list of losses names");
+  for (const AnswerLoss& loss : report.losses) {
+    require(!loss.reason.empty(), "a loss has its reason");
+  }
+}
+
 /// Takes every trace line, so that composing them is tried too.
 class Discard : public TraceSink {
  public:
@@ -140,21 +175,21 @@ const Parts& exampleParts() {
 }
 
 void runExample(const Parts& replaced) {
-  static const Copies copies;
+  const Copies& copies = exampleCopies();
   static FileCache cache;
   copies.put(replaced);
   const auto file = [&](const char* strName) { return copies.at(strName, replaced); };
-  const auto part = [&](const char* strName) -> std::string_view {
-    const auto found = replaced.find(strName);
-    return found == replaced.end() ? exampleParts().at(strName) : found->second;
-  };
+  const auto part = [&](const char* strName) { return partOf(strName, replaced); };
 
   const FormCollection form(part("form"));
   const PageServer server(copies.pages(replaced));
   const ObjectContext context{.request = &form, .server = &server};
   const FixedClock clock(DateTime{2025, 10, 14, 12, 5, 0});
   Discard trace;
+  RunReport report;
   HostServices host;
+  host.report = &report;
+  host.blnJournal = true;
   host.objectContext = &context;
   host.clock = &clock;
   host.traceSink = &trace;
@@ -183,8 +218,40 @@ void runExample(const Parts& replaced) {
   const bool blnVerdict = objAck.ErrorCode() == SVC_RET_XML_CREATION_SCHEMA_VALIDATION_FAILED;
   require(!blnVerdict || !colUserErrors->empty() || !colIntErrors->empty(),
           "a message that the schema refuses has errors to show");
+  requireSound(report);
   requireStorable(objParkXML);
   requireStorable(objSendXML);
+}
+
+void checkExample(const Parts& replaced) {
+  const Copies& copies = exampleCopies();
+  copies.put(replaced);
+  const auto file = [&](const char* strName) { return copies.at(strName, replaced); };
+  const auto part = [&](const char* strName) { return line(partOf(strName, replaced)); };
+  DeploymentFiles files;
+  files.strTemplateXML = file("template.xml");
+  files.strMsgObjectXML = file("object-mapper.xml");
+  files.strSchemaTypeMapperXML = file("schema-types.xml");
+  files.strHiddenFieldXML = file("hidden-fields.xml");
+  files.strNamespaceXML = file("namespaces.xml");
+  files.strQuestionsXmlPath = file("questions.xml");
+  files.strReferenceXmlPath = file("reference.xml");
+  files.strObjectList = file("object-list.xml");
+  files.strProtocolInfo = file("protocol-info.xml");
+  files.strSchemaUrl = part("schema-url");
+  files.strSchemaUri = part("schema-uri");
+  files.strPageDirectory = copies.pages(replaced);
+  files.blnSubmit = true;
+  files.blnValidateAgainstSchema = true;
+  files.dateOrder = dateOrder(part("date-order"));
+  const std::vector<Finding> findings = checkDeployment(files);
+  copies.restore(replaced);
+  require(findings.empty() || !replaced.empty(), "the example has no finding");
+  for (const Finding& finding : findings) {
+    require(!finding.code.empty() && !finding.message.empty() && finding.line > 0,
+            "a finding says what is wrong and where");
+    require(finding.message.find('\n') == std::string::npos, "a message is one line");
+  }
 }
 
 }  // namespace Varnel_Tolv_XML_Creation::fuzz

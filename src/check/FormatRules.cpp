@@ -30,17 +30,17 @@ struct ElementShape {
 constexpr ElementShape kObjectList[] = {
     {"", "prtobjcts", "", "objects"},
     {"objects", "prtobjct",
-     "id objecttype type dynamic group checkedvalue value (letterlabel) (tablelabel) (fieldlabel)",
+     "id objecttype type dynamic group checkedvalue value tablelabel fieldlabel (letterlabel)",
      "objects"},
-    {"objects", "row", "id (rowlabel)", "row"},
+    {"objects", "row", "id rowlabel", "row"},
     {"objects", "column",
      "id autovalue calculate firstcolumn secondcolumn datatype timedimabbr columntype value "
-     "(columnlabel)",
+     "columnlabel",
      "text"},
     {"objects", "hdnflds", "", "hidden"},
     {"row", "column",
      "id autovalue calculate firstcolumn secondcolumn datatype timedimabbr "
-     "columntype value (columnlabel)",
+     "columntype value columnlabel",
      "text"},
     {"hidden", "hdnfld", "id value", "text"},
 };

@@ -110,6 +110,11 @@ const std::vector<Mistake>& mistakesOfFormatRules() {
        "one outside the complex types",
        {{"schema-types.xml", "  <schematypes>", "  <!----><schematypes>"}},
        {}},
+      {"misspelt-attribute",
+       "the label of a row, which goes into its text",
+       {{"object-list.xml", R"(rowlabel="Attic")", R"(rowlable="Attic")"}},
+       {{Severity::error, "misspelt-attribute", "object-list.xml", "", "rooms"},
+        {Severity::warning, "row-label-missing", "object-list.xml", "", "rooms"}}},
   };
   return kMistakes;
 }

@@ -153,6 +153,20 @@ TEST_F(DataDictionary, MakesAPageOfItsOwn) {
   }
 }
 
+TEST_F(DataDictionary, FindsAnEntryAsARunDoesWhateverTheLettersOfItsId) {
+  write(
+      "objects.xml",
+      "<prtobjcts><prtobjct id=\"\xC3\x84RGER\" objecttype=\"field\" type=\"text\"/></prtobjcts>");
+  write("mapper.xml",
+        "<message><messageitem id=\"\xC3\xA4rger\" toschema=\"true\">"
+        "<parentxpath>/c:card</parentxpath><node>c:name</node></messageitem></message>");
+  const ProgramRun run = document(
+      {"--format", "markdown", "--object-list", "objects.xml", "--object-mapper", "mapper.xml"});
+  ASSERT_EQ(run.status, 0) << run.err;
+  EXPECT_THAT(lineOf(run.out, "\xC3\x84RGER"), HasSubstr("/c:card/c:name"));
+  EXPECT_THAT(run.out, Not(HasSubstr("no entry for it")));
+}
+
 TEST_F(DataDictionary, RefusesWhatItCannotRead) {
   EXPECT_TRUE(CouldNotRun(document({"--format", "pdf"}), "--format"));
   EXPECT_TRUE(CouldNotRun(document({"--object-list", "none.xml"}), "none.xml"));

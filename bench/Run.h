@@ -19,7 +19,7 @@ struct Outcome {
   std::string strParkXML;
   std::string strMessage;  // empty when the form was only parked
   bool blnValid = true;
-  RunReport report;  // where one was asked for
+  RunReport report = {};  // where one was asked for
 };
 
 /// A host that serves submissions of one form and keeps its files in a cache, so that every run but

@@ -253,19 +253,20 @@ TEST_F(Cycle, RefusesToSendWhatWouldLoseAnAnswer) {
        "oldquestion",
        "Kept?",
        {},
-       "oldquestion: the form asks no such question.",
+       "oldquestion: no object of the form asks for it.",
        "unknown-question"},
       {"a cell of a column that the table does not have",
        "defects___colour_1",
        "red",
        {"defects-1"},
-       "defects, row 1, colour: the table has no such column.",
+       "Defects (defects), row 1, colour: the table has no such column.",
        "unknown-column"},
       {"a row that the grid does not have",
        "areas___remark_9",
        "damp",
        {"areas"},
-       "areas, row 9, remark: the form says that there are fewer rows.",
+       "Areas and their condition (areas), row 9, Remark (remark): its row is above the submitted "
+       "row count.",
        "row-beyond-count"},
   };
   for (const auto& c : cases) {

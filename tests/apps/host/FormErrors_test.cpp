@@ -81,9 +81,9 @@ TEST(FormErrors, TellWhatWouldBeLostBehindWhatIsWrong) {
   loss.reason = "line-without-slot";
   report.losses = {loss, loss};
   EXPECT_EQ(textsOf(report),
-            (Texts{"An answer is missing.", "There is no place for so many lines."}));
+            (Texts{"An answer is missing.", "The complex type has no slot for these lines."}));
   EXPECT_EQ(errorsOf(report, Catalogue::of("en"))[1].strInFull,
-            "q: there is no place for so many lines.");
+            "q: the complex type has no slot for these lines.");
   EXPECT_EQ(errorsOf(report, *Catalogue::known("de-AT"))[0].strMessage, "Eine Antwort fehlt.");
 }
 

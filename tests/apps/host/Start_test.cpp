@@ -75,11 +75,11 @@ TEST_F(Start, EndsWithTheFindingsOfABrokenDeployment) {
        44},
       {"schema/record.xsd", "<xs:schema", "<xs:skema", "schema-unusable", "schema/record.xsd", 139},
       {"deployment.json", "schema/inspection.xsd", "schema/none.xsd", "schema-unusable",
-       "schema/none.xsd", 1},
+       "deployment.json", 11},
       {"deployment.json", "\"object-list\": \"object-list.xml\",", "", "file-missing",
        "deployment.json", 1},
       {"deployment.json", "\"schema-url\": \"schema/inspection.xsd\",", "", "no-schema",
-       "deployment.json", 1},
+       "deployment.json", 12},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.code);

@@ -181,7 +181,13 @@ void AnswerLog::copied(const Node& objOriginal, const Node& objCopy) {
   forEachElement(objCopy, [&](const Node& objElement) { copies.push_back(objElement); });
   std::vector<Write> more;
   std::size_t lngNext = 0;
+  std::size_t lngOfCopy = 0;  // a parent that is copied into itself holds the copy by now
   forEachElement(objOriginal, [&](const Node& objElement) {
+    if (objElement.identity() == objCopy.identity()) lngOfCopy = copies.size();
+    if (lngOfCopy > 0) {
+      --lngOfCopy;
+      return;
+    }
     const Node& objPlace = copies.at(lngNext++);
     forEachWriteTo(objElement, [&](const Write& write) {
       if (!write.strGone.empty()) return;

@@ -70,6 +70,13 @@ TEST(Journal, TellsWhereEachFieldWent) {
        "<node>/m:r/m:a</node></rule></docnodes></docdata>",
        "q|||1|written|/m:r[1]/m:a[1]/m:q[1] /m:r[1]/head[1]/m:a[1]/m:q[1] |mapper.xml:2\n"
        "r|||2|left-out||mapper.xml:3\n"},
+      {"a parent that is copied into itself",
+       "<messageitem id='q' toschema='true'><parentxpath>/m:r</parentxpath><node>m:a/m:q</node>"
+       "</messageitem>\n<messageitem id='r' toschema='false'/>"
+       "<docdata><docnodes><rule><parentxpath>/m:r/m:a</parentxpath>"
+       "<node>/m:r/m:a</node></rule></docnodes></docdata>",
+       "q|||1|written|/m:r[1]/m:a[1]/m:q[1] /m:r[1]/m:a[1]/m:a[1]/m:q[1] |mapper.xml:2\n"
+       "r|||2|left-out||mapper.xml:3\n"},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.says);

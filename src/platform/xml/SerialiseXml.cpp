@@ -161,9 +161,7 @@ class Writer {
   void writeLeaf(const TreeNode* node) {
     switch (node->kind) {
       case NodeKind::cdata:
-        put("<![CDATA[");
-        put(valueOf(node));
-        return put("]]>");
+        return writeCData(valueOf(node));
       case NodeKind::comment:
         put("<!--");
         put(valueOf(node));
@@ -182,6 +180,19 @@ class Writer {
       default:
         writeEscaped(valueOf(node), kInText);
     }
+  }
+
+  /// What would end the section stands in two, as it was read: a node is all of neighbours.
+  void writeCData(std::string_view strText) {
+    constexpr std::string_view kEnd = "]]>";
+    put("<![CDATA[");
+    std::size_t at = 0;
+    for (std::size_t end; (end = strText.find(kEnd, at)) != std::string_view::npos; at = end + 2) {
+      put(strText.substr(at, end + 2 - at));
+      put("]]><![CDATA[");
+    }
+    put(strText.substr(at));
+    put(kEnd);
   }
 
   void put(char byte) {

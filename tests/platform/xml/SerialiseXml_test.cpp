@@ -14,6 +14,7 @@ TEST(SerialiseXml, WritesWhatItReadAsItStood) {
       "<a b=\"x&#9;y&#10;z&#13;\">1&#13;\n\t2</a>",
       "<a>]]&gt;</a>",
       "<a><![CDATA[<&>]]><!-- c --><?p i?><?q?></a>",
+      "<a><![CDATA[a]]]]><![CDATA[>b]]]]><![CDATA[>]]></a>",
       "<p:a xmlns:p=\"urn:p\"><p:b/></p:a>",
       "<a xmlns=\"urn:d\" xmlns:unused=\"urn:u\" xmlns:p=\"urn:p\" p:b=\"1\" b=\"2\"><c/></a>",
       "<a xmlns=\"urn:d\"><b xmlns=\"\"><c xmlns=\"urn:d\"/></b></a>",

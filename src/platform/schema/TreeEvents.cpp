@@ -92,8 +92,10 @@ TreeEvents::Event TreeEvents::next() {
 
 void TreeEvents::readTag() {
   const TreeName& name = *node_->name;
+  std::size_t lngTag = name.strQualified.size();
   namespaces_.clear();
-  scope_.enter(node_, [this](const NamePart& declared, const NamePart& bound) {
+  scope_.enter(node_, [&](const NamePart& declared, const NamePart& bound) {
+    lngTag += declared.strText.size() + bound.strText.size();
     namespaces_.push_back(partText(&declared));
     namespaces_.push_back(xmlText(bound.strText));
   });
@@ -113,7 +115,6 @@ void TreeEvents::readTag() {
     }
   }
 
-  std::size_t lngTag = name.strQualified.size();
   const TreeNode* const first = firstAttribute(node_);
   std::size_t lngCount = 0;
   for (const TreeNode* item = first; item; item = item->next) ++lngCount;

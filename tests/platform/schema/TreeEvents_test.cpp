@@ -66,6 +66,8 @@ TEST(TreeEvents, AreThoseOfTheText) {
       {"characters that are written as references",
        "<r a='&lt;&amp;&quot;&#10;&#13;&#9;'>&lt;&#13;]]&gt;</r>", asItIs, true},
       {"CDATA sections", "<r>a<![CDATA[<b>]]>c</r>", asItIs, true},
+      {"CDATA sections that hold their own end", "<r><![CDATA[a]]]]><![CDATA[>b]]></r>", asItIs,
+       true},
       {"empty texts and elements", "<r><a></a></r>",
        [](const Document& objDocument) { objDocument.documentElement().setText(""); }, true},
       {"an element of a namespace without a prefix", "<r><b/></r>",
@@ -133,6 +135,12 @@ TEST(TreeEvents, AreThoseOfTheText) {
       {"a value that is too long for the parser", "<r/>",
        [](const Document& objDocument) {
          objDocument.documentElement().setAttribute("a", strLong);
+       },
+       false},
+      {"a namespace that is too long for the parser", "<r/>",
+       [](const Document& objDocument) {
+         objDocument.documentElement().appendChild(
+             objDocument.createNode(NodeType::element, "c", strLong));
        },
        false},
       {"a name that is too long for the parser", "<r/>",

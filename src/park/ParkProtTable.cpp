@@ -17,6 +17,7 @@
 #include "park/ComputedCell.h"
 #include "platform/text/Conversions.h"
 #include "platform/text/Text.h"
+#include "platform/xml/XmlCharacters.h"
 #include "result/Guarded.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -204,10 +205,21 @@ Acknowledge TableParking::readDefinitions() {
   return {};
 }
 
+/// Reads all cells before the first is written. As if each were written before the next is read,
+/// a character that no document may hold is told before what is wrong in a later cell.
 Acknowledge TableParking::readRow(RowValues& row) const {
-  for (const CellDefinition& cell : *cells_) {
+  std::size_t lngWritable = 0;
+  const auto requireWritable = [&](std::size_t lngCells) {
+    while (lngWritable < lngCells) requireXmlText(row.values[lngWritable++]);
+  };
+  for (std::size_t lngCell = 0; lngCell < cells_->size(); ++lngCell) {
+    const CellDefinition& cell = (*cells_)[lngCell];
+    if (cell.blnCalculated) requireWritable(lngCell);  // computing can raise
     Acknowledge objAck = readCell(cell, row);
-    if (!objAck.Success()) return objAck;
+    if (!objAck.Success()) {
+      requireWritable(lngCell);
+      return objAck;
+    }
   }
   return {};
 }

@@ -190,12 +190,33 @@ TEST(ParkProtTable, FailsWhenABlankTableStandsNowhere) {
   EXPECT_EQ(objTable.xml(), kDynamic);
 }
 
-TEST(ParkProtTable, MakesOneScratchDocumentForAllItsRows) {
-  TestHost host({{"t_rowCount", "3"}, {"t___a_1", "x"}, {"t___a_2", "y"}, {"t___a_3", "z"}});
-  const FaultyRun run(host, kDynamic, DomOperation::createDocument, 2, Fault::error);
-  EXPECT_TRUE(Succeeded(run.objAck));
-  EXPECT_FALSE(run.fault.struck());
-  EXPECT_EQ(run.objList.selectNodes("//row")->length(), 3U);
+TEST(ParkProtTable, TellsTheFirstOfTwoFailuresInARow) {
+  const struct {
+    const char *says, *columns;
+  } cases[] = {
+      {"a read that is refused", "<column id='a'/><column id='b'/>"},
+      {"an operand that is refused",
+       "<column id='a'/><column id='c' calculate='true' firstcolumn='b'/>"},
+      {"a unit that is none",
+       "<column id='a'/><column id='c' calculate='true' datatype='date' timedimabbr='fortnight' "
+       "firstcolumn='f' secondcolumn='s'/>"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    for (const char* strType : {"table", "dynatable"}) {
+      SCOPED_TRACE(strType);
+      TestHost host({{"t_rowCount", "1"},
+                     {"t___a_1", "x\x01"},
+                     {"t___f_1", "2012-01-01"},
+                     {"t___s_1", "2012-01-02"}});
+      const Refusal refusal(host, {"t___b_1"});
+      const Document objList = objectList(std::string("<prtobjct id='t' type='") + strType +
+                                          "'><row id='1'/>" + c.columns + "</prtobjct>");
+      EXPECT_TRUE(FailedWithRuntimeError(ParkProtTable(host.session(), firstObject(objList)),
+                                         kXmlFailure, "ParkProtTable",
+                                         "An invalid character was found in text content."));
+    }
+  }
 }
 
 TEST(ParkProtTable, HandsUpARefusedReadUnchanged) {

@@ -21,9 +21,9 @@ class Arena {
   Arena& operator=(Arena&& other) noexcept;
 
   /// Begins to count what is taken: as much as at first may be taken from here on.
-  void startCount() noexcept { lngTaken_ = 0; }
+  void startCount() noexcept { lngTaken_ = static_cast<std::size_t>(end_ - cursor_); }
 
-  /// The bytes of the chunks that were taken since it counts.
+  /// The bytes of the chunks that were taken since it counts, with what was left of the one before.
   std::size_t taken() const noexcept { return lngTaken_; }
 
   /// A new object, which is never destroyed. std::bad_alloc when there is no memory, kXmlFailure

@@ -59,6 +59,20 @@ TEST(DocumentLimits, CountTheValueOfEachCopy) {
             "The document is larger than 20000 bytes.");
 }
 
+TEST(DocumentLimits, CountWhatIsLoadedInPlaceOfAContentThatIsKept) {
+  DocumentSettings settings;
+  settings.lngMaxBytes = 10'000;
+  const Document objDocument = Document::create(settings);
+  std::string strElements;
+  for (int at = 0; at < 2'000; ++at) strElements += "<a/>";
+  ASSERT_TRUE(objDocument.loadXML("<r>" + strElements + "</r>"));
+  const Node objKept = objDocument.documentElement();
+  ASSERT_TRUE(objDocument.loadXML("<r a='" + std::string(9'900, '\"') + "'/>"));
+  EXPECT_EQ(descriptionOf(kXmlFailure, [&] { objDocument.requireReadable(); }),
+            "The document is larger than 10000 bytes.");
+  EXPECT_EQ(objKept.childNodes()->length(), 2'000U);
+}
+
 TEST(DocumentLimits, CountTheNodes) {
   DocumentSettings settings;
   settings.lngMaxNodes = 10;

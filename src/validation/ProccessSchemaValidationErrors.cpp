@@ -57,6 +57,8 @@ Acknowledge ProccessSchemaValidationErrors(
                   SVC_RET_XML_CREATION_QUESTIONS_XML_PARSE_ERROR, "strQuestionsXmlPath"});
         if (!objAck.Success()) return objAck;
         Document objReferenceXml;
+        // deliberate: in a run it is the one that the clean-up read; the file may have changed
+        // since.
         if (session.objReferenceXML && session.strReferenceXmlPath == strReferenceXmlPath) {
           objReferenceXml = session.objReferenceXML;
         } else {

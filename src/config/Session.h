@@ -2,10 +2,12 @@
 
 #include <functional>
 #include <map>
+#include <memory>
 #include <string>
 
 #include "platform/dom/Document.h"
 #include "platform/host/HostServices.h"
+#include "platform/xml/TreeBudget.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
@@ -38,17 +40,26 @@ struct Session {
   std::string strMsgObjectXML = {};
   std::string strSchemaTypeMapperXML = {};
 
+  /// What the documents of the run that is on may have together; null between runs.
+  std::shared_ptr<TreeBudget> budget = {};
+
   /// A new, empty document with the host's settings.
-  Document newDocument() const { return Document::create(documentSettings()); }
+  Document newDocument() const { return create(documentSettings()); }
 
   /// The same for one that is loaded and then only read.
   Document newConfiguration() const {
     DocumentSettings settings = documentSettings();
     settings.blnReadOnly = true;
-    return Document::create(settings);
+    return create(settings);
   }
 
  private:
+  Document create(const DocumentSettings& settings) const {
+    Document objXml = Document::create(settings);
+    if (objXml) objXml.countTo(budget);
+    return objXml;
+  }
+
   DocumentSettings documentSettings() const {
     DocumentSettings settings = host.documentSettings;
     if (host.cache) settings.cache = host.cache;

@@ -89,6 +89,41 @@ class Answers {
   std::optional<AnswerLog> log_;
 };
 
+/// Lets the documents of one run count to one budget. Those that outlive the run count for
+/// themselves again when it is over: they may then go to other threads.
+class RunBudget {
+ public:
+  RunBudget(Session& session, Document& objSendXML) : session_(session), objSendXML_(objSendXML) {
+    session.budget = std::make_shared<TreeBudget>(session.host.runLimits.lngMaxNodes,
+                                                  session.host.runLimits.lngMaxBytes);
+  }
+  ~RunBudget() {
+    session_.budget = nullptr;
+    leave(objParkXML_);
+    leave(objSendXML_);
+    leave(session_.objNamespaceXML);
+    leave(session_.objReferenceXML);
+  }
+  RunBudget(const RunBudget&) = delete;
+  RunBudget& operator=(const RunBudget&) = delete;
+
+  /// Counts what there is already.
+  void begin(const Document& objParkXML) {
+    objParkXML_ = objParkXML;
+    objParkXML.countTo(session_.budget);
+    if (session_.objNamespaceXML) session_.objNamespaceXML.countTo(session_.budget);
+  }
+
+ private:
+  static void leave(const Document& objXml) {
+    if (objXml) objXml.countTo(nullptr);
+  }
+
+  Session& session_;
+  Document objParkXML_;
+  const Document& objSendXML_;
+};
+
 }  // namespace
 
 BuildXML::BuildXML(const HostServices& host) : session_(std::make_unique<Session>()) {
@@ -132,7 +167,9 @@ Acknowledge BuildXML::buildXML(std::string_view strTemplateXML, std::string_view
   traceDocument(session, "BuildXml - objParkXMl = ", objParkXML);
   traceDocument(session, "BuildXml - objSendXML = ", objSendXML);
 
+  std::optional<RunBudget> budget;
   Acknowledge objAckRun = Guarded(kProcedure, [&]() -> Acknowledge {
+    budget.emplace(session, objSendXML);
     session.strDefaultUserMessage = "An error occurred while creating the message xml";
     session.objReferenceXML = Document();
     session.schemaReferences.clear();
@@ -142,6 +179,7 @@ Acknowledge BuildXML::buildXML(std::string_view strTemplateXML, std::string_view
                      "An error occurred processing the message information.");
     }
     const Document objParkingXML = objParkXML;
+    budget->begin(objParkingXML);
 
     trace(session, kProcedure, {"Set objAck = loadNamespaceXML(", strNamespaceXML, ")"});
     Acknowledge objAck = loadNamespaceXML(session, strNamespaceXML);

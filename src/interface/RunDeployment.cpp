@@ -40,6 +40,7 @@ RunOutputs runDeployment(const Deployment& deployment, const Request& request, D
       .traceSink = services.traceSink,
       .dateOrder = deployment.dateOrder,
       .documentSettings = services.documentSettings,
+      .runLimits = services.runLimits,
       .cache = services.cache,
       .strSchemaCatalog = deployment.strSchemaCatalog,
       .report = services.report,

@@ -12,6 +12,7 @@ struct RunServices {
   RunReport* report = nullptr;
   bool blnJournal = false;
   DocumentSettings documentSettings = {};  // of every document; its cache is the one above
+  RunLimits runLimits = {};
 };
 
 /// What a run hands out. A document that it did not make is Nothing.

@@ -84,6 +84,11 @@ void Document::requireReadable() const {
   state_->content().tree.requireReadable(state_->settings.lngMaxBytes);
 }
 
+void Document::countTo(const std::shared_ptr<TreeBudget>& budget) const {
+  DocumentState::target(*this);
+  state_->countTo(budget);
+}
+
 Node Document::documentElement() const {
   TreeNode* child = DocumentState::target(*this)->first;
   if (state_->givesNothing(DomOperation::documentElement)) return {};

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -14,6 +15,7 @@ namespace Varnel_Tolv_XML_Creation {
 class FaultInjector;
 class FileCache;
 class Tree;
+class TreeBudget;
 
 /// How a document is made and what it accepts.
 struct DocumentSettings {
@@ -46,7 +48,8 @@ class VARNEL_EXPORT Document : public Node {
 
   /// Replaces the content by that of the regular file at `strLocation`, a path or a `file:` URL;
   /// UTF-8 unless the file declares otherwise. False when it cannot be read or parsed: the document
-  /// is then empty and `parseError` tells why. Handles to earlier content stay valid.
+  /// is then empty and `parseError` tells why. Handles to earlier content stay valid. kXmlFailure,
+  /// and the document as it was, when the documents of a run would have more than they may.
   bool load(std::string_view strLocation) const;
 
   /// The same from text in memory.
@@ -60,6 +63,11 @@ class VARNEL_EXPORT Document : public Node {
   /// Raises kXmlFailure when what `xml` gives could not be loaded again with the same settings: it
   /// is larger than they allow, or an element has more than 512 attributes and namespaces.
   void requireReadable() const;
+
+  /// For the library: from now on the document, and the copies made of its nodes, count to what the
+  /// documents of a run may have together; null: each for itself again. kXmlFailure when the budget
+  /// has no room for what the document has. It shares content of a cache, which never counts.
+  void countTo(const std::shared_ptr<TreeBudget>& budget) const;
 
   /// The root element; Nothing in an empty document.
   Node documentElement() const;

@@ -52,7 +52,9 @@ bool DocumentContent::replace(std::size_t lngExpected, bool blnKeepBefore,
                               const std::function<TreeNode*(Tree& tree)>& fill) {
   // All that can fail comes first.
   const auto newTree = [this](std::size_t lngBytes) {
-    return Tree(lngBytes, kMaxTreeBytes, lngMostNodes);
+    Tree made(lngBytes, kMaxTreeBytes, lngMostNodes);
+    made.countTo(tree.budget());
+    return made;
   };
   Tree fresh = newTree(blnKeepBefore ? 0 : lngExpected);
   Tree& target = blnKeepBefore ? tree : fresh;

@@ -80,6 +80,14 @@ struct DocumentState {
   /// The same for an operation without a result, where nothing can only be an error.
   void mayFail(DomOperation operation) const;
 
+  /// See `Document::countTo`.
+  void countTo(const std::shared_ptr<TreeBudget>& budget) {
+    if (own_) own_->tree.countTo(budget);
+  }
+  const std::shared_ptr<TreeBudget>& budget() const noexcept {
+    return own_ ? own_->tree.budget() : host_->budget();
+  }
+
   /// The settings of a copy, which is never read-only.
   DocumentSettings settingsOfCopy() const;
 

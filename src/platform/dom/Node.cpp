@@ -178,6 +178,7 @@ Node Node::cloneNode(bool blnDeep) const {
 
   auto state = std::make_shared<DocumentState>(state_->settingsOfCopy(), !isDocument(node));
   state->selectionNamespaces = state_->selectionNamespaces;
+  state->countTo(state_->budget());
   Tree& tree = state->changeable().tree;
   if (isAttribute(node)) return Node(state, copyNode(node, true, tree));
   if (!isDocument(node)) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 #include "platform/dom/Document.h"
@@ -12,6 +13,16 @@
 
 namespace Varnel_Tolv_XML_Creation {
 
+/// What the documents of one run may have together: the object list, from when the run begins, the
+/// message, what the run reads and what it copies, but for what is in the shared cache anyway. A
+/// run that would have more fails with kXmlFailure, "The documents of the run ..."; when that
+/// happens in the check of the message, there is no verdict. Each run begins anew. A document asks
+/// for nodes in advance, as many as it has, but for 1,024 at most.
+struct RunLimits {
+  std::size_t lngMaxNodes = kMaxRunNodes;  // attributes and texts included
+  std::size_t lngMaxBytes = kMaxRunBytes;  // of memory
+};
+
 /// All that a run needs from its host. The objects pointed to belong to the host and must live as
 /// long as the library's instance that was given them. Each pointer may be null.
 struct HostServices {
@@ -20,7 +31,8 @@ struct HostServices {
   TraceSink* traceSink = nullptr;                // null: no trace line is composed
   DateOrder dateOrder = DateOrder::dayMonthYear;
   DocumentSettings documentSettings = {};  // of every document that the library creates
-  FileCache* cache = nullptr;              // null: every run reads and compiles its files anew
+  RunLimits runLimits = {};
+  FileCache* cache = nullptr;  // null: every run reads and compiles its files anew
 
   /// The OASIS XML catalog file in which a schema's imports are looked up whose own files do not
   /// exist; empty: none. A catalog.xml in the folder of the schema is asked behind it in any case.

@@ -28,7 +28,8 @@ Arena::Arena(Arena&& other) noexcept
       end_(std::exchange(other.end_, nullptr)),
       lngNextChunk_(other.lngNextChunk_),
       lngMost_(other.lngMost_),
-      lngTaken_(other.lngTaken_) {}
+      lngTaken_(other.lngTaken_),
+      share_(std::move(other.share_)) {}
 
 Arena& Arena::operator=(Arena&& other) noexcept {
   std::swap(last_, other.last_);
@@ -37,6 +38,7 @@ Arena& Arena::operator=(Arena&& other) noexcept {
   std::swap(lngNextChunk_, other.lngNextChunk_);
   std::swap(lngMost_, other.lngMost_);
   std::swap(lngTaken_, other.lngTaken_);
+  share_ = std::move(other.share_);
   return *this;
 }
 
@@ -54,6 +56,7 @@ void* Arena::takeNew(std::size_t lngBytes) {
   const bool blnOwn = lngBytes > lngChunk / 4;
   const std::size_t lngRoom = blnOwn ? lngBytes : lngChunk;
   if (lngRoom > lngMost_ - lngTaken_) throw RuntimeError(kXmlFailure, kTreeTooLarge);
+  share_.takeBytes(lngRoom);
   auto* const chunk = static_cast<Chunk*>(::operator new(sizeof(Chunk) + lngRoom));
   lngTaken_ += lngRoom;
   last_ = new (chunk) Chunk{last_};

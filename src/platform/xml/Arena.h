@@ -4,6 +4,7 @@
 #include <new>
 #include <string_view>
 
+#include "platform/xml/TreeBudget.h"
 #include "platform/xml/TreeLimits.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -25,6 +26,10 @@ class Arena {
 
   /// The bytes of the chunks that were taken since it counts, with what was left of the one before.
   std::size_t taken() const noexcept { return lngTaken_; }
+
+  /// What it takes of a budget. Whoever gives it another has that pay for what is taken already.
+  TreeShare& share() noexcept { return share_; }
+  const TreeShare& share() const noexcept { return share_; }
 
   /// A new object, which is never destroyed. std::bad_alloc when there is no memory, kXmlFailure
   /// when too much was taken, as for all here.
@@ -65,6 +70,7 @@ class Arena {
   std::size_t lngNextChunk_;
   std::size_t lngMost_;
   std::size_t lngTaken_ = 0;
+  TreeShare share_;
 };
 
 }  // namespace Varnel_Tolv_XML_Creation

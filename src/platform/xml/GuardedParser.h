@@ -10,6 +10,7 @@
 
 #include "platform/xml/OwnedXml.h"
 #include "platform/xml/ParseError.h"
+#include "platform/xml/TreeBudget.h"
 #include "platform/xml/XmlMemory.h"
 #include "result/RuntimeError.h"
 
@@ -58,18 +59,19 @@ class GuardedParser {
 
   /// For those functions, whose first argument is `context`: calls `body` with the builder, unless
   /// the input is refused already, and ends the parse when it raises something. A RuntimeError
-  /// refuses the input.
+  /// refuses the input, but for BudgetExceeded.
   template <class Builder, class Body>
   static void build(void* context, Body&& body) noexcept {
     GuardedParser& self = of(context);
     if (self.isOver()) return;
     try {
       body(*static_cast<Builder*>(self.builder));
+    } catch (const BudgetExceeded&) {
+      self.keepException(context);
     } catch (const RuntimeError& error) {
       self.stop(context, error.description().c_str());
     } catch (...) {
-      self.exception_ = std::current_exception();
-      xmlStopParser(static_cast<xmlParserCtxt*>(context));
+      self.keepException(context);
     }
   }
 
@@ -82,6 +84,10 @@ class GuardedParser {
   }
   bool isOver() const noexcept { return error_.errorCode != 0 || exception_; }
   void stop(void* context, const char* reason) noexcept;
+  void keepException(void* context) noexcept {
+    exception_ = std::current_exception();
+    xmlStopParser(static_cast<xmlParserCtxt*>(context));
+  }
 
   const MemoryWatch memory_;
   OwnedXmlParser parser_;

@@ -96,9 +96,30 @@ void linkAttribute(TreeNode* element, TreeNode* attribute) noexcept {
 }
 
 Tree::Tree(std::size_t lngExpected, std::size_t lngMost, std::size_t lngMostNodes)
-    : arena_(lngExpected, lngMost), lngMostNodes_(lngMostNodes), document_(newDocument()) {}
+    : arena_(lngExpected, lngMost),
+      lngMostNodes_(lngMostNodes),
+      lngGranted_(lngMostNodes),
+      document_(newDocument()) {}
 
-void Tree::tooManyNodes() { throw RuntimeError(kXmlFailure, kTooManyNodes); }
+// Of a budget a document takes as many nodes again as it has, up to some: it is asked seldom, and
+// what is taken in vain stays small beside what is used.
+void Tree::grantNodes() {
+  constexpr std::size_t kFewest = 16;
+  constexpr std::size_t kMost = 1024;
+  if (lngNodes_ == lngMostNodes_) throw RuntimeError(kXmlFailure, kTooManyNodes);
+  const std::size_t lngWanted = std::clamp(lngNodes_, kFewest, kMost);
+  lngGranted_ += arena_.share().takeNodes(std::min(lngWanted, lngMostNodes_ - lngNodes_));
+}
+
+void Tree::countTo(const std::shared_ptr<TreeBudget>& budget) {
+  if (budget == this->budget()) return;
+  TreeShare share(budget);
+  share.takeBytes(arena_.taken());
+  if (share.takeNodes(lngNodes_) != lngNodes_) throw BudgetExceeded(kTooManyNodesOfRun);
+  arena_.share() = std::move(share);
+  lngGranted_ = budget ? lngNodes_ : lngMostNodes_;
+}
+
 void Tree::tooManyAttributes() { throw RuntimeError(kXmlFailure, kTooManyAttributes); }
 
 TreeNode* Tree::newDocument() {

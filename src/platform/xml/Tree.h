@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -167,17 +168,24 @@ class Tree {
   /// all that one node ever held takes no more than some times the longest.
   void setValue(TreeNode* leaf, std::string_view strValue);
 
+  /// Lets nodes and memory, those that it has included, count to a budget from now on; null: to
+  /// none. BudgetExceeded when that has no room for it; then it counts as before.
+  void countTo(const std::shared_ptr<TreeBudget>& budget);
+  const std::shared_ptr<TreeBudget>& budget() const noexcept { return arena_.share().budget(); }
+
  private:
   void countNode() {
-    if (++lngNodes_ > lngMostNodes_) tooManyNodes();
+    if (lngNodes_ == lngGranted_) grantNodes();
+    ++lngNodes_;
   }
-  [[noreturn]] static void tooManyNodes();
+  void grantNodes();
   [[noreturn]] static void tooManyAttributes();
 
   Arena arena_;
   TreeNames names_;
   std::size_t lngNodes_ = 0;  // made since the last document node
   std::size_t lngMostNodes_;
+  std::size_t lngGranted_;          // so many without asking again: all, but for a budget
   std::size_t lngShared_ = 0;       // the bytes of values for each leaf that has not its own
   std::size_t lngLongest_ = 0;      // value
   bool blnOther_ = false;           // it may hold something else

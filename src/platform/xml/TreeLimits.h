@@ -36,4 +36,12 @@ inline constexpr const char* kTooDeep = "The document is deeper than 256 element
 inline constexpr std::size_t kMaxTreeBytes = std::size_t{1} << 30;
 inline constexpr const char* kTreeTooLarge = "The document takes more than 1 GiB of memory.";
 
+/// The same for all documents of one run together, unless the host tells otherwise.
+inline constexpr std::size_t kMaxRunNodes = 6'000'000;
+inline constexpr std::size_t kMaxRunBytes = std::size_t{1} << 30;
+inline constexpr const char* kTooManyNodesOfRun =
+    "The documents of the run have more nodes than they may.";
+inline constexpr const char* kRunTooLarge =
+    "The documents of the run take more memory than they may.";
+
 }  // namespace Varnel_Tolv_XML_Creation

@@ -100,9 +100,17 @@ std::string VerdictReport::reasonOf(const Acknowledge& objAck) const {
   return "The schema's errors cannot be led back to the questions: " + strCause + unknownQuestion();
 }
 
+/// A document that tells why there is no verdict. It does not count to what the run may have, which
+/// may be the reason.
+Document VerdictReport::newEvidence() const {
+  const Document objXml = session_.newConfiguration();
+  if (objXml) objXml.countTo(nullptr);
+  return objXml;
+}
+
 /// Why a document of the mapping cannot be read.
 std::string VerdictReport::unreadable(std::string_view strWhat, std::string_view strPath) const {
-  const Document objXml = session_.newConfiguration();
+  const Document objXml = newEvidence();
   std::string strReason =
       "The " + std::string(strWhat) + " " + inQuotes(strPath) + " cannot be read";
   if (objXml.load(strPath)) return strReason + ".";
@@ -115,7 +123,7 @@ std::string VerdictReport::unreadable(std::string_view strWhat, std::string_view
 /// What the mapping did not find: a question of the message that its documents lack. Empty when it
 /// found them all.
 std::string VerdictReport::unknownQuestion() const {
-  const Document objQuestionsXml = session_.newConfiguration();
+  const Document objQuestionsXml = newEvidence();
   if (!objQuestionsXml.load(sources_.strQuestionsXmlPath)) return {};
   const std::unordered_set<std::string> questions = idsAt(objQuestionsXml, "/questions/question");
   const std::unordered_set<std::string> objects = idsAt(sources_.objPark, "/prtobjcts/prtobjct");

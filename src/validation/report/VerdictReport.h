@@ -39,6 +39,7 @@ class VerdictReport {
   std::string reasonOf(const Acknowledge& objAck) const;
   std::string unreadable(std::string_view strWhat, std::string_view strPath) const;
   std::string unknownQuestion() const;
+  Document newEvidence() const;
 
   const Session& session_;
   const ReportSources& sources_;

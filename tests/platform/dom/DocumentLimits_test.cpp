@@ -1,8 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
+#include <vector>
 
 #include "platform/dom/DomTesting.h"
+#include "platform/xml/TreeBudget.h"
 
 // What a document may be is the same when it is read, when it is built and when it is written.
 
@@ -90,6 +93,85 @@ TEST(DocumentLimits, CountTheNodes) {
   EXPECT_FALSE(objDocument.loadXML("<r><a/><a/><a/><a/><a/><a/><a/><a/><a/><a/></r>"));
   EXPECT_EQ(objDocument.parseError().reason, "The document has more nodes than it may.");
   EXPECT_TRUE(objDocument.loadXML("<r><a/><a/><a/><a/><a/><a/><a/><a/><a/></r>"));
+}
+
+/// So many elements below a root.
+std::string elements(int lngCount) {
+  std::string strXml = "<r>";
+  for (int at = 0; at < lngCount; ++at) strXml += "<e/>";
+  return strXml + "</r>";
+}
+
+TEST(DocumentLimits, AreSharedByDocumentsThatCountToOneBudget) {
+  constexpr const char* kNodes = "The documents of the run have more nodes than they may.";
+  constexpr const char* kMemory = "The documents of the run take more memory than they may.";
+  const std::string strLong = "<r>" + std::string(60'000, 'x') + "</r>";
+  const struct {
+    const char* says;
+    std::size_t lngNodes, lngBytes;
+    std::string strFirst, strSecond;
+    const char* told;  // null: both fit
+  } cases[] = {
+      {"both fit", 1'000, 1 << 20, elements(300), elements(300), nullptr},
+      {"each fits, both do not", 500, 1 << 20, elements(300), elements(300), kNodes},
+      {"the first takes all but two", 303, 1 << 20, elements(300), "<r/>", nullptr},
+      {"the first takes all", 301, 1 << 20, elements(300), "<r/>", kNodes},
+      {"memory for both", 1'000, 300'000, strLong, strLong, nullptr},
+      {"memory for one", 1'000, 100'000, strLong, strLong, kMemory},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    const auto budget = std::make_shared<TreeBudget>(c.lngNodes, c.lngBytes);
+    const Document objFirst = loaded(c.strFirst);
+    objFirst.countTo(budget);
+    const Document objSecond = loaded("<before/>");
+    if (!c.told) {
+      objSecond.countTo(budget);
+      EXPECT_TRUE(objSecond.loadXML(c.strSecond));
+      continue;
+    }
+    // As it is loaded, and when it was loaded before.
+    const auto load = [&] {
+      objSecond.countTo(budget);
+      objSecond.loadXML(c.strSecond);
+    };
+    EXPECT_EQ(descriptionOf(kXmlFailure, load), c.told);
+    EXPECT_EQ(objSecond.xml(), "<before/>\r\n");
+    objSecond.countTo(nullptr);
+    EXPECT_TRUE(objSecond.loadXML(c.strSecond));
+    EXPECT_EQ(descriptionOf(kXmlFailure, [&] { objSecond.countTo(budget); }), c.told);
+    objSecond.documentElement().appendChild(objSecond.createElement("e"));  // for itself
+    objFirst.countTo(nullptr);
+    objSecond.countTo(budget);
+  }
+}
+
+TEST(DocumentLimits, CountCopiesWhileTheyLive) {
+  const auto budget = std::make_shared<TreeBudget>(1'000, std::size_t{1} << 20);
+  const Document objDocument = loaded(elements(200));
+  objDocument.countTo(budget);
+  const auto copies = [&](int lngCount) {
+    std::vector<Node> colCopies;
+    for (int at = 0; at < lngCount; ++at) {
+      colCopies.push_back(objDocument.documentElement().cloneNode(true));
+    }
+  };
+  for (int lngRound = 0; lngRound < 10; ++lngRound) copies(2);
+  EXPECT_EQ(descriptionOf(kXmlFailure, [&] { copies(4); }),
+            "The documents of the run have more nodes than they may.");
+  copies(2);
+  const Document objOther = loaded("<r/>");
+  objOther.countTo(budget);
+  const Node objRoot = objOther.documentElement();
+  objRoot.appendChild(objDocument.documentElement().cloneFor(objRoot, true));
+  EXPECT_EQ(
+      descriptionOf(kXmlFailure,
+                    [&] {
+                      for (int at = 0; at < 4; ++at) {
+                        objRoot.appendChild(objDocument.documentElement().cloneFor(objRoot, true));
+                      }
+                    }),
+      "The documents of the run have more nodes than they may.");
 }
 
 TEST(DocumentLimits, CountTheNames) {

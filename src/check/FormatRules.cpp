@@ -182,7 +182,7 @@ std::string objectOf(const Met& met) {
 
 void findUnknownElements(const ParsedDeployment& deployment, Findings& findings, bool blnSlips) {
   for (const auto& [file, format] : formatsOf(deployment)) {
-    walk(*file, format, [&](const Met& met) {
+    walk(*file, format, [&, file = file, &format = format](const Met& met) {
       if (met.shape || met.strPlace.empty()) return;  // a wrong root has a rule of its own
       const std::string strName = met.objNode.nodeName();
       std::string_view strMeant;
@@ -231,7 +231,7 @@ std::vector<KnownAttribute> attributesOf(const ElementShape& shape) {
 /// `blnSlips`: those that are nearly one that a run depends on; else all others.
 void findUnknownAttributes(const ParsedDeployment& deployment, Findings& findings, bool blnSlips) {
   for (const auto& [file, format] : formatsOf(deployment)) {
-    walk(*file, format, [&](const Met& met) {
+    walk(*file, format, [&, file = file](const Met& met) {
       if (!met.shape || met.shape->strAttributes == "*") return;
       std::vector<KnownAttribute> known;
       for (const NodeAttribute& attribute : met.objNode.attributes()) {
@@ -268,7 +268,7 @@ void findOtherAttributes(const ParsedDeployment& deployment, Findings& findings)
 void findStrayText(const ParsedDeployment& deployment, Findings& findings) {
   for (const auto& [file, format] : formatsOf(deployment)) {
     if (file == &deployment.hiddenFieldList) continue;
-    walk(*file, format, [&](const Met& met) {
+    walk(*file, format, [&, file = file](const Met& met) {
       // A reference may be made of a message, with the values in it.
       if (file == &deployment.reference && childElements(met.objNode).empty()) return;
       if (!met.shape || met.shape->strInside == "text" || met.shape->strInside == "any" ||

@@ -256,6 +256,34 @@ TEST(RunVerdict, IsNotCheckedWhenAPatternGivesUp) {
   EXPECT_THAT(story.report.reason, HasSubstr("takes too much memory"));
 }
 
+TEST(RunVerdict, IsExactWhateverAPatternMakesOfAnAnswer) {
+  const auto times = [](std::size_t lngTimes, std::string_view strPart) {
+    std::string strAll;
+    for (std::size_t at = 0; at < lngTimes; ++at) strAll += strPart;
+    return strAll;
+  };
+  const struct {
+    const char* pattern;
+    std::string strAnswer;
+    Verdict verdict;
+  } cases[] = {
+      {".*a.*b.*c.*d", times(1333, "abc") + "x", Verdict::invalid},
+      {".*a.*b.*c.*d", times(1333, "abc") + "d", Verdict::valid},
+      {"(a|aa)+b", times(41, "a"), Verdict::invalid},
+      {"(a|aa)+b", times(41, "a") + "b", Verdict::valid},
+      {"[0-9]*[0-9]*[0-9]*x", times(2000, "7"), Verdict::invalid},
+      {"[0-9]*[0-9]*[0-9]*x", times(2000, "7") + "x", Verdict::valid},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.pattern);
+    ReportStory story(c.strAnswer);
+    story.changeSchema("<xs:maxLength value=\"3\"/>",
+                       "<xs:pattern value=\"" + std::string(c.pattern) + "|two\"/>");
+    EXPECT_EQ(story.run().Success(), c.verdict == Verdict::valid);
+    EXPECT_EQ(story.report.verdict, c.verdict) << story.report.reason;
+  }
+}
+
 TEST(RunVerdict, IsNotCheckedWhenTheMarksStayInTheMessage) {
   for (const auto& [strAnswer, verdict] :
        {std::pair("one", Verdict::notChecked), std::pair("four", Verdict::invalid)}) {

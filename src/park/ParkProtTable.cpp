@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -18,6 +19,7 @@
 #include "platform/text/Conversions.h"
 #include "platform/text/Text.h"
 #include "platform/xml/XmlCharacters.h"
+#include "platform/xpath/XPathNumber.h"
 #include "result/Guarded.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -44,37 +46,27 @@ std::vector<std::int32_t> submittedRows(const Session& session, const std::strin
   return rows;
 }
 
-/// The rows of a fixed grid by their number.
+/// The rows of a fixed grid by their number, all read once: what a selection of row[@id=N] finds.
+/// Ids like "01" are numbers too.
 class GridRows {
  public:
-  /// Reads all rows once, where every id is a plain whole number.
-  explicit GridRows(const Node& objTable) : objTable_(objTable) {
+  explicit GridRows(const Node& objTable) {
     const std::optional<NodeList> colRows = objTable.selectNodes(kRow);
     if (!colRows) return;
     for (const Node& objRow : *colRows) {
-      std::string strNumber = attributeText(objRow, kId);
-      blnPlain_ = blnPlain_ && isPlainNumber(strNumber);
-      firstByNumber_.try_emplace(std::move(strNumber), objRow);
+      const double dblNumber = xpathNumber(attributeText(objRow, kId));
+      if (!std::isnan(dblNumber)) firstByNumber_.try_emplace(dblNumber, objRow);
     }
   }
 
   /// The first row with this number, or Nothing.
-  Node find(const std::string& strNumber) const {
-    // Ids like "01" are numbers too; what they equal is the selection's business.
-    if (!blnPlain_) return objTable_.selectSingleNode("row[@id=" + strNumber + "]");
-    const auto found = firstByNumber_.find(strNumber);
+  Node find(std::int64_t lngNumber) const {
+    const auto found = firstByNumber_.find(static_cast<double>(lngNumber));
     return found == firstByNumber_.end() ? Node() : found->second;
   }
 
  private:
-  static bool isPlainNumber(std::string_view strText) {
-    return !strText.empty() && strText.size() <= 10 && strText.front() != '0' &&
-           strText.find_first_not_of("0123456789") == std::string_view::npos;
-  }
-
-  const Node& objTable_;
-  bool blnPlain_ = true;
-  std::unordered_map<std::string, Node> firstByNumber_;
+  std::unordered_map<double, Node> firstByNumber_;
 };
 
 /// One table while it is being parked.
@@ -143,7 +135,7 @@ Acknowledge TableParking::parkRows() {
 Acknowledge TableParking::parkGridRows() {
   const GridRows rows(objTable_);
   for (std::int64_t lngRow = 1; lngRow <= lngRowCount_; ++lngRow) {
-    const Node objRow = rows.find(std::to_string(lngRow));
+    const Node objRow = rows.find(lngRow);
     if (!objRow) return rowMissing();
     Acknowledge objAck = readDefinitions();
     if (!objAck.Success()) return objAck;

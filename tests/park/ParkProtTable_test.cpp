@@ -56,6 +56,8 @@ TEST(ParkProtTable, ComparesTheRowOfAFixedGridAsANumber) {
       {"the first of several", "<row id='1' n='x'/><row id='01' n='y'/>", "x"},
       {"not by its position", "<row id='2' n='x'/><row id='1' n='y'/>", "y"},
       {"only among the table's own children", "<g><row id='1' n='x'/></g><row id='1' n='y'/>", "y"},
+      {"a text that is none",
+       "<row id='x' n='x'/><row id='' n='z'/><row n='z'/><row id='1' n='y'/>", "y"},
       {"a plus sign is no number there", "<row id='+1' n='x'/><row id='1' n='y'/>", "y"},
   };
   for (const auto& c : cases) {

@@ -1,11 +1,11 @@
 #include "platform/xpath/PathCondition.h"
 
-#include <libxml/xpathInternals.h>
-
 #include <algorithm>
 #include <cstddef>
 #include <string>
 #include <string_view>
+
+#include "platform/xpath/XPathNumber.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
@@ -39,7 +39,7 @@ bool equalsNumber(const TreeNode* owner, double dblNumber, WorkLimit& limit) {
   }
   const std::string strText = textOf(owner);
   limit.countText(strText.size());
-  return xmlXPathStringEvalNumber(reinterpret_cast<const xmlChar*>(strText.c_str())) == dblNumber;
+  return xpathNumber(strText) == dblNumber;
 }
 
 bool holdsForOperand(const Condition& test, const TreeNode* operand, WorkLimit& limit) {

@@ -41,7 +41,9 @@ void ChildNameIndex::prepare(TreeNode* parent, const TreeNode* child) {
 void ChildNameIndex::added(TreeNode* child) noexcept {
   Children* const children = childrenNamedAs(child);
   if (children == nullptr) return;
-  if (children->lngCount == 0 || isFirst(child, *children)) children->first = child;
+  if (children->lngCount == 0 || (children->first && isFirst(child, *children))) {
+    children->first = child;
+  }
   ++children->lngCount;
 }
 
@@ -49,13 +51,17 @@ void ChildNameIndex::removing(const TreeNode* child) noexcept {
   Children* const children = childrenNamedAs(child);
   if (children == nullptr) return;
   --children->lngCount;
-  if (children->first != child) return;
-  TreeNode* next = nullptr;
-  if (children->lngCount != 0) {
-    next = child->next;
-    while (!isSameNamed(next, child->name->plain)) next = next->next;
+  if (children->first == child) children->first = nullptr;
+}
+
+/// Finds those firsts below `parent` of which it is not known where they stand, in one walk. Only
+/// whoever writes to a document makes them unknown, so no other thread asks meanwhile.
+void ChildNameIndex::findFirsts(const TreeNode* parent, Names& names) noexcept {
+  for (TreeNode* child = parent->first; child != nullptr; child = child->next) {
+    if (!isElement(child)) continue;
+    const auto children = names.find(child->name->plain);
+    if (children->second.first == nullptr) children->second.first = child;
   }
-  children->first = next;
 }
 
 void ChildNameIndex::emptying(TreeNode* parent) noexcept {
@@ -87,9 +93,12 @@ ChildNameIndex::Children* ChildNameIndex::childrenNamedAs(const TreeNode* child)
 std::optional<ChildNameIndex::Match> ChildNameIndex::find(const TreeNode* parent,
                                                           const TreeName* plain) const {
   if (parent->blnIndexed) {
-    const Names& names = parents_.find(parent)->second;
+    Names& names = parents_.find(parent)->second;
     const auto children = names.find(plain);
     if (children == names.end()) return Match{};
+    if (children->second.lngCount != 0 && children->second.first == nullptr) {
+      findFirsts(parent, names);
+    }
     return Match{children->second.first, children->second.lngCount <= 1};
   }
   Match match;

@@ -11,6 +11,8 @@ namespace Varnel_Tolv_XML_Creation {
 /// The first child of each name below those parents of a document that have many children; where
 /// they are few, looking at them is as fast. It is made with a tree, and who writes to the document
 /// keeps it right; so any number of threads may ask it, and none of them waits or makes anything.
+/// When the first of a name goes, the next one is looked for when somebody asks, and then all that
+/// went before are: taking out all of many children costs one step each.
 ///
 /// To put a child below a parent: `prepare`, which may fail, then take the child out of where it
 /// was, link it and call `added`. All that it was told of has to live as long as it is asked.
@@ -44,16 +46,18 @@ class ChildNameIndex {
 
  private:
   struct Children {
-    TreeNode* first = nullptr;
+    TreeNode* first = nullptr;  // null also when it went, and nobody has asked for the next since
     std::size_t lngCount = 0;
   };
   using Names = std::unordered_map<const TreeName*, Children>;
 
   void addParent(TreeNode* parent);
+  static void findFirsts(const TreeNode* parent, Names& names) noexcept;
   static bool isFirst(const TreeNode* child, const Children& others) noexcept;
   Children* childrenNamedAs(const TreeNode* child) noexcept;
 
-  std::unordered_map<const TreeNode*, Names> parents_;  // these, and only these, are `blnIndexed`
+  // These, and only these, are `blnIndexed`. A question may look for firsts that went.
+  mutable std::unordered_map<const TreeNode*, Names> parents_;
 };
 
 }  // namespace Varnel_Tolv_XML_Creation

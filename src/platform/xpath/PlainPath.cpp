@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 
+#include "platform/xml/TreeLimits.h"
 #include "platform/xml/XmlCharacters.h"
 #include "platform/xpath/ChildNameIndex.h"
 #include "platform/xpath/IdIndex.h"
@@ -181,7 +182,7 @@ class PlainPath {
   std::string_view strRest_;  // what is not parsed yet
   bool blnAbsolute_ = false;
   bool blnAnyDepth_ = false;
-  std::array<const TreeName*, 16> names_;  // null: no node of the document has the name
+  std::array<const TreeName*, kMaxDepth> names_;  // null: no node of the document has the name
   std::size_t lngNames_ = 0;
   std::optional<std::string_view> strId_;
   TreeNode* start_ = nullptr;

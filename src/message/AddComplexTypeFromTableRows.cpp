@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "config/AnswerLog.h"
@@ -34,16 +36,41 @@ bool standsIn(const Node& objModel, const Node& objNode) {
   return bool{objTop};
 }
 
+/// The placeholders of a complex type by their ids: where they stand among all of each copy of it.
+class PlaceholderIds {
+ public:
+  explicit PlaceholderIds(const NodeList& colPlaceholders) {
+    for (std::size_t lngAt = 0; lngAt < colPlaceholders.length(); ++lngAt) {
+      if (auto strId = colPlaceholders.item(lngAt).getAttribute(kId)) {
+        places_.emplace_back(*std::move(strId), lngAt);
+      }
+    }
+    std::sort(places_.begin(), places_.end());
+  }
+
+  using Place = std::pair<std::string, std::size_t>;
+
+  /// Those with this id, in document order.
+  std::span<const Place> find(const std::string& strId) const {
+    const auto less = [](const auto& place, const auto& id) { return idOf(place) < idOf(id); };
+    const auto [begin, end] = std::equal_range(places_.begin(), places_.end(), strId, less);
+    return {begin, end};
+  }
+
+ private:
+  static const std::string& idOf(const Place& place) { return place.first; }
+  static const std::string& idOf(const std::string& strId) { return strId; }
+
+  std::vector<Place> places_;
+};
+
+NodeList placeholders(const Node& objModel) { return required(objModel.selectNodes("//value")); }
+
 /// The places of one row model in which its cells go.
 class RowModel {
  public:
-  /// `ids` are those of the placeholders, in document order, of each copy of the complex type.
-  RowModel(const Node& objModel, const std::vector<std::optional<std::string>>& ids)
+  RowModel(const Node& objModel, const PlaceholderIds& ids)
       : objModel_(objModel), colPlaceholders_(placeholders(objModel)), ids_(ids) {}
-
-  static NodeList placeholders(const Node& objModel) {
-    return required(objModel.selectNodes("//value"));
-  }
 
   void placeCell(const Session& session, const Node& objColumn, const std::string& strTableId,
                  const std::string& strRowId) const;
@@ -54,7 +81,7 @@ class RowModel {
 
   const Node& objModel_;
   const NodeList colPlaceholders_;
-  const std::vector<std::optional<std::string>>& ids_;
+  const PlaceholderIds& ids_;
 };
 
 /// The first placeholder with this id that is left, or Nothing.
@@ -63,8 +90,7 @@ Node RowModel::placeholderOf(const std::string& strColumnId) const {
   if (strColumnId.find('\'') != std::string::npos) {
     return objModel_.selectSingleNode("//value[@id='" + strColumnId + "']");
   }
-  for (std::size_t lngAt = 0; lngAt < ids_.size(); ++lngAt) {
-    if (ids_[lngAt] != strColumnId) continue;
+  for (const auto& [strId, lngAt] : ids_.find(strColumnId)) {
     const Node objPlaceholder = colPlaceholders_.item(lngAt);
     if (standsIn(objModel_, objPlaceholder)) return objPlaceholder;
   }
@@ -152,10 +178,7 @@ Acknowledge AddComplexTypeFromTableRows(const Session& session, const Document& 
       const std::string_view strDetail = "An error occurred retrieving the table rows";
       return Failure(SVC_RET_XML_CREATION_TBL_ROW_SELECTION_FAILED, strDetail, strDetail);
     }
-    std::vector<std::optional<std::string>> ids;
-    for (const Node& objPlaceholder : RowModel::placeholders(objComplexType)) {
-      ids.push_back(objPlaceholder.getAttribute(kId));
-    }
+    const PlaceholderIds ids(placeholders(objComplexType));
     for (const Node& objRow : *colRows) {
       const std::string strRowId = attributeText(objRow, kId);
       const Node objModel = objComplexType.cloneFor(objParentNode, true);

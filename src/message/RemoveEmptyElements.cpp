@@ -28,7 +28,7 @@ std::unordered_set<const void*> waysToEmptyNodes(const Node& objTop) {
 
 /// `strPath` is the path of what `objNode` stands in, and is so again at the end.
 bool removeEmpty(const Session& session, const Node& objNode, const Document& objReferenceXML,
-                 std::string& strPath, TextlessElements& textless,
+                 std::string& strPath, CleanUp& cleanUp,
                  const std::unordered_set<const void*>& ways) {
   if (!objNode.hasChildNodes()) return !objNode.hasText();
 
@@ -38,7 +38,7 @@ bool removeEmpty(const Session& session, const Node& objNode, const Document& ob
   const NodeList colChildren = required(objNode.childNodes());
   bool blnEmpty = false;
   if (isHollow(colChildren)) {
-    checkNodeForRemoval(session, objNode, strPath, objReferenceXML, textless);
+    checkNodeForRemoval(session, objNode, strPath, objReferenceXML, cleanUp);
   } else {
     // Only a text that is left when others went can make it hollow in the end.
     bool blnText = false;
@@ -50,14 +50,14 @@ bool removeEmpty(const Session& session, const Node& objNode, const Document& ob
       }
       blnOthers = true;
       if (!ways.contains(objChild.identity())) continue;
-      if (removeEmpty(session, objChild, objReferenceXML, strPath, textless, ways)) {
+      if (removeEmpty(session, objChild, objReferenceXML, strPath, cleanUp, ways)) {
         checkNodeForRemoval(session, objChild, strPath + "/" + objChild.nodeName(), objReferenceXML,
-                            textless);
+                            cleanUp);
       }
     }
     blnEmpty = !objNode.hasChildNodes();
     if (blnText && blnOthers && !blnEmpty && isHollow(required(objNode.childNodes()))) {
-      checkNodeForRemoval(session, objNode, strPath, objReferenceXML, textless);
+      checkNodeForRemoval(session, objNode, strPath, objReferenceXML, cleanUp);
     }
   }
   strPath.resize(lngPathAbove);
@@ -69,8 +69,8 @@ bool removeEmpty(const Session& session, const Node& objNode, const Document& ob
 bool RemoveEmptyElements(const Session& session, const Node& objNode,
                          const Document& objReferenceXML, std::string strPath) {
   if (!objNode) return false;
-  TextlessElements textless;
-  return removeEmpty(session, objNode, objReferenceXML, strPath, textless,
+  CleanUp cleanUp;
+  return removeEmpty(session, objNode, objReferenceXML, strPath, cleanUp,
                      waysToEmptyNodes(objNode));
 }
 

@@ -1,6 +1,7 @@
 #include "message/checkNodeForRemoval.h"
 
 #include <algorithm>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -38,15 +39,26 @@ bool isMandatory(const Node& objReferenceNode) {
   return toBoolean(strMandatory);
 }
 
+const std::unordered_set<std::string>* QuestionLists::of(const Node& objReferenceNode) {
+  const auto [known, blnNew] = lists_.try_emplace(objReferenceNode.identity());
+  if (blnNew) {
+    const std::string strQuestionIds(trim(attributeText(objReferenceNode, "questionIds")));
+    if (!strQuestionIds.empty()) {
+      std::vector<std::string> ids = split(strQuestionIds, ";");
+      known->second.emplace(std::make_move_iterator(ids.begin()),
+                            std::make_move_iterator(ids.end()));
+    }
+  }
+  return known->second ? &*known->second : nullptr;
+}
+
 bool isMandatoryForQuestion(const Node& objMessageNode, const Node& objReferenceNode,
-                            bool blnMandatory) {
+                            bool blnMandatory, QuestionLists& lists) {
   if (!blnMandatory) return false;
-  const std::string strQuestionIds(trim(attributeText(objReferenceNode, "questionIds")));
-  if (strQuestionIds.empty()) return blnMandatory;
+  const std::unordered_set<std::string>* const ids = lists.of(objReferenceNode);
+  if (!ids) return blnMandatory;
   const std::string strQuestionId(trim(attributeText(objMessageNode, kQuestionId)));
-  if (strQuestionId.empty()) return false;
-  const std::vector<std::string> ids = split(strQuestionIds, ";");
-  return std::find(ids.begin(), ids.end(), strQuestionId) != ids.end();
+  return !strQuestionId.empty() && ids->contains(strQuestionId);
 }
 
 bool TextlessElements::contains(const Node& objElement) {
@@ -74,7 +86,7 @@ bool hasEmptyOptionalAncestor(const Node& objReferenceNode, const Node& objMessa
 
 void checkNodeForRemoval(const Session& session, const Node& objMessageNode,
                          std::string_view strPath, const Document& objReferenceXml,
-                         TextlessElements& textless) {
+                         CleanUp& cleanUp) {
   const Node objReferenceNode = objReferenceXml.selectSingleNode(strPath);
   trace(session, kProcedure,
         {"Node path=", strPath,
@@ -84,15 +96,15 @@ void checkNodeForRemoval(const Session& session, const Node& objMessageNode,
     removeFromParent(session, objMessageNode);
     return;
   }
-  const bool blnMandatory =
-      isMandatoryForQuestion(objMessageNode, objReferenceNode, isMandatory(objReferenceNode));
+  const bool blnMandatory = isMandatoryForQuestion(objMessageNode, objReferenceNode,
+                                                   isMandatory(objReferenceNode), cleanUp.lists);
   trace(session, kProcedure, {"Node path=", strPath, ", isMandatory=", traceWord(blnMandatory)});
   if (!blnMandatory) {
     removeFromParent(session, objMessageNode);
     return;
   }
-  const bool blnEmptyOptAncestor = hasEmptyOptionalAncestor(objReferenceNode.parentNode(),
-                                                            objMessageNode.parentNode(), textless);
+  const bool blnEmptyOptAncestor = hasEmptyOptionalAncestor(
+      objReferenceNode.parentNode(), objMessageNode.parentNode(), cleanUp.textless);
   trace(session, kProcedure,
         {"Node path=", strPath, ", blnEmptyOptAncestor=", traceWord(blnEmptyOptAncestor)});
   // An empty mandatory element stays, so that the schema reports it.

@@ -1,6 +1,10 @@
 #pragma once
 
+#include <optional>
+#include <string>
 #include <string_view>
+#include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "config/Session.h"
@@ -15,10 +19,21 @@ namespace Varnel_Tolv_XML_Creation {
 /// error 13 for any text but "true" and "false", in any case.
 bool isMandatory(const Node& objReferenceNode);
 
+/// What reference elements list in `questionIds`, each read once: many message elements ask the
+/// same one.
+class QuestionLists {
+ public:
+  /// The ids that the element lists, joined by ";" there; null when it has no list.
+  const std::unordered_set<std::string>* of(const Node& objReferenceNode);
+
+ private:
+  std::unordered_map<const void*, std::optional<std::unordered_set<std::string>>> lists_;
+};
+
 /// `blnMandatory`, narrowed to the questions that the reference element lists in `questionIds`
 /// (joined by ";"): with such a list, only an element that carries one of those ids is mandatory.
 bool isMandatoryForQuestion(const Node& objMessageNode, const Node& objReferenceNode,
-                            bool blnMandatory);
+                            bool blnMandatory, QuestionLists& lists);
 
 /// Tells of message elements whether they hold text, for the time of one clean-up. That takes out
 /// only what holds none, so it never changes an answer, and many empty children of one parent need
@@ -42,10 +57,17 @@ class TextlessElements {
 bool hasEmptyOptionalAncestor(const Node& objReferenceNode, const Node& objMessageNode,
                               TextlessElements& textless);
 
+/// What one clean-up finds out and asks for again. The documents' structure above what it takes out
+/// does not change meanwhile.
+struct CleanUp {
+  TextlessElements textless;
+  QuestionLists lists;
+};
+
 /// Takes the empty element `objMessageNode`, whose element path is `strPath`, out of its parent
 /// unless it is mandatory. A mandatory one goes too when an element above it is optional and empty.
 void checkNodeForRemoval(const Session& session, const Node& objMessageNode,
                          std::string_view strPath, const Document& objReferenceXml,
-                         TextlessElements& textless);
+                         CleanUp& cleanUp);
 
 }  // namespace Varnel_Tolv_XML_Creation

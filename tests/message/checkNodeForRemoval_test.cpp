@@ -73,13 +73,18 @@ TEST(isMandatoryForQuestion, NarrowsToTheQuestionsListed) {
     SCOPED_TRACE(c.says);
     const Document objReference = element(c.reference);
     const Document objMessage = element(c.message);
-    EXPECT_EQ(isMandatoryForQuestion(root(objMessage), root(objReference), true), c.mandatory);
-    EXPECT_FALSE(isMandatoryForQuestion(root(objMessage), root(objReference), false));
+    QuestionLists lists;
+    for (int lngTime = 0; lngTime < 2; ++lngTime) {
+      EXPECT_EQ(isMandatoryForQuestion(root(objMessage), root(objReference), true, lists),
+                c.mandatory);
+    }
+    EXPECT_FALSE(isMandatoryForQuestion(root(objMessage), root(objReference), false, lists));
   }
 }
 
 TEST(isMandatoryForQuestion, ReadsNothingOfAnOptionalElement) {
-  EXPECT_FALSE(isMandatoryForQuestion({}, {}, false));
+  QuestionLists lists;
+  EXPECT_FALSE(isMandatoryForQuestion({}, {}, false, lists));
 }
 
 TEST(TextlessElements, TellsEachElementByItself) {
@@ -171,9 +176,9 @@ struct Offer {
         std::string_view strPath = "/r/a/b") {
     const Document objReference = parsed(strReference);
     const Document objMessage = parsed(strMessage);
-    TextlessElements textless;
+    CleanUp cleanUp;
     checkNodeForRemoval(host.session(), objMessage.selectSingleNode("/r/a/b"), strPath,
-                        objReference, textless);
+                        objReference, cleanUp);
     strLeft = objMessage.documentElement().xml();
   }
 };
@@ -245,10 +250,10 @@ TEST(checkNodeForRemoval, SelectsWithThePrefixesOfTheReferenceDocument) {
   const Document objReference = message("<m:a mandatory='true'/>");
   const Document objMessage = message("<m:a/>x");
   const Node objNode = objMessage.selectSingleNode("/r/m:a");
-  TextlessElements textless;
-  checkNodeForRemoval(host.session(), objNode, "/r/m:a", objReference, textless);
+  CleanUp cleanUp;
+  checkNodeForRemoval(host.session(), objNode, "/r/m:a", objReference, cleanUp);
   EXPECT_EQ(content(objMessage), "<m:a/>x");
-  checkNodeForRemoval(host.session(), objNode, "/r/n:a", objReference, textless);
+  checkNodeForRemoval(host.session(), objNode, "/r/n:a", objReference, cleanUp);
   EXPECT_EQ(content(objMessage), "x");
   EXPECT_EQ(host.traceLines().back(), "checkNodeForRemoval: Removing m:a");
 }
@@ -278,10 +283,10 @@ TEST(checkNodeForRemoval, LetsFailuresPassToItsCaller) {
     const TestHost host;
     const Document objReference = parsed(c.reference);
     const Document objMessage = parsed("<r><a><b/></a></r>");
-    TextlessElements textless;
+    CleanUp cleanUp;
     const auto error = raisedBy([&] {
       checkNodeForRemoval(host.session(), objMessage.selectSingleNode("/r/a/b"), c.path,
-                          objReference, textless);
+                          objReference, cleanUp);
     });
     ASSERT_TRUE(error);
     EXPECT_EQ(error->number(), c.number);
@@ -294,10 +299,10 @@ TEST(checkNodeForRemoval, RaisesForAnElementThatHasNoParent) {
   const TestHost host;
   const Document objReference = parsed("<r/>");
   const Document objMessage = parsed("<r/>");
-  TextlessElements textless;
+  CleanUp cleanUp;
   const auto error = raisedBy([&] {
     checkNodeForRemoval(host.session(), objMessage.createElement("b"), "/r/b", objReference,
-                        textless);
+                        cleanUp);
   });
   ASSERT_TRUE(error);
   EXPECT_EQ(error->number(), kObjectNotSet);

@@ -10,7 +10,6 @@
 #include "config/Names.h"
 #include "config/Utility.h"
 #include "platform/text/Text.h"
-#include "validation/lookup/ErrorRecords.h"
 #include "validation/lookup/QuestionLookups.h"
 #include "validation/lookup/isXpathMandatory.h"
 

@@ -8,6 +8,7 @@
 #include "result/Acknowledge.h"
 #include "result/ValidationErrors.h"
 #include "validation/SchemaValidationErr.h"
+#include "validation/lookup/ErrorRecords.h"
 #include "validation/lookup/QuestionPaths.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -47,7 +48,7 @@ class ErrorMapping {
   QuestionPaths questionPaths_;
   // The ids of the mandatory questions at or below a path, for paths that have several questions.
   std::unordered_map<std::string, std::vector<std::string>> mandatoryByPath_;
-  std::vector<ValidationUserError>& colUserErrors_;
+  UserErrorRecords colUserErrors_;
   std::vector<ValidationIntError>& colIntErrors_;
 };
 

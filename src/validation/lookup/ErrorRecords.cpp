@@ -1,26 +1,20 @@
 #include "validation/lookup/ErrorRecords.h"
 
-#include <algorithm>
 #include <string>
 
 namespace Varnel_Tolv_XML_Creation {
 
-void addValidationUserError(std::vector<ValidationUserError>& colUserErrors,
-                            std::string_view strMessage, std::string_view strQuestionId,
-                            std::string_view strQuestionText, std::string_view strRowIndex,
-                            std::string_view strColumnId, std::string_view strColumnText) {
+void addValidationUserError(UserErrorRecords& colUserErrors, std::string_view strMessage,
+                            std::string_view strQuestionId, std::string_view strQuestionText,
+                            std::string_view strRowIndex, std::string_view strColumnId,
+                            std::string_view strColumnText) {
   // deliberate: one error per question; it is put right one step at a time.
-  const bool blnKnown = std::any_of(
-      colUserErrors.begin(), colUserErrors.end(),
-      [&](const ValidationUserError& error) { return error.questionId == strQuestionId; });
-  if (blnKnown) return;
-
-  colUserErrors.push_back({.questionId = std::string(strQuestionId),
-                           .questionText = std::string(strQuestionText),
-                           .rowIndex = std::string(strRowIndex),
-                           .columnId = std::string(strColumnId),
-                           .columnText = std::string(strColumnText),
-                           .message = std::string(strMessage)});
+  colUserErrors.add({.questionId = std::string(strQuestionId),
+                     .questionText = std::string(strQuestionText),
+                     .rowIndex = std::string(strRowIndex),
+                     .columnId = std::string(strColumnId),
+                     .columnText = std::string(strColumnText),
+                     .message = std::string(strMessage)});
 }
 
 void addValidationIntError(std::vector<ValidationIntError>& colIntErrors,

@@ -9,7 +9,8 @@ namespace {
 
 TEST(addValidationUserError, KeepsEachPartInItsField) {
   std::vector<ValidationUserError> colErrors;
-  addValidationUserError(colErrors, "too long", "q", "Name", "2", "c", "First name");
+  UserErrorRecords colRecords(colErrors);
+  addValidationUserError(colRecords, "too long", "q", "Name", "2", "c", "First name");
   ASSERT_EQ(colErrors.size(), 1u);
   EXPECT_EQ(colErrors[0].message, "too long");
   EXPECT_EQ(colErrors[0].questionId, "q");
@@ -21,8 +22,9 @@ TEST(addValidationUserError, KeepsEachPartInItsField) {
 
 TEST(addValidationUserError, KeepsTheFirstErrorOfAQuestion) {
   std::vector<ValidationUserError> colErrors;
-  addValidationUserError(colErrors, "first", "q", "Name", "1", "c", "C");
-  addValidationUserError(colErrors, "second", "q", "Name", "2", "d", "D");
+  UserErrorRecords colRecords(colErrors);
+  addValidationUserError(colRecords, "first", "q", "Name", "1", "c", "C");
+  addValidationUserError(colRecords, "second", "q", "Name", "2", "d", "D");
   ASSERT_EQ(colErrors.size(), 1u);
   EXPECT_EQ(colErrors[0].message, "first");
   EXPECT_EQ(colErrors[0].rowIndex, "1");
@@ -30,11 +32,12 @@ TEST(addValidationUserError, KeepsTheFirstErrorOfAQuestion) {
 
 TEST(addValidationUserError, LooksAtEveryRecordForTheQuestion) {
   std::vector<ValidationUserError> colErrors;
+  UserErrorRecords colRecords(colErrors);
   for (const char* strId : {"a", "b", "c"}) {
-    addValidationUserError(colErrors, "m", strId, "", "", "", "");
+    addValidationUserError(colRecords, "m", strId, "", "", "", "");
   }
   for (const char* strId : {"a", "b", "c"}) {
-    addValidationUserError(colErrors, "again", strId, "", "", "", "");
+    addValidationUserError(colRecords, "again", strId, "", "", "", "");
   }
   ASSERT_EQ(colErrors.size(), 3u);
   for (const auto& objError : colErrors) EXPECT_EQ(objError.message, "m");
@@ -42,13 +45,14 @@ TEST(addValidationUserError, LooksAtEveryRecordForTheQuestion) {
 
 TEST(addValidationUserError, TellsIdsApartExactly) {
   std::vector<ValidationUserError> colErrors;
+  UserErrorRecords colRecords(colErrors);
   for (const char* strId : {"q", "Q", "q ", ""}) {
-    addValidationUserError(colErrors, "m", strId, "", "", "", "");
+    addValidationUserError(colRecords, "m", strId, "", "", "", "");
   }
   ASSERT_EQ(colErrors.size(), 4u);
   EXPECT_EQ(colErrors[3].questionId, "") << "in the order in which they came";
 
-  addValidationUserError(colErrors, "again", "", "", "", "", "");
+  addValidationUserError(colRecords, "again", "", "", "", "", "");
   EXPECT_EQ(colErrors.size(), 4u) << "the empty id is an id";
 }
 

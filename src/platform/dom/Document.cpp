@@ -99,7 +99,7 @@ Node Document::documentElement() const {
 void Document::setSelectionNamespaces(std::string_view strDeclarations) const {
   DocumentState::target(*this);
   state_->mayFail(DomOperation::setSelectionNamespaces);
-  state_->selectionNamespaces = std::make_shared<const SelectionNamespaces>(strDeclarations);
+  state_->declare(strDeclarations);
 }
 
 std::string Document::selectionNamespaces() const {
@@ -111,10 +111,14 @@ std::string Document::selectionNamespaces() const {
 Node Document::createElement(std::string_view strName) const {
   DocumentState::target(*this);
   if (state_->givesNothing(DomOperation::createElement)) return {};
-  requireQualifiedName(strName);
-  if (prefixOf(strName) == "xmlns") refuse("The namespace prefix 'xmlns' is reserved.");
+  const TreeName* name = state_->attributeName(strName);
+  if (!name || name->blnColon) {
+    requireQualifiedName(strName);
+    if (prefixOf(strName) == "xmlns") refuse("The namespace prefix 'xmlns' is reserved.");
+  }
   Tree& tree = state_->changeable().tree;
-  return DocumentState::handle(state_, tree.newElement(tree.name({}, strName, {})));
+  if (!name) name = tree.name({}, strName, {});
+  return DocumentState::handle(state_, tree.newElement(name));
 }
 
 Node Document::createNode(NodeType type, std::string_view strName,

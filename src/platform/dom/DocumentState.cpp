@@ -49,7 +49,7 @@ DocumentState::DocumentState(const DocumentSettings& documentSettings,
       content_(&host_->changeable()) {}
 
 bool DocumentContent::replace(std::size_t lngExpected, bool blnKeepBefore,
-                              const std::function<TreeNode*(Tree& tree)>& fill) {
+                              const std::function<TreeNode*(Tree& tree)>& fill, bool blnForOne) {
   // All that can fail comes first.
   const auto newTree = [this](std::size_t lngBytes) {
     Tree made(lngBytes, kMaxTreeBytes, lngMostNodes);
@@ -64,20 +64,22 @@ bool DocumentContent::replace(std::size_t lngExpected, bool blnKeepBefore,
     if (!blnKeepBefore) fresh = newTree(0);  // what was read of it may be much
     document = target.newDocument();
   }
-  auto index = std::make_unique<IdIndex>();
-  index->build(document);
+  std::unique_ptr<IdIndex> index;
+  if (!blnForOne) index = std::make_unique<IdIndex>();
+  if (index) index->build(document);
   ChildNameIndex freshNames;
   (blnKeepBefore ? childNames : freshNames).add(document);
 
   idIndex.drop();
   libraryTree.drop();
+  models.forget();
   attributeNames = {};
   target.setDocument(document);
   if (!blnKeepBefore) {
     tree = std::move(fresh);
     childNames = std::move(freshNames);
   }
-  idIndex.set(std::move(index));
+  if (index) idIndex.set(std::move(index));
   return blnMade;
 }
 
@@ -114,8 +116,7 @@ bool DocumentState::load(std::optional<std::string_view> strText, XmlEncoding en
       });
   shared_.reset();
   content_ = &*own_;
-  parseError = std::move(error);
-  lngWrittenBytes_ = 0;
+  becomeOther(std::move(error));
   return blnLoaded;
 }
 
@@ -128,17 +129,39 @@ bool DocumentState::take(std::shared_ptr<const DocumentContent> loaded, ParseErr
     shared_ = std::move(loaded);
     content_ = shared_ ? shared_.get() : &*own_;
   } else {
-    own_->replace(0, blnHandlesExist, [&](Tree& tree) -> TreeNode* {
+    const auto copy = [&](Tree& tree) -> TreeNode* {
       if (!loaded) return nullptr;
       TreeNode* const document = tree.newDocument();
       const TreeNode* child = loaded->tree.document()->first;
       for (; child; child = child->next) linkNode(document, copyNode(child, true, tree), nullptr);
       return document;
-    });
+    };
+    own_->replace(0, blnHandlesExist, copy, true);
   }
+  becomeOther(std::move(error));
+  return blnLoaded;
+}
+
+void DocumentState::becomeOther(ParseError error) {
   parseError = std::move(error);
   lngWrittenBytes_ = 0;
-  return blnLoaded;
+  boundNames_.forget();
+  models.clear();
+}
+
+const SelectionNamespaces& DocumentState::namespaces() const {
+  static const SelectionNamespaces kNone;
+  return selectionNamespaces ? *selectionNamespaces : kNone;
+}
+
+void DocumentState::declare(std::string_view strDeclarations) {
+  selectionNamespaces = std::make_shared<const SelectionNamespaces>(strDeclarations);
+  boundNames_.forget();
+}
+
+std::optional<TreeNode*> DocumentState::firstOf(const PathView& path) {
+  if (settings.blnReadOnly || blnFragment) return std::nullopt;
+  return boundNames_.first(path, content_->tree, content_->childNames, namespaces());
 }
 
 DocumentContent& DocumentState::changeable() {
@@ -154,10 +177,6 @@ const TreeName* DocumentState::attributeName(std::string_view strName) {
       content.attributeNames[(lngAddress ^ lngAddress >> 4) % content.attributeNames.size()];
   if (!name || name->strQualified != strName) name = content.tree.names().find(strName, {});
   return name;
-}
-
-void DocumentState::mayFail(DomOperation operation) const {
-  Varnel_Tolv_XML_Creation::mayFail(settings.faults, operation);
 }
 
 DocumentSettings DocumentState::settingsOfCopy() const {
@@ -184,12 +203,11 @@ void DocumentState::changing(const TreeNode* parent, const TreeNode* ids) noexce
 
 SelectionContext DocumentState::selectionContext(TreeNode* node, std::string_view strXPath) const {
   const TreeNode* top = topOf(node);
-  static const SelectionNamespaces kNone;
   SelectionContext context;
   const DocumentContent& content = this->content();
   context.tree = &content.tree;
   context.node = node;
-  context.namespaces = selectionNamespaces ? selectionNamespaces.get() : &kNone;
+  context.namespaces = &namespaces();
   if (top == content.tree.document()) {
     context.index = content.idIndex.get(top, false);
     if (!context.index && looksForId(strXPath)) context.index = content.idIndex.get(top, true);

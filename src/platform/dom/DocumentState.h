@@ -6,8 +6,11 @@
 #include <memory>
 #include <optional>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "platform/dom/Document.h"
+#include "platform/dom/KeptModels.h"
 #include "platform/dom/Node.h"
 #include "platform/fault/InjectedFault.h"
 #include "platform/xml/GuardedParser.h"
@@ -15,6 +18,7 @@
 #include "platform/xpath/ChildNameIndex.h"
 #include "platform/xpath/LazyIdIndex.h"
 #include "platform/xpath/LibraryTree.h"
+#include "platform/xpath/PreparedPath.h"
 #include "platform/xpath/Selection.h"
 #include "platform/xpath/SelectionNamespaces.h"
 #include "result/RuntimeError.h"
@@ -31,14 +35,16 @@ struct DocumentContent {
 
   /// Lets `fill` make a document, null for an empty one, and puts it in place of the one before,
   /// which stays when `blnKeepBefore`. Whether it made one. What it raises leaves all as it was.
+  /// The index of ids of a copy `blnForOne`, who is about to change it, waits until it is wanted.
   bool replace(std::size_t lngExpected, bool blnKeepBefore,
-               const std::function<TreeNode*(Tree& tree)>& fill);
+               const std::function<TreeNode*(Tree& tree)>& fill, bool blnForOne = false);
 
   const std::size_t lngMostNodes;
   Tree tree;
   LazyIdIndex idIndex;
   ChildNameIndex childNames;
   LibraryTreeCache libraryTree;
+  KeptModels models;
 
   /// The names of attributes that were set, by where their texts lie: most are constants.
   std::array<const TreeName*, 16> attributeNames{};
@@ -78,7 +84,9 @@ struct DocumentState {
   }
 
   /// The same for an operation without a result, where nothing can only be an error.
-  void mayFail(DomOperation operation) const;
+  void mayFail(DomOperation operation) const {
+    if (settings.faults) Varnel_Tolv_XML_Creation::mayFail(settings.faults, operation);
+  }
 
   /// See `Document::countTo`.
   void countTo(const std::shared_ptr<TreeBudget>& budget) {
@@ -91,7 +99,7 @@ struct DocumentState {
   /// The settings of a copy, which is never read-only.
   DocumentSettings settingsOfCopy() const;
 
-  /// The name of attributes in no namespace, given without a prefix; null when the document has
+  /// The name as written of elements and attributes in no namespace; null when the document has
   /// none of them. For who writes to the document.
   const TreeName* attributeName(std::string_view strName);
 
@@ -106,6 +114,13 @@ struct DocumentState {
 
   /// What a selection at `node` needs. `strXPath` tells whether an index would help.
   SelectionContext selectionContext(TreeNode* node, std::string_view strXPath) const;
+
+  /// The first node that a path with steps selects in the document, or null; none when only its
+  /// text can tell.
+  std::optional<TreeNode*> firstOf(const PathView& path);
+
+  /// Selections know these prefixes from now on.
+  void declare(std::string_view strDeclarations);
 
   /// What a handle points to. Run-time error 91 for Nothing.
   static TreeNode* target(const Node& handle) {
@@ -142,13 +157,18 @@ struct DocumentState {
   const bool blnFragment;
   ParseError parseError;
   std::shared_ptr<const SelectionNamespaces> selectionNamespaces;  // null: none were set
+  std::vector<std::pair<const void*, KeptModels::Model>> models;   // that were asked for
 
  private:
+  void becomeOther(ParseError error);
+  const SelectionNamespaces& namespaces() const;
+
   std::optional<DocumentContent> own_;
   std::shared_ptr<const DocumentContent> shared_;  // of a read-only document, from the cache
   std::shared_ptr<DocumentState> host_;            // of a fragment that is made in its content
   const DocumentContent* content_ = nullptr;
 
+  BoundNames boundNames_;
   std::size_t lngWrittenBytes_ = 0;  // by writes since the content was loaded
 };
 

@@ -4,7 +4,6 @@
 #include <array>
 #include <cstddef>
 
-#include "platform/xml/TreeLimits.h"
 #include "platform/xml/XmlCharacters.h"
 #include "platform/xpath/ChildNameIndex.h"
 #include "platform/xpath/IdIndex.h"
@@ -26,6 +25,24 @@ constexpr auto kLetters = [] {
     letters[byte] = isNameByte(static_cast<char>(byte));
   return letters;
 }();
+
+bool take(std::string_view& strRest, std::string_view strToken) noexcept {
+  if (!strRest.starts_with(strToken)) return false;
+  strRest.remove_prefix(strToken.size());
+  return true;
+}
+
+std::string_view takeName(std::string_view& strRest) noexcept {
+  std::size_t lngSize = 0;
+  if (!strRest.empty() && isFirstLetter(strRest.front())) {
+    do {
+      ++lngSize;
+    } while (lngSize < strRest.size() && kLetters[static_cast<unsigned char>(strRest[lngSize])]);
+  }
+  const std::string_view strName = strRest.substr(0, lngSize);
+  strRest.remove_prefix(lngSize);
+  return strName;
+}
 
 class PlainPath {
  public:
@@ -77,51 +94,26 @@ class PlainPath {
 
  private:
   bool take(std::string_view strToken) noexcept {
-    if (!strRest_.starts_with(strToken)) return false;
-    strRest_.remove_prefix(strToken.size());
-    return true;
-  }
-
-  std::string_view takeName() noexcept {
-    std::size_t lngSize = 0;
-    if (!strRest_.empty() && isFirstLetter(strRest_.front())) {
-      do {
-        ++lngSize;
-      } while (lngSize < strRest_.size() &&
-               kLetters[static_cast<unsigned char>(strRest_[lngSize])]);
-    }
-    const std::string_view strName = strRest_.substr(0, lngSize);
-    strRest_.remove_prefix(lngSize);
-    return strName;
+    return Varnel_Tolv_XML_Creation::take(strRest_, strToken);
   }
 
   bool parseName() {
-    std::string_view strLocal = takeName();
+    std::string_view strLocal = takeName(strRest_);
     std::string_view strUri;
     if (take(":")) {
       const auto declared = context_.namespaces->uri(strLocal);
       if (!declared) return false;
       strUri = *declared;
-      strLocal = takeName();
+      strLocal = takeName(strRest_);
     }
     names_[lngNames_++] = context_.tree->names().find(strLocal, strUri);
     return !strLocal.empty();
   }
 
-  /// Goes from each node to its first child of the next name. Where one has no such child, that is
-  /// an answer only if no name on the way had a second child to try.
   std::optional<TreeNode*> firstByNames() const {
     if (context_.childNames == nullptr) return std::nullopt;
-    TreeNode* node = start_;
-    bool blnOnlyWay = true;
-    for (std::size_t at = 0; at < lngNames_; ++at) {
-      const auto match = context_.childNames->find(node, names_[at]);
-      if (!match) return std::nullopt;
-      node = match->first;
-      if (node == nullptr) break;
-      blnOnlyWay = blnOnlyWay && match->blnOnly;
-    }
-    return node != nullptr || blnOnlyWay ? std::optional(node) : std::nullopt;
+    return Varnel_Tolv_XML_Creation::firstByNames(start_, {names_.data(), lngNames_},
+                                                  *context_.childNames);
   }
 
   /// All children of the last name of the one element to which the other names lead; false when
@@ -182,13 +174,45 @@ class PlainPath {
   std::string_view strRest_;  // what is not parsed yet
   bool blnAbsolute_ = false;
   bool blnAnyDepth_ = false;
-  std::array<const TreeName*, kMaxDepth> names_;  // null: no node of the document has the name
+  std::array<const TreeName*, kMostPlainNames>
+      names_;  // null: no node of the document has the name
   std::size_t lngNames_ = 0;
   std::optional<std::string_view> strId_;
   TreeNode* start_ = nullptr;
 };
 
 }  // namespace
+
+std::optional<TreeNode*> firstByNames(TreeNode* start, std::span<const TreeName* const> names,
+                                      const ChildNameIndex& childNames) {
+  TreeNode* node = start;
+  bool blnOnlyWay = true;
+  for (const TreeName* const name : names) {
+    const auto match = childNames.find(node, name);
+    if (!match) return std::nullopt;
+    node = match->first;
+    if (node == nullptr) break;
+    blnOnlyWay = blnOnlyWay && match->blnOnly;
+  }
+  return node != nullptr || blnOnlyWay ? std::optional(node) : std::nullopt;
+}
+
+std::optional<std::vector<std::pair<std::string_view, std::string_view>>> namesOfAbsolutePath(
+    std::string_view strXPath) {
+  std::vector<std::pair<std::string_view, std::string_view>> colNames;
+  while (take(strXPath, "/")) {
+    std::string_view strLocal = takeName(strXPath);
+    std::string_view strPrefix;
+    if (take(strXPath, ":")) strPrefix = std::exchange(strLocal, takeName(strXPath));
+    const bool blnPrefixMissing = strPrefix.data() != nullptr && strPrefix.empty();
+    if (strLocal.empty() || blnPrefixMissing || colNames.size() == kMostPlainNames) {
+      return std::nullopt;
+    }
+    colNames.emplace_back(strPrefix, strLocal);
+  }
+  if (!strXPath.empty() || colNames.empty()) return std::nullopt;
+  return colNames;
+}
 
 std::optional<TreeNode*> firstOfPlainPath(const SelectionContext& context,
                                           std::string_view strXPath) {

@@ -1,12 +1,18 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
+#include <span>
 #include <string_view>
+#include <utility>
 #include <vector>
 
+#include "platform/xml/TreeLimits.h"
 #include "platform/xpath/Selection.h"
 
 namespace Varnel_Tolv_XML_Creation {
+
+class ChildNameIndex;
 
 // The commonest expressions, with names in ASCII and no blank anywhere:
 //
@@ -23,5 +29,19 @@ std::optional<TreeNode*> firstOfPlainPath(const SelectionContext& context,
 /// All of them, in document order.
 std::optional<std::vector<TreeNode*>> allOfPlainPath(const SelectionContext& context,
                                                      std::string_view strXPath);
+
+/// With more names an expression is not one of these.
+inline constexpr std::size_t kMostPlainNames = kMaxDepth;  // no document is deeper
+
+/// The prefixes, empty for none, and local names of an expression that is nothing but "/", a name
+/// and so on; none for every other expression.
+std::optional<std::vector<std::pair<std::string_view, std::string_view>>> namesOfAbsolutePath(
+    std::string_view strXPath);
+
+/// Goes from `start` to its first child of the first name, given as its `plain` (null: the document
+/// has none), and so on. Where a node has no such child, null, which is an answer only if no name
+/// on the way had a second child to try; else none.
+std::optional<TreeNode*> firstByNames(TreeNode* start, std::span<const TreeName* const> names,
+                                      const ChildNameIndex& childNames);
 
 }  // namespace Varnel_Tolv_XML_Creation

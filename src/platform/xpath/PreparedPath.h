@@ -1,0 +1,90 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "platform/xml/Tree.h"
+
+// Expressions that are asked again and again, read once. Of the commonest ones, absolute paths of
+// names without conditions ("/m:a/m:b"), the names are kept with numbers, so that a document looks
+// each of them up once, however many paths have it. Every other expression stays its text.
+
+namespace Varnel_Tolv_XML_Creation {
+
+class ChildNameIndex;
+class SelectionNamespaces;
+
+/// The names of prepared paths, each once. It is filled before any of the paths is asked.
+class PathNames {
+ public:
+  struct Name {
+    std::string strPrefix;
+    std::string strLocal;
+  };
+
+  std::uint32_t number(std::string_view strPrefix, std::string_view strLocal);
+  const std::vector<Name>& names() const noexcept { return names_; }
+
+ private:
+  std::vector<Name> names_;
+  std::map<std::pair<std::string, std::string>, std::uint32_t, std::less<>> numbers_;
+};
+
+/// An expression as a selection takes it. It is borrowed.
+struct PathView {
+  std::string_view strText;
+  std::span<const std::uint32_t> steps = {};  // the numbers of its names; none: it is its text
+  const std::shared_ptr<const PathNames>* names = nullptr;
+};
+
+class PreparedPath {
+ public:
+  PreparedPath() = default;
+
+  /// Adds its names to `names`, if there are any; null: it stays its text.
+  PreparedPath(std::string strXPath, const std::shared_ptr<PathNames>& names);
+
+  const std::string& text() const noexcept { return strText_; }
+  std::size_t names() const noexcept { return steps_.size(); }
+
+  PathView view() const noexcept { return {strText_, steps_, &names_}; }
+
+  /// The path of the first so many names, which are so many bytes.
+  PathView beginning(std::size_t lngBytes, std::size_t lngNames) const noexcept {
+    const std::span<const std::uint32_t> steps(steps_);
+    return {std::string_view(strText_).substr(0, lngBytes),
+            steps.empty() ? steps : steps.first(lngNames), &names_};
+  }
+
+ private:
+  std::string strText_;
+  std::vector<std::uint32_t> steps_;
+  std::shared_ptr<const PathNames> names_;
+};
+
+/// What one document calls the names of prepared paths. It is for who writes to the document, and
+/// has to forget them when the document or its selection namespaces become others.
+class BoundNames {
+ public:
+  void forget() noexcept { names_.reset(); }
+
+  /// The first node that a path with steps selects in the document, or null; none when only its
+  /// text can tell.
+  std::optional<TreeNode*> first(const PathView& path, const Tree& tree,
+                                 const ChildNameIndex& childNames,
+                                 const SelectionNamespaces& namespaces);
+
+ private:
+  std::shared_ptr<const PathNames> names_;
+  std::vector<const TreeName*> bound_;  // null: the document had none such when it was asked
+};
+
+}  // namespace Varnel_Tolv_XML_Creation

@@ -7,7 +7,7 @@ endif()
 # The arrows: what quoted includes of a folder may begin with. The first folder that fits counts.
 set(layers src/result src/platform/text src/platform/fault src/platform/xml src/platform/xpath
   src/platform/dom src/platform/schema/value src/platform/schema/component src/platform/schema
-  src/platform/host src/platform/json src/config src/answers src/check src/park src/message
+  src/platform/host src/platform/json src/config src/deployment src/answers src/check src/park src/message
   src/validation src/interface src/c)
 set(src/result          "^result/")
 set(src/platform/text   "^(result|platform/text)/")
@@ -21,10 +21,11 @@ set(src/platform/schema "^(result|platform/(text|fault|xml|schema))/")
 set(src/platform/host   "^(result|platform/(text|xml|dom|host))/")
 set(src/platform/json   "^(result|platform/(text|json))/")
 set(src/config          "^(result|platform|config)/")
+set(src/deployment      "^(result|platform|config|deployment)/")
 set(src/answers         "^(result|platform|config|answers)/")
 set(src/check           "^(result|platform|config|check)/")
 set(src/park            "^(result|platform|config|park)/")
-set(src/message         "^(result|platform|config|message)/")
+set(src/message         "^(result|platform|config|deployment|message)/")
 set(src/validation      "^(result|platform|config|validation)/")
 set(src/interface
   "^(result|platform|config|answers|check|park|message|validation|interface)/")

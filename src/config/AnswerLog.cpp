@@ -58,10 +58,6 @@ void AnswerLog::take(const Node& objObject) {
   if (objObject) carried_.push_back({objObject, {RuleFile::objectMapper, 0}});
 }
 
-void AnswerLog::entry(const Node& objMessageItem) {
-  carried_.back().rule = ruleAt(RuleFile::objectMapper, objMessageItem);
-}
-
 void AnswerLog::lose(std::string_view strReason, const Node& objRule, std::string_view strPart) {
   const AnswerRule rule = objRule ? ruleAt(RuleFile::objectMapper, objRule) : carried_.back().rule;
   losses_.push_back({objInHand_, strReason, rule, std::string(strPart)});

@@ -123,8 +123,8 @@ class AnswerLog {
   void schemaTypes(const Document& objSchemaTypes) { objSchemaTypes_ = objSchemaTypes; }
   /// The object is in hand from now on; Nothing: the last one was carried over.
   void take(const Node& objObject);
-  /// The entry of the object mapper for the object in hand.
-  void entry(const Node& objMessageItem);
+  /// On which line the entry of the object mapper for the object in hand stands.
+  void entry(std::size_t lngLine) { carried_.back().rule = {RuleFile::objectMapper, lngLine}; }
   /// What is written from now on is the answer to another object; Nothing: to none.
   void source(const Node& objSource) { objSource_ = objSource; }
   /// The object in hand, or all its cells, do not reach the message. A rule that is Nothing: the

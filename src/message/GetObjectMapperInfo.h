@@ -1,31 +1,26 @@
 #pragma once
 
-#include <string>
+#include <optional>
+#include <string_view>
 
-#include "platform/dom/Node.h"
+#include "deployment/ObjectMapping.h"
 #include "result/Acknowledge.h"
 
 namespace Varnel_Tolv_XML_Creation {
-
-/// What an entry of the object mapper (a `messageitem`) says about the place of an object in the
-/// message. `docs/formats.md` describes the entry.
-struct ObjectMapperInfo {
-  std::string strParentXPath;
-  std::string strExtraPath;
-  std::string strExtraNode;
-  std::string strExtraValue;
-  std::string strNode;
-  std::string strItem;
-  std::string strToSchema;
-  std::string strAbsent;
-  bool blnCheckExists = false;
-  Node objAction;  // a copy that stands alone: changing it leaves the mapper as it is
-};
 
 /// Reads the entry `objMessageItem` into `info`. A text whose element is missing keeps what it
 /// held.
 ///
 /// Errors: SVC_RET_XML_CREATION_OBJ_MAPPER_OBJ_MISSING for Nothing.
 Acknowledge GetObjectMapperInfo(const Node& objMessageItem, ObjectMapperInfo& info);
+
+/// Leads `item` to the entry with this id, or to null when there is none. The compiled object
+/// mapper has it ready; where there is no such, or the id makes something else of the path, its
+/// path is selected and the entry read into `own`. Has no handler.
+///
+/// Errors: those of `GetObjectMapperInfo`; `item` then is the entry all the same.
+Acknowledge findMessageItem(const Document& objObjectMapper, std::string_view strId,
+                            ObjectMapping::Kind kind, std::optional<MessageItem>& own,
+                            const MessageItem*& item);
 
 }  // namespace Varnel_Tolv_XML_Creation

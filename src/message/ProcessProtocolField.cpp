@@ -1,6 +1,8 @@
 #include "message/ProcessProtocolField.h"
 
+#include <optional>
 #include <string>
+#include <string_view>
 
 #include "config/AnswerLog.h"
 #include "config/AnswerReasons.h"
@@ -16,6 +18,7 @@
 #include "message/ProtocolObject.h"
 #include "message/addData.h"
 #include "message/buildXPath.h"
+#include "platform/dom/Prepared.h"
 #include "platform/text/Conversions.h"
 #include "platform/text/Text.h"
 #include "result/Guarded.h"
@@ -44,13 +47,14 @@ class FieldPlacement {
   Acknowledge place();
   Acknowledge placeExtra() const;
 
-  bool hasExtraPath() const { return !info_.strExtraPath.empty(); }
+  bool hasExtraPath() const { return !info().strExtraPath.empty(); }
 
  private:
   Acknowledge placePlainly();
   Acknowledge placeByAction();
   Acknowledge placeComplexType(const std::string& strAction);
   std::string itemValue() const;
+  const ObjectMapperInfo& info() const { return item_->info; }
 
   Acknowledge failure(eReturnValues lngErrorCode, const std::string& strDetail) const {
     return Failure(lngErrorCode, strDetail, session_.strDefaultUserMessage);
@@ -64,83 +68,84 @@ class FieldPlacement {
   const Document& objParkXML_;
 
   std::string strId_;
-  std::string strLabel_;
+  std::string_view strLabel_;  // in the parked form, which stays as it is
   std::string strValue_;
-  std::string strMapperPath_;
-  ObjectMapperInfo info_;
+  ObjectMapping::Kind kind_ = ObjectMapping::any;
+  std::optional<MessageItem> own_;  // where the compiled mapper has no entry ready
+  const MessageItem* item_ = nullptr;
 };
 
 void FieldPlacement::readField() {
-  strId_ = toLower(attributeText(prtobjct_, kId));
-  const bool blnDynamic = toBoolean(attributeText(prtobjct_, kDynamic));
-  strLabel_ = attributeText(prtobjct_, kFieldLabel);
-  strValue_ = convertAnswer(session_, attributeText(prtobjct_, kType),
-                            trim(attributeText(prtobjct_, kValue)));
-  strMapperPath_ = blnDynamic ? "//message/messageitem[@id='" + attributeText(prtobjct_, "group") +
-                                    "' and @type='group']"
-                              : "//message/messageitem[@id='" + strId_ + "']";
+  strId_ = toLower(attributeView(prtobjct_, kId));
+  if (toBoolean(attributeView(prtobjct_, kDynamic))) kind_ = ObjectMapping::group;
+  strLabel_ = attributeView(prtobjct_, kFieldLabel);
+  strValue_ = convertAnswer(session_, attributeView(prtobjct_, kType),
+                            trim(attributeView(prtobjct_, kValue)));
 }
 
 Acknowledge FieldPlacement::readMapping() {
-  trace(session_, kProcedure, {"strMapperPath=", strMapperPath_});
-  const Node objMessageItem = objObjectMapper_.selectSingleNode(strMapperPath_);
-  if (!objMessageItem) {
+  const std::string_view strMapperId =
+      kind_ == ObjectMapping::group ? attributeView(prtobjct_, "group") : strId_;
+  if (tracing(session_)) {
+    trace(session_, kProcedure, {"strMapperPath=", messageItemPath(strMapperId, kind_)});
+  }
+  Acknowledge objAck = findMessageItem(objObjectMapper_, strMapperId, kind_, own_, item_);
+  if (!item_) {
     if (session_.answers) session_.answers->lose(reason::kNoMapping);
     return Failure(SVC_RET_XML_CREATION_NOMAPPERFOROBJECT,
                    "object mapper not found for object=" + strId_,
                    "An error occurred while processing the protocol fields");
   }
-  if (session_.answers) session_.answers->entry(objMessageItem);
-  return GetObjectMapperInfo(objMessageItem, info_);
+  if (session_.answers) session_.answers->entry(item_->lngLine);
+  return objAck;
 }
 
 bool FieldPlacement::isSent() const {
-  if (!toBoolean(info_.strToSchema)) {
+  if (!toBoolean(info().strToSchema)) {
     if (session_.answers && !isBlank(strValue_)) session_.answers->leaveOut();
     return false;
   }
 
   bool blnOtherEmpty = true;
-  if (!info_.strAbsent.empty()) {
-    const Node objOther = selectProtocolObject(prtobjct_.parentNode(), info_.strAbsent);
+  if (!info().strAbsent.empty()) {
+    const Node objOther = selectProtocolObject(prtobjct_.parentNode(), info().strAbsent);
     blnOtherEmpty = !objOther || isBlank(attributeText(objOther, kValue));
   }
-  const bool blnExists = info_.blnCheckExists &&
-                         objSendXML_.selectSingleNode(info_.strParentXPath + "/" + info_.strNode);
+  const bool blnExists =
+      info().blnCheckExists && selectSingleNode(objSendXML_, item_->place.whole());
 
-  if (info_.strItem.empty() && strValue_.empty()) return false;
+  if (info().strItem.empty() && strValue_.empty()) return false;
   // deliberate: any other word for True passes the conversion above and is not sent.
-  const bool blnSent = info_.strToSchema == "true";
+  const bool blnSent = info().strToSchema == "true";
   if (!blnOtherEmpty || blnExists) return false;
   if (session_.answers && !blnSent) session_.answers->lose(reason::kWordNotTrue);
   return blnSent;
 }
 
-Acknowledge FieldPlacement::place() { return info_.objAction ? placeByAction() : placePlainly(); }
+Acknowledge FieldPlacement::place() { return info().objAction ? placeByAction() : placePlainly(); }
 
 Acknowledge FieldPlacement::placePlainly() {
-  if (isBlank(info_.strParentXPath)) {
+  if (isBlank(info().strParentXPath)) {
     return failure(SVC_RET_XML_CREATION_PARENT_PATH_MISSING,
-                   "parent path missing object=" + strId_ + ",parent=" + info_.strParentXPath);
+                   "parent path missing object=" + strId_ + ",parent=" + info().strParentXPath);
   }
   strValue_ = replaceAll(strValue_, "\r\n", "");
 
   Node objCurrentNode;
-  Acknowledge objAck =
-      buildXPath(session_, info_.strParentXPath, info_.strNode, objSendXML_, objCurrentNode);
+  Acknowledge objAck = buildXPath(session_, item_->place, objSendXML_, objCurrentNode);
   if (!objAck.Success()) return objAck;
 
-  if (!info_.strItem.empty()) strValue_ = itemValue();
+  if (!info().strItem.empty()) strValue_ = itemValue();
 
-  const std::string strNodePath = info_.strParentXPath + "/" + info_.strNode;
+  const PathView path = item_->place.whole();
   trace(session_, kProcedure,
-        {"Set objAck = addData(objXmlDocument,", strValue_, ", ", strNodePath, ", ", strId_, ")"});
-  return addData(session_, objSendXML_, strValue_, strNodePath, strId_);
+        {"Set objAck = addData(objXmlDocument,", strValue_, ", ", path.strText, ", ", strId_, ")"});
+  return addData(session_, objSendXML_, strValue_, path, strId_);
 }
 
 /// The value of the other object that the entry names; empty when there is none.
 std::string FieldPlacement::itemValue() const {
-  const Node objItem = selectProtocolObject(objParkXML_, info_.strItem);
+  const Node objItem = selectProtocolObject(objParkXML_, info().strItem);
   if (session_.answers && !objItem) session_.answers->lose(reason::kItemNotFound);
   if (!objItem) return {};
   std::string strValue = attributeText(objItem, kValue);
@@ -155,12 +160,12 @@ std::string FieldPlacement::itemValue() const {
 }
 
 Acknowledge FieldPlacement::placeByAction() {
-  const std::string strAction = attributeText(info_.objAction, kId);
+  const std::string strAction = attributeText(info().objAction, kId);
   if (toLower(strAction) == "addinfotonode") {
     trace(session_, kProcedure, {"addinfotonode"});
     strValue_ = replaceAll(strValue_, "\r\n", "");
-    return AddInfoToNode(session_, prtobjct_, objSendXML_, info_.strParentXPath, objParkXML_,
-                         info_.strNode, strLabel_, strValue_, info_.objAction);
+    return AddInfoToNode(session_, prtobjct_, objSendXML_, info().strParentXPath, objParkXML_,
+                         info().strNode, strLabel_, strValue_, info().objAction);
   }
   return placeComplexType(strAction);
 }
@@ -179,20 +184,19 @@ Acknowledge FieldPlacement::placeComplexType(const std::string& strAction) {
 
   Node objChildNode;
   const Acknowledge objChildAck =
-      GetChildNode(session_, prtobjct_, objSchemaTypeMapper_, info_.objAction, strLabel_, strValue_,
-                   objChildNode, arrAddressLines, std::nullopt, std::nullopt, std::nullopt,
-                   blnMultiValue, objSendXML_);
+      GetChildNode(session_, prtobjct_, objSchemaTypeMapper_, info().objAction, strLabel_,
+                   strValue_, objChildNode, arrAddressLines, std::nullopt, std::nullopt,
+                   std::nullopt, blnMultiValue, objSendXML_);
   // deliberate: whatever was wrong with the child, its absence is what is told.
   if (!objChildAck.Success() || !objChildNode) {
     return failure(SVC_RET_XML_CREATION_CHILD_NODE_MISSING, "child node missing (" + strId_ + ")");
   }
 
   trace(session_, kProcedure,
-        {"Set objAck = buildXPath(", info_.strParentXPath, ", ", info_.strNode,
+        {"Set objAck = buildXPath(", info().strParentXPath, ", ", info().strNode,
          ", objXmlDocument, objCurrentNode)"});
   Node objCurrentNode;
-  Acknowledge objAck =
-      buildXPath(session_, info_.strParentXPath, info_.strNode, objSendXML_, objCurrentNode);
+  Acknowledge objAck = buildXPath(session_, item_->place, objSendXML_, objCurrentNode);
   if (!objAck.Success()) return objAck;
   if (!objCurrentNode) {
     return failure(SVC_RET_XML_CREATION_CURRENT_NODE_MISSING,
@@ -210,19 +214,17 @@ Acknowledge FieldPlacement::placeComplexType(const std::string& strAction) {
 Acknowledge FieldPlacement::placeExtra() const {
   trace(session_, kProcedure, {"Processing strExtraPath"});
   Node objCurrentNode;
-  const Acknowledge objPathAck =
-      buildXPath(session_, info_.strExtraPath, info_.strExtraNode, objSendXML_, objCurrentNode);
+  const Acknowledge objPathAck = buildXPath(session_, item_->extra, objSendXML_, objCurrentNode);
   if (!objPathAck.Success()) {
-    return failure(SVC_RET_XML_CREATION_EXTRA_PATH_MISSING, "extra path missing object=" + strId_ +
-                                                                ",extrapath=" + info_.strExtraPath +
-                                                                "/" + info_.strExtraNode);
+    return failure(SVC_RET_XML_CREATION_EXTRA_PATH_MISSING,
+                   "extra path missing object=" + strId_ + ",extrapath=" + info().strExtraPath +
+                       "/" + info().strExtraNode);
   }
   // deliberate: the line shows blanks around the "/", the path has none.
   trace(session_, kProcedure,
-        {"Set objAck = addData(objXmlDocument,", strValue_, ", ", info_.strExtraPath, " / ",
-         info_.strExtraNode, ", ", strId_, ")"});
-  return addData(session_, objSendXML_, strValue_, info_.strExtraPath + "/" + info_.strExtraNode,
-                 strId_);
+        {"Set objAck = addData(objXmlDocument,", strValue_, ", ", info().strExtraPath, " / ",
+         info().strExtraNode, ", ", strId_, ")"});
+  return addData(session_, objSendXML_, strValue_, item_->extra.whole(), strId_);
 }
 
 }  // namespace

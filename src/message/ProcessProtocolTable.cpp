@@ -1,5 +1,6 @@
 #include "message/ProcessProtocolTable.h"
 
+#include <optional>
 #include <string>
 
 #include "config/AnswerLog.h"
@@ -9,6 +10,7 @@
 #include "message/AddComplexTypeFromTableRows.h"
 #include "message/AddRowInfoToSingleNode.h"
 #include "message/GetObjectMapperInfo.h"
+#include "platform/dom/Prepared.h"
 #include "platform/text/Conversions.h"
 #include "platform/text/Text.h"
 #include "result/Guarded.h"
@@ -32,21 +34,19 @@ Acknowledge ProcessProtocolTable(const Session& session, const Document& objSend
     }
     const std::string strId = toLower(attributeText(objParkTable, kId));
     const bool blnDynamic = toBoolean(attributeText(objParkTable, kDynamic));
-    const std::string strMapperPath =
-        blnDynamic
-            ? "//message/messageitem[@id='" + attributeText(objParkTable, "group") +
-                  "' and @type='tablegroup']"
-            : "//message/messageitem[@id='" + strId + "' and (@type='dynatable' or @type='table')]";
-    const Node objMessageItem = objObjectMapper.selectSingleNode(strMapperPath);
-    if (!objMessageItem) {
+    const auto kind = blnDynamic ? ObjectMapping::tableGroup : ObjectMapping::table;
+    const std::string strMapperId = blnDynamic ? attributeText(objParkTable, "group") : strId;
+    std::optional<MessageItem> own;
+    const MessageItem* item = nullptr;
+    Acknowledge objAck = findMessageItem(objObjectMapper, strMapperId, kind, own, item);
+    if (!item) {
       if (session.answers) session.answers->lose(reason::kNoMapping);
       return failure(SVC_RET_XML_CREATION_OBJECTMAPPER_MISSING,
-                     "no object mapper found=" + strMapperPath);
+                     "no object mapper found=" + messageItemPath(strMapperId, kind));
     }
-    if (session.answers) session.answers->entry(objMessageItem);
-    ObjectMapperInfo info;
-    Acknowledge objAck = GetObjectMapperInfo(objMessageItem, info);
+    if (session.answers) session.answers->entry(item->lngLine);
     if (!objAck.Success()) return objAck;
+    const ObjectMapperInfo& info = item->info;
     if (!info.objAction) {
       return failure(SVC_RET_XML_CREATION_ACTION_MISSING, "no action found=" + strId);
     }
@@ -58,7 +58,7 @@ Acknowledge ProcessProtocolTable(const Session& session, const Document& objSend
       return {};
     }
 
-    const Node objParentNode = objSendXML.selectSingleNode(info.strParentXPath);
+    const Node objParentNode = selectSingleNode(objSendXML, item->place.parent());
     if (!objParentNode) {
       return failure(SVC_RET_XML_CREATION_PARENT_NODE_MISSING,
                      "node error" + info.strParentXPath + "/" + info.strNode);

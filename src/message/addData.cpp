@@ -3,6 +3,7 @@
 #include "config/AnswerLog.h"
 #include "config/Names.h"
 #include "config/Utility.h"
+#include "platform/dom/Prepared.h"
 #include "result/Guarded.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -15,10 +16,16 @@ constexpr std::string_view kUserMessage = "An error occurred adding data to the 
 
 Acknowledge addData(const Session& session, const Node& objXmlNode, std::string_view strValue,
                     std::string_view strNodePath, std::string_view strQuestionId) {
+  return addData(session, objXmlNode, strValue, PathView{strNodePath}, strQuestionId);
+}
+
+Acknowledge addData(const Session& session, const Node& objXmlNode, std::string_view strValue,
+                    const PathView& path, std::string_view strQuestionId) {
   return Guarded(kProcedure, [&]() -> Acknowledge {
-    trace(session, kProcedure, {"Set objElement = objXmlNode.selectSingleNode(", strNodePath, ")"});
+    trace(session, kProcedure,
+          {"Set objElement = objXmlNode.selectSingleNode(", path.strText, ")"});
     // deliberate: the first match, also where buildXPath has just added another one behind it.
-    const Node objElement = objXmlNode.selectSingleNode(strNodePath);
+    const Node objElement = selectSingleNode(objXmlNode, path);
     if (!objElement) {
       trace(session, kProcedure, {"objElement Is Nothing"});
       return Failure(SVC_RET_XML_CREATION_NODE_MISSING, "Selecting the node failed", kUserMessage);

@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "config/Session.h"
+#include "platform/xpath/PreparedPath.h"
 #include "result/Acknowledge.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -14,5 +15,9 @@ namespace Varnel_Tolv_XML_Creation {
 /// first match is no element.
 Acknowledge addData(const Session& session, const Node& objXmlNode, std::string_view strValue,
                     std::string_view strNodePath, std::string_view strQuestionId);
+
+/// The same for a path that is prepared.
+Acknowledge addData(const Session& session, const Node& objXmlNode, std::string_view strValue,
+                    const PathView& path, std::string_view strQuestionId);
 
 }  // namespace Varnel_Tolv_XML_Creation

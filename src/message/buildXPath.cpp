@@ -1,11 +1,11 @@
 #include "message/buildXPath.h"
 
-#include <optional>
 #include <string>
-#include <vector>
 
 #include "config/Utility.h"
 #include "config/getSchemaReference.h"
+#include "platform/dom/Prepared.h"
+#include "platform/fault/InjectedFault.h"
 #include "result/Guarded.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -21,8 +21,8 @@ std::string_view schemaIdOf(std::string_view strStep) {
 }
 
 /// The first node that a path selects, if it is an element.
-Node selectElement(const Document& objXmlDocument, std::string_view strXPath) {
-  const Node objNode = objXmlDocument.selectSingleNode(strXPath);
+Node selectElement(const Document& objXmlDocument, const PathView& path) {
+  const Node objNode = selectSingleNode(objXmlDocument, path);
   return objNode && objNode.nodeType() == NodeType::element ? objNode : Node();
 }
 
@@ -31,40 +31,45 @@ Node selectElement(const Document& objXmlDocument, std::string_view strXPath) {
 Acknowledge buildXPath(const Session& session, std::string_view strParentXPath,
                        std::string_view strNodePath, const Document& objXmlDocument,
                        Node& objCurrentNode) {
+  return Guarded(kProcedure, [&] {
+    return buildXPath(session, NodePath(strParentXPath, strNodePath), objXmlDocument,
+                      objCurrentNode);
+  });
+}
+
+Acknowledge buildXPath(const Session& session, const NodePath& path, const Document& objXmlDocument,
+                       Node& objCurrentNode) {
   return Guarded(kProcedure, [&]() -> Acknowledge {
-    Node objParent = objXmlDocument.selectSingleNode(strParentXPath);
+    Node objParent = selectSingleNode(objXmlDocument, path.parent());
     if (!objParent) {
       return FailureInContext(session, kProcedure, SVC_RET_XML_CREATION_PARENT_NODE_MISSING,
                               "Unable to select the parent xpath from the message template xml.");
     }
-    if (strNodePath.empty()) {
+    if (path.node().empty()) {
       return FailureInContext(session, kProcedure, SVC_RET_XML_CREATION_NODE_PATH_MISSING,
                               "No node path supplied to buildXPath.");
     }
     // deliberate: the line shows blanks around the separator, which is the bare "/".
-    trace(session, kProcedure, {"arrNodes = Split(", strNodePath, ", ' / ')"});
-    const std::optional<std::vector<std::string>> steps = splitText(session, strNodePath, "/");
-    if (!steps) {
+    trace(session, kProcedure, {"arrNodes = Split(", path.node(), ", ' / ')"});
+    if (givesNothing(session.host.documentSettings.faults, DomOperation::split)) {
       return FailureInContext(session, kProcedure, SVC_RET_XML_CREATION_NODE_PATH_ERROR,
                               "Error in node path supplied to buildXPath.");
     }
 
     Acknowledge objAck;
     std::string strUri;  // deliberate: kept from step to step, see getSchemaReference
-    std::string strWhole;
-    strWhole.append(strParentXPath).append("/").append(strNodePath);
-    std::string_view strXPath(strWhole.data(), strParentXPath.size());
-    for (std::size_t lngStep = 0; lngStep < steps->size(); ++lngStep) {
-      const std::string& strStep = (*steps)[lngStep];
-      const bool blnLast = lngStep + 1 == steps->size();
-      strXPath = {strWhole.data(), strXPath.size() + 1 + strStep.size()};
-      trace(session, kProcedure, {"strNodePath = ", strXPath.substr(strParentXPath.size())});
+    for (std::size_t lngStep = 0; lngStep < path.steps(); ++lngStep) {
+      const std::string_view strStep = path.step(lngStep);
+      const bool blnLast = lngStep + 1 == path.steps();
+      const PathView here = path.downTo(lngStep);
+      trace(session, kProcedure,
+            {"strNodePath = ", here.strText.substr(path.parent().strText.size())});
 
       objCurrentNode = Node();
       if (!blnLast) {
         trace(session, kProcedure,
-              {"Set objCurrentNode = objXmlDocument.selectSingleNode(", strXPath, ")"});
-        objCurrentNode = selectElement(objXmlDocument, strXPath);
+              {"Set objCurrentNode = objXmlDocument.selectSingleNode(", here.strText, ")"});
+        objCurrentNode = selectElement(objXmlDocument, here);
         if (objCurrentNode) objParent = objCurrentNode;
       }
       if (objCurrentNode) continue;
@@ -82,8 +87,8 @@ Acknowledge buildXPath(const Session& session, std::string_view strParentXPath,
       if (!objCurrentNode) {
         return FailureInContext(session, kProcedure,
                                 SVC_RET_XML_CREATION_APPEND_NODE_TO_PARENT_FAILED,
-                                "Unable to add the newly created node " + strStep + " to " +
-                                    std::string(strXPath) + ".");
+                                "Unable to add the newly created node " + std::string(strStep) +
+                                    " to " + std::string(here.strText) + ".");
       }
     }
     return objAck;

@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "config/Session.h"
+#include "deployment/NodePath.h"
 #include "result/Acknowledge.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -17,6 +18,10 @@ namespace Varnel_Tolv_XML_Creation {
 /// failure although the chain was made; an `objCurrentNode` that was Nothing before the call tells.
 Acknowledge buildXPath(const Session& session, std::string_view strParentXPath,
                        std::string_view strNodePath, const Document& objXmlDocument,
+                       Node& objCurrentNode);
+
+/// The same for a place that is known.
+Acknowledge buildXPath(const Session& session, const NodePath& path, const Document& objXmlDocument,
                        Node& objCurrentNode);
 
 }  // namespace Varnel_Tolv_XML_Creation

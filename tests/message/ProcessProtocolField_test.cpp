@@ -291,6 +291,63 @@ TEST(ProcessProtocolField, TracesTheValueThatIsWritten) {
             "Set objAck = addData(objXmlDocument,2012-03-05, /r/m:a, q)");
 }
 
+// --- The compiled object mapper ---
+
+TEST(ProcessProtocolField, DoesTheSameWithAMapperThatIsNotCompiled) {
+  const std::string strPlace(kPlace);
+  const std::string strAction =
+      "<action id='addinfotonode'><parameter formlabel='1'/><parameter formvalue='1'/></action>";
+  const struct {
+    std::string says, object, entries;
+  } cases[] = {
+      {"a plain place", field("q", "v"), sentEntry()},
+      {"a place further down, of which a part is there", field("q", "v"),
+       sentEntry("<parentxpath>/r</parentxpath><node>m:p/m:o/m:a</node>")},
+      {"the same with an extra path", field("q", "v"),
+       sentEntry("<parentxpath>/r/m:p</parentxpath><node>m:a</node><extrapath>/r/m:p</extrapath>"
+                 "<extranode>m:b</extranode>")},
+      {"a place that is there already", field("q", "v"),
+       entry("toschema='true' checkexists='true'",
+             "<parentxpath>/r</parentxpath><node>m:p</node>")},
+      {"one that is not", field("q", "v"), entry("toschema='true' checkexists='true'")},
+      {"a parent with a condition", field("q", "v"),
+       sentEntry("<parentxpath>/r/m:p[2]</parentxpath><node>m:a</node>")},
+      {"several parents", field("q", "v"),
+       sentEntry("<parentxpath>//m:p</parentxpath><node>m:o/m:a</node>")},
+      {"no parent", field("q", "v"), sentEntry("<parentxpath>/none</parentxpath><node>m:a</node>")},
+      {"no place", field("q", "v"), sentEntry("")},
+      {"a prefix that nobody knows", field("q", "v"),
+       sentEntry("<parentxpath>/r</parentxpath><node>x:p/m:a</node>")},
+      {"a parent that is no element", field("q", "v"),
+       sentEntry("<parentxpath>/r/text()</parentxpath><node>m:a</node>")},
+      {"an empty step", field("q", "v"),
+       sentEntry("<parentxpath>/r</parentxpath><node>m:p//m:a</node>")},
+      {"a group", field("q", "v", "dynamic='true' group='g'"),
+       "<messageitem id='g' toschema='true'/><messageitem id='g' type='group' toschema='true'>" +
+           strPlace + "</messageitem>"},
+      {"an action", field("q", "v", "dynamic='false' fieldlabel='l'"),
+       sentEntry(strPlace + strAction)},
+      {"a type that is missing", field("q", "v"), sentEntry(strPlace + "<action id='none'/>")},
+      {"no entry", field("q", "v"), ""},
+      {"an id that changes its expression", field("q' or @id='r", "v"),
+       "<messageitem id='r' toschema='true'>" + strPlace + "</messageitem>"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    const std::string strMessage = "<m:p/><m:p><m:o/></m:p>t";
+    FieldStory compiled(c.object, c.entries, strMessage);
+    FieldStory selected(c.object, c.entries, strMessage);
+    selected.objObjectMapper = FieldStory::mapper(c.entries, false);
+    const Acknowledge objAck = compiled.process();
+    const Acknowledge objExpected = selected.process();
+    EXPECT_EQ(objAck.ErrorCode(), objExpected.ErrorCode());
+    EXPECT_EQ(objAck.ErrorDetail(), objExpected.ErrorDetail());
+    EXPECT_EQ(objAck.UserMessage(), objExpected.UserMessage());
+    EXPECT_EQ(compiled.sent(), selected.sent());
+    EXPECT_EQ(compiled.host.traceLines(), selected.host.traceLines());
+  }
+}
+
 // --- Unexpected failures and hostile input ---
 
 TEST(ProcessProtocolField, ReportsAnIdThatBreaksItsExpression) {

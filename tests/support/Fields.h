@@ -43,7 +43,13 @@ class FieldStory {
              std::string_view strMessage = "") {
     objSendXML = message(strMessage);
     objParkXML = parsed("<prtobjcts>" + std::string(strObjects) + "</prtobjcts>");
-    objObjectMapper = parsed("<message>" + std::string(strEntries) + "</message>");
+    objObjectMapper = mapper(strEntries);
+  }
+
+  /// As a run has it; one that may change is not compiled.
+  static Document mapper(std::string_view strEntries, bool blnReadOnly = true) {
+    return parsed("<message>" + std::string(strEntries) + "</message>",
+                  {.blnReadOnly = blnReadOnly});
   }
 
   /// The content of `schematypes`.

@@ -1,0 +1,102 @@
+#include "deployment/ObjectMapping.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+
+#include "config/Attributes.h"
+#include "config/Names.h"
+
+namespace Varnel_Tolv_XML_Creation {
+namespace {
+
+/// The elements of an entry that are read, the first of each name.
+enum Part : std::size_t { parentXPath, extraPath, extraNode, extraValue, node, action, kParts };
+constexpr std::array<std::string_view, kParts> kNames = {"parentxpath", "extrapath", "extranode",
+                                                         "extravalue",  "node",      "action"};
+
+std::array<Node, kParts> readParts(const Node& objMessageItem) {
+  std::array<Node, kParts> parts;
+  for (const Node& objChild : required(objMessageItem.childNodes())) {
+    if (objChild.nodeType() != NodeType::element) continue;
+    const auto name = std::find(kNames.begin(), kNames.end(), objChild.nodeName());
+    if (name == kNames.end() || !objChild.namespaceUri().empty()) continue;
+    Node& objPart = parts.at(static_cast<std::size_t>(name - kNames.begin()));
+    if (!objPart) objPart = objChild;
+  }
+  return parts;
+}
+
+void readText(const Node& objPart, std::string& strText) {
+  if (objPart) strText = objPart.text();
+}
+
+/// The kind beside `any` as which an entry of this type can be meant.
+ObjectMapping::Kind kindOf(std::string_view strType) {
+  if (strType == "group") return ObjectMapping::group;
+  if (strType == "tablegroup") return ObjectMapping::tableGroup;
+  return strType == "dynatable" || strType == "table" ? ObjectMapping::table : ObjectMapping::any;
+}
+
+}  // namespace
+
+void readMessageItem(const Node& objMessageItem, ObjectMapperInfo& info) {
+  const std::array<Node, kParts> parts = readParts(objMessageItem);
+  readText(parts[parentXPath], info.strParentXPath);
+  readText(parts[extraPath], info.strExtraPath);
+  readText(parts[extraNode], info.strExtraNode);
+  readText(parts[extraValue], info.strExtraValue);
+  readText(parts[node], info.strNode);
+  if (parts[node]) info.strItem = attributeText(parts[node], "item");
+
+  info.blnCheckExists = attributeText(objMessageItem, "checkexists") == "true";
+  info.strToSchema = attributeText(objMessageItem, "toschema");
+  info.strAbsent = attributeText(objMessageItem, "absent");
+
+  info.objAction = Node();
+  if (parts[action]) info.objAction = required(parts[action].cloneNode(true));
+}
+
+void MessageItem::readPaths(const std::shared_ptr<PathNames>& names) {
+  place = NodePath(info.strParentXPath, info.strNode, names);
+  if (!info.strExtraPath.empty()) extra = NodePath(info.strExtraPath, info.strExtraNode, names);
+}
+
+ObjectMapping::ObjectMapping(const Document& objObjectMapper) {
+  const auto names = std::make_shared<PathNames>();
+  const NodeList colItems = required(objObjectMapper.selectNodes("//message/messageitem"));
+  byId_.reserve(colItems.length());
+  for (const Node& objMessageItem : colItems) {
+    const std::optional<std::string> strId = objMessageItem.getAttribute(kId);
+    if (!strId) continue;
+    FirstOfKinds& first = byId_[*strId];
+    const Kind kind = kindOf(attributeText(objMessageItem, kType));
+    if (first[any] && first[kind]) continue;  // it is never meant
+    MessageItem& item = items_.emplace_back();
+    readMessageItem(objMessageItem, item.info);
+    item.lngLine = objMessageItem.lineNumber();
+    item.readPaths(names);
+    if (!first[any]) first[any] = &item;
+    if (!first[kind]) first[kind] = &item;
+  }
+}
+
+const MessageItem* ObjectMapping::find(std::string_view strId, Kind kind) const {
+  const auto first = byId_.find(strId);
+  return first == byId_.end() ? nullptr : first->second[kind];
+}
+
+bool ObjectMapping::isPlainId(std::string_view strId) {
+  constexpr std::size_t kLong = 1000;  // no expression may be much longer
+  return strId.size() <= kLong && strId.find('\'') == std::string_view::npos;
+}
+
+std::string messageItemPath(std::string_view strId, ObjectMapping::Kind kind) {
+  constexpr std::array<std::string_view, ObjectMapping::kKinds> kConditions = {
+      "", " and @type='group'", " and (@type='dynatable' or @type='table')",
+      " and @type='tablegroup'"};
+  std::string strPath("//message/messageitem[@id='");
+  return strPath.append(strId).append("'").append(kConditions.at(kind)).append("]");
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "platform/text/Conversions.h"
 #include "platform/text/Date.h"
 #include "platform/text/Text.h"
 
@@ -21,8 +22,7 @@ std::string convertToXsdDate(const Session& session, std::string_view strDataTyp
 
 std::string convertAnswer(const Session& session, std::string_view strDataType,
                           std::string_view strAnswer) {
-  const std::string strTypeWord = toLower(strDataType);
-  const bool blnDate = strTypeWord == "date" || strTypeWord == "time";
+  const bool blnDate = equalsLower(strDataType, "date") || equalsLower(strDataType, "time");
   return blnDate ? convertToXsdDate(session, strDataType, strAnswer) : std::string(strAnswer);
 }
 

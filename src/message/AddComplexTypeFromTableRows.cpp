@@ -15,6 +15,7 @@
 #include "config/convertToXsdDate.h"
 #include "message/GetComplexTypeFromAction.h"
 #include "message/SetAttributesUpwards.h"
+#include "platform/dom/Prepared.h"
 #include "result/Guarded.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -25,7 +26,7 @@ constexpr std::string_view kUserMessage = "An error occurred adding complex type
 // deliberate: untrimmed, so a value of blanks counts here.
 bool isFilledIn(const NodeList& colColumns) {
   return std::any_of(colColumns.begin(), colColumns.end(), [](const Node& objColumn) {
-    return !attributeText(objColumn, kValue).empty();
+    return !attributeView(objColumn, kValue).empty();
   });
 }
 
@@ -77,7 +78,7 @@ class RowModel {
   void removePlaceholders() const;
 
  private:
-  Node placeholderOf(const std::string& strColumnId) const;
+  Node placeholderOf(std::string_view strColumnId) const;
 
   const Node& objModel_;
   const NodeList colPlaceholders_;
@@ -85,10 +86,10 @@ class RowModel {
 };
 
 /// The first placeholder with this id that is left, or Nothing.
-Node RowModel::placeholderOf(const std::string& strColumnId) const {
+Node RowModel::placeholderOf(std::string_view strColumnId) const {
   // What an apostrophe makes of the expression is the selection's business.
-  if (strColumnId.find('\'') != std::string::npos) {
-    return objModel_.selectSingleNode("//value[@id='" + strColumnId + "']");
+  if (strColumnId.find('\'') != std::string_view::npos) {
+    return objModel_.selectSingleNode("//value[@id='" + std::string(strColumnId) + "']");
   }
   for (const auto& [strId, lngAt] : ids_.find(strColumnId)) {
     const Node objPlaceholder = colPlaceholders_.item(lngAt);
@@ -100,9 +101,9 @@ Node RowModel::placeholderOf(const std::string& strColumnId) const {
 /// Puts one cell into the row model, where it has a place for it.
 void RowModel::placeCell(const Session& session, const Node& objColumn,
                          const std::string& strTableId, const std::string& strRowId) const {
-  const std::string strColumnId = attributeText(objColumn, kId);
-  const std::string strValue = convertAnswer(session, attributeText(objColumn, "columntype"),
-                                             attributeText(objColumn, kValue));
+  const std::string_view strColumnId = attributeView(objColumn, kId);  // of the parked form
+  const std::string strValue = convertAnswer(session, attributeView(objColumn, "columntype"),
+                                             attributeView(objColumn, kValue));
 
   const Node objPlaceholder = placeholderOf(strColumnId);
   if (objPlaceholder) {
@@ -116,7 +117,8 @@ void RowModel::placeCell(const Session& session, const Node& objColumn,
     });
     if (!blnSplit) return SetAttributesUpwards(objParent, kIdentifierNames, identifiers);
     // deliberate: what holds the delimiter is several values.
-    SetAttributesUpwards(objParent, kIdentifiers, strTableId + "~" + strRowId + "~" + strColumnId);
+    SetAttributesUpwards(objParent, kIdentifiers,
+                         strTableId + "~" + strRowId + "~" + std::string(strColumnId));
     return;
   }
   const Node objAdditionalInfo = objModel_.selectSingleNode("pbr:AdditionalInfo");

@@ -7,6 +7,7 @@
 #include "config/Attributes.h"
 #include "config/Names.h"
 #include "platform/dom/Document.h"
+#include "platform/dom/Prepared.h"
 #include "platform/text/Text.h"
 #include "result/Guarded.h"
 
@@ -35,9 +36,9 @@ Acknowledge readCells(const Node& objRow, RowCells& cells) {
                    "Selecting the columns from the row");
   }
   for (const Node& objColumn : *colColumns) {
-    const std::string strValue = attributeText(objColumn, kValue);
+    const std::string_view strValue = attributeView(objColumn, kValue);
     if (!isBlank(strValue)) cells.blnAllBlank = false;
-    const std::string strColumnLabel = attributeText(objColumn, "columnlabel");
+    const std::string_view strColumnLabel = attributeView(objColumn, "columnlabel");
     if (strColumnLabel.empty()) {
       return failure(SVC_RET_XML_CREATION_CLMN_LBL_FAILED, "Selecting the column label has failed");
     }
@@ -69,16 +70,16 @@ Acknowledge AddRowInfoToSingleNode(const Session& session, const Document& objSe
 
     std::string strText;  // deliberate: not cleared, a row without labels continues the one before
     for (const Node& objRow : *colRows) {
-      const std::string strRowLabel = attributeText(objRow, "rowlabel");
-      const std::string strRowId = attributeText(objRow, kId);
+      const std::string_view strRowLabel = attributeView(objRow, "rowlabel");
+      const std::string_view strRowId = attributeView(objRow, kId);
       if (!strTableLabel.empty() && !strRowLabel.empty()) {
-        strText = strTableLabel + " - " + strRowLabel;
+        strText.assign(strTableLabel).append(" - ").append(strRowLabel);
       }
       RowCells cells;
       Acknowledge objAck = readCells(objRow, cells);
       if (!objAck.Success()) return objAck;
 
-      strText += " " + cells.strCells;
+      strText.append(" ").append(cells.strCells);
       trimEnd(strText);
       if (cells.blnAllBlank) continue;
 

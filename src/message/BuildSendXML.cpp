@@ -5,7 +5,6 @@
 
 #include "config/AnswerLog.h"
 #include "config/AnswerReasons.h"
-#include "config/Attributes.h"
 #include "config/LoadTemplateXML.h"
 #include "config/Names.h"
 #include "config/Utility.h"
@@ -14,6 +13,7 @@
 #include "message/ProcessProtocolField.h"
 #include "message/ProcessProtocolTable.h"
 #include "message/RemoveEmptyElements.h"
+#include "platform/dom/Prepared.h"
 #include "result/Guarded.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -68,7 +68,7 @@ Acknowledge BuildSendXML(const Session& session, const Document& objParkXML,
     for (const Node& prtobjct : *colObjects) {
       if (session.answers) session.answers->take(prtobjct);
       // deliberate: compared as written here, although parking ignores case.
-      const std::string strObjectType = attributeText(prtobjct, kObjectType);
+      const std::string_view strObjectType = attributeView(prtobjct, kObjectType);
       if (strObjectType == kFieldObject) {
         trace(session, kProcedure, {"processProtocolField"});
         objAck = ProcessProtocolField(session, objSendXML, prtobjct, objObjectMapper,

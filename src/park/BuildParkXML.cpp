@@ -1,13 +1,14 @@
 #include "park/BuildParkXML.h"
 
 #include <optional>
-#include <string>
+#include <string_view>
 
 #include "config/AnswerLog.h"
-#include "config/Attributes.h"
 #include "config/Names.h"
 #include "park/ParkProtField.h"
 #include "park/ParkProtTable.h"
+#include "platform/dom/Prepared.h"
+#include "platform/text/Conversions.h"
 #include "platform/text/Text.h"
 #include "result/Guarded.h"
 
@@ -24,7 +25,7 @@ Acknowledge BuildParkXML(const Session& session, const Document& objParkingXML) 
     }
     if (session.answers) session.answers->parking(*colObjects);
     for (const Node& objItem : *colObjects) {
-      const std::string strObjectType = toLower(attributeText(objItem, kObjectType));
+      const std::string_view strObjectType = attributeView(objItem, kObjectType);
       // deliberate: an object without a type is the end marker, the objects after it stay unparked.
       if (isBlank(strObjectType)) {
         if (session.answers) session.answers->endMark(objItem);
@@ -32,8 +33,11 @@ Acknowledge BuildParkXML(const Session& session, const Document& objParkingXML) 
       }
 
       Acknowledge objAck;  // stays successful for other objects: they hold no answer
-      if (strObjectType == kFieldObject) objAck = ParkProtField(session, objItem);
-      if (strObjectType == kTableObject) objAck = ParkProtTable(session, objItem);
+      if (equalsLower(strObjectType, kFieldObject)) {
+        objAck = ParkProtField(session, objItem);
+      } else if (equalsLower(strObjectType, kTableObject)) {
+        objAck = ParkProtTable(session, objItem);
+      }
       if (!objAck.Success()) return objAck;
     }
     return {};

@@ -5,6 +5,7 @@
 #include "config/Attributes.h"
 #include "config/GetFormCollectionItem.h"
 #include "config/Names.h"
+#include "platform/dom/Prepared.h"
 #include "platform/text/Conversions.h"
 #include "platform/text/Text.h"
 #include "result/Guarded.h"
@@ -14,7 +15,7 @@ namespace {
 
 /// What a check box stores: a browser sends "on" for a ticked box and nothing for another.
 std::string checkBoxValue(const Node& objField, std::string_view strSubmitted) {
-  if (toLower(strSubmitted) != "on") return {};
+  if (!equalsLower(strSubmitted, "on")) return {};
   const std::string strCheckedValue = attributeText(objField, "checkedvalue");
   return strCheckedValue.empty() ? "true" : strCheckedValue;
 }
@@ -28,21 +29,21 @@ Acknowledge ParkProtField(const Session& session, const Node& objField) {
                      "The protocol field list is missing",
                      "An error occurred because the protocol field list is missing");
     }
-    const std::string strId = toLower(attributeText(objField, kId));
-    const std::string strType = attributeText(objField, kType);
+    const std::string strId = toLower(attributeView(objField, kId));
+    const bool blnCheckBox = attributeView(objField, kType) == "check";
     // deliberate: only its form matters here; a field whose `dynamic` cannot be read is refused.
-    static_cast<void>(toBoolean(attributeText(objField, kDynamic)));
+    static_cast<void>(toBoolean(attributeView(objField, kDynamic)));
 
     std::string strFieldLabel;
     Acknowledge objAck = GetFormCollectionItem(session, strId + "_hiddenName", strFieldLabel);
     if (!objAck.Success()) return objAck;
-    const std::string strLetterLabel = attributeText(objField, "letterlabel");
+    const std::string_view strLetterLabel = attributeView(objField, "letterlabel");
     if (!strLetterLabel.empty()) strFieldLabel = strLetterLabel;
 
     std::string strValue;
     objAck = GetFormCollectionItem(session, strId, strValue);
     if (!objAck.Success()) return objAck;
-    if (strType == "check") strValue = checkBoxValue(objField, strValue);
+    if (blnCheckBox) strValue = checkBoxValue(objField, strValue);
 
     objField.setAttribute(kValue, strValue);
     objField.setAttribute(kFieldLabel, strFieldLabel);

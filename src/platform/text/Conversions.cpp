@@ -131,10 +131,21 @@ class Rounding {
 };
 
 bool equalsWord(std::string_view strText, std::string_view strLowerWord) {
-  return strText.size() == strLowerWord.size() && toLower(strText) == strLowerWord;
+  return strText.size() == strLowerWord.size() && startsWithIgnoringCase(strText, strLowerWord);
 }
 
 }  // namespace
+
+bool equalsLower(std::string_view strText, std::string_view strLowerCaseWord) {
+  if (strText.size() == strLowerCaseWord.size()) {
+    return startsWithIgnoringCase(strText, strLowerCaseWord);
+  }
+  // A letter beyond ASCII may become one of it, which takes fewer bytes.
+  const bool blnBeyond = std::any_of(strText.begin(), strText.end(), [](char byte) {
+    return static_cast<unsigned char>(byte) >= 0x80;
+  });
+  return blnBeyond && toLower(strText) == strLowerCaseWord;
+}
 
 bool toBoolean(std::string_view strText) {
   if (equalsWord(strText, "true")) return true;

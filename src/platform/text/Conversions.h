@@ -5,6 +5,10 @@
 
 namespace Varnel_Tolv_XML_Creation {
 
+/// Whether a text is this word of the configuration, which is ASCII, in any case: `toLower` of the
+/// text equals it.
+bool equalsLower(std::string_view strText, std::string_view strLowerCaseWord);
+
 /// The Boolean that a text writes: "true" or "false" in any case, or a number (True unless zero).
 /// Any other text, the empty one included, is run-time error 13.
 bool toBoolean(std::string_view strText);

@@ -164,8 +164,9 @@ void Node::setText(std::string_view strText) const {
 void Node::setAttribute(std::string_view strName, std::string_view strValue) const {
   TreeNode* element = DocumentState::targetElement(*this);
   state_->mayFail(DomOperation::setAttribute);
-  const bool blnPrefixed = strName.find(':') != std::string_view::npos;
-  const TreeName* name = blnPrefixed ? nullptr : state_->attributeName(strName);
+  const TreeName* name = state_->attributeName(strName);
+  if (name && name->blnColon) name = nullptr;
+  const bool blnPrefixed = !name && strName.find(':') != std::string_view::npos;
   TreeNode* const present = name ? findAttribute(element, name) : findAttribute(element, strName);
   if (present && valueOf(present) == strValue) {  // nothing to write, where it may be written
     state_->changeable();

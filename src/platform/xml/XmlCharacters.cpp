@@ -53,6 +53,29 @@ bool isIn(const std::array<Range, size>& ranges, std::int32_t character) {
   });
 }
 
+/// Whether all bytes are ASCII and none is below the blank, as most texts are: eight at a time, of
+/// which the last may be among those before them.
+bool isPlainAscii(std::string_view strText) {
+  constexpr std::size_t kWord = sizeof(std::uint64_t);
+  const auto isPlain = [&](std::size_t lngAt) {
+    std::uint64_t bytes = 0;
+    std::memcpy(&bytes, strText.data() + lngAt, kWord);
+    constexpr std::uint64_t kHigh = 0x8080808080808080;
+    constexpr std::uint64_t kBlanks = 0x2020202020202020;
+    return ((bytes | (bytes - kBlanks)) & kHigh) == 0;
+  };
+  if (strText.size() < kWord) {
+    return std::all_of(strText.begin(), strText.end(), [](char byte) {
+      const auto lngByte = static_cast<unsigned char>(byte);
+      return lngByte >= 0x20 && lngByte < 0x80;
+    });
+  }
+  for (std::size_t lngAt = 0; lngAt + kWord < strText.size(); lngAt += kWord) {
+    if (!isPlain(lngAt)) return false;
+  }
+  return isPlain(strText.size() - kWord);
+}
+
 /// Takes the first character off a text that is not empty; negative where there is none.
 std::int32_t takeCharacter(std::string_view& strRest) {
   const auto [lngCodePoint, lngBytes] = firstCharacter(strRest);
@@ -63,29 +86,20 @@ std::int32_t takeCharacter(std::string_view& strRest) {
 }  // namespace
 
 bool isXmlText(std::string_view strText) {
-  for (std::size_t at = 0; at < strText.size();) {
-    // Eight bytes at a time while all are ASCII and none is below the blank.
-    std::uint64_t bytes = 0;
-    if (strText.size() - at >= sizeof bytes) {
-      std::memcpy(&bytes, strText.data() + at, sizeof bytes);
-      constexpr std::uint64_t kHigh = 0x8080808080808080;
-      constexpr std::uint64_t kBlanks = 0x2020202020202020;
-      if (((bytes | (bytes - kBlanks)) & kHigh) == 0) {
-        at += sizeof bytes;
-        continue;
-      }
+  if (isPlainAscii(strText)) return true;
+  while (!strText.empty()) {
+    const auto byte = static_cast<unsigned char>(strText.front());
+    std::size_t lngBytes = 1;
+    if (byte >= 0x80) {
+      const Utf8Character character = firstBeyondAscii(strText);
+      lngBytes = character.lngBytes;
+      // Negative for what is not UTF-8.
+      const std::int32_t lngCodePoint = character.lngCodePoint;
+      if (lngCodePoint < 0 || lngCodePoint == 0xFFFE || lngCodePoint == 0xFFFF) return false;
+    } else if (byte < 0x20 && !isXmlSpace(strText.front())) {
+      return false;
     }
-    const auto byte = static_cast<unsigned char>(strText[at]);
-    const bool blnAscii = byte < 0x80;
-    if (blnAscii && byte < 0x20 && !isXmlSpace(strText[at])) return false;
-    if (blnAscii) {
-      ++at;
-      continue;
-    }
-    const auto [lngCodePoint, lngBytes] = firstBeyondAscii(strText.substr(at));
-    // Negative for what is not UTF-8.
-    if (lngCodePoint < 0 || lngCodePoint == 0xFFFE || lngCodePoint == 0xFFFF) return false;
-    at += lngBytes;
+    strText.remove_prefix(lngBytes);
   }
   return true;
 }

@@ -60,7 +60,8 @@ Classification classify(std::string_view strErrorMessage) {
 void SaxValidator::startElement(std::string_view /*strNamespaceURI*/,
                                 std::string_view /*strLocalName*/, std::string_view strQName,
                                 const SaxAttributes& oAttributes) {
-  here_ = &placeBelow(strQName);
+  here_ = placeBelow(strQName);
+  ended_ = nullptr;
   for (std::size_t index = 0; index < kCount; ++index) {
     started_[index] = oAttributes.getValueFromName("", kIdentifierNames[index]).value_or("");
     // deliberate: the first element at a path keeps its identifiers, those after it add none.
@@ -69,21 +70,20 @@ void SaxValidator::startElement(std::string_view /*strNamespaceURI*/,
   inForce_ = &started_;
 }
 
-SaxValidator::Place& SaxValidator::placeBelow(std::string_view strQName) {
-  Place*& last = here_->lastBelow;
-  if (last && last->strName == strQName) return *last;
+SaxValidator::Place* SaxValidator::placeBelow(std::string_view strQName) {
+  Place*& likely = ended_ ? ended_->followedBy : here_->firstBelow;
+  if (likely && likely->strName == strQName) return likely;
   const auto below = here_->below.find(strQName);
-  if (below != here_->below.end()) return *(last = below->second);
-  Place& place = places_.emplace_back();
-  place.above = here_;
-  place.strName = strQName;
+  if (below != here_->below.end()) return likely = below->second;
+  Place& place = places_.emplace_back(&memory_, here_, strQName);
   here_->below.emplace(place.strName, &place);
-  return *(last = &place);
+  return likely = &place;
 }
 
 void SaxValidator::endElement(std::string_view /*strNamespaceURI*/,
                               std::string_view /*strLocalName*/, std::string_view strQName) {
   strLastElement_ = strQName;
+  ended_ = here_;
   here_ = here_->above;
   inForce_ = &here_->first;
 }

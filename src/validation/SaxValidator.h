@@ -5,6 +5,7 @@
 #include <deque>
 #include <functional>
 #include <map>
+#include <memory_resource>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -48,14 +49,19 @@ class SaxValidator : public SaxHandler {
 
   /// A path of elements, with the identifiers of the first element at it; empty: it has none.
   struct Place {
-    Place* above = nullptr;
+    Place(std::pmr::memory_resource* memory, Place* parent, std::string_view strQName)
+        : above(parent), strName(strQName), below(memory) {}
+
+    Place* above;
     std::string strName;  // qualified, of the last element of the path
     Identifiers first;
-    std::map<std::string_view, Place*> below;  // by the name
-    Place* lastBelow = nullptr;                // the one found last: mostly rows repeat
+    std::pmr::map<std::string_view, Place*> below;  // by the name
+    // What came next the last time, which rows repeat: as its first child, and beside it.
+    Place* firstBelow = nullptr;
+    Place* followedBy = nullptr;
   };
 
-  Place& placeBelow(std::string_view strQName);
+  Place* placeBelow(std::string_view strQName);
   std::string elementPath() const;
 
   /// Records what is not an undeclared attribute; the trace may tell of its place before.
@@ -63,10 +69,13 @@ class SaxValidator : public SaxHandler {
 
   const Session& session_;
   std::string strLastElement_;
-  Identifiers started_;                              // of the element that started last
-  const Identifiers* inForce_ = &started_;           // or those of a place
-  std::deque<Place> places_ = std::deque<Place>(1);  // which never moves them; first that of none
-  Place* here_ = &places_.front();
+  Identifiers started_;                     // of the element that started last
+  const Identifiers* inForce_ = &started_;  // or those of a place
+  std::pmr::monotonic_buffer_resource memory_;
+  std::pmr::deque<Place> places_{&memory_};  // which never moves them
+  Place nowhere_{&memory_, nullptr, {}};
+  Place* here_ = &nowhere_;
+  Place* ended_ = nullptr;  // the last element did, and is the one before the next
   std::vector<SchemaValidationErr> errors_;
 };
 

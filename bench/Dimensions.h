@@ -16,8 +16,9 @@ enum class Shape {
 struct Dimensions {
   int fields = 0;
   Shape shape = Shape::sections;
-  int rows = 0;      // of one dynamic table, each a complex type
-  int gridRows = 0;  // of one fixed grid, each a text
+  int rows = 0;        // of one dynamic table, each a complex type
+  int gridRows = 0;    // of one fixed grid, each a text
+  int paddedRows = 0;  // the same with a row id that has a leading zero
   int columns = 5;
   int faults = 0;  // answers that are too long for the schema, of fields or else of rows
 
@@ -25,13 +26,15 @@ struct Dimensions {
   int hiddenFields = 0;  // that go into the message
   int questions = 0;     // about elements that the message does not have
   int referenceElements = 0;
-  int namespaces = 0;     // in the list, besides the two that are used
-  int documentRules = 0;  // each copies one element
-  int depth = 0;          // steps of one node path
-  int width = 0;          // empty elements below one parent of the template
-  int valueLength = 0;    // letters of one answer
-  int attributes = 0;     // of one object and of one element of the template
-  int definitions = 0;    // types that the schema has besides
+  int namespaces = 0;       // in the list, besides the two that are used
+  int documentRules = 0;    // each copies one element
+  int depth = 0;            // steps of one node path
+  int width = 0;            // empty elements below one parent of the template
+  int sharedNames = 0;      // names that two of them have, far apart
+  int listedQuestions = 0;  // that one reference element lists, and empty elements that ask it
+  int valueLength = 0;      // letters of one answer
+  int attributes = 0;       // of one object and of one element of the template
+  int definitions = 0;      // types that the schema has besides
 };
 
 /// `lngSize` fields of a shape ("sections", "flat", "nested", "parents-by-id"), dynamic rows

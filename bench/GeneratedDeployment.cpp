@@ -72,6 +72,7 @@ GeneratedDeployment::GeneratedDeployment(const Dimensions& dimensions) : dimensi
   }
   if (dimensions_.rows > 0) tables_.push_back({"rows", dimensions_.rows, false, false});
   if (dimensions_.gridRows > 0) tables_.push_back({"grid", dimensions_.gridRows, true, true});
+  if (dimensions_.paddedRows > 0) tables_.push_back({"padded", dimensions_.paddedRows, true, true});
 
   Texts texts;
   addFields(texts);
@@ -238,7 +239,9 @@ void GeneratedDeployment::addTables(Texts& texts) {
                      (table.fixed ? "table" : "dynatable") +
                      "' dynamic='false' tablelabel='Table' fieldlabel='Table'>";
     for (int lngRow = 1; table.fixed && lngRow <= table.rows; ++lngRow) {
-      texts.objects += "<row id='" + number(lngRow) + "' rowlabel='Row " + number(lngRow) + "'/>";
+      const bool blnPadded = lngRow == 1 && dimensions_.paddedRows > 0;
+      texts.objects += "<row id='" + std::string(blnPadded ? "0" : "") + number(lngRow) +
+                       "' rowlabel='Row " + number(lngRow) + "'/>";
     }
     std::string strColumns;
     for (int lngColumn = 1; lngColumn <= dimensions_.columns; ++lngColumn) {
@@ -318,6 +321,18 @@ void GeneratedDeployment::addExtras(Texts& texts) {
   }
   for (int lngElement = 0; lngElement < size.width; ++lngElement) {
     texts.extras += "<m:w" + number(lngElement) + "/>";
+  }
+  for (int lngElement = 0; lngElement < 2 * size.sharedNames; ++lngElement) {
+    texts.extras += "<m:w" + number(lngElement % size.sharedNames) + "/>";
+  }
+  if (size.listedQuestions > 0) {
+    std::string strIds;
+    for (int lngElement = 0; lngElement < size.listedQuestions; ++lngElement) {
+      texts.extras += "<m:l questionId='x" + number(lngElement) + "'/>";
+      strIds += "l" + number(lngElement) + ";";
+    }
+    texts.reference += "<m:extras mandatory='true'><m:l mandatory='true' questionIds='" + strIds +
+                       "'/></m:extras>";
   }
   if (size.valueLength > 0) {
     addExtraField(texts, "long", element("long", "xs:string"), "long", "",

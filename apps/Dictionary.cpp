@@ -34,8 +34,7 @@ Document fileOf(const char* option, const std::string& strFile, bool blnNeeded) 
 
 std::optional<SchemaModel> schemaOf(const Options& options) {
   if (options.strSchemaUrl.empty()) return std::nullopt;
-  const std::filesystem::path page(options.pageDirectory.empty() ? "." : options.pageDirectory);
-  const std::string strPath = (page / ".." / options.strSchemaUrl).lexically_normal().string();
+  const std::string strPath = schemaPathOf(PageServer(options.pageDirectory), options.strSchemaUrl);
   SchemaModel schema = SchemaModel::read(strPath, options.strSchemaCatalog);
   if (schema.usable()) return schema;
   std::string strReason = "it cannot be used";

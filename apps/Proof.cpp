@@ -176,9 +176,9 @@ Proof prove(Options options) {
   if (!good.objAck.Success() || good.report.verdict != Verdict::valid) {
     throw CannotRun("--form: the message of the form is not valid to begin with: " + whyNot(good));
   }
-  const PageServer server(options.pageDirectory);
   const SchemaModel schema =
-      SchemaModel::read(server.MapPath("../" + options.strSchemaUrl), options.strSchemaCatalog);
+      SchemaModel::read(schemaPathOf(PageServer(options.pageDirectory), options.strSchemaUrl),
+                        options.strSchemaCatalog);
 
   // Read again, as a receiver does: elements of rows get their namespaces only then.
   const Document objMessage = Document::create();

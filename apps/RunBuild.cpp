@@ -71,8 +71,7 @@ class RunFiles {
     input("--form", options.form);
     input("--deployment", options.deploymentFile);
     if (!options.strSchemaUrl.empty()) {
-      input("--schema-url",
-            PageServer(options.pageDirectory).MapPath("../" + options.strSchemaUrl));
+      input("--schema-url", schemaPathOf(PageServer(options.pageDirectory), options.strSchemaUrl));
     }
   }
 

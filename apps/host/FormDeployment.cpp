@@ -23,7 +23,7 @@ std::string folderName(const std::filesystem::path& folder) {
 /// The options with every path led into the copy, apart from what lies outside the folder.
 Options inCopy(Options options, const Snapshot& snapshot) {
   const std::string strSchema =
-      PageServer(options.pageDirectory).MapPath("../" + options.strSchemaUrl);
+      schemaPathOf(PageServer(options.pageDirectory), options.strSchemaUrl);
   if (snapshot.holds(strSchema)) options.pageDirectory = snapshot.placeOf(options.pageDirectory);
   for (std::string* const strFile :
        {&options.strTemplateXML, &options.strMsgObjectXML, &options.strSchemaTypeMapperXML,

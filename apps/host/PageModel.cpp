@@ -88,9 +88,9 @@ class PageReader {
  public:
   explicit PageReader(const Options& options)
       : options_(options),
-        facets_(SchemaModel::read(
-            PageServer(options.pageDirectory).MapPath("../" + options.strSchemaUrl),
-            options.strSchemaCatalog)) {
+        facets_(
+            SchemaModel::read(schemaPathOf(PageServer(options.pageDirectory), options.strSchemaUrl),
+                              options.strSchemaCatalog)) {
     if (!options.strQuestionsXmlPath.empty()) {
       const Document objQuestions = loaded(options.strQuestionsXmlPath);
       for (const Node& objQuestion : children(objQuestions.documentElement(), "question")) {

@@ -1,10 +1,10 @@
 #include "check/MessagePlan.h"
 
 #include <algorithm>
-#include <filesystem>
 
 #include "check/Findings.h"
 #include "check/MessageBuilding.h"
+#include "platform/host/WebRequest.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
@@ -83,10 +83,7 @@ std::optional<std::vector<PathStep>> stepsOf(std::string_view strPath) {
 MessagePlan::MessagePlan(const ParsedDeployment& deployment) : deployment_(deployment) {
   const DeploymentFiles& files = deployment.files;
   if (!files.strSchemaUrl.empty()) {
-    // As a run's server maps it: one directory above that of the page.
-    const std::filesystem::path directory =
-        files.strPageDirectory.empty() ? "." : files.strPageDirectory;
-    strSchemaPath_ = (directory / ".." / files.strSchemaUrl).lexically_normal().string();
+    strSchemaPath_ = schemaPathOf(PageServer(files.strPageDirectory), files.strSchemaUrl);
     schema_ = SchemaModel::read(strSchemaPath_, files.strSchemaCatalog);
   }
   judgeSchema(*this);

@@ -94,8 +94,7 @@ Acknowledge ValidateXMLAgainstSchema(const Session& session, const Document& obj
           return tracedFailure(session, SVC_RET_XML_CREATION_REQUEST_OBJ_MISSING, kNoContext,
                                "The IIS Server object is missing");
         }
-        const std::string strSchemaPath =
-            objContext->server->MapPath("../" + std::string(strSchemaUrl));
+        const std::string strSchemaPath = schemaPathOf(*objContext->server, strSchemaUrl);
         report.reach(VerdictReport::Stage::readingSchema);
         SchemaCollection colSchemas(session.host.documentSettings.faults, session.host.cache);
         colSchemas.catalog(session.host.strSchemaCatalog);

@@ -171,6 +171,9 @@ TEST_F(DataDictionary, RefusesWhatItCannotRead) {
   EXPECT_TRUE(CouldNotRun(document({"--format", "pdf"}), "--format"));
   EXPECT_TRUE(CouldNotRun(document({"--object-list", "none.xml"}), "none.xml"));
   EXPECT_TRUE(CouldNotRun(document({"--schema-url", "none.xsd"}), "none.xsd"));
+  write("empty.xsd", R"(<xs:schema xmlns:xs="http://www.w3.org/2001/XMLSchema"/>)");
+  EXPECT_TRUE(CouldNotRun(document({"--schema-url", directory_.at("empty.xsd")}), "empty.xsd"))
+      << "no run finds a schema by an absolute path";
   write("broken.xml", "<message>");
   EXPECT_TRUE(CouldNotRun(document({"--object-mapper", "broken.xml"}), "broken.xml"));
   EXPECT_TRUE(CouldNotRun(document({"--schema-types", "broken.xml"}), "broken.xml"));

@@ -347,6 +347,16 @@ TEST(SchemaRules, FindASchemaThatIsNotNamedOrIsAnothers) {
   EXPECT_EQ(found(deployment), std::vector<std::string>{"error no-schema :1 "});
 }
 
+TEST(SchemaRules, LookForTheSchemaWhereARunDoes) {
+  SmallDeployment deployment;
+  addSchema(deployment);
+  deployment.files.strSchemaUrl = deployment.at("main.xsd");
+  EXPECT_EQ(found(deployment), std::vector<std::string>{"error schema-unusable main.xsd:1 "})
+      << "a run looks for an absolute path below the folder above the page's";
+  deployment.files.strSchemaUrl = "/main.xsd";
+  EXPECT_EQ(found(deployment), std::vector<std::string>{});
+}
+
 TEST(SchemaRules, FindTemplatesThatTheSchemaRefuses) {
   expectBesideSchema({
       {"an element that is not declared there",

@@ -87,6 +87,10 @@ std::vector<std::string> FormCollection::formNames(std::string_view strPrefix) c
   return colNames;
 }
 
+std::string schemaPathOf(const Server& server, std::string_view strSchemaUrl) {
+  return server.MapPath("../" + std::string(strSchemaUrl));
+}
+
 PageServer::PageServer(std::filesystem::path pageDirectory)
     : pageDirectory_(std::move(pageDirectory)) {}
 

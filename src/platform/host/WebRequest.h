@@ -41,6 +41,9 @@ class VARNEL_EXPORT Server {
   virtual std::string MapPath(std::string_view strLocation) const = 0;
 };
 
+/// Where the schema at a URL is: the URL starts from the directory above that of the calling page.
+VARNEL_EXPORT std::string schemaPathOf(const Server& server, std::string_view strSchemaUrl);
+
 /// The object context of a web request. Either item may be missing.
 struct ObjectContext {
   const Request* request = nullptr;

@@ -180,5 +180,22 @@ TEST(PageServer, ResolvesLocationsAgainstThePagesDirectory) {
   }
 }
 
+TEST(WebRequest, FindsTheSchemaFromAboveThePage) {
+  const struct {
+    const char *says, *directory, *url, *path;
+  } cases[] = {
+      {"above the page's directory", "/srv/app/forms", "schema/a.xsd", "/srv/app/schema/a.xsd"},
+      {"a root of this machine is none of the server", "/srv/app/forms", "/etc/a.xsd",
+       "/srv/app/etc/a.xsd"},
+      {"above the working directory", "", "a.xsd", "../a.xsd"},
+      {"which has a name too", ".", "a.xsd", "../a.xsd"},
+      {"further up", "/srv/app/forms", "../a.xsd", "/srv/a.xsd"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    EXPECT_EQ(schemaPathOf(PageServer(c.directory), c.url), c.path);
+  }
+}
+
 }  // namespace
 }  // namespace Varnel_Tolv_XML_Creation

@@ -31,6 +31,8 @@ DeploymentFiles deploymentFiles(const Options& options) {
       .strSchemaCatalog = options.strSchemaCatalog,
       .blnSubmit = options.blnSubmit,
       .blnValidateAgainstSchema = options.blnValidateAgainstSchema,
+      .blnContext = options.blnContext,
+      .blnServer = options.blnServer,
       .dateOrder = options.dateOrder,
   };
 }

@@ -27,6 +27,8 @@ struct DeploymentFiles {
   std::string strSchemaCatalog = {};
   bool blnSubmit = false;                 // whether the deployment itself asks for the message
   bool blnValidateAgainstSchema = false;  // and for the schema's verdict on it
+  bool blnContext = true;                 // false: its runs have no object context
+  bool blnServer = true;                  // false: the context of its runs has no server
   DateOrder dateOrder = DateOrder::dayMonthYear;
 
   // The file of options in which they are named, and the line of each in it, by its key there. What

@@ -11,6 +11,11 @@
 namespace Varnel_Tolv_XML_Creation {
 namespace {
 
+/// Whether runs of the deployment are to have the schema's verdict.
+bool wantsVerdict(const ParsedDeployment& deployment) {
+  return deployment.files.blnValidateAgainstSchema || !deployment.files.strSchemaUrl.empty();
+}
+
 /// Where a file is named, or the file itself where the options do not tell.
 OptionPlace whereNamed(const ParsedDeployment& deployment, const ParsedFile& file) {
   const auto place = deployment.placeOf(deployment.optionOf(file));
@@ -19,8 +24,7 @@ OptionPlace whereNamed(const ParsedDeployment& deployment, const ParsedFile& fil
 
 void findMissingFiles(const ParsedDeployment& deployment, Findings& findings) {
   const bool blnMessage = deployment.buildsMessage();
-  const bool blnVerdict =
-      deployment.files.blnValidateAgainstSchema || !deployment.files.strSchemaUrl.empty();
+  const bool blnVerdict = wantsVerdict(deployment);
   const struct {
     const ParsedFile& file;
     bool blnNeeded;
@@ -107,11 +111,36 @@ void findWrongRoots(const ParsedDeployment& deployment, Findings& findings) {
   }
 }
 
+/// Adds what the options take from all runs.
+void addWithout(const ParsedDeployment& deployment, std::string_view strOption,
+                const char* consequence, Findings& findings) {
+  const OptionPlace place = deployment.placeOf(strOption).value_or(OptionPlace{});
+  findings.add(place.strPath, place.lngLine, "", consequence,
+               "Take \"" + std::string(strOption) + "\" out: it is there to try the library.");
+}
+
+void findMissingContext(const ParsedDeployment& deployment, Findings& findings) {
+  if (deployment.files.blnContext) return;
+  addWithout(deployment, "no-context",
+             "The runs have no object context, from which they take the answers: every one fails.",
+             findings);
+}
+
+void findMissingServer(const ParsedDeployment& deployment, Findings& findings) {
+  const bool blnMissed = deployment.files.blnContext && wantsVerdict(deployment);
+  if (deployment.files.blnServer || !blnMissed) return;
+  addWithout(deployment, "no-server",
+             "The runs have no server, which tells where the schema is: no message is checked.",
+             findings);
+}
+
 constexpr auto kRules = std::to_array<Rule>({
     {"file-missing", Severity::error, findMissingFiles},
     {"file-unreadable", Severity::error, findUnreadableFiles},
     {"not-well-formed", Severity::error, findMalformedFiles},
     {"wrong-root", Severity::error, findWrongRoots},
+    {"no-context", Severity::error, findMissingContext},
+    {"no-server", Severity::error, findMissingServer},
 });
 
 }  // namespace

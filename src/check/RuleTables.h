@@ -8,7 +8,7 @@ namespace Varnel_Tolv_XML_Creation {
 
 struct Rule;
 
-/// Whether the files are there and are what they have to be.
+/// Whether the files are there and are what they have to be, and runs have what they need besides.
 std::span<const Rule> fileRules();
 
 /// Whether elements, attributes and texts are those of the formats.

@@ -86,6 +86,17 @@ TEST_F(Check, TakesTheOptionsOfABuild) {
   EXPECT_TRUE(run.out.starts_with("none.xml:1: error: ")) << run.out;
 }
 
+TEST_F(Check, TellsWhatEveryRunIsWithout) {
+  replace("deployment.json", "\"page-dir\"", "\"no-server\": true,\n  \"page-dir\"");
+  const ProgramRun named = check();
+  EXPECT_EQ(named.status, 1);
+  EXPECT_TRUE(named.out.starts_with("deployment.json:13: error: ")) << named.out;
+  EXPECT_NE(named.out.find("[no-server]"), std::string::npos) << named.out;
+  const ProgramRun given = check({"--no-context"});
+  EXPECT_EQ(given.status, 1);
+  EXPECT_NE(given.out.find("[no-context]"), std::string::npos) << given.out;
+}
+
 TEST_F(Check, CannotRunWithOptionsThatItCannotUse) {
   EXPECT_TRUE(CouldNotRun(check({"--format", "xml"}), "none of text, json"));
   EXPECT_TRUE(CouldNotRun(check({"--form", "complete.form"}), "--form"));

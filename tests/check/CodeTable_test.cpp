@@ -29,8 +29,8 @@ std::vector<Mistake> allMistakes() {
 }
 
 // What no replacement of a text can bring about has tests of its own.
-const std::set<std::string> kTestedElsewhere = {"file-missing", "file-unreadable",
-                                                "no-protocol-info", "too-large"};
+const std::set<std::string> kTestedElsewhere = {"file-missing",     "file-unreadable", "no-context",
+                                                "no-protocol-info", "no-server",       "too-large"};
 
 TEST(CodeTable, HasAMistakeAndAQuietNeighbourForEachRule) {
   std::set<std::string> fired, quiet;

@@ -122,6 +122,34 @@ TEST(FileRules, TellOfAFileThatCannotBeReadWhereItIsNamed) {
   }
 }
 
+TEST(FileRules, FindWhatTheOptionsTakeFromEveryRun) {
+  const struct {
+    const char* says;
+    bool blnContext, blnServer, blnVerdict;
+    std::vector<std::string> findings;
+  } cases[] = {
+      {"all is there", true, true, true, {}},
+      {"no context", false, true, true, {"error no-context deployment.json:4 "}},
+      {"no server", true, false, true, {"error no-server deployment.json:5 "}},
+      {"no server, which only the schema's verdict needs", true, false, false, {}},
+      {"neither", false, false, true, {"error no-context deployment.json:4 "}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    SmallDeployment deployment;
+    deployment.files.strOptionFile = deployment.at("deployment.json");
+    deployment.files.optionLines = {{"no-context", 4}, {"no-server", 5}, {"validate", 6}};
+    deployment.files.blnContext = c.blnContext;
+    deployment.files.blnServer = c.blnServer;
+    deployment.files.blnValidateAgainstSchema = c.blnVerdict;
+    std::vector<std::string> found;
+    for (const Finding& finding : deployment.check()) {
+      if (finding.code != "no-schema") found.push_back(summary(finding));
+    }
+    EXPECT_EQ(found, c.findings);
+  }
+}
+
 TEST(FileRules, TellOfExchangedFilesWithoutLookingIntoThem) {
   SmallDeployment deployment;
   std::swap(deployment.files.strQuestionsXmlPath, deployment.files.strReferenceXmlPath);

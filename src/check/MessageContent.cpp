@@ -280,24 +280,46 @@ class ContentJudge {
                 "Nothing has to be done."});
   }
 
+  /// How many children an element of the plan can stand for: the rows of a fixed grid are counted.
+  static std::size_t mostOf(const MessageElement& child) {
+    const bool blnGrid =
+        child.origin == Origin::row && child.object && toLower(child.object->strType) == "table";
+    if (blnGrid) return child.object->rows.size();
+    return child.blnMany ? ContentOutline::kUnbounded : 1;
+  }
+
   void judgeRequired(const MessageElement& element) {
     const ContentOutline& content = plan_.contentOf(element.declared);
-    std::set<QualifiedName> there;
-    for (const std::size_t lngChild : element.children) there.insert(elements_[lngChild].name());
-    const auto isThere = [&](const DeclaredElement& declared) {
-      if (there.contains(declared.name()) || plan_.mayBeMadeElsewhere(declared.name().strLocal)) {
-        return true;
+    std::map<QualifiedName, std::size_t> there;  // how many of each name there can be
+    for (const std::size_t lngChild : element.children) {
+      there[elements_[lngChild].name()] += mostOf(elements_[lngChild]);
+    }
+    const auto countOf = [&](const DeclaredElement& declared) -> std::size_t {
+      if (plan_.mayBeMadeElsewhere(declared.name().strLocal)) return ContentOutline::kUnbounded;
+      const auto own = there.find(declared.name());
+      std::size_t lngCount = own == there.end() ? 0 : own->second;
+      for (const DeclaredElement& other : declared.substitutes()) {
+        const auto found = there.find(other.name());
+        if (found != there.end()) lngCount += found->second;
       }
-      return std::ranges::any_of(declared.substitutes(), [&](const DeclaredElement& other) {
-        return there.contains(other.name());
-      });
+      return lngCount;
     };
+    const auto isThere = [&](const DeclaredElement& declared) { return countOf(declared) > 0; };
+    std::set<QualifiedName> counted;
     for (const ContentOutline::Child& child : content.children()) {
-      if (!child.blnRequired || isThere(child.element)) continue;
+      if (!child.blnRequired) continue;
+      const QualifiedName name = child.element.name();
+      const std::size_t lngCount = countOf(child.element);
+      const std::size_t lngLeast = content.minOccurs(name);
+      if (lngCount >= lngLeast || !counted.insert(name).second) continue;
+      const std::string strWhere = shown(name) + " in \"" + element.strName + "\"";
       tell("mandatory-unfilled", element,
-           "The schema requires " + shown(child.element.name()) + " in \"" + element.strName +
-               "\", and nothing makes it.",
-           "Map a question to it, or put it into the template.");
+           lngCount == 0
+               ? "The schema requires " + strWhere + ", and nothing makes it."
+               : "The schema requires " + std::to_string(lngLeast) + " times " + strWhere +
+                     ", and no more than " + std::to_string(lngCount) + " can be made.",
+           lngCount == 0 ? "Map a question to it, or put it into the template."
+                         : "Let the mapping or the template make as many, or correct the schema.");
     }
     for (const auto& choice : content.requiredChoices()) {
       const bool blnAny = std::ranges::any_of(choice, [&](std::size_t at) {

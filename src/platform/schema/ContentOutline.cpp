@@ -127,6 +127,23 @@ std::uint32_t ContentOutline::maxOccurs(const QualifiedName& name) const {
   return static_cast<std::uint32_t>(lngSum);
 }
 
+std::uint32_t ContentOutline::minOccurs(const QualifiedName& name) const {
+  std::uint64_t lngSum = 0;
+  const auto found = named_.find(name);
+  if (found == named_.end()) return 0;
+  for (const std::size_t lngPlace : found->second) {
+    const Child& child = children_[lngPlace];
+    if (!child.blnRequired || child.element.name() != name) continue;
+    std::uint64_t lngLeast = child.lngMin;
+    for (std::uint32_t lngGroup = spots_[lngPlace].lngGroup; lngGroup != 0;
+         lngGroup = groups_[lngGroup].spot.lngGroup) {
+      lngLeast = std::min<std::uint64_t>(lngLeast * groups_[lngGroup].lngMin, kUnbounded);
+    }
+    lngSum = std::min<std::uint64_t>(lngSum + lngLeast, kUnbounded);
+  }
+  return static_cast<std::uint32_t>(lngSum);
+}
+
 bool ContentOutline::mayFollow(const QualifiedName& first, const QualifiedName& second) const {
   const std::vector<std::size_t> firsts = places(first);
   const std::vector<std::size_t> seconds = places(second);

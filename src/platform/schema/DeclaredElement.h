@@ -161,6 +161,10 @@ class VARNEL_EXPORT ContentOutline {
   /// In alternatives that exclude each other it is counted in each.
   std::uint32_t maxOccurs(const QualifiedName& name) const;
 
+  /// How many children of that name, or of those that may stand in its place, every valid content
+  /// has at least. Of alternatives none is counted.
+  std::uint32_t minOccurs(const QualifiedName& name) const;
+
   /// The groups of alternatives of which every valid content has one, as far as none of them may be
   /// empty: for each the children (numbers of `children()`) that stand in it.
   std::vector<std::vector<std::size_t>> requiredChoices() const;

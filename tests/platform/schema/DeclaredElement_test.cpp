@@ -256,6 +256,23 @@ TEST(ContentOutline, TellsHowManyOfANameThereMayBe) {
   for (const auto& c : cases) EXPECT_EQ(outline.maxOccurs({"", c.name}), c.lngMost) << c.name;
 }
 
+TEST(ContentOutline, TellsHowManyOfANameThereMustBe) {
+  const Declared schema = content(
+      "<xs:sequence>" + element("a", "minOccurs=\"2\" maxOccurs=\"3\"") +
+      "<xs:sequence minOccurs=\"4\" maxOccurs=\"4\">" +
+      element("b", "minOccurs=\"5\" maxOccurs=\"5\"") + element("c", "minOccurs=\"0\"") +
+      "</xs:sequence><xs:choice minOccurs=\"2\" maxOccurs=\"2\">" + element("d") + element("e") +
+      "</xs:choice><xs:choice minOccurs=\"2\" maxOccurs=\"2\">" + element("f") + "</xs:choice>" +
+      "<xs:element ref='h'/>" + element("a") + "</xs:sequence>");
+  const ContentOutline outline = schema["r"].content();
+  const struct {
+    const char* name;
+    std::uint32_t lngLeast;
+  } cases[] = {{"a", 3}, {"b", 20}, {"c", 0}, {"d", 0}, {"e", 0},
+               {"f", 2}, {"h", 1},  {"m", 0}, {"z", 0}};
+  for (const auto& c : cases) EXPECT_EQ(outline.minOccurs({"", c.name}), c.lngLeast) << c.name;
+}
+
 TEST(ContentOutline, PutsNoOrderIntoAGroupOfAll) {
   const Declared schema = content("<xs:all>" + element("a") + element("b") + "</xs:all>");
   EXPECT_TRUE(schema["r"].content().mayFollow({"", "b"}, {"", "a"}));

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 #include <string>
 #include <unordered_map>
@@ -307,13 +308,43 @@ void findNeverFilledPlaces(const ParsedDeployment& deployment, Findings& finding
   findUnfilledPlaces(deployment, findings, false);
 }
 
-void findWrongLineSlots(const ParsedDeployment& deployment, Findings& findings) {
-  const ComplexType* const type = deployment.complexType(kAddress);
-  bool blnUsed = false;
-  for (const MappingEntry& entry : deployment.entries) {
-    blnUsed = blnUsed || (entry.strActionId == kAddress && !isLeftOut(entry));
+/// The complex type of addresses, if answers are split for it; else null.
+const ComplexType* addressType(const ParsedDeployment& deployment) {
+  const bool blnUsed = std::ranges::any_of(deployment.entries, [](const MappingEntry& entry) {
+    return entry.strActionId == kAddress && !isTableEntry(entry) && !isLeftOut(entry);
+  });
+  return blnUsed ? deployment.complexType(kAddress) : nullptr;
+}
+
+/// Lines of an address that no place takes. Told at the place that has the slip, where one is left
+/// over: one for a line that another takes already, or for none.
+void findLinesWithoutPlace(const ParsedDeployment& deployment, Findings& findings) {
+  const ComplexType* const type = addressType(deployment);
+  if (!type) return;
+  std::unordered_set<char> lines;
+  std::vector<const Placeholder*> left;
+  for (const Placeholder& place : type->placeholders) {
+    const char letter = place.strId.empty() ? 'x' : place.strId.back();
+    const bool blnLine = letter >= '1' && letter <= '4';
+    const bool blnSlip = !blnLine && (letter < '0' || letter > '9');
+    if (blnSlip || (blnLine && !lines.insert(letter).second)) left.push_back(&place);
   }
-  if (!type || !blnUsed) return;
+  std::size_t at = 0;
+  for (const char letter : {'1', '2', '3', '4'}) {
+    if (lines.contains(letter)) continue;
+    const Placeholder* const place = at < left.size() ? left[at++] : nullptr;
+    const std::string strLine(1, letter);
+    findings.add(deployment.schemaTypes, place ? place->objNode : type->objNode, place ? kId : "",
+                 place ? place->strId : "",
+                 "No place of " + inQuotes(type->strId) + " is for line " + strLine +
+                     " of an address: an answer that has one loses it.",
+                 "Let the ids of the places end in 1, 2, 3 and 4.");
+  }
+}
+
+void findWrongLineSlots(const ParsedDeployment& deployment, Findings& findings) {
+  const ComplexType* const type = addressType(deployment);
+  if (!type) return;
   for (const Placeholder& place : type->placeholders) {
     const char letter = place.strId.empty() ? 'x' : place.strId.back();
     if (letter < '0' || letter > '9' || (letter >= '1' && letter <= '4')) continue;
@@ -433,6 +464,7 @@ constexpr auto kRules = std::to_array<Rule>({
     {"additional-info-prefix", Severity::error, findAdditionalInfoPrefix},
     {"place-misspelt", Severity::error, findMisspeltPlaces},
     {"place-never-filled", Severity::warning, findNeverFilledPlaces},
+    {"line-without-place", Severity::error, findLinesWithoutPlace},
     {"line-beyond-four", Severity::error, findWrongLineSlots},
     {"duplicate-place", Severity::error, findDuplicatePlaces},
     {"place-without-element", Severity::error, findPlacesWithoutElement},

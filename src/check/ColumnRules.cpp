@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 #include <optional>
 #include <string>
@@ -27,15 +28,28 @@ bool isComputed(const TableColumn& column) {
   return attributeText(column.objNode, "calculate") == "true";
 }
 
+/// Whether a column says all that a computed one has to say, but for `calculate`.
+bool looksComputed(const Node& objColumn) {
+  for (const char* const attribute : {"firstcolumn", "secondcolumn", "datatype", "timedimabbr"}) {
+    if (attributeText(objColumn, attribute).empty()) return false;
+  }
+  // One that is written otherwise is what has the slip, and a rule of its own.
+  return std::ranges::none_of(objColumn.attributes(), [](const NodeAttribute& attribute) {
+    return isSlipOf(attribute.strName, "calculate");
+  });
+}
+
 void findWrongFlags(const ParsedDeployment& deployment, Findings& findings) {
   forEachColumn(deployment, [&](const FormObject& object, const TableColumn& column) {
     const std::string strWord = attributeText(column.objNode, "calculate");
-    if (strWord.empty() || strWord == "true" || strWord == "false") return;
+    const bool blnNo = strWord.empty() || strWord == "false";
+    if (strWord == "true" || (blnNo && !looksComputed(column.objNode))) return;
     findings.add(*object.file, column.objNode, "calculate", column.strId,
-                 "The word calculate=" + inQuotes(strWord) +
-                     " is not \"true\": the cell is not "
-                     "computed.",
-                 "Write calculate=\"true\" in lower case.");
+                 (blnNo ? "The column says from what the cell is computed, and calculate="
+                        : "The word calculate=") +
+                     inQuotes(strWord) + " is not \"true\": the cell is not computed.",
+                 std::string("Write calculate=\"true\"") +
+                     (blnNo ? ", or take the other attributes out." : " in lower case."));
   });
 }
 

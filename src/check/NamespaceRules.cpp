@@ -157,13 +157,20 @@ std::vector<std::string> prefixesOf(std::string_view strXPath) {
   return prefixes;
 }
 
-/// The elements of the mapper whose texts are expressions or node paths, with the entry's id.
+/// An expression or node path of the mapper.
+struct MapperPath {
+  Node objNode;
+  std::string_view strAttribute;  // that holds it; none: it is the element's text
+  std::string strText;
+  std::string strObject;  // the entry's id
+};
+
 template <class Find>
 void forEachPath(const ParsedDeployment& deployment, const Find& find) {
   for (const MappingEntry& entry : deployment.entries) {
     for (const Node& objPath :
          {entry.objParentXPath, entry.objNodePath, entry.objExtraPath, entry.objExtraNode}) {
-      if (objPath) find(objPath, entry.strId);
+      if (objPath) find(MapperPath{objPath, "", objPath.text(), entry.strId});
     }
   }
   const Node objDocData = childElement(deployment.objectMapper.root(), "docdata");
@@ -174,7 +181,11 @@ void forEachPath(const ParsedDeployment& deployment, const Find& find) {
     const bool blnStep = strName == "parameter" && objElement.hasText();
     const bool blnPath = (strName == "node" && childElements(objElement).empty()) ||
                          strName == "parentxpath" || blnStep;
-    if (blnPath) find(objElement, std::string());
+    if (blnPath) find(MapperPath{objElement, "", objElement.text(), ""});
+    // Where a step copies to: "parent", or a path below it.
+    if (strName == "parameter" && toLower(attributeText(objElement, "action")) == "copy") {
+      find(MapperPath{objElement, "under", attributeText(objElement, "under"), ""});
+    }
   }
 }
 
@@ -186,12 +197,12 @@ void findUnregisteredPrefixes(const ParsedDeployment& deployment, Findings& find
   const Declarations declared = declarationsOf(deployment);
   std::unordered_set<std::string> told;
   const auto use = [&](const ParsedFile& file, const Node& objNode, const std::string& strObject,
-                       const std::string& strPrefix) {
+                       const std::string& strPrefix, std::string_view strAttribute = {}) {
     if (strPrefix.empty() || strPrefix == "xml" || deployment.namespaceOf(strPrefix)) return false;
     const auto found = declared.find(strPrefix);
     if (found == declared.end()) {
       findings.add(
-          file, objNode, "", strObject,
+          file, objNode, strAttribute, strObject,
           "The prefix " + inQuotes(strPrefix) + " is not registered in the namespace list.",
           "Register it there, or write one that is.");
       return true;
@@ -208,9 +219,11 @@ void findUnregisteredPrefixes(const ParsedDeployment& deployment, Findings& find
                  "Register it.");
     return true;
   };
-  forEachPath(deployment, [&](const Node& objPath, const std::string& strObject) {
-    for (const std::string& strPrefix : prefixesOf(objPath.text())) {
-      if (use(deployment.objectMapper, objPath, strObject, strPrefix)) break;
+  forEachPath(deployment, [&](const MapperPath& path) {
+    for (const std::string& strPrefix : prefixesOf(path.strText)) {
+      const bool blnTold =
+          use(deployment.objectMapper, path.objNode, path.strObject, strPrefix, path.strAttribute);
+      if (blnTold) break;
     }
   });
   for (const Question& question : deployment.questions) {

@@ -4,6 +4,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "check/MessagePlan.h"
 #include "check/MessageShape.h"
 #include "check/Rule.h"
 #include "check/RuleTables.h"
@@ -94,17 +95,73 @@ void findWrongTypes(const ParsedDeployment& deployment, Findings& findings) {
   }
 }
 
-/// A box that is ticked posts "on", which only a check box turns into its value.
+/// What the schema says of the fields whose answers are written as they are: whether the element
+/// may be what a ticked box sends.
+class BoxesOfSchema {
+ public:
+  enum class Fit { unknown, only, never };
+
+  explicit BoxesOfSchema(const ParsedDeployment& deployment) {
+    const MessagePlan& plan = deployment.messagePlan();
+    for (const MessageWrite& write : plan.writes()) {
+      const bool blnField = write.object && write.strColumn.empty();
+      const MessageElement& element = plan.elements()[write.lngElement];
+      if (!blnField || write.source != MessageWrite::Source::answer || !element.declared) continue;
+      const auto rules = element.declared.value();
+      if (!rules) continue;
+      const std::string strTicked = attributeText(write.object->objNode, "checkedvalue");
+      const bool blnRefused = !element.declared.accepts(strTicked.empty() ? "true" : strTicked);
+      fits_.try_emplace(write.object, rules->strPrimitive == "boolean" ? Fit::only
+                                      : blnRefused                     ? Fit::never
+                                                                       : Fit::unknown);
+    }
+  }
+
+  Fit of(const FormObject& object) const {
+    const auto found = fits_.find(&object);
+    return found == fits_.end() ? Fit::unknown : found->second;
+  }
+
+ private:
+  std::unordered_map<const FormObject*, Fit> fits_;
+};
+
+/// A box that is ticked posts "on", which only a check box turns into its value, and a check box
+/// takes nothing else. Which of the two is wrong the schema tells, or `checkedvalue`, which only a
+/// check box has; else it is taken to be the object, which decides.
 void findLostCheckBoxes(const ParsedDeployment& deployment, Findings& findings) {
+  std::optional<BoxesOfSchema> boxes;
   for (const Question& question : deployment.questions) {
     const FormObject* const object = deployment.object(question.strId);
     const bool blnField = object && object->kind == ObjectKind::field && !object->blnHidden;
-    if (!blnField || question.strType != "check" || object->strType == "check") continue;
-    if (isSlipOf(object->strType, "check")) continue;  // has a rule of its own
-    findings.add(*object->file, object->objNode, kType, object->strId,
-                 "The question is a check box, and the object is of the type " +
-                     inQuotes(object->strType) + ": a ticked box goes into the message as \"on\".",
-                 "Write type=\"check\" here, or correct the type of the question.");
+    const bool blnAsked = question.strType == "check";
+    if (!blnField || blnAsked == (object->strType == "check")) continue;
+    // Slips of the word have a rule of their own, and a question need not have a type.
+    if (isSlipOf(object->strType, "check") || isSlipOf(question.strType, "check")) continue;
+    if (question.isTable() || isBlank(question.strType)) continue;
+    if (!boxes) boxes.emplace(deployment);
+    const BoxesOfSchema::Fit fit = boxes->of(*object);
+    const bool blnValue = !attributeText(object->objNode, "checkedvalue").empty();
+    const bool blnBox = fit == BoxesOfSchema::Fit::only || blnValue;
+    const bool blnOfQuestion = blnAsked ? fit == BoxesOfSchema::Fit::never && !blnValue : blnBox;
+    const ParsedFile& file = blnOfQuestion ? deployment.questionList : *object->file;
+    const Node& objNode = blnOfQuestion ? question.objNode : object->objNode;
+    if (blnAsked) {
+      findings.add(
+          file, objNode, kType, object->strId,
+          "The question is a check box, and the object is of the type " +
+              inQuotes(object->strType) + ": a ticked box goes into the message as \"on\".",
+          blnOfQuestion ? "Correct the type of the question, or write type=\"check\" in "
+                          "the object list."
+                        : "Write type=\"check\" here, or correct the type of the question.");
+      continue;
+    }
+    findings.add(file, objNode, kType, object->strId,
+                 "The object is a check box, and the question is of the type " +
+                     inQuotes(question.strType) + ": whatever is answered but \"on\" is lost.",
+                 blnOfQuestion ? "Write type=\"check\" here, or correct the type of the object."
+                               : "Correct the type here, or write type=\"check\" in the questions "
+                                 "XML.");
   }
 }
 

@@ -1,6 +1,8 @@
+#include <algorithm>
 #include <map>
 #include <set>
 
+#include "check/KeptEmpty.h"
 #include "check/MessagePlan.h"
 #include "config/Attributes.h"
 #include "platform/text/Text.h"
@@ -15,29 +17,32 @@ namespace {
 using Kind = DeclaredChild::Kind;
 using Origin = MessageElement::Origin;
 
-bool isMandatory(const Node& objElement) {
-  return toLower(trim(attributeText(objElement, "mandatory"))) == "true";
-}
-
 class ReferenceJudge {
  public:
   explicit ReferenceJudge(MessagePlan& plan)
-      : plan_(plan), file_(plan.deployment().reference), elements_(plan.elements()) {}
+      : plan_(plan),
+        file_(plan.deployment().reference),
+        elements_(plan.elements()),
+        keptEmpty_(plan, [this](std::size_t lngElement) { return referenceOf(lngElement); }) {}
 
   void judge() {
     if (!file_.isLoaded()) return;
     read();
     for (std::size_t at = 1; at < elements_.size(); ++at) match(at);
+    for (const Entry& entry : entries_) {
+      if (entry.lngElement != 0) judgeMandatory(entry);
+    }
     for (std::size_t at = 1; at < entries_.size(); ++at) judgeUnmatched(at);
   }
 
  private:
   struct Entry {
     std::size_t lngParent = 0;
-    Node objNode;
-    std::size_t lngElement = 0;  // the message's element that finds it; 0: none
-    bool blnKnown = true;        // it could be looked up in the schema, and so could those above
-    DeclaredElement declared;
+    Node objNode = {};
+    std::size_t lngElement = 0;  // the first element of the message that finds it; 0: none
+    std::vector<std::size_t> others = {};  // that find it too
+    bool blnKnown = true;  // it could be looked up in the schema, and so could those above
+    DeclaredElement declared = {};
   };
 
   void read() {
@@ -51,7 +56,7 @@ class ReferenceJudge {
       const auto [objNode, lngParent] = waiting.back();
       waiting.pop_back();
       const std::size_t lngEntry = entries_.size();
-      entries_.push_back({lngParent, objNode, 0, true, {}});
+      entries_.push_back({.lngParent = lngParent, .objNode = objNode});
       children_.try_emplace({lngParent, {objNode.namespaceUri(), objNode.baseName()}}, lngEntry);
       std::vector<Node> below = childElements(objNode);
       for (auto child = below.rbegin(); child != below.rend(); ++child) {
@@ -96,10 +101,9 @@ class ReferenceJudge {
     }
     found_.emplace(lngElement, found->second);
     Entry& entry = entries_[found->second];
-    if (entry.lngElement != 0) return;
+    if (entry.lngElement != 0) return entry.others.push_back(lngElement);
     entry.lngElement = lngElement;
     entry.declared = element.declared;
-    if (element.kind == Kind::element) judgeMandatory(element, entry);
   }
 
   /// An empty element that the reference does not know is removed.
@@ -122,9 +126,12 @@ class ReferenceJudge {
            plan_.contentOf(parent.declared).requiresChild(element.name());
   }
 
-  void judgeMandatory(const MessageElement& element, const Entry& entry) {
+  void judgeMandatory(const Entry& entry) {
+    const MessageElement& element = elements_[entry.lngElement];
     const bool blnRequired = isRequired(element);
-    if (blnRequired == isMandatory(entry.objNode)) return;
+    if (element.kind != Kind::element || blnRequired == isMandatoryInReference(entry.objNode)) {
+      return;
+    }
     const MessageElement& parent = elements_[element.lngParent];
     if (blnRequired) {
       return tell("reference-optional", entry.objNode,
@@ -142,11 +149,29 @@ class ReferenceJudge {
         if (declared && declared.name() == element.name()) return;  // one of them is mandatory
       }
     }
+    const std::string strWhat = "\"" + element.strName +
+                                "\" is mandatory here, and the schema lets \"" + parent.strName +
+                                "\" be without it: ";
+    const bool blnSpoils =
+        keptEmpty_.spoils(entry.lngElement) ||
+        std::ranges::any_of(entry.others, [&](std::size_t at) { return keptEmpty_.spoils(at); });
+    if (blnSpoils) {
+      return tell("reference-keeps-empty", entry.objNode,
+                  strWhat +
+                      "a form whose answers leave it empty keeps it all the same, and its type "
+                      "refuses it so.",
+                  "Say mandatory=\"false\".", "mandatory");
+    }
     tell("reference-mandatory", entry.objNode,
-         "\"" + element.strName + "\" is mandatory here, and the schema lets \"" + parent.strName +
-             "\" be without it: an empty one is kept and makes the message invalid where its type "
-             "refuses the empty text.",
+         strWhat +
+             "an empty one is kept and makes the message invalid where its type refuses the empty "
+             "text.",
          "Say mandatory=\"false\".", "mandatory");
+  }
+
+  Node referenceOf(std::size_t lngElement) const {
+    const auto found = found_.find(lngElement);
+    return found == found_.end() ? Node() : entries_[found->second].objNode;
   }
 
   /// What no element of the message finds: known to the schema, or a slip of the pen.
@@ -182,6 +207,7 @@ class ReferenceJudge {
   std::map<std::pair<std::size_t, QualifiedName>, std::size_t> children_;
   std::map<std::size_t, std::size_t> found_;  // message's element to entry
   std::set<std::pair<std::size_t, std::string>> told_;
+  KeptEmpty keptEmpty_;
 };
 
 }  // namespace

@@ -155,6 +155,7 @@ constexpr auto kRules = std::to_array<Rule>({
     {"not-checked", Severity::note, tellFound<34>},
     {"type-attribute", Severity::error, tellFound<35>},
     {"elements-unqualified", Severity::error, tellFound<36>},
+    {"reference-keeps-empty", Severity::error, tellFound<37>},
 });
 
 template <std::size_t Row>

@@ -730,7 +730,29 @@ TEST(SchemaRules, FindReferencesThatDifferFromTheSchema) {
        "<m:again mandatory=\"false\"/>\n    <m:note mandatory=\"false\"/>\n    <m:title "
        "mandatory=\"false\"/>\n    <m:office mandatory=\"false\"/>",
        {{kError, "reference-optional", "reference.xml", "<m:office"}}},
-      {"mandatory here, optional there",
+      {"mandatory here, optional there, of a part of a complex type that cannot be empty",
+       "reference.xml",
+       "<m:length mandatory=\"false\">",
+       "<m:length mandatory=\"true\">",
+       {{kError, "reference-keeps-empty", "reference.xml"}}},
+      {"of one that can",
+       "reference.xml",
+       "<m:role mandatory=\"false\"/>\n      <m:caption mandatory=\"false\"/>\n      <m:channel "
+       "mandatory=\"false\"/>\n    </m:owner>\n    <m:address",
+       "<m:role mandatory=\"true\"/>\n      <m:caption mandatory=\"false\"/>\n      <m:channel "
+       "mandatory=\"false\"/>\n    </m:owner>\n    <m:address",
+       {{kWarning, "reference-mandatory", "reference.xml"}}},
+      {"of one that a constant always fills",
+       "reference.xml",
+       "<m:channel mandatory=\"false\"/>\n    </m:owner>\n    <m:address",
+       "<m:channel mandatory=\"true\"/>\n    </m:owner>\n    <m:address",
+       {{kWarning, "reference-mandatory", "reference.xml"}}},
+      {"of an element of the template that can be empty",
+       "reference.xml",
+       "<m:guest mandatory=\"false\">",
+       "<m:guest mandatory=\"true\">",
+       {{kWarning, "reference-mandatory", "reference.xml"}}},
+      {"of one that is only made for its answer",
        "reference.xml",
        "<m:urgent mandatory=\"false\"/>",
        "<m:urgent mandatory=\"true\"/>",
@@ -756,6 +778,39 @@ TEST(SchemaRules, FindReferencesThatDifferFromTheSchema) {
        "<form mandatory=\"true\"/>",
        {{kError, "reference-incomplete", "reference.xml", "<m:head"}}},
   });
+}
+
+TEST(SchemaRules, FindElementsOfTheTemplateThatAreKeptEmpty) {
+  const struct {
+    const char *says, *people, *guest, *expected;
+  } cases[] = {
+      {"the second stays empty where one guest is named", "false", "true",
+       "error reference-keeps-empty"},
+      {"both go", "false", "false", ""},
+      {"the place of the first name has a text", "true", "true", "error reference-keeps-empty"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    SmallDeployment deployment;
+    addSchema(deployment);
+    deployment.replace("main.xsd", "<xs:element name=\"name\" type=\"xs:string\" minOccurs=\"0\"/>",
+                       "<xs:element name=\"name\" type=\"xs:string\"/>");
+    deployment.replace("reference.xml", "<m:name mandatory=\"false\"/>",
+                       "<m:name mandatory=\"true\"/>");
+    deployment.replace("reference.xml", "<m:people mandatory=\"false\">",
+                       std::string("<m:people mandatory=\"") + c.people + "\">");
+    deployment.replace("reference.xml", "<m:guest mandatory=\"false\">",
+                       std::string("<m:guest mandatory=\"") + c.guest + "\">");
+    std::vector<std::string> lines = found(deployment);
+    std::erase_if(lines, [](const std::string& strLine) {
+      return strLine.find("-mandatory ") == std::string::npos &&
+             strLine.find("-keeps-empty ") == std::string::npos;
+    });
+    for (std::string& strLine : lines) strLine.resize(strLine.find(' ', strLine.find(' ') + 1));
+    std::erase(lines, "warning reference-mandatory");  // of the people
+    EXPECT_EQ(lines,
+              *c.expected ? std::vector<std::string>{c.expected} : std::vector<std::string>{});
+  }
 }
 
 TEST(SchemaRules, FindQuestionsThatDifferFromTheMessage) {

@@ -19,6 +19,8 @@ using Kind = DeclaredChild::Kind;
 using Origin = MessageElement::Origin;
 
 constexpr std::size_t kMostPairs = 1'000'000;
+constexpr std::size_t kMostTypesSaid =
+    1000;  // by the template itself; each is a way up to its root
 
 std::string objectOf(const MessageElement& element) {
   return element.object ? element.object->strId : std::string();
@@ -47,6 +49,7 @@ class ContentJudge {
       judgeSharing(at);
       if (isAsItsSource(element)) continue;  // what is wrong with it was told there
       if (element.kind == Kind::undeclared) tellUndeclared(element);
+      if (element.origin == Origin::fromFile) judgeInstance(element);
       if (element.kind != Kind::element) continue;
       if (element.origin == Origin::fromFile || element.origin == Origin::content) {
         judgeAttributes(element);
@@ -388,6 +391,52 @@ class ContentJudge {
     }
   }
 
+  /// What an element of the template says about itself in the words of XML Schema.
+  void judgeInstance(const MessageElement& element) {
+    const Node& objElement = element.place.objNode;
+    if (element.lngParent == 0 && element.kind == Kind::element && element.declared.abstract()) {
+      tell("root-undeclared", element,
+           "The schema declares " + shown(element.name()) + " abstract: no message may have it.",
+           "Every message has this root and is invalid: take one of its substitutes, or correct "
+           "the schema.");
+    }
+    const auto strType = objElement.getAttribute("xsi:type");
+    if (strType && ++lngTypesSaid_ <= kMostTypesSaid) {
+      const QualifiedName name = typeNamed(objElement, trim(*strType));
+      if (!plan_.schema()->declaresType(name)) {
+        tell("template-attribute", element,
+             "\"" + element.strName + "\" says that it is of the type " + shown(name) +
+                 ", which the schema does not have.",
+             "Correct it, or take it away: every message with it is invalid.", "xsi:type");
+      }
+    }
+    const std::string_view strNil = trim(attributeText(objElement, "xsi:nil"));
+    const bool blnNil = strNil == "true" || strNil == "1";
+    if (blnNil && element.kind == Kind::element && !element.declared.nillable()) {
+      tell("template-attribute", element,
+           "\"" + element.strName + "\" says that it is nil, which the schema does not allow.",
+           "Take it away: every message with it is invalid.", "xsi:nil");
+    }
+  }
+
+  /// The name that a text with a prefix writes at an element.
+  static QualifiedName typeNamed(const Node& objElement, std::string_view strName) {
+    const std::size_t lngColon = strName.find(':');
+    const bool blnPrefix = lngColon != strName.npos;
+    const std::string strDeclaration =
+        blnPrefix ? "xmlns:" + std::string(strName.substr(0, lngColon)) : "xmlns";
+    QualifiedName name{"", std::string(strName.substr(blnPrefix ? lngColon + 1 : 0))};
+    for (Node objAbove = objElement; objAbove && objAbove.nodeType() == NodeType::element;
+         objAbove = objAbove.parentNode()) {
+      for (const NodeAttribute& attribute : objAbove.attributes()) {
+        if (attribute.strName != strDeclaration) continue;
+        name.strUri = attribute.strValue;
+        return name;
+      }
+    }
+    return name;
+  }
+
   void judgeAttributes(const MessageElement& element) {
     const bool blnTemplate = element.origin == Origin::fromFile;
     const std::string_view strCode = blnTemplate ? "template-attribute" : "type-attribute";
@@ -442,6 +491,7 @@ class ContentJudge {
   std::map<std::string, std::size_t> unqualified_;             // by namespace
   std::set<std::pair<std::size_t, std::string>> toldOfTypes_;  // lines and names of elements
   std::size_t lngPairs_ = 0;
+  std::size_t lngTypesSaid_ = 0;
   bool blnUnchecked_ = false;
 };
 

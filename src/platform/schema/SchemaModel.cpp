@@ -177,4 +177,10 @@ bool SchemaModel::declaresElement(const QualifiedName& name) const {
   return schema.declaresElement(schema.names().find(name.strUri, name.strLocal));
 }
 
+bool SchemaModel::declaresType(const QualifiedName& name) const {
+  if (!usable()) return false;
+  const SchemaComponents& schema = *impl_->components;
+  return schema.type(schema.names().find(name.strUri, name.strLocal)) != nullptr;
+}
+
 }  // namespace Varnel_Tolv_XML_Creation

@@ -81,6 +81,10 @@ class VARNEL_EXPORT SchemaModel {
   /// Whether an element of this name is declared anywhere, globally or inside a type.
   bool declaresElement(const QualifiedName& name) const;
 
+  /// Whether there is a type of this name that an element can say to be of: a global one, or one of
+  /// XML Schema's own.
+  bool declaresType(const QualifiedName& name) const;
+
  private:
   struct Impl;
   std::shared_ptr<const Impl> impl_;

@@ -127,7 +127,7 @@ class ContentJudge {
                   {},
                   "",
                   file.strPath,
-                  1,
+                  lineOfSchemaRoot(file.strPath, "elementFormDefault"),
                   "",
                   "The schema document does not say elementFormDefault=\"qualified\": its elements "
                   "have no namespace, and " +

@@ -155,6 +155,11 @@ struct PathStep {
 /// for any other expression.
 std::optional<std::vector<PathStep>> stepsOf(std::string_view strPath);
 
+/// The line on which the root of a schema document begins, or on which the attribute of it stands
+/// that has this name. Reads the file anew, since a schema's documents keep no lines of attributes:
+/// for what is told, not for what is looked at. 1 where it cannot be read.
+std::size_t lineOfSchemaRoot(const std::string& strPath, std::string_view strAttribute = {});
+
 /// How a name is shown in a message: with its namespace where it has one.
 std::string shown(const QualifiedName& name);
 

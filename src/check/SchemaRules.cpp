@@ -12,6 +12,11 @@
 
 namespace Varnel_Tolv_XML_Creation {
 
+std::size_t lineOfSchemaRoot(const std::string& strPath, std::string_view strAttribute) {
+  const ParsedFile file(strPath);
+  return file.isLoaded() ? file.lineOf(file.root(), strAttribute) : 1;
+}
+
 void judgeSchema(MessagePlan& plan) {
   const ParsedDeployment& deployment = plan.deployment();
   const DeploymentFiles& files = deployment.files;
@@ -57,7 +62,8 @@ void judgeSchema(MessagePlan& plan) {
     const std::string& strPath = problem.strPath.empty() ? plan.schemaPath() : problem.strPath;
     switch (problem.kind) {
       case Kind::refused:
-        tell("schema-unusable", strPath, problem.lngLine,
+        tell("schema-unusable", strPath,
+             problem.lngLine != 0 ? problem.lngLine : lineOfSchemaRoot(strPath),
              "The schema cannot be used: " + problem.strReason,
              "Correct it: until then no message is checked.");
         break;
@@ -105,7 +111,7 @@ void judgeSchema(MessagePlan& plan) {
                 (messageTemplate.isLoaded() &&
                  messageTemplate.root().namespaceUri() == main.strTargetNamespace));
   tell("schema-namespace", blnOption ? place->strPath : main.strPath,
-       blnOption ? place->lngLine : 1,
+       blnOption ? place->lngLine : lineOfSchemaRoot(main.strPath, "targetNamespace"),
        "The target namespace of the schema is \"" + main.strTargetNamespace +
            "\", and \"schema-uri\" says \"" + files.strSchemaUri + "\".",
        "Make both the same: until then no message is checked.");

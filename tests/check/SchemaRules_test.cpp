@@ -265,6 +265,16 @@ TEST(SchemaRules, FindWhatIsWrongWithTheSchemaItself) {
        "<xs:element name=\"again\" type=\"Title\"",
        "<xs:element name=\"again\" type=\"Titel\"",
        {{kError, "schema-unusable", "main.xsd"}}},
+      {"a facet that contradicts another of its type",
+       "main.xsd",
+       "<xs:restriction base=\"xs:string\"><xs:minLength value=\"3\"/>",
+       "<xs:restriction base=\"xs:string\">\n<xs:length value=\"90\"/>\n",
+       {{kError, "schema-unusable", "main.xsd", "<xs:length value=\"90\"/>"}}},
+      {"another kind of document",
+       "main.xsd",
+       "<xs:element name=\"report\">",
+       "<xs:include schemaLocation=\"template.xml\"/><xs:element name=\"report\">",
+       {{kError, "schema-unusable", "template.xml", "<m:report"}}},
       {"a file that is not there, and is needed",
        "main.xsd",
        "schemaLocation=\"pbr.xsd\"",
@@ -294,7 +304,7 @@ TEST(SchemaRules, FindWhatIsWrongWithTheSchemaItself) {
        "targetNamespace=\"urn:example:m\"",
        "targetNamespace=\"urn:example:n\" xmlns:o=\"urn:example:n\"",
        {{kError, "schema-unusable", "main.xsd", "<xs:element name=\"head\""},
-        {kError, "schema-namespace", "main.xsd", "<?xml"}}},
+        {kError, "schema-namespace", "main.xsd"}}},
       {"no attribute for the column of a cell without a place",
        "pbr.xsd",
        "<xs:attribute name=\"id\" type=\"xs:NCName\"/>",
@@ -334,7 +344,8 @@ TEST(SchemaRules, FindASchemaThatIsNotNamedOrIsAnothers) {
   SmallDeployment deployment;
   addSchema(deployment);
   deployment.files.strSchemaUri = "urn:example:other";
-  EXPECT_EQ(found(deployment), std::vector<std::string>{"error schema-namespace main.xsd:1 "});
+  EXPECT_EQ(found(deployment), std::vector<std::string>{"error schema-namespace main.xsd:3 "})
+      << "on the line of targetNamespace";
   deployment.files.strSchemaUri = "urn:example:m";
   deployment.files.strSchemaUrl = "gone.xsd";
   EXPECT_EQ(found(deployment), std::vector<std::string>{"error schema-unusable gone.xsd:1 "});
@@ -601,7 +612,12 @@ TEST(SchemaRules, TellOnceOfAllElementsThatASchemaHasWithoutItsNamespace) {
                        "main.xsd",
                        "elementFormDefault=\"qualified\"",
                        "elementFormDefault=\"unqualified\"",
-                       {{kError, "elements-unqualified", "main.xsd", "<?xml"}}}});
+                       {{kError, "elements-unqualified", "main.xsd"}}},
+                      {"and where it should stand",
+                       "main.xsd",
+                       "\n           elementFormDefault=\"qualified\"",
+                       "",
+                       {{kError, "elements-unqualified", "main.xsd", "<xs:schema"}}}});
 }
 
 TEST(SchemaRules, TellWhereTheOptionsNameTheSchema) {

@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/schema/FacetSpot.h"
 #include "platform/schema/HeavyContent.h"
 #include "platform/schema/ReadSchemaDocuments.h"
 #include "platform/text/Text.h"
@@ -230,7 +231,8 @@ void checkByCompiler(const SchemaDocuments& documents, std::string_view strPath)
   served.check();
   memory.check();
   if (!schema || !run.strReason.empty()) {
-    SchemaSpot spot = spotOf(run, documents);
+    SchemaSpot spot =
+        run.lngLine > 0 ? spotOf(run, documents) : spotOfFacet(run.strReason, documents);
     refuseSchema(
         strPath,
         run.strReason.empty() ? "It is not valid." : inPaths(std::move(run.strReason), documents),

@@ -4,11 +4,11 @@
 #include <filesystem>
 #include <optional>
 #include <string>
-#include <system_error>
 
 #include "Files.h"
 #include "interface/CheckDeployment.h"
 #include "interface/Deployment.h"
+#include "platform/text/FileNames.h"
 
 using namespace Varnel_Tolv_XML_Creation;
 
@@ -50,13 +50,8 @@ std::string withinDeployment(const std::string& strFile, const std::optional<std
   if (!json) return strFile;
   const std::filesystem::path deployment(*json);
   if (strFile.empty()) return deployment.filename().string();
-  const auto absolute = [](const std::filesystem::path& path) {
-    std::error_code error;  // of a current folder that is gone
-    return std::filesystem::absolute(path, error).lexically_normal();
-  };
-  const std::filesystem::path below =
-      absolute(strFile).lexically_relative(absolute(deployment).parent_path());
-  return below.empty() || *below.begin() == ".." ? strFile : below.generic_string();
+  const std::filesystem::path folder = deployment.parent_path();
+  return nameWithin(folder.empty() ? "." : folder.string(), strFile);
 }
 
 }  // namespace

@@ -1,10 +1,10 @@
 #include "Explanation.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <utility>
 
 #include "Catalogue.h"
+#include "platform/text/FileNames.h"
 
 using namespace Varnel_Tolv_XML_Creation;
 
@@ -23,13 +23,7 @@ std::string ruleOf(const Options& options, const JournalEntry& entry) {
   std::string strFile = entry.file;
   if (strFile.empty() && entry.line > 0) strFile = options.objectList.value_or("");
   if (strFile.empty()) return {};
-  const std::filesystem::path folder(options.deploymentDirectory);
-  const std::filesystem::path below =
-      std::filesystem::path(strFile).lexically_normal().lexically_relative(
-          folder.lexically_normal());
-  if (!options.deploymentDirectory.empty() && !below.empty() && *below.begin() != "..") {
-    strFile = below.generic_string();
-  }
+  strFile = nameWithin(options.deploymentDirectory, strFile);
   return entry.line > 0 ? strFile + ':' + std::to_string(entry.line) : strFile;
 }
 

@@ -10,7 +10,6 @@
 #include "ReportPage.h"
 #include "Submission.h"
 #include "platform/host/WebRequest.h"
-#include "platform/json/ResultJson.h"
 
 using namespace Varnel_Tolv_XML_Creation;
 
@@ -18,11 +17,11 @@ ExitStatus runExplain(OptionValues values, const std::vector<std::string>& /*ope
   const std::string strFormat = reportFormat(values);
   Options options = readOptions(std::move(values));
   options.blnSubmit = true;
+  options.blnReport = options.blnExplain = true;
   const FormCollection request(readForm(options.form));
-  const SubmissionOutputs run = runSubmission(options, request, {.blnJournal = true});
+  const SubmissionOutputs run = runSubmission(options, request, {});
   if (strFormat == "json") {
-    writeStandardOutput(resultJson(run.objAck, run.colUserErrors, run.colInternalErrors,
-                                   {&run.report, true, options.deploymentDirectory}));
+    writeStandardOutput(resultOf(options, run));
   } else {
     const Explanation explanation = explain(options, run);
     writeStandardOutput(strFormat == "html" ? reportPage("explain.xsl", explainView(explanation))

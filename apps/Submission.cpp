@@ -46,10 +46,13 @@ SubmissionOutputs runSubmission(const Options& options, const FormCollection& re
 }
 
 std::string resultOf(const Options& options, const SubmissionOutputs& run) {
+  const std::string_view strObjectList =
+      options.objectList ? std::string_view(*options.objectList) : std::string_view();
   const std::string strResult = resultJson(run.objAck, run.colUserErrors, run.colInternalErrors,
                                            {.report = options.blnReport ? &run.report : nullptr,
                                             .blnJournal = options.blnExplain,
-                                            .strFolder = options.deploymentDirectory});
+                                            .strFolder = options.deploymentDirectory,
+                                            .strObjectList = strObjectList});
   const bool blnTexts = options.blnReport && options.catalogue;
   return blnTexts ? withTexts(strResult, run.report, *options.catalogue) : strResult;
 }

@@ -155,6 +155,13 @@ Document objectList(const Deployment& deployment, const varnel_xml_submission& s
   return objList;
 }
 
+/// The file that the object list comes from, if it does.
+std::string_view objectListFile(const Deployment& deployment,
+                                const varnel_xml_submission& submission) {
+  const bool blnOwn = submission.object_list != nullptr || !deployment.objectList;
+  return blnOwn ? std::string_view() : std::string_view(*deployment.objectList);
+}
+
 std::unique_ptr<varnel_xml_result> resultOf(varnel_xml_deployment& opened,
                                             const varnel_xml_submission& submission) {
   const FormCollection form(textOf(submission.form, submission.form_length));
@@ -179,7 +186,8 @@ std::unique_ptr<varnel_xml_result> resultOf(varnel_xml_deployment& opened,
   result->strJson = resultJson(run.objAck, run.colUserErrors, run.colInternalErrors,
                                {.report = services.report,
                                 .blnJournal = services.blnJournal,
-                                .strFolder = opened.strFolder});
+                                .strFolder = opened.strFolder,
+                                .strObjectList = objectListFile(deployment, submission)});
   if (run.objParkXML) result->park = run.objParkXML.xml();
   if (run.objSendXML) result->message = run.objSendXML.xml();
   if (blnReport) result->verdict = report.verdict;

@@ -8,6 +8,7 @@
 #include <variant>
 
 #include "platform/json/JsonObject.h"
+#include "platform/text/FileNames.h"
 #include "platform/xml/ReadXmlFile.h"
 #include "result/RuntimeError.h"
 
@@ -39,14 +40,6 @@ const DeploymentKey& keyNamed(std::string_view strName, const std::string& strWh
   const auto* const key = std::ranges::find(kKeys, strName, &DeploymentKey::name);
   if (key == kKeys.end()) refuse(strWhere + '"' + std::string(strName) + "\" is an unknown key");
   return *key;
-}
-
-bool isFileUrl(std::string_view strName) {
-  constexpr std::string_view kScheme = "file:";
-  return strName.size() >= kScheme.size() &&
-         std::equal(kScheme.begin(), kScheme.end(), strName.begin(), [](char scheme, char letter) {
-           return scheme == (letter >= 'A' && letter <= 'Z' ? letter - 'A' + 'a' : letter);
-         });
 }
 
 std::string resolved(const std::filesystem::path& folder, std::string_view strKey,

@@ -162,6 +162,70 @@ TEST_F(Report, TellsAViolationWhole) {
                 "columnText": "", "allowed": []})"));
 }
 
+TEST_F(Report, NamesTheObjectListWhereThatDecides) {
+  const std::string strForm = textOfFile(std::filesystem::path(kExample) / "complete.form");
+  const std::string strMore =
+      strForm.substr(0, strForm.find_last_not_of("\r\n") + 1) + "&defects___defect_9=x";
+  write("more.form", strMore);
+  std::filesystem::copy(kExample, directory_.path() / "copy",
+                        std::filesystem::copy_options::recursive);
+  write("batch.jsonl", Json{{"id", "1"}, {"form", strMore}}.dump() + "\n");
+  const auto run = [&](const Lines& words, const char* input = nullptr) {
+    const ProgramRun ran =
+        runProgram(directory_.path(), words, {.strInput = input ? read(input) : ""});
+    const Json told = Json::parse(ran.out);
+    return told.contains("report") ? told["report"] : told["result"]["report"];
+  };
+  const struct {
+    const char* says;
+    Json report;
+  } cases[] = {
+      {"build",
+       run({"build", "--deployment", "copy", "--form", "more.form", "--submit", "--explain"})},
+      {"a folder written otherwise",
+       run({"build", "--deployment", "./copy//", "--form", "more.form", "--submit", "--explain"})},
+      {"explain",
+       run({"explain", "--deployment", "copy", "--form", "more.form", "--format", "json"})},
+      {"batch", run({"batch", "--deployment", "copy", "--submit", "--explain"}, "batch.jsonl")},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    const Json& losses = c.report["losses"];
+    ASSERT_THAT(losses, SizeIs(1));
+    EXPECT_EQ(losses[0]["reason"], "row-beyond-count");
+    EXPECT_EQ(losses[0]["file"], "object-list.xml");
+    EXPECT_GT(losses[0]["line"], 0);
+    for (const Json& entry : c.report["journal"]) {
+      const Json& rule = entry["rule"];
+      EXPECT_EQ(rule["line"] > 0, !rule["file"].get<std::string>().empty()) << entry;
+      EXPECT_EQ(rule["file"].get<std::string>().find('/'), std::string::npos) << entry;
+    }
+  }
+}
+
+TEST_F(Report, TellsFilesByTheirPathsAndNotByTheTextsOfThem) {
+  std::filesystem::copy(kExample, directory_.path() / "copy",
+                        std::filesystem::copy_options::recursive);
+  std::string strOptions = read("copy/deployment.json");
+  const std::string strMapper = "\"object-mapper.xml\"";
+  write("copy/deployment.json", strOptions.replace(strOptions.find(strMapper), strMapper.size(),
+                                                   "\"./object-mapper.xml\""));
+  for (const char* const folder : {"copy", "copy/", "./copy//", "copy/../copy"}) {
+    SCOPED_TRACE(folder);
+    const Json report =
+        Json::parse(runProgram(directory_.path(), {"build", "--deployment", folder, "--form",
+                                                   "copy/complete.form", "--submit", "--explain"})
+                        .out)["report"];
+    bool blnMapper = false;
+    for (const Json& entry : report["journal"]) {
+      const std::string strFile = entry["rule"]["file"].get<std::string>();
+      EXPECT_EQ(strFile.find('/'), std::string::npos) << strFile;
+      blnMapper = blnMapper || strFile == "object-mapper.xml";
+    }
+    EXPECT_TRUE(blnMapper);
+  }
+}
+
 TEST_F(Report, OfAFailedRunTellsThatItDidNotGetToTheCheck) {
   const ProgramRun run =
       submit("complete.form", {"--validate", "--report", "--template", "missing.xml"});

@@ -1,7 +1,12 @@
 #include "platform/json/ReportJson.h"
 
+#include <map>
 #include <nlohmann/json.hpp>
 #include <string>
+#include <utility>
+
+#include "platform/json/ResultJson.h"
+#include "platform/text/FileNames.h"
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {
@@ -10,9 +15,7 @@ using Json = nlohmann::ordered_json;
 
 class Writer {
  public:
-  explicit Writer(std::string_view strDirectory) : strDirectory_(strDirectory) {
-    if (!strDirectory_.empty() && !strDirectory_.ends_with('/')) strDirectory_ += '/';
-  }
+  explicit Writer(const ReportInResult& reported) : reported_(reported) {}
 
   template <class Entry>
   Json list(const std::vector<Entry>& entries) const {
@@ -22,9 +25,15 @@ class Writer {
   }
 
  private:
-  std::string relative(const std::string& strFile) const {
-    const bool blnBelow = !strDirectory_.empty() && strFile.starts_with(strDirectory_);
-    return blnBelow ? strFile.substr(strDirectory_.size()) : strFile;
+  /// The file in which a line decides. A report names few, each often.
+  const std::string& fileOf(const std::string& strFile, std::size_t lngLine) const {
+    const auto [name, blnNew] = names_.try_emplace({strFile, lngLine > 0});
+    if (blnNew) {
+      const bool blnObjectList = strFile.empty() && lngLine > 0;
+      name->second =
+          nameWithin(reported_.strFolder, blnObjectList ? reported_.strObjectList : strFile);
+    }
+    return name->second;
   }
 
   static Json toJson(const SchemaViolation& violation) {
@@ -54,7 +63,7 @@ class Writer {
             {"columnId", loss.columnId},
             {"value", loss.value},
             {"reason", loss.reason},
-            {"file", relative(loss.file)},
+            {"file", fileOf(loss.file, loss.line)},
             {"line", loss.line},
             {"questionText", loss.questionText},
             {"columnText", loss.columnText}};
@@ -67,23 +76,25 @@ class Writer {
             {"value", entry.value},
             {"outcome", journalOutcomeName(entry.outcome)},
             {"places", entry.places},
-            {"rule", {{"file", relative(entry.file)}, {"line", entry.line}}},
+            {"rule", {{"file", fileOf(entry.file, entry.line)}, {"line", entry.line}}},
             {"questionText", entry.questionText},
             {"columnText", entry.columnText}};
   }
 
-  std::string strDirectory_;
+  const ReportInResult& reported_;
+  mutable std::map<std::pair<std::string, bool>, std::string> names_;
 };
 
 }  // namespace
 
-Json reportJson(const RunReport& report, bool blnJournal, std::string_view strDeploymentDirectory) {
-  const Writer writer(strDeploymentDirectory);
+Json reportJson(const ReportInResult& reported) {
+  const RunReport& report = *reported.report;
+  const Writer writer(reported);
   Json json = {{"verdict", verdictName(report.verdict)},
                {"reason", report.reason},
                {"violations", writer.list(report.violations)},
                {"losses", writer.list(report.losses)}};
-  if (blnJournal) json["journal"] = writer.list(report.journal);
+  if (reported.blnJournal) json["journal"] = writer.list(report.journal);
   if (!report.takenAttributes.empty()) {
     json["takenAttributes"] = writer.list(report.takenAttributes);
   }

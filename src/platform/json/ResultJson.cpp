@@ -51,7 +51,7 @@ std::string resultJson(const Acknowledge& objAck, const ValidationUserErrors& co
                  {"userErrors", toJson(colUserErrors)},
                  {"internalErrors", toJson(colInternalErrors)}};
   if (reported.report != nullptr) {
-    result["report"] = reportJson(*reported.report, reported.blnJournal, reported.strFolder);
+    result["report"] = reportJson(reported);
   }
   return result.dump(2, ' ', false, Json::error_handler_t::replace) + '\n';
 }

@@ -15,6 +15,9 @@ struct ReportInResult {
   const RunReport* report = nullptr;  // null: it does not
   bool blnJournal = false;            // whether its journal does too
   std::string_view strFolder = {};    // the deployment's: files below it are told relative to it
+  // The file of the object list, which is told of what that decides; empty where the caller passed
+  // a document of its own.
+  std::string_view strObjectList = {};
 };
 
 /// The result of a run as one JSON object and a line end. The order of its keys is fixed; what is

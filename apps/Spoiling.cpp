@@ -6,6 +6,8 @@
 #include <optional>
 #include <utility>
 
+#include "MomentBeyond.h"
+
 using namespace Varnel_Tolv_XML_Creation;
 
 namespace {
@@ -76,15 +78,18 @@ void addBounds(const ValueRules& rules, Spoilings& list) {
       list.add(SpoilingKind::outOfBounds, std::string(*bound));
     }
   }
-  if (!isNumber(rules)) return;
   for (const auto& [name, blnUpper] : {std::pair{"minInclusive", false},
                                        {"minExclusive", false},
                                        {"maxInclusive", true},
                                        {"maxExclusive", true}}) {
     const auto bound = rules.facet(name);
-    std::optional<std::string> strBeyond = bound ? beyond(*bound, blnUpper) : std::nullopt;
+    if (!bound) continue;
+    std::optional<std::string> strBeyond = isNumber(rules)
+                                               ? beyond(*bound, blnUpper)
+                                               : momentBeyond(rules.strPrimitive, *bound, blnUpper);
     if (strBeyond) list.add(SpoilingKind::outOfBounds, std::move(*strBeyond));
   }
+  if (!isNumber(rules)) return;
   // No type of a message counts more digits than this many.
   constexpr std::string_view kDigits = "1111111111111111111111111";
   for (const auto& [name, strBefore] : {std::pair{"fractionDigits", "1."}, {"totalDigits", ""}}) {

@@ -82,6 +82,81 @@ TEST_F(Prove, GivesJson) {
       "named": [{"questionId": "name", "rowIndex": "", "columnId": ""}]})"));
 }
 
+TEST_F(Prove, GoesBeyondTheBoundsOfDaysTimesAndYears) {
+  const struct {
+    const char *says, *base, *facets, *answer;
+    std::vector<std::string> beyond;
+  } cases[] = {
+      {"days",
+       "xs:date",
+       "<xs:minInclusive value='2026-01-01'/><xs:maxInclusive value='2028-02-28'/>",
+       "2026-03-05",
+       {"2025-12-31", "2028-02-29"}},
+      {"days, themselves left out",
+       "xs:date",
+       "<xs:minExclusive value='2026-01-01'/><xs:maxExclusive value='2027-01-01'/>",
+       "2026-03-05",
+       {"2026-01-01", "2027-01-01", "2025-12-31", "2027-01-02"}},
+      {"days with a zone",
+       "xs:date",
+       "<xs:minInclusive value='2026-01-01Z'/><xs:maxInclusive value='2026-12-31Z'/>",
+       "2026-03-05",
+       {"2025-12-31Z", "2027-01-01Z"}},
+      {"moments",
+       "xs:dateTime",
+       "<xs:minInclusive value='2026-01-01T00:00:00'/>"
+       "<xs:maxInclusive value='2026-12-31T23:59:59.5'/>",
+       "2026-03-05T09:05:07",
+       {"2025-12-31T23:59:59", "2027-01-01T00:00:00"}},
+      {"times",
+       "xs:time",
+       "<xs:minInclusive value='08:00:00'/><xs:maxInclusive value='17:30:00'/>",
+       "09:05:07",
+       {"07:59:59", "17:30:01"}},
+      {"all times of a day",
+       "xs:time",
+       "<xs:minInclusive value='00:00:00'/><xs:maxInclusive value='23:59:59'/>",
+       "09:05:07",
+       {}},
+      {"years",
+       "xs:gYear",
+       "<xs:minInclusive value='1900'/><xs:maxInclusive value='2026'/>",
+       "1985",
+       {"1899", "2027"}},
+      {"months",
+       "xs:gYearMonth",
+       "<xs:minInclusive value='2026-01'/><xs:maxInclusive value='2026-12'/>",
+       "2026-03",
+       {"2025-12", "2027-01"}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    const std::string strType = std::string_view(c.base) == "xs:date" ? "date" : "text";
+    write("objects.xml",
+          "<?xml version="1.0"?><prtobjcts>"
+          "<prtobjct id="name" objecttype="field" type="text" dynamic="false"/>"
+          "<prtobjct id="born" objecttype="field" type="" +
+              strType + "" dynamic="false"/><hdnflds/></prtobjcts>");
+    write("schema.xsd",
+          schema("<xs:element name='name' type='xs:string' minOccurs='0'/><xs:element name='born'>"
+                 "<xs:simpleType><xs:restriction base='" +
+                 std::string(c.base) + "'>" + c.facets +
+                 "</xs:restriction></xs:simpleType></xs:element>"));
+    const ProgramRun run =
+        prove("name=Ada&born=" + std::string(c.answer), {"--format", "json"});
+    ASSERT_EQ(run.status, 0) << run.out << run.err;
+    std::vector<std::string> beyond;
+    const json result = json::parse(run.out);
+    for (const json& spoiled : result["spoiled"]) {
+      if (spoiled["spoiling"] != "out-of-bounds") continue;
+      beyond.push_back(spoiled["value"].get<std::string>());
+      EXPECT_EQ(spoiled["outcome"], "wrong") << beyond.back();
+      EXPECT_EQ(spoiled["exact"], true) << beyond.back();
+    }
+    EXPECT_EQ(beyond, c.beyond);
+  }
+}
+
 TEST_F(Prove, EndsWithStatus1WhenTheExactListMissesAnAnswer) {
   // The day must be one that the name tells: without a name it is the day that is refused.
   write("schema.xsd", schema("<xs:element name='name' type='xs:string' minOccurs='0'/>"

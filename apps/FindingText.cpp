@@ -38,8 +38,9 @@ std::string findingsText(const std::vector<Finding>& findings) {
   for (const Finding& finding : findings) {
     std::string strLine = finding.file + ':' + std::to_string(finding.line) + ": ";
     strLine += severityName(finding.severity);
-    strLine += ": " + finding.message + ' ' + finding.hint + " [" + finding.code + "]";
+    strLine += ": " + finding.message + " [" + finding.code + "]";
     strText += withoutControls(strLine) + '\n';
+    if (!finding.hint.empty()) strText += "    hint: " + withoutControls(finding.hint) + '\n';
   }
   return strText;
 }

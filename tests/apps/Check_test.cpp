@@ -47,7 +47,8 @@ TEST_F(Check, TellsAnErrorAsACompilerDoes) {
   EXPECT_EQ(
       text.out,
       "object-mapper.xml:15: error: The word toschema=\"True\" is not \"true\": the answer is "
-      "silently not sent. Write toschema=\"true\" in lower case. [word-not-true]\n");
+      "silently not sent. [word-not-true]\n"
+      "    hint: Write toschema=\"true\" in lower case.\n");
   EXPECT_EQ(check({"--format", "json"}).out, R"({
   "findings": [
     {

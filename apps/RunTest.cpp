@@ -289,6 +289,7 @@ ExitStatus runTest(OptionValues values, const std::vector<std::string>& folders)
   const fs::path home = fs::current_path();
   std::size_t lngDifferent = 0;
   std::size_t lngNotRun = 0;
+  std::string strAll, strDifferent;  // what is told of all folders, and of the different ones
   for (const std::string& strFolder : folders) {
     // The folder is the current directory of its run, so that the paths in texts and traces are the
     // same wherever it stands.
@@ -304,7 +305,6 @@ ExitStatus runTest(OptionValues values, const std::vector<std::string>& folders)
                          '\n');
       continue;
     }
-    if (!outcome.lines.empty()) ++lngDifferent;
     std::string strText =
         withoutControls((outcome.lines.empty() ? "ok    " : "DIFF  ") + strFolder) + '\n';
     for (std::size_t at = 0; at < outcome.lines.size() && at < kMostShown; ++at) {
@@ -313,11 +313,17 @@ ExitStatus runTest(OptionValues values, const std::vector<std::string>& folders)
     if (outcome.lines.size() > kMostShown) {
       strText += "      and " + std::to_string(outcome.lines.size() - kMostShown) + " more\n";
     }
-    writeStandardOutput(strText);
+    strAll += strText;
+    if (outcome.lines.empty()) continue;
+    ++lngDifferent;
+    strDifferent += strText;
   }
-  writeStandardOutput(std::to_string(folders.size()) + " submissions, " +
-                      std::to_string(lngDifferent) + " different, " + std::to_string(lngNotRun) +
-                      " not run\n");
-  if (lngNotRun > 0) return kCouldNotRun;
+  // Status 2 says that standard output is empty. What was found all the same is not kept back.
+  if (lngNotRun > 0) {
+    writeStandardError(strDifferent);
+    return kCouldNotRun;
+  }
+  writeStandardOutput(strAll + std::to_string(folders.size()) + " submissions, " +
+                      std::to_string(lngDifferent) + " different, 0 not run\n");
   return lngDifferent > 0 ? kFailed : kSucceeded;
 }

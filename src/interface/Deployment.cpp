@@ -67,12 +67,13 @@ bool flag(const DeploymentValues& values, std::string_view name) {
   return strFlag == "true";
 }
 
-DateOrder dateOrder(const DeploymentValues& values) {
+/// `strWhere` is what a message begins with, of this and the next.
+DateOrder dateOrder(const DeploymentValues& values, const std::string& strWhere = "") {
   const std::string strOrder = value(values, "date-order").value_or("dmy");
   if (strOrder == "dmy") return DateOrder::dayMonthYear;
   if (strOrder == "mdy") return DateOrder::monthDayYear;
   if (strOrder == "ymd") return DateOrder::yearMonthDay;
-  refuse("date-order: \"" + strOrder + "\" is none of dmy, mdy, ymd");
+  refuse(strWhere + "date-order: \"" + strOrder + "\" is none of dmy, mdy, ymd");
 }
 
 bool fits(std::string_view strText, std::string_view strPattern) {
@@ -84,7 +85,7 @@ bool fits(std::string_view strText, std::string_view strPattern) {
   return true;
 }
 
-std::optional<FixedClock> clock(const DeploymentValues& values) {
+std::optional<FixedClock> clock(const DeploymentValues& values, const std::string& strWhere = "") {
   const std::optional<std::string> strNow = value(values, "now");
   if (!strNow) return std::nullopt;
   if (fits(*strNow, "0000-00-00T00:00:00")) {
@@ -93,7 +94,7 @@ std::optional<FixedClock> clock(const DeploymentValues& values) {
     strDate[10] = ' ';
     if (const auto now = parseDate(strDate, DateOrder::yearMonthDay)) return FixedClock(*now);
   }
-  refuse("now: \"" + *strNow + "\" is no moment of the form YYYY-MM-DDTHH:MM:SS");
+  refuse(strWhere + "now: \"" + *strNow + "\" is no moment of the form YYYY-MM-DDTHH:MM:SS");
 }
 
 /// The catalog.xml of the folder; empty when it has none.
@@ -132,6 +133,8 @@ DeploymentValues deploymentValues(std::string_view strJson, const std::string& s
     values[strKey] =
         kind == DeploymentValueKind::file ? resolved(folder, strKey, *strText) : *strText;
   }
+  static_cast<void>(dateOrder(values, strWhere));
+  static_cast<void>(clock(values, strWhere));
   return values;
 }
 

@@ -132,6 +132,8 @@ TEST_F(Deployment, IsRefusedWhenItIsMalformed) {
       {"a comment", "{} // nothing", "deployment.json"},
       {"bytes that are not UTF-8", "{\"template\": \"\xC3\x28\"}", "deployment.json"},
       {"an array", R"(["template"])", "object"},
+      {"a moment that is none", R"({"now": "never"})", "site/deployment.json: now: \"never\""},
+      {"a date order that is none", R"({"date-order": "dym"})", "site/deployment.json: date-order"},
       {"a text", R"("template")", "object"},
       {"null", "null", "object"},
       {"an unknown key", R"({"templates": "x"})", "templates"},

@@ -85,9 +85,10 @@ TEST(OpenDeployment, RefusesWhatIsNoDeploymentAndNamesTheFile) {
       {"a number for a file", R"({"template": 1})", "deployment.json: \"template\" is no text"},
       {"a text for a flag", R"({"submit": "true"})", "deployment.json: \"submit\" is no Boolean"},
       {"a date order that is none", R"({"date-order": "dym"})",
-       "date-order: \"dym\" is none of dmy, mdy, ymd"},
+       "deployment.json: date-order: \"dym\" is none of dmy, mdy, ymd"},
       {"a moment that is none", R"({"now": "2026-02-30T00:00:00"})",
-       "now: \"2026-02-30T00:00:00\" is no moment of the form YYYY-MM-DDTHH:MM:SS"},
+       "deployment.json: now: \"2026-02-30T00:00:00\" is no moment of the form "
+       "YYYY-MM-DDTHH:MM:SS"},
   };
   const TemporaryDirectory folder;
   for (const auto& c : cases) {

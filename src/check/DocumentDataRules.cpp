@@ -111,10 +111,12 @@ void findInfosWithoutTarget(const ParsedDeployment& deployment, Findings& findin
     const std::string strWrong = wrongWith(deployment, objParent.text() + "/" + objNode.text());
     if (strWrong.empty()) continue;
     const bool blnParent = !wrongWith(deployment, objParent.text()).empty();
-    findings.add(deployment.objectMapper, blnParent ? objParent : objNode, "", "",
-                 "The path " + inQuotes(objParent.text() + "/" + objNode.text()) +
-                     " of the docinfo " + inQuotes(id) + " " + strWrong + ": it is not written.",
-                 "Let the template hold the element; capitals count.");
+    findings
+        .add(deployment.objectMapper, blnParent ? objParent : objNode, "", "",
+             "The path " + inQuotes(objParent.text() + "/" + objNode.text()) + " of the docinfo " +
+                 inQuotes(id) + " " + strWrong + ": it is not written.",
+             "Let the template hold the element; capitals count.")
+        .strPath = objParent.text() + "/" + objNode.text();
   }
 }
 
@@ -269,6 +271,11 @@ std::string joined(const std::set<std::string>& names) {
   return strNames;
 }
 
+/// The path of a node with this name among those that a path selects.
+std::string pathOfType(const std::string& strPath, const std::string& strType) {
+  return strPath.substr(0, strPath.rfind('/') + 1) + strType;
+}
+
 /// The places below the parent to which the steps of makehcpdetailtype copy. Each adds to the path
 /// of those behind it, so what follows one that is not there says nothing new.
 void findSubPaths(const ParsedDeployment& deployment, std::string strParent,
@@ -284,23 +291,26 @@ void findSubPaths(const ParsedDeployment& deployment, std::string strParent,
     strParent += "/" + strUnder;
     const std::string strWrong = wrongWith(deployment, strParent);
     if (strWrong.empty()) continue;
-    findings.add(deployment.objectMapper, objStep, "under", "",
-                 "The path " + inQuotes(strParent) + " " + strWrong + ": nothing is copied there.",
-                 "Name an element that a step before creates, or the parent has.");
+    findings
+        .add(deployment.objectMapper, objStep, "under", "",
+             "The path " + inQuotes(strParent) + " " + strWrong + ": nothing is copied there.",
+             "Name an element that a step before creates, or the parent has.")
+        .strPath = strParent;
     return;
   }
 }
 
 void findRulePaths(const ParsedDeployment& deployment, Findings& findings) {
   if (!isMapper(deployment) || !deployment.shape().isKnown()) return;
-  if (deployment.shape().isInDoubt()) return;  // what is missed may be what is in doubt
   const auto look = [&](const Node& objPath, const char* consequence) {
     if (!objPath || isBlank(objPath.text())) return;
     const std::string strWrong = wrongWith(deployment, objPath.text());
     if (strWrong.empty()) return;
-    findings.add(deployment.objectMapper, objPath, "", "",
-                 "The path " + inQuotes(objPath.text()) + " " + strWrong + ": " + consequence + ".",
-                 "Write a path of the template or of what the mapping makes; capitals count.");
+    findings
+        .add(deployment.objectMapper, objPath, "", "",
+             "The path " + inQuotes(objPath.text()) + " " + strWrong + ": " + consequence + ".",
+             "Write a path of the template or of what the mapping makes; capitals count.")
+        .strPath = objPath.text();
   };
   for (const Node& objRule : rulesOf(deployment)) {
     look(childElement(objRule, "node"), "the rule copies nothing");
@@ -312,10 +322,12 @@ void findRulePaths(const ParsedDeployment& deployment, Findings& findings) {
       // An odd word has a rule of its own.
       if (!names.empty() && !isBlank(strType) && !hasCapitals(strType) &&
           !names.contains(strType)) {
-        findings.add(deployment.objectMapper, objType, kType, "",
-                     "None of the nodes that " + inQuotes(childText(objRule, "node")) +
-                         " can select has the name " + inQuotes(strType) + ": nothing is copied.",
-                     "Write one of " + joined(names) + ".");
+        findings
+            .add(deployment.objectMapper, objType, kType, "",
+                 "None of the nodes that " + inQuotes(childText(objRule, "node")) +
+                     " can select has the name " + inQuotes(strType) + ": nothing is copied.",
+                 "Write one of " + joined(names) + ".")
+            .strPath = pathOfType(childText(objRule, "node"), strType);
       }
       const Node objTypeAction = childElement(objType, "action");
       const Node objFrom = childElement(objTypeAction, "node");
@@ -327,10 +339,12 @@ void findRulePaths(const ParsedDeployment& deployment, Findings& findings) {
         if (!blnCopy || !objFrom || !wrongWith(deployment, objFrom.text()).empty()) continue;
         const std::string strWrong = wrongWith(deployment, objFrom.text() + "/" + objStep.text());
         if (strWrong.empty()) continue;
-        findings.add(deployment.objectMapper, objStep, "", "",
-                     "The path " + inQuotes(objFrom.text() + "/" + objStep.text()) + " " +
-                         strWrong + ": nothing is copied.",
-                     "Name a child of the node that is copied from.");
+        findings
+            .add(deployment.objectMapper, objStep, "", "",
+                 "The path " + inQuotes(objFrom.text() + "/" + objStep.text()) + " " + strWrong +
+                     ": nothing is copied.",
+                 "Name a child of the node that is copied from.")
+            .strPath = objFrom.text() + "/" + objStep.text();
       }
     }
   }
@@ -353,7 +367,6 @@ void findAppendWords(const ParsedDeployment& deployment, Findings& findings) {
 /// References that are not there end the run, unless copies may go to the end.
 void findMissingReferences(const ParsedDeployment& deployment, Findings& findings) {
   if (!isMapper(deployment) || !deployment.shape().isKnown()) return;
-  if (deployment.shape().isInDoubt()) return;  // what is missed may be what is in doubt
   const MessageShape& shape = deployment.shape();
   for (const Node& objRule : rulesOf(deployment)) {
     const Node objBefore = childElement(objRule, "insertbefore");
@@ -370,13 +383,15 @@ void findMissingReferences(const ParsedDeployment& deployment, Findings& finding
       blnFound = blnFound || objReference;
       const bool blnChild = objReference && objReference.parentNode() == objParent;
       if (blnChild || strReason.find("refix") != std::string::npos) continue;
-      findings.add(deployment.objectMapper, objPath, "", "",
-                   "The reference " + inQuotes(strPath) +
-                       (!strReason.empty() ? " cannot be evaluated: " + strReason
-                        : objReference     ? " is no child of the parent."
-                                           : " is never found below the parent: " +
-                                             std::string("a copy cannot go before it.")),
-                   "Name a child of the parent; capitals count.");
+      findings
+          .add(deployment.objectMapper, objPath, "", "",
+               "The reference " + inQuotes(strPath) +
+                   (!strReason.empty() ? " cannot be evaluated: " + strReason
+                    : objReference     ? " is no child of the parent."
+                                       : " is never found below the parent: " +
+                                         std::string("a copy cannot go before it.")),
+               "Name a child of the parent; capitals count.")
+          .strPath = strParent + "/" + strPath;
     }
     if (childElements(objBefore).empty()) {
       findings.add(deployment.objectMapper, objBefore, "", "",

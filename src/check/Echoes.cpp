@@ -2,125 +2,187 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <map>
 #include <set>
 #include <span>
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <utility>
+
+#include "check/BrokenEntries.h"
+#include "check/StepNames.h"
+#include "platform/text/Text.h"
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {
 
 using Codes = std::span<const std::string_view>;
 
-/// Which findings follow from which: a finding of one of the causes accounts for those of the
-/// echoes.
-struct Echo {
-  Codes causes;
-  Codes echoes;
-  std::size_t lngFrom = 1;     // only where there are as many echoes
-  bool blnSameObject = false;  // only those about the object of the cause
-  bool blnOfNone = false;      // only causes that concern no single object
-  bool blnSameFile = false;    // only those in the file of the cause
-};
-
+// What is found only because something else is wrong with the names that lead to it.
 constexpr std::string_view kNamespaces[] = {"namespace-unusable", "no-namespace-element",
-                                            "ref-and-name-apart", "registered-otherwise"};
-constexpr std::string_view kUnregistered[] = {"prefix-not-registered"};
+                                            "ref-and-name-apart", "registered-otherwise",
+                                            "default-namespace"};
 constexpr std::string_view kRoots[] = {"root-undeclared", "elements-unqualified"};
-constexpr std::string_view kReferenceRoot[] = {"reference-root"};
-constexpr std::string_view kDefault[] = {"default-namespace"};
-constexpr std::string_view kTemplate[] = {"not-in-template"};
-constexpr std::string_view kEntry[] = {"path-undeclared", "step-without-prefix",
-                                       "prefix-not-registered"};
-constexpr std::string_view kMapping[] = {
-    "misspelt-element", "misspelt-attribute",  "empty-id",
-    "apostrophe",       "blank-ends",          "capitals",
-    "no-mapping",       "toschema-no-boolean", "word-not-true",
-    "no-place",         "half-extrapath",      "names-nothing",
-    "unknown-action",   "not-two-parameters",  "parameter-empty",
-    "flag-not-true",    "place-misspelt",      "parameter-without-place"};
-constexpr std::string_view kUnsent[] = {"question-not-sent"};
-constexpr std::string_view kDocData[] = {"docdata-incomplete"};
 
-/// What is judged by where elements stand, and by their names with the namespaces.
-constexpr std::string_view kPlaces[] = {"path-names-nothing",    "parent-of-answer",
+/// Of what is judged by where elements stand what the schema says, and what the paths say.
+constexpr std::string_view kBySchema[] = {
+    "template-undeclared", "template-order",       "path-undeclared",     "path-position",
+    "path-repeated",       "path-in-template",     "choice-both",         "mandatory-unfilled",
+    "unknown-action",      "reference-undeclared", "reference-incomplete"};
+constexpr std::string_view kByPath[] = {"path-names-nothing",    "parent-of-answer",
                                         "path-excludes-itself",  "too-few-places",
                                         "not-in-template",       "docinfo-names-nothing",
                                         "docnode-names-nothing", "insertbefore-names-nothing",
                                         "question-path",         "column-path",
                                         "question-not-sent",     "not-in-reference",
-                                        "reference-misspelt",    "reference-unknown",
-                                        "template-undeclared",   "template-order",
-                                        "path-undeclared",       "path-position",
-                                        "path-repeated",         "path-in-template",
-                                        "choice-both",           "mandatory-unfilled",
-                                        "reference-undeclared",  "reference-incomplete",
-                                        "unknown-action"};
-constexpr std::string_view kReference[] = {
+                                        "reference-misspelt",    "reference-unknown"};
+constexpr std::string_view kOfReference[] = {
     "unknown-attribute",    "misspelt-attribute", "not-in-reference", "reference-undeclared",
     "reference-incomplete", "reference-misspelt", "reference-unknown"};
-constexpr std::string_view kBelow[] = {"path-names-nothing", "docinfo-names-nothing",
-                                       "question-not-sent"};
-constexpr std::string_view kOfMessage[] = {"mandatory-unfilled",         "docnode-names-nothing",
-                                           "insertbefore-names-nothing", "reference-misspelt",
-                                           "reference-unknown",          "reference-incomplete"};
-constexpr std::string_view kOfQuestion[] = {"question-path", "question-not-sent"};
-constexpr std::string_view kOfDocData[] = {"mandatory-unfilled", "reference-unknown"};
 
-constexpr Echo kEchoes[] = {
-    {.causes = kNamespaces, .echoes = kPlaces, .lngFrom = 4},
-    {.causes = kUnregistered, .echoes = kPlaces, .lngFrom = 4, .blnOfNone = true},
-    {.causes = kRoots, .echoes = kPlaces},
-    {.causes = kDefault, .echoes = kPlaces, .lngFrom = 4},
-    {.causes = kReferenceRoot, .echoes = kReference, .blnSameFile = true},
-    {.causes = kTemplate, .echoes = kBelow, .lngFrom = 5},
-    {.causes = kEntry, .echoes = kOfMessage},
-    {.causes = kEntry, .echoes = kOfQuestion, .blnSameObject = true},
-    {.causes = kMapping, .echoes = kUnsent},
-    {.causes = kDocData, .echoes = kOfDocData, .lngFrom = 4},
-};
+/// What misses an element that an entry of the mapping should make.
+constexpr std::string_view kOfElement[] = {"mandatory-unfilled", "docnode-names-nothing",
+                                           "insertbefore-names-nothing", "reference-misspelt",
+                                           "reference-unknown"};
+constexpr std::string_view kBelowTemplate[] = {"path-names-nothing", "docinfo-names-nothing"};
+constexpr std::string_view kOfDocData[] = {"mandatory-unfilled", "reference-unknown"};
+constexpr std::string_view kEntryPath[] = {"path-undeclared", "step-without-prefix",
+                                           "prefix-not-registered"};
 
 bool contains(Codes codes, std::string_view strCode) {
   return std::ranges::find(codes, strCode) != codes.end();
 }
 
-/// What a cause says of, which decides whether an echo is one of it.
-struct Told {
-  bool blnAny = false;
-  std::set<std::string> objects, files;
+class EchoFinder {
+ public:
+  EchoFinder(const ParsedDeployment& deployment, const std::vector<Found>& findings)
+      : deployment_(deployment), findings_(findings), left_(findings.size(), true) {}
+
+  std::vector<bool> left() {
+    leaveOutOfEntries();
+    leaveOutOfTemplate();
+    leaveOutOfDocumentData();
+    leaveOutOfNamespaces();
+    leaveOutOfRoots();
+    return std::move(left_);
+  }
+
+ private:
+  /// Leaves out the findings with these codes of which `isEcho` is true, where there are as many.
+  template <class IsEcho>
+  void leaveOut(Codes codes, std::size_t lngFrom, const IsEcho& isEcho) {
+    std::vector<std::size_t> echoes;
+    for (std::size_t at = 0; at < findings_.size(); ++at) {
+      if (left_[at] && contains(codes, findings_[at].code) && isEcho(findings_[at])) {
+        echoes.push_back(at);
+      }
+    }
+    if (echoes.size() < lngFrom) return;
+    for (const std::size_t at : echoes) left_[at] = false;
+  }
+
+  /// The errors with these codes.
+  template <class Visit>
+  void forEachError(Codes codes, const Visit& visit) const {
+    for (const Found& finding : findings_) {
+      if (finding.severity == Severity::error && contains(codes, finding.code)) visit(finding);
+    }
+  }
+
+  /// An entry that does not do what it should is told; what it should make, and the answers that it
+  /// takes along, are missed for that reason.
+  void leaveOutOfEntries() {
+    const BrokenEntries broken(deployment_, findings_);
+    if (broken.isEmpty()) return;
+    const auto isToBeMade = [&](const Found& finding) {
+      const std::vector<std::string> paths = split(finding.strPath, "|");
+      return std::ranges::any_of(
+          paths, [&](const std::string& strPath) { return broken.wereToMake(stepNames(strPath)); });
+    };
+    leaveOut(kOfElement, 1, isToBeMade);
+    constexpr std::string_view kNotSent[] = {"question-not-sent"};
+    leaveOut(kNotSent, 1, [&](const Found& finding) {
+      return broken.takeAlong(finding.object) || isToBeMade(finding);
+    });
+
+    std::set<std::string> objects;
+    forEachError(kEntryPath, [&](const Found& cause) { objects.insert(cause.object); });
+    constexpr std::string_view kOfQuestion[] = {"question-path", "question-not-sent"};
+    leaveOut(kOfQuestion, 1,
+             [&](const Found& finding) { return objects.contains(finding.object); });
+  }
+
+  /// An element of the template that many look for; few are told too, as one of them may be wrong.
+  void leaveOutOfTemplate() {
+    constexpr std::string_view kCause[] = {"not-in-template"};
+    forEachError(kCause, [&](const Found& cause) {
+      const StepNames missing = stepNames(cause.strPath);
+      leaveOut(kBelowTemplate, 5, [&](const Found& finding) {
+        const StepNames names = stepNames(finding.strPath);
+        return names.size() >= missing.size() && areOnOneWay(names, missing);
+      });
+    });
+  }
+
+  /// Without the document data all that it writes is missed: what no question names.
+  void leaveOutOfDocumentData() {
+    constexpr std::string_view kCause[] = {"docdata-incomplete"};
+    bool blnAny = false;
+    forEachError(kCause, [&](const Found&) { blnAny = true; });
+    if (!blnAny) return;
+    std::vector<StepNames> asked;
+    for (const Question& question : deployment_.questions) {
+      asked.push_back(stepNames(question.strXPath));
+    }
+    leaveOut(kOfDocData, 4, [&](const Found& finding) {
+      const StepNames names = stepNames(finding.strPath);
+      return std::ranges::none_of(
+          asked, [&](const StepNames& question) { return areOnOneWay(question, names); });
+    });
+  }
+
+  // Namespaces and roots are usually mended before; here are those of which nobody knows how.
+
+  void leaveOutOfNamespaces() {
+    bool blnAny = false;
+    forEachError(kNamespaces, [&](const Found&) { blnAny = true; });
+    constexpr std::string_view kUnregistered[] = {"prefix-not-registered"};
+    forEachError(kUnregistered,
+                 [&](const Found& cause) { blnAny = blnAny || cause.object.empty(); });
+    if (!blnAny) return;
+    leaveOut(kByPath, 4, [](const Found&) { return true; });
+    leaveOut(kBySchema, 4, [](const Found&) { return true; });
+  }
+
+  void leaveOutOfRoots() {
+    forEachError(kRoots, [&](const Found& cause) {
+      leaveOut(kBySchema, 1, [](const Found&) { return true; });
+      // Paths that begin with the root of the template are not led astray by it.
+      const StepNames root = stepNames(cause.strPath);
+      if (root.empty()) return;
+      leaveOut(kByPath, 1, [&](const Found& finding) {
+        return !areOnOneWay(stepNames(finding.strPath), root);
+      });
+    });
+    constexpr std::string_view kReferenceRoot[] = {"reference-root"};
+    forEachError(kReferenceRoot, [&](const Found& cause) {
+      leaveOut(kOfReference, 1, [&](const Found& finding) { return finding.file == cause.file; });
+    });
+  }
+
+  const ParsedDeployment& deployment_;
+  const std::vector<Found>& findings_;
+  std::vector<bool> left_;
 };
 
 }  // namespace
 
-// A cause that is itself an echo of another still counts: both go when that is mended. Each row is
+// A cause that is itself an echo of another still counts: both go when that is mended. Each kind is
 // one pass over the findings.
-std::vector<Finding> withoutEchoes(std::vector<Finding> findings) {
-  std::vector<bool> left(findings.size(), true);
-  for (const Echo& echo : kEchoes) {
-    Told told;
-    for (const Finding& finding : findings) {
-      const bool blnCause = finding.severity == Severity::error &&
-                            contains(echo.causes, finding.code) &&
-                            (!echo.blnOfNone || finding.object.empty());
-      if (!blnCause) continue;
-      told.blnAny = true;
-      told.objects.insert(finding.object);
-      told.files.insert(finding.file);
-    }
-    if (!told.blnAny) continue;
-    std::vector<std::size_t> echoes;
-    for (std::size_t at = 0; at < findings.size(); ++at) {
-      const Finding& finding = findings[at];
-      if (!contains(echo.echoes, finding.code)) continue;
-      if (echo.blnSameObject && !told.objects.contains(finding.object)) continue;
-      if (echo.blnSameFile && !told.files.contains(finding.file)) continue;
-      echoes.push_back(at);
-    }
-    if (echoes.size() < echo.lngFrom) continue;
-    for (const std::size_t at : echoes) left[at] = false;
-  }
-  std::vector<Finding> rest;
+std::vector<Found> withoutEchoes(const ParsedDeployment& deployment, std::vector<Found> findings) {
+  const std::vector<bool> left = EchoFinder(deployment, findings).left();
+  std::vector<Found> rest;
   for (std::size_t at = 0; at < findings.size(); ++at) {
     if (left[at]) rest.push_back(std::move(findings[at]));
   }

@@ -15,28 +15,29 @@ void Findings::begin(const Rule& rule) {
   lngOfRule_ = 0;
 }
 
-void Findings::add(const ParsedFile& file, const Node& objElement, std::string_view strAttribute,
-                   std::string_view strObject, std::string strMessage, std::string strHint) {
+Found& Findings::add(const ParsedFile& file, const Node& objElement, std::string_view strAttribute,
+                     std::string_view strObject, std::string strMessage, std::string strHint) {
   const bool blnKept = lngOfRule_ < kMostOfOneRule;
-  add(file, blnKept ? file.lineOf(objElement, strAttribute) : 1, strObject, std::move(strMessage),
-      std::move(strHint));
+  return add(file, blnKept ? file.lineOf(objElement, strAttribute) : 1, strObject,
+             std::move(strMessage), std::move(strHint));
 }
 
-void Findings::add(const ParsedFile& file, std::size_t lngLine, std::string_view strObject,
-                   std::string strMessage, std::string strHint) {
-  add(file.path(), lngLine, strObject, std::move(strMessage), std::move(strHint));
+Found& Findings::add(const ParsedFile& file, std::size_t lngLine, std::string_view strObject,
+                     std::string strMessage, std::string strHint) {
+  return add(file.path(), lngLine, strObject, std::move(strMessage), std::move(strHint));
 }
 
-void Findings::add(const std::string& strPath, std::size_t lngLine, std::string_view strObject,
-                   std::string strMessage, std::string strHint) {
-  if (++lngOfRule_ > kMostOfOneRule) return;
-  findings_.push_back({.severity = rule_->severity,
-                       .code = std::string(rule_->strCode),
-                       .file = strPath,
-                       .line = std::max<std::size_t>(lngLine, 1),
-                       .object = std::string(strObject),
-                       .message = oneLine(strMessage),
-                       .hint = oneLine(strHint)});
+Found& Findings::add(const std::string& strPath, std::size_t lngLine, std::string_view strObject,
+                     std::string strMessage, std::string strHint) {
+  if (++lngOfRule_ > kMostOfOneRule) return spare_ = {};
+  findings_.push_back({{.severity = rule_->severity,
+                        .code = std::string(rule_->strCode),
+                        .file = strPath,
+                        .line = std::max<std::size_t>(lngLine, 1),
+                        .object = std::string(strObject),
+                        .message = oneLine(strMessage),
+                        .hint = oneLine(strHint)}});
+  return findings_.back();
 }
 
 void Findings::close() {
@@ -46,17 +47,21 @@ void Findings::close() {
   lngOfRule_ = 0;
 }
 
-std::vector<Finding> Findings::take() {
+std::vector<Found> Findings::take() {
   close();
+  inOrder(findings_);
+  return std::move(findings_);
+}
+
+void inOrder(std::vector<Found>& findings) {
   std::unordered_map<std::string, std::size_t> order;  // files, by their first finding
-  for (const Finding& finding : findings_) order.emplace(finding.file, order.size());
-  std::stable_sort(findings_.begin(), findings_.end(),
+  for (const Finding& finding : findings) order.emplace(finding.file, order.size());
+  std::stable_sort(findings.begin(), findings.end(),
                    [&](const Finding& left, const Finding& right) {
                      const std::size_t lngLeft = order.at(left.file);
                      const std::size_t lngRight = order.at(right.file);
                      return lngLeft != lngRight ? lngLeft < lngRight : left.line < right.line;
                    });
-  return std::move(findings_);
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -5,12 +5,20 @@
 #include <string_view>
 #include <vector>
 
+#include "check/Mends.h"
 #include "check/ParsedFile.h"
 #include "result/Finding.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
 struct Rule;
+
+/// A finding with what tells whether it follows from another one.
+struct Found : Finding {
+  // Of the element of the message that it is about, or of several joined by "|"; or empty.
+  std::string strPath = {};
+  Mends mends = {};  // by which what is wrong would be right; none where that is not known
+};
 
 /// Where rules put what they find. Of one rule at most `kMostOfOneRule` findings are kept; the last
 /// of them then tells how many more there are.
@@ -21,27 +29,32 @@ class Findings {
   /// What is added from here on was found by this rule.
   void begin(const Rule& rule);
 
-  /// Adds what is wrong with an element, or with the attribute of it that has this name.
-  void add(const ParsedFile& file, const Node& objElement, std::string_view strAttribute,
-           std::string_view strObject, std::string strMessage, std::string strHint);
+  /// Adds what is wrong with an element, or with the attribute of it that has this name. What comes
+  /// back takes more of it until the next is added.
+  Found& add(const ParsedFile& file, const Node& objElement, std::string_view strAttribute,
+             std::string_view strObject, std::string strMessage, std::string strHint);
 
   /// Adds what is wrong with a file as a whole, or on one line of it.
-  void add(const ParsedFile& file, std::size_t lngLine, std::string_view strObject,
-           std::string strMessage, std::string strHint);
+  Found& add(const ParsedFile& file, std::size_t lngLine, std::string_view strObject,
+             std::string strMessage, std::string strHint);
 
   /// The same of a file that is none of the deployment's own, by its path.
-  void add(const std::string& strPath, std::size_t lngLine, std::string_view strObject,
-           std::string strMessage, std::string strHint);
+  Found& add(const std::string& strPath, std::size_t lngLine, std::string_view strObject,
+             std::string strMessage, std::string strHint);
 
-  /// All of them, those of one file together and in the order of its lines.
-  std::vector<Finding> take();
+  /// All of them, as `inOrder` puts them.
+  std::vector<Found> take();
 
  private:
   void close();
 
-  std::vector<Finding> findings_;
+  std::vector<Found> findings_;
+  Found spare_;  // what nobody is told of
   const Rule* rule_ = nullptr;
   std::size_t lngOfRule_ = 0;
 };
+
+/// Those of one file together and in the order of its lines.
+void inOrder(std::vector<Found>& findings);
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -161,11 +161,17 @@ std::vector<std::size_t> MessageBuilding::findAll(std::string_view strPath) cons
   return here;
 }
 
-void MessageBuilding::noteUnfollowed(std::string_view strNodePath) {
+/// `object` is the one to whose question's place the path should lead; null where none says it.
+void MessageBuilding::noteUnfollowed(std::string_view strNodePath, const FormObject* object) {
+  constexpr std::size_t kMostOfOneName = 100;  // more of them say nothing new
+  const Question* const question = object ? deployment_.question(object->strId) : nullptr;
+  const StepNames said = question ? stepNames(question->strXPath) : StepNames();
   std::size_t at = 0;
   while (at <= strNodePath.size()) {
     const std::size_t lngEnd = std::min(strNodePath.find('/', at), strNodePath.size());
-    plan_.unfollowed_.insert(lastStep(strNodePath.substr(at, lngEnd - at)));
+    auto& places = plan_.unfollowed_[lastStep(strNodePath.substr(at, lngEnd - at))];
+    if (places.size() >= kMostOfOneName) places.assign(1, {});
+    places.push_back(said);
     at = lngEnd + 1;
   }
 }
@@ -226,7 +232,7 @@ void MessageBuilding::placeField(const FormObject& object) {
   if (entry.objNodePath && !isBlank(entry.strParentXPath)) {
     const Found parent = find(entry.strParentXPath);
     if (parent.lngElement == 0) {
-      noteUnfollowed(entry.strNodePath);
+      noteUnfollowed(entry.strNodePath, &object);
     } else {
       const std::size_t lngElement = makePath(parent.lngElement, entry.strNodePath, objAt, &object,
                                               &entry, parent.blnConditional);
@@ -266,7 +272,7 @@ void MessageBuilding::placeTable(const FormObject& object) {
   const Found parent = find(entry.strParentXPath);
   const auto steps = stepsOf(entry.strNodePath);
   if (parent.lngElement == 0 || !steps || steps->size() != 1) {
-    return noteUnfollowed(entry.strNodePath);
+    return noteUnfollowed(entry.strNodePath, &object);
   }
   const PathStep& step = steps->front();
   MessageElement element;

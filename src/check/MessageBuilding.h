@@ -53,7 +53,7 @@ class MessageBuilding {
   void declare(MessageElement& element) const;
   void write(std::size_t lngElement, Source source, const FormObject* object, const Place& place,
              std::string strType = {}, std::string strConstant = {}, std::string strColumn = {});
-  void noteUnfollowed(std::string_view strNodePath);
+  void noteUnfollowed(std::string_view strNodePath, const FormObject* object = nullptr);
   std::optional<std::string> prefixAt(std::size_t lngElement, std::string_view strPrefix) const;
   std::optional<QualifiedName> nameOf(const PathStep& step) const;
   MessageElement like(std::size_t lngSource) const;

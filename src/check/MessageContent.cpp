@@ -56,7 +56,7 @@ class ContentJudge {
         judgeText(element);
       }
       judgeOrder(element);
-      judgeRequired(element);
+      judgeRequired(at);
       judgeMarks(element);
       judgeId(element);
     }
@@ -65,9 +65,16 @@ class ContentJudge {
 
  private:
   void tell(std::string_view strCode, const MessageElement& at, std::string strMessage,
-            std::string strHint, std::string strAttribute = {}) {
+            std::string strHint, std::string strAttribute = {}, std::string strElementPath = {}) {
     plan_.tell({strCode, at.place, std::move(strAttribute), "", 1, objectOf(at),
-                std::move(strMessage), std::move(strHint)});
+                std::move(strMessage), std::move(strHint), std::move(strElementPath)});
+  }
+
+  /// Tells what nothing makes, or fills, at a path.
+  void tellUnfilled(const MessageElement& at, std::string strPath, std::string strMessage,
+                    std::string strHint) {
+    tell("mandatory-unfilled", at, std::move(strMessage), std::move(strHint), "",
+         std::move(strPath));
   }
 
   bool isAsItsSource(const MessageElement& element) const {
@@ -88,13 +95,42 @@ class ContentJudge {
     return strNames.empty() ? "nothing" : strNames;
   }
 
+  /// Another namespace, in all files, or the name with which the paths of the mapping begin, where
+  /// the schema has such a root.
+  Mends mendsOfRoot(const MessageElement& root) const {
+    Mends mends;
+    const ParsedDeployment& deployment = plan_.deployment();
+    const SchemaModel& schema = *plan_.schema();
+    const std::string strUri =
+        schema.files().empty() ? std::string() : schema.files().front().strTargetNamespace;
+    if (!strUri.empty() && !root.strUri.empty() && schema.root({strUri, root.name().strLocal})) {
+      for (const ParsedFile* const file : deployment.all()) {
+        if (file->isNamed()) mends.addQuoted(file->path(), root.strUri, strUri);
+      }
+      return mends;
+    }
+    for (const MappingEntry& entry : deployment.entries) {
+      const auto steps = stepsOf(entry.strParentXPath);
+      if (!steps || steps->front().blnAny) continue;
+      const std::string& strMeant = steps->front().strLocal;
+      const std::string strLocal = root.name().strLocal;
+      if (strMeant == strLocal || !schema.root({root.strUri, strMeant})) continue;
+      const std::string strPrefix = root.strName.substr(0, root.strName.size() - strLocal.size());
+      mends.addName(deployment.messageTemplate.path(), root.strName, strPrefix + strMeant);
+      break;
+    }
+    return mends;
+  }
+
   void tellUndeclared(const MessageElement& element) {
     const MessageElement& parent = elements_[element.lngParent];
     if (element.lngParent == 0) {
-      return tell("root-undeclared", element,
-                  "The root of the template, " + shown(element.name()) +
-                      ", is no element that the schema declares.",
-                  "Every message has this root and is invalid: correct its name or namespace.");
+      return plan_.tell(
+          {"root-undeclared", element.place, "", "", 1, "",
+           "The root of the template, " + shown(element.name()) +
+               ", is no element that the schema declares.",
+           "Every message has this root and is invalid: correct its name or namespace.",
+           "/" + element.strName, mendsOfRoot(element)});
     }
     std::string strHint = "The schema has there: " + choicesIn(parent.declared) + ".";
     for (const ContentOutline::Child& child : plan_.contentOf(parent.declared).children()) {
@@ -291,14 +327,15 @@ class ContentJudge {
     return child.blnMany ? ContentOutline::kUnbounded : 1;
   }
 
-  void judgeRequired(const MessageElement& element) {
+  void judgeRequired(std::size_t lngElement) {
+    const MessageElement& element = elements_[lngElement];
     const ContentOutline& content = plan_.contentOf(element.declared);
     std::map<QualifiedName, std::size_t> there;  // how many of each name there can be
     for (const std::size_t lngChild : element.children) {
       there[elements_[lngChild].name()] += mostOf(elements_[lngChild]);
     }
     const auto countOf = [&](const DeclaredElement& declared) -> std::size_t {
-      if (plan_.mayBeMadeElsewhere(declared.name().strLocal)) return ContentOutline::kUnbounded;
+      if (plan_.mayBeMadeElsewhere(declared.name().strLocal, lngElement)) return ContentOutline::kUnbounded;
       const auto own = there.find(declared.name());
       std::size_t lngCount = own == there.end() ? 0 : own->second;
       for (const DeclaredElement& other : declared.substitutes()) {
@@ -340,11 +377,12 @@ class ContentJudge {
                "\", and nothing makes any of them.",
            "Map a question to one of them, or put it into the template.");
     }
-    judgeEmpty(element);
+    judgeEmpty(lngElement);
   }
 
   /// An element that stays empty, whatever is answered, where the schema wants a value.
-  void judgeEmpty(const MessageElement& element) {
+  void judgeEmpty(std::size_t lngElement) {
+    const MessageElement& element = elements_[lngElement];
     const bool blnMade = element.origin == Origin::fromFile || element.origin == Origin::content;
     if (!blnMade || element.blnFilled || !element.children.empty()) return;
     const MessageElement& parent = elements_[element.lngParent];
@@ -353,9 +391,10 @@ class ContentJudge {
                                    plan_.contentOf(parent.declared).requiresChild(element.name()));
     if (!blnNeeded || !element.declared.value() || element.declared.defaultValue()) return;
     if (!element.declared.accepts("")) {
-      tell("mandatory-unfilled", element,
-           "The schema requires a value of \"" + element.strName + "\", and nothing fills it.",
-           "Map a question to it, or write a value into it.");
+      tellUnfilled(
+          element, plan_.pathOf(lngElement),
+          "The schema requires a value of \"" + element.strName + "\", and nothing fills it.",
+          "Map a question to it, or write a value into it.");
     }
   }
 

@@ -123,6 +123,16 @@ std::string MessagePlan::pathOf(std::size_t lngElement) const {
   return strPath;
 }
 
+bool MessagePlan::mayBeMadeElsewhere(const std::string& strLocal, std::size_t lngParent) const {
+  const auto found = unfollowed_.find(strLocal);
+  if (found == unfollowed_.end()) return false;
+  StepNames names = stepNames(pathOf(lngParent));
+  names.push_back(strLocal);
+  return std::ranges::any_of(found->second, [&](const StepNames& said) {
+    return said.empty() || areOnOneWay(said, names);
+  });
+}
+
 std::size_t MessagePlan::childOf(std::size_t lngParent, const QualifiedName& name) const {
   const auto found = firstChildren_.find({lngParent, name});
   return found == firstChildren_.end() ? 0 : found->second;

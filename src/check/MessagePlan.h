@@ -12,7 +12,9 @@
 #include <utility>
 #include <vector>
 
+#include "check/Mends.h"
 #include "check/ParsedDeployment.h"
+#include "check/StepNames.h"
 #include "platform/schema/SchemaModel.h"
 
 // Every element that a deployment can put into a message, in the order in which a run makes them,
@@ -87,6 +89,8 @@ struct MessageProblem {
   std::string strObject;
   std::string strMessage;
   std::string strHint;
+  std::string strElementPath = {};  // what a Found has as its path
+  Mends mends = {};
 };
 
 class MessagePlan {
@@ -119,10 +123,9 @@ class MessagePlan {
   /// The first child of a name, as expressions see it; 0 when there is none.
   std::size_t childOf(std::size_t lngParent, const QualifiedName& name) const;
 
-  /// Whether something that could not be followed makes elements of this local name somewhere.
-  bool mayBeMadeElsewhere(const std::string& strLocal) const {
-    return unfollowed_.contains(strLocal);
-  }
+  /// Whether something that could not be followed makes elements of this local name, and may make
+  /// one below an element.
+  bool mayBeMadeElsewhere(const std::string& strLocal, std::size_t lngParent) const;
 
   /// Adds a problem. Of those with one code no more are kept than anybody is told of.
   void tell(MessageProblem problem);
@@ -138,7 +141,8 @@ class MessagePlan {
   std::vector<MessageProblem> problems_;
   std::map<std::string_view, std::size_t> problemsOfCode_;
   std::map<std::pair<std::size_t, QualifiedName>, std::size_t> firstChildren_;
-  std::unordered_set<std::string> unfollowed_;  // local names
+  // By local names: where the questions say that they stand; without steps where none says it.
+  std::unordered_map<std::string, std::vector<StepNames>> unfollowed_;
   mutable std::unordered_map<const void*, std::unique_ptr<const ContentOutline>> contents_;
 };
 

@@ -19,59 +19,6 @@
 namespace Varnel_Tolv_XML_Creation {
 namespace {
 
-void findUnusableEntries(const ParsedDeployment& deployment, Findings& findings) {
-  const ParsedFile& list = deployment.namespaceList;
-  if (!list.isLoaded()) return;
-  if (deployment.namespaces.empty()) {
-    findings.add(list, list.root(), "", "", "The list has no namespace: every form fails.",
-                 "Register the namespaces of the message.");
-  }
-  std::unordered_set<std::string> seen;
-  for (const NamespaceEntry& entry : deployment.namespaces) {
-    std::string strReason;
-    try {
-      Document::create().setSelectionNamespaces("xmlns:" + entry.strPrefix + "='" + entry.strName +
-                                                "'");
-    } catch (const RuntimeError& error) {
-      if (error.number() == kOutOfMemory) throw;
-      strReason = error.description();
-    }
-    if (strReason.empty() && !seen.insert(entry.strPrefix).second) {
-      strReason = "The prefix " + inQuotes(entry.strPrefix) + " is registered twice.";
-    }
-    if (strReason.empty() && entry.strName.empty()) strReason = "It has no name.";
-    if (strReason.empty()) continue;
-    findings.add(list, entry.objNode, kId, "",
-                 "The entry makes no namespace of selections: " + strReason,
-                 "Give it an id, which is a prefix of its own, and a name, which is a URI.");
-  }
-}
-
-/// `/namespaces/namespace` is where prefixes of new elements are looked up.
-void findOtherElements(const ParsedDeployment& deployment, Findings& findings) {
-  for (const NamespaceEntry& entry : deployment.namespaces) {
-    if (entry.objNode.nodeName() == "namespace" &&
-        entry.objNode.parentNode() == deployment.namespaceList.root()) {
-      continue;
-    }
-    findings.add(deployment.namespaceList, entry.objNode, "", "",
-                 "The entry for " + inQuotes(entry.strPrefix) +
-                     " is no namespace below namespaces: no element can be made with it.",
-                 "Write <namespace id=\"...\" name=\"...\" ref=\"...\"/>.");
-  }
-}
-
-void findRefApart(const ParsedDeployment& deployment, Findings& findings) {
-  for (const NamespaceEntry& entry : deployment.namespaces) {
-    if (entry.strRef == entry.strName || entry.strName.empty()) continue;
-    findings.add(deployment.namespaceList, entry.objNode, "ref", "",
-                 "The prefix " + inQuotes(entry.strPrefix) + " is looked for in the namespace " +
-                     inQuotes(entry.strName) + ", and its elements are made in " +
-                     inQuotes(entry.strRef) + ".",
-                 "Write the same URI in name and ref.");
-  }
-}
-
 /// Namespaces that a file declares, with the element that does.
 struct Declaration {
   const ParsedFile* file;
@@ -98,6 +45,85 @@ Declarations declarationsOf(const ParsedDeployment& deployment) {
   return declarations;
 }
 
+std::size_t positionOf(const ParsedDeployment& deployment, const NamespaceEntry& entry) {
+  return static_cast<std::size_t>(&entry - deployment.namespaces.data());
+}
+
+/// What an entry should be to which nothing is lost: with the name that the other files give its
+/// prefix, else with the prefix that they give its name.
+Mends mendsOfEntry(const ParsedDeployment& deployment, std::size_t lngEntry) {
+  const NamespaceEntry& entry = deployment.namespaces[lngEntry];
+  const Declarations declared = declarationsOf(deployment);
+  const auto ofPrefix = declared.find(entry.strPrefix);
+  if (ofPrefix != declared.end() && entry.strName.empty()) {
+    const std::string& strUri = ofPrefix->second.front().strUri;
+    return {.namespaces = {{lngEntry, entry.strPrefix, strUri, strUri}}};
+  }
+  for (const auto& [strPrefix, list] : declared) {
+    if (list.front().strUri != entry.strName || deployment.namespaceOf(strPrefix)) continue;
+    return {.namespaces = {{lngEntry, strPrefix, entry.strName, entry.strRef}}};
+  }
+  return {};
+}
+
+void findUnusableEntries(const ParsedDeployment& deployment, Findings& findings) {
+  const ParsedFile& list = deployment.namespaceList;
+  if (!list.isLoaded()) return;
+  if (deployment.namespaces.empty()) {
+    findings.add(list, list.root(), "", "", "The list has no namespace: every form fails.",
+                 "Register the namespaces of the message.");
+  }
+  std::unordered_set<std::string> seen;
+  for (const NamespaceEntry& entry : deployment.namespaces) {
+    std::string strReason;
+    try {
+      Document::create().setSelectionNamespaces("xmlns:" + entry.strPrefix + "='" + entry.strName +
+                                                "'");
+    } catch (const RuntimeError& error) {
+      if (error.number() == kOutOfMemory) throw;
+      strReason = error.description();
+    }
+    if (strReason.empty() && !seen.insert(entry.strPrefix).second) {
+      strReason = "The prefix " + inQuotes(entry.strPrefix) + " is registered twice.";
+    }
+    if (strReason.empty() && entry.strName.empty()) strReason = "It has no name.";
+    if (strReason.empty()) continue;
+    findings
+        .add(list, entry.objNode, kId, "",
+             "The entry makes no namespace of selections: " + strReason,
+             "Give it an id, which is a prefix of its own, and a name, which is a URI.")
+        .mends = mendsOfEntry(deployment, positionOf(deployment, entry));
+  }
+}
+
+/// `/namespaces/namespace` is where prefixes of new elements are looked up.
+void findOtherElements(const ParsedDeployment& deployment, Findings& findings) {
+  for (const NamespaceEntry& entry : deployment.namespaces) {
+    if (entry.objNode.nodeName() == "namespace" &&
+        entry.objNode.parentNode() == deployment.namespaceList.root()) {
+      continue;
+    }
+    findings.add(deployment.namespaceList, entry.objNode, "", "",
+                 "The entry for " + inQuotes(entry.strPrefix) +
+                     " is no namespace below namespaces: no element can be made with it.",
+                 "Write <namespace id=\"...\" name=\"...\" ref=\"...\"/>.");
+  }
+}
+
+void findRefApart(const ParsedDeployment& deployment, Findings& findings) {
+  for (const NamespaceEntry& entry : deployment.namespaces) {
+    if (entry.strRef == entry.strName || entry.strName.empty()) continue;
+    findings
+        .add(deployment.namespaceList, entry.objNode, "ref", "",
+             "The prefix " + inQuotes(entry.strPrefix) + " is looked for in the namespace " +
+                 inQuotes(entry.strName) + ", and its elements are made in " +
+                 inQuotes(entry.strRef) + ".",
+             "Write the same URI in name and ref.")
+        .mends.namespaces.push_back(
+            {positionOf(deployment, entry), entry.strPrefix, entry.strName, entry.strName});
+  }
+}
+
 /// A prefix means one namespace in all files. Where they differ, the one that most of them have, or
 /// that is the schema's, is taken for the right one.
 void findRegisteredOtherwise(const ParsedDeployment& deployment, Findings& findings) {
@@ -115,20 +141,25 @@ void findRegisteredOtherwise(const ParsedDeployment& deployment, Findings& findi
     if (differ.empty()) continue;
     const bool blnListRight = !agree.empty() || entry->strName == deployment.files.strSchemaUri;
     if (!blnListRight || strOther == deployment.files.strSchemaUri) {
-      findings.add(deployment.namespaceList, entry->objNode, "name", "",
-                   "The prefix " + inQuotes(strPrefix) + " is registered for " +
-                       inQuotes(entry->strName) + ", and the other files declare it for " +
-                       inQuotes(strOther) + ": nothing is found.",
-                   "Write the namespace of the template.");
+      findings
+          .add(deployment.namespaceList, entry->objNode, "name", "",
+               "The prefix " + inQuotes(strPrefix) + " is registered for " +
+                   inQuotes(entry->strName) + ", and the other files declare it for " +
+                   inQuotes(strOther) + ": nothing is found.",
+               "Write the namespace of the template.")
+          .mends.namespaces.push_back(
+              {positionOf(deployment, *entry), strPrefix, strOther, strOther});
       continue;
     }
     for (const Declaration& declaration : list) {
       if (declaration.strUri == entry->strName) continue;
-      findings.add(*declaration.file, declaration.objNode, "xmlns:" + strPrefix, "",
-                   "The prefix " + inQuotes(strPrefix) + " is declared for " +
-                       inQuotes(declaration.strUri) + ", and registered for " +
-                       inQuotes(entry->strName) + ": what is looked for is not found.",
-                   "Write the same namespace here and in the namespace list.");
+      findings
+          .add(*declaration.file, declaration.objNode, "xmlns:" + strPrefix, "",
+               "The prefix " + inQuotes(strPrefix) + " is declared for " +
+                   inQuotes(declaration.strUri) + ", and registered for " +
+                   inQuotes(entry->strName) + ": what is looked for is not found.",
+               "Write the same namespace here and in the namespace list.")
+          .mends.addQuoted(declaration.file->path(), declaration.strUri, entry->strName);
     }
   }
 }
@@ -189,13 +220,28 @@ void forEachPath(const ParsedDeployment& deployment, const Find& find) {
   }
 }
 
+/// The entry of a namespace under the prefix that other files give it: its own one, or a new one.
+Mends mendsOfMissing(const ParsedDeployment& deployment, const std::string& strPrefix,
+                     const std::string& strUri) {
+  const Declarations declared = declarationsOf(deployment);
+  for (const NamespaceEntry& entry : deployment.namespaces) {
+    if (entry.strName != strUri || declared.contains(entry.strPrefix)) continue;
+    return {.namespaces = {{positionOf(deployment, entry), strPrefix, strUri, strUri}}};
+  }
+  const std::string strQuoted = "=\"" + strUri + "\"";
+  if (strUri.find_first_of("\"<&") != std::string::npos) return {};
+  return {.texts = {{deployment.namespaceList.path(), "</namespaces",
+                     "<namespace id=\"" + strPrefix + "\" name" + strQuoted + " ref" + strQuoted +
+                         "/></namespaces"}}};
+}
+
 /// A prefix that template, schema types or reference XML declare belongs into the list: it is told
 /// there, once. Any other is a slip where it is used.
 void findUnregisteredPrefixes(const ParsedDeployment& deployment, Findings& findings) {
   const ParsedFile& list = deployment.namespaceList;
   if (!list.isLoaded() || deployment.namespaces.empty()) return;
   const Declarations declared = declarationsOf(deployment);
-  std::unordered_set<std::string> told;
+  std::unordered_set<std::string> toldPrefixes;
   const auto use = [&](const ParsedFile& file, const Node& objNode, const std::string& strObject,
                        const std::string& strPrefix, std::string_view strAttribute = {}) {
     if (strPrefix.empty() || strPrefix == "xml" || deployment.namespaceOf(strPrefix)) return false;
@@ -207,7 +253,7 @@ void findUnregisteredPrefixes(const ParsedDeployment& deployment, Findings& find
           "Register it there, or write one that is.");
       return true;
     }
-    if (!told.insert(strPrefix).second) return true;
+    if (!toldPrefixes.insert(strPrefix).second) return true;
     Node objPlace = list.root();
     for (const NamespaceEntry& entry : deployment.namespaces) {
       if (entry.strName == found->second.front().strUri) objPlace = entry.objNode;
@@ -300,11 +346,14 @@ Node declaringDefault(const Node& objElement) {
 /// Where names are looked up without a prefix a default namespace hides them.
 void findDefaultNamespaces(const ParsedDeployment& deployment, Findings& findings) {
   const auto add = [&](const ParsedFile& file, const Node& objElement) {
-    findings.add(file, objElement, "xmlns", attributeText(objElement, kId),
-                 "The element " + inQuotes(objElement.nodeName()) +
-                     " is in the default namespace " + inQuotes(objElement.namespaceUri()) +
-                     ", and it is looked up in none: it is not found.",
-                 "Take the declaration xmlns=\"...\" out, or give the namespace a prefix.");
+    findings
+        .add(file, objElement, "xmlns", attributeText(objElement, kId),
+             "The element " + inQuotes(objElement.nodeName()) + " is in the default namespace " +
+                 inQuotes(objElement.namespaceUri()) +
+                 ", and it is looked up in none: it is not found.",
+             "Take the declaration xmlns=\"...\" out, or give the namespace a prefix.")
+        .mends.texts = {{file.path(), "xmlns=\"" + objElement.namespaceUri() + "\"", ""},
+                        {file.path(), "xmlns='" + objElement.namespaceUri() + "'", ""}};
   };
   for (const ParsedFile* const file : deployment.all()) {
     const bool blnContent = file == &deployment.messageTemplate || file == &deployment.protocolInfo;

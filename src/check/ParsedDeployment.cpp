@@ -64,19 +64,19 @@ bool isBooleanWord(std::string_view strText) {
   return strLower == "true" || strLower == "false" || isNumeric(strText);
 }
 
-ParsedDeployment::ParsedDeployment(const DeploymentFiles& deploymentFiles)
+ParsedDeployment::ParsedDeployment(const DeploymentFiles& deploymentFiles, const Mends& mends)
     : files(deploymentFiles),
-      objectList(files.strObjectList, "prtobjcts"),
-      hiddenFieldList(files.strHiddenFieldXML, "hiddenfields"),
-      namespaceList(files.strNamespaceXML, "namespaces"),
-      messageTemplate(files.strTemplateXML),
-      objectMapper(files.strMsgObjectXML, "message"),
-      schemaTypes(files.strSchemaTypeMapperXML, "SchemaTypeMapperDocument"),
-      reference(files.strReferenceXmlPath),
-      questionList(files.strQuestionsXmlPath, "questions"),
+      objectList(files.strObjectList, "prtobjcts", mends),
+      hiddenFieldList(files.strHiddenFieldXML, "hiddenfields", mends),
+      namespaceList(files.strNamespaceXML, "namespaces", mends),
+      messageTemplate(files.strTemplateXML, {}, mends),
+      objectMapper(files.strMsgObjectXML, "message", mends),
+      schemaTypes(files.strSchemaTypeMapperXML, "SchemaTypeMapperDocument", mends),
+      reference(files.strReferenceXmlPath, {}, mends),
+      questionList(files.strQuestionsXmlPath, "questions", mends),
       protocolInfo(files.strProtocolInfo),
       schemaCatalog(files.strSchemaCatalog, "catalog") {
-  readNamespaces();
+  readNamespaces(mends);
   readObjects();
   readHiddenFields();
   readEntries();
@@ -122,7 +122,7 @@ bool ParsedDeployment::validates() const {
          !files.strSchemaUri.empty();
 }
 
-void ParsedDeployment::readNamespaces() {
+void ParsedDeployment::readNamespaces(const Mends& mends) {
   // As a run selects them: every child of every `namespaces`, whatever its name.
   if (!namespaceList.isLoaded()) return;
   std::unordered_map<std::string, bool> declared;
@@ -133,7 +133,13 @@ void ParsedDeployment::readNamespaces() {
                           .strPrefix = attributeText(objElement, kId),
                           .strName = attributeText(objElement, "name"),
                           .strRef = attributeText(objElement, "ref")});
-    const NamespaceEntry& entry = namespaces.back();
+    NamespaceEntry& entry = namespaces.back();
+    for (const NamespaceMend& mend : mends.namespaces) {
+      if (mend.lngEntry != namespaces.size() - 1) continue;
+      entry.strPrefix = mend.strPrefix;
+      entry.strName = mend.strName;
+      entry.strRef = mend.strRef;
+    }
     namespacesByPrefix[entry.strPrefix].push_back(namespaces.size() - 1);
     if (!declared.emplace(entry.strPrefix, true).second) continue;
     const std::string strDeclaration = "xmlns:" + entry.strPrefix + "='" + entry.strName + "' ";

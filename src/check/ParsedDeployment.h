@@ -122,7 +122,8 @@ struct OptionPlace {
 };
 
 struct ParsedDeployment {
-  explicit ParsedDeployment(const DeploymentFiles& deploymentFiles);
+  /// Reads the files as they would be with the mends.
+  explicit ParsedDeployment(const DeploymentFiles& deploymentFiles, const Mends& mends = {});
   ~ParsedDeployment();
   ParsedDeployment(const ParsedDeployment&) = delete;
   ParsedDeployment& operator=(const ParsedDeployment&) = delete;
@@ -206,7 +207,7 @@ struct ParsedDeployment {
  private:
   void readObjects();
   void readHiddenFields();
-  void readNamespaces();
+  void readNamespaces(const Mends& mends);
   void readEntries();
   void readComplexTypes();
   void readQuestions();

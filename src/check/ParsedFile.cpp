@@ -134,9 +134,18 @@ bool isRootOfAKind(const Node& objRoot) {
 
 TextLines textLines(std::string_view strText) { return TagScanner(strText).scan(); }
 
-ParsedFile::ParsedFile(std::string strPath, std::string_view strRootName)
+ParsedFile::ParsedFile(std::string strPath, std::string_view strRootName, const Mends& mends)
     : strPath_(std::move(strPath)), objXml_(Document::create(readOnly())) {
-  if (!isNamed() || !objXml_.load(strPath_)) return;
+  if (!isNamed()) return;
+  const bool blnMended = std::ranges::any_of(
+      mends.texts, [&](const TextMend& mend) { return mend.strPath == strPath_; });
+  const auto parse = [&] {
+    if (!blnMended) return objXml_.load(strPath_);
+    ParseError unread;
+    const auto strText = readXmlFile(strPath_, DocumentSettings().lngMaxBytes, unread);
+    return strText && objXml_.loadXML(mended(*strText, strPath_, mends));
+  };
+  if (!parse()) return;
   root_ = objXml_.documentElement();
   if (strRootName.empty() ? isRootOfAKind(root_) : root_.nodeName() != strRootName) {
     blnOtherKind_ = isRootOfAKind(root_);

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "check/Mends.h"
 #include "platform/dom/Document.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -27,7 +28,9 @@ class ParsedFile {
  public:
   /// Reads the file, unless none is named. With a name for its root, one that has another counts
   /// as not loaded, and without one what has the root of another kind of file: it is another file.
-  explicit ParsedFile(std::string strPath, std::string_view strRootName = {});
+  /// `mends` are made in its text.
+  explicit ParsedFile(std::string strPath, std::string_view strRootName = {},
+                      const Mends& mends = {});
 
   const std::string& path() const noexcept { return strPath_; }
   bool isNamed() const noexcept { return !strPath_.empty(); }

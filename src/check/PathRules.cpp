@@ -40,11 +40,13 @@ void findMalformed(const ParsedDeployment& deployment, Findings& findings) {
 
 void findNoParents(const ParsedDeployment& deployment, Findings& findings) {
   forEachTrouble(deployment, PathTrouble::noParent, [&](const PathTrouble& trouble) {
-    findings.add(deployment.objectMapper, trouble.objPath, "", idOf(trouble),
-                 "The path " + inQuotes(trouble.objPath.text()) +
-                     " finds nothing in the template, nor in what entries before make: every form "
-                     "with this answer fails.",
-                 "Correct the path, or let the template hold the element; capitals count.");
+    findings
+        .add(deployment.objectMapper, trouble.objPath, "", idOf(trouble),
+             "The path " + inQuotes(trouble.objPath.text()) +
+                 " finds nothing in the template, nor in what entries before make: every form "
+                 "with this answer fails.",
+             "Correct the path, or let the template hold the element; capitals count.")
+        .strPath = trouble.objPath.text();
   });
   forEachTrouble(deployment, PathTrouble::noElement, [&](const PathTrouble& trouble) {
     findings.add(deployment.objectMapper, trouble.objPath, "", idOf(trouble),
@@ -55,21 +57,25 @@ void findNoParents(const ParsedDeployment& deployment, Findings& findings) {
 
 void findParentsOfAnswers(const ParsedDeployment& deployment, Findings& findings) {
   forEachTrouble(deployment, PathTrouble::parentOfAnswer, [&](const PathTrouble& trouble) {
-    findings.add(deployment.objectMapper, trouble.objPath, "", idOf(trouble),
-                 "The path " + inQuotes(trouble.objPath.text()) +
-                     " finds an element that only the answer to " + inQuotes(trouble.strDetail) +
-                     " makes: a form without that answer fails.",
-                 "Let the template hold the element, or make it by the node path.");
+    findings
+        .add(deployment.objectMapper, trouble.objPath, "", idOf(trouble),
+             "The path " + inQuotes(trouble.objPath.text()) +
+                 " finds an element that only the answer to " + inQuotes(trouble.strDetail) +
+                 " makes: a form without that answer fails.",
+             "Let the template hold the element, or make it by the node path.")
+        .strPath = trouble.objPath.text();
   });
 }
 
 void findSelfExcluding(const ParsedDeployment& deployment, Findings& findings) {
   forEachTrouble(deployment, PathTrouble::selfExcluding, [&](const PathTrouble& trouble) {
-    findings.add(deployment.objectMapper, trouble.objPath, "", idOf(trouble),
-                 "The condition in " + inQuotes(trouble.objPath.text()) +
-                     " holds no longer once the element of the answer is made, before its value "
-                     "is written: every form with this answer fails.",
-                 "Ask for the value and not for the element, as in [not(m:name/text())].");
+    findings
+        .add(deployment.objectMapper, trouble.objPath, "", idOf(trouble),
+             "The condition in " + inQuotes(trouble.objPath.text()) +
+                 " holds no longer once the element of the answer is made, before its value "
+                 "is written: every form with this answer fails.",
+             "Ask for the value and not for the element, as in [not(m:name/text())].")
+        .strPath = trouble.objPath.text();
   });
 }
 
@@ -88,13 +94,11 @@ void findTooFewPlaces(const ParsedDeployment& deployment, Findings& findings) {
                                    " chooses none, and a form with all answers fails.";
     const char* const hint =
         "Let the template hold one for each answer, or correct the condition of the mapping.";
-    if (objPlace) {
-      findings.add(deployment.messageTemplate, objPlace, "", trouble.object->strId, strMessage,
-                   hint);
-    } else {
-      findings.add(deployment.objectMapper, trouble.objPath, "", trouble.object->strId, strMessage,
-                   hint);
-    }
+    const ParsedFile& file = objPlace ? deployment.messageTemplate : deployment.objectMapper;
+    findings
+        .add(file, objPlace ? objPlace : trouble.objPath, "", trouble.object->strId, strMessage,
+             hint)
+        .strPath = trouble.strDetail;
   }
 }
 
@@ -163,10 +167,12 @@ void findMissingFromTemplate(const ParsedDeployment& deployment, Findings& findi
       const std::string strName = strMissing.substr(strMissing.find(':') + 1);
       if (isSlipOf(objChild.baseName(), strName)) objPlace = objChild;
     }
-    findings.add(deployment.messageTemplate, objPlace, "", "",
-                 "The template has no element " + inQuotes(strPath) +
-                     ", below which several entries of the mapping write.",
-                 "Add it, or correct its name or its namespace.");
+    findings
+        .add(deployment.messageTemplate, objPlace, "", "",
+             "The template has no element " + inQuotes(strPath) +
+                 ", below which several entries of the mapping write.",
+             "Add it, or correct its name or its namespace.")
+        .strPath = strPath;
   }
 }
 

@@ -175,13 +175,14 @@ void findUnsentQuestions(const ParsedDeployment& deployment, Findings& findings)
     const MappingEntry& entry = *object->entry;
     if (isBlank(question.strXPath) || entry.strToSchema != "false") continue;
     if (shape.isPlaced(object->strLowerId) || shape.isPlaced(object->strId)) continue;
-    if (shape.isInDoubt()) return;  // another answer may be to take this one along
-    findings.add(deployment.objectMapper, entry.objNode, "toschema", object->strId,
-                 "The answer to " + inQuotes(object->strId) +
-                     " is sent nowhere, and its question says that it stands at " +
-                     inQuotes(question.strXPath) + ".",
-                 "Write toschema=\"true\", let another entry take the answer along, or take the "
-                 "question out.");
+    findings
+        .add(deployment.objectMapper, entry.objNode, "toschema", object->strId,
+             "The answer to " + inQuotes(object->strId) +
+                 " is sent nowhere, and its question says that it stands at " +
+                 inQuotes(question.strXPath) + ".",
+             "Write toschema=\"true\", let another entry take the answer along, or take the "
+             "question out.")
+        .strPath = question.strXPath;
   }
 }
 
@@ -205,15 +206,16 @@ void findUnknownPaths(const ParsedDeployment& deployment, Findings& findings) {
     if (!object || !shape.isPlaced(question.strId) || shape.isInDoubt(question.strId)) continue;
     const std::optional<std::size_t> lngPath = shape.paths().find(question.strXPath);
     if (lngPath && shape.isPlaceOf(question.strId, *lngPath)) continue;
-    findings.add(
-        deployment.questionList, question.objXPath, "", question.strId,
-        "The path " + inQuotes(question.strXPath) +
-            (lngPath ? " is not where the mapping writes the answer: errors are led to the "
-                       "wrong question."
-                     : " is no path of the message, letter by letter: what is missing is "
-                       "not led to this question."),
-        "Write the path as the message has it: its names with the prefixes of template "
-        "and mapping, no positions, no blanks.");
+    findings
+        .add(deployment.questionList, question.objXPath, "", question.strId,
+             "The path " + inQuotes(question.strXPath) +
+                 (lngPath ? " is not where the mapping writes the answer: errors are led to the "
+                            "wrong question."
+                          : " is no path of the message, letter by letter: what is missing is "
+                            "not led to this question."),
+             "Write the path as the message has it: its names with the prefixes of template "
+             "and mapping, no positions, no blanks.")
+        .strPath = question.strXPath;
   }
 }
 

@@ -66,11 +66,12 @@ void findWrongRoot(const ParsedDeployment& deployment, Findings& findings) {
   if (!reference.isLoaded() || !deployment.messageTemplate.isLoaded()) return;
   const std::string strRoot = deployment.messageTemplate.root().nodeName();
   if (reference.root().nodeName() == strRoot) return;
-  findings.add(reference, reference.root(), "", "",
-               "The root is " + inQuotes(reference.root().nodeName()) +
-                   ", and that of the message " + inQuotes(strRoot) +
-                   ": nothing is found here, and all empty elements go.",
-               "Give it the name of the template's root, prefix included.");
+  findings
+      .add(reference, reference.root(), "", "",
+           "The root is " + inQuotes(reference.root().nodeName()) + ", and that of the message " +
+               inQuotes(strRoot) + ": nothing is found here, and all empty elements go.",
+           "Give it the name of the template's root, prefix included.")
+      .mends.addName(reference.path(), reference.root().nodeName(), strRoot);
 }
 
 /// The paths of the reference XML, as the message's are looked up in it: by the namespaces that are
@@ -156,11 +157,12 @@ void findMissingPaths(const ParsedDeployment& deployment, Findings& findings) {
       objPlace = objChild;
       break;
     }
-    findings.add(deployment.reference, objPlace, "", strObject,
-                 "The reference XML has no element " + inQuotes(strMissing) + " at the path " +
-                     inQuotes(strPath) +
-                     ": empty ones go, and an error there can lose the verdict.",
-                 "Add it, with mandatory=\"true\" or \"false\".");
+    findings
+        .add(deployment.reference, objPlace, "", strObject,
+             "The reference XML has no element " + inQuotes(strMissing) + " at the path " +
+                 inQuotes(strPath) + ": empty ones go, and an error there can lose the verdict.",
+             "Add it, with mandatory=\"true\" or \"false\".")
+        .strPath = strPath;
   };
   for (const Question& question : deployment.questions) {
     if (!deployment.object(question.strId)) continue;
@@ -210,11 +212,21 @@ void findDoubles(const ParsedDeployment& deployment, Findings& findings) {
   });
 }
 
+std::string pathOf(const Node& objElement) {
+  std::string strPath;
+  for (Node objAbove = objElement; objAbove.nodeType() == NodeType::element;
+       objAbove = objAbove.parentNode()) {
+    strPath.insert(0, "/" + objAbove.nodeName());
+  }
+  return strPath;
+}
+
 /// Elements that the message never has. `blnSlips`: those whose name is nearly that of an element
 /// which the message has there and the reference XML has not.
 void findUnknown(const ParsedDeployment& deployment, Findings& findings, bool blnSlips) {
   const MessageShape& shape = deployment.shape();
-  if (shape.isInDoubt()) return;  // what it seems never to have may be what is in doubt
+  // A note is not worth it where what is never made may be what is in doubt.
+  if (!blnSlips && shape.isInDoubt()) return;
   std::unordered_map<std::size_t, std::vector<std::string>> namesBelow;  // in the message
   if (areKnown(deployment)) {
     shape.paths().forEach([&](std::size_t lngAbove, const std::string& strName) {
@@ -241,11 +253,13 @@ void findUnknown(const ParsedDeployment& deployment, Findings& findings, bool bl
       }
       if (strMeant.empty() == blnSlips) continue;
       if (blnSlips && asked.contains(*shape.paths().find(lngPath, strMeant))) continue;
-      findings.add(deployment.reference, objChild, "", "",
-                   "The message never has an element " + inQuotes(strName) +
-                       " here, neither from the template nor from the mapping.",
-                   blnSlips ? "Write " + inQuotes(strMeant) + ", as the message has it."
-                            : "Correct the name, or leave it when it is for later.");
+      findings
+          .add(deployment.reference, objChild, "", "",
+               "The message never has an element " + inQuotes(strName) +
+                   " here, neither from the template nor from the mapping.",
+               blnSlips ? "Write " + inQuotes(strMeant) + ", as the message has it."
+                        : "Correct the name, or leave it when it is for later.")
+          .strPath = pathOf(objChild);
     }
   });
 }

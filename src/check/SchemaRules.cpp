@@ -168,13 +168,14 @@ template <std::size_t Row>
 void tellFound(const ParsedDeployment& deployment, Findings& findings) {
   for (const MessageProblem& problem : deployment.messagePlan().problems()) {
     if (problem.strCode != kRules[Row].strCode) continue;
-    if (problem.place.file) {
-      findings.add(*problem.place.file, problem.place.objNode, problem.strAttribute,
-                   problem.strObject, problem.strMessage, problem.strHint);
-    } else {
-      findings.add(problem.strPath, problem.lngLine, problem.strObject, problem.strMessage,
-                   problem.strHint);
-    }
+    Found& found =
+        problem.place.file
+            ? findings.add(*problem.place.file, problem.place.objNode, problem.strAttribute,
+                           problem.strObject, problem.strMessage, problem.strHint)
+            : findings.add(problem.strPath, problem.lngLine, problem.strObject, problem.strMessage,
+                           problem.strHint);
+    found.strPath = problem.strElementPath;
+    found.mends = problem.mends;
   }
 }
 

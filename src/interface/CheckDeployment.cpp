@@ -1,20 +1,9 @@
 #include "interface/CheckDeployment.h"
 
-#include "check/Echoes.h"
-#include "check/Rule.h"
+#include "check/FindFaults.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
-std::vector<Finding> checkDeployment(const DeploymentFiles& files) {
-  const ParsedDeployment deployment(files);
-  Findings findings;
-  for (const std::span<const Rule> table : ruleTables()) {
-    for (const Rule& rule : table) {
-      findings.begin(rule);
-      rule.find(deployment, findings);
-    }
-  }
-  return withoutEchoes(findings.take());
-}
+std::vector<Finding> checkDeployment(const DeploymentFiles& files) { return findFaults(files); }
 
 }  // namespace Varnel_Tolv_XML_Creation

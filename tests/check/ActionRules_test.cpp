@@ -136,9 +136,7 @@ const std::vector<Mistake>& mistakesOfActionRules() {
        "the prefix under another name",
        {{"namespaces.xml", R"(id="pbr")", R"(id="rec")"}},
        {{Severity::error, "additional-info-prefix", "namespaces.xml", "<namespaces>", "basis"},
-        {Severity::error, "prefix-not-registered", "namespaces.xml"},
-        {Severity::error, "not-in-reference", "reference.xml", R"(<m:fault mandatory="false">)",
-         "basis"}}},
+        {Severity::error, "prefix-not-registered", "namespaces.xml"}}},
       {"additional-info-prefix",
        "a prefix more",
        {{"namespaces.xml", "<namespaces>", R"(<namespaces>

@@ -39,6 +39,9 @@ class SmallDeployment {
   TemporaryDirectory directory_;
 };
 
+/// Puts a schema beside the deployment, for which it is correct.
+void addSchema(SmallDeployment& deployment);
+
 /// A finding that is expected. Its line is where `at` stands first in the changed file, or where
 /// the mistake was made when that is empty.
 struct Expected {

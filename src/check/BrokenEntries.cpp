@@ -1,0 +1,192 @@
+#include "check/BrokenEntries.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "check/Words.h"
+#include "config/Attributes.h"
+#include "config/Names.h"
+#include "platform/text/Text.h"
+
+namespace Varnel_Tolv_XML_Creation {
+namespace {
+
+// Findings are compared with entries, and both may be many: what is beyond is told.
+constexpr std::size_t kMostWork = 2'000'000;
+constexpr std::size_t kMostCompared = 500;
+
+/// Errors with which an entry finds no object, makes no element or another one, or leaves out what
+/// it should write.
+constexpr auto kBreaking = std::to_array<std::string_view>({"misspelt-element",
+                                                            "misspelt-attribute",
+                                                            "empty-id",
+                                                            "apostrophe",
+                                                            "blank-ends",
+                                                            "capitals",
+                                                            "no-mapping",
+                                                            "toschema-no-boolean",
+                                                            "word-not-true",
+                                                            "no-place",
+                                                            "half-extrapath",
+                                                            "names-nothing",
+                                                            "unknown-entry-type",
+                                                            "unknown-action",
+                                                            "not-two-parameters",
+                                                            "parameter-empty",
+                                                            "flag-not-true",
+                                                            "place-misspelt",
+                                                            "parameter-without-place",
+                                                            "path-undeclared",
+                                                            "step-without-prefix",
+                                                            "prefix-not-registered",
+                                                            "path-names-nothing",
+                                                            "malformed-expression",
+                                                            "malformed-node-path",
+                                                            "same-place",
+                                                            "table-without-action",
+                                                            "group-apart",
+                                                            "end-mark",
+                                                            "unknown-objecttype"});
+
+/// Whether a name stands where another does but for a slip.
+bool isNearly(const std::string& strOne, const std::string& strOther) {
+  return strOne == strOther || strOne == "*" || strOther == "*" || isSlipOf(strOne, strOther);
+}
+
+bool areNearlyOnOneWay(const StepNames& one, const StepNames& other) {
+  const auto lngSteps = static_cast<std::ptrdiff_t>(std::min(one.size(), other.size()));
+  return lngSteps > 0 && std::equal(one.begin(), one.begin() + lngSteps, other.begin(), isNearly);
+}
+
+/// Which child of a root stands on a line; by the lines on which they begin.
+template <class Record>
+class ByLine {
+ public:
+  void add(std::size_t lngLine, const Record* record) { records_[lngLine] = record; }
+
+  const Record* at(std::size_t lngLine) const {
+    const auto next = records_.upper_bound(lngLine);
+    return next == records_.begin() ? nullptr : std::prev(next)->second;
+  }
+
+ private:
+  std::map<std::size_t, const Record*> records_;  // null: something else begins there
+};
+
+}  // namespace
+
+BrokenEntries::BrokenEntries(const ParsedDeployment& deployment, const std::vector<Found>& findings)
+    : deployment_(deployment) {
+  std::vector<const Found*> causes;
+  for (const Found& finding : findings) {
+    const bool blnBreaking = finding.severity == Severity::error &&
+                             std::ranges::find(kBreaking, finding.code) != kBreaking.end();
+    if (blnBreaking) causes.push_back(&finding);
+  }
+  if (causes.empty()) return;
+  ByLine<MappingEntry> entries;
+  ByLine<ComplexType> types;
+  const ParsedFile& mapper = deployment.objectMapper;
+  for (const Node& objChild : childElements(mapper.root())) {
+    entries.add(mapper.lineOf(objChild), nullptr);
+  }
+  std::unordered_map<std::string, std::vector<const MappingEntry*>> users;  // of complex types
+  std::vector<const MappingEntry*> unused;
+  for (const MappingEntry& entry : deployment.entries) {
+    entries.add(mapper.lineOf(entry.objNode), &entry);
+    if (entry.objAction) users[toLower(entry.strActionId)].push_back(&entry);
+    if (entry.users.empty() && unused.size() < kMostCompared) unused.push_back(&entry);
+  }
+  for (const ComplexType& type : deployment.complexTypes) {
+    types.add(deployment.schemaTypes.lineOf(type.objNode), &type);
+  }
+  for (const Found* const cause : causes) {
+    // What has no entry at all is told at that of the object before.
+    const bool blnThere = cause->code != "no-mapping";
+    if (blnThere && cause->file == mapper.path()) {
+      if (const MappingEntry* const entry = entries.at(cause->line)) add(*entry);
+    } else if (cause->file == deployment.schemaTypes.path()) {
+      const ComplexType* const type = types.at(cause->line);
+      if (!type) continue;
+      for (const MappingEntry* const entry : users[toLower(type->strId)]) add(*entry);
+    }
+    const FormObject* const object = deployment.object(cause->object);
+    if (!object || !objects_.insert(object).second) continue;
+    addObject(*object);
+    if (object->entry) {
+      add(*object->entry);
+      continue;
+    }
+    for (const MappingEntry* const entry : unused) {
+      if (++lngWork_ > kMostWork) return;
+      const std::string& strWanted = object->mappingId();
+      if (entry->strId == strWanted || isSlipOf(entry->strId, strWanted)) add(*entry);
+    }
+  }
+}
+
+void BrokenEntries::add(const MappingEntry& entry) {
+  if (!entries_.insert(&entry).second) return;
+  const std::size_t lngPlaces = places_.size();
+  for (const FormObject* const user : entry.users) addObject(*user);
+  if (places_.size() == lngPlaces) {
+    addWritten(entry.strParentXPath, entry.strNodePath);
+  }
+  if (!entry.strExtraPath.empty()) {
+    addWritten(entry.strExtraPath, entry.strExtraNode);
+  }
+  addNames(entry);
+}
+
+void BrokenEntries::addObject(const FormObject& object) {
+  if (const Question* const question = deployment_.question(object.strId)) {
+    addPlace(question->strXPath);
+  }
+}
+
+void BrokenEntries::addPlace(std::string_view strPath) {
+  StepNames names = stepNames(strPath);
+  if (!names.empty()) places_.push_back(std::move(names));
+}
+
+/// Without a node it may be any below the parent.
+void BrokenEntries::addWritten(const std::string& strParent, const std::string& strNode) {
+  writtenThere_.push_back(stepNames(strParent + "/" + (strNode.empty() ? "*" : strNode)));
+}
+
+/// What stands in the attributes below an entry: the ids of the objects that it takes along are
+/// among them, whatever else is wrong with it.
+void BrokenEntries::addNames(const MappingEntry& entry) {
+  const NodeList colElements = required(entry.objNode.getElementsByTagName("*"));
+  for (const Node& objElement : colElements) {
+    for (const NodeAttribute& attribute : objElement.attributes()) {
+      const std::string strName(trim(attribute.strValue));
+      if (deployment_.object(strName)) {
+        takenAlong_.insert(strName);
+      } else if (unknownNames_.size() < kMostCompared) {
+        unknownNames_.push_back(strName);
+      }
+    }
+  }
+}
+
+bool BrokenEntries::wereToMake(const StepNames& path) const {
+  lngWork_ += places_.size() + writtenThere_.size();
+  if (path.empty() || lngWork_ > kMostWork) return false;
+  return std::ranges::any_of(places_,
+                             [&](const StepNames& place) { return areOnOneWay(place, path); }) ||
+         std::ranges::any_of(
+             writtenThere_, [&](const StepNames& place) { return areNearlyOnOneWay(place, path); });
+}
+
+bool BrokenEntries::takeAlong(const std::string& strObject) const {
+  lngWork_ += unknownNames_.size();
+  if (takenAlong_.contains(strObject)) return true;
+  return lngWork_ <= kMostWork &&
+         std::ranges::any_of(unknownNames_, [&](const std::string& strName) {
+           return isSlipOf(strName, strObject);
+         });
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

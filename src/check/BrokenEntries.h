@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstddef>
+#include <map>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
+
+#include "check/Findings.h"
+#include "check/ParsedDeployment.h"
+#include "check/StepNames.h"
+
+namespace Varnel_Tolv_XML_Creation {
+
+/// The entries of the mapping in which an error was found that keeps them from what they are for,
+/// and what they were meant to do: which elements they should make, by what their questions say,
+/// and the answers of which other objects they take along.
+class BrokenEntries {
+ public:
+  BrokenEntries(const ParsedDeployment& deployment, const std::vector<Found>& findings);
+
+  bool isEmpty() const noexcept { return entries_.empty() && objects_.empty(); }
+
+  /// Whether one of them should make the elements with this path, or some in or around them.
+  bool wereToMake(const StepNames& path) const;
+
+  /// Whether one of them should take the answer to this object along.
+  bool takeAlong(const std::string& strObject) const;
+
+ private:
+  void add(const MappingEntry& entry);
+  void addObject(const FormObject& object);
+  void addPlace(std::string_view strPath);
+  void addWritten(const std::string& strParent, const std::string& strNode);
+  void addNames(const MappingEntry& entry);
+
+  const ParsedDeployment& deployment_;
+  std::unordered_set<const MappingEntry*> entries_;
+  std::unordered_set<const FormObject*> objects_;
+  std::vector<StepNames> places_;        // as the questions say
+  std::vector<StepNames> writtenThere_;  // as entries do whose questions say nothing
+  std::unordered_set<std::string> takenAlong_;
+  std::vector<std::string> unknownNames_;  // which they take along, and no object has
+  mutable std::size_t lngWork_ = 0;
+};
+
+}  // namespace Varnel_Tolv_XML_Creation

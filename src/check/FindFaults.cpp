@@ -1,0 +1,128 @@
+#include "check/FindFaults.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <filesystem>
+#include <memory>
+#include <set>
+#include <span>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <tuple>
+#include <utility>
+
+#include "check/Echoes.h"
+#include "check/Rule.h"
+#include "check/RuleTables.h"
+
+namespace Varnel_Tolv_XML_Creation {
+namespace {
+
+constexpr std::uintmax_t kMostMended = 4 * 1024 * 1024;  // bytes of all files
+
+// A wrong guess of what is meant makes many findings, a right one lets them go.
+constexpr std::size_t kMostNew = 10;
+
+/// What is mended, one after the other: what decides most comes first.
+constexpr auto kMended = std::to_array<std::string_view>(
+    {"namespace-unusable", "registered-otherwise", "ref-and-name-apart", "prefix-not-registered",
+     "root-undeclared", "default-namespace", "reference-root"});
+
+std::vector<Found> findAll(const ParsedDeployment& deployment) {
+  Findings findings;
+  for (const std::span<const Rule> table : ruleTables()) {
+    for (const Rule& rule : table) {
+      findings.begin(rule);
+      rule.find(deployment, findings);
+    }
+  }
+  return findings.take();
+}
+
+bool mayBeReadAgain(const ParsedDeployment& deployment) {
+  std::uintmax_t lngBytes = 0;
+  for (const ParsedFile* const file : deployment.all()) {
+    std::error_code none;  // what is not there is mended by nothing
+    const std::uintmax_t lngSize = std::filesystem::file_size(file->path(), none);
+    if (!none) lngBytes += lngSize;
+  }
+  return lngBytes <= kMostMended;
+}
+
+bool isSame(const Finding& one, const Finding& other) {
+  return one.code == other.code && one.file == other.file && one.line == other.line;
+}
+
+/// Whether a rule looks at the namespaces themselves, and at nothing that is found by them.
+bool isAboutNamespaces(std::string_view strCode) {
+  const auto isCode = [&](const Rule& rule) { return rule.strCode == strCode; };
+  return strCode == "additional-info-prefix" || std::ranges::any_of(namespaceRules(), isCode);
+}
+
+/// What follows from the causes is gone from `again`, and what they hid has come. What is told of
+/// the namespaces themselves stays, as one more cause.
+std::vector<Found> withWhatWasHidden(std::vector<Found> found, std::vector<Found> again,
+                                     std::vector<Found>& causes) {
+  using Key = std::tuple<std::string, std::string, std::size_t, std::string>;
+  const auto keyOf = [](const Found& one) { return Key(one.code, one.file, one.line, one.object); };
+  std::set<Key> before, after;
+  for (const Found& one : found) before.insert(keyOf(one));
+  for (const Found& one : again) after.insert(keyOf(one));
+  std::vector<Found> rest;
+  for (Found& one : found) {
+    if (after.contains(keyOf(one))) {
+      rest.push_back(std::move(one));
+    } else if (isAboutNamespaces(one.code)) {
+      causes.push_back(std::move(one));
+    }
+  }
+  for (Found& one : again) {
+    if (!before.contains(keyOf(one))) rest.push_back(std::move(one));
+  }
+  inOrder(rest);
+  return rest;
+}
+
+std::size_t errorsIn(const std::vector<Found>& findings) {
+  return static_cast<std::size_t>(std::ranges::count_if(
+      findings, [](const Found& found) { return found.severity == Severity::error; }));
+}
+
+}  // namespace
+
+std::vector<Finding> findFaults(const DeploymentFiles& files) {
+  auto deployment = std::make_unique<const ParsedDeployment>(files);
+  std::vector<Found> found = findAll(*deployment);
+  std::vector<Found> causes;
+  Mends mends;
+  for (const std::string_view strCode : kMended) {
+    std::vector<Found> theirs;
+    Mends next = mends;
+    for (const Found& finding : found) {
+      if (finding.code != strCode || finding.mends.isEmpty()) continue;
+      theirs.push_back(finding);
+      next.add(finding.mends);
+    }
+    if (theirs.empty() || !mayBeReadAgain(*deployment)) continue;
+    auto mendedOne = std::make_unique<const ParsedDeployment>(files, next);
+    std::vector<Found> again = findAll(*mendedOne);
+    const auto isCause = [&](const Found& one) {
+      return std::ranges::any_of(theirs, [&](const Found& cause) { return isSame(cause, one); });
+    };
+    if (std::ranges::any_of(again, isCause)) continue;
+    if (errorsIn(again) + theirs.size() > errorsIn(found) + kMostNew) continue;
+    deployment = std::move(mendedOne);
+    mends = std::move(next);
+    std::erase_if(found, isCause);
+    found = withWhatWasHidden(std::move(found), std::move(again), causes);
+    causes.insert(causes.end(), theirs.begin(), theirs.end());
+  }
+  found = withoutEchoes(*deployment, std::move(found));
+  found.insert(found.begin(), causes.begin(), causes.end());
+  inOrder(found);
+  return {found.begin(), found.end()};
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

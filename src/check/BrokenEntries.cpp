@@ -119,9 +119,28 @@ BrokenEntries::BrokenEntries(const ParsedDeployment& deployment, const std::vect
       continue;
     }
     for (const MappingEntry* const entry : unused) {
-      if (++lngWork_ > kMostWork) return;
+      if (++lngWork_ > kMostWork) break;
       const std::string& strWanted = object->mappingId();
       if (entry->strId == strWanted || isSlipOf(entry->strId, strWanted)) add(*entry);
+    }
+  }
+  addCopies();
+}
+
+/// What the document data copy from where an entry should make it is missing there too.
+void BrokenEntries::addCopies() {
+  const Node objDocData = childElement(deployment_.objectMapper.root(), "docdata");
+  for (const Node& objRule : childElements(childElement(objDocData, "docnodes"))) {
+    const Node objParent = childElement(objRule, "parentxpath");
+    if (!objParent) continue;
+    const NodeList colNodes = required(objRule.getElementsByTagName("node"));
+    for (const Node& objNode : colNodes) {
+      const StepNames from = stepNames(objNode.text());
+      if (!wereToMake(from)) continue;
+      StepNames copy = stepNames(objParent.text());
+      if (copy.empty()) continue;
+      copy.push_back(from.back());
+      places_.push_back(std::move(copy));
     }
   }
 }
@@ -132,6 +151,9 @@ void BrokenEntries::add(const MappingEntry& entry) {
   for (const FormObject* const user : entry.users) addObject(*user);
   if (places_.size() == lngPlaces) {
     addWritten(entry.strParentXPath, entry.strNodePath);
+  } else if (StepNames own = stepNames(entry.strParentXPath + "/" + entry.strNodePath);
+             areOnOneWay(own, places_.back())) {
+    places_.push_back(std::move(own));  // with all that it should hold
   }
   if (!entry.strExtraPath.empty()) {
     addWritten(entry.strExtraPath, entry.strExtraNode);

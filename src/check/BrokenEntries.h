@@ -34,6 +34,7 @@ class BrokenEntries {
   void addPlace(std::string_view strPath);
   void addWritten(const std::string& strParent, const std::string& strNode);
   void addNames(const MappingEntry& entry);
+  void addCopies();
 
   const ParsedDeployment& deployment_;
   std::unordered_set<const MappingEntry*> entries_;

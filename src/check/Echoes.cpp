@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "check/BrokenEntries.h"
+#include "check/MessagePlan.h"
 #include "check/StepNames.h"
 #include "platform/text/Text.h"
 
@@ -158,17 +159,22 @@ class EchoFinder {
   void leaveOutOfRoots() {
     forEachError(kRoots, [&](const Found& cause) {
       leaveOut(kBySchema, 1, [](const Found&) { return true; });
-      // Paths that begin with the root of the template are not led astray by it.
-      const StepNames root = stepNames(cause.strPath);
-      if (root.empty()) return;
-      leaveOut(kByPath, 1, [&](const Found& finding) {
-        return !areOnOneWay(stepNames(finding.strPath), root);
-      });
+      if (cause.strPath.empty()) return;
+      leaveOut(kByPath, 1, [&](const Found& finding) { return !beginsWithRoot(finding.strPath); });
     });
     constexpr std::string_view kReferenceRoot[] = {"reference-root"};
     forEachError(kReferenceRoot, [&](const Found& cause) {
       leaveOut(kOfReference, 1, [&](const Found& finding) { return finding.file == cause.file; });
     });
+  }
+
+  /// Whether a path begins with the root of the template, which then does not lead it astray.
+  bool beginsWithRoot(const std::string& strPath) const {
+    const auto steps = stepsOf(strPath);
+    const Node& objRoot = deployment_.messageTemplate.root();
+    if (!steps || !objRoot || steps->front().strLocal != objRoot.baseName()) return false;
+    const NamespaceEntry* const entry = deployment_.namespaceOf(steps->front().strPrefix);
+    return objRoot.namespaceUri() == (entry ? entry->strName : "");
   }
 
   const ParsedDeployment& deployment_;

@@ -103,7 +103,15 @@ class ContentJudge {
     const SchemaModel& schema = *plan_.schema();
     const std::string strUri =
         schema.files().empty() ? std::string() : schema.files().front().strTargetNamespace;
-    if (!strUri.empty() && !root.strUri.empty() && schema.root({strUri, root.name().strLocal})) {
+    // Where the schema's own namespace is wrong another rule tells it.
+    const bool blnRight = !strUri.empty() && strUri == deployment.files.strSchemaUri;
+    const bool blnOfName = blnRight && schema.root({strUri, root.name().strLocal});
+    if (blnOfName && root.strUri.empty() && root.strName == root.name().strLocal) {
+      mends.texts.push_back({deployment.messageTemplate.path(), "<" + root.strName,
+                             "<" + root.strName + " xmlns=\"" + strUri + "\""});
+      return mends;
+    }
+    if (blnOfName && !root.strUri.empty()) {
       for (const ParsedFile* const file : deployment.all()) {
         if (file->isNamed()) mends.addQuoted(file->path(), root.strUri, strUri);
       }
@@ -367,15 +375,18 @@ class ContentJudge {
         return !declared || isThere(declared);
       });
       if (blnAny) continue;
-      std::string strNames;
+      const std::string strParent = plan_.pathOf(lngElement) + "/";
+      std::string strNames, strPaths;
       for (const std::size_t at : choice) {
         if (strNames.size() > 200) break;
-        strNames += (strNames.empty() ? "" : ", ") + content.children()[at].element.name().strLocal;
+        const std::string& strLocal = content.children()[at].element.name().strLocal;
+        strNames += (strNames.empty() ? "" : ", ") + strLocal;
+        strPaths += (strPaths.empty() ? "" : "|") + strParent + strLocal;
       }
-      tell("mandatory-unfilled", element,
-           "The schema requires one of " + strNames + " in \"" + element.strName +
-               "\", and nothing makes any of them.",
-           "Map a question to one of them, or put it into the template.");
+      tellUnfilled(element, strPaths,
+                   "The schema requires one of " + strNames + " in \"" + element.strName +
+                       "\", and nothing makes any of them.",
+                   "Map a question to one of them, or put it into the template.");
     }
     judgeEmpty(lngElement);
   }

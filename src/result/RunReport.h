@@ -59,6 +59,9 @@ struct SchemaViolation {
   std::string rowIndex;
   std::string columnId;
   std::string columnText;
+  // Of a text that is no value of its type at all: the type of XML Schema that it comes from, such
+  // as "date"; else empty.
+  std::string type = {};
 };
 
 /// An attribute of the message which the schema declares for its element, and which is gone from

@@ -55,10 +55,10 @@ TEST_F(Report, StandsBehindTheRestOfTheResultOnlyWhenItIsAskedFor) {
 TEST_F(Report, HasItsKeysInAFixedOrder) {
   const Json report = result("faulty.form")["report"];
   EXPECT_THAT(keysOf(report), ElementsAre("verdict", "reason", "violations", "losses"));
-  EXPECT_THAT(
-      keysOf(report["violations"].front()),
-      ElementsAre("kind", "facet", "path", "attribute", "value", "limit", "expected", "message",
-                  "questionId", "questionText", "rowIndex", "columnId", "columnText", "allowed"));
+  EXPECT_THAT(keysOf(report["violations"].front()),
+              ElementsAre("kind", "facet", "path", "attribute", "value", "limit", "expected",
+                          "message", "questionId", "questionText", "rowIndex", "columnId",
+                          "columnText", "allowed", "type"));
   EXPECT_THAT(keysOf(result("faulty.form", {"--explain"})["report"]),
               ElementsAre("verdict", "reason", "violations", "losses", "journal"));
 }
@@ -151,7 +151,7 @@ TEST_F(Report, TellsAViolationWhole) {
                 "message": "The value is not allowed; it must be one of 'low', 'medium', 'high'.",
                 "questionId": "defects", "questionText": "Defects", "rowIndex": "1",
                 "columnId": "severity", "columnText": "Severity",
-                "allowed": ["low", "medium", "high"]})"));
+                "allowed": ["low", "medium", "high"], "type": ""})"));
   EXPECT_EQ(of("town//"), Json::parse(R"({
                 "kind": "missing-child", "facet": "",
                 "path": "/InspectionReport[1]/Building[1]/bld:Location[1]",
@@ -159,7 +159,7 @@ TEST_F(Report, TellsAViolationWhole) {
                 "expected": ["{urn:example:inspection:building}Town"],
                 "message": "In 'bld:Location' 'Town' is missing.",
                 "questionId": "town", "questionText": "Town", "rowIndex": "", "columnId": "",
-                "columnText": "", "allowed": []})"));
+                "columnText": "", "allowed": [], "type": ""})"));
 }
 
 TEST_F(Report, NamesTheObjectListWhereThatDecides) {

@@ -50,7 +50,8 @@ class Writer {
             {"rowIndex", violation.rowIndex},
             {"columnId", violation.columnId},
             {"columnText", violation.columnText},
-            {"allowed", violation.allowed}};
+            {"allowed", violation.allowed},
+            {"type", violation.type}};
   }
 
   static Json toJson(const TakenAttribute& taken) {

@@ -91,6 +91,7 @@ class Violations {
       violation.facet = facetName(parts.facets.front().facet);
       violation.limit = parts.facets.front().strLimit;
     }
+    violation.type = typeOfNoValue(parts);
     violation.path = strPath;
     violation.attribute = parts.strAttribute;
     violation.value = parts.strValue;

@@ -190,6 +190,14 @@ std::vector<std::string> allowedValues(const ViolationParts& parts) {
   return values;
 }
 
+std::string typeOfNoValue(const ViolationParts& parts) {
+  const bool blnOfValue =
+      parts.kind == ViolationKind::value || parts.kind == ViolationKind::attributeValue;
+  const bool blnNoValue = blnOfValue && parts.facets.empty() && parts.strWords.empty();
+  if (!blnNoValue || !parts.type || parts.type->variety() != SimpleType::Variety::atomic) return {};
+  return std::string(parts.type->builtInName());
+}
+
 std::string violationWords(const ViolationParts& parts, const std::string& strElement,
                            const std::string& strRow) {
   std::string strWords = oneLine(words(parts, strElement, strRow));

@@ -15,4 +15,8 @@ std::string violationWords(const ViolationParts& parts, const std::string& strEl
 /// The values of the enumeration that the value is none of, in the order of the schema.
 std::vector<std::string> allowedValues(const ViolationParts& parts);
 
+/// Of a text that is no value of its type: the type of XML Schema that this comes from; empty of
+/// any other, and where it is a list or a union.
+std::string typeOfNoValue(const ViolationParts& parts);
+
 }  // namespace Varnel_Tolv_XML_Creation

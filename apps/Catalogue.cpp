@@ -20,6 +20,17 @@ std::string lastStep(std::string_view strPath) {
   return std::string(strPath.substr(0, strPath.find('[')));
 }
 
+/// The code for a type of XML Schema: people make no difference between some of them.
+std::string typeKey(std::string_view strType) {
+  constexpr std::string_view kNumbers[] = {"decimal", "double", "float"};
+  constexpr std::string_view kLimited[] = {
+      "nonPositiveInteger", "negativeInteger", "long",          "int",         "short", "byte",
+      "unsignedLong",       "unsignedInt",     "unsignedShort", "unsignedByte"};
+  if (std::ranges::find(kNumbers, strType) != std::end(kNumbers)) return "type.number";
+  if (std::ranges::find(kLimited, strType) != std::end(kLimited)) return "type.limitedInteger";
+  return "type." + std::string(strType);
+}
+
 /// A name without "{uri}" before it.
 std::string_view localName(std::string_view strName) {
   return strName.substr(strName.rfind('}') + 1);
@@ -69,8 +80,7 @@ std::string Catalogue::filledAtPlace(const std::string& strKey, const Values& va
   if (!strText.starts_with(kPlace)) return filledText(strText, values);
   strText.remove_prefix(kPlace.size());
   std::string strFilled = filledText(strText, values);
-  const bool blnOwn = strText.front() != '{' || strText.starts_with("{reason}");
-  if (blnOwn && strFilled.front() >= 'a' && strFilled.front() <= 'z') {
+  if (strText.front() != '{' && strFilled.front() >= 'a' && strFilled.front() <= 'z') {
     strFilled.front() = static_cast<char>(strFilled.front() - 'a' + 'A');
   }
   return strFilled;
@@ -115,7 +125,8 @@ std::string Catalogue::keyOf(const SchemaViolation& violation) const {
     case ViolationKind::value:
     case ViolationKind::attributeValue: {
       if (violation.value.empty()) return strKey + ".empty";
-      const std::string strFacet = strKey + '.' + violation.facet;
+      const std::string strFacet =
+          strKey + '.' + (violation.type.empty() ? violation.facet : typeKey(violation.type));
       const bool blnNothingToName = violation.facet == "enumeration" && violation.allowed.empty();
       return knows(strFacet) && !blnNothingToName ? strFacet : strKey;
     }
@@ -146,10 +157,11 @@ std::string Catalogue::reason(const AnswerLoss& loss) const {
   return knows(strKey) ? filled(strKey, {}) : loss.reason;
 }
 
-Catalogue::Values Catalogue::valuesOf(const AnswerLoss& loss) const {
-  // Those who run the deployment look for the id.
-  const auto named = [](const std::string& strId, const std::string& strLabel) {
-    return strLabel.empty() ? strId : strLabel + " (" + strId + ')';
+/// With the ids behind the labels for those who look for them.
+Catalogue::Values Catalogue::valuesOf(const AnswerLoss& loss, bool blnWithIds) const {
+  const auto named = [&](const std::string& strId, const std::string& strLabel) {
+    if (strLabel.empty()) return strId;
+    return blnWithIds ? strLabel + " (" + strId + ')' : strLabel;
   };
   Values values{{"question", named(loss.questionId, loss.questionText)},
                 {"row", loss.rowIndex},
@@ -160,18 +172,33 @@ Catalogue::Values Catalogue::valuesOf(const AnswerLoss& loss) const {
   return values;
 }
 
+std::string Catalogue::keyForPerson(const AnswerLoss& loss) const {
+  const std::string strKey = "loss." + loss.reason + ".form";
+  return knows(strKey) ? strKey : "loss";
+}
+
 std::string Catalogue::text(const SchemaViolation& violation) const {
   return filled(keyOf(violation), valuesOf(violation));
 }
 
-std::string Catalogue::text(const AnswerLoss& loss) const { return filled("loss", valuesOf(loss)); }
+std::string Catalogue::text(const AnswerLoss& loss) const {
+  return filled("loss", valuesOf(loss, true));
+}
+
+std::string Catalogue::textForPerson(const SchemaViolation& violation) const {
+  return text(violation);
+}
+
+std::string Catalogue::textForPerson(const AnswerLoss& loss) const {
+  return filled(keyForPerson(loss), valuesOf(loss, false));
+}
 
 std::string Catalogue::textAtPlace(const SchemaViolation& violation) const {
   return filledAtPlace(keyOf(violation), valuesOf(violation));
 }
 
 std::string Catalogue::textAtPlace(const AnswerLoss& loss) const {
-  return filledAtPlace("loss", valuesOf(loss));
+  return filledAtPlace(keyForPerson(loss), valuesOf(loss, false));
 }
 
 std::string Catalogue::text(const RunReport& report) const {

@@ -18,10 +18,16 @@ class Catalogue {
   /// The same, for a language tag such as "en-GB"; null for a language that there is none of.
   static const Catalogue* known(std::string_view strTag);
 
+  /// For those who run the deployment.
   std::string text(const Varnel_Tolv_XML_Creation::SchemaViolation& violation) const;
   std::string text(const Varnel_Tolv_XML_Creation::AnswerLoss& loss) const;
 
-  /// The same for one who reads it at its place, as beside an input: without the place at its
+  /// For the person at the form, who knows nothing of its configuration: a loss is told by what it
+  /// means for the answer.
+  std::string textForPerson(const Varnel_Tolv_XML_Creation::SchemaViolation& violation) const;
+  std::string textForPerson(const Varnel_Tolv_XML_Creation::AnswerLoss& loss) const;
+
+  /// The same where it is read at its place, as beside an input: without the place at its
   /// beginning.
   std::string textAtPlace(const Varnel_Tolv_XML_Creation::SchemaViolation& violation) const;
   std::string textAtPlace(const Varnel_Tolv_XML_Creation::AnswerLoss& loss) const;
@@ -49,7 +55,8 @@ class Catalogue {
   std::string listed(const Names& names) const;
   std::string keyOf(const Varnel_Tolv_XML_Creation::SchemaViolation& violation) const;
   Values valuesOf(const Varnel_Tolv_XML_Creation::SchemaViolation& violation) const;
-  Values valuesOf(const Varnel_Tolv_XML_Creation::AnswerLoss& loss) const;
+  std::string keyForPerson(const Varnel_Tolv_XML_Creation::AnswerLoss& loss) const;
+  Values valuesOf(const Varnel_Tolv_XML_Creation::AnswerLoss& loss, bool blnWithIds) const;
 
   std::map<std::string, std::string, std::less<>> texts_;
 };

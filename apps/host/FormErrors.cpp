@@ -39,7 +39,7 @@ class ErrorList {
       return;
     }
     errors_.push_back({entry.questionId, entry.rowIndex, entry.columnId,
-                       catalogue.textAtPlace(entry), catalogue.text(entry)});
+                       catalogue.textAtPlace(entry), catalogue.textForPerson(entry)});
   }
 
   std::vector<FormError> take() { return std::move(errors_); }

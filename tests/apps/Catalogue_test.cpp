@@ -20,6 +20,9 @@ constexpr const char* kFacets[] = {"length",       "minLength",    "maxLength",
                                    "pattern",      "enumeration",  "whiteSpace",
                                    "maxInclusive", "maxExclusive", "minInclusive",
                                    "minExclusive", "totalDigits",  "fractionDigits"};
+constexpr const char* kTypes[] = {
+    "date",   "time",    "dateTime",           "gYear",          "boolean",        "gYearMonth",
+    "number", "integer", "nonNegativeInteger", "limitedInteger", "positiveInteger"};
 
 json textsOf(const std::string& strLanguage) {
   return json::parse(textOfFile(VARNEL_SOURCE_DIR "/apps/messages/" + strLanguage + ".json"));
@@ -48,6 +51,7 @@ std::vector<std::string> codes() {
     if (name != "value" && name != "attribute-value") continue;
     all.push_back("violation." + name + ".empty");
     for (const char* facet : kFacets) all.push_back("violation." + name + "." + facet);
+    for (const char* type : kTypes) all.push_back("violation." + name + ".type." + type);
   }
   for (int verdict = 0; verdict <= static_cast<int>(Verdict::notChecked); ++verdict) {
     all.push_back("verdict." + std::string(verdictName(static_cast<Verdict>(verdict))));
@@ -57,6 +61,7 @@ std::vector<std::string> codes() {
   for (std::sregex_iterator at(strReasons.begin(), strReasons.end(), reason), end; at != end;
        ++at) {
     all.push_back("loss." + (*at)[1].str());
+    all.push_back(all.back() + ".form");
   }
   return all;
 }
@@ -137,13 +142,13 @@ TEST_F(CatalogueOfARun, WordsWhatIsWrong) {
        "Kind of event: „fair“ ist nichts von concert, market, parade, sports."},
       {"days", "", "", "Number of days: “15” is above the most that is allowed, 14.",
        "Number of days: „15“ liegt über dem größten erlaubten Wert 14."},
-      {"visitors", "", "", "Visitors expected: “many” is not allowed here.",
-       "Visitors expected: „many“ ist hier nicht erlaubt."},
+      {"visitors", "", "", "Visitors expected: “many” is not a whole number from 1 on.",
+       "Visitors expected: „many“ ist keine ganze Zahl ab 1."},
       {"organiser", "", "",
        "Organiser: an answer is missing before ev:Email, or ev:Email may not stand here.",
        "Organiser: Vor ev:Email fehlt eine Antwort, oder ev:Email darf hier nicht stehen."},
-      {"closures", "2", "day", "Streets to be closed, row 2, On: “soon” is not allowed here.",
-       "Streets to be closed, Zeile 2, On: „soon“ ist hier nicht erlaubt."},
+      {"closures", "2", "day", "Streets to be closed, row 2, On: “soon” is not a date.",
+       "Streets to be closed, Zeile 2, On: „soon“ ist kein Datum."},
       {"closures", "3", "day", "Streets to be closed, row 3, On: an answer is needed.",
        "Streets to be closed, Zeile 3, On: Eine Antwort ist nötig."},
   };

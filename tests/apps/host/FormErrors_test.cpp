@@ -78,12 +78,13 @@ TEST(FormErrors, TellWhatWouldBeLostBehindWhatIsWrong) {
   report.violations = {violation(ViolationKind::missingChild, "q")};
   AnswerLoss loss;
   loss.questionId = "q";
+  loss.questionText = "Address";
   loss.reason = "line-without-slot";
   report.losses = {loss, loss};
   EXPECT_EQ(textsOf(report),
-            (Texts{"An answer is missing.", "The complex type has no slot for these lines."}));
+            (Texts{"An answer is missing.", "There is no place for so many lines."}));
   EXPECT_EQ(errorsOf(report, Catalogue::of("en"))[1].strInFull,
-            "q: the complex type has no slot for these lines.");
+            "Address: there is no place for so many lines.");
   EXPECT_EQ(errorsOf(report, *Catalogue::known("de-AT"))[0].strMessage, "Eine Antwort fehlt.");
 }
 

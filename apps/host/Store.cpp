@@ -3,8 +3,10 @@
 #include <soci/soci.h>
 
 #include <algorithm>
+#include <mutex>
 #include <string_view>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "CannotRun.h"
@@ -146,6 +148,16 @@ struct Store::Pool {
   Pool(Place thePlace, std::size_t lngConnections)
       : place(std::move(thePlace)), sessions(lngConnections) {}
 
+  /// Runs a `body` that changes something. SQLite has one writer at a time, and the others look
+  /// again and again, ever less often, whether it is their turn; on a slow disk the one who just
+  /// wrote is there again before they look, and they give up. So those of this host queue here.
+  template <class Body>
+  auto write(Body&& body) {
+    std::unique_lock turn(writing, std::defer_lock);
+    if (place.isSqlite()) turn.lock();
+    return with(std::forward<Body>(body));
+  }
+
   /// Runs `body` on a connection of its own. On one that was open before, whose server may have
   /// gone since, it gets a second try on a new one: a change that was done all the same is not done
   /// twice, for every change names the version that it changes.
@@ -183,6 +195,7 @@ struct Store::Pool {
   };
 
   Place place;
+  std::mutex writing;
   soci::connection_pool sessions;
 };
 
@@ -190,7 +203,7 @@ Store::Store(const std::string& strStore, std::size_t lngConnections)
     : pool_(std::make_unique<Pool>(placeOf(strStore), lngConnections)) {
   for (int attempt = 1;; ++attempt) {
     try {
-      strKey_ = pool_->with([](soci::session& sql) {
+      strKey_ = pool_->write([](soci::session& sql) {
         migrate(sql);
         return keyOf(sql);
       });
@@ -212,7 +225,7 @@ void Store::ping() {
 }
 
 void Store::create(const StoredForm& form) {
-  pool_->with([&](soci::session& sql) {
+  pool_->write([&](soci::session& sql) {
     sql << "INSERT INTO form (id, deployment, state, version, park, row_counts, result, created, "
            "changed) VALUES (:i, :d, :s, :v, :p, :r, :o, :c, :h)",
         soci::use(form.strId), soci::use(form.strDeployment), soci::use(form.strState),
@@ -236,12 +249,12 @@ std::optional<StoredForm> Store::find(const std::string& strId) {
 }
 
 bool Store::replace(const StoredForm& form) {
-  return pool_->with([&](soci::session& sql) { return update(sql, form, form.strState); });
+  return pool_->write([&](soci::session& sql) { return update(sql, form, form.strState); });
 }
 
 bool Store::accept(const StoredForm& form, const std::string& strMessage,
                    const std::string& strTarget) {
-  return pool_->with([&](soci::session& sql) {
+  return pool_->write([&](soci::session& sql) {
     soci::transaction transaction(sql);
     if (!update(sql, form, "accepted")) return false;
     sql << "INSERT INTO message (id, accepted, message) VALUES (:i, :t, :m)", soci::use(form.strId),
@@ -272,7 +285,7 @@ std::optional<StoredMessage> Store::message(const std::string& strId) {
 }
 
 std::optional<OutboxItem> Store::claim(std::int64_t lngLeaseMilliseconds) {
-  return pool_->with([&](soci::session& sql) -> std::optional<OutboxItem> {
+  return pool_->write([&](soci::session& sql) -> std::optional<OutboxItem> {
     OutboxItem item;
     const std::int64_t lngNow = millisecondsNow();
     std::int64_t lngDue = 0;
@@ -296,7 +309,7 @@ std::optional<OutboxItem> Store::claim(std::int64_t lngLeaseMilliseconds) {
 }
 
 bool Store::markWritten(const OutboxItem& item) {
-  return pool_->with([&](soci::session& sql) {
+  return pool_->write([&](soci::session& sql) {
     return changedBy((sql.prepare << "UPDATE outbox SET state = 'written' "
                                      "WHERE id = :i AND due = :l AND state = 'waiting'",
                       soci::use(item.strId), soci::use(item.lngLease))) == 1;
@@ -304,7 +317,7 @@ bool Store::markWritten(const OutboxItem& item) {
 }
 
 bool Store::markDelivered(const OutboxItem& item) {
-  return pool_->with([&](soci::session& sql) {
+  return pool_->write([&](soci::session& sql) {
     const std::string strNow = momentText();
     return changedBy((sql.prepare << "UPDATE outbox SET state = 'delivered', delivered = :t "
                                      "WHERE id = :i AND due = :l AND state <> 'delivered'",
@@ -313,7 +326,7 @@ bool Store::markDelivered(const OutboxItem& item) {
 }
 
 bool Store::postpone(const OutboxItem& item, std::int64_t lngMilliseconds) {
-  return pool_->with([&](soci::session& sql) {
+  return pool_->write([&](soci::session& sql) {
     const std::int64_t lngDue = millisecondsNow() + lngMilliseconds;
     return changedBy((sql.prepare << "UPDATE outbox SET due = :d WHERE id = :i AND due = :l "
                                      "AND state <> 'delivered'",

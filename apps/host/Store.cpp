@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <mutex>
 #include <string_view>
-#include <thread>
 #include <utility>
 #include <vector>
 
@@ -17,7 +16,6 @@
 namespace {
 
 constexpr int kPoolWaitMilliseconds = 10'000;
-constexpr int kMigrationAttempts = 20;
 
 struct Place {
   std::string strBackend;
@@ -98,8 +96,8 @@ void executeAll(soci::session& sql, std::string_view strStatements) {
   }
 }
 
-/// Applies what is missing. Of several hosts that start at once one does it: the others fail on the
-/// first statement and find it done when they look again.
+/// Applies what is missing. Of several hosts that do so at once all but one fail on the first
+/// statement of a migration.
 void migrate(soci::session& sql) {
   sql << "CREATE TABLE IF NOT EXISTS migration (number BIGINT PRIMARY KEY, "
          "applied VARCHAR(32) NOT NULL)";
@@ -201,18 +199,10 @@ struct Store::Pool {
 
 Store::Store(const std::string& strStore, std::size_t lngConnections)
     : pool_(std::make_unique<Pool>(placeOf(strStore), lngConnections)) {
-  for (int attempt = 1;; ++attempt) {
-    try {
-      strKey_ = pool_->write([](soci::session& sql) {
-        migrate(sql);
-        return keyOf(sql);
-      });
-      return;
-    } catch (const StoreProblem& problem) {
-      if (attempt == kMigrationAttempts) throw CannotRun("--store: " + std::string(problem.what()));
-      std::this_thread::sleep_for(std::chrono::milliseconds(50));
-    }
-  }
+  strKey_ = pool_->write([](soci::session& sql) {
+    migrate(sql);
+    return keyOf(sql);
+  });
 }
 
 Store::~Store() = default;

@@ -43,11 +43,12 @@ struct OutboxItem {
 };
 
 /// What outlives the program: forms, messages and the outbox, in SQLite or PostgreSQL. Any number
-/// of hosts may work on one store. All members but the constructor raise StoreProblem; each is one
-/// transaction, and a connection that broke is opened again by the next.
+/// of hosts may work on one store. All members raise StoreProblem; each is one transaction, and a
+/// connection that broke is opened again by the next.
 class Store {
  public:
-  /// Opens `strStore` and brings its tables up to date. Raises CannotRun.
+  /// Opens `strStore` and brings its tables up to date. Raises CannotRun for one that cannot be
+  /// used; StoreProblem also where another host is doing the same.
   Store(const std::string& strStore, std::size_t lngConnections);
   ~Store();
 

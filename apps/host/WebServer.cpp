@@ -1,23 +1,24 @@
 #include "host/WebServer.h"
 
+#include <fcntl.h>
 #include <sys/resource.h>
 
 #include <algorithm>
 #include <boost/asio/dispatch.hpp>
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/posix/stream_descriptor.hpp>
 #include <boost/asio/post.hpp>
-#include <boost/asio/signal_set.hpp>
 #include <boost/asio/steady_timer.hpp>
 #include <boost/beast/core.hpp>
 #include <boost/beast/http.hpp>
 #include <chrono>
-#include <csignal>
 #include <list>
 #include <optional>
 
 #include "CannotRun.h"
 #include "host/WorkerPool.h"
+#include "Files.h"
 
 namespace asio = boost::asio;
 namespace beast = boost::beast;
@@ -78,7 +79,7 @@ struct WebServer::Impl : std::enable_shared_from_this<WebServer::Impl> {
   Metrics& metrics;
   asio::io_context context{1};
   tcp::acceptor acceptor{context};
-  asio::signal_set signals{context};
+  asio::posix::stream_descriptor signals{context};
   asio::steady_timer timer{context};
   std::list<std::weak_ptr<Connection>> connections;  // the oldest first
   std::size_t lngMostConnections = mostConnections();
@@ -315,15 +316,17 @@ void WebServer::Impl::stop() {
   });
 }
 
-WebServer::WebServer(WebSettings settings, WebHandlers handlers, Metrics& metrics)
+WebServer::WebServer(WebSettings settings, WebHandlers handlers, Metrics& metrics,
+                     const StopSignals& signals)
     : impl_(std::make_shared<Impl>(std::move(settings), std::move(handlers), metrics)) {
   impl_->listen();
-  // From now on a signal is a clean end, also one that comes before `run` is called.
-  impl_->signals.add(SIGTERM);
-  impl_->signals.add(SIGINT);
-  impl_->signals.async_wait([impl = impl_.get()](beast::error_code error, int) {
-    if (!error) impl->stop();
-  });
+  const int descriptor = ::fcntl(signals.descriptor(), F_DUPFD_CLOEXEC, 0);
+  if (descriptor < 0) fail("fcntl");
+  impl_->signals.assign(descriptor);
+  impl_->signals.async_wait(asio::posix::descriptor_base::wait_read,
+                            [impl = impl_.get()](beast::error_code error) {
+                              if (!error) impl->stop();
+                            });
 }
 
 WebServer::~WebServer() = default;

@@ -7,6 +7,7 @@
 
 #include "host/Http.h"
 #include "host/Metrics.h"
+#include "host/StopSignals.h"
 
 /// What the server asks of the program.
 struct WebHandlers {
@@ -32,12 +33,14 @@ struct WebSettings {
 class WebServer {
  public:
   /// Begins to listen. Raises CannotRun.
-  WebServer(WebSettings settings, WebHandlers handlers, Metrics& metrics);
+  WebServer(WebSettings settings, WebHandlers handlers, Metrics& metrics,
+            const StopSignals& signals);
   ~WebServer();
 
   unsigned short port() const;
 
-  /// Serves until SIGTERM or SIGINT; requests that were read by then are answered.
+  /// Serves until a signal asks to stop, which may have come before; requests that were read by
+  /// then are answered.
   void run();
 
   struct Impl;

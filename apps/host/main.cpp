@@ -1,7 +1,10 @@
+#include <chrono>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "CannotRun.h"
 #include "Files.h"
 #include "ProgramMain.h"
 #include "Stylesheet.h"
@@ -12,6 +15,7 @@
 #include "host/Log.h"
 #include "host/Outbox.h"
 #include "host/Snapshot.h"
+#include "host/StopSignals.h"
 #include "host/Store.h"
 #include "host/WebServer.h"
 
@@ -19,6 +23,8 @@ namespace {
 
 constexpr int kStopped = 0;
 constexpr int kUnsound = 1;
+constexpr int kStoreAttempts = 20;
+constexpr auto kStorePause = std::chrono::milliseconds(50);
 
 struct Refusal {
   const char* title;
@@ -38,15 +44,32 @@ Refusal refusalOf(unsigned lngStatus) {
   }
 }
 
-int serve(const HostOptions& options) {
+/// Of several hosts that start at once one brings the tables up to date: the others fail on its
+/// first statement and find it done when they look again. Null when the host is asked to stop
+/// meanwhile.
+std::unique_ptr<Store> openStore(const HostOptions& options, const StopSignals& signals) {
+  for (int lngAttempt = 1;; ++lngAttempt) {
+    try {
+      return std::make_unique<Store>(options.strStore, options.lngWorkers + 2);
+    } catch (const StoreProblem& problem) {
+      if (lngAttempt == kStoreAttempts) {
+        throw CannotRun("--store: " + std::string(problem.what()));
+      }
+    }
+    if (signals.comeWithin(kStorePause)) return nullptr;
+  }
+}
+
+int serve(const HostOptions& options, const StopSignals& signals) {
   Snapshot::removeForsaken();
   Deployments deployments(options.deployments);
   if (!deployments.sound()) return kUnsound;
 
   Metrics metrics;
-  Store store(options.strStore, options.lngWorkers + 2);
-  Outbox outbox(options.strDeliver, store, metrics);
-  Application application(options, store, deployments, metrics, [&] { outbox.wake(); });
+  const std::unique_ptr<Store> store = openStore(options, signals);
+  if (store == nullptr) return kStopped;
+  Outbox outbox(options.strDeliver, *store, metrics);
+  Application application(options, *store, deployments, metrics, [&] { outbox.wake(); });
   WebServer server(
       {.strAddress = options.strAddress,
        .lngPort = options.lngPort,
@@ -69,7 +92,7 @@ int serve(const HostOptions& options) {
              application.drain();
              logEvent("stopping");
            }},
-      metrics);
+      metrics, signals);
   const std::string strUrl =
       "http://" + options.strAddress + ':' + std::to_string(server.port()) + '/';
   logEvent("listening", {{"url", strUrl}});
@@ -88,7 +111,8 @@ int run(std::vector<std::string> words) {
   prepareStylesheets(pageFile, [](const std::string& strReason) {
     logEvent("page-failed", {{"reason", strReason}});
   });
-  return serve(commandLine.options);
+  const StopSignals signals;
+  return serve(commandLine.options, signals);
 }
 
 }  // namespace

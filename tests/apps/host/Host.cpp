@@ -161,7 +161,8 @@ bool becomes(const std::function<bool()>& condition) {
   return true;
 }
 
-Host::Host(std::vector<std::string> words, std::size_t lngMostFileBytes) {
+void Host::start(std::vector<std::string> words, std::size_t lngMostFileBytes,
+                 std::size_t lngMostFiles) {
   words.insert(words.begin(), {VARNEL_HOST_PROGRAM, "--listen", "127.0.0.1:0"});
   child_ = ::fork();
   if (child_ < 0) throw std::runtime_error("fork");
@@ -171,14 +172,28 @@ Host::Host(std::vector<std::string> words, std::size_t lngMostFileBytes) {
     };
     redirect(directory_.at("out"), STDOUT_FILENO);
     redirect(directory_.at("log"), STDERR_FILENO);
-    const rlimit limit{.rlim_cur = lngMostFileBytes, .rlim_max = lngMostFileBytes};
-    if (lngMostFileBytes > 0) ::setrlimit(RLIMIT_FSIZE, &limit);
+    const auto restrict = [](auto resource, std::size_t lngMost) {
+      const rlimit limit{.rlim_cur = lngMost, .rlim_max = lngMost};
+      if (lngMost > 0) ::setrlimit(resource, &limit);
+    };
+    restrict(RLIMIT_FSIZE, lngMostFileBytes);
+    restrict(RLIMIT_NOFILE, lngMostFiles);
     std::vector<char*> arguments;
     for (std::string& strWord : words) arguments.push_back(strWord.data());
     arguments.push_back(nullptr);
     ::execv(arguments.front(), arguments.data());
     ::_exit(127);
   }
+}
+
+std::unique_ptr<Host> Host::started(std::vector<std::string> words) {
+  std::unique_ptr<Host> host(new Host);
+  host->start(std::move(words), 0, 0);
+  return host;
+}
+
+Host::Host(std::vector<std::string> words, std::size_t lngMostFileBytes, std::size_t lngMostFiles) {
+  start(std::move(words), lngMostFileBytes, lngMostFiles);
   becomes([&] {
     siginfo_t ended{};
     ::waitid(P_PID, static_cast<id_t>(child_), &ended, WEXITED | WNOHANG | WNOWAIT);

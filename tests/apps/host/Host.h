@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -72,13 +73,18 @@ bool becomes(const std::function<bool()>& condition);
 class Host {
  public:
   /// Starts the host with these words, on a port of its own, and waits until it listens or ends.
-  /// With a limit no file that it writes can be longer.
-  explicit Host(std::vector<std::string> words, std::size_t lngMostFileBytes = 0);
+  /// With limits no file that it writes can be longer, and it can have no more open.
+  explicit Host(std::vector<std::string> words, std::size_t lngMostFileBytes = 0,
+                std::size_t lngMostFiles = 0);
+
+  /// The same without waiting for anything.
+  static std::unique_ptr<Host> started(std::vector<std::string> words);
   ~Host();
   Host(const Host&) = delete;
   Host& operator=(const Host&) = delete;
 
   int port() const { return port_; }  // 0: it ended
+  pid_t process() const { return child_; }
 
   HttpAnswer get(std::string_view strPath, const Headers& headers = {}) const;
   HttpAnswer post(std::string_view strPath, const Form& form, const Headers& headers = {}) const;
@@ -93,6 +99,10 @@ class Host {
   std::string log() const;
 
  private:
+  Host() = default;
+  void start(std::vector<std::string> words, std::size_t lngMostFileBytes,
+             std::size_t lngMostFiles);
+
   TemporaryDirectory directory_;
   pid_t child_ = -1;
   int port_ = 0;

@@ -1,9 +1,13 @@
+#include <sys/resource.h>
+
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <sstream>
 
+#include <thread>
 #include "apps/host/Host.h"
 
 namespace fs = std::filesystem;
@@ -242,6 +246,48 @@ std::vector<std::string> copiesIn(const std::string& strFolder) {
   std::vector<std::string> copies;
   for (const auto& entry : fs::directory_iterator(strFolder)) {
     const std::string strName = entry.path().filename().string();
+/// Whether a thread, by its file of /proc, has both signals blocked that ask the host to stop.
+bool blocksStopSignals(const std::string& strStatusFile) {
+  std::istringstream lines(textOfFile(strStatusFile));
+  for (std::string strLine; std::getline(lines, strLine);) {
+    if (!strLine.starts_with("SigBlk:")) continue;
+    const unsigned long long lngBlocked = std::stoull(strLine.substr(7), nullptr, 16);
+    const unsigned long long lngWanted = 1ULL << (SIGTERM - 1) | 1ULL << (SIGINT - 1);
+    return (lngBlocked & lngWanted) == lngWanted;
+  }
+  return false;
+}
+
+TEST_F(Start, LetsNoThreadBeInterruptedByTheSignalsThatEndIt) {
+  const Host host(words({"--deliver", "directory:" + inbox().string(), "--workers", "3"}));
+  ASSERT_NE(parked(host, exampleForm("draft.form")), "");
+  int lngThreads = 0;
+  for (const auto& thread :
+       fs::directory_iterator("/proc/" + std::to_string(host.process()) + "/task")) {
+    EXPECT_TRUE(blocksStopSignals(thread.path() / "status"));
+    ++lngThreads;
+  }
+  EXPECT_GE(lngThreads, 1 + 3 + 1);  // the server, the workers, the deliveries
+}
+
+TEST_F(Start, IsEndedCleanlyAtWhateverMoment) {
+  // How long the host takes until it listens; the signals come within twice that.
+  const auto begin = std::chrono::steady_clock::now();
+  const Host first(words({"--deliver", "directory:" + inbox().string()}));
+  const auto start = std::chrono::steady_clock::now() - begin;
+  constexpr int kTimes = 24;
+  for (int lngTime = 0; lngTime < kTimes; ++lngTime) {
+    const auto host = Host::started(words({"--deliver", "directory:" + inbox().string()}));
+    // Before its first line of code the system would end it, which is no clean end and none that
+    // is lost.
+    const std::string strStatus = "/proc/" + std::to_string(host->process()) + "/status";
+    ASSERT_TRUE(becomes([&] { return blocksStopSignals(strStatus); }));
+    std::this_thread::sleep_for(start * 2 * lngTime / kTimes);
+    EXPECT_EQ(host->stop(lngTime % 2 == 0 ? SIGTERM : SIGINT), 0) << lngTime << '\n' << host->log();
+    EXPECT_NE(host->log().find("\"stopped\""), std::string::npos) << lngTime;
+  }
+}
+
     if (strName.starts_with("varnel-xml-host-")) copies.push_back(strName);
   }
   return copies;

@@ -18,9 +18,12 @@
 namespace {
 
 constexpr std::string_view kBuiltIn = "built-in:";
-constexpr int kParserOptions = XSLT_PARSE_OPTIONS | XML_PARSE_NONET;
+constexpr int kParserOptions =
+    XSLT_PARSE_OPTIONS | XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING;
 
+// All that libxslt said, and of that the places in stylesheets.
 thread_local std::string strComplaint;
+thread_local std::string strPlaces;
 
 // Set once, before any thread.
 xsltDocLoaderFunc standardLoader = nullptr;
@@ -34,14 +37,29 @@ void complain(void* /*context*/, const char* format, ...) {
   std::vsnprintf(line.data(), line.size(), format, arguments);
   va_end(arguments);
   if (strComplaint.size() < 2000) strComplaint += line.data();
+  // A place comes in a call of its own, with its kind ahead.
+  const bool blnPlace = std::string_view(format).starts_with("%s: ");
+  if (blnPlace && strPlaces.size() < 2000) strPlaces += line.data();
 }
 
-std::string complaint() {
-  std::string strText = std::exchange(strComplaint, "");
+std::string inOneLine(std::string strText) {
   for (char& letter : strText) {
     if (letter == '\n') letter = ' ';
   }
   return strText;
+}
+
+void forgetComplaints() {
+  strComplaint.clear();
+  strPlaces.clear();
+}
+
+/// Why a document could not be parsed or compiled.
+std::string complaint(bool blnParsed) {
+  if (blnParsed) return inOneLine(strComplaint);
+  const xmlError* const error = xmlGetLastError();
+  if (error == nullptr || error->message == nullptr) return "it cannot be read";
+  return inOneLine(error->message) + "(line " + std::to_string(error->line) + ')';
 }
 
 /// All documents of a stylesheet share its dictionary of names: nodes of one hand theirs to the
@@ -125,19 +143,22 @@ struct Stylesheet::Compiled {
 
 Stylesheet::Stylesheet(const std::string& strFile, const std::string& strBuiltIn)
     : compiled_(std::make_unique<Compiled>()) {
+  forgetComplaints();
   const bool blnOwn = !strFile.empty() && std::filesystem::exists(strFile);
   xmlDocPtr const document = blnOwn ? xmlReadFile(strFile.c_str(), nullptr, kParserOptions)
                                     : builtInDocument(std::string(kBuiltIn) + strBuiltIn, nullptr);
   // The stylesheet owns its document, unless there is none.
   if (document != nullptr) compiled_->stylesheet.reset(xsltParseStylesheetDoc(document));
   if (!compiled_->stylesheet || compiled_->stylesheet->errors != 0) {
-    throw CannotRun((blnOwn ? "page.xsl: " : "the built-in stylesheet: ") + complaint());
+    throw CannotRun((blnOwn ? "page.xsl: " : "the built-in stylesheet: ") +
+                    complaint(document != nullptr));
   }
 }
 
 Stylesheet::~Stylesheet() = default;
 
 std::string Stylesheet::apply(const ViewDocument& view) const {
+  forgetComplaints();
   xsltStylesheetPtr const stylesheet = compiled_->stylesheet.get();
   const std::unique_ptr<xsltTransformContext, void (*)(xsltTransformContextPtr)> context(
       xsltNewTransformContext(stylesheet, view.get()), xsltFreeTransformContext);
@@ -152,7 +173,8 @@ std::string Stylesheet::apply(const ViewDocument& view) const {
                        xsltSaveResultToString(&text, &lngSize, page.get(), stylesheet) == 0;
   const std::unique_ptr<xmlChar, void (*)(void*)> owned(text, xmlFree);
   if (!blnDone || text == nullptr) {
-    tellFailure(complaint());
+    // What else was said may quote an answer, as the messages of a stylesheet do.
+    tellFailure(strPlaces.empty() ? "it ended itself" : inOneLine(strPlaces));
     throw std::runtime_error("the stylesheet gave up");
   }
   return {reinterpret_cast<const char*>(text), static_cast<std::size_t>(lngSize)};

@@ -159,6 +159,31 @@ TEST_F(Start, TakesOverAChangedDeploymentWholeOrNotAtAll) {
   EXPECT_TRUE(host.get("/forms/inspection").shows("Road"));
 }
 
+TEST_F(Start, LogsNothingOfWhatAPageSays) {
+  replaceIn("page.xsl", "<xsl:template name=\"footer\">",
+            "<xsl:template match=\"/form\" mode=\"title\">"
+            "<xsl:message><xsl:value-of select=\"//field[@name='town']/@value\"/></xsl:message>"
+            "<xsl:if test=\"//field[@name='town']/@value = 'Nowhere'\">"
+            "<xsl:message terminate=\"yes\">Nowhere</xsl:message></xsl:if>"
+            "</xsl:template><xsl:template name=\"footer\">");
+  const Host host(words({"--workers", "1"}));
+  Form answers = exampleForm("draft.form");
+  answers["town"] = "Geheimstadt";
+  EXPECT_EQ(host.get(parked(host, answers)).status, 200);
+  answers["town"] = "Nowhere";
+  EXPECT_EQ(host.get(parked(host, answers)).status, 500);
+  replaceIn("page.xsl", "</xsl:stylesheet>", "");
+  EXPECT_EQ(host.get("/forms/inspection").status, 200);
+  EXPECT_EQ(eventsOf(host, "page-failed").size(), 1U);
+  EXPECT_EQ(eventsOf(host, "deployment-refused").size(), 1U);
+  EXPECT_EQ(host.log().find("Geheimstadt"), std::string::npos);
+  EXPECT_EQ(host.log().find("Nowhere"), std::string::npos);
+  std::istringstream lines(host.log());
+  for (std::string strLine; std::getline(lines, strLine);) {
+    EXPECT_TRUE(Json::accept(strLine)) << strLine;
+  }
+}
+
 TEST_F(Start, MakesAPageFromTheObjectListAloneWhereNoneIsGiven) {
   fs::remove(deployment() / "page.xml");
   fs::remove(deployment() / "page.xsl");

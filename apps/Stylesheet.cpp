@@ -1,7 +1,10 @@
 #include "Stylesheet.h"
 
+#include <libxml/HTMLtree.h>
+#include <libxml/dict.h>
 #include <libxml/parser.h>
 #include <libxslt/documents.h>
+#include <libxslt/imports.h>
 #include <libxslt/security.h>
 #include <libxslt/transform.h>
 #include <libxslt/xsltutils.h>
@@ -14,6 +17,7 @@
 #include <utility>
 
 #include "CannotRun.h"
+#include "HtmlText.h"
 
 namespace {
 
@@ -113,8 +117,11 @@ ViewElement ViewElement::add(const char* name, std::string_view strText) const {
 }
 
 const ViewElement& ViewElement::set(const char* name, std::string_view strValue) const {
-  if (!strValue.empty() &&
-      xmlNewProp(node_, characters(name), characters(std::string(strValue).c_str())) == nullptr) {
+  return strValue.empty() ? *this : setAlways(name, strValue);
+}
+
+const ViewElement& ViewElement::setAlways(const char* name, std::string_view strValue) const {
+  if (xmlNewProp(node_, characters(name), characters(std::string(strValue).c_str())) == nullptr) {
     throw std::bad_alloc();
   }
   return *this;
@@ -126,6 +133,8 @@ const ViewElement& ViewElement::setFlag(const char* name, bool blnValue) const {
 
 ViewDocument::ViewDocument(const char* rootName) : document_(xmlNewDoc(nullptr)) {
   if (!document_) throw std::bad_alloc();
+  document_->dict = xmlDictCreate();  // its few names are kept once
+  if (document_->dict == nullptr) throw std::bad_alloc();
   xmlDocSetRootElement(document_.get(),
                        xmlNewDocNode(document_.get(), nullptr, characters(rootName), nullptr));
 }
@@ -138,7 +147,21 @@ struct Stylesheet::Compiled {
   struct Free {
     void operator()(xsltStylesheetPtr stylesheet) const { xsltFreeStylesheet(stylesheet); }
   };
+
+  /// Whether pages are such as `htmlText` writes.
+  bool isPlainHtml() const {
+    const xmlChar* method = nullptr;
+    const xmlChar* encoding = nullptr;
+    int indent = -1;
+    XSLT_GET_IMPORT_PTR(method, stylesheet.get(), method)
+    XSLT_GET_IMPORT_PTR(encoding, stylesheet.get(), encoding)
+    XSLT_GET_IMPORT_INT(indent, stylesheet.get(), indent)
+    return xmlStrEqual(method, characters("html")) != 0 && indent == 0 &&
+           xmlStrcasecmp(encoding, characters("UTF-8")) == 0;
+  }
+
   std::unique_ptr<xsltStylesheet, Free> stylesheet;
+  bool blnPlainHtml = false;
 };
 
 Stylesheet::Stylesheet(const std::string& strFile, const std::string& strBuiltIn)
@@ -153,6 +176,7 @@ Stylesheet::Stylesheet(const std::string& strFile, const std::string& strBuiltIn
     throw CannotRun((blnOwn ? "page.xsl: " : "the built-in stylesheet: ") +
                     complaint(document != nullptr));
   }
+  compiled_->blnPlainHtml = compiled_->isPlainHtml();
 }
 
 Stylesheet::~Stylesheet() = default;
@@ -167,10 +191,15 @@ std::string Stylesheet::apply(const ViewDocument& view) const {
   const std::unique_ptr<xmlDoc, void (*)(xmlDocPtr)> page(
       xsltApplyStylesheetUser(stylesheet, view.get(), nullptr, nullptr, nullptr, context.get()),
       xmlFreeDoc);
+  const bool blnMade = page && context->state == XSLT_STATE_OK;
+  if (blnMade && compiled_->blnPlainHtml) {
+    htmlSetMetaEncoding(page.get(), characters("UTF-8"));
+    if (std::optional<std::string> strPage = htmlText(*page)) return *std::move(strPage);
+  }
   xmlChar* text = nullptr;
   int lngSize = 0;
-  const bool blnDone = page && context->state == XSLT_STATE_OK &&
-                       xsltSaveResultToString(&text, &lngSize, page.get(), stylesheet) == 0;
+  const bool blnDone =
+      blnMade && xsltSaveResultToString(&text, &lngSize, page.get(), stylesheet) == 0;
   const std::unique_ptr<xmlChar, void (*)(void*)> owned(text, xmlFree);
   if (!blnDone || text == nullptr) {
     // What else was said may quote an answer, as the messages of a stylesheet do.

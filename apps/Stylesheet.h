@@ -14,8 +14,9 @@ class ViewElement {
   /// A new last child, with `strText` as its text.
   ViewElement add(const char* name, std::string_view strText = {}) const;
 
-  /// Sets an attribute; an empty value leaves it out.
+  /// Sets an attribute; an empty value leaves it out, but for `setAlways`.
   const ViewElement& set(const char* name, std::string_view strValue) const;
+  const ViewElement& setAlways(const char* name, std::string_view strValue) const;
   const ViewElement& setFlag(const char* name, bool blnValue) const;
 
  private:

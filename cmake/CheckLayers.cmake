@@ -34,7 +34,7 @@ set(src/c               "^((result|platform|interface)/|varnel_xml\\.h$)")
 # The guests: who may include a third-party header. apps/ also keeps to the installed headers.
 set(guests "^(re2/|utf8proc)"       "^libxml/" "^libxslt/" "^(boost/|soci/|openssl/)"
   "^(nlohmann/|CLI/)"   "^(gtest/|gmock/)")
-set(hosts  "^(src|tests)/platform/" "^(src|tests)/platform/|^apps/Stylesheet"
+set(hosts  "^(src|tests)/platform/" "^(src|tests)/platform/|^apps/Stylesheet|^(apps|tests/apps)/HtmlText"
   "^apps/Stylesheet" "^apps/host/"
   "^(apps|tests/apps)/|^(src|tests)/platform/json/" "^tests/")
 file(READ "${TREE}/src/CMakeLists.txt" listing)

@@ -22,15 +22,6 @@ std::string anchorOf(const std::string& strQuestion, const std::string& strRow,
   return anchorOf(strQuestion, strRow) + '-' + strColumn;
 }
 
-// What the stylesheet would have to ask of every input, which there are many of: a test there costs
-// hundreds of times what it costs here.
-
-/// Whether the input is a line of text, with one keyboard or another.
-bool isPlain(std::string_view strKind) {
-  constexpr std::string_view kOthers[] = {"output", "textarea", "select", "radio", "check"};
-  return std::ranges::find(kOthers, strKind) == std::end(kOthers);
-}
-
 std::string widthOf(const Input& input) {
   if (!input.strWidth.empty()) return input.strWidth;
   if (input.strKind == "date" || input.strKind == "time" || input.strKind == "number") {
@@ -43,6 +34,108 @@ std::string widthOf(const Input& input) {
 const char* inputModeOf(std::string_view strKind) {
   if (strKind == "number") return "decimal";
   return strKind == "email" ? "email" : strKind == "tel" ? "tel" : "";
+}
+
+/// What an input tells of the texts around it to those who do not see them.
+struct Described {
+  std::string strBy = {};  // the ids of the texts, in the order in which they are to be heard
+  bool blnWrong = false;
+  bool blnMust = false;
+
+  void setOn(const ViewElement& control) const {
+    control.set("aria-describedby", strBy)
+        .setFlag("aria-invalid", blnWrong)
+        .setFlag("aria-required", blnMust);
+  }
+};
+
+struct Control {
+  std::string_view strName;
+  const std::string& strAnchor;
+  std::string_view strKind;
+  std::string_view strValue;
+  Described described;
+};
+
+/// Calls `use` with the value and the label of each choice, and whether it is chosen. An answer
+/// that is no choice stays as it was given.
+template <class Use>
+void forEachChoice(const Input& input, std::string_view strValue, Use use) {
+  bool blnKnown = strValue.empty();
+  for (const Choice& choice : input.choices) {
+    const bool blnChosen = choice.strValue == strValue && !blnKnown;
+    use(choice.strValue, choice.strLabel, blnChosen);
+    blnKnown = blnKnown || blnChosen;
+  }
+  if (!blnKnown && !input.choices.empty()) use(strValue, strValue, true);
+}
+
+// The inputs are elements of HTML, which a stylesheet need only copy: their many attributes cost it
+// ten times as much, one by one, as they cost here. None is of a type that would change or hide an
+// answer which does not fit.
+
+void writeRadios(const ViewElement& parent, const Input& input, const Control& control) {
+  int lngNumber = 0;
+  forEachChoice(input, control.strValue,
+                [&](std::string_view strValue, std::string_view strLabel, bool blnChosen) {
+                  const std::string strId = control.strAnchor + '-' + std::to_string(++lngNumber);
+                  const ViewElement tick = parent.add("tick");
+                  tick.add("input")
+                      .set("type", "radio")
+                      .set("id", strId)
+                      .setAlways("name", control.strName)
+                      .setAlways("value", strValue)
+                      .set("checked", blnChosen ? "checked" : "");
+                  tick.add("label", strLabel).set("for", strId);
+                });
+}
+
+void writeSelect(const ViewElement& parent, const Input& input, const Control& control) {
+  const ViewElement select = parent.add("select");
+  select.set("id", control.strAnchor).setAlways("name", control.strName);
+  control.described.setOn(select);
+  select.add("option").setAlways("value", "");
+  forEachChoice(input, control.strValue,
+                [&](std::string_view strValue, std::string_view strLabel, bool blnChosen) {
+                  select.add("option", strLabel)
+                      .setAlways("value", strValue)
+                      .set("selected", blnChosen ? "selected" : "");
+                });
+}
+
+void writeControl(const ViewElement& parent, const Input& input, const Control& control) {
+  const auto element = [&](const char* name, std::string_view strText = {}) {
+    const ViewElement made = parent.add(name, strText);
+    made.set("id", control.strAnchor);
+    return made;
+  };
+  const std::string_view strKind = control.strKind;
+  if (strKind == "radio") {
+    writeRadios(parent, input, control);
+  } else if (strKind == "select") {
+    writeSelect(parent, input, control);
+  } else if (strKind == "output") {
+    const ViewElement output =
+        element("output", control.strValue.empty() ? input.strOutput : control.strValue);
+    if (!control.described.blnWrong) return;
+    output.set("tabindex", "-1").set("aria-describedby", control.strAnchor + "-error");
+  } else if (strKind == "textarea") {
+    const ViewElement area = element("textarea", control.strValue);
+    area.setAlways("name", control.strName).set("rows", "4");
+    control.described.setOn(area);
+  } else {
+    const bool blnCheck = strKind == "check";
+    const ViewElement made = parent.add("input");
+    made.set("type", blnCheck ? "checkbox" : "text")
+        .set("id", control.strAnchor)
+        .setAlways("name", control.strName)
+        .setAlways("value", blnCheck ? "on" : control.strValue);
+    if (!blnCheck) {
+      made.set("class", "width-" + widthOf(input)).set("inputmode", inputModeOf(strKind));
+    }
+    control.described.setOn(made);
+    if (blnCheck && !control.strValue.empty()) made.set("checked", "checked");
+  }
 }
 
 /// Writes the questions, with each error at its cell or question; at the row or the table where the
@@ -82,12 +175,16 @@ class FormWriter {
   void writeTable(const ViewElement& element, const Question& table);
   void writeInput(const ViewElement& element, const Input& input, const std::string& strName,
                   const std::string& strAnchor, const Listed& place);
+  bool writeStored(const ViewElement& element, const Input& input, const std::string& strName,
+                   const std::string& strAnchor, const Listed& place);
   /// False when there is none.
-  bool writeErrors(const ViewElement& element, const std::string& strAnchor, Listed place);
+  bool writeErrors(const ViewElement& element, const std::string& strAnchor, Listed place,
+                   bool blnOutput = false);
 
   const FormView& view_;
   std::map<std::string, std::vector<const FormError*>> errors_;  // by anchor; "": without a place
   std::vector<Listed> listed_;                                   // in the order of the page
+  std::size_t lngErrors_ = 0;
 };
 
 /// The rows that the page shows of a table.
@@ -123,81 +220,84 @@ std::set<std::string> FormWriter::anchorsOfPage() const {
   return anchors;
 }
 
-bool FormWriter::writeErrors(const ViewElement& element, const std::string& strAnchor,
-                             Listed place) {
+bool FormWriter::writeErrors(const ViewElement& element, const std::string& strAnchor, Listed place,
+                             bool blnOutput) {
   const auto found = errors_.find(strAnchor);
   if (found == errors_.end()) return false;
   place.strAnchor = strAnchor;
+  const ViewElement errors = element.add("errors");
+  errors.set("id", strAnchor + "-error");
   for (const FormError* const error : found->second) {
     const bool blnNarrower = (!error->strRow.empty() && place.strRow.empty()) ||
                              (!error->strColumn.empty() && place.strColumn.empty());
     place.strMessage = blnNarrower ? error->strInFull : error->strMessage;
-    element.add("error", place.strMessage);
+    const ViewElement entry = errors.add("error", place.strMessage);
+    if (blnOutput) entry.add("computed");
     listed_.push_back(place);
+    ++lngErrors_;
   }
   return true;
 }
 
+/// Of a conflict: the answer that somebody else saved, where it is another one.
+bool FormWriter::writeStored(const ViewElement& element, const Input& input,
+                             const std::string& strName, const std::string& strAnchor,
+                             const Listed& place) {
+  if (view_.strNotice != "conflict" || input.blnOutput) return false;
+  const std::string_view strStored = answerTo(view_.stored, strName);
+  if (strStored == answerTo(view_.answers, strName)) return false;
+  // Shown in the words of the choices where there are any.
+  const auto choice = std::ranges::find(input.choices, strStored, &Choice::strValue);
+  element.add("stored", choice == input.choices.end() ? strStored : choice->strLabel)
+      .set("id", strAnchor + "-stored")
+      .setFlag("tick", input.strKind == "check");
+  Listed other = place;
+  other.strAnchor = strAnchor;
+  listed_.push_back(other);
+  return true;
+}
+
+/// A label, what tells of the input, and the input itself: as the page has them, from top to
+/// bottom.
 void FormWriter::writeInput(const ViewElement& element, const Input& input,
                             const std::string& strName, const std::string& strAnchor,
                             const Listed& place) {
   const std::string_view strValue = answerTo(view_.answers, strName);
-  const bool blnOutput = input.blnOutput;
-  const std::string strKind = blnOutput ? "output" : input.strKind;
-  const bool blnPlain = isPlain(strKind);
-  element.set("anchor", strAnchor)
-      .set("name", strName)
-      .set("kind", strKind)
-      .setFlag("plain", blnPlain)
-      .set("label", input.strLabel)
-      .set("of", place.strRow)
-      .set("hint", input.strHint)
-      .set("maxlength", input.strMaxLength)
-      .setFlag("required", input.blnRequired)
-      .setFlag("must", input.blnRequired && strKind != "radio" && strKind != "check")
-      .set("value", blnOutput && strValue.empty() ? input.strOutput : strValue);
-  if (blnPlain) element.set("width", widthOf(input)).set("inputmode", inputModeOf(strKind));
-  // The help for a cell stands at the head of its column.
-  const bool blnHelp = !input.strHelp.empty() && place.strColumn.empty();
-  if (blnHelp) element.add("help", input.strHelp);
-  if (input.strKind == "check") element.setFlag("checked", !strValue.empty());
-  bool blnKnown = strValue.empty();
-  for (const Choice& choice : input.choices) {
-    const bool blnChosen = choice.strValue == strValue && !blnKnown;
-    element.add("choice", choice.strLabel)
-        .set("value", choice.strValue)
-        .setFlag("chosen", blnChosen);
-    blnKnown = blnKnown || blnChosen;
-  }
-  // An answer that is no choice stays as it was given.
-  if (!blnKnown && !input.choices.empty()) {
-    element.add("choice", strValue).set("value", strValue).setFlag("chosen", true);
-  }
-  bool blnStored = false;
-  if (view_.strNotice == "conflict" && !blnOutput) {
-    const std::string_view strStored = answerTo(view_.stored, strName);
-    blnStored = strStored != strValue;
-    if (blnStored) {
-      // Shown in the words of the choices where there are any.
-      const auto choice = std::ranges::find(input.choices, strStored, &Choice::strValue);
-      element.add("stored", choice == input.choices.end() ? strStored : choice->strLabel);
-      Listed other = place;
-      other.strAnchor = strAnchor;
-      listed_.push_back(other);
-    }
-  }
-  const bool blnWrong = writeErrors(element, strAnchor, place);
-  // What stands around the input and tells of it, in the order in which it is to be heard.
-  std::string strDescribed;
-  const auto describe = [&](bool blnThere, const char* ending) {
-    if (blnThere) strDescribed += (strDescribed.empty() ? "" : " ") + strAnchor + ending;
+  const std::string_view strKind = input.blnOutput ? "output" : std::string_view(input.strKind);
+  const bool blnCell = !place.strRow.empty();
+  const bool blnGroup = strKind == "radio" && !blnCell;
+  const bool blnTick = strKind == "check" && !blnCell;
+  const ViewElement around = blnGroup ? element.add("group") : element;
+  const auto writeLabel = [&](const ViewElement& parent) {
+    const ViewElement label = parent.add(blnGroup ? "legend" : "label", input.strLabel);
+    if (!blnGroup) label.set("for", strAnchor);
+    if (blnCell) label.add("of", place.strRow);
+    if (!blnCell && input.blnRequired) label.add("required");
   };
-  describe(blnWrong, "-error");
-  describe(blnStored, "-stored");
-  describe(blnHelp, "-help");
-  describe(!input.strHint.empty(), "-hint");
-  element.set("described", strDescribed)
-      .set("marks", std::string(blnWrong ? " wrong" : "") + (blnStored ? " differs" : ""));
+  if (!blnTick) writeLabel(around);
+
+  Described described;
+  const auto describe = [&](const char* ending) {
+    described.strBy += (described.strBy.empty() ? "" : " ") + strAnchor + ending;
+  };
+  // The help for a cell stands at the head of its column.
+  const bool blnHelp = !input.strHelp.empty() && !blnCell;
+  if (blnHelp) around.add("help", input.strHelp).set("id", strAnchor + "-help");
+  if (!input.strHint.empty()) around.add("hint", input.strHint).set("id", strAnchor + "-hint");
+  described.blnWrong = writeErrors(around, strAnchor, place, input.blnOutput);
+  const bool blnStored = writeStored(around, input, strName, strAnchor, place);
+  if (described.blnWrong) describe("-error");
+  if (blnStored) describe("-stored");
+  if (blnHelp) describe("-help");
+  if (!input.strHint.empty()) describe("-hint");
+  described.blnMust = input.blnRequired && strKind != "radio" && strKind != "check";
+
+  element.set("class", "kind-" + std::string(strKind) + (described.blnWrong ? " wrong" : "") +
+                           (blnStored ? " differs" : ""));
+  if (blnGroup) described.setOn(around.set("id", strAnchor).set("tabindex", "-1"));
+  const ViewElement inside = blnTick ? element.add("tick") : around;
+  writeControl(inside, input, {strName, strAnchor, strKind, strValue, std::move(described)});
+  if (blnTick) writeLabel(inside);
 }
 
 void FormWriter::writeTable(const ViewElement& element, const Question& table) {
@@ -209,30 +309,30 @@ void FormWriter::writeTable(const ViewElement& element, const Question& table) {
       .set("count-name", fieldNameOf(strId) + "_rowCount")
       .set("count", std::to_string(rows.size()))
       .set("add", table.strAdd)
-      .setFlag("dynamic", table.blnDynamic);
-  if (!table.input.strHelp.empty()) element.add("help", table.input.strHelp);
+      .setFlag("dynamic", table.blnDynamic)
+      .setFlag("wide", table.columns.size() > 5);
   writeErrors(element, anchorOf(strId), {.strLabel = table.input.strLabel});
+  if (!table.input.strHelp.empty()) element.add("help", table.input.strHelp);
   for (const Input& column : table.columns) {
-    const ViewElement head = element.add("column");
-    head.set("label", column.strLabel)
-        .set("hint", column.strHint)
-        .setFlag("required", column.blnRequired);
+    const ViewElement head = element.add("column", column.strLabel);
+    if (column.blnRequired) head.add("required");
+    if (!column.strHint.empty()) head.add("hint", column.strHint);
     if (!column.strHelp.empty()) head.add("help", column.strHelp);
   }
-  const auto writeRow = [&](const ViewElement& row, const TableRow& each) {
-    row.set("number", each.strId).set("label", each.strLabel);
+  for (const TableRow& each : rows) {
+    const ViewElement row = element.add("row");
+    const std::string strAnchor = anchorOf(strId, each.strId);
+    row.set("anchor", strAnchor).set("number", each.strId).set("label", each.strLabel);
     const std::int64_t lngRow = rowNumber(each.strId, INT32_MAX);
     const std::string strRow = each.strLabel.empty() ? "row " + each.strId : each.strLabel;
-    writeErrors(row, anchorOf(strId, each.strId),
-                {.strLabel = table.input.strLabel, .strRow = strRow});
+    writeErrors(row, strAnchor, {.strLabel = table.input.strLabel, .strRow = strRow});
     for (const Input& column : table.columns) {
       writeInput(
           row.add("cell"), column, cellName(table, column, lngRow),
           anchorOf(strId, each.strId, column.strId),
           {.strLabel = table.input.strLabel, .strRow = strRow, .strColumn = column.strLabel});
     }
-  };
-  for (const TableRow& row : rows) writeRow(element.add("row"), row);
+  }
 }
 
 void FormWriter::writeQuestion(const ViewElement& section, const Question& question) {
@@ -248,26 +348,27 @@ void FormWriter::writeQuestion(const ViewElement& section, const Question& quest
 void FormWriter::writeSections(const ViewElement& root) {
   for (const Section& section : view_.page->sections) {
     const ViewElement element = root.add("section");
+    const std::size_t lngBefore = lngErrors_;
     element.set("id", section.strId).set("title", section.strTitle);
     if (!section.strHelp.empty()) element.add("help", section.strHelp);
     for (const Question& question : section.questions) writeQuestion(element, question);
+    if (lngErrors_ > lngBefore) element.set("wrong", std::to_string(lngErrors_ - lngBefore));
   }
 }
 
 void FormWriter::writeSummary(const ViewElement& root) const {
-  const auto write = [&](const Listed& each) {
-    root.add("problem", each.strMessage)
-        .set("anchor", each.strAnchor)
-        .set("label", each.strLabel)
-        .set("row", each.strRow)
-        .set("column", each.strColumn);
-  };
-  for (const Listed& each : listed_) write(each);
+  for (const Listed& each : listed_) {
+    const ViewElement problem = root.add("problem");
+    const ViewElement place = problem.add("place", each.strLabel);
+    place.set("anchor", each.strAnchor);
+    if (!each.strRow.empty()) place.add("part", each.strRow);
+    if (!each.strColumn.empty()) place.add("part", each.strColumn);
+    if (!each.strMessage.empty()) problem.add("message", each.strMessage);
+  }
   const auto unplaced = errors_.find("");
   if (unplaced == errors_.end()) return;
   for (const FormError* const error : unplaced->second) {
-    const ViewElement problem = root.add("problem", error->strInFull);
-    problem.setFlag("unmendable", error->strQuestion.empty());
+    root.add("problem", error->strInFull).setFlag("unmendable", error->strQuestion.empty());
   }
 }
 

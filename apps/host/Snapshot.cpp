@@ -42,14 +42,19 @@ std::vector<fs::path> filesOf(const fs::path& folder) {
   return files;
 }
 
+/// Each file's name below the folder, and what changes when it is written. Made for each request.
 std::string describe(const std::vector<fs::path>& files, const fs::path& folder) {
   std::string strText;
   for (const fs::path& file : files) {
     struct stat status {};
     if (::stat(file.c_str(), &status) != 0) continue;
-    strText += file.lexically_relative(folder).string() + ' ' + std::to_string(status.st_ino) +
-               ' ' + std::to_string(status.st_size) + ' ' + std::to_string(status.st_mtim.tv_sec) +
-               '.' + std::to_string(status.st_mtim.tv_nsec) + '\n';
+    std::string_view strName = file.native();
+    strName.remove_prefix(folder.native().size());
+    while (strName.starts_with('/')) strName.remove_prefix(1);
+    strText += strName;
+    strText += ' ' + std::to_string(status.st_ino) + ' ' + std::to_string(status.st_size) + ' ' +
+               std::to_string(status.st_mtim.tv_sec) + '.' +
+               std::to_string(status.st_mtim.tv_nsec) + '\n';
   }
   return strText;
 }

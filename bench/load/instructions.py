@@ -1,9 +1,11 @@
 """What the web host adds to the library's run, in instructions counted by callgrind: for a submission that is
-accepted and for one that is refused with its page, from the bytes of the request to those of the answer.
+accepted and for one that is refused with its page, from the bytes of the request to those of the answer; and
+what an empty form takes.
 
     instructions.py
 
-Two hosts save and open as many forms; one sends more of them. The difference is what a submission takes.
+Two hosts save and open as many forms; one sends more of them, or opens more empty ones. The difference is what
+that takes.
 The environment tells VARNEL_HOST_PROGRAM and VARNEL_SOURCE_DIR; scripts/load sets it.
 """
 
@@ -39,8 +41,9 @@ def post(port, path, page, answers, action):
     return answer
 
 
-def counted(folder, form, submissions):
-    """The instructions of a host that is sent so many forms, by their part."""
+def counted(folder, form, times):
+    """The instructions, by their part, of a host that is sent a form so many times; without a form: that is asked
+    for an empty one."""
     port = free_port()
     out = folder / "callgrind.out"
     with open(folder / "host.log", "wb") as log:
@@ -52,13 +55,17 @@ def counted(folder, form, submissions):
     try:
         if not becomes(lambda: (request(port, "GET", "/healthz") or [0])[0] == 200):
             raise RuntimeError((folder / "host.log").read_text(encoding="utf-8"))
-        answers = form_of(form)
+        answers = form_of(form or "complete.form")
         page = request(port, "GET", "/forms/inspection")[2]
         for number in range(MANY):
             place = post(port, "/forms/inspection", page, answers, "park")[1]["Location"]
             form_page = request(port, "GET", place)[2]
-            if number < submissions:
+            if number >= times:
+                continue
+            if form:
                 post(port, place, form_page, answers, "submit")
+            else:
+                request(port, "GET", "/forms/inspection")
     finally:
         host.terminate()
         host.wait()
@@ -75,12 +82,13 @@ def counted(folder, form, submissions):
 
 
 def main():
-    for form, words in (("complete.form", "accepted"), ("faulty.form", "refused, with its page")):
+    for form, words in (("complete.form", "accepted"), ("faulty.form", "refused, with its page"),
+                        (None, "an empty form")):
         counts = []
-        for submissions in (FEW, MANY):
+        for times in (FEW, MANY):
             folder = temporary_folder()
             try:
-                counts.append(counted(folder, form, submissions))
+                counts.append(counted(folder, form, times))
             finally:
                 shutil.rmtree(folder)
         each = {part: (counts[1][part] - counts[0][part]) / (MANY - FEW) / 1e6 for part in PARTS}

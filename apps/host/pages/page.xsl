@@ -67,10 +67,9 @@
         <ol>
           <xsl:for-each select="section">
             <li><a href="#{@id}"><xsl:value-of select="@title"/></a>
-              <xsl:variable name="wrong" select="count(.//error)"/>
-              <xsl:if test="$wrong &gt; 0">
-                <xsl:text> </xsl:text><span class="count"><xsl:value-of select="$wrong"/>
-                  <xsl:choose><xsl:when test="$wrong = 1"> error</xsl:when>
+              <xsl:if test="@wrong">
+                <xsl:text> </xsl:text><span class="count"><xsl:value-of select="@wrong"/>
+                  <xsl:choose><xsl:when test="@wrong = 1"> error</xsl:when>
                     <xsl:otherwise> errors</xsl:otherwise></xsl:choose></span>
               </xsl:if>
             </li>
@@ -168,231 +167,129 @@
         <p>The form was saved and not sent. Mend what is wrong and send it again.</p>
       </xsl:if>
       <ul>
-        <xsl:for-each select="problem">
-          <li>
-            <xsl:choose>
-              <xsl:when test="@anchor">
-                <a href="#{@anchor}">
-                  <xsl:value-of select="@label"/>
-                  <xsl:if test="@row">, <xsl:value-of select="@row"/></xsl:if>
-                  <xsl:if test="@column">, <xsl:value-of select="@column"/></xsl:if>
-                </a>
-                <xsl:if test="string(.)">: <xsl:value-of select="."/></xsl:if>
-              </xsl:when>
-              <xsl:when test="@unmendable">The message made of this form is not valid, and no answer is to blame. Those who run this form have been told.</xsl:when>
-              <xsl:otherwise><xsl:value-of select="."/></xsl:otherwise>
-            </xsl:choose>
-          </li>
-        </xsl:for-each>
+        <xsl:apply-templates select="problem"/>
       </ul>
     </div>
   </xsl:template>
 
+  <xsl:template match="problem"><li><xsl:apply-templates/></li></xsl:template>
+
+  <xsl:template match="problem[@unmendable]">
+    <li>The message made of this form is not valid, and no answer is to blame. Those who run this form have been told.</li>
+  </xsl:template>
+
+  <xsl:template match="place"><a href="#{@anchor}"><xsl:apply-templates/></a></xsl:template>
+  <xsl:template match="part">, <xsl:apply-templates/></xsl:template>
+  <xsl:template match="message">: <xsl:apply-templates/></xsl:template>
+
   <xsl:template match="section">
     <section id="{@id}" aria-labelledby="{@id}-title">
       <h2 id="{@id}-title"><xsl:value-of select="@title"/></h2>
-      <xsl:if test="help"><p class="help"><xsl:value-of select="help"/></p></xsl:if>
-      <xsl:apply-templates select="field | table"/>
+      <xsl:apply-templates/>
     </section>
   </xsl:template>
 
-  <!-- A question: label, help, what is wrong, input -->
+  <!-- A question. Its element has all that the page has of it, from top to bottom: the label, what tells
+       of the input, the input. A page has hundreds of these elements, so they are told apart by name. -->
 
-  <xsl:template match="field">
-    <div class="field kind-{@kind}{@marks}">
-      <xsl:choose>
-        <xsl:when test="@plain">
-          <label for="{@anchor}"><xsl:call-template name="label-text"/></label>
-          <xsl:if test="@described"><xsl:call-template name="around"/></xsl:if>
-          <xsl:call-template name="input"/>
-        </xsl:when>
-        <xsl:when test="@kind = 'radio'">
-          <fieldset id="{@anchor}" tabindex="-1">
-            <xsl:call-template name="described"/>
-            <legend><xsl:call-template name="label-text"/></legend>
-            <xsl:call-template name="around"/>
-            <xsl:call-template name="input"/>
-          </fieldset>
-        </xsl:when>
-        <xsl:when test="@kind = 'check'">
-          <xsl:call-template name="around"/>
-          <div class="tick"><xsl:call-template name="input"/>
-            <label for="{@anchor}"><xsl:call-template name="label-text"/></label></div>
-        </xsl:when>
-        <xsl:otherwise>
-          <label for="{@anchor}"><xsl:call-template name="label-text"/></label>
-          <xsl:call-template name="around"/>
-          <xsl:call-template name="input"/>
-        </xsl:otherwise>
-      </xsl:choose>
-    </div>
+  <xsl:template match="field"><div class="field {@class}"><xsl:apply-templates/></div></xsl:template>
+
+  <xsl:template match="group">
+    <fieldset><xsl:copy-of select="@*"/><xsl:apply-templates/></fieldset>
   </xsl:template>
 
-  <xsl:template name="label-text">
-    <xsl:value-of select="@label"/>
-    <xsl:if test="@required"><xsl:text> </xsl:text><span class="required">(required)</span></xsl:if>
-  </xsl:template>
+  <xsl:template match="tick"><div class="tick"><xsl:apply-templates/></div></xsl:template>
 
-  <xsl:template name="around">
-    <xsl:if test="help"><p class="help" id="{@anchor}-help"><xsl:value-of select="help"/></p></xsl:if>
-    <xsl:if test="@hint"><p class="hint" id="{@anchor}-hint"><xsl:value-of select="@hint"/></p></xsl:if>
-    <xsl:call-template name="errors"/>
-  </xsl:template>
+  <xsl:template match="label"><label for="{@for}"><xsl:apply-templates/></label></xsl:template>
+  <xsl:template match="legend"><legend><xsl:apply-templates/></legend></xsl:template>
+  <xsl:template match="required"><xsl:text> </xsl:text><span class="required">(required)</span></xsl:template>
 
-  <xsl:template name="errors">
-    <xsl:if test="error">
-      <p class="error" id="{@anchor}-error">
-        <xsl:for-each select="error">
-          <span><span class="hidden">Error: </span><xsl:value-of select="."/>
-            <xsl:if test="../@kind = 'output'"> It is computed from other answers.</xsl:if></span>
-        </xsl:for-each>
-      </p>
-    </xsl:if>
-    <xsl:if test="stored">
-      <p class="stored" id="{@anchor}-stored">Saved elsewhere:
+  <xsl:template match="help"><p class="help"><xsl:copy-of select="@id"/><xsl:apply-templates/></p></xsl:template>
+  <xsl:template match="hint"><p class="hint" id="{@id}"><xsl:apply-templates/></p></xsl:template>
+
+  <xsl:template match="errors"><p class="error" id="{@id}"><xsl:apply-templates/></p></xsl:template>
+  <xsl:template match="error"><span><span class="hidden">Error: </span><xsl:apply-templates/></span></xsl:template>
+  <xsl:template match="computed"> It is computed from other answers.</xsl:template>
+
+  <xsl:template match="stored">
+      <p class="stored" id="{@id}">Saved elsewhere:
         <xsl:choose>
-          <xsl:when test="@kind = 'check' and string(stored)">ticked</xsl:when>
-          <xsl:when test="@kind = 'check'">not ticked</xsl:when>
-          <xsl:when test="string(stored)"><q><xsl:value-of select="stored"/></q></xsl:when>
+          <xsl:when test="@tick and string(.)">ticked</xsl:when>
+          <xsl:when test="@tick">not ticked</xsl:when>
+          <xsl:when test="string(.)"><q><xsl:value-of select="."/></q></xsl:when>
           <xsl:otherwise>no answer</xsl:otherwise>
         </xsl:choose>
       </p>
-    </xsl:if>
   </xsl:template>
 
-  <xsl:template name="described">
-    <xsl:if test="@described">
-      <xsl:attribute name="aria-describedby"><xsl:value-of select="@described"/></xsl:attribute>
-      <xsl:if test="error"><xsl:attribute name="aria-invalid">true</xsl:attribute></xsl:if>
-    </xsl:if>
-    <xsl:if test="@must"><xsl:attribute name="aria-required">true</xsl:attribute></xsl:if>
-  </xsl:template>
+  <xsl:template match="input | select | output"><xsl:copy-of select="."/></xsl:template>
 
-  <xsl:template name="input">
-    <xsl:choose>
-      <xsl:when test="@plain">
-        <!-- Never of a type that would change or hide an answer which does not fit. -->
-        <input type="text" id="{@anchor}" name="{@name}" value="{@value}" class="width-{@width}">
-          <xsl:if test="@inputmode"><xsl:attribute name="inputmode"><xsl:value-of select="@inputmode"/></xsl:attribute></xsl:if>
-          <xsl:call-template name="described"/>
-        </input>
-      </xsl:when>
-      <xsl:when test="@kind = 'output'">
-        <output id="{@anchor}">
-          <xsl:if test="error">
-            <xsl:attribute name="tabindex">-1</xsl:attribute>
-            <xsl:attribute name="aria-describedby"><xsl:value-of select="concat(@anchor, '-error')"/></xsl:attribute>
-          </xsl:if>
-          <xsl:value-of select="@value"/>
-        </output>
-      </xsl:when>
-      <xsl:when test="@kind = 'textarea'">
-        <textarea id="{@anchor}" name="{@name}" rows="4">
-          <xsl:call-template name="described"/>
-          <!-- A browser drops the first line end. -->
-          <xsl:text>&#10;</xsl:text><xsl:value-of select="@value"/>
-        </textarea>
-      </xsl:when>
-      <xsl:when test="@kind = 'select'">
-        <select id="{@anchor}" name="{@name}">
-          <xsl:call-template name="described"/>
-          <option value=""></option>
-          <xsl:for-each select="choice">
-            <option value="{@value}">
-              <xsl:if test="@chosen"><xsl:attribute name="selected">selected</xsl:attribute></xsl:if>
-              <xsl:value-of select="."/>
-            </option>
-          </xsl:for-each>
-        </select>
-      </xsl:when>
-      <xsl:when test="@kind = 'radio'">
-        <xsl:for-each select="choice">
-          <div class="tick">
-            <input type="radio" id="{../@anchor}-{position()}" name="{../@name}" value="{@value}">
-              <xsl:if test="@chosen"><xsl:attribute name="checked">checked</xsl:attribute></xsl:if>
-            </input>
-            <label for="{../@anchor}-{position()}"><xsl:value-of select="."/></label>
-          </div>
-        </xsl:for-each>
-      </xsl:when>
-      <xsl:when test="@kind = 'check'">
-        <input type="checkbox" id="{@anchor}" name="{@name}" value="on">
-          <xsl:call-template name="described"/>
-          <xsl:if test="@checked"><xsl:attribute name="checked">checked</xsl:attribute></xsl:if>
-        </input>
-      </xsl:when>
-    </xsl:choose>
+  <xsl:template match="textarea">
+    <textarea>
+      <xsl:copy-of select="@*"/>
+      <!-- A browser drops the first line end. -->
+      <xsl:text>&#10;</xsl:text><xsl:apply-templates/>
+    </textarea>
   </xsl:template>
 
   <!-- A table: rows become cards in a narrow window -->
 
   <xsl:template match="table">
-    <xsl:variable name="table" select="."/>
     <div class="table" id="{@anchor}" tabindex="-1" data-table="{@id}">
       <input type="hidden" name="{@count-name}" value="{@count}" class="row-count"/>
-      <xsl:call-template name="errors"/>
-      <xsl:if test="help"><p class="help"><xsl:value-of select="help"/></p></xsl:if>
+      <xsl:apply-templates select="errors | help"/>
       <table>
-        <xsl:if test="count(column) &gt; 5"><xsl:attribute name="class">cards</xsl:attribute></xsl:if>
-        <xsl:if test="error">
-          <xsl:attribute name="aria-describedby"><xsl:value-of select="concat(@anchor, '-error')"/></xsl:attribute>
-        </xsl:if>
+        <xsl:if test="@wide"><xsl:attribute name="class">cards</xsl:attribute></xsl:if>
+        <xsl:call-template name="described-by-errors"/>
         <caption><xsl:value-of select="@label"/></caption>
         <thead>
           <tr>
             <th scope="col"><span class="hidden">Row</span></th>
-            <xsl:for-each select="column">
-              <th scope="col"><xsl:value-of select="@label"/>
-                <xsl:if test="@required"><xsl:text> </xsl:text><span class="required">(required)</span></xsl:if>
-                <xsl:if test="@hint"><span class="hint"><xsl:value-of select="@hint"/></span></xsl:if>
-                <xsl:if test="help"><span class="help"><xsl:value-of select="help"/></span></xsl:if>
-              </th>
-            </xsl:for-each>
+            <xsl:apply-templates select="column"/>
             <xsl:if test="@dynamic"><th><span class="hidden">Remove</span></th></xsl:if>
           </tr>
         </thead>
-        <tbody>
-          <xsl:for-each select="row">
-            <tr id="{$table/@anchor}-{@number}" tabindex="-1" data-row="{@number}">
-              <xsl:if test="error">
-                <xsl:attribute name="aria-describedby"><xsl:value-of select="concat($table/@anchor, '-', @number, '-error')"/></xsl:attribute>
-              </xsl:if>
-              <th scope="row">
-                <xsl:choose>
-                  <xsl:when test="@label"><xsl:value-of select="@label"/></xsl:when>
-                  <xsl:otherwise><span class="row-word">Row </span><xsl:value-of select="@number"/></xsl:otherwise>
-                </xsl:choose>
-                <xsl:if test="error">
-                  <p class="error" id="{$table/@anchor}-{@number}-error">
-                    <xsl:for-each select="error"><span><span class="hidden">Error: </span><xsl:value-of select="."/></span></xsl:for-each>
-                  </p>
-                </xsl:if>
-              </th>
-              <xsl:for-each select="cell">
-                <td class="kind-{@kind}{@marks}">
-                  <label class="cell-label" for="{@anchor}"><xsl:value-of select="@label"/>
-                    <span class="hidden"><xsl:text>, </xsl:text><xsl:value-of select="@of"/></span></label>
-                  <xsl:if test="@described">
-                    <xsl:if test="@hint"><p class="cell-hint hint" id="{@anchor}-hint"><xsl:value-of select="@hint"/></p></xsl:if>
-                    <xsl:call-template name="errors"/>
-                  </xsl:if>
-                  <xsl:call-template name="input"/>
-                </td>
-              </xsl:for-each>
-              <xsl:if test="$table/@dynamic">
-                <td class="remove">
-                  <button class="plain" name="_action" value="remove-row:{$table/@id}:{@number}">Remove<span class="hidden"> row <xsl:value-of select="@number"/> of <xsl:value-of select="$table/@label"/></span></button>
-                </td>
-              </xsl:if>
-            </tr>
-          </xsl:for-each>
-        </tbody>
+        <tbody><xsl:apply-templates select="row"/></tbody>
       </table>
       <xsl:if test="@dynamic">
         <p><button class="plain add" name="_action" value="add-row:{@id}"><xsl:value-of select="@add"/></button></p>
       </xsl:if>
     </div>
   </xsl:template>
+
+  <xsl:template name="described-by-errors">
+    <xsl:if test="errors">
+      <xsl:attribute name="aria-describedby"><xsl:value-of select="errors/@id"/></xsl:attribute>
+    </xsl:if>
+  </xsl:template>
+
+  <xsl:template match="column"><th scope="col"><xsl:apply-templates/></th></xsl:template>
+  <xsl:template match="column/hint"><span class="hint"><xsl:apply-templates/></span></xsl:template>
+  <xsl:template match="column/help"><span class="help"><xsl:apply-templates/></span></xsl:template>
+
+  <xsl:template match="row">
+    <tr id="{@anchor}" tabindex="-1" data-row="{@number}">
+      <xsl:call-template name="described-by-errors"/>
+      <th scope="row">
+        <xsl:choose>
+          <xsl:when test="@label"><xsl:value-of select="@label"/></xsl:when>
+          <xsl:otherwise><span class="row-word">Row </span><xsl:value-of select="@number"/></xsl:otherwise>
+        </xsl:choose>
+        <xsl:apply-templates select="errors"/>
+      </th>
+      <xsl:apply-templates select="cell"/>
+      <xsl:if test="../@dynamic">
+        <td class="remove">
+          <button class="plain" name="_action" value="remove-row:{../@id}:{@number}">Remove<span class="hidden"> row <xsl:value-of select="@number"/> of <xsl:value-of select="../@label"/></span></button>
+        </td>
+      </xsl:if>
+    </tr>
+  </xsl:template>
+
+  <xsl:template match="cell"><td class="{@class}"><xsl:apply-templates/></td></xsl:template>
+  <xsl:template match="cell/label"><label class="cell-label" for="{@for}"><xsl:apply-templates/></label></xsl:template>
+  <xsl:template match="of"><span class="hidden">, <xsl:apply-templates/></span></xsl:template>
+  <xsl:template match="cell/hint"><p class="cell-hint hint" id="{@id}"><xsl:apply-templates/></p></xsl:template>
 
   <!-- The receipt -->
 

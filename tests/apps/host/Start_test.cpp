@@ -162,8 +162,8 @@ TEST_F(Start, TakesOverAChangedDeploymentWholeOrNotAtAll) {
 TEST_F(Start, LogsNothingOfWhatAPageSays) {
   replaceIn("page.xsl", "<xsl:template name=\"footer\">",
             "<xsl:template match=\"/form\" mode=\"title\">"
-            "<xsl:message><xsl:value-of select=\"//field[@name='town']/@value\"/></xsl:message>"
-            "<xsl:if test=\"//field[@name='town']/@value = 'Nowhere'\">"
+            "<xsl:message><xsl:value-of select=\"//input[@name='town']/@value\"/></xsl:message>"
+            "<xsl:if test=\"//input[@name='town']/@value = 'Nowhere'\">"
             "<xsl:message terminate=\"yes\">Nowhere</xsl:message></xsl:if>"
             "</xsl:template><xsl:template name=\"footer\">");
   const Host host(words({"--workers", "1"}));

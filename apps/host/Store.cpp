@@ -28,7 +28,8 @@ std::string postgresqlParameters(std::string_view strUrl) {
   if (strUrl.find_first_of(" '\"\\") != std::string_view::npos) {
     throw CannotRun("--store: a blank, quote or backslash in the address");
   }
-  std::string strParameters = "connect_timeout=5";
+  // A server that is gone without a word is given up after a while.
+  std::string strParameters = "connect_timeout=5 tcp_user_timeout=10000";
   const auto add = [&](const char* name, std::string_view strValue) {
     if (!strValue.empty()) strParameters += std::string(" ") + name + '=' + std::string(strValue);
   };
@@ -74,6 +75,9 @@ void open(soci::session& sql, const Place& place) {
   sql.open(place.strBackend, place.strParameters);
   if (!place.isSqlite()) {
     sql << "SET client_min_messages TO warning";  // the log is the host's
+    // One that is locked or too busy holds up a worker no longer than SQLite's would.
+    sql << "SET lock_timeout TO 3000";
+    sql << "SET statement_timeout TO 10000";
     return;
   }
   std::string strMode;

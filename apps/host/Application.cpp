@@ -52,6 +52,12 @@ std::string forPeople(std::string strMoment) {
   return strMoment.substr(0, 10) + ' ' + strMoment.substr(11, 5) + " UTC";
 }
 
+/// A target as it may be shown: what an address tells beyond its place can be a secret.
+std::string placeOf(const std::string& strTarget) {
+  return strTarget.starts_with("http") ? strTarget.substr(0, strTarget.find_first_of("?#"))
+                                       : strTarget;
+}
+
 }  // namespace
 
 Application::Application(const HostOptions& options, Store& store, Deployments& deployments,
@@ -173,7 +179,6 @@ HttpResponse Application::home(const HttpRequest& request) {
 HttpResponse Application::ready(const HttpRequest& request) {
   try {
     store_.ping();
-    metrics_.outboxWaiting = store_.waiting();
   } catch (const StoreProblem& problem) {
     logEvent("not-ready", {{"reason", problem.what()}});
     return trouble(request, 503, "Not ready", "The store cannot be reached.");
@@ -229,7 +234,7 @@ HttpResponse Application::receipt(const HttpRequest& request, std::string_view s
       .set("title", deployment ? deployment->page().strTitle : form->strDeployment)
       .set("accepted", forPeople(message->strAccepted))
       .set("size", std::to_string(message->strXml.size()))
-      .set("target", message->strTarget)
+      .set("target", placeOf(message->strTarget))
       .set("delivered", forPeople(message->strDelivered));
   if (deployment && !deployment->page().strReceipt.empty()) {
     view.root().add("note", deployment->page().strReceipt);

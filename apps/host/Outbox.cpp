@@ -65,6 +65,7 @@ Outbox::Outbox(std::string strTarget, Store& store, Metrics& metrics)
     if (::access(directory.c_str(), W_OK | X_OK) != 0) {
       throw CannotRun("--deliver " + strTarget_ + ": " + std::generic_category().message(errno));
     }
+    strTarget_ = std::string(kDirectory) + fs::weakly_canonical(directory).string();
   } else if (!strTarget_.empty()) {
     checkUrl(strTarget_);
   }
@@ -91,6 +92,8 @@ void Outbox::work(const std::stop_token& stop) {
       if (const std::optional<OutboxItem> item = store_.claim(kLeaseMilliseconds)) {
         blnIdle = false;
         deliver(*item);
+      } else {
+        metrics_.outboxWaiting = store_.waiting();
       }
     } catch (const std::exception& error) {
       logEvent("outbox-problem", {{"reason", error.what()}});
@@ -103,19 +106,26 @@ void Outbox::work(const std::stop_token& stop) {
   }
 }
 
+/// What was begun is finished where it was begun, also when the host delivers to another place by
+/// now.
 void Outbox::deliver(const OutboxItem& item) {
+  const std::string& strTarget = item.strState == "written" ? item.strTarget : strTarget_;
   std::string strReason;
   bool blnTaken = false;
   try {
-    blnTaken = strTarget_.starts_with(kDirectory) ? toDirectory(item) : toReceiver(item);
-    if (!blnTaken) return;  // another host has it now
+    if (strTarget.starts_with(kDirectory)) {
+      if (!toDirectory(item, strTarget)) return;  // another host has it now
+    } else {
+      toReceiver(item, strTarget);
+    }
+    blnTaken = true;
   } catch (const StoreProblem&) {
     throw;  // the lease ends by itself
   } catch (const std::exception& error) {
     strReason = error.what();
   }
   if (blnTaken) {
-    if (!store_.markDelivered(item)) return;
+    if (!store_.markDelivered(item, strTarget)) return;
     metrics_.countDelivered();
     logEvent("delivered", {{"id", item.strId}, {"attempts", item.lngAttempts}});
     return;
@@ -128,14 +138,15 @@ void Outbox::deliver(const OutboxItem& item) {
 
 /// Writes under another name, notes that in the store, renames. Whoever goes on after a crash sees
 /// by the store and the name which of the three was done last, also when the file was fetched from
-/// the directory meanwhile: a rename is never done twice.
-bool Outbox::toDirectory(const OutboxItem& item) {
-  const fs::path directory = directoryOf(strTarget_);
+/// the directory meanwhile: a rename is never done twice. So the directory has to be the one that
+/// was written to, on whatever host.
+bool Outbox::toDirectory(const OutboxItem& item, const std::string& strTarget) {
+  const fs::path directory = directoryOf(strTarget);
   const fs::path unfinished = directory / ('.' + item.strId + ".tmp");
   const fs::path finished = directory / (item.strId + ".xml");
   if (item.strState == "waiting") {
     writeWhole(unfinished, item.strMessage);
-    if (!store_.markWritten(item)) return false;
+    if (!store_.markWritten(item, strTarget)) return false;
   }
   if (std::rename(unfinished.c_str(), finished.c_str()) != 0 && errno != ENOENT) {
     fail(finished.string());
@@ -144,13 +155,12 @@ bool Outbox::toDirectory(const OutboxItem& item) {
   return true;
 }
 
-bool Outbox::toReceiver(const OutboxItem& item) {
+void Outbox::toReceiver(const OutboxItem& item, const std::string& strTarget) {
   const unsigned lngStatus = httpPost(
-      strTarget_,
+      strTarget,
       {{"Content-Type", "application/xml; charset=utf-8"}, {"Idempotency-Key", item.strId}},
       item.strMessage);
   if (lngStatus < 200 || lngStatus > 299) {
     throw std::runtime_error("the receiver answered " + std::to_string(lngStatus));
   }
-  return true;
 }

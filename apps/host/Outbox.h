@@ -23,8 +23,8 @@ class Outbox {
  private:
   void work(const std::stop_token& stop);
   void deliver(const OutboxItem& item);
-  bool toDirectory(const OutboxItem& item);
-  bool toReceiver(const OutboxItem& item);
+  bool toDirectory(const OutboxItem& item, const std::string& strTarget);
+  void toReceiver(const OutboxItem& item, const std::string& strTarget);
 
   std::string strTarget_;
   Store& store_;

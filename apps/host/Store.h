@@ -36,7 +36,8 @@ struct StoredMessage {
 
 struct OutboxItem {
   std::string strId;
-  std::string strState;  // "waiting" or "written"
+  std::string strState;   // "waiting" or "written"
+  std::string strTarget;  // of one that is "written": where to; else where it was to go at first
   std::int64_t lngAttempts = 0;
   std::int64_t lngLease = 0;  // who holds the item knows this number
   std::string strMessage;
@@ -70,9 +71,10 @@ class Store {
   /// Takes an item that is due; nobody else gets it before the lease of so many milliseconds ends.
   std::optional<OutboxItem> claim(std::int64_t lngLeaseMilliseconds);
 
-  /// The next three are done only while the lease is held; else they say false.
-  bool markWritten(const OutboxItem& item);
-  bool markDelivered(const OutboxItem& item);
+  /// The next three are done only while the lease is held; else they say false. The first two also
+  /// keep the target, which may not be the one that was meant when the form was accepted.
+  bool markWritten(const OutboxItem& item, const std::string& strTarget);
+  bool markDelivered(const OutboxItem& item, const std::string& strTarget);
   bool postpone(const OutboxItem& item, std::int64_t lngMilliseconds);
   std::int64_t waiting();
 

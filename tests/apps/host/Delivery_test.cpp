@@ -6,10 +6,12 @@
 
 #include <atomic>
 #include <csignal>
+#include <fstream>
 #include <mutex>
 #include <thread>
 
 #include "apps/host/Host.h"
+#include "host/Store.h"
 
 namespace Varnel_Tolv_XML_Creation::test {
 namespace {
@@ -118,6 +120,40 @@ TEST_F(Delivery, GoesOnWhereAKilledHostStopped) {
   EXPECT_TRUE(host.get("/parked/" + strId).shows("value=\"NB-2025-00417\""));
   EXPECT_TRUE(becomes([&] { return hasDelivered(host, 1); }));
   EXPECT_EQ(delivered(), std::vector{strId + ".xml"});
+}
+
+/// A message that one host wrote into a directory, and did not rename before it was killed. The
+/// store of the tests plays that host.
+TEST_F(Delivery, IsFinishedInTheDirectoryWhereItWasBegun) {
+  std::string strId;
+  {
+    Host host(words({"--deliver", "http://127.0.0.1:1/nobody?key=secret"}));
+    strId = accepted(host);
+    EXPECT_TRUE(becomes([&] { return host.log().find("delivery-failed") != std::string::npos; }));
+    const HttpAnswer receipt = host.get("/messages/" + strId);
+    EXPECT_TRUE(receipt.shows("To http://127.0.0.1:1/nobody; it is on its way"));
+    host.stop(SIGKILL);
+  }
+  const std::filesystem::path first = directory_.at("first");
+  const std::string strTarget = "directory:" + first.string();
+  {
+    Store store("sqlite:" + directory_.at("store.sqlite"), 1);
+    std::optional<OutboxItem> item;
+    ASSERT_TRUE(becomes([&] { return (item = store.claim(0)).has_value(); }));
+    std::filesystem::create_directory(first);
+    std::ofstream(first / ('.' + strId + ".tmp")) << item->strMessage;
+    ASSERT_TRUE(store.markWritten(*item, strTarget));
+  }
+  std::filesystem::rename(first, directory_.at("away"));
+  const Host host(words({"--deliver", "directory:" + inbox().string()}));
+  EXPECT_TRUE(becomes([&] { return host.log().find("delivery-failed") != std::string::npos; }));
+  EXPECT_FALSE(hasDelivered(host, 1));
+
+  std::filesystem::rename(directory_.at("away"), first);
+  EXPECT_TRUE(becomes([&] { return hasDelivered(host, 1); }));
+  EXPECT_EQ(textOfFile(first / (strId + ".xml")), host.get("/messages/" + strId + ".xml").body);
+  EXPECT_EQ(delivered(), std::vector<std::string>{});
+  EXPECT_TRUE(host.get("/messages/" + strId).shows("To " + strTarget + ", delivered 20"));
 }
 
 TEST_F(Delivery, OfManyHostsOnOneStoreHappensOnce) {

@@ -75,15 +75,16 @@ HttpResponse Application::answer(const HttpRequest& request) noexcept {
     } catch (const StoreProblem& problem) {
       logEvent("store-problem", {{"reason", problem.what()}});
       HttpResponse response = trouble(request, 503, "The store cannot be reached",
-                                      "Nothing was lost, and nothing was saved just now. Go back, "
-                                      "your browser still has your answers, and try again soon.");
+                                      "Nothing was saved just now, and nothing that was saved "
+                                      "before is lost. Reload this page in a moment: your browser "
+                                      "then sends your answers once more.");
       response.headers.emplace_back("Retry-After", "5");
       return response;
     } catch (const std::exception& error) {
       // Its text may quote an answer; the kind says enough to begin with.
       logEvent("error", {{"reason", typeid(error).name()}});
       return trouble(request, 500, "Something went wrong",
-                     "The fault is ours and has been recorded. Go back and try again.");
+                     "The fault is ours and has been recorded. Reload this page to try again.");
     }
   } catch (...) {
     return {.lngStatus = 500, .strContentType = "text/plain", .strBody = "", .headers = {}};
@@ -288,7 +289,7 @@ HttpResponse Application::page(const Post& post, unsigned lngStatus, const FormV
   if (wantsJson(post.request)) {
     StoredForm form = post.stored;
     if (form.strId.empty()) form.strDeployment = post.deployment->name();
-    return text(kJson, stateJson(form, result), lngStatus);
+    return text(kJson, stateJson(form, result, view.strNotice), lngStatus);
   }
   return render(lngStatus, viewOf(view), post.deployment->stylesheet());
 }
@@ -307,7 +308,8 @@ HttpResponse Application::redirect(const HttpRequest& request, const std::string
   return response;
 }
 
-std::string Application::stateJson(const StoredForm& form, const RunResult* result) const {
+std::string Application::stateJson(const StoredForm& form, const RunResult* result,
+                                   const std::string& strError) const {
   const bool blnNew = form.strId.empty();
   Json json{{"id", blnNew ? Json(nullptr) : Json(form.strId)},
             {"state", blnNew ? "new" : form.strState},
@@ -320,6 +322,7 @@ std::string Application::stateJson(const StoredForm& form, const RunResult* resu
     last.erase("report");
     json["result"] = std::move(last);
   }
+  if (!strError.empty()) json["error"] = strError;
   json["version"] = form.lngVersion;
   json["token"] = token(blnNew ? "/forms/" + form.strDeployment : "/parked/" + form.strId);
   return dumped(json);

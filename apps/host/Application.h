@@ -54,12 +54,16 @@ class Application {
   HttpResponse document(const HttpRequest& request, std::string_view strId, bool blnMessage);
 
   HttpResponse post(const HttpRequest& request, std::string_view strName, std::string_view strId);
+  HttpResponse act(Post& post);
   HttpResponse changeRows(Post& post);
   HttpResponse parkNew(Post& post);
   HttpResponse parkAgain(Post& post);
   HttpResponse submit(Post& post);
   HttpResponse saveWithoutVerdict(Post& post, const RunResult& run);
   HttpResponse notParked(Post& post, const RunResult& run);
+  HttpResponse asTyped(const Post& post, unsigned lngStatus, const char* notice,
+                       const RunResult* run = nullptr);
+  bool replace(const Post& post, StoredForm& form);
   HttpResponse conflict(Post& post);
 
   /// The answer to a request whose body or origin is not acceptable; none for a good one.
@@ -75,7 +79,8 @@ class Application {
   HttpResponse redirect(const HttpRequest& request, const std::string& strTo,
                         const StoredForm& form, const RunResult* run) const;
   std::string token(const std::string& strPath) const;
-  std::string stateJson(const StoredForm& form, const RunResult* run) const;
+  std::string stateJson(const StoredForm& form, const RunResult* run,
+                        const std::string& strError = "") const;
 
   const HostOptions& options_;
   Store& store_;

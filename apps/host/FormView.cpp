@@ -192,9 +192,12 @@ std::vector<TableRow> FormWriter::rowsOf(const Question& table) const {
   if (!table.blnDynamic) return table.rows;
   const std::string strCount = fieldNameOf(table.input.strId) + "_rowCount";
   const bool blnNew = view_.strId.empty() && view_.answers.find(strCount) == view_.answers.end();
-  const std::int64_t lngRows =
-      blnNew ? table.lngFirstRows
-             : std::min(rowCount(table, view_.answers, view_.lngMostRows), view_.lngMostRows);
+  std::int64_t lngRows =
+      blnNew ? table.lngFirstRows : rowCount(table, view_.answers, view_.lngMostRows);
+  if (view_.isConflict()) {
+    lngRows = std::max(lngRows, rowCount(table, view_.stored, view_.lngMostRows));
+  }
+  lngRows = std::min(lngRows, view_.lngMostRows);
   std::vector<TableRow> rows;
   for (std::int64_t lngRow = 1; lngRow <= lngRows; ++lngRow) {
     rows.push_back({std::to_string(lngRow), ""});
@@ -243,7 +246,7 @@ bool FormWriter::writeErrors(const ViewElement& element, const std::string& strA
 bool FormWriter::writeStored(const ViewElement& element, const Input& input,
                              const std::string& strName, const std::string& strAnchor,
                              const Listed& place) {
-  if (view_.strNotice != "conflict" || input.blnOutput) return false;
+  if (!view_.isConflict() || input.blnOutput) return false;
   const std::string_view strStored = answerTo(view_.stored, strName);
   if (strStored == answerTo(view_.answers, strName)) return false;
   // Shown in the words of the choices where there are any.
@@ -398,6 +401,7 @@ ViewDocument viewOf(const FormView& view) {
       .set("notice", view.strNotice)
       .set("saved", view.strSaved)
       .setFlag("unsaved", view.blnUnsaved)
+      .setFlag("conflict", view.isConflict())
       .set("version", std::to_string(view.lngVersion))
       .set("token", view.strToken);
   if (!page.strIntro.empty()) root.add("intro", page.strIntro);

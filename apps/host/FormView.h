@@ -16,15 +16,18 @@ struct FormView {
   std::string strId;      // empty: not parked yet
   std::string strState;   // new, parked, refused or accepted
   std::string
-      strNotice;  // conflict, accepted, not-checked, failed, token, rows: what just happened
+      strNotice;  // conflict, accepted, not-checked, failed, store, token, rows: what happened
   bool blnUnsaved = false;  // what the page shows was posted and is not in the store
   std::string strSaved;     // when it was parked last
   std::int64_t lngVersion = 0;
   std::string strToken;
   Answers answers;
-  Answers stored;  // of a conflict: what somebody else parked meanwhile
+  Answers stored;  // of a conflict: what was saved elsewhere
   std::vector<FormError> errors;
   std::int64_t lngMostRows = 0;
+
+  /// Whether the page shows what was saved elsewhere beside what was posted.
+  bool isConflict() const { return strNotice == "conflict" || strNotice == "accepted"; }
 };
 
 ViewDocument viewOf(const FormView& view);

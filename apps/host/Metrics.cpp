@@ -61,9 +61,9 @@ std::string Metrics::text() const {
     out << "varnel_requests_total{status=\"" << at << "xx\"} " << requests_[at] << '\n';
   }
   single(out, "varnel_forms_parked_total", "counter", "Forms parked, refused submissions included.",
-         counted(runs_[kParked]) + counted(runs_[kRefused]) + counted(runs_[kNotChecked]));
+         counted(parked_));
   single(out, "varnel_forms_accepted_total", "counter", "Forms whose message was accepted.",
-         counted(runs_[kAccepted]));
+         counted(accepted_));
   single(out, "varnel_messages_delivered_total", "counter", "Messages that left the outbox.",
          counted(delivered_));
   single(out, "varnel_delivery_failures_total", "counter", "Attempts to deliver that failed.",

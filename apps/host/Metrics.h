@@ -15,6 +15,8 @@ class Metrics {
 
   void countRun(Outcome outcome) { ++runs_[outcome]; }
   void countRequest(unsigned status);
+  void countParked() { ++parked_; }      // a form is in the store, or a newer version of it
+  void countAccepted() { ++accepted_; }  // a message is in the store
   void countDelivered() { ++delivered_; }
   void countDeliveryFailure() { ++deliveryFailures_; }
   void countOverload() { ++overloads_; }
@@ -50,6 +52,8 @@ class Metrics {
   std::array<Count, kOutcomes> runs_{};
   std::array<Count, 6> requests_{};  // by the first digit of the status
   std::array<StageTime, kStages> stages_;
+  Count parked_ = 0;
+  Count accepted_ = 0;
   Count delivered_ = 0;
   Count deliveryFailures_ = 0;
   Count overloads_ = 0;

@@ -94,11 +94,7 @@ HttpResponse Application::post(const HttpRequest& request, std::string_view strN
                                            answerTo(post.answers, "_token"), millisecondsNow());
   if (tokenState != TokenState::good) {
     logEvent("token-refused", {{"stale", tokenState == TokenState::stale}});
-    FormView view = viewFor(post);
-    view.strNotice = "token";
-    view.blnUnsaved = true;
-    view.lngVersion = rowNumber(answerTo(post.answers, "_version"), INT64_MAX);
-    return page(post, 403, view);
+    return asTyped(post, 403, "token");
   }
   for (const Section& section : post.deployment->page().sections) {
     for (const Question& question : section.questions) {
@@ -110,13 +106,36 @@ HttpResponse Application::post(const HttpRequest& request, std::string_view strN
     }
   }
 
-  const bool blnRows =
-      post.strAction.starts_with("add-row:") || post.strAction.starts_with("remove-row:");
-  if (blnRows) return changeRows(post);
-  if (strId.empty()) return parkNew(post);
-  if (post.strAction == "submit") return submit(post);
-  if (post.strAction.empty() || post.strAction == "park") return parkAgain(post);
-  return trouble(request, 422, "That cannot be done here", "The button is not known.");
+  try {
+    return act(post);
+  } catch (const StoreProblem& problem) {
+    logEvent("store-problem", {{"reason", problem.what()}});
+    HttpResponse response = asTyped(post, 503, "store");
+    response.headers.emplace_back("Retry-After", "5");
+    return response;
+  }
+}
+
+HttpResponse Application::act(Post& post) {
+  const std::string_view strAction = post.strAction;
+  if (strAction.starts_with("add-row:") || strAction.starts_with("remove-row:")) {
+    return changeRows(post);
+  }
+  if (post.stored.strId.empty()) return parkNew(post);
+  if (strAction == "submit") return submit(post);
+  if (strAction.empty() || strAction == "park") return parkAgain(post);
+  return trouble(post.request, 422, "That cannot be done here", "The button is not known.");
+}
+
+/// The page with what was posted, which is not in the store: it is still made from the version that
+/// it was made from.
+HttpResponse Application::asTyped(const Post& post, unsigned lngStatus, const char* notice,
+                                  const RunResult* run) {
+  FormView view = viewFor(post);
+  view.strNotice = notice;
+  view.blnUnsaved = true;
+  view.lngVersion = rowNumber(answerTo(post.answers, "_version"), INT64_MAX);
+  return page(post, lngStatus, view, run);
 }
 
 HttpResponse Application::changeRows(Post& post) {
@@ -134,19 +153,15 @@ HttpResponse Application::changeRows(Post& post) {
   const Question* const table = findTable(post.deployment->page(), strTable);
   const std::int64_t lngCount = table == nullptr ? 0 : rowCount(*table, post.answers, lngMost);
   const bool blnKnown = table != nullptr && table->blnDynamic;
-  if (!blnKnown || (!blnAdd && (lngRow < 1 || lngRow > lngCount)) ||
-      (blnAdd && lngCount >= lngMost)) {
+  if (!blnKnown || (!blnAdd && (lngRow < 1 || lngRow > lngCount))) {
     return trouble(post.request, 422, "The row cannot be added or removed",
-                   "There is no such table or row, or the table has as many rows as are taken.");
+                   "There is no such table or row.");
   }
+  if (blnAdd && lngCount >= lngMost) return asTyped(post, 422, "rows");
   if (!blnAdd) removeRow(*table, lngRow, lngCount, post.answers);
   post.answers.insert_or_assign(fieldNameOf(table->input.strId) + "_rowCount",
                                 std::to_string(blnAdd ? lngCount + 1 : lngCount - 1));
-  FormView view = viewFor(post);
-  // Nothing was saved: the page is still made from the version that it was made from.
-  view.blnUnsaved = true;
-  view.lngVersion = rowNumber(answerTo(post.answers, "_version"), INT64_MAX);
-  return page(post, 200, view);
+  return asTyped(post, 200, "");
 }
 
 /// What is wrong with a message and no input of the page can mend, and which answers did not reach
@@ -203,10 +218,25 @@ StoredForm Application::next(const Post& post, const RunResult& run, const char*
 }
 
 HttpResponse Application::notParked(Post& post, const RunResult& result) {
-  FormView view = viewFor(post);
-  view.strNotice = "failed";
-  view.blnUnsaved = true;
-  return page(post, 500, view, &result);
+  return asTyped(post, 500, "failed", &result);
+}
+
+/// Puts a form in the place of the stored one. One that was saved meanwhile with the same answers,
+/// as by a button that was pressed twice, is no other: what comes now is the newer version of it.
+bool Application::replace(const Post& post, StoredForm& form) {
+  const Metrics::Timer timer(metrics_, Metrics::kStore);
+  while (!store_.replace(form)) {
+    const std::optional<StoredForm> stored = store_.find(form.strId);
+    if (!stored || stored->strState == "accepted" || stored->lngVersion < form.lngVersion ||
+        !sameAnswers(post.deployment->page(), post.answers,
+                     answersIn(stored->strParkXml, stored->strRowCounts),
+                     static_cast<std::int64_t>(options_.lngMaxRows))) {
+      return false;
+    }
+    form.lngVersion = stored->lngVersion + 1;
+  }
+  metrics_.countParked();
+  return true;
 }
 
 HttpResponse Application::parkNew(Post& post) {
@@ -218,6 +248,7 @@ HttpResponse Application::parkNew(Post& post) {
     const Metrics::Timer timer(metrics_, Metrics::kStore);
     store_.create(form);
   }
+  metrics_.countParked();
   logEvent("parked", {{"form", form.strDeployment}, {"id", form.strId}, {"version", 1}});
   return redirect(post.request, "/parked/" + form.strId, form, &result);
 }
@@ -228,13 +259,8 @@ HttpResponse Application::parkAgain(Post& post) {
   if (lngFrom != post.stored.lngVersion) return conflict(post);
   const RunResult result = run(post, false);
   if (result.outcome != RunOutcome::parked) return notParked(post, result);
-  const StoredForm form = next(post, result, "parked");
-  bool blnDone = false;
-  {
-    const Metrics::Timer timer(metrics_, Metrics::kStore);
-    blnDone = store_.replace(form);
-  }
-  if (!blnDone) return conflict(post);
+  StoredForm form = next(post, result, "parked");
+  if (!replace(post, form)) return conflict(post);
   logEvent("parked",
            {{"form", form.strDeployment}, {"id", form.strId}, {"version", form.lngVersion}});
   return redirect(post.request, "/parked/" + form.strId, form, &result);
@@ -283,6 +309,7 @@ HttpResponse Application::submit(Post& post) {
       blnDone = store_.accept(form, result.strMessage, options_.strDeliver);
     }
     if (!blnDone) return conflict(post);
+    metrics_.countAccepted();
     logEvent("accepted",
              {{"form", form.strDeployment}, {"id", form.strId}, {"version", form.lngVersion}});
     onAccepted_();
@@ -292,10 +319,7 @@ HttpResponse Application::submit(Post& post) {
 
   std::vector<FormError> errors = errorsOf(result.report, post.deployment->texts());
   StoredForm form = next(post, result, "refused");
-  {
-    const Metrics::Timer timer(metrics_, Metrics::kStore);
-    if (!store_.replace(form)) return conflict(post);
-  }
+  if (!replace(post, form)) return conflict(post);
   logEvent("refused", {{"form", form.strDeployment},
                        {"id", form.strId},
                        {"version", form.lngVersion},
@@ -312,7 +336,7 @@ HttpResponse Application::saveWithoutVerdict(Post& post, const RunResult& result
   if (parked.outcome != RunOutcome::parked) return notParked(post, result);
   StoredForm form = next(post, parked, "parked");
   form.strResult = result.strJson;  // tells why to those who run the deployment
-  if (!store_.replace(form)) return conflict(post);
+  if (!replace(post, form)) return conflict(post);
   post.stored = std::move(form);
   FormView view = viewFor(post);
   view.strNotice = "not-checked";

@@ -53,7 +53,7 @@
   <!-- A form -->
 
   <xsl:template match="/form" mode="title">
-    <xsl:if test="problem and not(@notice = 'conflict')">Errors: </xsl:if>
+    <xsl:if test="problem and not(@conflict)">Errors: </xsl:if>
     <xsl:value-of select="@title"/>
   </xsl:template>
 
@@ -143,8 +143,9 @@
         <xsl:when test="@notice = 'accepted'">This form was sent and accepted before. Changes made since then were not saved.</xsl:when>
         <xsl:when test="@notice = 'not-checked'">The form was saved, but it could not be checked, so it was not sent. The fault is ours and has been recorded. Try to send it again later.</xsl:when>
         <xsl:when test="@notice = 'failed'">The form could not be processed. The fault is ours and has been recorded. Your answers still stand below; they were not saved.</xsl:when>
+        <xsl:when test="@notice = 'store'">The store cannot be reached. Your answers still stand below and were not saved just now: please press the button again in a moment.</xsl:when>
         <xsl:when test="@notice = 'token'">This page was open for too long, or did not come from here. Your answers still stand below and were not saved yet: please press the button again.</xsl:when>
-        <xsl:when test="@notice = 'rows'">A table has more rows than can be taken. Nothing was saved.</xsl:when>
+        <xsl:when test="@notice = 'rows'">The table has as many rows as can be taken. Your answers still stand below; they were not saved.</xsl:when>
       </xsl:choose>
     </xsl:variable>
     <xsl:if test="string($text)">
@@ -157,13 +158,13 @@
       <h2 id="summary-title">
         <xsl:variable name="count" select="count(problem)"/>
         <xsl:choose>
-          <xsl:when test="@notice = 'conflict'"><xsl:value-of select="$count"/>
+          <xsl:when test="@conflict"><xsl:value-of select="$count"/>
             <xsl:choose><xsl:when test="$count = 1"> answer differs</xsl:when><xsl:otherwise> answers differ</xsl:otherwise></xsl:choose></xsl:when>
           <xsl:when test="$count = 1">There is 1 error</xsl:when>
           <xsl:otherwise>There are <xsl:value-of select="$count"/> errors</xsl:otherwise>
         </xsl:choose>
       </h2>
-      <xsl:if test="not(@notice = 'conflict')">
+      <xsl:if test="not(@conflict)">
         <p>The form was saved and not sent. Mend what is wrong and send it again.</p>
       </xsl:if>
       <ul>

@@ -1,5 +1,6 @@
 #include <nlohmann/json.hpp>
 #include <regex>
+#include <thread>
 
 #include "apps/host/Host.h"
 #include "interface/BuildXML.h"
@@ -224,6 +225,43 @@ TEST_F(Cycle, RefusesMistakesBesideTheirInputs) {
   EXPECT_EQ(host_.get("/messages" + strPlace.substr(7)).status, 404);
 }
 
+/// Posts a form from two connections at once.
+std::vector<HttpAnswer> pressedTwice(const Host& host, const std::string& strPlace,
+                                     const Form& form) {
+  std::vector<HttpAnswer> answers(2);
+  std::vector<std::jthread> presses;
+  for (HttpAnswer& answer : answers) {
+    presses.emplace_back([&] { answer = host.post(strPlace, form); });
+  }
+  presses.clear();
+  return answers;
+}
+
+TEST_F(Cycle, ShowsTheMistakesHoweverOftenTheButtonIsPressed) {
+  for (int lngRound = 0; lngRound < 5; ++lngRound) {
+    const std::string strPlace = parked(host_, exampleForm("draft.form"));
+    const Form faulty = filledIn(host_.get(strPlace), exampleForm("faulty.form"), "submit");
+    for (const HttpAnswer& answer : pressedTwice(host_, strPlace, faulty)) {
+      EXPECT_EQ(answer.status, 422);
+      EXPECT_TRUE(answer.shows("There are 34 errors"));
+    }
+  }
+}
+
+TEST_F(Cycle, CountsWhatIsInTheStore) {
+  constexpr int kRounds = 5;
+  for (int lngRound = 0; lngRound < kRounds; ++lngRound) {
+    const std::string strPlace = parked(host_, exampleForm("draft.form"));
+    const Form complete = filledIn(host_.get(strPlace), exampleForm("complete.form"), "submit");
+    for (const HttpAnswer& answer : pressedTwice(host_, strPlace, complete)) {
+      EXPECT_EQ(answer.header("location"), "/messages" + strPlace.substr(7));
+    }
+  }
+  const HttpAnswer metrics = host_.get("/metrics");
+  EXPECT_TRUE(metrics.shows("varnel_forms_parked_total " + std::to_string(kRounds) + '\n'));
+  EXPECT_TRUE(metrics.shows("varnel_forms_accepted_total " + std::to_string(kRounds) + '\n'));
+}
+
 TEST_F(Cycle, NamesTheRowAsThePageCountsIt) {
   Form answers = exampleForm("complete.form");
   answers["meters_rowCount"] = "3";
@@ -370,6 +408,39 @@ TEST_F(Cycle, OverwritesNothingThatIsNewer) {
   EXPECT_TRUE(host_.get(strPlace).shows("value=\"Mine\""));
 }
 
+TEST_F(Cycle, ShowsTheRowsThatSomebodyElseSaved) {
+  const std::string strPlace = parked(host_, exampleForm("draft.form"));
+  const HttpAnswer page = host_.get(strPlace);
+  Form theirs = exampleForm("draft.form");
+  theirs["meters_rowCount"] = "3";
+  theirs["meters___meter_3"] = "gas";
+  EXPECT_EQ(host_.post(strPlace, filledIn(page, theirs, "park")).status, 303);
+  Form mine = exampleForm("draft.form");
+  mine["town"] = "Mine";
+  const HttpAnswer answer = host_.post(strPlace, filledIn(page, mine, "park"));
+  EXPECT_EQ(answer.status, 409);
+  EXPECT_EQ(hiddenInputs(answer.body)["meters_rowCount"], "3");
+  EXPECT_NE(partOf(answer, "id=\"q-meters-3-meter-stored\"", "</p>").find("gas"),
+            std::string::npos);
+  EXPECT_TRUE(answer.shows("2 answers differ"));
+}
+
+TEST_F(Cycle, ShowsWhatWasSentToWhoComesTooLate) {
+  const std::string strPlace = parked(host_, exampleForm("complete.form"));
+  const HttpAnswer page = host_.get(strPlace);
+  ASSERT_EQ(host_.post(strPlace, filledIn(page, exampleForm("complete.form"), "submit")).status,
+            303);
+  Form late = exampleForm("complete.form");
+  late["town"] = "Elsewhere";
+  const HttpAnswer answer = host_.post(strPlace, filledIn(page, late, "park"));
+  EXPECT_EQ(answer.status, 409);
+  EXPECT_TRUE(answer.shows("value=\"Elsewhere\""));
+  EXPECT_NE(
+      partOf(answer, "id=\"q-town-stored\"", "</p>").find(exampleForm("complete.form")["town"]),
+      std::string::npos);
+  EXPECT_TRUE(answer.shows("1 answer differs"));
+}
+
 TEST_F(Cycle, TakesTheSameAnswersTwiceForNoConflict) {
   const std::string strPlace = parked(host_, exampleForm("draft.form"));
   const HttpAnswer page = host_.get(strPlace);
@@ -417,6 +488,14 @@ TEST_F(Cycle, AnswersInJsonToThoseWhoWantIt) {
   EXPECT_EQ(second["report"]["losses"], Json::array());
   EXPECT_EQ(Json::parse(host_.get(strPlace, json).body)["report"], second["report"]);
   EXPECT_EQ(Json::parse(host_.get("/nowhere", json).body)["id"], nullptr);
+
+  // What is on a page for people is a word here.
+  EXPECT_EQ(Json::parse(host_.post(strPlace, form, json).body)["error"], nullptr);
+  form["town"] = "Elsewhere";
+  form["_action"] = "park";
+  const HttpAnswer conflict = host_.post(strPlace, form, json);
+  EXPECT_EQ(conflict.status, 409);
+  EXPECT_EQ(Json::parse(conflict.body)["error"], "conflict");
 }
 
 TEST_F(Cycle, ShowsNobodyTheAnswersOfOthers) {

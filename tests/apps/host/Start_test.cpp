@@ -296,6 +296,7 @@ TEST_F(Start, LetsNoThreadBeInterruptedByTheSignalsThatEndIt) {
 }
 
 TEST_F(Start, IsEndedCleanlyAtWhateverMoment) {
+  EXPECT_TRUE(refused.shows("A long answer. A long answer."));  // still there, to be sent again
   // How long the host takes until it listens; the signals come within twice that.
   const auto begin = std::chrono::steady_clock::now();
   const Host first(words({"--deliver", "directory:" + inbox().string()}));

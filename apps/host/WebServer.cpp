@@ -17,8 +17,8 @@
 #include <optional>
 
 #include "CannotRun.h"
-#include "host/WorkerPool.h"
 #include "Files.h"
+#include "host/WorkerPool.h"
 
 namespace asio = boost::asio;
 namespace beast = boost::beast;
@@ -38,6 +38,7 @@ constexpr std::uint32_t kMaxHead = 16 * 1024;
 constexpr std::size_t kMaxDrained = std::size_t{64} << 20;
 constexpr std::size_t kSpareFiles = 128;  // for the store, deployments and deliveries
 constexpr std::size_t kMostConnections = 10'000;
+constexpr std::size_t kProbesWaiting = 16;
 
 /// As many as there may be files, less some.
 std::size_t mostConnections() {
@@ -72,6 +73,7 @@ struct WebServer::Impl : std::enable_shared_from_this<WebServer::Impl> {
 
   void listen();
   void accept();
+  bool makeRoom();
   void stop();
 
   WebSettings settings;
@@ -85,6 +87,7 @@ struct WebServer::Impl : std::enable_shared_from_this<WebServer::Impl> {
   std::size_t lngMostConnections = mostConnections();
   bool blnStopping = false;
   std::unique_ptr<WorkerPool> workers;
+  std::unique_ptr<WorkerPool> probes;
 };
 
 /// One connection. All of it runs in the server's thread, apart from the making of an answer.
@@ -100,6 +103,8 @@ class Connection : public std::enable_shared_from_this<Connection> {
   }
 
   bool isIdle() const { return blnIdle_; }
+  bool isReading() const { return blnReading_; }
+  bool isOpen() const { return stream_.socket().is_open(); }
   void close() {
     beast::error_code ignored;
     stream_.socket().close(ignored);
@@ -109,7 +114,7 @@ class Connection : public std::enable_shared_from_this<Connection> {
   using Message = http::request<http::string_body>;
 
   void readHead() {
-    blnIdle_ = true;
+    blnIdle_ = blnReading_ = true;
     parser_.emplace();
     parser_->header_limit(kMaxHead);
     parser_->body_limit(server_->settings.lngMaxBody);
@@ -163,13 +168,14 @@ class Connection : public std::enable_shared_from_this<Connection> {
   }
 
   void refuse(unsigned lngStatus) {
-    blnIdle_ = false;
+    blnIdle_ = blnReading_ = false;
     blnLast_ = true;
     ++server_->metrics.inFlight;
     write(server_->handlers.refuse(requestOf(parser_->get()), lngStatus));
   }
 
   void dispatch() {
+    blnReading_ = false;
     ++server_->metrics.inFlight;
     const Message& message = parser_->get();
     blnLast_ = !message.keep_alive() || server_->blnStopping;
@@ -179,7 +185,9 @@ class Connection : public std::enable_shared_from_this<Connection> {
       write(server_->handlers.answer(*request));
       return;
     }
-    const bool blnTaken = server_->workers->enqueue([self = shared_from_this(), request]() mutable {
+    const bool blnProbe = server_->handlers.isProbe(*request);
+    WorkerPool& pool = blnProbe ? *server_->probes : *server_->workers;
+    const bool blnTaken = pool.enqueue([self = shared_from_this(), request]() mutable {
       // What was made goes back to the server's thread, with all that holds the connection.
       auto response = std::make_shared<HttpResponse>(self->server_->handlers.answer(*request));
       asio::io_context& context = self->server_->context;
@@ -252,8 +260,9 @@ class Connection : public std::enable_shared_from_this<Connection> {
   std::optional<http::request_parser<http::string_body>> parser_;
   http::response<http::string_body> response_;
   std::size_t lngDrained_ = 0;
-  bool blnIdle_ = true;   // between two requests
-  bool blnLast_ = false;  // closed behind the answer
+  bool blnIdle_ = true;     // between two requests
+  bool blnReading_ = true;  // no request is there yet
+  bool blnLast_ = false;    // closed behind the answer
 };
 
 void WebServer::Impl::listen() {
@@ -272,6 +281,20 @@ void WebServer::Impl::listen() {
   }
 }
 
+/// Ends the connection that has been silent longest, or else the oldest that has not sent its
+/// request yet, as slow as it may do that. False when there is neither: all are being answered.
+bool WebServer::Impl::makeRoom() {
+  for (const auto wanted : {&Connection::isIdle, &Connection::isReading}) {
+    for (const auto& each : connections) {
+      const auto connection = each.lock();
+      if (!connection || !connection->isOpen() || !((*connection).*wanted)()) continue;
+      connection->close();
+      return true;
+    }
+  }
+  return false;
+}
+
 void WebServer::Impl::accept() {
   acceptor.async_accept([self = shared_from_this()](beast::error_code error, tcp::socket socket) {
     if (self->blnStopping) return;
@@ -283,13 +306,10 @@ void WebServer::Impl::accept() {
       });
       return;
     }
-    if (self->connections.size() >= self->lngMostConnections) {
-      // The one that has been silent longest makes room.
-      const auto silent = std::ranges::find_if(self->connections, [](const auto& each) {
-        const auto connection = each.lock();
-        return connection && connection->isIdle();
-      });
-      if (silent != self->connections.end()) silent->lock()->close();
+    if (self->connections.size() >= self->lngMostConnections && !self->makeRoom()) {
+      self->metrics.countOverload();
+      self->accept();
+      return;  // the socket is closed
     }
     beast::error_code ignored;
     socket.set_option(tcp::no_delay(true), ignored);
@@ -336,6 +356,7 @@ unsigned short WebServer::port() const { return impl_->acceptor.local_endpoint()
 void WebServer::run() {
   impl_->workers =
       std::make_unique<WorkerPool>(impl_->settings.lngWorkers, impl_->settings.lngQueue);
+  impl_->probes = std::make_unique<WorkerPool>(1, kProbesWaiting);
   impl_->accept();
   // Ends when nothing is left to wait for, or when what is left takes too long.
   while (!impl_->blnStopping || !impl_->connections.empty()) {
@@ -345,5 +366,6 @@ void WebServer::run() {
     }
   }
   impl_->workers.reset();
+  impl_->probes.reset();
   impl_->context.poll();  // what was cancelled lets go of the server
 }

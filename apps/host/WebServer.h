@@ -14,6 +14,8 @@ struct WebHandlers {
   std::function<HttpResponse(const HttpRequest&)> answer;  // by a worker
   /// Whether the answer is made without waiting for anything, so that no worker is needed.
   std::function<bool(const HttpRequest&)> isQuick;
+  /// Whether somebody asks how the host is: the answer waits for no other request.
+  std::function<bool(const HttpRequest&)> isProbe;
   /// For a request that is refused before it was read: its status.
   std::function<HttpResponse(const HttpRequest&, unsigned)> refuse;
   std::function<void()> stopping;  // a clean stop begins

@@ -84,6 +84,7 @@ int serve(const HostOptions& options, const StopSignals& signals) {
              return request.strPath == "/healthz" || request.strPath == "/metrics" ||
                     request.strPath.starts_with("/static/");
            },
+       .isProbe = [](const HttpRequest& request) { return request.strPath == "/readyz"; },
        .refuse =
            [&](const HttpRequest& request, unsigned lngStatus) {
              const Refusal refusal = refusalOf(lngStatus);
@@ -110,10 +111,10 @@ int run(std::vector<std::string> words) {
     writeStandardOutput(*commandLine.textToPrint);
     return kStopped;
   }
+  const StopSignals signals;
   prepareStylesheets(pageFile, [](const std::string& strReason) {
     logEvent("page-failed", {{"reason", strReason}});
   });
-  const StopSignals signals;
   return serve(commandLine.options, signals);
 }
 

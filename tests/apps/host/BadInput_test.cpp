@@ -1,5 +1,7 @@
+#include <atomic>
 #include <memory>
 #include <nlohmann/json.hpp>
+#include <thread>
 
 #include "apps/host/Host.h"
 
@@ -206,6 +208,45 @@ TEST_F(BadInput, OfSilentAndSlowConnectionsHoldsUpNobody) {
     connections.back()->send("GET " + strPlace_ + " HTTP/1.1\r\nHost: x\r\n\r\n");
   }
   EXPECT_EQ(host_.get(strPlace_).status, 200);
+}
+
+TEST_F(BadInput, OfMoreSlowBodiesThanThereMayBeFilesHoldsUpNobody) {
+  const Host host(words(), 0, 300);
+  std::vector<std::unique_ptr<Connection>> connections;
+  for (int each = 0; each < 400; ++each) {
+    connections.push_back(std::make_unique<Connection>(host.port()));
+    connections.back()->send("POST / HTTP/1.1\r\nHost: x\r\nContent-Length: 100000\r\n\r\nabc");
+  }
+  EXPECT_EQ(host.get("/healthz").status, 200);
+  EXPECT_EQ(host.get("/forms/inspection").status, 200);
+}
+
+TEST_F(BadInput, OfTooManyRequestsIsToldToComeAgain) {
+  const Host host(words({"--workers", "1", "--queue", "1"}));
+  const std::string strPlace = parked(host, exampleForm("draft.form"));
+  const Form faulty = filledIn(host.get(strPlace), exampleForm("faulty.form"), "submit");
+  std::atomic<bool> blnTold = false;
+  std::vector<std::jthread> people;
+  for (int each = 0; each < 6; ++each) {
+    people.emplace_back([&](const std::stop_token& stop) {
+      while (!stop.stop_requested()) {
+        const HttpAnswer answer = host.post(strPlace, faulty);
+        EXPECT_TRUE(answer.status == 422 || answer.status == 503) << answer.status;
+        if (answer.status != 503) continue;
+        EXPECT_EQ(answer.header("retry-after"), "1");
+        EXPECT_TRUE(answer.shows("Too many are here at once"));
+        blnTold = true;
+      }
+    });
+  }
+  // Who asks how the host is gets an answer all the same.
+  EXPECT_TRUE(becomes([&] { return host.get("/readyz").status != 200 || blnTold; }));
+  for (int each = 0; each < 5; ++each) EXPECT_EQ(host.get("/readyz").status, 200);
+  EXPECT_TRUE(blnTold);
+  people.clear();
+  EXPECT_NE(host.log().find("\"status\":503,\"method\":\"POST\",\"path\":\"" + strPlace +
+                            "\",\"reason\":\"Too many are here at once\""),
+            std::string::npos);
 }
 
 TEST_F(BadInput, DoesNotMakeSeveralRequestsOfOneConnectionMixUp) {

@@ -7,6 +7,8 @@ using namespace Varnel_Tolv_XML_Creation;
 
 namespace {
 
+constexpr auto kPause = std::chrono::seconds(5);
+
 /// Logs what its check found, but for notes.
 void logFindings(const FormDeployment& deployment) {
   for (const Finding& finding : deployment.findings()) {
@@ -41,23 +43,32 @@ Deployments::Deployments(const std::vector<std::string>& folders) {
 }
 
 /// Takes over a change. Works on a copy of the entry, for building a deployment takes its time.
+/// What its check refuses is not looked at again; what could not be read, perhaps for want of
+/// space, is.
 void Deployments::refresh(Entry& entry) {
+  const auto now = std::chrono::steady_clock::now();
   std::string strFingerprint;
   try {
     strFingerprint = fingerprintOf(entry.strFolder);
-    const bool blnKnown =
-        strFingerprint == entry.deployment->fingerprint() || strFingerprint == entry.strRefused;
-    if (blnKnown) return;
+  } catch (const std::exception&) {
+    // Without files it is refused below, with the reason.
+  }
+  const bool blnRefused = strFingerprint == entry.strRefused && now < entry.tryAgain;
+  if (blnRefused || strFingerprint == entry.deployment->fingerprint()) return;
+  entry.strRefused = strFingerprint;
+  try {
     auto changed = std::make_shared<const FormDeployment>(entry.strFolder);
     logFindings(*changed);
     if (!changed->sound()) {
       entry.strRefused = changed->fingerprint();
+      entry.tryAgain = std::chrono::steady_clock::time_point::max();
       return;
     }
     entry.deployment = std::move(changed);
+    entry.tryAgain = {};
     logEvent("deployment-changed", {{"form", entry.deployment->name()}});
   } catch (const std::exception& error) {
-    entry.strRefused = strFingerprint;
+    entry.tryAgain = now + kPause;
     logEvent("deployment-refused", {{"form", entry.deployment->name()}, {"reason", error.what()}});
   }
 }

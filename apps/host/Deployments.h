@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -28,7 +29,8 @@ class Deployments {
   struct Entry {
     std::string strFolder;
     std::shared_ptr<const FormDeployment> deployment;
-    std::string strRefused;  // the fingerprint of a change that was not sound
+    std::string strRefused;  // the fingerprint of a change that was not taken over
+    std::chrono::steady_clock::time_point tryAgain{};  // not before this one is it looked at again
   };
 
   void refresh(Entry& entry);

@@ -62,6 +62,10 @@ FormDeployment::FormDeployment(const std::filesystem::path& folder)
       submission_(optionsOf(folder, snapshot_, true)),
       draft_(optionsOf(folder, snapshot_, false)),
       findings_(findingsOf(submission_)) {
+  // The options were read from the folder itself.
+  if (fingerprintOf(folder) != snapshot_.fingerprint()) {
+    throw CannotRun("--deployment " + folder.string() + ": changes while it is read");
+  }
   if (hasErrors(findings_)) return;
   cache_ = std::make_unique<FileCache>();
   page_ = readPageModel(submission_, snapshot_.placeOf((folder / "page.xml").string()));

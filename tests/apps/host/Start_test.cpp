@@ -5,9 +5,10 @@
 #include <cstdlib>
 #include <fstream>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <sstream>
-
 #include <thread>
+
 #include "apps/host/Host.h"
 
 namespace fs = std::filesystem;
@@ -68,6 +69,21 @@ std::vector<Json> eventsOf(const Host& host, std::string_view strEvent) {
   }
   return events;
 }
+
+/// Where hosts put temporary files, as long as the object lives.
+class TemporaryFolder {
+ public:
+  explicit TemporaryFolder(const std::string& strFolder) {
+    if (const char* const before = std::getenv("TMPDIR")) before_ = before;
+    ::setenv("TMPDIR", strFolder.c_str(), 1);
+  }
+  ~TemporaryFolder() { before_ ? ::setenv("TMPDIR", before_->c_str(), 1) : ::unsetenv("TMPDIR"); }
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+ private:
+  std::optional<std::string> before_;
+};
 
 TEST_F(Start, EndsWithTheFindingsOfABrokenDeployment) {
   const struct {
@@ -159,6 +175,20 @@ TEST_F(Start, TakesOverAChangedDeploymentWholeOrNotAtAll) {
   EXPECT_TRUE(host.get("/forms/inspection").shows("Road"));
 }
 
+TEST_F(Start, TakesOverAChangeThatCouldNotBeReadAtFirst) {
+  const Host host(words());
+  const auto letFilesBeOf = [&](rlim_t lngMost) {
+    const rlimit limit{.rlim_cur = lngMost, .rlim_max = RLIM_INFINITY};
+    ASSERT_EQ(::prlimit(host.process(), RLIMIT_FSIZE, &limit, nullptr), 0);
+  };
+  letFilesBeOf(4096);  // no copy can be made, as on a disk that is full
+  replaceIn("page.xml", "label=\"Town\"", "label=\"Town or village\"");
+  EXPECT_FALSE(host.get("/forms/inspection").shows("Town or village"));
+  EXPECT_EQ(eventsOf(host, "deployment-refused").size(), 1U);
+  letFilesBeOf(RLIM_INFINITY);
+  EXPECT_TRUE(becomes([&] { return host.get("/forms/inspection").shows("Town or village"); }));
+}
+
 TEST_F(Start, LogsNothingOfWhatAPageSays) {
   replaceIn("page.xsl", "<xsl:template name=\"footer\">",
             "<xsl:template match=\"/form\" mode=\"title\">"
@@ -216,6 +246,48 @@ TEST_F(Start, IsEndedCleanlyBySigterm) {
   EXPECT_TRUE(next.get(strPlace).shows("Havnehuset"));
 }
 
+/// Whether a thread, by its file of /proc, has both signals blocked that ask the host to stop.
+bool blocksStopSignals(const std::string& strStatusFile) {
+  std::istringstream lines(textOfFile(strStatusFile));
+  for (std::string strLine; std::getline(lines, strLine);) {
+    if (!strLine.starts_with("SigBlk:")) continue;
+    const unsigned long long lngBlocked = std::stoull(strLine.substr(7), nullptr, 16);
+    const unsigned long long lngWanted = 1ULL << (SIGTERM - 1) | 1ULL << (SIGINT - 1);
+    return (lngBlocked & lngWanted) == lngWanted;
+  }
+  return false;
+}
+
+TEST_F(Start, LetsNoThreadBeInterruptedByTheSignalsThatEndIt) {
+  const Host host(words({"--deliver", "directory:" + inbox().string(), "--workers", "3"}));
+  ASSERT_NE(parked(host, exampleForm("draft.form")), "");
+  int lngThreads = 0;
+  for (const auto& thread :
+       fs::directory_iterator("/proc/" + std::to_string(host.process()) + "/task")) {
+    EXPECT_TRUE(blocksStopSignals(thread.path() / "status"));
+    ++lngThreads;
+  }
+  EXPECT_GE(lngThreads, 1 + 3 + 1);  // the server, the workers, the deliveries
+}
+
+TEST_F(Start, IsEndedCleanlyAtWhateverMoment) {
+  // How long the host takes until it listens; the signals come within twice that.
+  const auto begin = std::chrono::steady_clock::now();
+  const Host first(words({"--deliver", "directory:" + inbox().string()}));
+  const auto start = std::chrono::steady_clock::now() - begin;
+  constexpr int kTimes = 24;
+  for (int lngTime = 0; lngTime < kTimes; ++lngTime) {
+    const auto host = Host::started(words({"--deliver", "directory:" + inbox().string()}));
+    // Before its first line of code the system would end it, which is no clean end and none that
+    // is lost.
+    const std::string strStatus = "/proc/" + std::to_string(host->process()) + "/status";
+    ASSERT_TRUE(becomes([&] { return blocksStopSignals(strStatus); }));
+    std::this_thread::sleep_for(start * 2 * lngTime / kTimes);
+    EXPECT_EQ(host->stop(lngTime % 2 == 0 ? SIGTERM : SIGINT), 0) << lngTime << '\n' << host->log();
+    EXPECT_NE(host->log().find("\"stopped\""), std::string::npos) << lngTime;
+  }
+}
+
 TEST_F(Start, WithAStoreThatIsFullLosesNothingThatWasAcknowledged) {
   const Host host(words(), std::size_t{1} << 20);
   const std::string strPlace = parked(host, exampleForm("draft.form"));
@@ -224,6 +296,7 @@ TEST_F(Start, WithAStoreThatIsFullLosesNothingThatWasAcknowledged) {
   for (int each = 0; each < 80'000; ++each) large["internalnote"] += "A long answer. ";
   const HttpAnswer refused = host.post(strPlace, filledIn(host.get(strPlace), large, "park"));
   EXPECT_EQ(refused.status, 503);
+  EXPECT_TRUE(refused.shows("A long answer. A long answer."));  // still there, to be sent again
   EXPECT_NE(refused.header("retry-after"), "");
   EXPECT_TRUE(refused.shows("The store cannot be reached"));
   EXPECT_NE(host.log().find("\"store-problem\""), std::string::npos);
@@ -271,49 +344,6 @@ std::vector<std::string> copiesIn(const std::string& strFolder) {
   std::vector<std::string> copies;
   for (const auto& entry : fs::directory_iterator(strFolder)) {
     const std::string strName = entry.path().filename().string();
-/// Whether a thread, by its file of /proc, has both signals blocked that ask the host to stop.
-bool blocksStopSignals(const std::string& strStatusFile) {
-  std::istringstream lines(textOfFile(strStatusFile));
-  for (std::string strLine; std::getline(lines, strLine);) {
-    if (!strLine.starts_with("SigBlk:")) continue;
-    const unsigned long long lngBlocked = std::stoull(strLine.substr(7), nullptr, 16);
-    const unsigned long long lngWanted = 1ULL << (SIGTERM - 1) | 1ULL << (SIGINT - 1);
-    return (lngBlocked & lngWanted) == lngWanted;
-  }
-  return false;
-}
-
-TEST_F(Start, LetsNoThreadBeInterruptedByTheSignalsThatEndIt) {
-  const Host host(words({"--deliver", "directory:" + inbox().string(), "--workers", "3"}));
-  ASSERT_NE(parked(host, exampleForm("draft.form")), "");
-  int lngThreads = 0;
-  for (const auto& thread :
-       fs::directory_iterator("/proc/" + std::to_string(host.process()) + "/task")) {
-    EXPECT_TRUE(blocksStopSignals(thread.path() / "status"));
-    ++lngThreads;
-  }
-  EXPECT_GE(lngThreads, 1 + 3 + 1);  // the server, the workers, the deliveries
-}
-
-TEST_F(Start, IsEndedCleanlyAtWhateverMoment) {
-  EXPECT_TRUE(refused.shows("A long answer. A long answer."));  // still there, to be sent again
-  // How long the host takes until it listens; the signals come within twice that.
-  const auto begin = std::chrono::steady_clock::now();
-  const Host first(words({"--deliver", "directory:" + inbox().string()}));
-  const auto start = std::chrono::steady_clock::now() - begin;
-  constexpr int kTimes = 24;
-  for (int lngTime = 0; lngTime < kTimes; ++lngTime) {
-    const auto host = Host::started(words({"--deliver", "directory:" + inbox().string()}));
-    // Before its first line of code the system would end it, which is no clean end and none that
-    // is lost.
-    const std::string strStatus = "/proc/" + std::to_string(host->process()) + "/status";
-    ASSERT_TRUE(becomes([&] { return blocksStopSignals(strStatus); }));
-    std::this_thread::sleep_for(start * 2 * lngTime / kTimes);
-    EXPECT_EQ(host->stop(lngTime % 2 == 0 ? SIGTERM : SIGINT), 0) << lngTime << '\n' << host->log();
-    EXPECT_NE(host->log().find("\"stopped\""), std::string::npos) << lngTime;
-  }
-}
-
     if (strName.starts_with("varnel-xml-host-")) copies.push_back(strName);
   }
   return copies;
@@ -322,9 +352,7 @@ TEST_F(Start, IsEndedCleanlyAtWhateverMoment) {
 TEST_F(Start, TakesAwayTheCopiesOfHostsThatWereKilled) {
   const std::string strTemporary = directory_.at("temporary");
   fs::create_directory(strTemporary);
-  const char* const before = std::getenv("TMPDIR");
-  const std::string strBefore = before == nullptr ? "" : before;
-  ::setenv("TMPDIR", strTemporary.c_str(), 1);
+  const TemporaryFolder folder(strTemporary);
   fs::create_directory(strTemporary + "/of-somebody-else");
   const Host living(words());
   const std::vector<std::string> used = copiesIn(strTemporary);
@@ -347,7 +375,6 @@ TEST_F(Start, TakesAwayTheCopiesOfHostsThatWereKilled) {
       living.post(strPlace, filledIn(living.get(strPlace), exampleForm("complete.form"), "submit"))
           .status,
       303);
-  before == nullptr ? ::unsetenv("TMPDIR") : ::setenv("TMPDIR", strBefore.c_str(), 1);
 }
 
 TEST_F(Start, ServesSeveralDeployments) {

@@ -38,7 +38,7 @@
     var anchor = "q-" + id;
     row.dataset.row = String(number);
     row.id = anchor + "-" + number;
-    row.querySelector("th").lastChild.textContent = String(number);
+    row.querySelector(".row-word").nextSibling.textContent = String(number);
     row.querySelectorAll("[name], [id], [for], [aria-describedby]").forEach(function (each) {
       if (each.name && each.name.indexOf(id + "___") === 0) {
         each.name = each.name.replace(/_\d+$/, "_" + number);
@@ -85,10 +85,14 @@
       });
       [copy].concat(Array.from(copy.querySelectorAll("[aria-describedby]"))).forEach(function (each) {
         each.removeAttribute("aria-invalid");
-        each.removeAttribute("aria-describedby");
+        var hints = (each.getAttribute("aria-describedby") || "").split(" ").filter(function (id) {
+          return /-hint$/.test(id);
+        });
+        if (hints.length) each.setAttribute("aria-describedby", hints.join(" "));
+        else each.removeAttribute("aria-describedby");
       });
       copy.querySelectorAll("input, select, textarea").forEach(function (each) {
-        if (each.type === "checkbox") each.checked = false;
+        if (each.type === "checkbox" || each.type === "radio") each.checked = false;
         else each.value = "";
       });
       rows[0].parentNode.appendChild(copy);

@@ -62,7 +62,8 @@ RunResult runForm(const FormDeployment& deployment, const Answers& answers, bool
   if (run.outcome == RunOutcome::failed || run.outcome == RunOutcome::notChecked) {
     run.strReason = reasonOf(outputs.objAck, run.report);
   }
-  run.strJson = resultJson(outputs.objAck, outputs.colUserErrors, outputs.colInternalErrors,
-                           {.report = &run.report, .strFolder = deployment.folder()});
+  run.strJson =
+      resultJson(outputs.objAck, outputs.colUserErrors, outputs.colInternalErrors,
+                 {.report = &run.report, .strFolder = deployment.folder(), .blnCompact = true});
   return run;
 }

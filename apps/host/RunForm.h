@@ -21,7 +21,7 @@ struct RunResult {
   std::string strMessage;
   Varnel_Tolv_XML_Creation::RunReport report;
   std::string strReason;  // for the log, why there is no verdict; no answer is in it
-  std::string strJson;    // as `varnel-xml build --report` writes it
+  std::string strJson;    // as `varnel-xml build --report` writes it, without blanks
 };
 
 /// Runs one submission, beginning with the deployment's own object list.

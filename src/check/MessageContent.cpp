@@ -343,7 +343,8 @@ class ContentJudge {
       there[elements_[lngChild].name()] += mostOf(elements_[lngChild]);
     }
     const auto countOf = [&](const DeclaredElement& declared) -> std::size_t {
-      if (plan_.mayBeMadeElsewhere(declared.name().strLocal, lngElement)) return ContentOutline::kUnbounded;
+      if (plan_.mayBeMadeElsewhere(declared.name().strLocal, lngElement))
+        return ContentOutline::kUnbounded;
       const auto own = there.find(declared.name());
       std::size_t lngCount = own == there.end() ? 0 : own->second;
       for (const DeclaredElement& other : declared.substitutes()) {

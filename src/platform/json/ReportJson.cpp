@@ -5,6 +5,7 @@
 #include <string>
 #include <utility>
 
+#include "platform/json/JsonMembers.h"
 #include "platform/json/ResultJson.h"
 #include "platform/text/FileNames.h"
 
@@ -37,49 +38,51 @@ class Writer {
   }
 
   static Json toJson(const SchemaViolation& violation) {
-    return {{"kind", violationKindName(violation.kind)},
-            {"facet", violation.facet},
-            {"path", violation.path},
-            {"attribute", violation.attribute},
-            {"value", violation.value},
-            {"limit", violation.limit},
-            {"expected", violation.expected},
-            {"message", violation.message},
-            {"questionId", violation.questionId},
-            {"questionText", violation.questionText},
-            {"rowIndex", violation.rowIndex},
-            {"columnId", violation.columnId},
-            {"columnText", violation.columnText},
-            {"allowed", violation.allowed},
-            {"type", violation.type}};
+    return jsonObject({{"kind", violationKindName(violation.kind)},
+                       {"facet", violation.facet},
+                       {"path", violation.path},
+                       {"attribute", violation.attribute},
+                       {"value", violation.value},
+                       {"limit", violation.limit},
+                       {"expected", violation.expected},
+                       {"message", violation.message},
+                       {"questionId", violation.questionId},
+                       {"questionText", violation.questionText},
+                       {"rowIndex", violation.rowIndex},
+                       {"columnId", violation.columnId},
+                       {"columnText", violation.columnText},
+                       {"allowed", violation.allowed},
+                       {"type", violation.type}});
   }
 
   static Json toJson(const TakenAttribute& taken) {
-    return {{"path", taken.path}, {"attribute", taken.attribute}, {"value", taken.value}};
+    return jsonObject(
+        {{"path", taken.path}, {"attribute", taken.attribute}, {"value", taken.value}});
   }
 
   Json toJson(const AnswerLoss& loss) const {
-    return {{"questionId", loss.questionId},
-            {"rowIndex", loss.rowIndex},
-            {"columnId", loss.columnId},
-            {"value", loss.value},
-            {"reason", loss.reason},
-            {"file", fileOf(loss.file, loss.line)},
-            {"line", loss.line},
-            {"questionText", loss.questionText},
-            {"columnText", loss.columnText}};
+    return jsonObject({{"questionId", loss.questionId},
+                       {"rowIndex", loss.rowIndex},
+                       {"columnId", loss.columnId},
+                       {"value", loss.value},
+                       {"reason", loss.reason},
+                       {"file", fileOf(loss.file, loss.line)},
+                       {"line", loss.line},
+                       {"questionText", loss.questionText},
+                       {"columnText", loss.columnText}});
   }
 
   Json toJson(const JournalEntry& entry) const {
-    return {{"questionId", entry.questionId},
-            {"rowIndex", entry.rowIndex},
-            {"columnId", entry.columnId},
-            {"value", entry.value},
-            {"outcome", journalOutcomeName(entry.outcome)},
-            {"places", entry.places},
-            {"rule", {{"file", fileOf(entry.file, entry.line)}, {"line", entry.line}}},
-            {"questionText", entry.questionText},
-            {"columnText", entry.columnText}};
+    return jsonObject(
+        {{"questionId", entry.questionId},
+         {"rowIndex", entry.rowIndex},
+         {"columnId", entry.columnId},
+         {"value", entry.value},
+         {"outcome", journalOutcomeName(entry.outcome)},
+         {"places", entry.places},
+         {"rule", jsonObject({{"file", fileOf(entry.file, entry.line)}, {"line", entry.line}})},
+         {"questionText", entry.questionText},
+         {"columnText", entry.columnText}});
   }
 
   const ReportInResult& reported_;
@@ -91,10 +94,10 @@ class Writer {
 Json reportJson(const ReportInResult& reported) {
   const RunReport& report = *reported.report;
   const Writer writer(reported);
-  Json json = {{"verdict", verdictName(report.verdict)},
-               {"reason", report.reason},
-               {"violations", writer.list(report.violations)},
-               {"losses", writer.list(report.losses)}};
+  Json json = jsonObject({{"verdict", verdictName(report.verdict)},
+                          {"reason", report.reason},
+                          {"violations", writer.list(report.violations)},
+                          {"losses", writer.list(report.losses)}});
   if (reported.blnJournal) json["journal"] = writer.list(report.journal);
   if (!report.takenAttributes.empty()) {
     json["takenAttributes"] = writer.list(report.takenAttributes);

@@ -2,6 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "platform/json/JsonMembers.h"
 #include "platform/json/ReportJson.h"
 #include "result/ServiceEnums.h"
 
@@ -11,17 +12,20 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 Json toJson(const ValidationUserError& error) {
-  return {{"questionId", error.questionId}, {"questionText", error.questionText},
-          {"rowIndex", error.rowIndex},     {"columnId", error.columnId},
-          {"columnText", error.columnText}, {"message", error.message}};
+  return jsonObject({{"questionId", error.questionId},
+                     {"questionText", error.questionText},
+                     {"rowIndex", error.rowIndex},
+                     {"columnId", error.columnId},
+                     {"columnText", error.columnText},
+                     {"message", error.message}});
 }
 
 Json toJson(const ValidationIntError& error) {
-  return {{"message", error.message},
-          {"xpath", error.xpath},
-          {"questionId", error.questionId},
-          {"rowIndex", error.rowIndex},
-          {"columnId", error.columnId}};
+  return jsonObject({{"message", error.message},
+                     {"xpath", error.xpath},
+                     {"questionId", error.questionId},
+                     {"rowIndex", error.rowIndex},
+                     {"columnId", error.columnId}});
 }
 
 template <class Errors>
@@ -42,18 +46,19 @@ Json errorName(std::int32_t lngErrorCode) {
 std::string resultJson(const Acknowledge& objAck, const ValidationUserErrors& colUserErrors,
                        const ValidationIntErrors& colInternalErrors,
                        const ReportInResult& reported) {
-  Json result = {{"success", objAck.Success()},
-                 {"errorCode", objAck.ErrorCode()},
-                 {"errorName", errorName(objAck.ErrorCode())},
-                 {"errorDetail", objAck.ErrorDetail()},
-                 {"userMessage", objAck.UserMessage()},
-                 {"errorSource", objAck.ErrorSource()},
-                 {"userErrors", toJson(colUserErrors)},
-                 {"internalErrors", toJson(colInternalErrors)}};
+  Json result = jsonObject({{"success", objAck.Success()},
+                            {"errorCode", objAck.ErrorCode()},
+                            {"errorName", errorName(objAck.ErrorCode())},
+                            {"errorDetail", objAck.ErrorDetail()},
+                            {"userMessage", objAck.UserMessage()},
+                            {"errorSource", objAck.ErrorSource()},
+                            {"userErrors", toJson(colUserErrors)},
+                            {"internalErrors", toJson(colInternalErrors)}});
   if (reported.report != nullptr) {
     result["report"] = reportJson(reported);
   }
-  return result.dump(2, ' ', false, Json::error_handler_t::replace) + '\n';
+  return result.dump(reported.blnCompact ? -1 : 2, ' ', false, Json::error_handler_t::replace) +
+         '\n';
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -10,7 +10,7 @@
 
 namespace Varnel_Tolv_XML_Creation {
 
-/// Whether and how the report of a run stands in its result.
+/// Whether and how the report of a run stands in its result, and how that is written.
 struct ReportInResult {
   const RunReport* report = nullptr;  // null: it does not
   bool blnJournal = false;            // whether its journal does too
@@ -18,6 +18,7 @@ struct ReportInResult {
   // The file of the object list, which is told of what that decides; empty where the caller passed
   // a document of its own.
   std::string_view strObjectList = {};
+  bool blnCompact = false;  // on one line without blanks, for those who keep many
 };
 
 /// The result of a run as one JSON object and a line end. The order of its keys is fixed; what is

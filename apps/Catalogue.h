@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "result/RunReport.h"
+#include "varnel_xml_creation/result/RunReport.h"
 
 /// The texts of one language for what a report tells in codes, limits and names. They stand in
 /// messages/<language>.json under the name of the code, with places such as {limit} for what is

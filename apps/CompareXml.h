@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/dom/Document.h"
+#include "varnel_xml_creation/platform/dom/Document.h"
 
 /// Something in which a document is not as expected.
 struct XmlDifference {

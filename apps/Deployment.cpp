@@ -7,8 +7,8 @@
 
 #include "CannotRun.h"
 #include "Files.h"
-#include "interface/Deployment.h"
-#include "result/RuntimeError.h"
+#include "varnel_xml_creation/interface/Deployment.h"
+#include "varnel_xml_creation/result/RuntimeError.h"
 
 using namespace Varnel_Tolv_XML_Creation;
 

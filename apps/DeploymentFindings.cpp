@@ -6,9 +6,9 @@
 #include <string>
 
 #include "Files.h"
-#include "interface/CheckDeployment.h"
-#include "interface/Deployment.h"
-#include "platform/text/FileNames.h"
+#include "varnel_xml_creation/interface/CheckDeployment.h"
+#include "varnel_xml_creation/interface/Deployment.h"
+#include "varnel_xml_creation/platform/text/FileNames.h"
 
 using namespace Varnel_Tolv_XML_Creation;
 

@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "Options.h"
-#include "result/Finding.h"
+#include "varnel_xml_creation/result/Finding.h"
 
 /// What the check finds in the deployment of these options, of which the command line gave
 /// `given`. A file is named as it is from within the deployment; what concerns no file concerns

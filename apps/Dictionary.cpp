@@ -11,7 +11,7 @@
 #include "SchemaPaths.h"
 #include "SchemaTypes.h"
 #include "Submission.h"
-#include "platform/host/WebRequest.h"
+#include "varnel_xml_creation/platform/host/WebRequest.h"
 
 using namespace Varnel_Tolv_XML_Creation;
 

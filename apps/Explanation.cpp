@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "Catalogue.h"
-#include "platform/text/FileNames.h"
+#include "varnel_xml_creation/platform/text/FileNames.h"
 
 using namespace Varnel_Tolv_XML_Creation;
 

@@ -5,7 +5,7 @@
 
 #include "Options.h"
 #include "Submission.h"
-#include "result/RunReport.h"
+#include "varnel_xml_creation/result/RunReport.h"
 
 // What `varnel-xml explain` tells, whatever the format.
 

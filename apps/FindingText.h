@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "result/Finding.h"
+#include "varnel_xml_creation/result/Finding.h"
 
 /// The findings as one JSON object and a line end, with the number of errors and of warnings. The
 /// order of its keys is fixed; what is not UTF-8 becomes U+FFFD.

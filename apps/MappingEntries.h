@@ -8,7 +8,7 @@
 
 #include "SchemaPaths.h"
 #include "SchemaTypes.h"
-#include "platform/dom/Document.h"
+#include "varnel_xml_creation/platform/dom/Document.h"
 
 /// A path in the message as a reader sees it, and as the schema is asked about it.
 struct MessagePlace {

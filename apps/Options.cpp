@@ -5,7 +5,7 @@
 #include "CannotRun.h"
 #include "Catalogue.h"
 #include "Deployment.h"
-#include "result/RuntimeError.h"
+#include "varnel_xml_creation/result/RuntimeError.h"
 
 using namespace Varnel_Tolv_XML_Creation;
 

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "OptionTable.h"
-#include "interface/Deployment.h"
+#include "varnel_xml_creation/interface/Deployment.h"
 
 class Catalogue;
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/dom/Document.h"
-#include "platform/host/WebRequest.h"
+#include "varnel_xml_creation/platform/dom/Document.h"
+#include "varnel_xml_creation/platform/host/WebRequest.h"
 
 /// The answer that a stored form has at one place.
 struct StoredAnswer {

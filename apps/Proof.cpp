@@ -9,9 +9,9 @@
 
 #include "CannotRun.h"
 #include "Submission.h"
-#include "platform/host/WebRequest.h"
-#include "platform/schema/SchemaModel.h"
-#include "platform/xml/FileCache.h"
+#include "varnel_xml_creation/platform/host/WebRequest.h"
+#include "varnel_xml_creation/platform/schema/SchemaModel.h"
+#include "varnel_xml_creation/platform/xml/FileCache.h"
 
 using namespace Varnel_Tolv_XML_Creation;
 

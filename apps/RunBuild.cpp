@@ -16,8 +16,8 @@
 #include "Submission.h"
 #include "TerminalText.h"
 #include "TraceText.h"
-#include "platform/host/WebRequest.h"
-#include "result/RuntimeError.h"
+#include "varnel_xml_creation/platform/host/WebRequest.h"
+#include "varnel_xml_creation/result/RuntimeError.h"
 
 using namespace Varnel_Tolv_XML_Creation;
 

@@ -9,7 +9,7 @@
 #include "Options.h"
 #include "ReportPage.h"
 #include "Submission.h"
-#include "platform/host/WebRequest.h"
+#include "varnel_xml_creation/platform/host/WebRequest.h"
 
 using namespace Varnel_Tolv_XML_Creation;
 

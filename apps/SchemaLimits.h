@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/schema/DeclaredElement.h"
+#include "varnel_xml_creation/platform/schema/DeclaredElement.h"
 
 /// The values that an element may have, in words.
 struct SchemaLimits {

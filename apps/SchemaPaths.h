@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "SchemaLimits.h"
-#include "platform/dom/Document.h"
-#include "platform/schema/SchemaModel.h"
+#include "varnel_xml_creation/platform/dom/Document.h"
+#include "varnel_xml_creation/platform/schema/SchemaModel.h"
 
 /// What the schema says of a path in the message.
 struct PlaceInSchema {

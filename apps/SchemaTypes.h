@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "SchemaPaths.h"
-#include "platform/dom/Document.h"
+#include "varnel_xml_creation/platform/dom/Document.h"
 
 /// A place in the content of a complex type.
 struct TypePlace {

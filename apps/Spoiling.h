@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/schema/DeclaredElement.h"
+#include "varnel_xml_creation/platform/schema/DeclaredElement.h"
 
 /// In which way an answer is made wrong.
 enum class SpoilingKind : std::uint8_t {

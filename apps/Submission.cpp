@@ -3,7 +3,7 @@
 #include "CannotRun.h"
 #include "Catalogue.h"
 #include "Files.h"
-#include "platform/json/ResultJson.h"
+#include "varnel_xml_creation/platform/json/ResultJson.h"
 
 using namespace Varnel_Tolv_XML_Creation;
 

@@ -6,7 +6,7 @@
 
 #include "ExitStatus.h"
 #include "Options.h"
-#include "interface/RunDeployment.h"
+#include "varnel_xml_creation/interface/RunDeployment.h"
 
 // One run of the library, as every sub-command that submits a form makes it.
 

@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/host/Trace.h"
+#include "varnel_xml_creation/platform/host/Trace.h"
 
 /// Keeps the trace until the run is over: each line is one line of text, whatever was answered
 /// (TerminalText.h).

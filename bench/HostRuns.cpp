@@ -5,7 +5,7 @@
 #include <iterator>
 #include <string>
 
-#include "interface/RunDeployment.h"
+#include "varnel_xml_creation/interface/RunDeployment.h"
 
 // A host in C++ that submits one form again and again, and takes of each run what it stores, sends
 // and tells: parked form, message and report. `host_runs.py` does the same in Python.

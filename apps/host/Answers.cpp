@@ -3,7 +3,7 @@
 #include <charconv>
 
 #include "XmlCharacters.h"
-#include "platform/host/WebRequest.h"
+#include "varnel_xml_creation/platform/host/WebRequest.h"
 
 using Varnel_Tolv_XML_Creation::FormCollection;
 

@@ -5,8 +5,8 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 
-#include "platform/dom/Document.h"
-#include "platform/host/WebRequest.h"
+#include "varnel_xml_creation/platform/dom/Document.h"
+#include "varnel_xml_creation/platform/host/WebRequest.h"
 
 using namespace Varnel_Tolv_XML_Creation;
 

@@ -2,7 +2,7 @@
 
 #include "CannotRun.h"
 #include "DeploymentFindings.h"
-#include "platform/host/WebRequest.h"
+#include "varnel_xml_creation/platform/host/WebRequest.h"
 
 using namespace Varnel_Tolv_XML_Creation;
 

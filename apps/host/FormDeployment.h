@@ -10,8 +10,8 @@
 #include "Stylesheet.h"
 #include "host/PageModel.h"
 #include "host/Snapshot.h"
-#include "platform/xml/FileCache.h"
-#include "result/Finding.h"
+#include "varnel_xml_creation/platform/xml/FileCache.h"
+#include "varnel_xml_creation/result/Finding.h"
 
 /// One form that people can fill in, as its files were at one moment. It does not change.
 class FormDeployment {

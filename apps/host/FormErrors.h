@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "Catalogue.h"
-#include "result/RunReport.h"
+#include "varnel_xml_creation/result/RunReport.h"
 
 /// What is wrong with an answer. Row and column are empty for a question that is no table; all
 /// three are empty for an error that no answer can mend, which then has no text either.

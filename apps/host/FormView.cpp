@@ -7,7 +7,7 @@
 
 #include "host/FormAnswers.h"
 #include "host/Moment.h"
-#include "platform/host/WebRequest.h"
+#include "varnel_xml_creation/platform/host/WebRequest.h"
 
 using Varnel_Tolv_XML_Creation::fieldNameOf;
 

@@ -8,8 +8,8 @@
 #include "CannotRun.h"
 #include "host/Answers.h"
 #include "host/SchemaFacets.h"
-#include "platform/dom/Document.h"
-#include "platform/host/WebRequest.h"
+#include "varnel_xml_creation/platform/dom/Document.h"
+#include "varnel_xml_creation/platform/host/WebRequest.h"
 
 using namespace Varnel_Tolv_XML_Creation;
 

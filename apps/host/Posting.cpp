@@ -7,7 +7,7 @@
 #include "host/Log.h"
 #include "host/Moment.h"
 #include "host/Token.h"
-#include "platform/host/WebRequest.h"
+#include "varnel_xml_creation/platform/host/WebRequest.h"
 
 using namespace Varnel_Tolv_XML_Creation;
 

@@ -4,9 +4,9 @@
 #include <string_view>
 
 #include "host/FormDeployment.h"
-#include "interface/RunDeployment.h"
-#include "platform/json/ResultJson.h"
-#include "result/RuntimeError.h"
+#include "varnel_xml_creation/interface/RunDeployment.h"
+#include "varnel_xml_creation/platform/json/ResultJson.h"
+#include "varnel_xml_creation/result/RuntimeError.h"
 
 using namespace Varnel_Tolv_XML_Creation;
 

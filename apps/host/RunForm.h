@@ -3,7 +3,7 @@
 #include <string>
 
 #include "host/Answers.h"
-#include "result/RunReport.h"
+#include "varnel_xml_creation/result/RunReport.h"
 
 class FormDeployment;
 

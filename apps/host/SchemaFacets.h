@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/schema/SchemaModel.h"
+#include "varnel_xml_creation/platform/schema/SchemaModel.h"
 
 /// What a schema says about the text of an element, as far as an input can make use of it.
 struct Facets {

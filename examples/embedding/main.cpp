@@ -4,7 +4,7 @@
 #include <iterator>
 #include <string>
 
-#include "interface/RunDeployment.h"
+#include "varnel_xml_creation/interface/RunDeployment.h"
 
 using namespace Varnel_Tolv_XML_Creation;
 

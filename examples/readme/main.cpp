@@ -1,6 +1,6 @@
 #include <iostream>
 
-#include "interface/BuildXML.h"
+#include "varnel_xml_creation/interface/BuildXML.h"
 
 using namespace Varnel_Tolv_XML_Creation;
 

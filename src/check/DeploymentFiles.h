@@ -5,7 +5,7 @@
 #include <map>
 #include <string>
 
-#include "platform/text/Date.h"
+#include "../platform/text/Date.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

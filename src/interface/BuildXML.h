@@ -5,11 +5,11 @@
 #include <string>
 #include <string_view>
 
-#include "platform/dom/Document.h"
-#include "platform/host/HostServices.h"
-#include "result/Acknowledge.h"
-#include "result/Export.h"
-#include "result/ValidationErrors.h"
+#include "../platform/dom/Document.h"
+#include "../platform/host/HostServices.h"
+#include "../result/Acknowledge.h"
+#include "../result/Export.h"
+#include "../result/ValidationErrors.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

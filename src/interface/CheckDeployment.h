@@ -2,9 +2,9 @@
 
 #include <vector>
 
-#include "check/DeploymentFiles.h"
-#include "result/Export.h"
-#include "result/Finding.h"
+#include "../check/DeploymentFiles.h"
+#include "../result/Export.h"
+#include "../result/Finding.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

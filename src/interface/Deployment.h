@@ -8,9 +8,9 @@
 #include <string>
 #include <string_view>
 
-#include "platform/host/Clock.h"
-#include "platform/text/Date.h"
-#include "result/Export.h"
+#include "../platform/host/Clock.h"
+#include "../platform/text/Date.h"
+#include "../result/Export.h"
 
 // A deployment is a folder with the configuration of one form; its deployment.json tells the
 // arguments of a run and the web page that the run is made for. docs/formats.md describes it.

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "interface/BuildXML.h"
-#include "interface/Deployment.h"
+#include "BuildXML.h"
+#include "Deployment.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "result/Export.h"
-#include "result/ServiceEnums.h"
+#include "Export.h"
+#include "ServiceEnums.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

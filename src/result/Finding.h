@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "result/Export.h"
+#include "Export.h"
 
 // What the check of a deployment finds. Plain data.
 

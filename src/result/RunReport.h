@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "result/Export.h"
+#include "Export.h"
 
 // What really happened in a run, for a host that asks for it (`HostServices::report`). It stands
 // beside the result and the two collections of errors, which keep to what callers rely on: one

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string_view>
 
-#include "result/Export.h"
+#include "Export.h"
 
 // The return codes in their fixed order. Callers compare against the values, so a name is never
 // removed, renamed or moved.

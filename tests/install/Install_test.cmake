@@ -24,13 +24,17 @@ file(GLOB headers RELATIVE "${prefix}" "${prefix}/include/*")
 if(NOT headers STREQUAL "include/varnel-xml-creation-16")
   message(SEND_ERROR "The include directory holds ${headers}")
 endif()
+file(GLOB headers RELATIVE "${prefix}/${headers}" "${prefix}/${headers}/*")
+if(NOT headers STREQUAL "varnel_xml.h;varnel_xml_creation")
+  message(SEND_ERROR "What hosts have in their include path holds ${headers}")
+endif()
 file(GLOB_RECURSE seams "${prefix}/include/*Fault*")
 if(seams)
   message(SEND_ERROR "Seams of the tests are installed: ${seams}")
 endif()
 
 # Whatever a header lets hosts call is marked for the shared library to show.
-file(GLOB_RECURSE headers "${prefix}/include/varnel-xml-creation-16/*/*.h")
+file(GLOB_RECURSE headers "${prefix}/include/varnel-xml-creation-16/varnel_xml_creation/*.h")
 foreach(header IN LISTS headers)
   file(STRINGS "${header}" unmarked
     REGEX "^(class|struct) ?.*[A-Za-z]+ (final )?(: .*)?{$|^[a-z][A-Za-z0-9_:<>*& ]*[ &*][A-Za-z]+\\(")

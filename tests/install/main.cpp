@@ -1,7 +1,7 @@
 #include <iostream>
 
-#include "interface/BuildXML.h"
-#include "result/RuntimeError.h"
+#include "varnel_xml_creation/interface/BuildXML.h"
+#include "varnel_xml_creation/result/RuntimeError.h"
 
 using namespace Varnel_Tolv_XML_Creation;
 

@@ -5,10 +5,10 @@
 #include <string>
 #include <string_view>
 
-#include "platform/dom/Node.h"
-#include "platform/xml/ParseError.h"
-#include "platform/xml/TreeLimits.h"
-#include "result/Export.h"
+#include "../../result/Export.h"
+#include "../xml/ParseError.h"
+#include "../xml/TreeLimits.h"
+#include "Node.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

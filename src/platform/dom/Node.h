@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "result/Export.h"
+#include "../../result/Export.h"
 
 // Handles to the nodes of an XML document. A handle is a cheap value: copying it copies a pointer
 // and what keeps the document alive, and changes nothing in the document. A document owns its

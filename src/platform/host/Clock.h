@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/text/Date.h"
-#include "result/Export.h"
+#include "../../result/Export.h"
+#include "../text/Date.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

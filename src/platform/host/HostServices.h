@@ -3,13 +3,13 @@
 #include <cstddef>
 #include <string>
 
-#include "platform/dom/Document.h"
-#include "platform/host/Clock.h"
-#include "platform/host/Trace.h"
-#include "platform/host/WebRequest.h"
-#include "platform/text/Date.h"
-#include "platform/xml/FileCache.h"
-#include "result/RunReport.h"
+#include "../../result/RunReport.h"
+#include "../dom/Document.h"
+#include "../text/Date.h"
+#include "../xml/FileCache.h"
+#include "Clock.h"
+#include "Trace.h"
+#include "WebRequest.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

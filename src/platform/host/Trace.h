@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "result/Export.h"
+#include "../../result/Export.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

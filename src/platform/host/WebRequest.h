@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "result/Export.h"
+#include "../../result/Export.h"
 
 // What the library asks of the web server whose request it serves. A host implements the two
 // interfaces over its own server, or uses the two classes here.

@@ -3,10 +3,10 @@
 #include <string>
 #include <string_view>
 
-#include "result/Acknowledge.h"
-#include "result/Export.h"
-#include "result/RunReport.h"
-#include "result/ValidationErrors.h"
+#include "../../result/Acknowledge.h"
+#include "../../result/Export.h"
+#include "../../result/RunReport.h"
+#include "../../result/ValidationErrors.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

@@ -12,7 +12,7 @@
 #include <utility>
 #include <vector>
 
-#include "result/Export.h"
+#include "../../result/Export.h"
 
 // The elements that a schema declares, as those see them who ask a SchemaModel. Handles must not
 // outlive it.

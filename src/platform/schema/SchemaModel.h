@@ -9,8 +9,8 @@
 #include <utility>
 #include <vector>
 
-#include "platform/schema/DeclaredElement.h"
-#include "result/Export.h"
+#include "../../result/Export.h"
+#include "DeclaredElement.h"
 
 // What a schema says, for those who ask about messages without having one: which elements it
 // declares where, what they may hold, in which order. It is read and compiled exactly as for a

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string_view>
 
-#include "result/Export.h"
+#include "../../result/Export.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

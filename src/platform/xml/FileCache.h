@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "result/Export.h"
+#include "../../result/Export.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

@@ -41,23 +41,23 @@ Marks ComposedAnswers::atFault(const ViolationParts& parts, const Marks& marks) 
   if (strText == replaceAll(trim(park_.valueOf(marks)), "\r\n", "")) return marks;
   const Node objItem = entryOf(park_.idOf(marks.strQuestionId));
   if (!objItem) return marks;
-  const std::vector<Answer> answers = answersOf(objItem, marks, strText);
+  std::vector<Answer> answers = answersOf(objItem, marks, strText);
   if (answers.size() == 1) return answers.front().marks;
   if (answers.size() > kMostAnswers) return marks;
 
-  const Answer* fault = nullptr;
-  for (const Answer& answer : answers) {
-    const bool blnAtFault =
-        accepts(*parts.type, with(strText, answer.lngAt, answer.strValue.size(), "")) ||
-        std::any_of(answers.begin(), answers.end(), [&](const Answer& other) {
-          return &other != &answer &&
-                 accepts(*parts.type,
-                         with(strText, answer.lngAt, answer.strValue.size(), other.strValue));
-        });
-    const bool blnLonger = !fault || answer.strValue.size() > fault->strValue.size();
-    if (blnAtFault && blnLonger) fault = &answer;
-  }
-  return fault ? fault->marks : marks;
+  // The longest first: of those at fault that is the one.
+  std::ranges::stable_sort(answers, [](const Answer& left, const Answer& right) {
+    return left.strValue.size() > right.strValue.size();
+  });
+  const auto fault = std::ranges::find_if(answers, [&](const Answer& answer) {
+    return accepts(*parts.type, with(strText, answer.lngAt, answer.strValue.size(), "")) ||
+           std::ranges::any_of(answers, [&](const Answer& other) {
+             return &other != &answer &&
+                    accepts(*parts.type,
+                            with(strText, answer.lngAt, answer.strValue.size(), other.strValue));
+           });
+  });
+  return fault == answers.end() ? marks : fault->marks;
 }
 
 /// The entry of the object mapper for a question, or Nothing.

@@ -8,19 +8,22 @@ namespace Varnel_Tolv_XML_Creation {
 
 ParkIndex::ParkIndex(const Document& objPark) {
   if (!objPark) return;
-  for (const Node& objObject : required(objPark.selectNodes("/prtobjcts/prtobjct"))) {
-    std::string strId = attributeText(objObject, kId);
-    if (questions_.try_emplace(strId, objObject).second) ids_.push_back(std::move(strId));
+  const NodeList colObjects = required(objPark.selectNodes("/prtobjcts/prtobjct"));
+  questions_.reserve(colObjects.length());
+  ids_.reserve(colObjects.length());
+  for (const Node& objObject : colObjects) {
+    const auto [known, blnNew] = questions_.try_emplace(attributeText(objObject, kId), objObject);
+    if (blnNew) ids_.push_back(&known->first);
   }
 }
 
 const ParkIndex::OtherKeys& ParkIndex::otherKeys() const {
   if (otherKeys_) return *otherKeys_;
   otherKeys_.emplace();
-  for (const std::string& strId : ids_) {
-    otherKeys_->byLowerId[toLower(strId)].push_back(strId);
-    const std::string strGroup = attributeText(questions_.at(strId), "group");
-    if (!strGroup.empty()) otherKeys_->byGroup[strGroup].push_back(strId);
+  for (const std::string* const strId : ids_) {
+    otherKeys_->byLowerId[toLower(*strId)].push_back(*strId);
+    const std::string strGroup = attributeText(questions_.at(*strId), "group");
+    if (!strGroup.empty()) otherKeys_->byGroup[strGroup].push_back(*strId);
   }
   return *otherKeys_;
 }
@@ -55,7 +58,7 @@ std::vector<Node> ParkIndex::columnsOf(const std::string& strQuestionId,
   const Table& rows = table(objObject);
   const auto row = rows.rows.find(strRowIndex);
   if (row == rows.rows.end()) return columns;
-  const NodeList colColumns = required(row->second.objRow.selectNodes(kColumn));
+  const NodeList colColumns = required(row->second.selectNodes(kColumn));
   columns.assign(colColumns.begin(), colColumns.end());
   return columns;
 }
@@ -99,21 +102,23 @@ Node ParkIndex::cell(const Marks& marks) const {
   Table& rows = table(objObject);
   const auto found = rows.rows.find(marks.strRowIndex);
   if (found == rows.rows.end()) return {};
-  Row& row = found->second;
-  if (row.columns.empty()) {
-    for (const Node& objColumn : required(row.objRow.selectNodes(kColumn))) {
-      row.columns.try_emplace(attributeText(objColumn, kId), objColumn);
+  const auto [cells, blnNew] = rows.cells.try_emplace(found->second.identity());
+  if (blnNew) {
+    for (const Node& objColumn : required(found->second.selectNodes(kColumn))) {
+      cells->second.try_emplace(attributeText(objColumn, kId), objColumn);
     }
   }
-  const auto column = row.columns.find(marks.strColumnId);
-  return column == row.columns.end() ? Node() : column->second;
+  const auto column = cells->second.find(marks.strColumnId);
+  return column == cells->second.end() ? Node() : column->second;
 }
 
 ParkIndex::Table& ParkIndex::table(const Node& objObject) const {
   const auto [known, blnNew] = tables_.try_emplace(objObject.identity());
   if (blnNew) {
-    for (const Node& objRow : required(objObject.selectNodes(kRow))) {
-      known->second.rows.try_emplace(attributeText(objRow, kId), Row{objRow, {}});
+    const NodeList colRows = required(objObject.selectNodes(kRow));
+    known->second.rows.reserve(colRows.length());
+    for (const Node& objRow : colRows) {
+      known->second.rows.try_emplace(attributeText(objRow, kId), objRow);
     }
   }
   return known->second;

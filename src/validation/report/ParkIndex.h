@@ -20,6 +20,8 @@ namespace Varnel_Tolv_XML_Creation {
 class ParkIndex {
  public:
   explicit ParkIndex(const Document& objPark);
+  ParkIndex(const ParkIndex&) = delete;
+  ParkIndex& operator=(const ParkIndex&) = delete;
 
   /// The id of the object that an element of the message is marked with. Fields are marked in lower
   /// case; what is no object stays as it is. Everything below takes marks as well as ids.
@@ -47,12 +49,10 @@ class ParkIndex {
   std::vector<std::string> objectsOf(const Node& objMessageItem) const;
 
  private:
-  struct Row {
-    Node objRow;
-    std::unordered_map<std::string, Node> columns;  // by id, of a row that was read
-  };
+  using NodesById = std::unordered_map<std::string, Node>;
   struct Table {
-    std::unordered_map<std::string, Row> rows;                    // by id
+    NodesById rows;
+    std::unordered_map<const void*, NodesById> cells = {};        // of the rows that were read
     std::optional<std::unordered_set<std::string>> columns = {};  // of all rows
   };
 
@@ -67,8 +67,8 @@ class ParkIndex {
   };
   const OtherKeys& otherKeys() const;
 
-  std::vector<std::string> ids_;
-  std::unordered_map<std::string, Node> questions_;
+  NodesById questions_;
+  std::vector<const std::string*> ids_;  // theirs, in document order
   mutable std::unordered_map<const void*, Table> tables_;
   mutable std::optional<OtherKeys> otherKeys_;
 };

@@ -362,13 +362,14 @@ class ContentJudge {
       const std::size_t lngLeast = content.minOccurs(name);
       if (lngCount >= lngLeast || !counted.insert(name).second) continue;
       const std::string strWhere = shown(name) + " in \"" + element.strName + "\"";
-      tell("mandatory-unfilled", element,
-           lngCount == 0
-               ? "The schema requires " + strWhere + ", and nothing makes it."
-               : "The schema requires " + std::to_string(lngLeast) + " times " + strWhere +
-                     ", and no more than " + std::to_string(lngCount) + " can be made.",
-           lngCount == 0 ? "Map a question to it, or put it into the template."
-                         : "Let the mapping or the template make as many, or correct the schema.");
+      tellUnfilled(
+          element, plan_.pathOf(lngElement) + "/" + name.strLocal,
+          lngCount == 0
+              ? "The schema requires " + strWhere + ", and nothing makes it."
+              : "The schema requires " + std::to_string(lngLeast) + " times " + strWhere +
+                    ", and no more than " + std::to_string(lngCount) + " can be made.",
+          lngCount == 0 ? "Map a question to it, or put it into the template."
+                        : "Let the mapping or the template make as many, or correct the schema.");
     }
     for (const auto& choice : content.requiredChoices()) {
       const bool blnAny = std::ranges::any_of(choice, [&](std::size_t at) {

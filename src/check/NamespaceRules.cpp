@@ -258,11 +258,13 @@ void findUnregisteredPrefixes(const ParsedDeployment& deployment, Findings& find
     for (const NamespaceEntry& entry : deployment.namespaces) {
       if (entry.strName == found->second.front().strUri) objPlace = entry.objNode;
     }
-    findings.add(list, objPlace, objPlace == list.root() ? "" : "id", "",
-                 "The prefix " + inQuotes(strPrefix) +
-                     ", which other files declare and use, is not registered: every form that "
-                     "needs it fails.",
-                 "Register it.");
+    Found& told =
+        findings.add(list, objPlace, objPlace == list.root() ? "" : "id", "",
+                     "The prefix " + inQuotes(strPrefix) +
+                         ", which other files declare and use, is not registered: every form that "
+                         "needs it fails.",
+                     "Register it.");
+    told.mends = mendsOfMissing(deployment, strPrefix, found->second.front().strUri);
     return true;
   };
   forEachPath(deployment, [&](const MapperPath& path) {

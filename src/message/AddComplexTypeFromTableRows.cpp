@@ -52,15 +52,15 @@ class PlaceholderIds {
   using Place = std::pair<std::string, std::size_t>;
 
   /// Those with this id, in document order.
-  std::span<const Place> find(const std::string& strId) const {
+  std::span<const Place> find(std::string_view strId) const {
     const auto less = [](const auto& place, const auto& id) { return idOf(place) < idOf(id); };
     const auto [begin, end] = std::equal_range(places_.begin(), places_.end(), strId, less);
     return {begin, end};
   }
 
  private:
-  static const std::string& idOf(const Place& place) { return place.first; }
-  static const std::string& idOf(const std::string& strId) { return strId; }
+  static std::string_view idOf(const Place& place) { return place.first; }
+  static std::string_view idOf(std::string_view strId) { return strId; }
 
   std::vector<Place> places_;
 };

@@ -133,17 +133,16 @@ TEST_F(Prove, GoesBeyondTheBoundsOfDaysTimesAndYears) {
     SCOPED_TRACE(c.says);
     const std::string strType = std::string_view(c.base) == "xs:date" ? "date" : "text";
     write("objects.xml",
-          "<?xml version="1.0"?><prtobjcts>"
-          "<prtobjct id="name" objecttype="field" type="text" dynamic="false"/>"
-          "<prtobjct id="born" objecttype="field" type="" +
-              strType + "" dynamic="false"/><hdnflds/></prtobjcts>");
+          "<?xml version='1.0'?><prtobjcts>"
+          "<prtobjct id='name' objecttype='field' type='text' dynamic='false'/>"
+          "<prtobjct id='born' objecttype='field' type='" +
+              strType + "' dynamic='false'/><hdnflds/></prtobjcts>");
     write("schema.xsd",
           schema("<xs:element name='name' type='xs:string' minOccurs='0'/><xs:element name='born'>"
                  "<xs:simpleType><xs:restriction base='" +
                  std::string(c.base) + "'>" + c.facets +
                  "</xs:restriction></xs:simpleType></xs:element>"));
-    const ProgramRun run =
-        prove("name=Ada&born=" + std::string(c.answer), {"--format", "json"});
+    const ProgramRun run = prove("name=Ada&born=" + std::string(c.answer), {"--format", "json"});
     ASSERT_EQ(run.status, 0) << run.out << run.err;
     std::vector<std::string> beyond;
     const json result = json::parse(run.out);

@@ -29,6 +29,7 @@ Arena::Arena(Arena&& other) noexcept
       lngNextChunk_(other.lngNextChunk_),
       lngMost_(other.lngMost_),
       lngTaken_(other.lngTaken_),
+      lngLeft_(other.lngLeft_),
       share_(std::move(other.share_)) {}
 
 Arena& Arena::operator=(Arena&& other) noexcept {
@@ -38,6 +39,7 @@ Arena& Arena::operator=(Arena&& other) noexcept {
   std::swap(lngNextChunk_, other.lngNextChunk_);
   std::swap(lngMost_, other.lngMost_);
   std::swap(lngTaken_, other.lngTaken_);
+  std::swap(lngLeft_, other.lngLeft_);
   share_ = std::move(other.share_);
   return *this;
 }

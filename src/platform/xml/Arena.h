@@ -22,10 +22,16 @@ class Arena {
   Arena& operator=(Arena&& other) noexcept;
 
   /// Begins to count what is taken: as much as at first may be taken from here on.
-  void startCount() noexcept { lngTaken_ = static_cast<std::size_t>(end_ - cursor_); }
+  void startCount() noexcept {
+    lngTaken_ = 0;
+    lngLeft_ = static_cast<std::size_t>(end_ - cursor_);
+  }
 
-  /// The bytes of the chunks that were taken since it counts, with what was left of the one before.
+  /// The bytes of the chunks that were taken since it counts.
   std::size_t taken() const noexcept { return lngTaken_; }
+
+  /// At most so many bytes were given out since: what was left of the chunk before counts too.
+  std::size_t mostGivenOut() const noexcept { return lngTaken_ + lngLeft_; }
 
   /// What it takes of a budget. Whoever gives it another has that pay for what is taken already.
   TreeShare& share() noexcept { return share_; }
@@ -70,6 +76,7 @@ class Arena {
   std::size_t lngNextChunk_;
   std::size_t lngMost_;
   std::size_t lngTaken_ = 0;
+  std::size_t lngLeft_ = 0;
   TreeShare share_;
 };
 

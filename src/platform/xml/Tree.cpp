@@ -195,8 +195,8 @@ void Tree::requireReadable(std::size_t lngMaxBytes) const {
   constexpr std::size_t kLongestReference = 6;
   constexpr std::size_t kMarkup = 24;  // around a name or a value, and of a declaration
   const std::size_t lngNames = 3 * names_.longest() + kMarkup;
-  const std::size_t lngMost = (arena_.taken() + lngShared_) * kLongestReference +
-                              arena_.taken() / sizeof(TreeNode) * lngNames;
+  const std::size_t lngMost = (arena_.mostGivenOut() + lngShared_) * kLongestReference +
+                              arena_.mostGivenOut() / sizeof(TreeNode) * lngNames;
   if (!blnManyAttributes_ && lngMost <= lngMaxBytes) return;
 
   const auto declared = [](const TreeName* name) {

@@ -33,14 +33,16 @@ std::string findingsJson(const std::vector<Finding>& findings) {
   return result.dump(2, ' ', false, Json::error_handler_t::replace) + '\n';
 }
 
-std::string findingsText(const std::vector<Finding>& findings) {
+std::string findingsText(const std::vector<Finding>& findings, bool blnHints) {
   std::string strText;
   for (const Finding& finding : findings) {
     std::string strLine = finding.file + ':' + std::to_string(finding.line) + ": ";
     strLine += severityName(finding.severity);
     strLine += ": " + finding.message + " [" + finding.code + "]";
     strText += withoutControls(strLine) + '\n';
-    if (!finding.hint.empty()) strText += "    hint: " + withoutControls(finding.hint) + '\n';
+    if (blnHints && !finding.hint.empty()) {
+      strText += "    hint: " + withoutControls(finding.hint) + '\n';
+    }
   }
   return strText;
 }

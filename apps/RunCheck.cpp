@@ -1,5 +1,7 @@
 #include "RunCheck.h"
 
+#include <unistd.h>
+
 #include "CannotRun.h"
 #include "DeploymentFindings.h"
 #include "Files.h"
@@ -16,6 +18,8 @@ ExitStatus runCheck(OptionValues values, const std::vector<std::string>& /*opera
   }
   const Options options = readOptions(values);
   const std::vector<Finding> findings = findingsOf(options, values);
-  writeStandardOutput(strFormat == "json" ? findingsJson(findings) : findingsText(findings));
+  const bool blnTerminal = ::isatty(STDOUT_FILENO) == 1;
+  writeStandardOutput(strFormat == "json" ? findingsJson(findings)
+                                          : findingsText(findings, blnTerminal));
   return hasErrors(findings) ? kFailed : kSucceeded;
 }

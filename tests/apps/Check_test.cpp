@@ -1,3 +1,5 @@
+#include <cstdlib>
+
 #include "Program.h"
 
 namespace Varnel_Tolv_XML_Creation::test {
@@ -47,8 +49,7 @@ TEST_F(Check, TellsAnErrorAsACompilerDoes) {
   EXPECT_EQ(
       text.out,
       "object-mapper.xml:15: error: The word toschema=\"True\" is not \"true\": the answer is "
-      "silently not sent. [word-not-true]\n"
-      "    hint: Write toschema=\"true\" in lower case.\n");
+      "silently not sent. [word-not-true]\n");
   EXPECT_EQ(check({"--format", "json"}).out, R"({
   "findings": [
     {
@@ -65,6 +66,20 @@ TEST_F(Check, TellsAnErrorAsACompilerDoes) {
   "warnings": 0
 }
 )");
+}
+
+TEST_F(Check, TellsAPersonAtATerminalWhatToDo) {
+  replace("object-mapper.xml", "id=\"urgency\" toschema=\"true\"",
+          "id=\"urgency\" toschema=\"True\"");
+  const std::string strCheck = "cd '" + directory_.path().string() +
+                               "' && TERM=dumb script -qec '" VARNEL_PROGRAM
+                               " check --deployment deployment' /dev/null >shown </dev/null";
+  ASSERT_NE(std::system(strCheck.c_str()), -1);
+  EXPECT_EQ(
+      textOfFile(directory_.at("shown")),
+      "object-mapper.xml:15: error: The word toschema=\"True\" is not \"true\": the answer is "
+      "silently not sent. [word-not-true]\r\n"
+      "    hint: Write toschema=\"true\" in lower case.\r\n");
 }
 
 TEST_F(Check, SucceedsWithWarnings) {

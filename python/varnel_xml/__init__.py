@@ -44,6 +44,7 @@ class Violation(TypedDict):
     value: str
     limit: str
     allowed: List[str]
+    type: str
     expected: List[str]
     message: str
     questionId: str

@@ -67,7 +67,10 @@ const std::vector<Mistake>& mistakesOfNamespaceRules() {
       {"prefix-not-registered",
        "a slip of a prefix in the place that a step copies to",
        {{"object-mapper.xml", R"(under="m:copy")", R"(under="M:copy")"}},
-       {{Severity::error, "prefix-not-registered", "object-mapper.xml"}}},
+       {{Severity::error, "prefix-not-registered", "object-mapper.xml"},
+        {Severity::note, "reference-unknown", "reference.xml",
+         R"(<m:line4 mandatory="true"/>
+    </m:copy>)"}}},
       {"step-without-prefix",
        "a step without",
        {{"object-mapper.xml", "<node>m:seen</node>", "<node>seen</node>"}},

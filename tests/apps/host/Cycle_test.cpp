@@ -291,20 +291,19 @@ TEST_F(Cycle, RefusesToSendWhatWouldLoseAnAnswer) {
        "oldquestion",
        "Kept?",
        {},
-       "oldquestion: no object of the form asks for it.",
+       "oldquestion: this is not asked any more, and the answer was not taken.",
        "unknown-question"},
       {"a cell of a column that the table does not have",
        "defects___colour_1",
        "red",
        {"defects-1"},
-       "Defects (defects), row 1, colour: the table has no such column.",
+       "Defects, row 1, colour: this column is not there any more, and the answer was not taken.",
        "unknown-column"},
       {"a row that the grid does not have",
        "areas___remark_9",
        "damp",
        {"areas"},
-       "Areas and their condition (areas), row 9, Remark (remark): its row is above the submitted "
-       "row count.",
+       "Areas and their condition, row 9, Remark: this row was not taken. Please add it again.",
        "row-beyond-count"},
   };
   for (const auto& c : cases) {

@@ -91,8 +91,7 @@ TEST_F(Start, EndsWithTheFindingsOfABrokenDeployment) {
     int line;
   } cases[] = {
       {"object-mapper.xml", "<message", "<message x", "not-well-formed", "object-mapper.xml", 2},
-      {"object-mapper.xml", "id=\"town\"", "id=\"twon\"", "mandatory-unfilled", "object-mapper.xml",
-       44},
+      {"object-mapper.xml", "id=\"town\"", "id=\"twon\"", "no-mapping", "object-mapper.xml", 54},
       {"schema/record.xsd", "<xs:schema", "<xs:skema", "schema-unusable", "schema/record.xsd", 139},
       {"deployment.json", "schema/inspection.xsd", "schema/none.xsd", "schema-unusable",
        "deployment.json", 11},

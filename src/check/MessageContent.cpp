@@ -364,10 +364,9 @@ class ContentJudge {
       const std::string strWhere = shown(name) + " in \"" + element.strName + "\"";
       tellUnfilled(
           element, plan_.pathOf(lngElement) + "/" + name.strLocal,
-          lngCount == 0
-              ? "The schema requires " + strWhere + ", and nothing makes it."
-              : "The schema requires " + std::to_string(lngLeast) + " times " + strWhere +
-                    ", and no more than " + std::to_string(lngCount) + " can be made.",
+          lngCount == 0 ? "The schema requires " + strWhere + ", and nothing makes it."
+                        : "The schema requires " + std::to_string(lngLeast) + " times " + strWhere +
+                              ", and no more than " + std::to_string(lngCount) + " can be made.",
           lngCount == 0 ? "Map a question to it, or put it into the template."
                         : "Let the mapping or the template make as many, or correct the schema.");
     }

@@ -48,6 +48,31 @@ void writeWhole(const fs::path& path, const std::string& strText) {
   flush(path, O_RDONLY);
 }
 
+/// Where a message stands in a directory. It is written to `unfinished`; renaming that to
+/// `finished` delivers it. The mark tells that it was written to this directory and not to another
+/// one, also when it was fetched from there; it is made before the store learns that the message
+/// was written, and taken away after the store learned that it was delivered.
+struct Places {
+  Places(const std::string& strTarget, const std::string& strId)
+      : directory(directoryOf(strTarget)),
+        unfinished(directory / ('.' + strId + ".tmp")),
+        mark(directory / ('.' + strId + ".mark.tmp")),
+        finished(directory / (strId + ".xml")) {}
+
+  fs::path directory;
+  fs::path unfinished;
+  fs::path mark;
+  fs::path finished;
+};
+
+/// Whether neither the message nor the mark is in the directory: another host wrote it to a
+/// directory of its own, or the directory was made anew. One that is not there at all may come
+/// back.
+bool isLost(const OutboxItem& item) {
+  const Places places(item.strTarget, item.strId);
+  return fs::exists(places.directory) && !fs::exists(places.unfinished) && !fs::exists(places.mark);
+}
+
 /// Twice as long after each failure.
 std::int64_t delayAfter(std::int64_t lngAttempts) {
   const std::int64_t lngDoubled = kFirstDelay << std::min<std::int64_t>(lngAttempts - 1, 20);
@@ -89,9 +114,9 @@ void Outbox::work(const std::stop_token& stop) {
   while (!stop.stop_requested()) {
     bool blnIdle = true;
     try {
-      if (const std::optional<OutboxItem> item = store_.claim(kLeaseMilliseconds)) {
+      if (std::optional<OutboxItem> item = store_.claim(kLeaseMilliseconds)) {
         blnIdle = false;
-        deliver(*item);
+        deliver(*std::move(item));
       } else {
         metrics_.outboxWaiting = store_.waiting();
       }
@@ -106,13 +131,19 @@ void Outbox::work(const std::stop_token& stop) {
   }
 }
 
-/// What was begun is finished where it was begun, also when the host delivers to another place by
-/// now.
-void Outbox::deliver(const OutboxItem& item) {
-  const std::string& strTarget = item.strState == "written" ? item.strTarget : strTarget_;
+/// What was written is finished where it was written to, also when the host delivers to another
+/// place by now.
+void Outbox::deliver(OutboxItem item) {
+  std::string strTarget = item.strState == "written" ? item.strTarget : strTarget_;
   std::string strReason;
   bool blnTaken = false;
   try {
+    if (item.strState == "written" && isLost(item)) {
+      if (!store_.markLost(item)) return;  // another host has it now
+      logEvent("written-anew", {{"id", item.strId}});
+      item.strState = "waiting";
+      strTarget = strTarget_;
+    }
     if (strTarget.starts_with(kDirectory)) {
       if (!toDirectory(item, strTarget)) return;  // another host has it now
     } else {
@@ -126,6 +157,10 @@ void Outbox::deliver(const OutboxItem& item) {
   }
   if (blnTaken) {
     if (!store_.markDelivered(item, strTarget)) return;
+    if (strTarget.starts_with(kDirectory)) {
+      std::error_code error;  // a mark that stays is of no more meaning
+      fs::remove(Places(strTarget, item.strId).mark, error);
+    }
     metrics_.countDelivered();
     logEvent("delivered", {{"id", item.strId}, {"attempts", item.lngAttempts}});
     return;
@@ -137,21 +172,20 @@ void Outbox::deliver(const OutboxItem& item) {
 }
 
 /// Writes under another name, notes that in the store, renames. Whoever goes on after a crash sees
-/// by the store and the name which of the three was done last, also when the file was fetched from
-/// the directory meanwhile: a rename is never done twice. So the directory has to be the one that
-/// was written to, on whatever host.
+/// by the store and the names which of the three was done last, also when the file was fetched from
+/// the directory meanwhile: a rename is never done twice.
 bool Outbox::toDirectory(const OutboxItem& item, const std::string& strTarget) {
-  const fs::path directory = directoryOf(strTarget);
-  const fs::path unfinished = directory / ('.' + item.strId + ".tmp");
-  const fs::path finished = directory / (item.strId + ".xml");
+  const Places places(strTarget, item.strId);
   if (item.strState == "waiting") {
-    writeWhole(unfinished, item.strMessage);
+    writeWhole(places.unfinished, item.strMessage);
+    writeWhole(places.mark, "");
+    flush(places.directory, O_RDONLY | O_DIRECTORY);
     if (!store_.markWritten(item, strTarget)) return false;
   }
-  if (std::rename(unfinished.c_str(), finished.c_str()) != 0 && errno != ENOENT) {
-    fail(finished.string());
+  if (std::rename(places.unfinished.c_str(), places.finished.c_str()) != 0 && errno != ENOENT) {
+    fail(places.finished.string());
   }
-  flush(directory, O_RDONLY | O_DIRECTORY);
+  flush(places.directory, O_RDONLY | O_DIRECTORY);
   return true;
 }
 

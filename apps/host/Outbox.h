@@ -22,7 +22,7 @@ class Outbox {
 
  private:
   void work(const std::stop_token& stop);
-  void deliver(const OutboxItem& item);
+  void deliver(OutboxItem item);
   bool toDirectory(const OutboxItem& item, const std::string& strTarget);
   void toReceiver(const OutboxItem& item, const std::string& strTarget);
 

@@ -322,6 +322,14 @@ bool Store::markDelivered(const OutboxItem& item, const std::string& strTarget) 
   });
 }
 
+bool Store::markLost(const OutboxItem& item) {
+  return pool_->write([&](soci::session& sql) {
+    return changedBy((sql.prepare << "UPDATE outbox SET state = 'waiting' "
+                                     "WHERE id = :i AND due = :l AND state = 'written'",
+                      soci::use(item.strId), soci::use(item.lngLease))) == 1;
+  });
+}
+
 bool Store::postpone(const OutboxItem& item, std::int64_t lngMilliseconds) {
   return pool_->write([&](soci::session& sql) {
     const std::int64_t lngDue = millisecondsNow() + lngMilliseconds;

@@ -71,10 +71,12 @@ class Store {
   /// Takes an item that is due; nobody else gets it before the lease of so many milliseconds ends.
   std::optional<OutboxItem> claim(std::int64_t lngLeaseMilliseconds);
 
-  /// The next three are done only while the lease is held; else they say false. The first two also
-  /// keep the target, which may not be the one that was meant when the form was accepted.
+  /// The next four are done only while the lease is held; else they say false. The first two also
+  /// keep the target, which may not be the one that was meant when the form was accepted. The third
+  /// is for an item that was written and is not where it was written to.
   bool markWritten(const OutboxItem& item, const std::string& strTarget);
   bool markDelivered(const OutboxItem& item, const std::string& strTarget);
+  bool markLost(const OutboxItem& item);
   bool postpone(const OutboxItem& item, std::int64_t lngMilliseconds);
   std::int64_t waiting();
 

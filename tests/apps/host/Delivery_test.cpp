@@ -156,6 +156,51 @@ TEST_F(Delivery, IsFinishedInTheDirectoryWhereItWasBegun) {
   EXPECT_TRUE(host.get("/messages/" + strId).shows("To " + strTarget + ", delivered 20"));
 }
 
+/// To a directory, where one host ends in the middle and another goes on.
+class DirectoryDelivery : public Delivery {
+ protected:
+  /// Submits a form on a host that cannot rename what it wrote, and ends that host; the id.
+  std::string writtenTo(const std::filesystem::path& directory) const {
+    Host host(words({"--deliver", "directory:" + directory.string()}));
+    const std::string strPlace = parked(host, exampleForm("complete.form"));
+    const std::string strId = strPlace.substr(8);
+    std::filesystem::create_directories(directory / (strId + ".xml") / "in the way");
+    const Form form = filledIn(host.get(strPlace), exampleForm("complete.form"), "submit");
+    EXPECT_EQ(host.post(strPlace, form).status, 303);
+    EXPECT_TRUE(becomes([&] { return host.log().find("delivery-failed") != std::string::npos; }));
+    EXPECT_EQ(host.stop(SIGTERM), 0);
+    std::filesystem::remove_all(directory / (strId + ".xml"));
+    return strId;
+  }
+};
+
+TEST_F(DirectoryDelivery, BeginsAgainWhereNothingIsLeftOfWhatWasWritten) {
+  const std::filesystem::path other = directory_.at("other");
+  for (const std::filesystem::path& directory : {inbox(), other}) {
+    SCOPED_TRACE(directory.string());
+    const std::string strId = writtenTo(inbox());
+    std::filesystem::remove_all(inbox());
+    std::filesystem::create_directory(inbox());
+    const Host host(words({"--deliver", "directory:" + directory.string()}));
+    ASSERT_TRUE(becomes([&] { return hasDelivered(host, 1); }));
+    EXPECT_EQ(textOfFile(directory / (strId + ".xml")),
+              host.get("/messages/" + strId + ".xml").body);
+    EXPECT_FALSE(std::filesystem::exists(directory / ('.' + strId + ".mark.tmp")));
+    EXPECT_NE(host.log().find("\"written-anew\",\"id\":\"" + strId), std::string::npos);
+    EXPECT_TRUE(host.get("/messages/" + strId).shows("To directory:" + directory.string()));
+  }
+}
+
+TEST_F(DirectoryDelivery, DoesNotHappenTwiceWhenTheMessageWasFetched) {
+  const std::string strId = writtenTo(inbox());
+  // What a host leaves behind that is killed after the renaming, when the message was fetched.
+  std::filesystem::remove(inbox() / ('.' + strId + ".tmp"));
+  EXPECT_EQ(delivered(), std::vector{'.' + strId + ".mark.tmp"});
+  const Host host(words({"--deliver", "directory:" + inbox().string()}));
+  ASSERT_TRUE(becomes([&] { return hasDelivered(host, 1); }));
+  EXPECT_EQ(delivered(), std::vector<std::string>());
+}
+
 TEST_F(Delivery, OfManyHostsOnOneStoreHappensOnce) {
   const std::vector<std::string> all = words({"--deliver", "directory:" + inbox().string()});
   const Host first(all);

@@ -289,6 +289,8 @@ HttpResponse Application::page(const Post& post, unsigned lngStatus, const FormV
   if (wantsJson(post.request)) {
     StoredForm form = post.stored;
     if (form.strId.empty()) form.strDeployment = post.deployment->name();
+    // Who posts again with this version overwrites nothing that was not looked at.
+    if (view.blnUnsaved) form.lngVersion = postedVersion(post.answers);
     return text(kJson, stateJson(form, result, view.strNotice), lngStatus);
   }
   return render(lngStatus, viewOf(view), post.deployment->stylesheet());

@@ -61,6 +61,10 @@ std::int64_t rowCount(const Question& table, const Answers& answers, std::int64_
   return lngCount;
 }
 
+std::int64_t postedVersion(const Answers& answers) {
+  return rowNumber(answerTo(answers, "_version"), INT64_MAX);
+}
+
 void completeAnswers(const PageModel& page, Answers& answers, std::int64_t lngMost) {
   for (const HiddenField& field : page.hidden) {
     if (field.isFixed()) answers.insert_or_assign(field.strId, field.strValue);

@@ -21,6 +21,9 @@ const Question* findTable(const PageModel& page, std::string_view strId);
 /// cell. More than `lngMost` is told as `lngMost + 1`.
 std::int64_t rowCount(const Question& table, const Answers& answers, std::int64_t lngMost);
 
+/// The version that the page was made from which posted these answers; 0 when they do not tell.
+std::int64_t postedVersion(const Answers& answers);
+
 /// Adds what is the host's to say: fixed hidden fields, labels, the number of rows.
 void completeAnswers(const PageModel& page, Answers& answers, std::int64_t lngMost);
 

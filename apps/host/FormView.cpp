@@ -173,6 +173,7 @@ class FormWriter {
   std::vector<TableRow> rowsOf(const Question& table) const;
   void writeQuestion(const ViewElement& section, const Question& question);
   void writeTable(const ViewElement& element, const Question& table);
+  void writeStoredCount(const ViewElement& element, const Question& table);
   void writeInput(const ViewElement& element, const Input& input, const std::string& strName,
                   const std::string& strAnchor, const Listed& place);
   bool writeStored(const ViewElement& element, const Input& input, const std::string& strName,
@@ -303,6 +304,22 @@ void FormWriter::writeInput(const ViewElement& element, const Input& input,
   if (blnTick) writeLabel(inside);
 }
 
+/// Of a conflict: how many rows were saved elsewhere, where these are not as many as here. The page
+/// shows all of both.
+void FormWriter::writeStoredCount(const ViewElement& element, const Question& table) {
+  if (!view_.isConflict() || !table.blnDynamic) return;
+  const std::int64_t lngStored = rowCount(table, view_.stored, view_.lngMostRows);
+  const std::int64_t lngHere = rowCount(table, view_.answers, view_.lngMostRows);
+  if (lngStored == lngHere) return;
+  const std::string strAnchor = anchorOf(table.input.strId);
+  element
+      .add("stored", std::to_string(lngStored) + (lngStored == 1 ? " row" : " rows") + ", here " +
+                         std::to_string(lngHere))
+      .set("id", strAnchor + "-stored")
+      .setFlag("count", true);
+  listed_.push_back({.strAnchor = strAnchor, .strLabel = table.input.strLabel});
+}
+
 void FormWriter::writeTable(const ViewElement& element, const Question& table) {
   const std::string& strId = table.input.strId;
   const std::vector<TableRow> rows = rowsOf(table);
@@ -315,6 +332,7 @@ void FormWriter::writeTable(const ViewElement& element, const Question& table) {
       .setFlag("dynamic", table.blnDynamic)
       .setFlag("wide", table.columns.size() > 5);
   writeErrors(element, anchorOf(strId), {.strLabel = table.input.strLabel});
+  writeStoredCount(element, table);
   if (!table.input.strHelp.empty()) element.add("help", table.input.strHelp);
   for (const Input& column : table.columns) {
     const ViewElement head = element.add("column", column.strLabel);

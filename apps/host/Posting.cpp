@@ -134,7 +134,7 @@ HttpResponse Application::asTyped(const Post& post, unsigned lngStatus, const ch
   FormView view = viewFor(post);
   view.strNotice = notice;
   view.blnUnsaved = true;
-  view.lngVersion = rowNumber(answerTo(post.answers, "_version"), INT64_MAX);
+  view.lngVersion = postedVersion(post.answers);
   return page(post, lngStatus, view, run);
 }
 
@@ -255,7 +255,7 @@ HttpResponse Application::parkNew(Post& post) {
 
 HttpResponse Application::parkAgain(Post& post) {
   if (post.stored.strState == "accepted") return conflict(post);
-  const std::int64_t lngFrom = rowNumber(answerTo(post.answers, "_version"), INT64_MAX);
+  const std::int64_t lngFrom = postedVersion(post.answers);
   if (lngFrom != post.stored.lngVersion) return conflict(post);
   const RunResult result = run(post, false);
   if (result.outcome != RunOutcome::parked) return notParked(post, result);
@@ -292,7 +292,7 @@ HttpResponse Application::conflict(Post& post) {
 
 HttpResponse Application::submit(Post& post) {
   if (post.stored.strState == "accepted") return conflict(post);
-  const std::int64_t lngFrom = rowNumber(answerTo(post.answers, "_version"), INT64_MAX);
+  const std::int64_t lngFrom = postedVersion(post.answers);
   if (lngFrom != post.stored.lngVersion) {
     const Answers stored = answersIn(post.stored.strParkXml, post.stored.strRowCounts);
     if (!sameAnswers(post.deployment->page(), post.answers, stored,

@@ -139,8 +139,8 @@
   <xsl:template name="notice">
     <xsl:variable name="text">
       <xsl:choose>
-        <xsl:when test="@notice = 'conflict'">This form was saved elsewhere after you opened this page. Nothing was overwritten. Below stand your answers; where the saved form differs its answer is shown beside yours. Saving now keeps what stands in the inputs.</xsl:when>
-        <xsl:when test="@notice = 'accepted'">This form was sent and accepted before. Changes made since then were not saved.</xsl:when>
+        <xsl:when test="@notice = 'conflict'">This form was saved elsewhere after you opened this page. Nothing was overwritten. Below stand your answers; where the saved form differs its answer is shown beside yours. Saving now keeps what stands in the inputs, and nothing else of the saved form.</xsl:when>
+        <xsl:when test="@notice = 'accepted'">This form was sent and accepted before. Changes made since then were not saved. Below they still stand; what was sent is shown beside them.</xsl:when>
         <xsl:when test="@notice = 'not-checked'">The form was saved, but it could not be checked, so it was not sent. The fault is ours and has been recorded. Try to send it again later.</xsl:when>
         <xsl:when test="@notice = 'failed'">The form could not be processed. The fault is ours and has been recorded. Your answers still stand below; they were not saved.</xsl:when>
         <xsl:when test="@notice = 'store'">The store cannot be reached. Your answers still stand below and were not saved just now: please press the button again in a moment.</xsl:when>
@@ -213,8 +213,13 @@
   <xsl:template match="computed"> It is computed from other answers.</xsl:template>
 
   <xsl:template match="stored">
-      <p class="stored" id="{@id}">Saved elsewhere:
+      <p class="stored" id="{@id}">
         <xsl:choose>
+          <xsl:when test="/form/@state = 'accepted'">Sent: </xsl:when>
+          <xsl:otherwise>Saved elsewhere: </xsl:otherwise>
+        </xsl:choose>
+        <xsl:choose>
+          <xsl:when test="@count"><xsl:value-of select="."/></xsl:when>
           <xsl:when test="@tick and string(.)">ticked</xsl:when>
           <xsl:when test="@tick">not ticked</xsl:when>
           <xsl:when test="string(.)"><q><xsl:value-of select="."/></q></xsl:when>
@@ -238,7 +243,7 @@
   <xsl:template match="table">
     <div class="table" id="{@anchor}" tabindex="-1" data-table="{@id}">
       <input type="hidden" name="{@count-name}" value="{@count}" class="row-count"/>
-      <xsl:apply-templates select="errors | help"/>
+      <xsl:apply-templates select="errors | stored | help"/>
       <table>
         <xsl:if test="@wide"><xsl:attribute name="class">cards</xsl:attribute></xsl:if>
         <xsl:call-template name="described-by-errors"/>

@@ -16,6 +16,8 @@ namespace {
 
 constexpr const char* kJson = "application/json";
 constexpr const char* kXml = "application/xml; charset=utf-8";
+// A script can add rows where the limit is reached already: so many more are still shown.
+constexpr std::int64_t kMoreRows = 100;
 
 bool wantsJson(const HttpRequest& request) {
   return request.strAccept.find(kJson) != std::string::npos;
@@ -91,12 +93,16 @@ HttpResponse Application::answer(const HttpRequest& request) noexcept {
   }
 }
 
-HttpResponse Application::trouble(const HttpRequest& request, unsigned lngStatus, const char* title,
-                                  std::string_view strText) const {
+void Application::logRefusal(const HttpRequest& request, unsigned lngStatus, const char* title) {
   logEvent("request-refused", {{"status", lngStatus},
                                {"method", request.strMethod.substr(0, 16)},
                                {"path", request.strPath.substr(0, 100)},
                                {"reason", title}});
+}
+
+HttpResponse Application::trouble(const HttpRequest& request, unsigned lngStatus, const char* title,
+                                  std::string_view strText) const {
+  logRefusal(request, lngStatus, title);
   if (wantsJson(request)) {
     return text(kJson,
                 dumped({{"id", nullptr},
@@ -267,6 +273,10 @@ std::string Application::token(const std::string& strPath) const {
   return makeToken(store_.key(), strPath, millisecondsNow());
 }
 
+std::int64_t Application::mostRowsShown() const {
+  return static_cast<std::int64_t>(options_.lngMaxRows) + kMoreRows;
+}
+
 FormView Application::viewFor(const Post& post) const {
   const StoredForm& stored = post.stored;
   FormView view;
@@ -280,7 +290,7 @@ FormView Application::viewFor(const Post& post) const {
   view.lngVersion = stored.lngVersion;
   view.strToken = token(view.strAction);
   view.answers = post.answers;
-  view.lngMostRows = static_cast<std::int64_t>(options_.lngMaxRows);
+  view.lngMostRows = mostRowsShown();
   return view;
 }
 

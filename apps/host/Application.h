@@ -54,6 +54,7 @@ class Application {
   HttpResponse document(const HttpRequest& request, std::string_view strId, bool blnMessage);
 
   HttpResponse post(const HttpRequest& request, std::string_view strName, std::string_view strId);
+  bool isTooLarge(const Post& post) const;
   HttpResponse act(Post& post);
   HttpResponse changeRows(Post& post);
   HttpResponse parkNew(Post& post);
@@ -63,8 +64,9 @@ class Application {
   HttpResponse notParked(Post& post, const RunResult& run);
   HttpResponse asTyped(const Post& post, unsigned lngStatus, const char* notice,
                        const RunResult* run = nullptr);
-  bool replace(const Post& post, StoredForm& form);
   HttpResponse conflict(Post& post);
+  bool save(const Post& post, StoredForm& form, const std::function<bool()>& attempt);
+  bool replace(const Post& post, StoredForm& form);
 
   /// The answer to a request whose body or origin is not acceptable; none for a good one.
   std::optional<HttpResponse> refusal(const HttpRequest& request) const;
@@ -78,7 +80,9 @@ class Application {
   HttpResponse render(unsigned lngStatus, const ViewDocument& view, const Stylesheet& stylesheet);
   HttpResponse redirect(const HttpRequest& request, const std::string& strTo,
                         const StoredForm& form, const RunResult* run) const;
+  static void logRefusal(const HttpRequest& request, unsigned lngStatus, const char* title);
   std::string token(const std::string& strPath) const;
+  std::int64_t mostRowsShown() const;
   std::string stateJson(const StoredForm& form, const RunResult* run,
                         const std::string& strError = "") const;
 

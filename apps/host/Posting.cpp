@@ -35,6 +35,10 @@ bool isFormBody(const std::string& strContentType) {
          strRest.substr(lngCharset + 8).starts_with("utf-8");
 }
 
+std::size_t fieldsIn(const HttpRequest& request) {
+  return static_cast<std::size_t>(std::ranges::count(request.strBody, '&')) + 1;
+}
+
 Metrics::Outcome counted(RunOutcome outcome) {
   switch (outcome) {
     case RunOutcome::parked:
@@ -61,8 +65,8 @@ std::optional<HttpResponse> Application::refusal(const HttpRequest& request) con
     return trouble(request, 415, "The answers came in a form that is not understood",
                    "A form is sent as application/x-www-form-urlencoded in UTF-8.");
   }
-  const auto lngFields = std::ranges::count(request.strBody, '&') + 1;
-  if (static_cast<std::size_t>(lngFields) > options_.lngMaxRows) {
+  // Up to twice as many are read, to be shown as they were typed.
+  if (fieldsIn(request) / 2 > options_.lngMaxRows) {
     return trouble(request, 422, "The form is too large",
                    "It has more fields than are taken at a time. Nothing was saved.");
   }
@@ -87,23 +91,13 @@ HttpResponse Application::post(const HttpRequest& request, std::string_view strN
     return trouble(request, 404, "There is no such form", "The address may be incomplete.");
   }
   post.strAction = answerTo(post.answers, "_action");
-  completeAnswers(post.deployment->page(), post.answers,
-                  static_cast<std::int64_t>(options_.lngMaxRows));
+  completeAnswers(post.deployment->page(), post.answers, mostRowsShown());
 
   const TokenState tokenState = checkToken(store_.key(), request.strPath,
                                            answerTo(post.answers, "_token"), millisecondsNow());
   if (tokenState != TokenState::good) {
     logEvent("token-refused", {{"stale", tokenState == TokenState::stale}});
     return asTyped(post, 403, "token");
-  }
-  for (const Section& section : post.deployment->page().sections) {
-    for (const Question& question : section.questions) {
-      const auto lngMost = static_cast<std::int64_t>(options_.lngMaxRows);
-      if (question.blnTable && rowCount(question, post.answers, lngMost) > lngMost) {
-        return trouble(request, 422, "The form is too large",
-                       "One of its tables has more rows than are taken. Nothing was saved.");
-      }
-    }
   }
 
   try {
@@ -116,11 +110,26 @@ HttpResponse Application::post(const HttpRequest& request, std::string_view strN
   }
 }
 
+/// Whether it has more fields, or one of its tables more rows, than are taken.
+bool Application::isTooLarge(const Post& post) const {
+  if (fieldsIn(post.request) > options_.lngMaxRows) return true;
+  const auto lngMost = static_cast<std::int64_t>(options_.lngMaxRows);
+  for (const Section& section : post.deployment->page().sections) {
+    for (const Question& question : section.questions) {
+      if (question.blnTable && rowCount(question, post.answers, lngMost) > lngMost) return true;
+    }
+  }
+  return false;
+}
+
 HttpResponse Application::act(Post& post) {
   const std::string_view strAction = post.strAction;
-  if (strAction.starts_with("add-row:") || strAction.starts_with("remove-row:")) {
-    return changeRows(post);
+  if (strAction.starts_with("remove-row:")) return changeRows(post);  // so it can become smaller
+  if (isTooLarge(post)) {
+    logRefusal(post.request, 422, "The form is too large");
+    return asTyped(post, 422, "rows");
   }
+  if (strAction.starts_with("add-row:")) return changeRows(post);
   if (post.stored.strId.empty()) return parkNew(post);
   if (strAction == "submit") return submit(post);
   if (strAction.empty() || strAction == "park") return parkAgain(post);
@@ -142,7 +151,7 @@ HttpResponse Application::changeRows(Post& post) {
   const std::string_view strAction = post.strAction;
   const bool blnAdd = strAction.starts_with("add-row:");
   std::string_view strTable = strAction.substr(strAction.find(':') + 1);
-  const auto lngMost = static_cast<std::int64_t>(options_.lngMaxRows);
+  const std::int64_t lngMost = mostRowsShown();
   std::int64_t lngRow = 0;
   if (!blnAdd) {
     const std::size_t lngColon = strTable.rfind(':');
@@ -157,7 +166,10 @@ HttpResponse Application::changeRows(Post& post) {
     return trouble(post.request, 422, "The row cannot be added or removed",
                    "There is no such table or row.");
   }
-  if (blnAdd && lngCount >= lngMost) return asTyped(post, 422, "rows");
+  if (blnAdd && lngCount >= static_cast<std::int64_t>(options_.lngMaxRows)) {
+    logRefusal(post.request, 422, "The table has as many rows as are taken");
+    return asTyped(post, 422, "rows");
+  }
   if (!blnAdd) removeRow(*table, lngRow, lngCount, post.answers);
   post.answers.insert_or_assign(fieldNameOf(table->input.strId) + "_rowCount",
                                 std::to_string(blnAdd ? lngCount + 1 : lngCount - 1));
@@ -221,11 +233,12 @@ HttpResponse Application::notParked(Post& post, const RunResult& result) {
   return asTyped(post, 500, "failed", &result);
 }
 
-/// Puts a form in the place of the stored one. One that was saved meanwhile with the same answers,
-/// as by a button that was pressed twice, is no other: what comes now is the newer version of it.
-bool Application::replace(const Post& post, StoredForm& form) {
+/// Saves a form by `attempt`, in the place of the stored one. One that was saved meanwhile with the
+/// same answers, as by a button that was pressed twice, is no other: what comes now is the newer
+/// version of it. False when there is another one now.
+bool Application::save(const Post& post, StoredForm& form, const std::function<bool()>& attempt) {
   const Metrics::Timer timer(metrics_, Metrics::kStore);
-  while (!store_.replace(form)) {
+  while (!attempt()) {
     const std::optional<StoredForm> stored = store_.find(form.strId);
     if (!stored || stored->strState == "accepted" || stored->lngVersion < form.lngVersion ||
         !sameAnswers(post.deployment->page(), post.answers,
@@ -235,8 +248,13 @@ bool Application::replace(const Post& post, StoredForm& form) {
     }
     form.lngVersion = stored->lngVersion + 1;
   }
-  metrics_.countParked();
   return true;
+}
+
+bool Application::replace(const Post& post, StoredForm& form) {
+  const bool blnDone = save(post, form, [&] { return store_.replace(form); });
+  if (blnDone) metrics_.countParked();
+  return blnDone;
 }
 
 HttpResponse Application::parkNew(Post& post) {
@@ -302,12 +320,9 @@ HttpResponse Application::submit(Post& post) {
   }
   const RunResult result = run(post, true);
   if (result.outcome == RunOutcome::accepted) {
-    const StoredForm form = next(post, result, "accepted");
-    bool blnDone = false;
-    {
-      const Metrics::Timer timer(metrics_, Metrics::kStore);
-      blnDone = store_.accept(form, result.strMessage, options_.strDeliver);
-    }
+    StoredForm form = next(post, result, "accepted");
+    const bool blnDone = save(
+        post, form, [&] { return store_.accept(form, result.strMessage, options_.strDeliver); });
     if (!blnDone) return conflict(post);
     metrics_.countAccepted();
     logEvent("accepted",

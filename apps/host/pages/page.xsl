@@ -145,7 +145,7 @@
         <xsl:when test="@notice = 'failed'">The form could not be processed. The fault is ours and has been recorded. Your answers still stand below; they were not saved.</xsl:when>
         <xsl:when test="@notice = 'store'">The store cannot be reached. Your answers still stand below and were not saved just now: please press the button again in a moment.</xsl:when>
         <xsl:when test="@notice = 'token'">This page was open for too long, or did not come from here. Your answers still stand below and were not saved yet: please press the button again.</xsl:when>
-        <xsl:when test="@notice = 'rows'">The table has as many rows as can be taken. Your answers still stand below; they were not saved.</xsl:when>
+        <xsl:when test="@notice = 'rows'">The form has as many rows as can be taken, or more. Your answers still stand below and were not saved: take rows away, then save them.</xsl:when>
       </xsl:choose>
     </xsl:variable>
     <xsl:if test="string($text)">

@@ -101,6 +101,55 @@ TEST_F(BadInput, IsToldByStatusAndPage) {
   }
 }
 
+TEST_F(BadInput, OfTooManyRowsLosesNoAnswer) {
+  Form fullest = exampleForm("draft.form");
+  fullest["town"] = "Typed";
+  fullest["defects_rowCount"] = "400";
+  fullest["defects___place_400"] = "The last row";
+  Form larger = fullest;
+  larger["defects_rowCount"] = "403";
+  larger["defects___place_403"] = "Beyond the limit";
+  Form manyFields = fullest;
+  for (int row = 1; row <= 400; ++row) {
+    manyFields["defects___place_" + std::to_string(row)] = std::to_string(row);
+  }
+  const struct {
+    const char* says;
+    const Form& form;
+    const char* button;
+    const char* shown;
+  } cases[] = {
+      {"a row more than there may be", fullest, "add-row:defects", "\"The last row\""},
+      {"more rows than there may be", larger, "park", "\"Beyond the limit\""},
+      {"likewise, to be sent", larger, "submit", "\"Beyond the limit\""},
+      {"more fields than there may be", manyFields, "park",
+       "name=\"defects___place_399\" value=\"399\""},
+  };
+  for (const std::string& strPlace : {std::string("/forms/inspection"), strPlace_}) {
+    for (const auto& c : cases) {
+      SCOPED_TRACE(strPlace + ": " + c.says);
+      const HttpAnswer answer =
+          host_.post(strPlace, filledIn(host_.get(strPlace), c.form, c.button));
+      EXPECT_EQ(answer.status, 422);
+      EXPECT_TRUE(answer.shows("as many rows as can be taken, or more"));
+      EXPECT_TRUE(answer.shows("value=\"Typed\""));
+      EXPECT_TRUE(answer.shows(c.shown));
+      EXPECT_FALSE(host_.get(strPlace_).shows("Typed"));
+    }
+  }
+
+  // A row can be taken away all the same.
+  larger["defects_rowCount"] = "401";
+  larger.erase("defects___place_403");
+  larger["defects___place_401"] = "Beyond the limit";
+  const HttpAnswer answer =
+      host_.post(strPlace_, filledIn(host_.get(strPlace_), larger, "remove-row:defects:1"));
+  EXPECT_EQ(answer.status, 200);
+  EXPECT_EQ(hiddenInputs(answer.body)["defects_rowCount"], "400");
+  EXPECT_TRUE(answer.shows("name=\"defects___place_399\" value=\"The last row\""));
+  EXPECT_TRUE(answer.shows("name=\"defects___place_400\" value=\"Beyond the limit\""));
+}
+
 TEST_F(BadInput, OfCharactersThatXmlLacksIsShownByTheirReplacement) {
   const HttpAnswer answer = host_.request(
       "POST", "/forms/inspection", {{"Content-Type", "application/x-www-form-urlencoded"}},

@@ -1,5 +1,7 @@
 #include "host/Deployments.h"
 
+#include <algorithm>
+
 #include "CannotRun.h"
 #include "host/Log.h"
 
@@ -7,7 +9,9 @@ using namespace Varnel_Tolv_XML_Creation;
 
 namespace {
 
-constexpr auto kPause = std::chrono::seconds(5);
+constexpr const char* kUnsound = "its check found errors";
+constexpr auto kFirstPause = std::chrono::seconds(1);
+constexpr auto kLongestPause = std::chrono::minutes(5);
 
 /// Logs what its check found, but for notes.
 void logFindings(const FormDeployment& deployment) {
@@ -23,8 +27,7 @@ void logFindings(const FormDeployment& deployment) {
                                     {"hint", finding.hint}});
   }
   if (!deployment.sound()) {
-    logEvent("deployment-refused",
-             {{"form", deployment.name()}, {"reason", "its check found errors"}});
+    logEvent("deployment-refused", {{"form", deployment.name()}, {"reason", kUnsound}});
   }
 }
 
@@ -36,39 +39,43 @@ Deployments::Deployments(const std::vector<std::string>& folders) {
     logFindings(*deployment);
     blnSound_ = blnSound_ && deployment->sound();
     const std::string strName = deployment->name();
-    if (!entries_.try_emplace(strName, Entry{strFolder, std::move(deployment), ""}).second) {
+    if (!entries_.try_emplace(strName, Entry{strFolder, std::move(deployment), {}}).second) {
       throw CannotRun("--deployment: two folders have the name \"" + strName + '"');
     }
   }
 }
 
+bool Deployments::Refusal::note(const std::string& strOfChange, const std::string& strWhy) {
+  const bool blnAgain = pause != Clock::duration::zero() && strFingerprint == strOfChange;
+  const bool blnTold = blnAgain && strReason == strWhy;
+  pause = blnAgain ? std::min<Clock::duration>(2 * pause, kLongestPause) : kFirstPause;
+  end = Clock::now() + pause;
+  strFingerprint = strOfChange;
+  strReason = strWhy;
+  return !blnTold;
+}
+
 /// Takes over a change. Works on a copy of the entry, for building a deployment takes its time.
-/// What its check refuses is not looked at again; what could not be read, perhaps for want of
-/// space, is.
 void Deployments::refresh(Entry& entry) {
-  const auto now = std::chrono::steady_clock::now();
   std::string strFingerprint;
   try {
     strFingerprint = fingerprintOf(entry.strFolder);
-  } catch (const std::exception&) {
-    // Without files it is refused below, with the reason.
-  }
-  const bool blnRefused = strFingerprint == entry.strRefused && now < entry.tryAgain;
-  if (blnRefused || strFingerprint == entry.deployment->fingerprint()) return;
-  entry.strRefused = strFingerprint;
-  try {
-    auto changed = std::make_shared<const FormDeployment>(entry.strFolder);
-    logFindings(*changed);
-    if (!changed->sound()) {
-      entry.strRefused = changed->fingerprint();
-      entry.tryAgain = std::chrono::steady_clock::time_point::max();
+    if (strFingerprint == entry.deployment->fingerprint()) {
+      entry.refused = {};
       return;
     }
+    if (strFingerprint == entry.refused.strFingerprint && Clock::now() < entry.refused.end) return;
+    auto changed = std::make_shared<const FormDeployment>(entry.strFolder);
+    if (!changed->sound()) {
+      if (entry.refused.note(changed->fingerprint(), kUnsound)) logFindings(*changed);
+      return;
+    }
+    logFindings(*changed);
     entry.deployment = std::move(changed);
-    entry.tryAgain = {};
+    entry.refused = {};
     logEvent("deployment-changed", {{"form", entry.deployment->name()}});
   } catch (const std::exception& error) {
-    entry.tryAgain = now + kPause;
+    if (!entry.refused.note(strFingerprint, error.what())) return;
     logEvent("deployment-refused", {{"form", entry.deployment->name()}, {"reason", error.what()}});
   }
 }
@@ -91,8 +98,12 @@ std::shared_ptr<const FormDeployment> Deployments::find(std::string_view strName
 }
 
 std::vector<std::shared_ptr<const FormDeployment>> Deployments::all() {
-  const std::scoped_lock lock(mutex_);
+  std::vector<std::string> names;
+  {
+    const std::scoped_lock lock(mutex_);
+    for (const auto& [strName, entry] : entries_) names.push_back(strName);
+  }
   std::vector<std::shared_ptr<const FormDeployment>> deployments;
-  for (const auto& [strName, entry] : entries_) deployments.push_back(entry.deployment);
+  for (const std::string& strName : names) deployments.push_back(find(strName));
   return deployments;
 }

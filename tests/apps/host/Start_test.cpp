@@ -186,6 +186,28 @@ TEST_F(Start, TakesOverAChangeThatCouldNotBeReadAtFirst) {
   EXPECT_EQ(eventsOf(host, "deployment-refused").size(), 1U);
   letFilesBeOf(RLIM_INFINITY);
   EXPECT_TRUE(becomes([&] { return host.get("/forms/inspection").shows("Town or village"); }));
+  EXPECT_EQ(eventsOf(host, "deployment-refused").size(), 1U);
+  EXPECT_EQ(eventsOf(host, "deployment-changed").size(), 1U);
+}
+
+TEST_F(Start, TellsOnceThatTheFolderIsGone) {
+  const Host host(words());
+  for (std::size_t lngTime = 1; lngTime <= 2; ++lngTime) {
+    fs::rename(deployment(), directory_.at("away"));
+    for (int request = 0; request < 3; ++request) {
+      EXPECT_EQ(host.get("/forms/inspection").status, 200);
+    }
+    EXPECT_EQ(eventsOf(host, "deployment-refused").size(), lngTime);
+    fs::rename(directory_.at("away"), deployment());
+    EXPECT_EQ(host.get("/forms/inspection").status, 200);
+  }
+}
+
+TEST_F(Start, ListsTheFormsAsTheyAreNow) {
+  const Host host(words());
+  EXPECT_TRUE(host.get("/").shows("Building inspection report"));
+  replaceIn("page.xml", "title=\"Building inspection report\"", "title=\"Report on a building\"");
+  EXPECT_TRUE(host.get("/").shows("Report on a building"));
 }
 
 TEST_F(Start, LogsNothingOfWhatAPageSays) {

@@ -19,8 +19,28 @@ constexpr const char* kXml = "application/xml; charset=utf-8";
 // A script can add rows where the limit is reached already: so many more are still shown.
 constexpr std::int64_t kMoreRows = 100;
 
+/// Whether the words behind a kind say that it is not wanted: "q=0".
+bool isUnwanted(std::string_view strWords) {
+  const std::size_t lngQuality = strWords.find("q=0");
+  return lngQuality != std::string_view::npos &&
+         strWords.substr(lngQuality + 3).find_first_not_of(".0 \t") == std::string_view::npos;
+}
+
+/// Whether JSON is among the kinds that are asked for. Browsers do not name it.
 bool wantsJson(const HttpRequest& request) {
-  return request.strAccept.find(kJson) != std::string::npos;
+  const std::string strAccept = lowered(request.strAccept);
+  for (std::size_t at = 0; at < strAccept.size();) {
+    const std::size_t end = std::min(strAccept.find(',', at), strAccept.size());
+    const std::string_view strEntry = std::string_view(strAccept).substr(at, end - at);
+    const std::size_t lngKind = strEntry.find_first_not_of(" \t");
+    const std::size_t lngWords = std::min(strEntry.find(';'), strEntry.size());
+    std::string_view strKind = strEntry.substr(0, lngWords);
+    strKind.remove_prefix(std::min(lngKind, strKind.size()));
+    while (strKind.ends_with(' ') || strKind.ends_with('\t')) strKind.remove_suffix(1);
+    if (strKind == kJson) return !isUnwanted(strEntry.substr(lngWords));
+    at = end + 1;
+  }
+  return false;
 }
 
 HttpResponse text(std::string_view strContentType, std::string strBody, unsigned lngStatus = 200) {
@@ -47,6 +67,8 @@ bool takeSuffix(std::string_view& strName, std::string_view strSuffix) {
   strName.remove_suffix(strSuffix.size());
   return true;
 }
+
+Json orNull(const std::string& strText) { return strText.empty() ? Json() : Json(strText); }
 
 std::string forPeople(std::string strMoment) {
   // 2026-03-05T09:05:07Z as 2026-03-05 09:05 UTC
@@ -232,7 +254,13 @@ HttpResponse Application::receipt(const HttpRequest& request, std::string_view s
     return trouble(request, 404, "There is no such receipt",
                    "The form was not accepted, or the address is incomplete.");
   }
-  if (wantsJson(request)) return text(kJson, stateJson(*form, nullptr));
+  if (wantsJson(request)) {
+    Json json = stateJson(*form, nullptr);
+    json["accepted"] = message->strAccepted;
+    json["target"] = orNull(placeOf(message->strTarget));
+    json["delivered"] = orNull(message->strDelivered);
+    return text(kJson, dumped(json));
+  }
   const Deployment deployment = deployments_.find(form->strDeployment);
   const ViewDocument view("receipt");
   view.root()
@@ -301,7 +329,7 @@ HttpResponse Application::page(const Post& post, unsigned lngStatus, const FormV
     if (form.strId.empty()) form.strDeployment = post.deployment->name();
     // Who posts again with this version overwrites nothing that was not looked at.
     if (view.blnUnsaved) form.lngVersion = postedVersion(post.answers);
-    return text(kJson, stateJson(form, result, view.strNotice), lngStatus);
+    return text(kJson, dumped(stateJson(form, result, view.strNotice)), lngStatus);
   }
   return render(lngStatus, viewOf(view), post.deployment->stylesheet());
 }
@@ -315,13 +343,13 @@ HttpResponse Application::render(unsigned lngStatus, const ViewDocument& view,
 HttpResponse Application::redirect(const HttpRequest& request, const std::string& strTo,
                                    const StoredForm& form, const RunResult* result) const {
   HttpResponse response{.lngStatus = 303, .strContentType = "", .strBody = "", .headers = {}};
-  if (wantsJson(request)) response = text(kJson, stateJson(form, result), 303);
+  if (wantsJson(request)) response = text(kJson, dumped(stateJson(form, result)), 303);
   response.headers.emplace_back("Location", strTo);
   return response;
 }
 
-std::string Application::stateJson(const StoredForm& form, const RunResult* result,
-                                   const std::string& strError) const {
+Json Application::stateJson(const StoredForm& form, const RunResult* result,
+                            const std::string& strError) const {
   const bool blnNew = form.strId.empty();
   Json json{{"id", blnNew ? Json(nullptr) : Json(form.strId)},
             {"state", blnNew ? "new" : form.strState},
@@ -337,5 +365,5 @@ std::string Application::stateJson(const StoredForm& form, const RunResult* resu
   if (!strError.empty()) json["error"] = strError;
   json["version"] = form.lngVersion;
   json["token"] = token(blnNew ? "/forms/" + form.strDeployment : "/parked/" + form.strId);
-  return dumped(json);
+  return json;
 }

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <functional>
 #include <memory>
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <string_view>
 
@@ -83,8 +84,8 @@ class Application {
   static void logRefusal(const HttpRequest& request, unsigned lngStatus, const char* title);
   std::string token(const std::string& strPath) const;
   std::int64_t mostRowsShown() const;
-  std::string stateJson(const StoredForm& form, const RunResult* run,
-                        const std::string& strError = "") const;
+  nlohmann::ordered_json stateJson(const StoredForm& form, const RunResult* run,
+                                   const std::string& strError = "") const;
 
   const HostOptions& options_;
   Store& store_;

@@ -498,6 +498,50 @@ TEST_F(Cycle, AnswersInJsonToThoseWhoWantIt) {
   EXPECT_EQ(Json::parse(conflict.body)["error"], "conflict");
 }
 
+TEST_F(Cycle, TellsAReceiptInJson) {
+  const Headers json{{"Accept", "application/json"}};
+  const std::string strPlace = parked(host_, exampleForm("complete.form"));
+  const std::string strReceipt = "/messages" + strPlace.substr(7);
+  EXPECT_EQ(host_.get(strReceipt, json).status, 404);
+  const Form form = filledIn(host_.get(strPlace), exampleForm("complete.form"), "submit");
+  ASSERT_EQ(host_.post(strPlace, form, json).status, 303);
+  ASSERT_TRUE(becomes([&] { return host_.get(strReceipt).shows("delivered 20"); }));
+  const Json told = Json::parse(host_.get(strReceipt, json).body);
+  EXPECT_EQ(told["state"], "accepted");
+  EXPECT_EQ(told["report"]["verdict"], "valid");
+  EXPECT_EQ(told["target"], "directory:" + inbox().string());
+  const std::regex moment("20\\d\\d-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\dZ");
+  EXPECT_TRUE(std::regex_match(told["accepted"].get<std::string>(), moment));
+  EXPECT_TRUE(std::regex_match(told["delivered"].get<std::string>(), moment));
+}
+
+TEST_F(Cycle, AnswersInJsonWhenItIsAmongTheKindsAskedFor) {
+  const struct {
+    const char* accept;
+    bool blnJson;
+  } cases[] = {
+      {"application/json", true},
+      {"Application/JSON", true},
+      {"text/html;q=0.5, application/json ; q=0.9", true},
+      {"text/html,\tapplication/json;q=0.05", true},
+      {"application/json;q=1", true},
+      {"application/json;q=0", false},
+      {"text/html,application/json; q=0.000", false},
+      {"application/jsonx", false},
+      {"application/x-application/json", false},
+      {"text/html,application/xhtml+xml,application/xml;q=0.9,*/*;q=0.8", false},
+      {", ,;", false},
+      {"", false},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.accept);
+    for (const char* const strPath : {"/", "/forms/inspection", "/nowhere"}) {
+      const HttpAnswer answer = host_.get(strPath, {{"Accept", c.accept}});
+      EXPECT_EQ(answer.header("content-type").starts_with("application/json"), c.blnJson);
+    }
+  }
+}
+
 TEST_F(Cycle, ShowsNobodyTheAnswersOfOthers) {
   Form mine = exampleForm("draft.form");
   mine["town"] = "Mine alone";

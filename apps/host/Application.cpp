@@ -100,15 +100,14 @@ HttpResponse Application::answer(const HttpRequest& request) noexcept {
       logEvent("store-problem", {{"reason", problem.what()}});
       HttpResponse response = trouble(request, 503, "The store cannot be reached",
                                       "Nothing was saved just now, and nothing that was saved "
-                                      "before is lost. Reload this page in a moment: your browser "
-                                      "then sends your answers once more.");
-      response.headers.emplace_back("Retry-After", "5");
+                                      "before is lost. Try again in a moment.");
+      response.headers.emplace_back("Retry-After", kRetryAfter);
       return response;
     } catch (const std::exception& error) {
       // Its text may quote an answer; the kind says enough to begin with.
       logEvent("error", {{"reason", typeid(error).name()}});
       return trouble(request, 500, "Something went wrong",
-                     "The fault is ours and has been recorded. Reload this page to try again.");
+                     "The fault is ours and has been recorded.");
     }
   } catch (...) {
     return {.lngStatus = 500, .strContentType = "text/plain", .strBody = "", .headers = {}};
@@ -136,6 +135,7 @@ HttpResponse Application::trouble(const HttpRequest& request, unsigned lngStatus
   }
   const ViewDocument view("trouble");
   view.root().set("title", title).set("text", strText);
+  if (lngStatus >= 500) keepPosted(request, view.root());
   return text("text/html; charset=utf-8", builtIn_.apply(view), lngStatus);
 }
 

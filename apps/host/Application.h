@@ -27,7 +27,8 @@ class Application {
   /// Never throws: what goes wrong is an answer too.
   HttpResponse answer(const HttpRequest& request) noexcept;
 
-  /// An answer without a page of its own, in the form that the request wants.
+  /// An answer without a page of its own, in the form that the request wants. When it is the host
+  /// that could not do what a form asked, its page holds what was posted, to be sent once more.
   HttpResponse trouble(const HttpRequest& request, unsigned lngStatus, const char* title,
                        std::string_view strText) const;
 
@@ -71,6 +72,7 @@ class Application {
 
   /// The answer to a request whose body or origin is not acceptable; none for a good one.
   std::optional<HttpResponse> refusal(const HttpRequest& request) const;
+  void keepPosted(const HttpRequest& request, const ViewElement& trouble) const;
   RunResult run(const Post& post, bool blnSubmit);
   void logWhatNobodyMends(const Post& post,
                           const Varnel_Tolv_XML_Creation::RunReport& report) const;

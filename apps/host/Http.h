@@ -17,6 +17,9 @@ struct HttpRequest {
   std::string strBody;
 };
 
+/// In how many seconds to come again when the store cannot be reached.
+constexpr const char* kRetryAfter = "5";
+
 struct HttpResponse {
   unsigned lngStatus = 200;
   std::string strContentType = "text/html; charset=utf-8";

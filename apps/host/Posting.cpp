@@ -73,6 +73,21 @@ std::optional<HttpResponse> Application::refusal(const HttpRequest& request) con
   return std::nullopt;
 }
 
+/// Puts what a form posted into the page of a trouble. Needs neither the store nor a deployment.
+void Application::keepPosted(const HttpRequest& request, const ViewElement& trouble) const {
+  const bool blnForm =
+      request.strPath.starts_with("/forms/") || request.strPath.starts_with("/parked/");
+  if (request.strMethod != "POST" || !blnForm || isFromElsewhere(request) ||
+      !isFormBody(request.strContentType) || fieldsIn(request) / 2 > options_.lngMaxRows) {
+    return;
+  }
+  const ViewElement again = trouble.add("again");
+  again.set("action", request.strPath);
+  for (const auto& [strName, strValue] : decodeBody(request.strBody)) {
+    again.add("posted").set("name", strName).set("value", strValue);
+  }
+}
+
 HttpResponse Application::post(const HttpRequest& request, std::string_view strName,
                                std::string_view strId) {
   if (auto refused = refusal(request)) return *std::move(refused);
@@ -105,7 +120,7 @@ HttpResponse Application::post(const HttpRequest& request, std::string_view strN
   } catch (const StoreProblem& problem) {
     logEvent("store-problem", {{"reason", problem.what()}});
     HttpResponse response = asTyped(post, 503, "store");
-    response.headers.emplace_back("Retry-After", "5");
+    response.headers.emplace_back("Retry-After", kRetryAfter);
     return response;
   }
 }

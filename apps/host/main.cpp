@@ -38,9 +38,7 @@ Refusal refusalOf(unsigned lngStatus) {
     case 431:
       return {"The request is too large", "Its head is longer than what is taken."};
     case 503:
-      return {"Too many are here at once",
-              "Nothing was saved just now. Reload this page in a moment: your browser then sends "
-              "your answers once more."};
+      return {"Too many are here at once", "Nothing was saved just now. Try again in a moment."};
     default:
       return {"The request is not understood", "It does not keep to the rules of the web."};
   }

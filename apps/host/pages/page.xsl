@@ -333,6 +333,13 @@
   <xsl:template match="/trouble" mode="content">
     <h1><xsl:value-of select="@title"/></h1>
     <p><xsl:value-of select="@text"/></p>
+    <xsl:for-each select="again">
+      <p>Your answers are kept in this page and nowhere else: leave it open until they are sent.</p>
+      <form method="post" action="{@action}" accept-charset="UTF-8">
+        <xsl:for-each select="posted"><input type="hidden" name="{@name}" value="{@value}"/></xsl:for-each>
+        <p class="buttons"><button class="button">Try again</button></p>
+      </form>
+    </xsl:for-each>
     <p><a href="/">Show the list of forms</a></p>
   </xsl:template>
 </xsl:stylesheet>

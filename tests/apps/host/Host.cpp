@@ -11,7 +11,6 @@
 #include <algorithm>
 #include <csignal>
 #include <cstdlib>
-#include <regex>
 #include <stdexcept>
 #include <thread>
 
@@ -124,11 +123,17 @@ Form decoded(std::string_view strBody) {
 }
 
 Form hiddenInputs(const std::string& strPage) {
-  static const std::regex kInput("<input type=\"hidden\" name=\"([^\"]*)\" value=\"([^\"]*)\"");
+  constexpr std::string_view kBegin = "<input type=\"hidden\" name=\"";
+  constexpr std::string_view kMiddle = "\" value=";  // and a quote of either kind
   Form form;
-  for (std::sregex_iterator each(strPage.begin(), strPage.end(), kInput), end; each != end;
-       ++each) {
-    form[unescaped((*each)[1])] = unescaped((*each)[2]);
+  for (std::size_t at = 0; (at = strPage.find(kBegin, at)) != std::string::npos;) {
+    at += kBegin.size();
+    const std::size_t lngName = strPage.find('"', at);
+    if (strPage.compare(lngName, kMiddle.size(), kMiddle) != 0) continue;
+    const std::size_t lngValue = lngName + kMiddle.size() + 1;
+    const std::size_t lngEnd = strPage.find(strPage[lngValue - 1], lngValue);
+    form[unescaped(strPage.substr(at, lngName - at))] =
+        unescaped(strPage.substr(lngValue, lngEnd - lngValue));
   }
   return form;
 }

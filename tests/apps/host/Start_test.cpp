@@ -4,6 +4,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
+#include <memory>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <sstream>
@@ -320,11 +321,51 @@ TEST_F(Start, WithAStoreThatIsFullLosesNothingThatWasAcknowledged) {
   EXPECT_TRUE(refused.shows("A long answer. A long answer."));  // still there, to be sent again
   EXPECT_NE(refused.header("retry-after"), "");
   EXPECT_TRUE(refused.shows("The store cannot be reached"));
+  EXPECT_EQ(hiddenInputs(refused.body)["_version"], "1");
   EXPECT_NE(host.log().find("\"store-problem\""), std::string::npos);
   EXPECT_EQ(host.log().find("A long answer."), std::string::npos);
 
   EXPECT_TRUE(host.get(strPlace).shows("value=\"Havnehuset\""));
+  // What was run and is not in the store was not parked.
+  EXPECT_TRUE(host.get("/metrics").shows("varnel_runs_total{outcome=\"parked\"} 2\n"));
+  EXPECT_TRUE(host.get("/metrics").shows("varnel_forms_parked_total 1\n"));
   EXPECT_NE(parked(host, exampleForm("draft.form")), "");
+}
+
+/// With one form worked on and one waiting, the next is told to come again, with all that was
+/// typed.
+TEST_F(Start, WithTooManyAtOnceKeepsWhatTheyTyped) {
+  const Host host(words({"--workers", "1", "--queue", "1"}));
+  Form form = filledIn(host.get("/forms/inspection"), exampleForm("complete.form"), "park");
+  form["owneraddress"] = "\r\nA \"street\" & <more>";
+  const std::string strBody = encoded(form);
+  const std::string strRequest =
+      "POST /forms/inspection HTTP/1.1\r\nHost: x\r\nConnection: close\r\n"
+      "Content-Type: application/x-www-form-urlencoded\r\nContent-Length: " +
+      std::to_string(strBody.size()) + "\r\n\r\n" + strBody;
+  HttpAnswer refused;
+  EXPECT_TRUE(becomes([&] {
+    std::vector<std::unique_ptr<Connection>> connections;
+    for (int each = 0; each < 12; ++each) {
+      connections.push_back(std::make_unique<Connection>(host.port()));
+      connections.back()->send(strRequest);
+    }
+    for (const auto& connection : connections) {
+      const HttpAnswer answer = connection->receive();
+      if (answer.status == 503) refused = answer;
+    }
+    return refused.status == 503;
+  }));
+  EXPECT_EQ(refused.header("retry-after"), "1");
+  EXPECT_TRUE(refused.shows("Too many are here at once"));
+  EXPECT_TRUE(refused.shows("<form method=\"post\" action=\"/forms/inspection\""));
+  EXPECT_EQ(hiddenInputs(refused.body), form);
+  EXPECT_FALSE(refused.shows("<more>"));
+
+  const HttpAnswer saved = host.post("/forms/inspection", hiddenInputs(refused.body));
+  EXPECT_EQ(saved.status, 303);
+  EXPECT_TRUE(host.get(saved.header("location"))
+                  .shows(">\n\r\nA \"street\" &amp; &lt;more&gt;</textarea>"));
 }
 
 /// A schema outside the folder is read where it stands, so it can break while the host runs.

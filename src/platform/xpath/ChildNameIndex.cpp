@@ -22,7 +22,7 @@ void ChildNameIndex::addParent(TreeNode* parent) {
   Names names;
   for (TreeNode* child = parent->first; child != nullptr; child = child->next) {
     if (!isElement(child)) continue;
-    Children& children = names[child->name->plain];
+    Children& children = names.children[child->name->plain];
     if (++children.lngCount == 1) children.first = child;
   }
   parents_[parent] = std::move(names);
@@ -35,33 +35,45 @@ void ChildNameIndex::prepare(TreeNode* parent, const TreeNode* child) {
     if (parent->lngSize < kManyChildren) return;
     addParent(parent);
   }
-  parents_.find(parent)->second.try_emplace(child->name->plain);
+  parents_.find(parent)->second.children.try_emplace(child->name->plain);
 }
 
 void ChildNameIndex::added(TreeNode* child) noexcept {
-  Children* const children = childrenNamedAs(child);
-  if (children == nullptr) return;
-  if (children->lngCount == 0 || (children->first && isFirst(child, *children))) {
-    children->first = child;
+  Names* const names = namesAround(child);
+  if (names == nullptr) return;
+  const auto found = names->children.find(child->name->plain);
+  if (found == names->children.end()) return;
+  Children& children = found->second;
+  if (children.lngCount == 0 || (children.first && isFirst(child, children))) {
+    children.first = child;
   }
-  ++children->lngCount;
+  ++children.lngCount;
 }
 
 void ChildNameIndex::removing(const TreeNode* child) noexcept {
-  Children* const children = childrenNamedAs(child);
-  if (children == nullptr) return;
-  --children->lngCount;
-  if (children->first == child) children->first = nullptr;
+  Names* const names = namesAround(child);
+  if (names == nullptr) return;
+  const auto found = names->children.find(child->name->plain);
+  if (found == names->children.end()) return;
+  Children& children = found->second;
+  const bool blnUnknown = children.first == nullptr;
+  --children.lngCount;
+  if (children.first == child) children.first = nullptr;
+  const bool blnUnknownNow = children.first == nullptr && children.lngCount > 0;
+  names->lngUnknown = names->lngUnknown + (blnUnknownNow ? 1 : 0) - (blnUnknown ? 1 : 0);
 }
 
-/// Finds those firsts below `parent` of which it is not known where they stand, in one walk. Only
-/// whoever writes to a document makes them unknown, so no other thread asks meanwhile.
+/// Finds those firsts below `parent` of which it is not known where they stand, in one walk.
 void ChildNameIndex::findFirsts(const TreeNode* parent, Names& names) noexcept {
-  for (TreeNode* child = parent->first; child != nullptr; child = child->next) {
+  std::size_t lngUnknown = names.lngUnknown;
+  for (TreeNode* child = parent->first; child != nullptr && lngUnknown > 0; child = child->next) {
     if (!isElement(child)) continue;
-    const auto children = names.find(child->name->plain);
-    if (children->second.first == nullptr) children->second.first = child;
+    Children& children = names.children.find(child->name->plain)->second;
+    if (children.first) continue;
+    children.first = child;
+    --lngUnknown;
   }
+  names.lngUnknown = 0;
 }
 
 void ChildNameIndex::emptying(TreeNode* parent) noexcept {
@@ -82,20 +94,18 @@ bool ChildNameIndex::isFirst(const TreeNode* child, const Children& others) noex
   return before == nullptr;
 }
 
-/// What is known of the name of `child` below its parent, or null.
-ChildNameIndex::Children* ChildNameIndex::childrenNamedAs(const TreeNode* child) noexcept {
+/// What is known of the children of the parent of `child`, an element, or null.
+ChildNameIndex::Names* ChildNameIndex::namesAround(const TreeNode* child) noexcept {
   if (child->parent == nullptr || !child->parent->blnIndexed || !isElement(child)) return nullptr;
-  Names& names = parents_.find(child->parent)->second;
-  const auto children = names.find(child->name->plain);
-  return children == names.end() ? nullptr : &children->second;
+  return &parents_.find(child->parent)->second;
 }
 
 std::optional<ChildNameIndex::Match> ChildNameIndex::find(const TreeNode* parent,
                                                           const TreeName* plain) const {
   if (parent->blnIndexed) {
     Names& names = parents_.find(parent)->second;
-    const auto children = names.find(plain);
-    if (children == names.end()) return Match{};
+    const auto children = names.children.find(plain);
+    if (children == names.children.end()) return Match{};
     if (children->second.lngCount != 0 && children->second.first == nullptr) {
       findFirsts(parent, names);
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <optional>
 #include <unordered_map>
@@ -45,16 +46,36 @@ class ChildNameIndex {
   std::optional<Match> find(const TreeNode* parent, const TreeName* plain) const;
 
  private:
+  /// A value that threads which ask at a time all write alike.
+  template <class Value>
+  class Agreed {
+   public:
+    Agreed() = default;
+    Agreed(const Agreed& other) noexcept : value_(Value{other}) {}
+    Agreed& operator=(const Agreed& other) noexcept { return *this = Value{other}; }
+    Agreed& operator=(Value value) noexcept {
+      value_.store(value, std::memory_order_release);
+      return *this;
+    }
+    operator Value() const noexcept { return value_.load(std::memory_order_acquire); }
+
+   private:
+    std::atomic<Value> value_ = Value{};
+  };
+
   struct Children {
-    TreeNode* first = nullptr;  // null also when it went, and nobody has asked for the next since
+    Agreed<TreeNode*> first;  // null also when it went, and nobody has asked for the next since
     std::size_t lngCount = 0;
   };
-  using Names = std::unordered_map<const TreeName*, Children>;
+  struct Names {
+    std::unordered_map<const TreeName*, Children> children;
+    Agreed<std::size_t> lngUnknown;  // how many have children of which the first went
+  };
 
   void addParent(TreeNode* parent);
   static void findFirsts(const TreeNode* parent, Names& names) noexcept;
   static bool isFirst(const TreeNode* child, const Children& others) noexcept;
-  Children* childrenNamedAs(const TreeNode* child) noexcept;
+  Names* namesAround(const TreeNode* child) noexcept;
 
   // These, and only these, are `blnIndexed`. A question may look for firsts that went.
   mutable std::unordered_map<const TreeNode*, Names> parents_;

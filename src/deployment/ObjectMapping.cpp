@@ -40,7 +40,7 @@ ObjectMapping::Kind kindOf(std::string_view strType) {
 
 }  // namespace
 
-void readMessageItem(const Node& objMessageItem, ObjectMapperInfo& info) {
+Node readMessageItem(const Node& objMessageItem, ObjectMapperInfo& info) {
   const std::array<Node, kParts> parts = readParts(objMessageItem);
   readText(parts[parentXPath], info.strParentXPath);
   readText(parts[extraPath], info.strExtraPath);
@@ -52,9 +52,7 @@ void readMessageItem(const Node& objMessageItem, ObjectMapperInfo& info) {
   info.blnCheckExists = attributeText(objMessageItem, "checkexists") == "true";
   info.strToSchema = attributeText(objMessageItem, "toschema");
   info.strAbsent = attributeText(objMessageItem, "absent");
-
-  info.objAction = Node();
-  if (parts[action]) info.objAction = required(parts[action].cloneNode(true));
+  return parts[action];
 }
 
 void MessageItem::readPaths(const std::shared_ptr<PathNames>& names) {
@@ -73,7 +71,7 @@ ObjectMapping::ObjectMapping(const Document& objObjectMapper) {
     const Kind kind = kindOf(attributeText(objMessageItem, kType));
     if (first[any] && first[kind]) continue;  // it is never meant
     MessageItem& item = items_.emplace_back();
-    readMessageItem(objMessageItem, item.info);
+    item.blnAction = bool{readMessageItem(objMessageItem, item.info)};
     item.lngLine = objMessageItem.lineNumber();
     item.readPaths(names);
     if (!first[any]) first[any] = &item;

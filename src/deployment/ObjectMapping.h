@@ -29,13 +29,14 @@ struct ObjectMapperInfo {
   Node objAction;  // a copy that stands alone: changing it leaves the mapper as it is
 };
 
-/// Reads the entry `objMessageItem` into `info`. A text whose element is missing keeps what it
-/// held. Has no handler.
-void readMessageItem(const Node& objMessageItem, ObjectMapperInfo& info);
+/// Reads the entry `objMessageItem` into `info`, all but its action, which it returns, or Nothing.
+/// A text whose element is missing keeps what it held. Has no handler.
+Node readMessageItem(const Node& objMessageItem, ObjectMapperInfo& info);
 
 /// An entry with the paths that it names.
 struct MessageItem {
-  ObjectMapperInfo info;
+  ObjectMapperInfo info;  // in a mapping without its action, which a run copies for itself
+  bool blnAction = false;
   std::size_t lngLine = 0;  // of the file
   NodePath place;
   NodePath extra;

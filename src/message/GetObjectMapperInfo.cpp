@@ -1,5 +1,6 @@
 #include "message/GetObjectMapperInfo.h"
 
+#include "config/Attributes.h"
 #include "platform/dom/KeptModels.h"
 #include "result/Guarded.h"
 
@@ -12,7 +13,8 @@ Acknowledge GetObjectMapperInfo(const Node& objMessageItem, ObjectMapperInfo& in
                      "The object mapper object is missing",
                      "An error occurred retrieving information about the object mapper");
     }
-    readMessageItem(objMessageItem, info);
+    const Node objAction = readMessageItem(objMessageItem, info);
+    info.objAction = objAction ? required(objAction.cloneNode(true)) : Node();
     return {};
   });
 }
@@ -23,7 +25,7 @@ Acknowledge findMessageItem(const Document& objObjectMapper, std::string_view st
   const auto* const mapping = modelOf<ObjectMapping>(objObjectMapper);
   if (mapping && ObjectMapping::isPlainId(strId)) {
     item = mapping->find(strId, kind);
-    return {};
+    if (!item || !item->blnAction) return {};
   }
   const Node objMessageItem = objObjectMapper.selectSingleNode(messageItemPath(strId, kind));
   if (!objMessageItem) return {};

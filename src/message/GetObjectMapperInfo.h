@@ -15,8 +15,8 @@ namespace Varnel_Tolv_XML_Creation {
 Acknowledge GetObjectMapperInfo(const Node& objMessageItem, ObjectMapperInfo& info);
 
 /// Leads `item` to the entry with this id, or to null when there is none. The compiled object
-/// mapper has it ready; where there is no such, or the id makes something else of the path, its
-/// path is selected and the entry read into `own`. Has no handler.
+/// mapper has it ready; where there is no such, the id makes something else of the path, or the
+/// entry has an action, its path is selected and the entry read into `own`. Has no handler.
 ///
 /// Errors: those of `GetObjectMapperInfo`; `item` then is the entry all the same.
 Acknowledge findMessageItem(const Document& objObjectMapper, std::string_view strId,

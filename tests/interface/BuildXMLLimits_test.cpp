@@ -220,6 +220,28 @@ TEST(BuildXMLLimits, LeaveOutWhatIsInTheCache) {
   }
 }
 
+/// Whether it is the first to read the mapper or not.
+TEST(BuildXMLLimits, LeaveOutWhatARunMakesOfACachedMapperForAll) {
+  const Padded files(0, 0);
+  std::string strEntries;
+  for (int at = 0; at < 2'000; ++at) {
+    strEntries += "<messageitem id='x" + std::to_string(at) + "'><action id='a'/></messageitem>";
+  }
+  files.deployment.mapper(strEntries +
+                          "<messageitem id='q' toschema='true'><parentxpath>/m:r</parentxpath>"
+                          "<node>m:q</node></messageitem><messageitem id='h' toschema='false'/>");
+  FileCache cache;
+  for (const char* strWhen : {"the first run", "a later one"}) {
+    SCOPED_TRACE(strWhen);
+    TestHost host({{"q", "one"}});
+    host.services().runLimits.lngMaxNodes = 1'500;
+    host.services().cache = &cache;
+    Submission run(files.deployment);
+    EXPECT_TRUE(Succeeded(run.run(host.services())));
+    EXPECT_THAT(run.objSendXML.xml(), testing::HasSubstr("one"));
+  }
+}
+
 TEST(BuildXMLLimits, LeaveARunThatExceedsThemInTheCheckWithoutAVerdict) {
   const Deployment deployment;
   deployment.file("questions.xml", padded("questions", 2'000));

@@ -461,7 +461,8 @@ class ContentJudge {
              "Correct it, or take it away: every message with it is invalid.", "xsi:type");
       }
     }
-    const std::string_view strNil = trim(attributeText(objElement, "xsi:nil"));
+    const std::string strWord = attributeText(objElement, "xsi:nil");
+    const std::string_view strNil = trim(strWord);
     const bool blnNil = strNil == "true" || strNil == "1";
     if (blnNil && element.kind == Kind::element && !element.declared.nillable()) {
       tell("template-attribute", element,

@@ -42,6 +42,9 @@ class Findings {
   Found& add(const std::string& strPath, std::size_t lngLine, std::string_view strObject,
              std::string strMessage, std::string strHint);
 
+  /// Counts what this rule found beside what was added.
+  void addUntold(std::size_t lngCount) { lngOfRule_ += lngCount; }
+
   /// All of them, as `inOrder` puts them.
   std::vector<Found> take();
 

@@ -102,9 +102,15 @@ MessagePlan::MessagePlan(const ParsedDeployment& deployment) : deployment_(deplo
 }
 
 void MessagePlan::tell(MessageProblem problem) {
-  if (problemsOfCode_[problem.strCode]++ <= Findings::kMostOfOneRule) {
+  if (problemsOfCode_[problem.strCode]++ < Findings::kMostOfOneRule) {
     problems_.push_back(std::move(problem));
   }
+}
+
+std::size_t MessagePlan::untold(std::string_view strCode) const {
+  const auto found = problemsOfCode_.find(strCode);
+  const std::size_t lngCount = found == problemsOfCode_.end() ? 0 : found->second;
+  return lngCount - std::min(lngCount, Findings::kMostOfOneRule);
 }
 
 const ContentOutline& MessagePlan::contentOf(const DeclaredElement& element) const {

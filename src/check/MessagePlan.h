@@ -127,8 +127,12 @@ class MessagePlan {
   /// one below an element.
   bool mayBeMadeElsewhere(const std::string& strLocal, std::size_t lngParent) const;
 
-  /// Adds a problem. Of those with one code no more are kept than anybody is told of.
+  /// Adds a problem. Of those with one code no more are kept than anybody is told of; the others
+  /// are counted.
   void tell(MessageProblem problem);
+
+  /// How many with this code were not kept.
+  std::size_t untold(std::string_view strCode) const;
 
  private:
   friend class MessageBuilding;

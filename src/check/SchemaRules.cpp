@@ -177,6 +177,7 @@ void tellFound(const ParsedDeployment& deployment, Findings& findings) {
     found.strPath = problem.strElementPath;
     found.mends = problem.mends;
   }
+  findings.addUntold(deployment.messagePlan().untold(kRules[Row].strCode));
 }
 
 }  // namespace

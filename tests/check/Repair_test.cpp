@@ -92,6 +92,21 @@ TEST(Repair, IsToldOnceTooOftenIsEnough) {
   EXPECT_NE(strHint.find("2000 more"), std::string::npos) << strHint;
 }
 
+TEST(Repair, TellsHowManyMoreARuleBesideTheSchemaFinds) {
+  SmallDeployment deployment;
+  addSchema(deployment);
+  deployment.replace("template.xml", "  <m:end/>", repeated("", 3000, "<m:wrong/>", "<m:end/>"));
+  std::size_t lngUndeclared = 0;
+  std::string strHint;
+  for (const Finding& finding : deployment.check()) {
+    if (finding.code != "template-undeclared") continue;
+    ++lngUndeclared;
+    strHint = finding.hint;
+  }
+  EXPECT_EQ(lngUndeclared, 1000u);
+  EXPECT_NE(strHint.find("(and 2000 more"), std::string::npos) << strHint;
+}
+
 TEST(Repair, GivesUpPathsOfAMessageThatIsTooLarge) {
   SmallDeployment deployment;
   deployment.replace("template.xml", "  <m:end/>", repeated("", 1'000'001, "<a/>", "<m:end/>"));

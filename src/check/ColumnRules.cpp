@@ -24,10 +24,6 @@ void forEachColumn(const ParsedDeployment& deployment, const Find& find) {
   }
 }
 
-bool isComputed(const TableColumn& column) {
-  return attributeText(column.objNode, "calculate") == "true";
-}
-
 /// Whether a column says all that a computed one has to say, but for `calculate`.
 bool looksComputed(const Node& objColumn) {
   for (const char* const attribute : {"firstcolumn", "secondcolumn", "datatype", "timedimabbr"}) {
@@ -35,16 +31,16 @@ bool looksComputed(const Node& objColumn) {
   }
   // One that is written otherwise is what has the slip, and a rule of its own.
   return std::ranges::none_of(objColumn.attributes(), [](const NodeAttribute& attribute) {
-    return isSlipOf(attribute.strName, "calculate");
+    return isSlipOf(attribute.strName, kCalculate);
   });
 }
 
 void findWrongFlags(const ParsedDeployment& deployment, Findings& findings) {
   forEachColumn(deployment, [&](const FormObject& object, const TableColumn& column) {
-    const std::string strWord = attributeText(column.objNode, "calculate");
+    const std::string strWord = attributeText(column.objNode, kCalculate);
     const bool blnNo = strWord.empty() || strWord == "false";
     if (strWord == "true" || (blnNo && !looksComputed(column.objNode))) return;
-    findings.add(*object.file, column.objNode, "calculate", column.strId,
+    findings.add(*object.file, column.objNode, kCalculate, column.strId,
                  (blnNo ? "The column says from what the cell is computed, and calculate="
                         : "The word calculate=") +
                      inQuotes(strWord) + " is not \"true\": the cell is not computed.",
@@ -56,7 +52,7 @@ void findWrongFlags(const ParsedDeployment& deployment, Findings& findings) {
 void findWrongComputations(const ParsedDeployment& deployment, Findings& findings) {
   forEachColumn(deployment, [&](const FormObject& object, const TableColumn& column) {
     const std::string strDataType = attributeText(column.objNode, "datatype");
-    if (!isComputed(column) || strDataType == "date") return;
+    if (!column.isComputed() || strDataType == "date") return;
     findings.add(*object.file, column.objNode, "datatype", column.strId,
                  "The computed cell has datatype=" + inQuotes(strDataType) +
                      ", and only \"date\" computes anything: it stays empty.",
@@ -66,7 +62,7 @@ void findWrongComputations(const ParsedDeployment& deployment, Findings& finding
 
 void findUnknownIntervals(const ParsedDeployment& deployment, Findings& findings) {
   forEachColumn(deployment, [&](const FormObject& object, const TableColumn& column) {
-    if (!isComputed(column) || attributeText(column.objNode, "datatype") != "date") return;
+    if (!column.isComputed() || attributeText(column.objNode, "datatype") != "date") return;
     const std::string strInterval = attributeText(column.objNode, "timedimabbr");
     constexpr std::string_view kIntervals[] = {"yyyy", "q",  "m", "y", "d",
                                                "w",    "ww", "h", "n", "s"};
@@ -87,7 +83,7 @@ void findWrongOperands(const ParsedDeployment& deployment, Findings& findings) {
     std::unordered_map<std::string, const TableColumn*> columns;
     for (const TableColumn& column : object.columns) columns.emplace(column.strId, &column);
     for (const TableColumn& column : object.columns) {
-      if (!isComputed(column)) continue;
+      if (!column.isComputed()) continue;
       for (const char* const attribute : {"firstcolumn", "secondcolumn"}) {
         const std::string strOperand = attributeText(column.objNode, attribute);
         const auto found = columns.find(strOperand);
@@ -97,7 +93,7 @@ void findWrongOperands(const ParsedDeployment& deployment, Findings& findings) {
         } else if (found == columns.end()) {
           strWrong =
               std::string(attribute) + "=" + inQuotes(strOperand) + " names no column of the table";
-        } else if (isComputed(*found->second) ||
+        } else if (found->second->isComputed() ||
                    !attributeText(found->second->objNode, "autovalue").empty()) {
           strWrong = std::string(attribute) + "=" + inQuotes(strOperand) +
                      " names a column that no form posts";
@@ -116,7 +112,7 @@ void findUnitsBeforeDurations(const ParsedDeployment& deployment, Findings& find
     const TableColumn* unit = nullptr;
     for (const TableColumn& column : object.columns) {
       if (column.strId == "timedimension" && !unit) unit = &column;
-      if (!unit || !isComputed(column)) continue;
+      if (!unit || !column.isComputed()) continue;
       findings.add(*object.file, unit->objNode, kId, unit->strId,
                    "The unit stands before the computed column " + inQuotes(column.strId) +
                        ", so it is written also where nothing could be computed.",
@@ -128,7 +124,7 @@ void findUnitsBeforeDurations(const ParsedDeployment& deployment, Findings& find
 
 void findAutoComputed(const ParsedDeployment& deployment, Findings& findings) {
   forEachColumn(deployment, [&](const FormObject& object, const TableColumn& column) {
-    if (!isComputed(column) || attributeText(column.objNode, "autovalue").empty()) return;
+    if (!column.isComputed() || attributeText(column.objNode, "autovalue").empty()) return;
     findings.add(*object.file, column.objNode, "autovalue", column.strId,
                  "The column is computed and has a fixed value, which does not count.",
                  "Leave one of calculate and autovalue out.");
@@ -158,7 +154,7 @@ bool isDateColumn(const TableColumn& column) {
 template <class Find>
 void forEachDateConstant(const ParsedDeployment& deployment, const Find& find) {
   forEachColumn(deployment, [&](const FormObject& object, const TableColumn& column) {
-    if (isDateColumn(column) && !isComputed(column)) {
+    if (isDateColumn(column) && !column.isComputed()) {
       find(object, column.objNode, "autovalue", column.strId);
     }
   });

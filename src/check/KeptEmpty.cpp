@@ -28,7 +28,7 @@ bool isUnitOfComputed(const FormObject& object, const std::string& strColumn) {
   if (strColumn != "timedimension") return false;
   for (const TableColumn& column : object.columns) {
     if (column.strId == strColumn) return false;
-    if (attributeText(column.objNode, "calculate") == "true") return true;
+    if (column.isComputed()) return true;
   }
   return false;
 }

@@ -325,11 +325,10 @@ void MessageBuilding::addContent(std::size_t lngParent, const Node& objModel,
   }
   const auto fillCell = [&](std::size_t lngElement, const TableColumn& column, const Node& objAt) {
     const std::string strConstant = attributeText(column.objNode, "autovalue");
-    const bool blnMade = !attributeText(column.objNode, "calculate").empty();
     const std::string strType = toLower(attributeText(column.objNode, "columntype"));
-    const Source source = !strConstant.empty() ? Source::constant
-                          : blnMade            ? Source::joined
-                                               : Source::answer;
+    const Source source = !strConstant.empty()  ? Source::constant
+                          : column.isComputed() ? Source::joined
+                                                : Source::answer;
     write(lngElement, source, &object, {&deployment_.schemaTypes, objAt}, strType, strConstant,
           column.strId);
   };

@@ -64,6 +64,8 @@ bool isBooleanWord(std::string_view strText) {
   return strLower == "true" || strLower == "false" || isNumeric(strText);
 }
 
+bool TableColumn::isComputed() const { return attributeText(objNode, kCalculate) == "true"; }
+
 ParsedDeployment::ParsedDeployment(const DeploymentFiles& deploymentFiles, const Mends& mends)
     : files(deploymentFiles),
       objectList(files.strObjectList, "prtobjcts", mends),

@@ -29,6 +29,9 @@ struct MappingEntry;
 struct TableColumn {
   Node objNode;
   std::string strId;
+
+  /// Whether a run computes its cells, which then no form posts.
+  bool isComputed() const;
 };
 
 enum class ObjectKind { field, table, other, endMark };

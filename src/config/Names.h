@@ -20,6 +20,7 @@ inline constexpr std::string_view kValue = "value";
 inline constexpr std::string_view kFieldLabel = "fieldlabel";
 inline constexpr std::string_view kRow = "row";
 inline constexpr std::string_view kColumn = "column";
+inline constexpr std::string_view kCalculate = "calculate";  // of a column: "true" and nothing else
 
 // The identifiers on message elements that lead an error back to its question, and the list of
 // them as it is handed about.

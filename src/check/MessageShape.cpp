@@ -8,7 +8,7 @@
 #include "config/Names.h"
 #include "platform/text/Text.h"
 #include "platform/xml/XmlCharacters.h"
-#include "result/RuntimeError.h"
+#include "result/FailureOf.h"
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {
@@ -94,25 +94,19 @@ Node MessageShape::select(const Node& objFrom, std::string_view strXPath,
   strReason.clear();
   if (!isWalked(strXPath)) lngWork_ += lngElements_ + strXPath.size();
   if (lngWork_ > kMostWork) return {};
-  try {
-    return objFrom.selectSingleNode(strXPath);
-  } catch (const RuntimeError& error) {
-    if (error.number() == kOutOfMemory) throw;
-    strReason = error.description();
-    return {};
-  }
+  Node objFound;
+  strReason = failureOf([&] { objFound = objFrom.selectSingleNode(strXPath); });
+  return objFound;
 }
 
 std::set<std::string> MessageShape::namesAt(std::string_view strXPath) const {
   std::set<std::string> names;
   lngWork_ += lngElements_ + strXPath.size();
   if (lngWork_ > kMostWork) return names;
-  try {
+  (void)failureOf([&] {  // what a rule about the path tells
     const NodeList colNodes = required(objMessage_.selectNodes(strXPath));
     for (const Node& objNode : colNodes) names.insert(toLower(objNode.nodeName()));
-  } catch (const RuntimeError& error) {  // what a rule about the path tells
-    if (error.number() == kOutOfMemory) throw;
-  }
+  });
   return names;
 }
 
@@ -254,13 +248,13 @@ Node MessageShape::makeElements(const FormObject& object, Node objParent, const 
     const std::string strPrefix = strStep.substr(0, strStep.find(':'));
     const NamespaceEntry* const registered = deployment_.namespaceOf(strPrefix);
     if (!registered || registered->strRef != registered->strName) doubtful_.insert(object.strId);
-    try {
+    std::string strReason = failureOf([&] {
       const Node objMade = objMessage_.createNode(NodeType::element, strStep,
                                                   registered ? registered->strRef : std::string());
       objParent = required(objParent.appendChild(objMade));
-    } catch (const RuntimeError& error) {
-      if (error.number() == kOutOfMemory) throw;
-      trouble(PathTrouble::malformed, object, objNodePath, error.description());
+    });
+    if (!strReason.empty()) {
+      trouble(PathTrouble::malformed, object, objNodePath, std::move(strReason));
       return {};
     }
     ++lngElements_;

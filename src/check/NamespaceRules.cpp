@@ -14,7 +14,6 @@
 #include "config/Names.h"
 #include "platform/text/Text.h"
 #include "platform/xml/XmlCharacters.h"
-#include "result/RuntimeError.h"
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {
@@ -75,14 +74,7 @@ void findUnusableEntries(const ParsedDeployment& deployment, Findings& findings)
   }
   std::unordered_set<std::string> seen;
   for (const NamespaceEntry& entry : deployment.namespaces) {
-    std::string strReason;
-    try {
-      Document::create().setSelectionNamespaces("xmlns:" + entry.strPrefix + "='" + entry.strName +
-                                                "'");
-    } catch (const RuntimeError& error) {
-      if (error.number() == kOutOfMemory) throw;
-      strReason = error.description();
-    }
+    std::string strReason = entry.problem();
     if (strReason.empty() && !seen.insert(entry.strPrefix).second) {
       strReason = "The prefix " + inQuotes(entry.strPrefix) + " is registered twice.";
     }

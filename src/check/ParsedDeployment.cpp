@@ -10,7 +10,7 @@
 #include "config/Names.h"
 #include "platform/text/Conversions.h"
 #include "platform/text/Text.h"
-#include "result/RuntimeError.h"
+#include "result/FailureOf.h"
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {
@@ -62,6 +62,10 @@ Node childElement(const Node& objElement, std::string_view strName) {
 bool isBooleanWord(std::string_view strText) {
   const std::string strLower = toLower(strText);
   return strLower == "true" || strLower == "false" || isNumeric(strText);
+}
+
+std::string NamespaceEntry::problem() const {
+  return failureOf([&] { Document::create().setSelectionNamespaces(declaration()); });
 }
 
 bool TableColumn::isComputed() const { return attributeText(objNode, kCalculate) == "true"; }
@@ -144,12 +148,8 @@ void ParsedDeployment::readNamespaces(const Mends& mends) {
     }
     namespacesByPrefix[entry.strPrefix].push_back(namespaces.size() - 1);
     if (!declared.emplace(entry.strPrefix, true).second) continue;
-    const std::string strDeclaration = "xmlns:" + entry.strPrefix + "='" + entry.strName + "' ";
-    try {
-      Document::create().setSelectionNamespaces(strDeclaration);
-      strSelectionNamespaces += strDeclaration;
-    } catch (const RuntimeError&) {  // what a rule about the list tells
-    }
+    // What is refused a rule about the list tells.
+    if (entry.problem().empty()) strSelectionNamespaces += entry.declaration() + " ";
   }
 }
 

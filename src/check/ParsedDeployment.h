@@ -85,6 +85,12 @@ struct NamespaceEntry {
   std::string strPrefix;
   std::string strName;
   std::string strRef;
+
+  /// As a run declares it for its selections.
+  std::string declaration() const { return "xmlns:" + strPrefix + "='" + strName + "'"; }
+
+  /// Why that is refused; empty when it is not.
+  std::string problem() const;
 };
 
 /// A `value` in a complex type: the place of one input value.

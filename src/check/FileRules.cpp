@@ -18,7 +18,7 @@ bool wantsVerdict(const ParsedDeployment& deployment) {
 
 /// Where a file is named, or the file itself where the options do not tell.
 OptionPlace whereNamed(const ParsedDeployment& deployment, const ParsedFile& file) {
-  const auto place = deployment.placeOf(deployment.optionOf(file));
+  const auto place = deployment.placeOf(file.option());
   return place ? *place : OptionPlace{file.path()};
 }
 
@@ -42,7 +42,7 @@ void findMissingFiles(const ParsedDeployment& deployment, Findings& findings) {
     if (!row.blnNeeded || row.file.isNamed()) continue;
     const OptionPlace place = whereNamed(deployment, row.file);
     findings.add(place.strPath, place.lngLine, "",
-                 "No file is named for \"" + std::string(deployment.optionOf(row.file)) + "\".",
+                 "No file is named for \"" + std::string(row.file.option()) + "\".",
                  "Name one: every run of this deployment needs it.");
   }
 }
@@ -72,8 +72,7 @@ void findUnreadableFiles(const ParsedDeployment& deployment, Findings& findings)
     const OptionPlace place = whereNamed(deployment, *file);
     findings.add(place.strPath, place.lngLine, "",
                  "The file " + deployment.shownPath(file->path()) + " for \"" +
-                     std::string(deployment.optionOf(*file)) +
-                     "\" cannot be read: " + reasonOf(*file),
+                     std::string(file->option()) + "\" cannot be read: " + reasonOf(*file),
                  "Correct the name, or put the file there.");
   }
 }
@@ -91,11 +90,10 @@ void findWrongRoots(const ParsedDeployment& deployment, Findings& findings) {
   for (const ParsedFile* const file : deployment.all()) {
     const Node& objRoot = file->wrongRoot();
     if (!objRoot) continue;
-    if (const auto place = deployment.placeOf(deployment.optionOf(*file));
-        place && file->isOfOtherKind()) {
+    if (const auto place = deployment.placeOf(file->option()); place && file->isOfOtherKind()) {
       findings.add(place->strPath, place->lngLine, "",
                    "The file " + deployment.shownPath(file->path()) + " for \"" +
-                       std::string(deployment.optionOf(*file)) +
+                       std::string(file->option()) +
                        "\" is of another kind: its root "
                        "is \"" +
                        objRoot.nodeName() + "\".",

@@ -72,16 +72,17 @@ bool TableColumn::isComputed() const { return attributeText(objNode, kCalculate)
 
 ParsedDeployment::ParsedDeployment(const DeploymentFiles& deploymentFiles, const Mends& mends)
     : files(deploymentFiles),
-      objectList(files.strObjectList, "prtobjcts", mends),
-      hiddenFieldList(files.strHiddenFieldXML, "hiddenfields", mends),
-      namespaceList(files.strNamespaceXML, "namespaces", mends),
-      messageTemplate(files.strTemplateXML, {}, mends),
-      objectMapper(files.strMsgObjectXML, "message", mends),
-      schemaTypes(files.strSchemaTypeMapperXML, "SchemaTypeMapperDocument", mends),
-      reference(files.strReferenceXmlPath, {}, mends),
-      questionList(files.strQuestionsXmlPath, "questions", mends),
-      protocolInfo(files.strProtocolInfo),
-      schemaCatalog(files.strSchemaCatalog, "catalog") {
+      objectList(files.strObjectList, {"object-list", "prtobjcts"}, mends),
+      hiddenFieldList(files.strHiddenFieldXML, {"hidden-fields", "hiddenfields"}, mends),
+      namespaceList(files.strNamespaceXML, {"namespaces", "namespaces"}, mends),
+      messageTemplate(files.strTemplateXML, {"template"}, mends),
+      objectMapper(files.strMsgObjectXML, {"object-mapper", "message"}, mends),
+      schemaTypes(files.strSchemaTypeMapperXML, {"schema-types", "SchemaTypeMapperDocument"},
+                  mends),
+      reference(files.strReferenceXmlPath, {"reference"}, mends),
+      questionList(files.strQuestionsXmlPath, {"questions", "questions"}, mends),
+      protocolInfo(files.strProtocolInfo, {"protocol-info"}),
+      schemaCatalog(files.strSchemaCatalog, {"schema-catalog", "catalog"}) {
   readNamespaces(mends);
   readObjects();
   readHiddenFields();
@@ -93,15 +94,6 @@ ParsedDeployment::ParsedDeployment(const DeploymentFiles& deploymentFiles, const
 }
 
 ParsedDeployment::~ParsedDeployment() = default;
-
-std::string_view ParsedDeployment::optionOf(const ParsedFile& file) const {
-  constexpr std::array<std::string_view, 9> kOptions = {
-      "object-list",  "hidden-fields", "namespaces", "template",     "object-mapper",
-      "schema-types", "reference",     "questions",  "protocol-info"};
-  const auto colFiles = all();
-  const auto found = std::ranges::find(colFiles, &file);
-  return kOptions[static_cast<std::size_t>(found - colFiles.begin())];
-}
 
 std::optional<OptionPlace> ParsedDeployment::placeOf(std::string_view strOption) const {
   const auto found = files.optionLines.find(strOption);

@@ -156,9 +156,6 @@ struct ParsedDeployment {
             &schemaTypes, &reference,       &questionList,  &protocolInfo};
   }
 
-  /// The option that names one of them.
-  std::string_view optionOf(const ParsedFile& file) const;
-
   /// Where an option stands: the file of options and the line in it. Nothing when none was given
   /// there.
   std::optional<OptionPlace> placeOf(std::string_view strOption) const;

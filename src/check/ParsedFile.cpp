@@ -134,8 +134,10 @@ bool isRootOfAKind(const Node& objRoot) {
 
 TextLines textLines(std::string_view strText) { return TagScanner(strText).scan(); }
 
-ParsedFile::ParsedFile(std::string strPath, std::string_view strRootName, const Mends& mends)
-    : strPath_(std::move(strPath)), objXml_(Document::create(readOnly())) {
+ParsedFile::ParsedFile(std::string strPath, const FileRole& role, const Mends& mends)
+    : strPath_(std::move(strPath)),
+      strOption_(role.strOption),
+      objXml_(Document::create(readOnly())) {
   if (!isNamed()) return;
   const bool blnMended = std::ranges::any_of(
       mends.texts, [&](const TextMend& mend) { return mend.strPath == strPath_; });
@@ -147,7 +149,7 @@ ParsedFile::ParsedFile(std::string strPath, std::string_view strRootName, const 
   };
   if (!parse()) return;
   root_ = objXml_.documentElement();
-  if (strRootName.empty() ? isRootOfAKind(root_) : root_.nodeName() != strRootName) {
+  if (role.strRootName.empty() ? isRootOfAKind(root_) : root_.nodeName() != role.strRootName) {
     blnOtherKind_ = isRootOfAKind(root_);
     std::swap(root_, wrongRoot_);
   }

@@ -23,16 +23,25 @@ struct TextLines {
   std::vector<std::size_t> comments;             // where each begins, in their order
 };
 
+/// What a file is to a deployment.
+struct FileRole {
+  std::string_view strOption = {};    // that names it
+  std::string_view strRootName = {};  // of its kind of file; none where the root may be any other
+};
+
 /// One file of a deployment, as far as it could be read.
 class ParsedFile {
  public:
   /// Reads the file, unless none is named. With a name for its root, one that has another counts
   /// as not loaded, and without one what has the root of another kind of file: it is another file.
   /// `mends` are made in its text.
-  explicit ParsedFile(std::string strPath, std::string_view strRootName = {},
-                      const Mends& mends = {});
+  explicit ParsedFile(std::string strPath, const FileRole& role = {}, const Mends& mends = {});
 
   const std::string& path() const noexcept { return strPath_; }
+
+  /// The option that names it.
+  std::string_view option() const noexcept { return strOption_; }
+
   bool isNamed() const noexcept { return !strPath_.empty(); }
   bool isLoaded() const noexcept { return static_cast<bool>(root_); }
 
@@ -63,6 +72,7 @@ class ParsedFile {
 
  private:
   std::string strPath_;
+  std::string_view strOption_;
   Document objXml_;
   Node root_;
   Node wrongRoot_;

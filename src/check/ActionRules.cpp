@@ -1,5 +1,7 @@
 #include <algorithm>
 #include <array>
+#include <map>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
@@ -15,10 +17,6 @@
 namespace Varnel_Tolv_XML_Creation {
 namespace {
 
-constexpr std::string_view kJoin = "addinfotonode";
-constexpr std::string_view kRowText = "rowinfotovalue";
-constexpr std::string_view kAddress = "structured_address_type";
-
 enum class ActionKind { none, join, rowText, complexType };
 
 bool isTableEntry(const MappingEntry& entry) {
@@ -30,9 +28,9 @@ ActionKind kindOf(const MappingEntry& entry) {
   if (!entry.objAction) return ActionKind::none;
   const std::string strLower = toLower(entry.strActionId);
   if (isTableEntry(entry)) {
-    return strLower == kRowText ? ActionKind::rowText : ActionKind::complexType;
+    return strLower == kRowTextAction ? ActionKind::rowText : ActionKind::complexType;
   }
-  return strLower == kJoin ? ActionKind::join : ActionKind::complexType;
+  return strLower == kJoinAction ? ActionKind::join : ActionKind::complexType;
 }
 
 std::vector<Node> parameters(const MappingEntry& entry) {
@@ -72,17 +70,18 @@ void findUnknownActions(const ParsedDeployment& deployment, Findings& findings) 
                  "There is no action " + inQuotes(entry.strActionId) +
                      ", and no schematype of that name: every form with this answer fails.",
                  "Name a schematype of the schema types, " +
-                     inQuotes(isTableEntry(entry) ? kRowText : kJoin) + ", or nothing.");
+                     inQuotes(isTableEntry(entry) ? kRowTextAction : kJoinAction) +
+                     ", or nothing.");
   }
 }
 
 void findAddressesInCapitals(const ParsedDeployment& deployment, Findings& findings) {
   for (const MappingEntry& entry : deployment.entries) {
-    if (entry.strActionId == kAddress || toLower(entry.strActionId) != kAddress) continue;
+    if (entry.isAddress() || toLower(entry.strActionId) != kAddressAction) continue;
     findings.add(deployment.objectMapper, entry.objAction, kId, entry.strId,
                  "The action " + inQuotes(entry.strActionId) +
                      " splits no answer into lines: that is done only for the name in lower case.",
-                 "Write " + inQuotes(kAddress) + ".");
+                 "Write " + inQuotes(kAddressAction) + ".");
   }
 }
 
@@ -156,7 +155,7 @@ void findUnusedAnswers(const ParsedDeployment& deployment, Findings& findings) {
       blnUsed = blnUsed || strFlag == "true" || (kind == ActionKind::join && !isBlank(strFlag)) ||
                 toLower(strOther) == entry.strId;
     }
-    if (blnUsed || (toLower(entry.strActionId) == kAddress)) continue;
+    if (blnUsed || (toLower(entry.strActionId) == kAddressAction)) continue;
     findings.add(deployment.objectMapper, entry.objAction, "", entry.strId,
                  "No parameter of the action takes the answer itself: it is lost.",
                  "Give one formvalue=\"true\".");
@@ -229,9 +228,9 @@ struct Filling {
   std::unordered_set<std::string> ids;
 
   bool fills(const Placeholder& place) const {
-    const bool blnLine = blnAddress && !place.strId.empty() && place.strId.back() >= '1' &&
-                         place.strId.back() <= '4';
-    return blnLine || ids.contains(place.strId) || ids.contains(toLower(place.strId));
+    // One for a line that there is not is told as that.
+    return (blnAddress && place.slot()) || ids.contains(place.strId) ||
+           ids.contains(toLower(place.strId));
   }
 };
 
@@ -242,7 +241,7 @@ std::unordered_map<const ComplexType*, Filling> fillings(const ParsedDeployment&
     if (!type || isLeftOut(entry)) continue;
     Filling& one = filled[type];
     one.blnKnown = one.blnKnown && !entry.users.empty();
-    one.blnAddress = one.blnAddress || toLower(entry.strActionId) == kAddress;
+    one.blnAddress = one.blnAddress || toLower(entry.strActionId) == kAddressAction;
     for (const Node& objParameter : parameters(entry)) {
       one.ids.insert(attributeText(objParameter, kId));
     }
@@ -311,9 +310,13 @@ void findNeverFilledPlaces(const ParsedDeployment& deployment, Findings& finding
 /// The complex type of addresses, if answers are split for it; else null.
 const ComplexType* addressType(const ParsedDeployment& deployment) {
   const bool blnUsed = std::ranges::any_of(deployment.entries, [](const MappingEntry& entry) {
-    return entry.strActionId == kAddress && !isTableEntry(entry) && !isLeftOut(entry);
+    return entry.isAddress() && !isTableEntry(entry) && !isLeftOut(entry);
   });
-  return blnUsed ? deployment.complexType(kAddress) : nullptr;
+  return blnUsed ? deployment.complexType(kAddressAction) : nullptr;
+}
+
+bool isLine(std::optional<std::size_t> lngSlot) {
+  return lngSlot && *lngSlot >= 1 && *lngSlot <= kAddressLines;
 }
 
 /// Lines of an address that no place takes. Told at the place that has the slip, where one is left
@@ -321,23 +324,21 @@ const ComplexType* addressType(const ParsedDeployment& deployment) {
 void findLinesWithoutPlace(const ParsedDeployment& deployment, Findings& findings) {
   const ComplexType* const type = addressType(deployment);
   if (!type) return;
-  std::unordered_set<char> lines;
+  std::unordered_set<std::size_t> lines;
   std::vector<const Placeholder*> left;
   for (const Placeholder& place : type->placeholders) {
-    const char letter = place.strId.empty() ? 'x' : place.strId.back();
-    const bool blnLine = letter >= '1' && letter <= '4';
-    const bool blnSlip = !blnLine && (letter < '0' || letter > '9');
-    if (blnSlip || (blnLine && !lines.insert(letter).second)) left.push_back(&place);
+    const auto lngSlot = place.slot();
+    const bool blnTaken = isLine(lngSlot) && !lines.insert(*lngSlot).second;
+    if (!lngSlot || blnTaken) left.push_back(&place);
   }
   std::size_t at = 0;
-  for (const char letter : {'1', '2', '3', '4'}) {
-    if (lines.contains(letter)) continue;
+  for (std::size_t lngLine = 1; lngLine <= kAddressLines; ++lngLine) {
+    if (lines.contains(lngLine)) continue;
     const Placeholder* const place = at < left.size() ? left[at++] : nullptr;
-    const std::string strLine(1, letter);
     findings.add(deployment.schemaTypes, place ? place->objNode : type->objNode, place ? kId : "",
                  place ? place->strId : "",
-                 "No place of " + inQuotes(type->strId) + " is for line " + strLine +
-                     " of an address: an answer that has one loses it.",
+                 "No place of " + inQuotes(type->strId) + " is for line " +
+                     std::to_string(lngLine) + " of an address: an answer that has one loses it.",
                  "Let the ids of the places end in 1, 2, 3 and 4.");
   }
 }
@@ -346,8 +347,7 @@ void findWrongLineSlots(const ParsedDeployment& deployment, Findings& findings) 
   const ComplexType* const type = addressType(deployment);
   if (!type) return;
   for (const Placeholder& place : type->placeholders) {
-    const char letter = place.strId.empty() ? 'x' : place.strId.back();
-    if (letter < '0' || letter > '9' || (letter >= '1' && letter <= '4')) continue;
+    if (!place.slot() || isLine(place.slot())) continue;
     findings.add(deployment.schemaTypes, place.objNode, kId, place.strId,
                  "The place " + inQuotes(place.strId) +
                      " is for a line that an address does not have: every form with one fails.",

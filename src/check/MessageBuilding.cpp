@@ -1,7 +1,6 @@
 #include "check/MessageBuilding.h"
 
 #include <algorithm>
-#include <cctype>
 
 #include "config/Attributes.h"
 #include "config/Names.h"
@@ -333,7 +332,8 @@ void MessageBuilding::addContent(std::size_t lngParent, const Node& objModel,
           column.strId);
   };
   const auto fill = [&](std::size_t lngElement, const Node& objPlace) {
-    const std::string strId = attributeText(objPlace, kId);
+    const Placeholder placeholder{objPlace, attributeText(objPlace, kId)};
+    const std::string& strId = placeholder.strId;
     const Place place{&deployment_.schemaTypes, objPlace};
     if (blnRow) {
       const auto column = columns.find(strId);
@@ -342,10 +342,9 @@ void MessageBuilding::addContent(std::size_t lngParent, const Node& objModel,
       columns.erase(column);
       return;
     }
-    const bool blnLine = entry.strActionId == "structured_address_type" && !strId.empty() &&
-                         std::isdigit(static_cast<unsigned char>(strId.back())) != 0;
     const auto parameter = parameters.find(toLower(strId));
-    if (blnLine) return write(lngElement, Source::joined, &object, place);
+    if (entry.isAddress() && placeholder.slot())
+      return write(lngElement, Source::joined, &object, place);
     if (parameter == parameters.end()) return;
     const Node& objParameter = parameter->second;
     const std::string strItem = attributeText(objParameter, "messageitem");

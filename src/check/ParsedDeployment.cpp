@@ -64,6 +64,12 @@ bool isBooleanWord(std::string_view strText) {
   return strLower == "true" || strLower == "false" || isNumeric(strText);
 }
 
+std::optional<std::size_t> Placeholder::slot() const {
+  const char letter = strId.empty() ? 'x' : strId.back();
+  if (letter < '0' || letter > '9') return std::nullopt;
+  return static_cast<std::size_t>(letter - '0');
+}
+
 std::string NamespaceEntry::problem() const {
   return failureOf([&] { Document::create().setSelectionNamespaces(declaration()); });
 }

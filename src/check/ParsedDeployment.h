@@ -11,6 +11,7 @@
 
 #include "check/DeploymentFiles.h"
 #include "check/ParsedFile.h"
+#include "config/Names.h"
 
 // The files of a deployment as rules read them: parsed, and taken apart into plain records with
 // indexes, so that a rule about ids is a look-up and no search. A file that is missing or cannot be
@@ -71,6 +72,9 @@ struct MappingEntry {
   std::vector<const FormObject*> users = {};  // whose entry this is
 
   bool isSent() const { return strToSchema == "true"; }
+
+  /// Whether a run splits the answer into the lines of an address.
+  bool isAddress() const { return strActionId == kAddressAction; }
 };
 
 struct HiddenField {
@@ -97,7 +101,14 @@ struct NamespaceEntry {
 struct Placeholder {
   Node objNode;
   std::string strId;
+
+  /// The digit in which the id ends: in the type of addresses the line that it is for. None for
+  /// another id.
+  std::optional<std::size_t> slot() const;
 };
+
+/// The lines into which an address is split have the slots from 1 to this.
+inline constexpr std::size_t kAddressLines = 4;
 
 struct ComplexType {
   Node objNode;

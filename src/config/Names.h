@@ -22,6 +22,11 @@ inline constexpr std::string_view kRow = "row";
 inline constexpr std::string_view kColumn = "column";
 inline constexpr std::string_view kCalculate = "calculate";  // of a column: "true" and nothing else
 
+// The actions that are no names of complex types, and that of addresses, which is one.
+inline constexpr std::string_view kJoinAction = "addinfotonode";
+inline constexpr std::string_view kRowTextAction = "rowinfotovalue";
+inline constexpr std::string_view kAddressAction = "structured_address_type";
+
 // The identifiers on message elements that lead an error back to its question, and the list of
 // them as it is handed about.
 inline constexpr std::string_view kQuestionId = "questionId";

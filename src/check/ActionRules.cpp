@@ -226,6 +226,11 @@ struct Filling {
   bool blnKnown = true;  // false where the table is not that fills it
   bool blnAddress = false;
   std::unordered_set<std::string> ids;
+  std::vector<std::string> inOrder;  // the ids, each once
+
+  void add(const std::string& strId) {
+    if (ids.insert(strId).second) inOrder.push_back(strId);
+  }
 
   bool fills(const Placeholder& place) const {
     // One for a line that there is not is told as that.
@@ -234,8 +239,9 @@ struct Filling {
   }
 };
 
-std::unordered_map<const ComplexType*, Filling> fillings(const ParsedDeployment& deployment) {
-  std::unordered_map<const ComplexType*, Filling> filled;
+/// By the types, in the order of their file.
+std::map<const ComplexType*, Filling> fillings(const ParsedDeployment& deployment) {
+  std::map<const ComplexType*, Filling> filled;
   for (const MappingEntry& entry : deployment.entries) {
     const ComplexType* const type = typeOf(deployment, entry);
     if (!type || isLeftOut(entry)) continue;
@@ -243,10 +249,10 @@ std::unordered_map<const ComplexType*, Filling> fillings(const ParsedDeployment&
     one.blnKnown = one.blnKnown && !entry.users.empty();
     one.blnAddress = one.blnAddress || toLower(entry.strActionId) == kAddressAction;
     for (const Node& objParameter : parameters(entry)) {
-      one.ids.insert(attributeText(objParameter, kId));
+      one.add(attributeText(objParameter, kId));
     }
     for (const FormObject* const object : entry.users) {
-      for (const TableColumn& column : object->columns) one.ids.insert(column.strId);
+      for (const TableColumn& column : object->columns) one.add(column.strId);
     }
   }
   return filled;
@@ -255,33 +261,28 @@ std::unordered_map<const ComplexType*, Filling> fillings(const ParsedDeployment&
 /// Places that no action, or no column, ever fills. `blnSlips`: those whose id is nearly that of a
 /// parameter or column which has no place.
 void findUnfilledPlaces(const ParsedDeployment& deployment, Findings& findings, bool blnSlips) {
-  constexpr std::size_t kMostCompared = 200;
   if (!deployment.knowsObjects()) return;
+  std::size_t lngCompared = 0;
   for (const auto& [type, filling] : fillings(deployment)) {
     if (!filling.blnKnown) continue;
     std::unordered_set<std::string> places;
     for (const Placeholder& place : type->placeholders) places.insert(toLower(place.strId));
     std::vector<std::string> without;
-    for (const std::string& strId : filling.ids) {
+    for (const std::string& strId : filling.inOrder) {
       const bool blnPlace = places.contains(toLower(strId));
       if (!blnPlace && without.size() < kMostCompared) without.push_back(strId);
     }
-    std::size_t lngCompared = 0;
     for (const Placeholder& place : type->placeholders) {
       if (isBlank(place.strId) || filling.fills(place)) continue;
-      std::string strMeant;
-      if (++lngCompared <= kMostCompared) {
-        for (const std::string& strId : without) {
-          if (isSlipOf(place.strId, strId)) strMeant = strId;
-        }
-      }
-      if (strMeant.empty() == blnSlips) continue;
+      const bool blnCompared = ++lngCompared <= kMostCompared;
+      const std::string* const meant = blnCompared ? firstMeant(without, place.strId) : nullptr;
+      if ((meant != nullptr) != blnSlips) continue;
       findings.add(deployment.schemaTypes, place.objNode, kId, place.strId,
                    "No parameter and no column has the id " + inQuotes(place.strId) +
                        " of this place: it is never filled" +
-                       (blnSlips ? ", and " + inQuotes(strMeant) + " has no place." : "."),
-                   blnSlips ? "Write " + inQuotes(strMeant) + " here, or correct it there."
-                            : "Correct the id, or take the place out.");
+                       (meant ? ", and " + inQuotes(*meant) + " has no place." : "."),
+                   meant ? "Write " + inQuotes(*meant) + " here, or correct it there."
+                         : "Correct the id, or take the place out.");
     }
   }
 }

@@ -14,7 +14,6 @@ namespace {
 
 // Findings are compared with entries, and both may be many: what is beyond is told.
 constexpr std::size_t kMostWork = 2'000'000;
-constexpr std::size_t kMostCompared = 500;
 
 /// Errors with which an entry finds no object, makes no element or another one, or leaves out what
 /// it should write.

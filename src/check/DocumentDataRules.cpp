@@ -56,11 +56,11 @@ void findMissingParts(const ParsedDeployment& deployment, Findings& findings) {
                  "Add docnodes, which may be empty.");
   }
   if (!docInfo(deployment, kTime)) {
-    Node objPlace = objDocData;
-    for (const Node& objInfo : childElements(objDocData)) {
-      if (isSlipOf(attributeText(objInfo, kId), kTime)) objPlace = objInfo;
-    }
-    findings.add(mapper, objPlace, objPlace == objDocData ? "" : "id", "",
+    const std::vector<Node> infos = childElements(objDocData);
+    const Node* const meant =
+        firstSlip(infos, kTime, [](const Node& objInfo) { return attributeText(objInfo, kId); });
+    const Node& objPlace = meant ? *meant : objDocData;
+    findings.add(mapper, objPlace, meant ? kId : "", "",
                  "There is no docinfo with the id attestationtime: a submitted form ends with an "
                  "error unless a rule copies something.",
                  "Add it.");

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <ranges>
 #include <span>
 #include <string>
 #include <string_view>
@@ -185,18 +186,16 @@ void findUnknownElements(const ParsedDeployment& deployment, Findings& findings,
     walk(*file, format, [&, file = file, &format = format](const Met& met) {
       if (met.shape || met.strPlace.empty()) return;  // a wrong root has a rule of its own
       const std::string strName = met.objNode.nodeName();
-      std::string_view strMeant;
-      for (const ElementShape& shape : format) {
-        if (shape.strPlace == met.strPlace && isSlipOf(strName, shape.strName)) {
-          strMeant = shape.strName;
-        }
-      }
-      if (strMeant.empty() == blnSlips) return;
+      auto atPlace = format | std::views::filter([&](const ElementShape& shape) {
+                       return shape.strPlace == met.strPlace;
+                     });
+      const ElementShape* const meant = firstMeant(atPlace, strName, &ElementShape::strName);
+      if ((meant != nullptr) != blnSlips) return;
       findings.add(*file, met.objNode, "", objectOf(met),
                    "The element " + inQuotes(strName) + " is none that is read here" +
                        (blnSlips ? ", and what it holds is lost." : "."),
-                   blnSlips ? "Write " + inQuotes(strMeant) + "."
-                            : "Correct its name or its place, or take it out.");
+                   meant ? "Write " + inQuotes(meant->strName) + "."
+                         : "Correct its name or its place, or take it out.");
     });
   }
 }
@@ -241,10 +240,7 @@ void findUnknownAttributes(const ParsedDeployment& deployment, Findings& finding
         const bool blnKnown = std::ranges::any_of(
             known, [&](const KnownAttribute& one) { return one.strName == strName; });
         if (blnKnown) continue;
-        const KnownAttribute* meant = nullptr;
-        for (const KnownAttribute& one : known) {
-          if (!meant && isSlipOf(strName, one.strName)) meant = &one;
-        }
+        const KnownAttribute* const meant = firstMeant(known, strName, &KnownAttribute::strName);
         if ((meant && !meant->blnForPeople) != blnSlips) continue;
         findings.add(*file, met.objNode, strName, objectOf(met),
                      "The attribute " + inQuotes(strName) + " of " + met.objNode.nodeName() +

@@ -38,10 +38,8 @@ std::string lookedUpAs(const FormObject& object) {
 const MappingEntry* entryMeantFor(const ParsedDeployment& deployment, const FormObject& object,
                                   const std::vector<const MappingEntry*>& unused) {
   if (const MappingEntry* const sameId = deployment.entry(object.mappingId())) return sameId;
-  for (const MappingEntry* const entry : unused) {
-    if (isSlipOf(entry->strId, object.mappingId())) return entry;
-  }
-  return nullptr;
+  const auto meant = firstSlip(unused, object.mappingId(), &MappingEntry::strId);
+  return meant ? *meant : nullptr;
 }
 
 /// Tells it where the slip probably is: in the object list when the mapping and the questions agree
@@ -49,7 +47,6 @@ const MappingEntry* entryMeantFor(const ParsedDeployment& deployment, const Form
 /// was meant, or at that of the object before, behind which one is missing.
 void findUnmapped(const ParsedDeployment& deployment, Findings& findings) {
   if (!deployment.objectMapper.isLoaded()) return;
-  constexpr std::size_t kMostCompared = 500;
   std::vector<const MappingEntry*> unused;
   for (const MappingEntry& entry : deployment.entries) {
     if (entry.users.empty() && unused.size() < kMostCompared) unused.push_back(&entry);
@@ -72,9 +69,8 @@ void findUnmapped(const ParsedDeployment& deployment, Findings& findings) {
 
     const MappingEntry* group = nullptr;
     if (!meant && object.blnDynamic && lngCompared <= kMostCompared) {
-      for (const MappingEntry* const used : usedGroups) {
-        if (isSlipOf(object.strGroup, used->strId)) group = used;
-      }
+      const auto used = firstMeant(usedGroups, object.strGroup, &MappingEntry::strId);
+      if (used) group = *used;
     }
     if (group) {
       findings.add(*object.file, object.objNode, "group", object.strId,

@@ -12,7 +12,9 @@ std::string key(std::size_t lngAbove, const std::string& strName) {
 }  // namespace
 
 std::size_t MessagePaths::add(std::size_t lngAbove, const std::string& strName) {
-  return paths_.emplace(key(lngAbove, strName), paths_.size() + 1).first->second;
+  const auto [path, blnNew] = paths_.emplace(key(lngAbove, strName), paths_.size() + 1);
+  if (blnNew) keys_.push_back(&path->first);
+  return path->second;
 }
 
 std::optional<std::size_t> MessagePaths::find(std::size_t lngAbove,

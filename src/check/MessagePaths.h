@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 namespace Varnel_Tolv_XML_Creation {
 
@@ -13,6 +14,10 @@ namespace Varnel_Tolv_XML_Creation {
 /// long paths take no more room than a tree of their names.
 class MessagePaths {
  public:
+  MessagePaths() = default;
+  MessagePaths(const MessagePaths&) = delete;
+  MessagePaths& operator=(const MessagePaths&) = delete;
+
   static constexpr std::size_t kTop = 0;  // the path of the document, which is empty
 
   /// The path of the elements with this name below those of `lngAbove`.
@@ -23,17 +28,19 @@ class MessagePaths {
   /// The path that a text writes; none for one that is not known or is no path.
   std::optional<std::size_t> find(std::string_view strPath) const;
 
-  /// Calls `visit` with the number of the path above and the last name of each, in any order.
+  /// Calls `visit` with the number of the path above and the last name of each, in the order in
+  /// which they were added.
   template <class Visit>
   void forEach(const Visit& visit) const {
-    for (const auto& [strKey, lngPath] : paths_) {
-      const std::size_t lngName = strKey.find('/');
-      visit(std::stoul(strKey.substr(0, lngName)), strKey.substr(lngName + 1));
+    for (const std::string* const key : keys_) {
+      const std::size_t lngName = key->find('/');
+      visit(std::stoul(key->substr(0, lngName)), key->substr(lngName + 1));
     }
   }
 
  private:
   std::unordered_map<std::string, std::size_t> paths_;  // by the number above, "/" and the name
+  std::vector<const std::string*> keys_;                // those of `paths_`
 };
 
 }  // namespace Varnel_Tolv_XML_Creation

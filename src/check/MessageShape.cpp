@@ -370,8 +370,9 @@ void MessageShape::collectPaths() {
     const std::string strMark = attributeText(next.objNode, kQuestionId);
     const std::string& strOwner = strMark.empty() ? next.strOwner : strMark;
     if (!strOwner.empty()) places_[strOwner].insert(lngPath);
-    for (const Node& objChild : childElements(next.objNode)) {
-      open.push_back({objChild, lngPath, strOwner});
+    const std::vector<Node> children = childElements(next.objNode);
+    for (auto child = children.rbegin(); child != children.rend(); ++child) {
+      open.push_back({*child, lngPath, strOwner});
     }
   }
   for (const auto& [objNode, strId] : shared_) {

@@ -162,11 +162,10 @@ void findMissingFromTemplate(const ParsedDeployment& deployment, Findings& findi
       if (objSame) objDeepest = objSame;
     }
     if (!strReason.empty()) continue;
-    Node objPlace = objDeepest;
-    for (const Node& objChild : childElements(objDeepest)) {
-      const std::string strName = strMissing.substr(strMissing.find(':') + 1);
-      if (isSlipOf(objChild.baseName(), strName)) objPlace = objChild;
-    }
+    const std::vector<Node> children = childElements(objDeepest);
+    const Node* const slip =
+        firstSlip(children, strMissing.substr(strMissing.find(':') + 1), &Node::baseName);
+    const Node& objPlace = slip ? *slip : objDeepest;
     findings
         .add(deployment.messageTemplate, objPlace, "", "",
              "The template has no element " + inQuotes(strPath) +

@@ -17,8 +17,6 @@
 namespace Varnel_Tolv_XML_Creation {
 namespace {
 
-constexpr std::size_t kMostCompared = 500;
-
 bool asksQuestions(const ParsedDeployment& deployment) {
   return deployment.questionList.isLoaded() && deployment.knowsObjects();
 }
@@ -64,9 +62,8 @@ void findObjectsWithoutQuestion(const ParsedDeployment& deployment, Findings& fi
     if (!object.entry || isBlank(object.strId) || !deployment.shape().isPlaced(strMark)) continue;
     const Question* meant = nullptr;
     if (++lngCompared <= kMostCompared) {
-      for (const Question* const question : unused) {
-        if (!meant && isSlipOf(question->strId, object.strId)) meant = question;
-      }
+      const auto found = firstSlip(unused, object.strId, &Question::strId);
+      if (found) meant = *found;
     }
     const Node objPlace = meant    ? meant->objNode
                           : before ? before->objNode

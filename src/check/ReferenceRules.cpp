@@ -1,5 +1,6 @@
 #include <array>
 #include <optional>
+#include <ranges>
 #include <string>
 #include <unordered_set>
 #include <vector>
@@ -15,8 +16,6 @@
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {
-
-constexpr std::size_t kMostCompared = 100;  // of missing paths, with the elements that are there
 
 void findWrongMandatory(const ParsedDeployment& deployment, Findings& findings) {
   if (!deployment.reference.isLoaded()) return;
@@ -238,27 +237,26 @@ void findUnknown(const ParsedDeployment& deployment, Findings& findings, bool bl
   for (const Question& question : deployment.questions) {
     if (const auto lngPath = shape.paths().find(question.strXPath)) asked.insert(*lngPath);
   }
+  std::size_t lngUnknown = 0;
   walkBesideMessage(deployment, [&](std::size_t lngPath, const std::vector<Node>& colChildren) {
     std::unordered_set<std::string> present;
     for (const Node& objChild : colChildren) present.insert(objChild.nodeName());
-    std::size_t lngUnknown = 0;
+    auto missing = namesBelow[lngPath] | std::views::filter([&](const std::string& strName) {
+                     return !present.contains(strName);
+                   });
     for (const Node& objChild : colChildren) {
       const std::string strName = objChild.nodeName();
       if (shape.paths().find(lngPath, strName)) continue;
-      std::string strMeant;
-      if (++lngUnknown <= kMostCompared) {
-        for (const std::string& strOther : namesBelow[lngPath]) {
-          if (!present.contains(strOther) && isSlipOf(strName, strOther)) strMeant = strOther;
-        }
-      }
-      if (strMeant.empty() == blnSlips) continue;
-      if (blnSlips && asked.contains(*shape.paths().find(lngPath, strMeant))) continue;
+      const bool blnCompared = ++lngUnknown <= kMostCompared;
+      const std::string* const meant = blnCompared ? firstMeant(missing, strName) : nullptr;
+      if ((meant != nullptr) != blnSlips) continue;
+      if (meant && asked.contains(*shape.paths().find(lngPath, *meant))) continue;
       findings
           .add(deployment.reference, objChild, "", "",
                "The message never has an element " + inQuotes(strName) +
                    " here, neither from the template nor from the mapping.",
-               blnSlips ? "Write " + inQuotes(strMeant) + ", as the message has it."
-                        : "Correct the name, or leave it when it is for later.")
+               meant ? "Write " + inQuotes(*meant) + ", as the message has it."
+                     : "Correct the name, or leave it when it is for later.")
           .strPath = pathOf(objChild);
     }
   });

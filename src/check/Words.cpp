@@ -56,10 +56,8 @@ bool isSlipOf(std::string_view strWord, std::string_view strKnown) {
 
 std::string_view intendedWord(std::string_view strWord,
                               std::initializer_list<std::string_view> words) {
-  for (const std::string_view strKnown : words) {
-    if (isSlipOf(strWord, strKnown)) return strKnown;
-  }
-  return {};
+  const std::string_view* const meant = firstMeant(words, strWord);
+  return meant ? *meant : std::string_view();
 }
 
 bool hasCapitals(std::string_view strId) { return toLower(strId) != strId; }

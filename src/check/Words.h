@@ -1,6 +1,11 @@
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
+#include <functional>
 #include <initializer_list>
+#include <memory>
+#include <ranges>
 #include <string>
 #include <string_view>
 
@@ -13,6 +18,27 @@ std::string inQuotes(std::string_view strText);
 /// case, blanks at its ends, and one letter wrong, missing, too many or exchanged with its
 /// neighbour, two in words of six letters and more.
 bool isSlipOf(std::string_view strWord, std::string_view strKnown);
+
+/// Of those that are compared with one another to find slips: each takes time that is quadratic in
+/// its letters.
+inline constexpr std::size_t kMostCompared = 500;
+
+/// The first of the known ones that this word is a slip of, by a text of theirs; null when there is
+/// none.
+template <std::ranges::forward_range Known, class Text = std::identity>
+auto firstMeant(Known&& known, std::string_view strWord, Text text = {}) {
+  const auto found = std::ranges::find_if(
+      known, [&](std::string_view strKnown) { return isSlipOf(strWord, strKnown); }, text);
+  return found == std::ranges::end(known) ? nullptr : std::addressof(*found);
+}
+
+/// The other way round: the first that is a slip of a known word.
+template <std::ranges::forward_range Words, class Text = std::identity>
+auto firstSlip(Words&& words, std::string_view strKnown, Text text = {}) {
+  const auto found = std::ranges::find_if(
+      words, [&](std::string_view strWord) { return isSlipOf(strWord, strKnown); }, text);
+  return found == std::ranges::end(words) ? nullptr : std::addressof(*found);
+}
 
 /// The first of the words that this one is a slip of; empty when there is none.
 std::string_view intendedWord(std::string_view strWord,

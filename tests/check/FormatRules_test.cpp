@@ -123,5 +123,14 @@ namespace {
 
 TEST(FormatRules, FindEachMistakeAndNothingElse) { expectFindings(mistakesOfFormatRules()); }
 
+TEST(FormatRules, TakeTheFirstNameThatMayBeMeant) {
+  const SmallDeployment deployment;
+  deployment.replace("object-mapper.xml", "<extranode>m:again</extranode>",
+                     "<extranode>m:again</extranode><extrapade/>");  // as near to extranode
+  std::vector<std::string> hints;
+  for (const Finding& finding : deployment.check()) hints.push_back(finding.hint);
+  EXPECT_EQ(hints, std::vector<std::string>{"Write \"extrapath\"."});
+}
+
 }  // namespace
 }  // namespace Varnel_Tolv_XML_Creation::test

@@ -91,5 +91,18 @@ namespace {
 
 TEST(ReferenceRules, FindEachMistakeAndNothingElse) { expectFindings(mistakesOfReferenceRules()); }
 
+TEST(ReferenceRules, TakeTheFirstNameThatMayBeMeant) {
+  const SmallDeployment deployment;
+  deployment.replace("reference.xml",
+                     "<m:line1 mandatory=\"false\"/>\n      <m:line2 mandatory=\"false\"/>\n"
+                     "      <m:line3 mandatory=\"false\"/>",
+                     "<m:line9 mandatory=\"false\"/>");
+  std::vector<std::string> hints;
+  for (const Finding& finding : deployment.check()) {
+    if (finding.code == "reference-misspelt") hints.push_back(finding.hint);
+  }
+  EXPECT_EQ(hints, std::vector<std::string>{"Write \"m:line1\", as the message has it."});
+}
+
 }  // namespace
 }  // namespace Varnel_Tolv_XML_Creation::test

@@ -23,12 +23,36 @@ TEST(Words, TellSlipsFromOtherWords) {
       {"m", "n", false},
       {"", "field", false},
       {"chekedvalu", "checkedvalue", true},
-      {"separator", "seperator", true},
+      {"seperator", "separator", true},
   };
   for (const auto& c : cases) {
     EXPECT_EQ(isSlipOf(c.word, c.known), c.slip) << c.word << ", " << c.known;
   }
   EXPECT_FALSE(isSlipOf(std::string(100'000, 'x'), "field"));
+}
+
+TEST(Words, FindTheFirstThatIsMeant) {
+  const std::vector<std::string> known = {"end", "line1", "line2"};
+  ASSERT_NE(firstMeant(known, "line9"), nullptr);
+  EXPECT_EQ(*firstMeant(known, "line9"), "line1");
+  EXPECT_EQ(firstMeant(known, "line1"), &known[2]) << "a word is no slip of itself";
+  EXPECT_EQ(firstMeant(known, "table"), nullptr);
+  EXPECT_EQ(intendedWord("tabel", {"field", "table"}), "table");
+  EXPECT_EQ(intendedWord("text", {"field", "table"}), "");
+}
+
+// How many letters may differ depends on the length of the known one.
+TEST(Words, FindTheFirstThatIsASlip) {
+  const std::vector<std::string> words = {"tables", "fiel", "fild"};
+  EXPECT_EQ(firstSlip(words, "fields"), &words[1]);
+  EXPECT_EQ(firstMeant(words, "fields"), nullptr);
+}
+
+TEST(Words, HaveCapitalsWhereLowerCaseDiffers) {
+  EXPECT_TRUE(hasCapitals("aB"));
+  EXPECT_TRUE(hasCapitals("\xC3\x84"));  // an A with two dots
+  EXPECT_FALSE(hasCapitals("a-b1"));
+  EXPECT_FALSE(hasCapitals(""));
 }
 
 TEST(Words, CutALongTextBetweenCharacters) {

@@ -14,6 +14,7 @@
 #include <utility>
 
 #include "check/Echoes.h"
+#include "check/MessagePlan.h"
 #include "check/Rule.h"
 #include "check/RuleTables.h"
 
@@ -43,17 +44,22 @@ std::vector<Found> findAll(const ParsedDeployment& deployment) {
 
 bool mayBeReadAgain(const ParsedDeployment& deployment) {
   std::uintmax_t lngBytes = 0;
-  for (const ParsedFile* const file : deployment.all()) {
+  const auto count = [&](const std::string& strPath) {
     std::error_code none;  // what is not there is mended by nothing
-    const std::uintmax_t lngSize = std::filesystem::file_size(file->path(), none);
+    const std::uintmax_t lngSize = std::filesystem::file_size(strPath, none);
     if (!none) lngBytes += lngSize;
+  };
+  for (const ParsedFile* const file : deployment.all()) count(file->path());
+  if (const SchemaModel* const schema = deployment.messagePlan().schemaAsRead()) {
+    for (const SchemaFile& file : schema->files()) count(file.strPath);
   }
   return lngBytes <= kMostMended;
 }
 
-bool isSame(const Finding& one, const Finding& other) {
-  return one.code == other.code && one.file == other.file && one.line == other.line;
-}
+/// By which a finding of one reading is found among those of another.
+using Key = std::tuple<std::string, std::string, std::size_t, std::string>;
+
+Key keyOf(const Finding& one) { return {one.code, one.file, one.line, one.object}; }
 
 /// Whether a rule looks at the namespaces themselves, and at nothing that is found by them.
 bool isAboutNamespaces(std::string_view strCode) {
@@ -65,8 +71,6 @@ bool isAboutNamespaces(std::string_view strCode) {
 /// the namespaces themselves stays, as one more cause.
 std::vector<Found> withWhatWasHidden(std::vector<Found> found, std::vector<Found> again,
                                      std::vector<Found>& causes) {
-  using Key = std::tuple<std::string, std::string, std::size_t, std::string>;
-  const auto keyOf = [](const Found& one) { return Key(one.code, one.file, one.line, one.object); };
   std::set<Key> before, after;
   for (const Found& one : found) before.insert(keyOf(one));
   for (const Found& one : again) after.insert(keyOf(one));
@@ -99,18 +103,18 @@ std::vector<Finding> findFaults(const DeploymentFiles& files) {
   Mends mends;
   for (const std::string_view strCode : kMended) {
     std::vector<Found> theirs;
+    std::set<Key> keys;
     Mends next = mends;
     for (const Found& finding : found) {
       if (finding.code != strCode || finding.mends.isEmpty()) continue;
       theirs.push_back(finding);
+      keys.insert(keyOf(finding));
       next.add(finding.mends);
     }
     if (theirs.empty() || !mayBeReadAgain(*deployment)) continue;
     auto mendedOne = std::make_unique<const ParsedDeployment>(files, next);
     std::vector<Found> again = findAll(*mendedOne);
-    const auto isCause = [&](const Found& one) {
-      return std::ranges::any_of(theirs, [&](const Found& cause) { return isSame(cause, one); });
-    };
+    const auto isCause = [&](const Found& one) { return keys.contains(keyOf(one)); };
     if (std::ranges::any_of(again, isCause)) continue;
     if (errorsIn(again) + theirs.size() > errorsIn(found) + kMostNew) continue;
     deployment = std::move(mendedOne);

@@ -397,19 +397,18 @@ std::size_t lineAt(std::string_view strText, std::size_t lngAt) {
   return 1 + static_cast<std::size_t>(std::count(strBefore.begin(), strBefore.end(), '\n'));
 }
 
-/// Each as one text, in an order of their own, since that of the findings is not in question.
-std::vector<std::string> summaries(const std::vector<Finding>& findings) {
-  std::vector<std::string> texts;
-  for (const Finding& finding : findings) texts.push_back(summary(finding));
-  std::sort(texts.begin(), texts.end());
-  return texts;
-}
-
 }  // namespace
 
 std::string summary(const Finding& finding) {
   return std::string(severityName(finding.severity)) + " " + finding.code + " " + finding.file +
          ":" + std::to_string(finding.line) + " " + finding.object;
+}
+
+std::vector<std::string> summaries(const std::vector<Finding>& findings) {
+  std::vector<std::string> texts;
+  for (const Finding& finding : findings) texts.push_back(summary(finding));
+  std::sort(texts.begin(), texts.end());
+  return texts;
 }
 
 SmallDeployment::SmallDeployment() {

@@ -89,4 +89,7 @@ const std::vector<Mistake>& mistakesOfReferenceRules();
 /// q".
 std::string summary(const Finding& finding);
 
+/// Each as one text, sorted, where their order is not in question.
+std::vector<std::string> summaries(const std::vector<Finding>& findings);
+
 }  // namespace Varnel_Tolv_XML_Creation::test

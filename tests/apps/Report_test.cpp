@@ -264,6 +264,54 @@ TEST_F(Report, MakesAStrictRunEndWithStatusThreeWhereASuccessIsNone) {
   }
 }
 
+/// An object that does not stand directly below the root has no label for the error at its question,
+/// so that the mapping of the errors breaks down: the run succeeds without a verdict.
+TEST_F(Report, OfATamperedParkedFormIsNotCheckedAndNeverAStrictSuccess) {
+  write("schema.xsd", R"(
+<xs:schema xmlns:xs="http://www.w3.org/2001/XMLSchema" xmlns:c="urn:card" targetNamespace="urn:card"
+    elementFormDefault="qualified">
+  <xs:element name="card"><xs:complexType><xs:sequence>
+    <xs:element name="form" type="xs:string"/><xs:element name="date" type="xs:date"/>
+    <xs:element name="time" type="xs:time"/>
+    <xs:element name="name"><xs:simpleType><xs:restriction base="xs:string">
+      <xs:maxLength value="3"/></xs:restriction></xs:simpleType></xs:element>
+  </xs:sequence></xs:complexType></xs:element>
+</xs:schema>)");
+  write("questions.xml", "<questions><question id='name' maxLength='3'/></questions>");
+  std::filesystem::create_directory(directory_.path() / "pages");
+  write("name.form", "name=Augusta&name_hiddenName=Your+name");
+  const std::string strField =
+      "<prtobjct id='name' objecttype='field' type='text' dynamic='false'/>";
+  const auto withList = [&](const std::string& strObjects, const Lines& more) {
+    write("list.xml",
+          "<?xml version=\"1.0\"?><prtobjcts>" + strObjects + "<hdnflds/></prtobjcts>");
+    Lines words = {"--object-list", "list.xml", "--form", "name.form", "--submit", "--validate",
+                   "--questions", "questions.xml", "--schema-url", "schema.xsd", "--schema-uri",
+                   "urn:card", "--page-dir", "pages", "--protocol-info", "protocol.xml"};
+    words.insert(words.end(), more.begin(), more.end());
+    return buildDeployment(words);
+  };
+
+  const ProgramRun untampered = withList(strField, {"--strict", "--report"});
+  EXPECT_EQ(untampered.status, 1) << untampered.out << untampered.err;
+  EXPECT_EQ(Json::parse(untampered.out)["report"]["verdict"], "invalid");
+
+  const std::string strTampered = "<group>" + strField + "</group>";
+  const ProgramRun strict = withList(strTampered, {"--strict", "--report"});
+  EXPECT_EQ(strict.status, 3) << strict.out << strict.err;
+  const Json result = Json::parse(strict.out);
+  EXPECT_EQ(result["success"], true);
+  EXPECT_EQ(result["report"]["verdict"], "not-checked");
+  EXPECT_THAT(result["report"]["reason"].get<std::string>(),
+              HasSubstr("Object variable or With block variable not set; "
+                        "the parked form has no object 'name'"));
+  ASSERT_THAT(result["report"]["violations"], SizeIs(1));
+  EXPECT_EQ(result["report"]["violations"][0]["facet"], "maxLength");
+
+  EXPECT_EQ(withList(strTampered, {"--strict"}).status, 3);
+  EXPECT_EQ(withList(strTampered, {"--report"}).status, 0);
+}
+
 TEST_F(Report, IsNoKeyOfADeployment) {
   for (const char* key : {"report", "explain", "strict"}) {
     write("deployment.json", "{\"" + std::string(key) + "\": true}");

@@ -95,11 +95,14 @@ class Deployment:
         options: Optional[Mapping[str, Union[str, bool, Path]]] = None,
         cache_bytes: int = 0,
         document_bytes: int = 0,
+        run_nodes: int = 0,
+        run_bytes: int = 0,
     ) -> None:
         """Opens the folder `path`; without one, a deployment made of `options` alone.
 
         `options` are keys of deployment.json and win over it. `cache_bytes` bounds what is kept of the
-        configuration between runs, `document_bytes` the length of a document; 0 is the default of each.
+        configuration between runs, `document_bytes` the length of a document, `run_nodes` and `run_bytes`
+        what the documents of one run may have together; 0 is the default of each.
         Raises DeploymentError for a deployment.json or an option that cannot be used.
         """
         given = [
@@ -111,6 +114,8 @@ class Deployment:
             option_count=len(given),
             cache_bytes=cache_bytes,
             document_bytes=document_bytes,
+            run_nodes=run_nodes,
+            run_bytes=run_bytes,
         )
         folder = None if path is None else os.fsencode(path)
         pointer = ctypes.c_void_p()

@@ -26,6 +26,8 @@ class Settings(ctypes.Structure):
         ("option_count", ctypes.c_size_t),
         ("cache_bytes", ctypes.c_size_t),
         ("document_bytes", ctypes.c_size_t),
+        ("run_nodes", ctypes.c_size_t),
+        ("run_bytes", ctypes.c_size_t),
     ]
 
 

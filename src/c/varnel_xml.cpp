@@ -20,6 +20,7 @@ struct varnel_xml_deployment {
   std::string strFolder;  // empty: none
   Deployment deployment;
   DocumentSettings documentSettings;
+  RunLimits runLimits;
   FileCache cache;
 };
 
@@ -135,6 +136,9 @@ std::unique_ptr<varnel_xml_deployment> opened(const char* folder,
   }
   DocumentSettings documentSettings;
   if (settings.document_bytes != 0) documentSettings.lngMaxBytes = settings.document_bytes;
+  RunLimits runLimits;
+  if (settings.run_nodes != 0) runLimits.lngMaxNodes = settings.run_nodes;
+  if (settings.run_bytes != 0) runLimits.lngMaxBytes = settings.run_bytes;
   const std::size_t lngCacheBytes =
       settings.cache_bytes != 0 ? settings.cache_bytes : FileCache::kDefaultMaxBytes;
   return std::unique_ptr<varnel_xml_deployment>(new varnel_xml_deployment{
@@ -142,6 +146,7 @@ std::unique_ptr<varnel_xml_deployment> opened(const char* folder,
       .deployment = openDeployment(
           folder != nullptr ? std::optional<std::string>(folder) : std::nullopt, std::move(values)),
       .documentSettings = documentSettings,
+      .runLimits = runLimits,
       .cache = FileCache(lngCacheBytes)});
 }
 
@@ -176,7 +181,8 @@ std::unique_ptr<varnel_xml_result> resultOf(varnel_xml_deployment& opened,
                              .cache = &opened.cache,
                              .report = blnReport ? &report : nullptr,
                              .blnJournal = submission.journal != 0,
-                             .documentSettings = opened.documentSettings};
+                             .documentSettings = opened.documentSettings,
+                             .runLimits = opened.runLimits};
   const RunOutputs run =
       runDeployment(deployment, form, objectList(deployment, submission, services),
                     documentOf(deployment.protocolInfo, services), services);

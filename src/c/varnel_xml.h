@@ -70,9 +70,14 @@ typedef struct varnel_xml_settings {
   size_t option_count;
   size_t cache_bytes;    /* of configuration that is kept between runs; 0: 256 MiB */
   size_t document_bytes; /* a longer document is refused; 0: 64 MiB */
+  /* What the documents of one run may have together. A run that would have more
+     fails with VARNEL_XML_OK and the code -2147467259; in the check of the message there is then
+     no verdict. */
+  size_t run_nodes; /* attributes and texts included; 0: 6,000,000 */
+  size_t run_bytes; /* of memory; 0: 1 GiB */
 } varnel_xml_settings;
 #define VARNEL_XML_SETTINGS_INIT \
-  { sizeof(varnel_xml_settings), NULL, 0, 0, 0 }
+  { sizeof(varnel_xml_settings), NULL, 0, 0, 0, 0, 0 }
 
 /* One submission. What deployment.json says of "form", "submit" and "validate" does not count. */
 typedef struct varnel_xml_submission {

@@ -156,6 +156,47 @@ static void count_line(void* context, const char* line, size_t length) {
   EXPECT(length > 2 && memcmp(line + length - 2, "\r\n", 2) == 0);
 }
 
+/* The code of a run of the complete form within these limits. */
+static int32_t code_within(size_t run_nodes, size_t run_bytes, const char* told) {
+  varnel_xml_settings settings = VARNEL_XML_SETTINGS_INIT;
+  varnel_xml_deployment* deployment = NULL;
+  varnel_xml_submission submission = submission_of("complete.form");
+  settings.run_nodes = run_nodes;
+  settings.run_bytes = run_bytes;
+  EXPECT(varnel_xml_open(example, &settings, &deployment, NULL) == VARNEL_XML_OK);
+  varnel_xml_result* const result = run(deployment, &submission);
+  const int32_t code = varnel_xml_error_code(result);
+  EXPECT(strstr(varnel_xml_json(result, NULL), told) != NULL);
+  varnel_xml_free(result);
+  varnel_xml_close(deployment);
+  return code;
+}
+
+TEST(BoundsTheDocumentsOfARunTogether) {
+  const int32_t beyond = -2147467259;
+  EXPECT(code_within(0, 0, "\"verdict\": \"valid\"") == 0);
+  EXPECT(code_within(100000, 64 << 20, "\"verdict\": \"valid\"") == 0);
+  EXPECT(code_within(100, 0, "The documents of the run have more nodes than they may.") == beyond);
+  EXPECT(code_within(0, 4096, "The documents of the run take more memory than they may.") ==
+         beyond);
+}
+
+/* A caller that was compiled before these limits were there has a shorter structure. */
+TEST(TakesTheStructuresOfItsFirstVersion) {
+  varnel_xml_settings settings = VARNEL_XML_SETTINGS_INIT;
+  varnel_xml_deployment* deployment = NULL;
+  varnel_xml_submission submission = submission_of("complete.form");
+  settings.size = offsetof(varnel_xml_settings, run_nodes);
+  settings.run_nodes = 1; /* behind what the caller has */
+  EXPECT(varnel_xml_open(example, &settings, &deployment, NULL) == VARNEL_XML_OK);
+  varnel_xml_result* const result = run(deployment, &submission);
+  EXPECT(varnel_xml_error_code(result) == 0);
+  varnel_xml_free(result);
+  varnel_xml_close(deployment);
+  settings.size -= 1;
+  EXPECT(varnel_xml_open(example, &settings, &deployment, NULL) == VARNEL_XML_BAD_ARGUMENT);
+}
+
 TEST(CallsTheTraceForEachLine) {
   struct counted counted = {0, 0};
   varnel_xml_deployment* const deployment = opened();
@@ -325,6 +366,8 @@ int main(int argc, char** argv) {
       NAMED(ParksWithoutAMessageOrReport),
       NAMED(TakesAnObjectListFromMemory),
       NAMED(NeedsNoFolder),
+      NAMED(BoundsTheDocumentsOfARunTogether),
+      NAMED(TakesTheStructuresOfItsFirstVersion),
       NAMED(CallsTheTraceForEachLine),
       NAMED(RefusesAWrongCall),
       NAMED(TakesALongerStructureUnlessItAsksForMore),

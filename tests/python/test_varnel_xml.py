@@ -79,6 +79,23 @@ def test_options_win_over_the_file_and_may_be_booleans_and_paths(tmp_path):
         assert "CNTXT_OBJ_MISSING" in opened.run("").result["errorName"]
 
 
+@pytest.mark.parametrize(
+    "limit, told",
+    [
+        ({"run_nodes": 100}, "The documents of the run have more nodes than they may."),
+        ({"run_bytes": 4096}, "The documents of the run take more memory than they may."),
+    ],
+)
+def test_the_documents_of_a_run_are_bounded_together(limit, told):
+    with Deployment(EXAMPLE, options=NOW, **limit) as opened:
+        outcome = opened.run(form("complete.form"))
+    assert not outcome.success
+    assert outcome.result["errorCode"] == -2147467259
+    assert told in outcome.result["errorDetail"]
+    with Deployment(EXAMPLE, options=NOW, run_nodes=100_000, run_bytes=64 << 20) as opened:
+        assert opened.run(form("complete.form")).verdict == "valid"
+
+
 def test_what_cannot_be_used_is_told(tmp_path):
     with pytest.raises(DeploymentError, match="deployment.json: "):
         Deployment(tmp_path)

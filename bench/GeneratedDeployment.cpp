@@ -294,6 +294,17 @@ void GeneratedDeployment::addExtras(Texts& texts) {
     texts.extrasSchema += element(strId, "m:answer");
     answer(strId, "Hidden");
   }
+  for (int lngTable = 1; lngTable <= size.tablesOfOneId; ++lngTable) {
+    texts.objects +=
+        "<prtobjct id='same' objecttype='table' type='dynatable' dynamic='false'><column id='c'/>"
+        "</prtobjct>";
+    answer("same___c_" + number(lngTable), "");
+  }
+  if (size.tablesOfOneId > 0) {
+    texts.mapper +=
+        messageItem("same", "dynatable", kExtras, "m:row", "<action id='row_type'/>");
+    answer("same_rowCount", number(size.tablesOfOneId));
+  }
   for (int lngQuestion = 0; lngQuestion < size.questions; ++lngQuestion) {
     texts.questions += question("x" + number(lngQuestion), "/m:message/m:x" + number(lngQuestion));
   }

@@ -25,6 +25,7 @@ const Growing kGrowing[] = {
     {"rows", &Dimensions::rows, 100, {}},
     {"grid-rows", &Dimensions::gridRows, 100, {}},
     {"padded-rows", &Dimensions::paddedRows, 100, {}},
+    {"tables-of-one-id", &Dimensions::tablesOfOneId, 50, {}},
     {"columns", &Dimensions::columns, 100, {.rows = 2}},
     {"errors", &Dimensions::faults, 10, {.fields = 800}},
     {"errors-in-rows", &Dimensions::faults, 50, {.rows = 400}},

@@ -30,6 +30,17 @@ Acknowledge GetFormCollectionItem(const Session& session, std::string_view strFi
   });
 }
 
+bool readsEmpty(const Session& session, std::string_view strFieldName) {
+  bool blnEmpty = false;
+  const Acknowledge objAck = Guarded("readsEmpty", [&]() -> Acknowledge {
+    const ObjectContext* objContext = session.host.objectContext;
+    if (objContext == nullptr || objContext->request == nullptr) throw RuntimeError(kObjectNotSet);
+    blnEmpty = objContext->request->formItem(strFieldName).empty();
+    return {};
+  });
+  return objAck.Success() && blnEmpty;
+}
+
 std::vector<std::string> submittedFieldNames(const Session& session, std::string_view strPrefix) {
   const ObjectContext* objContext = session.host.objectContext;
   if (objContext == nullptr || objContext->request == nullptr) throw RuntimeError(kObjectNotSet);

@@ -17,6 +17,9 @@ namespace Varnel_Tolv_XML_Creation {
 Acknowledge GetFormCollectionItem(const Session& session, std::string_view strFieldName,
                                   std::string& strValue);
 
+/// Whether reading this field succeeds and gives the empty text. It is not noted as read.
+bool readsEmpty(const Session& session, std::string_view strFieldName);
+
 /// The names of the submitted form fields that begin with `strPrefix`: every other name with that
 /// prefix reads as the empty text. Raises run-time error 91 where there is no request.
 std::vector<std::string> submittedFieldNames(const Session& session, std::string_view strPrefix);

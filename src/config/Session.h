@@ -3,8 +3,10 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 
+#include "config/SubmittedCells.h"
 #include "platform/dom/Document.h"
 #include "platform/host/HostServices.h"
 #include "platform/xml/TreeBudget.h"
@@ -27,6 +29,10 @@ struct Session {
 
   /// What that list said, in the run that is on, of the prefixes that were looked up.
   mutable std::map<std::string, std::string, std::less<>> schemaReferences = {};
+
+  /// The prefixes of the cells of the tables that were parked in the run that is on, and what the
+  /// form has for the second and later tables of each.
+  mutable std::map<std::string, std::optional<SubmittedCells>, std::less<>> submittedCells = {};
 
   /// The reference document by which the message of the run that is on was cleaned up, and where
   /// that lies: whoever reads it later in the run sees the same state of the file.

@@ -173,6 +173,7 @@ Acknowledge BuildXML::buildXML(std::string_view strTemplateXML, std::string_view
     session.strDefaultUserMessage = "An error occurred while creating the message xml";
     session.objReferenceXML = Document();
     session.schemaReferences.clear();
+    session.submittedCells.clear();
     if (!objParkXML) {
       return Failure(SVC_RET_XML_CREATION_PARK_XML_OBJ_MISSING,
                      "The object list was not passed to the XML Creation Library.",

@@ -1,7 +1,5 @@
 #include "park/ParkProtTable.h"
 
-#include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <cstdint>
 #include <optional>
@@ -15,6 +13,7 @@
 #include "config/Attributes.h"
 #include "config/GetFormCollectionItem.h"
 #include "config/Names.h"
+#include "config/SubmittedCells.h"
 #include "park/ComputedCell.h"
 #include "platform/text/Conversions.h"
 #include "platform/text/Text.h"
@@ -24,27 +23,6 @@
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {
-
-/// The rows that have to be looked at: the first one and those of which a cell was submitted. All
-/// others are blank, and a blank new row leaves no trace.
-std::vector<std::int32_t> submittedRows(const Session& session, const std::string& strCellPrefix,
-                                        std::int32_t lngRowCount) {
-  std::vector<std::int32_t> rows{1};
-  for (const std::string& strName : submittedFieldNames(session, strCellPrefix)) {
-    const std::size_t lngMark = strName.rfind('_');
-    if (lngMark < strCellPrefix.size()) continue;
-    const char* const begin = strName.data() + lngMark + 1;
-    const char* const end = strName.data() + strName.size();
-    std::int32_t lngRow = 0;
-    const auto [last, problem] = std::from_chars(begin, end, lngRow);
-    if (problem == std::errc() && last == end && lngRow > 1 && lngRow <= lngRowCount) {
-      rows.push_back(lngRow);
-    }
-  }
-  std::sort(rows.begin(), rows.end());
-  rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
-  return rows;
-}
 
 /// The rows of a fixed grid by their number, all read once: what a selection of row[@id=N] finds.
 /// Ids like "01" are numbers too.
@@ -99,8 +77,10 @@ class TableParking {
   };
 
   Acknowledge parkGridRows();
+  Acknowledge parkNewRows(const std::vector<std::int32_t>& rows);
   Acknowledge parkNewRow(std::int32_t lngRow);
   Acknowledge readDefinitions();
+  std::vector<std::string_view> columnsRead() const;
   Acknowledge readCell(const CellDefinition& cell, RowValues& row) const;
   Acknowledge readRow(RowValues& row) const;
   Acknowledge addCell(const Node& objRow, std::size_t lngCell, const RowValues& row) const;
@@ -124,11 +104,41 @@ Acknowledge rowMissing() {
 
 Acknowledge TableParking::parkRows() {
   if (blnFixed_) return parkGridRows();
-  for (const std::int32_t lngRow : submittedRows(session_, strCellPrefix_, lngRowCount_)) {
+  auto [known, blnFirst] = session_.submittedCells.try_emplace(strCellPrefix_);
+  std::optional<SubmittedCells>& cells = known->second;
+  std::vector<std::int32_t> rows;
+  if (blnFirst) {
+    rows = namedRows(session_, strCellPrefix_, lngRowCount_);
+  } else if (!cells) {
+    cells.emplace(session_, strCellPrefix_, lngRowCount_);
+  }
+  Acknowledge objAck = parkNewRow(1);
+  if (!objAck.Success()) return objAck;
+  if (!blnFirst) rows = cells->rowsOf(session_, columnsRead());
+  return parkNewRows(rows);
+}
+
+Acknowledge TableParking::parkNewRows(const std::vector<std::int32_t>& rows) {
+  for (const std::int32_t lngRow : rows) {
     Acknowledge objAck = parkNewRow(lngRow);
     if (!objAck.Success()) return objAck;
   }
   return {};
+}
+
+/// The columns of which a row reads the form: only what it finds there makes it differ from a row
+/// that leaves no trace.
+std::vector<std::string_view> TableParking::columnsRead() const {
+  std::vector<std::string_view> columns;
+  for (const CellDefinition& cell : *cells_) {
+    if (cell.blnCalculated) {
+      if (!cell.strFirstColumn.empty()) columns.emplace_back(cell.strFirstColumn);
+      if (!cell.strSecondColumn.empty()) columns.emplace_back(cell.strSecondColumn);
+    } else if (cell.strAutoValue.empty()) {
+      columns.push_back(cell.strId);
+    }
+  }
+  return columns;
 }
 
 /// Fills the rows that the table has, cell by cell: what a failure leaves behind stays in the row.

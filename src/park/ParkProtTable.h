@@ -10,7 +10,7 @@ namespace Varnel_Tolv_XML_Creation {
 /// (`type` "table") fills the `row` elements it has; any other table gets new ones for the rows
 /// that were filled in. The definitions are then removed, and a table with one row that is blank
 /// goes altogether. A new row costs nothing unless something was submitted for it, however large
-/// the posted row count is.
+/// the posted row count is, nor for every table of one id unless it is for one of its columns.
 ///
 /// Errors: SVC_RET_XML_CREATION_PROT_TBL_LIST_MISSING for Nothing, _PROT_TBL_ROWCOUNT_INVALID when
 /// the row count cannot be read or is no number, _PROT_TBL_ROW_MISSING when a fixed grid has fewer

@@ -132,6 +132,17 @@ TEST(GetFormCollectionItem, WritesNoTrace) {
   EXPECT_THAT(host.traceLines(), IsEmpty());
 }
 
+TEST(readsEmpty, IsTrueOnlyOfAFieldThatCanBeReadAndHoldsNothing) {
+  TestHost host({{"empty", ""}, {"blank", " "}});
+  EXPECT_TRUE(readsEmpty(host.session(), "empty"));
+  EXPECT_TRUE(readsEmpty(host.session(), "none"));
+  EXPECT_FALSE(readsEmpty(host.session(), "blank"));
+  host.withoutRequest();
+  EXPECT_FALSE(readsEmpty(host.session(), "empty"));
+  host.withoutContext();
+  EXPECT_FALSE(readsEmpty(host.session(), "empty"));
+}
+
 TEST(submittedFieldNames, AreThoseWithThePrefix) {
   const TestHost host({{"t_1", ""}, {"t_2", "v"}, {"t_2", "w"}, {"T_3", ""}, {"at_4", ""}});
   EXPECT_THAT(submittedFieldNames(host.session(), "t_"), UnorderedElementsAre("t_1", "t_2"));

@@ -258,6 +258,20 @@ TEST(ParkProtTable, HandsUpARefusedReadUnchanged) {
   }
 }
 
+TEST(ParkProtTable, HandsUpARefusedReadOfALaterTableOfOneIdToo) {
+  TestHost host({{"t_rowCount", "3"}, {"t___a_2", "x"}, {"t___b_2", "y"}});
+  const Refusal refusal(host, {"t___b_3"});
+  const Document objList = objectList(
+      "<prtobjct id='t' type='dynatable'><column id='a'/></prtobjct>"
+      "<prtobjct id='t' type='dynatable'><column id='b'/></prtobjct>");
+  const Session session = host.session();
+  const NodeList colTables = objList.selectNodes("//prtobjct").value();
+  EXPECT_TRUE(Succeeded(ParkProtTable(session, colTables.item(0))));
+  EXPECT_TRUE(FailedWithRuntimeError(ParkProtTable(session, colTables.item(1)), Refusal::kNumber,
+                                     "GetFormCollectionItem", "refused: t___b_3"));
+  EXPECT_EQ(objList.selectNodes("//prtobjct[2]/row")->length(), 1U);
+}
+
 TEST(ParkProtTable, ReadsNeitherTheCellsOfFixedNorOfComputedColumns) {
   TestHost host({{"t_rowCount", "1"}, {"t___a_1", "x"}});
   const Refusal refusal(host, {"t___f_1", "t___c_1"});

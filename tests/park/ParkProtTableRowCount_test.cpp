@@ -189,6 +189,27 @@ TEST(ParkProtTable, FailsAtOnceWhereAFixedGridLacksAHugeRow) {
                           "<column id=\"a\"/></prtobjct>"));
 }
 
+TEST(ParkProtTable, ReadsBlankRowsOnceForAllTablesOfOneId) {
+  constexpr int kTables = 200;
+  constexpr int kRows = 200;
+  TestHost host({{"t_rowCount", std::to_string(kRows)}, {"t___a_100", "x"}});
+  std::string strTables;
+  for (int n = 0; n < kTables; ++n) strTables += kTable;
+  for (int lngRow = 1; lngRow <= kRows; ++lngRow) {
+    host.submit("t___other_" + std::to_string(lngRow), "x");  // no column of the tables
+    host.submit("t___a_" + std::to_string(lngRow), "");
+  }
+  // Of each table the row count, the first row and the filled one; of the first table and of all
+  // others together each row.
+  const LimitedRequest limited(host, 3 * kTables + 2 * kRows);
+  const Document objList = objectList(strTables);
+  const Session session = host.session();
+  const NodeList colTables = objList.selectNodes("//prtobjct").value();
+  for (const Node& objTable : colTables) EXPECT_TRUE(Succeeded(ParkProtTable(session, objTable)));
+  EXPECT_EQ(objList.selectNodes("//prtobjct/row[@id='100']")->length(),
+            static_cast<std::size_t>(kTables));
+}
+
 TEST(ParkProtTable, MakesNothingOfRowsThatAreNamedAndNotFilledIn) {
   CountedOperations operations(100'000);
   const DocumentSettings settings{.faults = &operations};

@@ -62,14 +62,12 @@ FormDeployment::FormDeployment(const std::filesystem::path& folder)
       submission_(optionsOf(folder, snapshot_, true)),
       draft_(optionsOf(folder, snapshot_, false)),
       findings_(findingsOf(submission_)) {
-  // The options were read from the folder itself.
-  if (fingerprintOf(folder) != snapshot_.fingerprint()) {
-    throw CannotRun("--deployment " + folder.string() + ": changes while it is read");
-  }
+  // The options were read in the folder itself, and lead into the copy of what it was before.
+  snapshot_.requireUnchanged(folder);
   if (hasErrors(findings_)) return;
   cache_ = std::make_unique<FileCache>();
-  page_ = readPageModel(submission_, snapshot_.placeOf((folder / "page.xml").string()));
+  page_ = readPageModel(submission_, snapshot_.copyOf("page.xml"));
   if (page_.strTitle.empty()) page_.strTitle = strName_;
   texts_ = &textsIn(page_.strLanguage);
-  stylesheet_ = std::make_unique<Stylesheet>(snapshot_.placeOf((folder / "page.xsl").string()));
+  stylesheet_ = std::make_unique<Stylesheet>(snapshot_.copyOf("page.xsl"));
 }

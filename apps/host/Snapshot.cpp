@@ -97,15 +97,19 @@ Snapshot::Snapshot(const fs::path& folder) : original_(fs::weakly_canonical(fold
         fs::create_directories(copy_ / entry.path().lexically_relative(original_));
       }
     }
-    if (fingerprintOf(original_) != strFingerprint_) {
-      throw CannotRun("--deployment " + folder.string() + ": changes while it is read");
-    }
+    requireUnchanged(folder);
   } catch (const fs::filesystem_error& error) {
     removeFolder();
     throw CannotRun("--deployment " + folder.string() + ": " + error.code().message());
   } catch (...) {
     removeFolder();
     throw;
+  }
+}
+
+void Snapshot::requireUnchanged(const fs::path& folder) const {
+  if (fingerprintOf(folder) != strFingerprint_) {
+    throw CannotRun("--deployment " + folder.string() + ": changes while it is read");
   }
 }
 

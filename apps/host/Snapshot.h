@@ -20,9 +20,15 @@ class Snapshot {
 
   const std::string& fingerprint() const { return strFingerprint_; }
 
+  /// Raises CannotRun when `folder` is no more what was copied, also when it leads elsewhere now.
+  void requireUnchanged(const std::filesystem::path& folder) const;
+
   /// Where the copy of a path is; a path outside the folder stays as it is.
   std::string placeOf(const std::string& strPath) const;
   bool holds(const std::string& strPath) const;
+
+  /// Where the copy of a file of the folder is, or would be.
+  std::string copyOf(const char* name) const { return (copy_ / name).string(); }
 
   /// Takes away the copies of processes that ended without doing so, as killed ones do.
   static void removeForsaken();

@@ -123,6 +123,9 @@ void PageReader::applySchema(Input& input, const std::string& strPath, const Nod
   input.blnRequired = facets.blnRequired;
   input.strMaxLength = attribute(objLimits, "maxLength");
   if (input.strMaxLength.empty()) input.strMaxLength = facets.strMaxLength;
+  input.strMinLength = facets.strMinLength;
+  input.strLeast = facets.strLeast;
+  input.strMost = facets.strMost;
   const bool blnFree = input.strKind == "text" || input.strKind == "select";
   if (blnFree && !facets.enumerations.empty()) {
     input.strKind = "select";
@@ -145,8 +148,7 @@ Input PageReader::readColumn(const Node& objColumn, const Node& objQuestion,
   const std::string strType = attribute(objColumn, "columntype");
   input.strKind = strType == "date" || strType == "time" ? strType : "text";
   input.strOutput = attribute(objColumn, "autovalue");
-  input.blnOutput =
-      !input.strOutput.empty() || lowered(attribute(objColumn, "calculate")) == "true";
+  input.blnOutput = !input.strOutput.empty() || attribute(objColumn, "calculate") == "true";
   for (const Node& objLimits : children(objQuestion, "column")) {
     if (attribute(objLimits, "id") != input.strId) continue;
     const std::string strBelow = childText(objLimits, "path");
@@ -296,8 +298,35 @@ void PageReader::refine(PageModel& page, const Document& objPage) {
   page.sections = std::move(wanted);
 }
 
+std::string numberHint(const Input& input) {
+  if (!input.strLeast.empty() && !input.strMost.empty()) {
+    return input.strLeast + " to " + input.strMost;
+  }
+  if (!input.strLeast.empty()) return "at least " + input.strLeast;
+  return input.strMost.empty() ? "" : "at most " + input.strMost;
+}
+
+/// One character is what any answer has.
+std::string lengthHint(const Input& input) {
+  const bool blnLeast = rowNumber(input.strMinLength, INT64_MAX) > 1;
+  const std::string& strMost = input.strMaxLength;
+  if (strMost.empty()) return blnLeast ? "at least " + input.strMinLength + " characters" : "";
+  if (input.strMinLength == strMost) {
+    return "exactly " + strMost + (strMost == "1" ? " character" : " characters");
+  }
+  if (blnLeast) return input.strMinLength + " to " + strMost + " characters";
+  return "at most " + strMost + (strMost == "1" ? " character" : " characters");
+}
+
+/// Tells the form and the limits of an answer, where page.xml does not.
 void addHint(Input& input, DateOrder order) {
-  if (input.strHint.empty() && input.strKind == "date") input.strHint = dateHint(order);
+  constexpr std::string_view kFree[] = {"text", "textarea", "email", "tel"};
+  if (!input.strHint.empty() || input.blnOutput) return;
+  if (input.strKind == "date") input.strHint = dateHint(order);
+  if (input.strKind == "number") input.strHint = numberHint(input);
+  if (std::ranges::find(kFree, input.strKind) != std::end(kFree)) {
+    input.strHint = lengthHint(input);
+  }
 }
 
 }  // namespace

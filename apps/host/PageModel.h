@@ -27,7 +27,10 @@ struct Input {
   std::string strOutput;  // a cell that nobody fills in: its fixed text
   bool blnOutput = false;
   bool blnRequired = false;
+  std::string strMinLength;  // in characters
   std::string strMaxLength;
+  std::string strLeast;  // of a number
+  std::string strMost;
   std::vector<Choice> choices;
 };
 

@@ -12,6 +12,13 @@ std::string_view localName(std::string_view strName) {
   return strName.substr(strName.rfind(':') + 1);
 }
 
+/// A bound that somebody may have set: those of types such as "int" are longer.
+std::string bound(const ValueRules& rules, std::string_view strFacet) {
+  constexpr std::size_t kLongest = 9;
+  const auto strBound = rules.facet(strFacet);
+  return strBound && strBound->size() <= kLongest ? std::string(*strBound) : "";
+}
+
 /// Of two with one local name the first one in the schema counts.
 template <class Names>
 void addName(const DeclaredElement& element, Names& names) {
@@ -63,6 +70,10 @@ Facets SchemaFacets::at(std::string_view strPath) {
   facets.blnNumber = rules->strPrimitive == "decimal" || rules->strPrimitive == "double" ||
                      rules->strPrimitive == "float";
   facets.enumerations = rules->enumeration;
+  if (const auto lngLeast = rules->minLength()) facets.strMinLength = std::to_string(*lngLeast);
   if (const auto lngMost = rules->maxLength()) facets.strMaxLength = std::to_string(*lngMost);
+  if (!facets.blnNumber) return facets;
+  facets.strLeast = bound(*rules, "minInclusive");
+  facets.strMost = bound(*rules, "maxInclusive");
   return facets;
 }

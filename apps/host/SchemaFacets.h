@@ -12,7 +12,10 @@ struct Facets {
   bool blnRequired = false;  // every valid message has the element
   bool blnDate = false;
   bool blnNumber = false;
+  std::string strMinLength;
   std::string strMaxLength;
+  std::string strLeast;  // of a number
+  std::string strMost;
   std::vector<std::string> enumerations;
 };
 

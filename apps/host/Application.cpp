@@ -301,9 +301,7 @@ std::string Application::token(const std::string& strPath) const {
   return makeToken(store_.key(), strPath, millisecondsNow());
 }
 
-std::int64_t Application::mostRowsShown() const {
-  return static_cast<std::int64_t>(options_.lngMaxRows) + kMoreRows;
-}
+std::int64_t Application::mostRowsShown() const { return mostRows() + kMoreRows; }
 
 FormView Application::viewFor(const Post& post) const {
   const StoredForm& stored = post.stored;

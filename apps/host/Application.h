@@ -72,6 +72,7 @@ class Application {
 
   /// The answer to a request whose body or origin is not acceptable; none for a good one.
   std::optional<HttpResponse> refusal(const HttpRequest& request) const;
+  HttpResponse tooLarge(const HttpRequest& request) const;
   void keepPosted(const HttpRequest& request, const ViewElement& trouble) const;
   RunResult run(const Post& post, bool blnSubmit);
   void logWhatNobodyMends(const Post& post,
@@ -85,6 +86,8 @@ class Application {
                         const StoredForm& form, const RunResult* run) const;
   static void logRefusal(const HttpRequest& request, unsigned lngStatus, const char* title);
   std::string token(const std::string& strPath) const;
+  std::int64_t mostRows() const { return static_cast<std::int64_t>(options_.lngMaxRows); }
+  std::int64_t mostCells() const { return static_cast<std::int64_t>(options_.lngMaxCells); }
   std::int64_t mostRowsShown() const;
   nlohmann::ordered_json stateJson(const StoredForm& form, const RunResult* run,
                                    const std::string& strError = "") const;

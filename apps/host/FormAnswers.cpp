@@ -61,6 +61,18 @@ std::int64_t rowCount(const Question& table, const Answers& answers, std::int64_
   return lngCount;
 }
 
+std::int64_t cellCount(const PageModel& page, const Answers& answers, std::int64_t lngMost) {
+  std::int64_t lngCells = 0;
+  for (const Section& section : page.sections) {
+    for (const Question& question : section.questions) {
+      if (!question.blnTable || !question.blnDynamic) continue;
+      lngCells +=
+          rowCount(question, answers, lngMost) * static_cast<std::int64_t>(question.columns.size());
+    }
+  }
+  return lngCells;
+}
+
 std::int64_t postedVersion(const Answers& answers) {
   return rowNumber(answerTo(answers, "_version"), INT64_MAX);
 }

@@ -21,6 +21,9 @@ const Question* findTable(const PageModel& page, std::string_view strId);
 /// cell. More than `lngMost` is told as `lngMost + 1`.
 std::int64_t rowCount(const Question& table, const Answers& answers, std::int64_t lngMost);
 
+/// How many cells the answers give all dynamic tables together.
+std::int64_t cellCount(const PageModel& page, const Answers& answers, std::int64_t lngMost);
+
 /// The version that the page was made from which posted these answers; 0 when they do not tell.
 std::int64_t postedVersion(const Answers& answers);
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 #include <set>
+#include <span>
 #include <utility>
 
 #include "host/FormAnswers.h"
@@ -12,6 +13,8 @@
 using Varnel_Tolv_XML_Creation::fieldNameOf;
 
 namespace {
+
+constexpr std::size_t kMostListed = 200;  // in the summary
 
 std::string anchorOf(const std::string& strQuestion) { return "q-" + strQuestion; }
 std::string anchorOf(const std::string& strQuestion, const std::string& strRow) {
@@ -378,7 +381,8 @@ void FormWriter::writeSections(const ViewElement& root) {
 }
 
 void FormWriter::writeSummary(const ViewElement& root) const {
-  for (const Listed& each : listed_) {
+  std::size_t lngListed = std::min(listed_.size(), kMostListed);
+  for (const Listed& each : std::span(listed_).first(lngListed)) {
     const ViewElement problem = root.add("problem");
     const ViewElement place = problem.add("place", each.strLabel);
     place.set("anchor", each.strAnchor);
@@ -387,11 +391,15 @@ void FormWriter::writeSummary(const ViewElement& root) const {
     if (!each.strMessage.empty()) problem.add("message", each.strMessage);
   }
   const auto unplaced = errors_.find("");
-  if (unplaced == errors_.end()) return;
-  for (const FormError* const error : unplaced->second) {
-    root.add("problem", error->strInFull).setFlag("unmendable", error->strQuestion.empty());
+  const std::size_t lngUnplaced = unplaced == errors_.end() ? 0 : unplaced->second.size();
+  for (std::size_t at = 0; at < lngUnplaced && lngListed < kMostListed; ++at, ++lngListed) {
+    const FormError& error = *unplaced->second[at];
+    root.add("problem", error.strInFull).setFlag("unmendable", error.strQuestion.empty());
   }
 }
+  const std::size_t lngProblems = listed_.size() + lngUnplaced;
+  if (lngProblems > 0) root.set("problems", std::to_string(lngProblems));
+  if (lngProblems > lngListed) root.set("listed", std::to_string(lngListed));
 
 void FormWriter::writeHidden(const ViewElement& root) const {
   for (const HiddenField& field : view_.page->hidden) {

@@ -39,6 +39,8 @@ std::size_t fieldsIn(const HttpRequest& request) {
   return static_cast<std::size_t>(std::ranges::count(request.strBody, '&')) + 1;
 }
 
+constexpr const char* kTooLarge = "The form is too large";
+
 Metrics::Outcome counted(RunOutcome outcome) {
   switch (outcome) {
     case RunOutcome::parked:
@@ -67,8 +69,7 @@ std::optional<HttpResponse> Application::refusal(const HttpRequest& request) con
   }
   // Up to twice as many are read, to be shown as they were typed.
   if (fieldsIn(request) / 2 > options_.lngMaxRows) {
-    return trouble(request, 422, "The form is too large",
-                   "It has more fields than are taken at a time. Nothing was saved.");
+    return tooLarge(request);
   }
   return std::nullopt;
 }
@@ -77,6 +78,12 @@ std::optional<HttpResponse> Application::refusal(const HttpRequest& request) con
 void Application::keepPosted(const HttpRequest& request, const ViewElement& trouble) const {
   const bool blnForm =
       request.strPath.starts_with("/forms/") || request.strPath.starts_with("/parked/");
+/// To a form that is so large that not even its page is made.
+HttpResponse Application::tooLarge(const HttpRequest& request) const {
+  return trouble(request, 422, kTooLarge,
+                 "It has more fields or rows than are taken at a time. Nothing was saved.");
+}
+
   if (request.strMethod != "POST" || !blnForm || isFromElsewhere(request) ||
       !isFormBody(request.strContentType) || fieldsIn(request) / 2 > options_.lngMaxRows) {
     return;
@@ -112,6 +119,10 @@ HttpResponse Application::post(const HttpRequest& request, std::string_view strN
                                            answerTo(post.answers, "_token"), millisecondsNow());
   if (tokenState != TokenState::good) {
     logEvent("token-refused", {{"stale", tokenState == TokenState::stale}});
+  if (cellCount(post.deployment->page(), post.answers, mostRowsShown()) > 2 * mostCells()) {
+    return tooLarge(request);
+  }
+
     return asTyped(post, 403, "token");
   }
 
@@ -125,10 +136,11 @@ HttpResponse Application::post(const HttpRequest& request, std::string_view strN
   }
 }
 
-/// Whether it has more fields, or one of its tables more rows, than are taken.
+/// Whether it has more fields or cells, or one of its tables more rows, than are taken.
 bool Application::isTooLarge(const Post& post) const {
   if (fieldsIn(post.request) > options_.lngMaxRows) return true;
-  const auto lngMost = static_cast<std::int64_t>(options_.lngMaxRows);
+  const std::int64_t lngMost = mostRows();
+  if (cellCount(post.deployment->page(), post.answers, lngMost) > mostCells()) return true;
   for (const Section& section : post.deployment->page().sections) {
     for (const Question& question : section.questions) {
       if (question.blnTable && rowCount(question, post.answers, lngMost) > lngMost) return true;
@@ -141,7 +153,7 @@ HttpResponse Application::act(Post& post) {
   const std::string_view strAction = post.strAction;
   if (strAction.starts_with("remove-row:")) return changeRows(post);  // so it can become smaller
   if (isTooLarge(post)) {
-    logRefusal(post.request, 422, "The form is too large");
+    logRefusal(post.request, 422, kTooLarge);
     return asTyped(post, 422, "rows");
   }
   if (strAction.starts_with("add-row:")) return changeRows(post);
@@ -181,7 +193,9 @@ HttpResponse Application::changeRows(Post& post) {
     return trouble(post.request, 422, "The row cannot be added or removed",
                    "There is no such table or row.");
   }
-  if (blnAdd && lngCount >= static_cast<std::int64_t>(options_.lngMaxRows)) {
+  const std::int64_t lngCells = cellCount(post.deployment->page(), post.answers, lngMost);
+  if (blnAdd && (lngCount >= mostRows() ||
+                 lngCells + static_cast<std::int64_t>(table->columns.size()) > mostCells())) {
     logRefusal(post.request, 422, "The table has as many rows as are taken");
     return asTyped(post, 422, "rows");
   }
@@ -235,8 +249,7 @@ StoredForm Application::next(const Post& post, const RunResult& run, const char*
   form.strDeployment = post.deployment->name();
   form.strState = state;
   form.strParkXml = run.strParkXml;
-  form.strRowCounts = rowCountsOf(post.deployment->page(), post.answers,
-                                  static_cast<std::int64_t>(options_.lngMaxRows));
+  form.strRowCounts = rowCountsOf(post.deployment->page(), post.answers, mostRows());
   form.strResult = run.strJson;
   form.strChanged = momentText();
   if (form.strCreated.empty()) form.strCreated = form.strChanged;
@@ -257,8 +270,7 @@ bool Application::save(const Post& post, StoredForm& form, const std::function<b
     const std::optional<StoredForm> stored = store_.find(form.strId);
     if (!stored || stored->strState == "accepted" || stored->lngVersion < form.lngVersion ||
         !sameAnswers(post.deployment->page(), post.answers,
-                     answersIn(stored->strParkXml, stored->strRowCounts),
-                     static_cast<std::int64_t>(options_.lngMaxRows))) {
+                     answersIn(stored->strParkXml, stored->strRowCounts), mostRows())) {
       return false;
     }
     form.lngVersion = stored->lngVersion + 1;
@@ -308,8 +320,7 @@ HttpResponse Application::conflict(Post& post) {
     return redirect(post.request, "/messages/" + post.stored.strId, post.stored, nullptr);
   }
   Answers stored = answersIn(post.stored.strParkXml, post.stored.strRowCounts);
-  if (sameAnswers(post.deployment->page(), post.answers, stored,
-                  static_cast<std::int64_t>(options_.lngMaxRows)) &&
+  if (sameAnswers(post.deployment->page(), post.answers, stored, mostRows()) &&
       post.strAction != "submit") {
     return redirect(post.request, "/parked/" + post.stored.strId, post.stored, nullptr);
   }
@@ -328,8 +339,7 @@ HttpResponse Application::submit(Post& post) {
   const std::int64_t lngFrom = postedVersion(post.answers);
   if (lngFrom != post.stored.lngVersion) {
     const Answers stored = answersIn(post.stored.strParkXml, post.stored.strRowCounts);
-    if (!sameAnswers(post.deployment->page(), post.answers, stored,
-                     static_cast<std::int64_t>(options_.lngMaxRows))) {
+    if (!sameAnswers(post.deployment->page(), post.answers, stored, mostRows())) {
       return conflict(post);
     }
   }

@@ -156,7 +156,7 @@
   <xsl:template name="summary">
     <div class="summary" role="alert" tabindex="-1" id="summary" autofocus="autofocus" aria-labelledby="summary-title">
       <h2 id="summary-title">
-        <xsl:variable name="count" select="count(problem)"/>
+        <xsl:variable name="count" select="@problems"/>
         <xsl:choose>
           <xsl:when test="@conflict"><xsl:value-of select="$count"/>
             <xsl:choose><xsl:when test="$count = 1"> answer differs</xsl:when><xsl:otherwise> answers differ</xsl:otherwise></xsl:choose></xsl:when>
@@ -168,6 +168,9 @@
         <p>The form was saved and not sent. Mend what is wrong and send it again.</p>
       </xsl:if>
       <ul>
+      <xsl:if test="@listed">
+        <p>The first <xsl:value-of select="@listed"/> are listed here; the others stand beside their questions, or are told when these are mended.</p>
+      </xsl:if>
         <xsl:apply-templates select="problem"/>
       </ul>
     </div>

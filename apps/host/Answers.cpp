@@ -1,5 +1,6 @@
 #include "host/Answers.h"
 
+#include <algorithm>
 #include <charconv>
 
 #include "XmlCharacters.h"
@@ -19,6 +20,14 @@ Answers decodeBody(std::string_view strBody) {
     answers.try_emplace(withXmlCharacters(strName), withXmlCharacters(form.formItem(strName)));
   }
   return answers;
+}
+
+bool isUnreadable(std::string_view strAnswer) {
+  return strAnswer.find(kReplacement) != std::string_view::npos;
+}
+
+bool hasUnreadable(const Answers& answers) {
+  return std::ranges::any_of(answers, [](const auto& each) { return isUnreadable(each.second); });
 }
 
 std::string lowered(std::string_view strText) {

@@ -317,6 +317,7 @@ FormView Application::viewFor(const Post& post) const {
   view.strToken = token(view.strAction);
   view.answers = post.answers;
   view.lngMostRows = mostRowsShown();
+  if (hasUnreadable(view.answers)) view.strNotice = "characters";
   return view;
 }
 
@@ -338,10 +339,13 @@ HttpResponse Application::render(unsigned lngStatus, const ViewDocument& view,
   return text("text/html; charset=utf-8", stylesheet.apply(view), lngStatus);
 }
 
-HttpResponse Application::redirect(const HttpRequest& request, const std::string& strTo,
+HttpResponse Application::redirect(const Post& post, const std::string& strTo,
                                    const StoredForm& form, const RunResult* result) const {
   HttpResponse response{.lngStatus = 303, .strContentType = "", .strBody = "", .headers = {}};
-  if (wantsJson(request)) response = text(kJson, dumped(stateJson(form, result)), 303);
+  if (wantsJson(post.request)) {
+    const char* const notice = hasUnreadable(post.answers) ? "characters" : "";
+    response = text(kJson, dumped(stateJson(form, result, notice)), 303);
+  }
   response.headers.emplace_back("Location", strTo);
   return response;
 }

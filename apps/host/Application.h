@@ -82,8 +82,8 @@ class Application {
   HttpResponse page(const Post& post, unsigned lngStatus, const FormView& view,
                     const RunResult* run = nullptr);
   HttpResponse render(unsigned lngStatus, const ViewDocument& view, const Stylesheet& stylesheet);
-  HttpResponse redirect(const HttpRequest& request, const std::string& strTo,
-                        const StoredForm& form, const RunResult* run) const;
+  HttpResponse redirect(const Post& post, const std::string& strTo, const StoredForm& form,
+                        const RunResult* run) const;
   static void logRefusal(const HttpRequest& request, unsigned lngStatus, const char* title);
   std::string token(const std::string& strPath) const;
   std::int64_t mostRows() const { return static_cast<std::int64_t>(options_.lngMaxRows); }

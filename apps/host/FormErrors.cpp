@@ -4,6 +4,9 @@
 #include <tuple>
 #include <utility>
 
+#include "host/FormAnswers.h"
+#include "varnel_xml_creation/platform/host/WebRequest.h"
+
 using namespace Varnel_Tolv_XML_Creation;
 
 namespace {
@@ -59,4 +62,43 @@ std::vector<FormError> errorsOf(const RunReport& report, const Catalogue& catalo
   }
   for (const AnswerLoss& loss : report.losses) list.add(loss, "loss\n" + loss.reason, catalogue);
   return list.take();
+}
+
+std::vector<FormError> unreadableAnswers(const PageModel& page, const Answers& answers,
+                                         std::int64_t lngMostRows) {
+  std::vector<FormError> errors;
+  if (!hasUnreadable(answers)) return errors;
+  std::set<std::string, std::less<>> known;
+  const auto look = [&](const std::string& strName, FormError error, const std::string& strPlace) {
+    known.insert(strName);
+    if (!isUnreadable(answerTo(answers, strName))) return;
+    error.strMessage =
+        "A character did not arrive; where it was there is a \xEF\xBF\xBD. Please type it again.";
+    error.strInFull = strPlace + ": " + error.strMessage;
+    errors.push_back(std::move(error));
+  };
+  for (const Section& section : page.sections) {
+    for (const Question& question : section.questions) {
+      const Input& input = question.input;
+      if (!question.blnTable) {
+        look(fieldNameOf(input.strId), {.strQuestion = input.strId}, input.strLabel);
+        continue;
+      }
+      const std::int64_t lngRows = question.blnDynamic
+                                       ? rowCount(question, answers, lngMostRows)
+                                       : static_cast<std::int64_t>(question.rows.size());
+      for (std::int64_t lngRow = 1; lngRow <= lngRows; ++lngRow) {
+        const std::string strRow = std::to_string(lngRow);
+        for (const Input& column : question.columns) {
+          look(cellName(question, column, lngRow),
+               {.strQuestion = input.strId, .strRow = strRow, .strColumn = column.strId},
+               input.strLabel + ", " + strRow + ", " + column.strLabel);
+        }
+      }
+    }
+  }
+  for (const auto& [strName, strValue] : answers) {
+    if (!known.contains(strName)) look(strName, {.strQuestion = strName}, strName);
+  }
+  return errors;
 }

@@ -4,16 +4,18 @@
 #include <vector>
 
 #include "Catalogue.h"
+#include "host/Answers.h"
+#include "host/PageModel.h"
 #include "varnel_xml_creation/result/RunReport.h"
 
 /// What is wrong with an answer. Row and column are empty for a question that is no table; all
 /// three are empty for an error that no answer can mend, which then has no text either.
 struct FormError {
-  std::string strQuestion;
-  std::string strRow;
-  std::string strColumn;
-  std::string strMessage;  // for one who sees the place
-  std::string strInFull;   // the same with the place
+  std::string strQuestion = {};
+  std::string strRow = {};
+  std::string strColumn = {};
+  std::string strMessage = {};  // for one who sees the place
+  std::string strInFull = {};   // the same with the place
 };
 
 /// The errors of a report at the places where they can be mended, in its order: first the schema's,
@@ -21,3 +23,7 @@ struct FormError {
 /// message the cause makes wrong; one alone for all that no answer can mend.
 std::vector<FormError> errorsOf(const Varnel_Tolv_XML_Creation::RunReport& report,
                                 const Catalogue& catalogue);
+
+/// One for each answer that has a character which did not arrive.
+std::vector<FormError> unreadableAnswers(const PageModel& page, const Answers& answers,
+                                         std::int64_t lngMostRows);

@@ -380,6 +380,7 @@ void FormWriter::writeSections(const ViewElement& root) {
   }
 }
 
+/// All of them stand at their places; the list of very many would only be longer than the page.
 void FormWriter::writeSummary(const ViewElement& root) const {
   std::size_t lngListed = std::min(listed_.size(), kMostListed);
   for (const Listed& each : std::span(listed_).first(lngListed)) {
@@ -396,10 +397,10 @@ void FormWriter::writeSummary(const ViewElement& root) const {
     const FormError& error = *unplaced->second[at];
     root.add("problem", error.strInFull).setFlag("unmendable", error.strQuestion.empty());
   }
-}
   const std::size_t lngProblems = listed_.size() + lngUnplaced;
   if (lngProblems > 0) root.set("problems", std::to_string(lngProblems));
   if (lngProblems > lngListed) root.set("listed", std::to_string(lngListed));
+}
 
 void FormWriter::writeHidden(const ViewElement& root) const {
   for (const HiddenField& field : view_.page->hidden) {

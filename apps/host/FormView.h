@@ -15,8 +15,9 @@ struct FormView {
   std::string strAction;  // the address that the page posts to
   std::string strId;      // empty: not parked yet
   std::string strState;   // new, parked, refused or accepted
-  std::string
-      strNotice;  // conflict, accepted, not-checked, failed, store, token, rows: what happened
+  // What happened: conflict, accepted, not-checked, failed, store, token, rows; or else characters,
+  // when some did not arrive.
+  std::string strNotice;
   bool blnUnsaved = false;  // what the page shows was posted and is not in the store
   std::string strSaved;     // when it was parked last
   std::int64_t lngVersion = 0;

@@ -1,6 +1,7 @@
 // What the application does with a form that is posted.
 #include <algorithm>
 #include <filesystem>
+#include <iterator>
 
 #include "host/Application.h"
 #include "host/FormAnswers.h"
@@ -22,24 +23,27 @@ bool isFromElsewhere(const HttpRequest& request) {
   return lngHost == std::string::npos || strOrigin.substr(lngHost + 3) != request.strHost;
 }
 
+/// Whether the kind is that of a form, and its character set UTF-8 where it tells one.
 bool isFormBody(const std::string& strContentType) {
   std::string strType = lowered(strContentType);
-  std::erase(strType, ' ');
-  std::erase(strType, '"');
-  constexpr std::string_view kForm = "application/x-www-form-urlencoded";
-  if (!strType.starts_with(kForm)) return false;
-  const std::string_view strRest = std::string_view(strType).substr(kForm.size());
-  if (!strRest.empty() && !strRest.starts_with(';')) return false;
-  const std::size_t lngCharset = strRest.find("charset=");
-  return lngCharset == std::string_view::npos ||
-         strRest.substr(lngCharset + 8).starts_with("utf-8");
+  std::erase_if(strType,
+                [](char letter) { return letter == ' ' || letter == '\t' || letter == '"'; });
+  std::size_t end = std::min(strType.find(';'), strType.size());
+  if (std::string_view(strType).substr(0, end) != "application/x-www-form-urlencoded") return false;
+  while (end < strType.size()) {
+    const std::size_t at = end + 1;
+    end = std::min(strType.find(';', at), strType.size());
+    const std::string_view strWord = std::string_view(strType).substr(at, end - at);
+    if (strWord.starts_with("charset=") && strWord != "charset=utf-8") return false;
+  }
+  return true;
 }
+
+constexpr const char* kTooLarge = "The form is too large";
 
 std::size_t fieldsIn(const HttpRequest& request) {
   return static_cast<std::size_t>(std::ranges::count(request.strBody, '&')) + 1;
 }
-
-constexpr const char* kTooLarge = "The form is too large";
 
 Metrics::Outcome counted(RunOutcome outcome) {
   switch (outcome) {
@@ -74,16 +78,16 @@ std::optional<HttpResponse> Application::refusal(const HttpRequest& request) con
   return std::nullopt;
 }
 
-/// Puts what a form posted into the page of a trouble. Needs neither the store nor a deployment.
-void Application::keepPosted(const HttpRequest& request, const ViewElement& trouble) const {
-  const bool blnForm =
-      request.strPath.starts_with("/forms/") || request.strPath.starts_with("/parked/");
 /// To a form that is so large that not even its page is made.
 HttpResponse Application::tooLarge(const HttpRequest& request) const {
   return trouble(request, 422, kTooLarge,
                  "It has more fields or rows than are taken at a time. Nothing was saved.");
 }
 
+/// Puts what a form posted into the page of a trouble. Needs neither the store nor a deployment.
+void Application::keepPosted(const HttpRequest& request, const ViewElement& trouble) const {
+  const bool blnForm =
+      request.strPath.starts_with("/forms/") || request.strPath.starts_with("/parked/");
   if (request.strMethod != "POST" || !blnForm || isFromElsewhere(request) ||
       !isFormBody(request.strContentType) || fieldsIn(request) / 2 > options_.lngMaxRows) {
     return;
@@ -115,14 +119,14 @@ HttpResponse Application::post(const HttpRequest& request, std::string_view strN
   post.strAction = answerTo(post.answers, "_action");
   completeAnswers(post.deployment->page(), post.answers, mostRowsShown());
 
-  const TokenState tokenState = checkToken(store_.key(), request.strPath,
-                                           answerTo(post.answers, "_token"), millisecondsNow());
-  if (tokenState != TokenState::good) {
-    logEvent("token-refused", {{"stale", tokenState == TokenState::stale}});
   if (cellCount(post.deployment->page(), post.answers, mostRowsShown()) > 2 * mostCells()) {
     return tooLarge(request);
   }
 
+  const TokenState tokenState = checkToken(store_.key(), request.strPath,
+                                           answerTo(post.answers, "_token"), millisecondsNow());
+  if (tokenState != TokenState::good) {
+    logEvent("token-refused", {{"stale", tokenState == TokenState::stale}});
     return asTyped(post, 403, "token");
   }
 
@@ -168,7 +172,7 @@ HttpResponse Application::act(Post& post) {
 HttpResponse Application::asTyped(const Post& post, unsigned lngStatus, const char* notice,
                                   const RunResult* run) {
   FormView view = viewFor(post);
-  view.strNotice = notice;
+  if (*notice != '\0') view.strNotice = notice;
   view.blnUnsaved = true;
   view.lngVersion = postedVersion(post.answers);
   return page(post, lngStatus, view, run);
@@ -295,7 +299,7 @@ HttpResponse Application::parkNew(Post& post) {
   }
   metrics_.countParked();
   logEvent("parked", {{"form", form.strDeployment}, {"id", form.strId}, {"version", 1}});
-  return redirect(post.request, "/parked/" + form.strId, form, &result);
+  return redirect(post, "/parked/" + form.strId, form, &result);
 }
 
 HttpResponse Application::parkAgain(Post& post) {
@@ -308,7 +312,7 @@ HttpResponse Application::parkAgain(Post& post) {
   if (!replace(post, form)) return conflict(post);
   logEvent("parked",
            {{"form", form.strDeployment}, {"id", form.strId}, {"version", form.lngVersion}});
-  return redirect(post.request, "/parked/" + form.strId, form, &result);
+  return redirect(post, "/parked/" + form.strId, form, &result);
 }
 
 /// The form is not what the page was made from. Pressing a button twice is no conflict: what would
@@ -317,12 +321,12 @@ HttpResponse Application::conflict(Post& post) {
   if (auto stored = store_.find(post.stored.strId)) post.stored = *std::move(stored);
   const bool blnAccepted = post.stored.strState == "accepted";
   if (blnAccepted && post.strAction == "submit") {
-    return redirect(post.request, "/messages/" + post.stored.strId, post.stored, nullptr);
+    return redirect(post, "/messages/" + post.stored.strId, post.stored, nullptr);
   }
   Answers stored = answersIn(post.stored.strParkXml, post.stored.strRowCounts);
   if (sameAnswers(post.deployment->page(), post.answers, stored, mostRows()) &&
       post.strAction != "submit") {
-    return redirect(post.request, "/parked/" + post.stored.strId, post.stored, nullptr);
+    return redirect(post, "/parked/" + post.stored.strId, post.stored, nullptr);
   }
   logEvent("conflict", {{"form", post.stored.strDeployment},
                         {"id", post.stored.strId},
@@ -353,11 +357,13 @@ HttpResponse Application::submit(Post& post) {
     logEvent("accepted",
              {{"form", form.strDeployment}, {"id", form.strId}, {"version", form.lngVersion}});
     onAccepted_();
-    return redirect(post.request, "/messages/" + form.strId, form, &result);
+    return redirect(post, "/messages/" + form.strId, form, &result);
   }
   if (result.outcome != RunOutcome::refused) return saveWithoutVerdict(post, result);
 
   std::vector<FormError> errors = errorsOf(result.report, post.deployment->texts());
+  std::ranges::move(unreadableAnswers(post.deployment->page(), post.answers, mostRowsShown()),
+                    std::back_inserter(errors));
   StoredForm form = next(post, result, "refused");
   if (!replace(post, form)) return conflict(post);
   logEvent("refused", {{"form", form.strDeployment},

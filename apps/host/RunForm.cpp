@@ -57,6 +57,9 @@ RunResult runForm(const FormDeployment& deployment, const Answers& answers, bool
     return run;
   }
   run.outcome = outcomeOf(outputs, run.report, blnSubmit);
+  if (run.outcome == RunOutcome::accepted && hasUnreadable(answers)) {
+    run.outcome = RunOutcome::refused;
+  }
   run.strParkXml = outputs.objParkXML.xml();
   if (outputs.objSendXML) run.strMessage = outputs.objSendXML.xml();
   if (run.outcome == RunOutcome::failed || run.outcome == RunOutcome::notChecked) {

@@ -10,7 +10,8 @@ class FormDeployment;
 enum class RunOutcome {
   parked,      // the answers were stored in the object list, as asked
   accepted,    // the schema finds the message valid, and every answer that is to be sent is in it
-  refused,     // there is a message; the schema finds it invalid, or it lacks an answer
+  refused,     // there is a message; the schema finds it invalid, or it lacks an answer, or an
+               // answer is not what was typed
   notChecked,  // there is a message, and nobody knows
   failed,      // there is no message, or no parked form
 };

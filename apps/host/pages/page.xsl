@@ -146,6 +146,7 @@
         <xsl:when test="@notice = 'store'">The store cannot be reached. Your answers still stand below and were not saved just now: please press the button again in a moment.</xsl:when>
         <xsl:when test="@notice = 'token'">This page was open for too long, or did not come from here. Your answers still stand below and were not saved yet: please press the button again.</xsl:when>
         <xsl:when test="@notice = 'rows'">The form has as many rows as can be taken, or more. Your answers still stand below and were not saved: take rows away, then save them.</xsl:when>
+        <xsl:when test="@notice = 'characters'">Some characters did not arrive as they were typed; where they were there is a &#xFFFD;. Such a form can be saved, and sent as soon as these answers are typed again.</xsl:when>
       </xsl:choose>
     </xsl:variable>
     <xsl:if test="string($text)">
@@ -167,10 +168,10 @@
       <xsl:if test="not(@conflict)">
         <p>The form was saved and not sent. Mend what is wrong and send it again.</p>
       </xsl:if>
-      <ul>
       <xsl:if test="@listed">
         <p>The first <xsl:value-of select="@listed"/> are listed here; the others stand beside their questions, or are told when these are mended.</p>
       </xsl:if>
+      <ul>
         <xsl:apply-templates select="problem"/>
       </ul>
     </div>

@@ -40,6 +40,10 @@ TEST_F(BadInput, IsToldByStatusAndPage) {
       {"another character set", "POST", "/forms/inspection", strForm + "; charset=utf-16", strToken,
        415},
       {"a type that only begins alike", "POST", "/forms/inspection", strForm + "x", strToken, 415},
+      {"a character set that only begins like UTF-8", "POST", "/forms/inspection",
+       strForm + "; charset=utf-8x", strToken, 415},
+      {"one of two character sets", "POST", "/forms/inspection",
+       strForm + ";charset=utf-8;charset=latin1", strToken, 415},
       {"the type with its character set", "POST", "/forms/inspection",
        strForm + "; charset=\"UTF-8\"", strToken, 303},
       {"3 MB", "POST", "/forms/inspection", strForm, std::string(3'000'000, 'a'), 413},
@@ -160,6 +164,97 @@ TEST_F(BadInput, OfCharactersThatXmlLacksIsShownByTheirReplacement) {
   EXPECT_TRUE(
       page.shows("value=\"a" + strMark + 'b' + strMark + 'c' + strMark + 'd' + strMark + "e"));
   EXPECT_TRUE(page.shows("value=\"a, b\""));
+}
+
+/// It may be kept as far as it came; what is sent must be what was typed.
+TEST_F(BadInput, OfCharactersThatDidNotArriveIsNotSent) {
+  const struct {
+    const char *says, *name;
+    std::string value;
+    const char* link;
+  } cases[] = {
+      {"another character set", "ownername", "J\xF8rgen", "#q-ownername"},
+      {"a byte that UTF-8 has not", "areas___remark_5", "Dry\xFF", "#q-areas-5-remark"},
+      {"a control character", "remarks", "a\x01", "#q-remarks"},
+      {"NUL", "weather", std::string("clear\0", 6), "#q-weather"},
+      {"the mark, as a page shows it", "ownername", "J\xEF\xBF\xBDrgen", "#q-ownername"},
+      {"a name that the page has not", "a\xFF", "1\xFF", ""},
+  };
+  const Form complete = exampleForm("complete.form");
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    const std::string strPlace = parked(host_, complete);
+    const HttpAnswer page = host_.get(strPlace);
+    EXPECT_FALSE(page.shows("did not arrive"));
+    Form form = filledIn(page, complete, "submit");
+    form[c.name] = c.value;
+    const HttpAnswer answer = host_.post(strPlace, form);
+    EXPECT_EQ(answer.status, 422);
+    EXPECT_TRUE(answer.shows("Some characters did not arrive"));
+    EXPECT_TRUE(answer.shows("A character did not arrive"));
+    EXPECT_TRUE(answer.shows("href=\"" + std::string(c.link) + '"') || *c.link == '\0');
+    EXPECT_EQ(host_.get("/messages" + strPlace.substr(7)).status, 404);
+    const HttpAnswer json =
+        host_.post(strPlace, filledIn(answer, form, "submit"), {{"Accept", "application/json"}});
+    EXPECT_EQ(nlohmann::json::parse(json.body)["error"], "characters");
+    EXPECT_EQ(host_.post(strPlace, filledIn(host_.get(strPlace), complete, "submit")).status, 303);
+  }
+
+  // Such a form can be kept. When it is opened it tells so, and it is not sent as it stands there.
+  Form draft = complete;
+  draft["ownername"] = "J\xF8rgen";
+  const std::string strPlace = parked(host_, draft);
+  const HttpAnswer opened = host_.get(strPlace);
+  EXPECT_TRUE(opened.shows("Some characters did not arrive"));
+  EXPECT_TRUE(opened.shows("value=\"J\xEF\xBF\xBDrgen\""));
+  draft["ownername"] = "J\xEF\xBF\xBDrgen";
+  EXPECT_EQ(host_.post(strPlace, filledIn(opened, draft, "submit")).status, 422);
+}
+
+TEST_F(BadInput, OfTooManyCellsLosesNoAnswer) {
+  const Host host(words({"--max-cells", "40"}));
+  Form form = exampleForm("draft.form");
+  form["town"] = "Typed";
+  form["defects_rowCount"] = "1";
+  form["meters_rowCount"] = "8";
+  const auto post = [&](const char* button) {
+    return host.post("/forms/inspection", filledIn(host.get("/forms/inspection"), form, button));
+  };
+  EXPECT_EQ(post("park").status, 303);
+  form["meters_rowCount"] = "15";
+  for (const char* const button : {"park", "add-row:meters"}) {
+    const HttpAnswer answer = post(button);
+    EXPECT_EQ(answer.status, 422);
+    EXPECT_TRUE(answer.shows("as many rows as can be taken, or more"));
+    EXPECT_TRUE(answer.shows("value=\"Typed\""));
+  }
+  EXPECT_EQ(post("remove-row:meters:9").status, 200);
+  form["meters_rowCount"] = "500";
+  const HttpAnswer answer = post("remove-row:meters:9");
+  EXPECT_EQ(answer.status, 422);
+  EXPECT_LT(answer.body.size(), 5000u);
+}
+
+TEST_F(BadInput, WithVeryManyErrorsIsToldEachAtItsPlaceAndTheFirstInTheSummary) {
+  constexpr int kRows = 300;
+  const Host host(words());
+  Form form = exampleForm("complete.form");
+  form["meters_rowCount"] = std::to_string(kRows);
+  for (int row = 1; row <= kRows; ++row) {
+    const std::string strRow = std::to_string(row);
+    form["meters___meter_" + strRow] = "water";
+    form["meters___reading_" + strRow] = "much";
+    form["meters___readon_" + strRow] = "12.01.2026";
+  }
+  const std::string strPlace = parked(host, form);
+  const HttpAnswer answer = host.post(strPlace, filledIn(host.get(strPlace), form, "submit"));
+  EXPECT_EQ(answer.status, 422);
+  EXPECT_TRUE(answer.shows("There are 300 errors"));
+  EXPECT_TRUE(answer.shows("The first 200 are listed here"));
+  const std::string strSummary = partOf(answer, "id=\"summary\"", "</div>");
+  EXPECT_NE(strSummary.find("#q-meters-200-reading"), std::string::npos);
+  EXPECT_EQ(strSummary.find("#q-meters-201-reading"), std::string::npos);
+  EXPECT_TRUE(answer.shows("id=\"q-meters-300-reading-error\""));
 }
 
 TEST_F(BadInput, WithATokenThatIsNotGoodLosesNoAnswer) {

@@ -12,6 +12,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/schema/SchemaReport.h"
 #include "platform/schema/ValidatingReader.h"
 
 // Checks a message of FIELDS fields, and a table of 20 rows and 5 columns for each 100 of them,
@@ -168,8 +169,8 @@ class Counter : public SaxHandler {
   void startElement(std::string_view, std::string_view, std::string_view,
                     const SaxAttributes&) override {}
   void endElement(std::string_view, std::string_view, std::string_view) override {}
-  void error(const SaxLocator&, std::string_view strErrorMessage, std::int32_t) override {
-    ++(strErrorMessage.starts_with("The attribute '") ? lngMarks : lngErrors);
+  void error(const SaxLocator&, const SchemaReport& report) override {
+    ++(report.kind == ViolationKind::undeclaredAttribute ? lngMarks : lngErrors);
   }
   void fatalError(const SaxLocator&, std::string_view, std::int32_t) override { ++lngErrors; }
   void ignorableWarning(const SaxLocator&, std::string_view, std::int32_t) override {}

@@ -12,6 +12,7 @@
 #include <string_view>
 
 #include "Check.h"
+#include "platform/schema/SchemaReport.h"
 #include "platform/schema/ValidatingReader.h"
 #include "result/RuntimeError.h"
 
@@ -67,8 +68,8 @@ class Counter : public SaxHandler {
   void endElement(std::string_view, std::string_view, std::string_view) override {
     require(--lngDepth_ >= 0, "no element ends that did not start");
   }
-  void error(const SaxLocator&, std::string_view strErrorMessage, std::int32_t) override {
-    require(!strErrorMessage.empty(), "an error says what is wrong");
+  void error(const SaxLocator&, const SchemaReport& report) override {
+    require(!report.strMessage.empty(), "an error says what is wrong");
     ++lngErrors;
   }
   void fatalError(const SaxLocator&, std::string_view, std::int32_t) override {}

@@ -32,8 +32,7 @@ class SaxValidator : public SaxHandler {
                     std::string_view strQName, const SaxAttributes& oAttributes) override;
   void endElement(std::string_view strNamespaceURI, std::string_view strLocalName,
                   std::string_view strQName) override;
-  void error(const SaxLocator& oLocator, std::string_view strErrorMessage,
-             std::int32_t nErrorCode) override;
+  void error(const SaxLocator& oLocator, const SchemaReport& report) override;
   void fatalError(const SaxLocator& oLocator, std::string_view strErrorMessage,
                   std::int32_t nErrorCode) override;
   void ignorableWarning(const SaxLocator& oLocator, std::string_view strErrorMessage,
@@ -64,8 +63,7 @@ class SaxValidator : public SaxHandler {
   Place* placeBelow(std::string_view strQName);
   std::string elementPath() const;
 
-  /// Records what is not an undeclared attribute; the trace may tell of its place before.
-  void addError(std::string_view strErrorMessage, bool blnTracePlace);
+  void addError(SchemaErrorKind kind, std::string_view strErrorMessage, std::string strPath);
 
   const Session& session_;
   std::string strLastElement_;

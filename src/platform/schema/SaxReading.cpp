@@ -327,9 +327,7 @@ void SaxReading::flushText() {
 
 void SaxReading::onViolation(const SchemaReport& report) {
   if (blnStopped_) return;
-  if (settings_.errorHandler) {
-    settings_.errorHandler->error(here(), report.strMessage, report.lngCode);
-  }
+  if (settings_.errorHandler) settings_.errorHandler->error(here(), report);
   if (!settings_.blnExhaustive) stop();
 }
 

@@ -15,6 +15,7 @@ class FaultInjector;
 class FileCache;
 class Tree;
 class ViolationHandler;
+struct SchemaReport;
 
 // A streaming reader that checks a text against an XML Schema while it hands out its elements. It
 // reports every violation, in document order, before the content handler hears of the event that
@@ -81,9 +82,8 @@ class SaxHandler {
   virtual void endElement(std::string_view strNamespaceURI, std::string_view strLocalName,
                           std::string_view strQName) = 0;
 
-  /// A violation of the schema: whole sentences, joined by CR LF.
-  virtual void error(const SaxLocator& oLocator, std::string_view strErrorMessage,
-                     std::int32_t nErrorCode) = 0;
+  /// A violation of the schema.
+  virtual void error(const SaxLocator& oLocator, const SchemaReport& report) = 0;
   /// The text is not well-formed; the parse fails when this returns.
   virtual void fatalError(const SaxLocator& oLocator, std::string_view strErrorMessage,
                           std::int32_t nErrorCode) = 0;

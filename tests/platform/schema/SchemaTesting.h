@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "platform/dom/Document.h"
+#include "platform/schema/SchemaReport.h"
 #include "platform/schema/ValidatingReader.h"
 
 // What the tests of the validating reader share.
@@ -73,10 +74,9 @@ class Recorder : public SaxHandler {
     strPath.resize(strPath.rfind('/'));
     if (blnEvents) lines.push_back(">" + std::string(strQName));
   }
-  void error(const SaxLocator& /*oLocator*/, std::string_view strErrorMessage,
-             std::int32_t nErrorCode) override {
-    lines.push_back(strPath + ": " + joined(strErrorMessage));
-    codes.push_back(nErrorCode);
+  void error(const SaxLocator& /*oLocator*/, const SchemaReport& report) override {
+    lines.push_back(strPath + ": " + joined(report.strMessage));
+    codes.push_back(report.lngCode);
   }
   void fatalError(const SaxLocator& oLocator, std::string_view strErrorMessage,
                   std::int32_t nErrorCode) override {

@@ -165,7 +165,6 @@ class SchemaFile {
 
 class Counter : public SaxHandler {
  public:
-  void documentLocator(const SaxLocator&) override {}
   void startElement(std::string_view, std::string_view, std::string_view,
                     const SaxAttributes&) override {}
   void endElement(std::string_view, std::string_view, std::string_view) override {}
@@ -173,7 +172,6 @@ class Counter : public SaxHandler {
     ++(report.kind == ViolationKind::undeclaredAttribute ? lngMarks : lngErrors);
   }
   void fatalError(const SaxLocator&, std::string_view, std::int32_t) override { ++lngErrors; }
-  void ignorableWarning(const SaxLocator&, std::string_view, std::int32_t) override {}
 
   int lngMarks = 0;
   int lngErrors = 0;

@@ -60,7 +60,6 @@ const Schema& schemaNamed(std::string_view strName) {
 
 class Counter : public SaxHandler {
  public:
-  void documentLocator(const SaxLocator&) override {}
   void startElement(std::string_view, std::string_view, std::string_view,
                     const SaxAttributes&) override {
     ++lngDepth_;
@@ -73,7 +72,6 @@ class Counter : public SaxHandler {
     ++lngErrors;
   }
   void fatalError(const SaxLocator&, std::string_view, std::int32_t) override {}
-  void ignorableWarning(const SaxLocator&, std::string_view, std::int32_t) override {}
 
   bool isClosed() const { return lngDepth_ == 0; }
 

@@ -104,11 +104,6 @@ void SaxValidator::fatalError(const SaxLocator& oLocator, std::string_view strEr
   addError(kUnclassified, strErrorMessage, elementPath());
 }
 
-void SaxValidator::ignorableWarning(const SaxLocator& /*oLocator*/,
-                                    std::string_view strErrorMessage, std::int32_t /*nErrorCode*/) {
-  addError(kUnclassified, strErrorMessage, elementPath());
-}
-
 void SaxValidator::addError(SchemaErrorKind kind, std::string_view strErrorMessage,
                             std::string strPath) {
   const auto& [strQuestionId, strRowIndex, strColumnId] = *inForce_;

@@ -27,7 +27,6 @@ class SaxValidator : public SaxHandler {
   /// Borrows the session, for the trace.
   explicit SaxValidator(const Session& session) : session_(session) {}
 
-  void documentLocator(const SaxLocator& /*oLocator*/) override {}
   void startElement(std::string_view strNamespaceURI, std::string_view strLocalName,
                     std::string_view strQName, const SaxAttributes& oAttributes) override;
   void endElement(std::string_view strNamespaceURI, std::string_view strLocalName,
@@ -35,8 +34,6 @@ class SaxValidator : public SaxHandler {
   void error(const SaxLocator& oLocator, const SchemaReport& report) override;
   void fatalError(const SaxLocator& oLocator, std::string_view strErrorMessage,
                   std::int32_t nErrorCode) override;
-  void ignorableWarning(const SaxLocator& oLocator, std::string_view strErrorMessage,
-                        std::int32_t nErrorCode) override;
 
   /// The records, in the order reported.
   const std::vector<SchemaValidationErr>& errors() const noexcept { return errors_; }

@@ -41,9 +41,7 @@ class Reading {
   TestHost host;
   Session session = host.session();
   SaxValidator validator{session};
-  SaxLocator locator{.lineNumber = 7, .columnNumber = 9, .publicId = "", .systemId = ""};
-
-  Reading() { validator.documentLocator(locator); }
+  SaxLocator locator{.lineNumber = 7, .columnNumber = 9};
 
   Reading& start(std::string_view strQName, std::string_view strQuestionId = "",
                  std::string_view strRowIndex = "", std::string_view strColumnId = "") {
@@ -339,17 +337,6 @@ TEST(SaxValidator, RecordsFatalErrorsLikeErrors) {
   EXPECT_EQ(err.xpath + "|" + err.questionId + "|" + err.rowIndex + "|" + err.columnId,
             "/message|q|1|c");
   EXPECT_EQ(err.lastElement, "b");
-}
-
-TEST(SaxValidator, RecordsWarningsLikeErrors) {
-  Reading reading;
-  reading.start("message", "q");
-  reading.validator.ignorableWarning(reading.locator, "MinLength constraint failed.", 3);
-  EXPECT_THAT(reading.host.traceLines(),
-              ElementsAre("SaxValidator: Adding error: MinLength constraint failed."));
-  ASSERT_EQ(reading.validator.errors().size(), 1U);
-  EXPECT_EQ(reading.validator.errors()[0].kind, kUnclassified);
-  EXPECT_EQ(reading.validator.errors()[0].questionId, "q");
 }
 
 TEST(SaxValidator, TracesNothingForElements) {

@@ -116,8 +116,6 @@ std::optional<std::string> DeclaredElement::fixedValue() const {
   return valueOf(declaration_->value, ValueConstraint::Kind::fixed);
 }
 
-bool DeclaredElement::isComplex() const noexcept { return type().blnComplex; }
-
 bool DeclaredElement::holdsText() const noexcept {
   return type().content == TypeDefinition::Content::simple ||
          type().content == TypeDefinition::Content::mixed;
@@ -126,8 +124,6 @@ bool DeclaredElement::holdsText() const noexcept {
 bool DeclaredElement::holdsElements() const noexcept { return type().model != nullptr; }
 
 const void* DeclaredElement::typeKey() const noexcept { return &type(); }
-
-bool DeclaredElement::holdsAnything() const noexcept { return &type() == &schema_->anyType(); }
 
 std::optional<ValueRules> DeclaredElement::value() const {
   const SimpleType* simple = type().simple;
@@ -184,25 +180,5 @@ std::vector<DeclaredElement> DeclaredElement::substitutes() const {
 }
 
 ContentOutline DeclaredElement::content() const { return {*schema_, type()}; }
-
-ContentVerdict DeclaredElement::verdictOn(std::span<const QualifiedName> children) const {
-  constexpr std::size_t kMostExpected = 20;
-  ContentVerdict verdict;
-  if (!type().model) {
-    verdict.blnComplete = children.empty();
-    return verdict;
-  }
-  ContentCursor cursor(*type().model);
-  for (const QualifiedName& child : children) {
-    const NameId name = schema_->names().find(child.strUri, child.strLocal);
-    if (!cursor.accept(name, child.strUri)) break;
-    ++verdict.lngAccepted;
-  }
-  verdict.blnComplete = verdict.lngAccepted == children.size() && cursor.complete();
-  for (const ElementDeclaration* element : cursor.expected(kMostExpected)) {
-    verdict.expected.push_back(nameOf(*schema_, element->name));
-  }
-  return verdict;
-}
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -6,7 +6,6 @@
 #include <limits>
 #include <map>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -61,13 +60,6 @@ struct DeclaredAttribute {
 
 class ContentOutline;
 
-/// What children were found to be in the content of an element.
-struct ContentVerdict {
-  std::size_t lngAccepted = 0;          // how many, from the first on, may stand where they stand
-  bool blnComplete = false;             // all of them may, and nothing is missing behind them
-  std::vector<QualifiedName> expected;  // what could stand behind those that were accepted
-};
-
 /// An element declaration; one without a declaration tests false and must not be asked.
 class VARNEL_EXPORT DeclaredElement {
  public:
@@ -85,10 +77,8 @@ class VARNEL_EXPORT DeclaredElement {
   std::optional<std::string> defaultValue() const;
   std::optional<std::string> fixedValue() const;
 
-  bool isComplex() const noexcept;  // whether it may have attributes or children
   bool holdsText() const noexcept;  // a value, or text between children
   bool holdsElements() const noexcept;
-  bool holdsAnything() const noexcept;  // it is of xs:anyType, such as one without a type
 
   /// The same for all elements of one type, and for no others.
   const void* typeKey() const noexcept;
@@ -109,7 +99,6 @@ class VARNEL_EXPORT DeclaredElement {
 
   /// What may stand in it.
   ContentOutline content() const;
-  ContentVerdict verdictOn(std::span<const QualifiedName> children) const;
 
  private:
   const TypeDefinition& type() const noexcept;

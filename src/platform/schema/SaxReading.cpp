@@ -147,7 +147,6 @@ std::optional<RuntimeError> SaxReading::read(const Tree& tree) {
 template <class Body>
 std::optional<RuntimeError> SaxReading::readBy(const Body& body) {
   try {
-    if (settings_.contentHandler) settings_.contentHandler->documentLocator(locator_);
     body();
     return outcome();
   } catch (const RuntimeError& error) {

@@ -52,12 +52,10 @@ class SchemaCollection {
   std::unique_ptr<Impl> impl_;
 };
 
-/// Where the reader is in its text.
+/// Where the reader is in its text; 0 in that of a tree.
 struct SaxLocator {
   int lineNumber = 0;
   int columnNumber = 0;
-  std::string publicId;
-  std::string systemId;
 };
 
 /// The attributes of a start tag.
@@ -76,7 +74,6 @@ class SaxHandler {
  public:
   virtual ~SaxHandler() = default;
 
-  virtual void documentLocator(const SaxLocator& oLocator) = 0;
   virtual void startElement(std::string_view strNamespaceURI, std::string_view strLocalName,
                             std::string_view strQName, const SaxAttributes& oAttributes) = 0;
   virtual void endElement(std::string_view strNamespaceURI, std::string_view strLocalName,
@@ -87,8 +84,6 @@ class SaxHandler {
   /// The text is not well-formed; the parse fails when this returns.
   virtual void fatalError(const SaxLocator& oLocator, std::string_view strErrorMessage,
                           std::int32_t nErrorCode) = 0;
-  virtual void ignorableWarning(const SaxLocator& oLocator, std::string_view strErrorMessage,
-                                std::int32_t nErrorCode) = 0;
 };
 
 class ValidatingReader {

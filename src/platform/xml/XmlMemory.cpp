@@ -36,9 +36,7 @@ MemoryWatch::~MemoryWatch() {
   blnShort = blnShort || blnShortBefore_;
 }
 
-void MemoryWatch::check() const { requireMemory(); }
-
-void requireMemory() {
+void MemoryWatch::check() const {
   // The last error tells of what was raised in a context that nobody asked.
   const xmlError* last = xmlGetLastError();
   if (blnShort || (last && last->code == XML_ERR_NO_MEMORY)) throw std::bad_alloc();

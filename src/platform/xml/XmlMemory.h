@@ -25,9 +25,6 @@ class MemoryWatch {
   bool blnShortBefore_;
 };
 
-/// The same within the innermost watch.
-void requireMemory();
-
 /// Tells the innermost watch of an error that was raised in a context.
 void noteShortage(const xmlError& report) noexcept;
 

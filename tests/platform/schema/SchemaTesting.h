@@ -61,7 +61,6 @@ inline std::string schemaText(std::string_view strDeclarations, std::string_view
 /// path of the open elements and the sentences, joined by " + ".
 class Recorder : public SaxHandler {
  public:
-  void documentLocator(const SaxLocator& oLocator) override { locator = &oLocator; }
   void startElement(std::string_view strNamespaceURI, std::string_view strLocalName,
                     std::string_view strQName, const SaxAttributes& /*oAttributes*/) override {
     strNamespace = strNamespaceURI;
@@ -83,16 +82,11 @@ class Recorder : public SaxHandler {
     lines.push_back("fatal " + std::to_string(nErrorCode) + ", line " +
                     std::to_string(oLocator.lineNumber) + ": " + joined(strErrorMessage));
   }
-  void ignorableWarning(const SaxLocator& /*oLocator*/, std::string_view strErrorMessage,
-                        std::int32_t /*nErrorCode*/) override {
-    lines.push_back("warning: " + joined(strErrorMessage));
-  }
 
   bool blnEvents = true;
   std::vector<std::string> lines;
   std::vector<std::int32_t> codes;
   std::string strNamespace, strLocal;
-  const SaxLocator* locator = nullptr;
 
  private:
   static std::string joined(std::string_view strMessage) {

@@ -105,12 +105,10 @@ struct IdentityConstraint {
 struct ElementDeclaration {
   NameId name = kNoName;
   const TypeDefinition* type = nullptr;
-  bool blnGlobal = false;
   bool blnNillable = false;
   bool blnAbstract = false;
   unsigned block = 0;
   ValueConstraint value;
-  const ElementDeclaration* substitutionHead = nullptr;
   /// All that may stand in its place, itself left out: its substitution group as far as block and
   /// final allow, in the order of the schema.
   std::vector<const ElementDeclaration*> substitutes;

@@ -96,7 +96,8 @@ class ContentCursor {
   std::vector<const ElementDeclaration*> expected(
       std::size_t lngMost = std::numeric_limits<std::size_t>::max()) const;
 
-  /// How many ways of attributing the children so far it keeps: what the next child costs.
+  /// How many ways of attributing the children so far it keeps: what the next child costs, so that
+  /// tests can hold it to a bound.
   std::size_t ways() const noexcept { return ways_.size() / lngStride_; }
 
  private:

@@ -32,7 +32,6 @@ void ElementReader::declareGlobal() {
   for (const Definition* definition : readers_.definitions.all(Symbol::element)) {
     const SchemaElement source(*definition);
     ElementDeclaration& element = declare(source, definition->name);
-    element.blnGlobal = true;
     element.blnAbstract = source.flag("abstract");
     GlobalDraft& draft = globals_.emplace_back(GlobalDraft{&element, source});
     globalsByName_[element.name] = &draft;
@@ -91,7 +90,6 @@ void ElementReader::completeGlobal(GlobalDraft& draft) {
   }
   draft.head = draft.needs.front();
   const ElementDeclaration& head = *draft.head->element;
-  element.substitutionHead = &head;
   if (!element.type) element.type = head.type;
   const SchemaElement& source = draft.head->source;
   const unsigned final =

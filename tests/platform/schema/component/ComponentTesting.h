@@ -201,10 +201,8 @@ class Written {
 
   std::string element(const ElementDeclaration& element) const {
     return name(element.name) + ": " + name(element.type->name) + value(element.value) +
-           (element.blnGlobal ? ", global" : "") + (element.blnNillable ? ", nillable" : "") +
-           (element.blnAbstract ? ", abstract" : "") +
+           (element.blnNillable ? ", nillable" : "") + (element.blnAbstract ? ", abstract" : "") +
            (element.block != 0 ? ", blocks " + derivations(element.block) : "") +
-           (element.substitutionHead ? ", for " + name(element.substitutionHead->name) : "") +
            (element.substitutes.empty() ? "" : ", or " + namesOf(element.substitutes));
   }
 

@@ -27,14 +27,14 @@ TEST(ElementReader, ReadsGlobalDeclarations) {
                        "<xs:element name='inline' abstract='1' block='#all'><xs:simpleType>"
                        "<xs:restriction base='xs:int'/></xs:simpleType></xs:element>"
                        "<xs:element name='fixed' type='xs:string' fixed=' a ' block='extension'/>"),
-            "any: xs:anyType, global\n"
-            "typed: xs:int=5, global, nillable\n"
-            "inline: -, global, abstract, blocks extension+restriction+substitution\n"
-            "fixed: xs:string== a , global, blocks extension\n");
+            "any: xs:anyType\n"
+            "typed: xs:int=5, nillable\n"
+            "inline: -, abstract, blocks extension+restriction+substitution\n"
+            "fixed: xs:string== a , blocks extension\n");
   EXPECT_EQ(
       elementsOf("<xs:element name='a'/><xs:element name='b' block=''/>", "blockDefault='#all'"),
-      "a: xs:anyType, global, blocks extension+restriction+substitution\n"
-      "b: xs:anyType, global\n");
+      "a: xs:anyType, blocks extension+restriction+substitution\n"
+      "b: xs:anyType\n");
 }
 
 TEST(ElementReader, ReadsLocalDeclarationsWithTheirValues) {
@@ -65,10 +65,10 @@ TEST(ElementReader, TakesTheTypeOfTheHeadWhereNoneIsStated) {
                        "<xs:element name='b' substitutionGroup='a'/>"
                        "<xs:element name='a' type='xs:int'/>"
                        "<xs:element name='d' substitutionGroup='b' type='xs:byte'/>"),
-            "c: xs:int, global, for b\n"
-            "b: xs:int, global, for a, or c d\n"
-            "a: xs:int, global, or c b d\n"
-            "d: xs:byte, global, for b\n");
+            "c: xs:int\n"
+            "b: xs:int, or c d\n"
+            "a: xs:int, or c b d\n"
+            "d: xs:byte\n");
 }
 
 TEST(ElementReader, LetsBlockAndFinalKeepElementsOutOfAGroup) {

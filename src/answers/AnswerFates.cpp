@@ -10,6 +10,8 @@
 #include "config/AnswerReasons.h"
 #include "config/Attributes.h"
 #include "config/Names.h"
+#include "platform/dom/Prepared.h"
+#include "platform/text/Conversions.h"
 #include "platform/text/Text.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -80,11 +82,7 @@ AnswerFates::AnswerFates(const AnswerLog& log, const Request* request, bool blnS
     }
   }
   for (const Node& objField : log.leftOut()) leftOut_.insert(objField.identity());
-  bool blnParked = true;
-  for (const Node& objObject : *log.objects()) {
-    if (objObject.identity() == log.firstUnparked().identity()) blnParked = false;
-    tellObject(objObject, blnParked);
-  }
+  if (!areObjectsSilent()) tellObjects();
   tellHiddenFields();
   tellUnread();
 }
@@ -101,6 +99,19 @@ bool AnswerFates::needsStored() const {
   return blnAll_ || !lost_.empty() || log_.inHand() || !log_.leftOut().empty();
 }
 
+/// Whether no object can have anything to tell, as in nearly every run.
+bool AnswerFates::areObjectsSilent() const {
+  return blnAllReached_ && posted_->empty() && hiddenFieldOf_.empty() && !log_.hasBoxNotOn();
+}
+
+void AnswerFates::tellObjects() {
+  bool blnParked = true;
+  for (const Node& objObject : *log_.objects()) {
+    if (objObject.identity() == log_.firstUnparked().identity()) blnParked = false;
+    tellObject(objObject, blnParked);
+  }
+}
+
 void AnswerFates::tellUnparked(const Node& objObject, AnswerFate fate) {
   const Node objEntry = mapping_.leavesOut(objObject);
   if (objEntry && mapping_.takersOf(fate.strQuestionId).empty()) {
@@ -111,13 +122,13 @@ void AnswerFates::tellUnparked(const Node& objObject, AnswerFate fate) {
 }
 
 void AnswerFates::tellObject(const Node& objObject, bool blnParked) {
-  std::string strType = attributeText(objObject, kObjectType);
-  if (strType != kFieldObject) strType = toLower(strType);
-  const bool blnTable = strType == kTableObject;
+  const std::string_view strType = attributeView(objObject, kObjectType);
+  const bool blnFieldObject = equalsLower(strType, kFieldObject);
+  const bool blnTable = !blnFieldObject && equalsLower(strType, kTableObject);
   std::string_view strReason;
   if (!blnParked) {
     strReason = reason::kObjectAfterEndMark;
-  } else if (strType != kFieldObject && !blnTable) {
+  } else if (!blnFieldObject && !blnTable) {
     strReason = reason::kUnknownObjectType;
   }
   bool blnTold = false;
@@ -126,8 +137,8 @@ void AnswerFates::tellObject(const Node& objObject, bool blnParked) {
   } else if (!blnTable) {
     blnTold = tellParkedField(objObject);
   }
-  const bool blnField = strType == kFieldObject && !blnTold;
-  if (!blnAllReached_ && !blnTable && (blnField || !isNoAnswer(attributeText(objObject, kValue)))) {
+  const bool blnField = blnFieldObject && !blnTold;
+  if (!blnAllReached_ && !blnTable && (blnField || !isNoAnswer(attributeView(objObject, kValue)))) {
     tellField(objObject);
   }
   tellCells(objObject, blnTable, strReason);
@@ -146,7 +157,7 @@ bool AnswerFates::tellPostedField(const Node& objField, std::string_view strReas
 
 /// What was submitted for a field that was parked and holds another value now.
 bool AnswerFates::tellParkedField(const Node& objField) {
-  if (attributeText(objField, kType) == "check" && attributeText(objField, kValue).empty()) {
+  if (attributeView(objField, kType) == "check" && attributeView(objField, kValue).empty()) {
     std::string strValue = posted_->posted(toLower(attributeText(objField, kId)));
     if (isNoAnswer(strValue)) return false;
     tellUnparked(objField, lost(fateOf(objField, std::move(strValue)), reason::kBoxNotOn,
@@ -156,7 +167,7 @@ bool AnswerFates::tellParkedField(const Node& objField) {
   const auto hidden = hiddenFieldOf_.find(objField.identity());
   if (hidden == hiddenFieldOf_.end()) return false;
   std::string strValue = posted_->posted(attributeText(hidden->second, kId));
-  if (isNoAnswer(strValue) || strValue == attributeText(objField, kValue)) return false;
+  if (isNoAnswer(strValue) || strValue == attributeView(objField, kValue)) return false;
   tellUnparked(objField, lost(fateOf(objField, std::move(strValue)), reason::kHiddenReadAnew,
                               inHiddenFields(hidden->second)));
   return true;

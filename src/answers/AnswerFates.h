@@ -45,6 +45,8 @@ class AnswerFates {
   const std::vector<AnswerFate>& fates() const noexcept { return fates_; }
 
  private:
+  bool areObjectsSilent() const;
+  void tellObjects();
   void tellObject(const Node& objObject, bool blnParked);
   /// Both say whether they told anything.
   bool tellPostedField(const Node& objField, std::string_view strReason);

@@ -58,11 +58,8 @@ PostedAnswers::PostedAnswers(const AnswerLog& log, const Request& request)
   for (const AnswerLog::Unused& unused : log.unusedAnswers()) {
     unused_[unused.objTable.identity()].push_back(&unused);
   }
-  for (std::string& strName : request.formNames("")) {
-    if (log.wasRead(strName) || strName.ends_with(kLabelSuffix) ||
-        strName.ends_with(kRowCountSuffix)) {
-      continue;
-    }
+  for (std::string& strName : log.unread(request)) {
+    if (strName.ends_with(kLabelSuffix) || strName.ends_with(kRowCountSuffix)) continue;
     std::string strValue = request.formItem(strName);
     if (!isNoAnswer(strValue)) unread_.emplace(std::move(strName), std::move(strValue));
   }
@@ -76,7 +73,7 @@ std::string PostedAnswers::takeUnread(const std::string& strName) {
 std::vector<PostedAnswers::Cell> PostedAnswers::takeCells(const Node& objTable,
                                                           std::string_view strReason) {
   std::vector<Cell> cells;
-  if (unread_.empty() && unused_.empty()) return cells;
+  if (empty()) return cells;
   const auto found = tables_.find(objTable.identity());
   const AnswerLog::Table* const table = found == tables_.end() ? nullptr : found->second;
   if (table || !strReason.empty()) takeUnreadCells(objTable, table, strReason, cells);

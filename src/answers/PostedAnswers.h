@@ -37,6 +37,9 @@ class PostedAnswers {
 
   PostedAnswers(const AnswerLog& log, const Request& request);
 
+  /// Whether there are none.
+  bool empty() const noexcept { return unread_.empty() && unused_.empty(); }
+
   /// What was submitted under this name.
   std::string posted(std::string_view strName) const { return request_.formItem(strName); }
 

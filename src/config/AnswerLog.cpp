@@ -109,12 +109,12 @@ void AnswerLog::writeOther(const Node& objTarget, std::string_view strText, cons
 /// below it. The same text once more takes nothing away.
 void AnswerLog::overwrite(const Node& objTarget, std::string_view strText, const AnswerRule& rule) {
   if (objTarget.nodeType() != NodeType::element || !objTarget.hasChildNodes()) return;
-  bringIndexUpToDate();
+  const NodeList colBelow = required(objTarget.getElementsByTagName("*"));
   const bool blnSame = objTarget.text() == strText;
-  forEachElement(objTarget, [&](const Node& objElement) {
-    if (blnSame && objElement.identity() == objTarget.identity()) return;
-    gone(objElement, reason::kOverwritten, rule);
-  });
+  if (blnSame && colBelow.length() == 0) return;
+  bringIndexUpToDate();
+  if (!blnSame) gone(objTarget, reason::kOverwritten, rule);
+  for (const Node& objElement : colBelow) gone(objElement, reason::kOverwritten, rule);
 }
 
 void AnswerLog::removed(const Node& objElement) {

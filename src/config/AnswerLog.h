@@ -2,16 +2,15 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <memory_resource>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 #include "platform/dom/Document.h"
+#include "platform/host/FormReads.h"
 
 // What became of each answer of one run, noted where it is decided. The stages call it in single
 // lines, `if (session.answers) session.answers->...`; nobody asks, no log. It notes nodes and rules
@@ -25,7 +24,7 @@
 // written over, which look at each node concerned. Which answers a node holds is looked up only
 // where something is written over, copied or removed, in an index that is then brought up to date
 // with what was written since: each write enters it once, as the newest of its element, and knows
-// the one before it. Names and index live in one block of memory that goes as a whole.
+// the one before it. The index lives in one block of memory that goes as a whole.
 
 namespace Varnel_Tolv_XML_Creation {
 
@@ -96,8 +95,11 @@ class AnswerLog {
 
   // While the form is parked.
 
-  /// A submitted form field was read.
-  void read(std::string_view strFieldName) { read_.emplace(strFieldName); }
+  /// Reads a submitted form field. It is always the same request.
+  std::string read(const Request& request, std::string_view strFieldName) {
+    if (!reads_) reads_.emplace(request);
+    return reads_->read(strFieldName);
+  }
   void parking(const NodeList& colObjects) { colObjects_ = colObjects; }
   void endMark(const Node& objObject) { objEndMark_ = objObject; }
   /// Before its column definitions are used up.
@@ -106,6 +108,8 @@ class AnswerLog {
   /// stores it.
   void unused(const Node& objTable, std::int32_t lngRow, std::string_view strColumnId,
               std::string_view strAnswer, std::string_view strReason);
+  /// A check box was submitted with a word that does not tick it.
+  void boxNotOn() { blnBoxNotOn_ = true; }
   /// A row was left out as blank.
   void blankRow(const Node& objTable, std::int32_t lngRow);
   /// A field object was made of a hidden field of the list.
@@ -158,11 +162,15 @@ class AnswerLog {
 
   bool wasParked() const noexcept { return blnParked_; }
   bool hasJournal() const noexcept { return blnJournal_; }
-  bool wasRead(std::string_view strFieldName) const { return read_.contains(strFieldName); }
+  /// The names of the submitted fields that were never read.
+  std::vector<std::string> unread(const Request& request) const {
+    return reads_ ? reads_->unread() : request.formNames("");
+  }
   /// The objects to be parked; none when the run did not come so far.
   const std::optional<NodeList>& objects() const noexcept { return colObjects_; }
   const Node& firstUnparked() const noexcept { return objEndMark_; }
   const std::vector<Table>& tables() const noexcept { return tables_; }
+  bool hasBoxNotOn() const noexcept { return blnBoxNotOn_; }
   const std::vector<Unused>& unusedAnswers() const noexcept { return unused_; }
   const std::vector<HiddenObject>& hiddenObjects() const noexcept { return hiddenObjects_; }
   const std::vector<HiddenValue>& hiddenValues() const noexcept { return hiddenValues_; }
@@ -176,14 +184,6 @@ class AnswerLog {
   const Document& message() const noexcept { return objSendXML_; }
 
  private:
-  struct TextHash {
-    using is_transparent = void;
-    // Not noexcept, for then the set would compute it anew each time that it grows.
-    std::size_t operator()(std::string_view strText) const {
-      return std::hash<std::string_view>()(strText);
-    }
-  };
-
   void bringIndexUpToDate();
   template <class Visit>
   void forEachWriteTo(const Node& objElement, Visit visit);
@@ -192,10 +192,11 @@ class AnswerLog {
 
   const bool blnJournal_;
   std::pmr::monotonic_buffer_resource memory_;
-  std::pmr::unordered_set<std::pmr::string, TextHash, std::equal_to<>> read_{&memory_};
+  std::optional<FormReads> reads_;
   std::optional<NodeList> colObjects_;
   Node objEndMark_;
   bool blnParked_ = false;
+  bool blnBoxNotOn_ = false;
   std::vector<Table> tables_;
   std::vector<Unused> unused_;
   std::vector<HiddenObject> hiddenObjects_;

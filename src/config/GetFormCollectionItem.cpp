@@ -24,8 +24,9 @@ Acknowledge GetFormCollectionItem(const Session& session, std::string_view strFi
       return Failure(SVC_RET_XML_CREATION_REQUEST_OBJ_MISSING, "The IIS Request object is missing",
                      kUserMessage);
     }
-    strValue = objContext->request->formItem(strFieldName);
-    if (session.answers && !strValue.empty()) session.answers->read(strFieldName);
+    const Request& request = *objContext->request;
+    strValue = session.answers ? session.answers->read(request, strFieldName)
+                               : request.formItem(strFieldName);
     return {};
   });
 }

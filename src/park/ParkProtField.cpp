@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "config/AnswerLog.h"
 #include "config/Attributes.h"
 #include "config/GetFormCollectionItem.h"
 #include "config/Names.h"
@@ -43,7 +44,11 @@ Acknowledge ParkProtField(const Session& session, const Node& objField) {
     std::string strValue;
     objAck = GetFormCollectionItem(session, strId, strValue);
     if (!objAck.Success()) return objAck;
-    if (blnCheckBox) strValue = checkBoxValue(objField, strValue);
+    if (blnCheckBox) {
+      const bool blnSubmitted = !strValue.empty();
+      strValue = checkBoxValue(objField, strValue);
+      if (session.answers && blnSubmitted && strValue.empty()) session.answers->boxNotOn();
+    }
 
     objField.setAttribute(kValue, strValue);
     objField.setAttribute(kFieldLabel, strFieldLabel);

@@ -60,21 +60,21 @@ void FormCollection::enter(std::size_t lngItem) {
   }
 }
 
-const std::string* FormCollection::find(std::string_view strName) const {
+const FormCollection::Item* FormCollection::find(std::string_view strName) const {
   if (items_.empty()) return nullptr;
   const std::size_t lngHash = std::hash<std::string_view>{}(strName);
   for (std::size_t lngPlace = 0; lngPlace < kPlaces; ++lngPlace) {
     const std::size_t place = byHash_[(lngHash + lngPlace) % byHash_.size()];
     if (place == 0) return nullptr;
-    if (items_[place - 1].strName == strName) return &items_[place - 1].strValue;
+    if (items_[place - 1].strName == strName) return &items_[place - 1];
   }
   const auto known = byName_.find(strName);
-  return known == byName_.end() ? nullptr : &items_[known->second].strValue;
+  return known == byName_.end() ? nullptr : &items_[known->second];
 }
 
 std::string FormCollection::formItem(std::string_view strName) const {
-  const std::string* const strValue = find(strName);
-  return strValue ? *strValue : std::string();
+  const Item* const item = find(strName);
+  return item ? item->strValue : std::string();
 }
 
 std::vector<std::string> FormCollection::formNames(std::string_view strPrefix) const {

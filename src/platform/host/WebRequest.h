@@ -65,13 +65,16 @@ class VARNEL_EXPORT FormCollection : public Request {
   std::vector<std::string> formNames(std::string_view strPrefix) const override;
 
  private:
-  const std::string* find(std::string_view strName) const;
-  void enter(std::size_t lngItem);
+  friend class FormReads;  // which knows the fields by their numbers
 
   struct Item {
     std::string strName;
     std::string strValue;
   };
+
+  const Item* find(std::string_view strName) const;
+  void enter(std::size_t lngItem);
+
   std::vector<Item> items_;                                 // in the order of their first value
   std::map<std::string, std::size_t, std::less<>> byName_;  // their places
   std::vector<std::size_t> byHash_;                         // the same, plus one; 0: free

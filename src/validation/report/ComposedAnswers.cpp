@@ -5,6 +5,7 @@
 
 #include "config/Attributes.h"
 #include "config/Names.h"
+#include "platform/dom/Prepared.h"
 #include "platform/text/Text.h"
 #include "result/Guarded.h"
 
@@ -46,18 +47,23 @@ Marks ComposedAnswers::atFault(const ViolationParts& parts, const Marks& marks) 
   if (answers.size() > kMostAnswers) return marks;
 
   // The longest first: of those at fault that is the one.
-  std::ranges::stable_sort(answers, [](const Answer& left, const Answer& right) {
-    return left.strValue.size() > right.strValue.size();
+  std::vector<const Answer*> order;
+  order.reserve(answers.size());
+  for (const Answer& answer : answers) order.push_back(&answer);
+  std::ranges::sort(order, [](const Answer* left, const Answer* right) {
+    const std::size_t lngLeft = left->strValue.size();
+    const std::size_t lngRight = right->strValue.size();
+    return lngLeft != lngRight ? lngLeft > lngRight : left < right;
   });
-  const auto fault = std::ranges::find_if(answers, [&](const Answer& answer) {
-    return accepts(*parts.type, with(strText, answer.lngAt, answer.strValue.size(), "")) ||
-           std::ranges::any_of(answers, [&](const Answer& other) {
-             return &other != &answer &&
-                    accepts(*parts.type,
-                            with(strText, answer.lngAt, answer.strValue.size(), other.strValue));
+  const auto fault = std::ranges::find_if(order, [&](const Answer* answer) {
+    const std::size_t lngSize = answer->strValue.size();
+    return accepts(*parts.type, with(strText, answer->lngAt, lngSize, "")) ||
+           std::ranges::any_of(order, [&](const Answer* other) {
+             return other != answer &&
+                    accepts(*parts.type, with(strText, answer->lngAt, lngSize, other->strValue));
            });
   });
-  return fault == answers.end() ? marks : fault->marks;
+  return fault == order.end() ? marks : (*fault)->marks;
 }
 
 /// The entry of the object mapper for a question, or Nothing.
@@ -126,15 +132,20 @@ std::vector<ComposedAnswers::Answer> ComposedAnswers::joined(const Node& objActi
 std::vector<ComposedAnswers::Answer> ComposedAnswers::cells(const Marks& marks,
                                                             const std::string& strText) const {
   std::vector<Answer> answers;
+  const NodeList* const colColumns = park_.columnsOf(marks.strQuestionId, marks.strRowIndex);
+  if (!colColumns) return answers;
+  answers.reserve(colColumns->length());
   std::size_t lngAt = 0;
-  for (const Node& objColumn : park_.columnsOf(marks.strQuestionId, marks.strRowIndex)) {
-    const std::string strBefore = "[" + attributeText(objColumn, "columnlabel") + ":";
-    std::string strValue = attributeText(objColumn, kValue);
-    lngAt = strText.find(strBefore + strValue + "]", lngAt);
+  std::string strCell;
+  for (const Node& objColumn : *colColumns) {
+    const std::string_view strLabel = attributeView(objColumn, "columnlabel");
+    const std::string_view strValue = attributeView(objColumn, kValue);
+    strCell.assign("[").append(strLabel).append(":").append(strValue).append("]");
+    lngAt = strText.find(strCell, lngAt);
     if (lngAt == std::string::npos) return {};
-    lngAt += strBefore.size();
+    lngAt += strLabel.size() + 2;
     answers.push_back({{marks.strQuestionId, marks.strRowIndex, attributeText(objColumn, kId)},
-                       std::move(strValue),
+                       std::string(strValue),
                        lngAt});
   }
   return answers;

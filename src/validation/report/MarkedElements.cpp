@@ -17,7 +17,9 @@ struct Step {
   std::size_t lngPosition = 1;
   std::optional<NodeList> colChildren = std::nullopt;
   std::size_t lngNext = 0;
-  std::unordered_map<std::string, std::size_t> counts = {};  // how many of each name, so far
+  std::string strCounted = {};                               // the name that was counted last
+  std::size_t lngCounted = 0;                                // how many of it, so far
+  std::unordered_map<std::string, std::size_t> counts = {};  // of the names before it
 };
 
 /// The marks of the last of these elements that has any.
@@ -52,8 +54,13 @@ Step stepTo(Step& parent, const Node& objChild) {
     const Node objCounted = parent.colChildren->item(parent.lngNext++);
     if (objCounted.nodeType() != NodeType::element) continue;
     std::string strName = objCounted.nodeName();
-    const std::size_t lngPosition = ++parent.counts[strName];
-    if (objCounted == objChild) return {objChild, std::move(strName), lngPosition};
+    if (strName != parent.strCounted) {  // mostly a row follows another
+      parent.counts[parent.strCounted] = parent.lngCounted;
+      parent.strCounted = strName;
+      parent.lngCounted = parent.counts[strName];
+    }
+    ++parent.lngCounted;
+    if (objCounted == objChild) return {objChild, std::move(strName), parent.lngCounted};
   }
 }
 

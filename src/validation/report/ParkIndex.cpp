@@ -1,35 +1,48 @@
 #include "validation/report/ParkIndex.h"
 
+#include <utility>
+
 #include "config/Attributes.h"
 #include "config/Names.h"
+#include "platform/dom/Prepared.h"
 #include "platform/text/Text.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
-ParkIndex::ParkIndex(const Document& objPark) {
-  if (!objPark) return;
-  const NodeList colObjects = required(objPark.selectNodes("/prtobjcts/prtobjct"));
-  questions_.reserve(colObjects.length());
-  ids_.reserve(colObjects.length());
-  for (const Node& objObject : colObjects) {
-    const auto [known, blnNew] = questions_.try_emplace(attributeText(objObject, kId), objObject);
-    if (blnNew) ids_.push_back(&known->first);
+ParkIndex::ElementsById::ElementsById(NodeList colElementsWithIds,
+                                      std::pmr::memory_resource& memory)
+    : colElements(std::move(colElementsWithIds)), places(colElements.length(), &memory) {
+  for (std::size_t lngPlace = 0; lngPlace < colElements.length(); ++lngPlace) {
+    places.try_emplace(attributeView(colElements.item(lngPlace), kId), lngPlace);
   }
+}
+
+std::optional<std::size_t> ParkIndex::ElementsById::find(std::string_view strId) const {
+  const auto found = places.find(strId);
+  return found == places.end() ? std::nullopt : std::optional(found->second);
+}
+
+ParkIndex::ParkIndex(const Document& objPark) {
+  if (objPark) questions_.emplace(required(objPark.selectNodes("/prtobjcts/prtobjct")), memory_);
 }
 
 const ParkIndex::OtherKeys& ParkIndex::otherKeys() const {
   if (otherKeys_) return *otherKeys_;
   otherKeys_.emplace();
-  for (const std::string* const strId : ids_) {
-    otherKeys_->byLowerId[toLower(*strId)].push_back(*strId);
-    const std::string strGroup = attributeText(questions_.at(*strId), "group");
-    if (!strGroup.empty()) otherKeys_->byGroup[strGroup].push_back(*strId);
+  for (std::size_t lngPlace = 0; questions_ && lngPlace < questions_->colElements.length();
+       ++lngPlace) {
+    const Node objObject = questions_->colElements.item(lngPlace);
+    const std::string strId = attributeText(objObject, kId);
+    if (questions_->find(strId) != lngPlace) continue;
+    otherKeys_->byLowerId[toLower(strId)].push_back(strId);
+    const std::string strGroup = attributeText(objObject, "group");
+    if (!strGroup.empty()) otherKeys_->byGroup[strGroup].push_back(strId);
   }
   return *otherKeys_;
 }
 
 std::string ParkIndex::idOf(const std::string& strMark) const {
-  if (questions_.contains(strMark)) return strMark;
+  if (questions_ && questions_->find(strMark)) return strMark;
   const IdsByText& ids = otherKeys().byLowerId;
   const auto found = ids.find(toLower(strMark));
   return found == ids.end() ? strMark : found->second.front();
@@ -50,25 +63,19 @@ std::string ParkIndex::valueOf(const Marks& marks) const {
   return objHolder ? attributeText(objHolder, kValue) : std::string();
 }
 
-std::vector<Node> ParkIndex::columnsOf(const std::string& strQuestionId,
-                                       const std::string& strRowIndex) const {
-  std::vector<Node> columns;
-  const Node objObject = find(strQuestionId);
-  if (!objObject) return columns;
-  const Table& rows = table(objObject);
-  const auto row = rows.rows.find(strRowIndex);
-  if (row == rows.rows.end()) return columns;
-  const NodeList colColumns = required(row->second.selectNodes(kColumn));
-  columns.assign(colColumns.begin(), colColumns.end());
-  return columns;
+const NodeList* ParkIndex::columnsOf(const std::string& strQuestionId,
+                                     const std::string& strRowIndex) const {
+  const ElementsById* const cells = cellsOf(strQuestionId, strRowIndex);
+  return cells ? &cells->colElements : nullptr;
 }
 
 bool ParkIndex::hasColumn(const std::string& strQuestionId, const std::string& strColumnId) const {
-  const Node objObject = find(strQuestionId);
-  if (!objObject) return false;
-  std::optional<std::unordered_set<std::string>>& columns = table(objObject).columns;
+  const std::optional<std::size_t> lngQuestion = placeOf(strQuestionId);
+  if (!lngQuestion) return false;
+  std::optional<std::unordered_set<std::string>>& columns = table(*lngQuestion).columns;
   if (!columns) {
     columns.emplace();
+    const Node objObject = questions_->colElements.item(*lngQuestion);
     for (const Node& objColumn : required(objObject.selectNodes("row/column"))) {
       columns->insert(attributeText(objColumn, kId));
     }
@@ -90,38 +97,43 @@ std::vector<std::string> ParkIndex::objectsOf(const Node& objMessageItem) const 
   return found == objects.end() ? std::vector<std::string>() : found->second;
 }
 
+std::optional<std::size_t> ParkIndex::placeOf(const std::string& strQuestionId) const {
+  return questions_ ? questions_->find(idOf(strQuestionId)) : std::nullopt;
+}
+
 Node ParkIndex::find(const std::string& strQuestionId) const {
-  const auto found = questions_.find(idOf(strQuestionId));
-  return found == questions_.end() ? Node() : found->second;
+  const std::optional<std::size_t> lngQuestion = placeOf(strQuestionId);
+  return lngQuestion ? questions_->colElements.item(*lngQuestion) : Node();
 }
 
 /// The cell with the marks' row and column; Nothing when they have no column or it is not there.
 Node ParkIndex::cell(const Marks& marks) const {
-  const Node objObject = marks.strColumnId.empty() ? Node() : find(marks.strQuestionId);
-  if (!objObject) return {};
-  Table& rows = table(objObject);
-  const auto found = rows.rows.find(marks.strRowIndex);
-  if (found == rows.rows.end()) return {};
-  const auto [cells, blnNew] = rows.cells.try_emplace(found->second.identity());
-  if (blnNew) {
-    for (const Node& objColumn : required(found->second.selectNodes(kColumn))) {
-      cells->second.try_emplace(attributeText(objColumn, kId), objColumn);
-    }
-  }
-  const auto column = cells->second.find(marks.strColumnId);
-  return column == cells->second.end() ? Node() : column->second;
+  if (marks.strColumnId.empty()) return {};
+  const ElementsById* const cells = cellsOf(marks.strQuestionId, marks.strRowIndex);
+  if (!cells) return {};
+  const std::optional<std::size_t> lngColumn = cells->find(marks.strColumnId);
+  return lngColumn ? cells->colElements.item(*lngColumn) : Node();
 }
 
-ParkIndex::Table& ParkIndex::table(const Node& objObject) const {
-  const auto [known, blnNew] = tables_.try_emplace(objObject.identity());
-  if (blnNew) {
-    const NodeList colRows = required(objObject.selectNodes(kRow));
-    known->second.rows.reserve(colRows.length());
-    for (const Node& objRow : colRows) {
-      known->second.rows.try_emplace(attributeText(objRow, kId), objRow);
-    }
-  }
-  return known->second;
+const ParkIndex::ElementsById* ParkIndex::cellsOf(const std::string& strQuestionId,
+                                                  const std::string& strRowIndex) const {
+  const std::optional<std::size_t> lngQuestion = placeOf(strQuestionId);
+  if (!lngQuestion) return nullptr;
+  Table& rows = table(*lngQuestion);
+  const std::optional<std::size_t> lngRow = rows.rows.find(strRowIndex);
+  if (!lngRow) return nullptr;
+  const auto known = rows.cells.find(*lngRow);
+  if (known != rows.cells.end()) return &known->second;
+  NodeList colColumns = required(rows.rows.colElements.item(*lngRow).selectNodes(kColumn));
+  return &rows.cells.try_emplace(*lngRow, std::move(colColumns), memory_).first->second;
+}
+
+ParkIndex::Table& ParkIndex::table(std::size_t lngQuestion) const {
+  const auto known = tables_.find(lngQuestion);
+  if (known != tables_.end()) return known->second;
+  NodeList colRows = required(questions_->colElements.item(lngQuestion).selectNodes(kRow));
+  Table rows = {.rows = ElementsById(std::move(colRows), memory_)};
+  return tables_.emplace(lngQuestion, std::move(rows)).first->second;
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

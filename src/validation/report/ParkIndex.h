@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory_resource>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -16,7 +17,8 @@ namespace Varnel_Tolv_XML_Creation {
 /// The questions of a parked form, kept once read: a report can name each of them thousands of
 /// times. The first object of an id counts. The rows of a table are read when the first cell of it
 /// is asked for, the cells of a row with the first one of the row, and what else ids can be found
-/// by when something is looked for by that.
+/// by when something is looked for by that. Nobody may write to the form meanwhile: its ids are
+/// borrowed.
 class ParkIndex {
  public:
   explicit ParkIndex(const Document& objPark);
@@ -34,9 +36,8 @@ class ParkIndex {
   /// What a field or, with a column, a cell holds as parked; empty when it is not there.
   std::string valueOf(const Marks& marks) const;
 
-  /// The cells of a row.
-  std::vector<Node> columnsOf(const std::string& strQuestionId,
-                              const std::string& strRowIndex) const;
+  /// The cells of a row; null when it is not there.
+  const NodeList* columnsOf(const std::string& strQuestionId, const std::string& strRowIndex) const;
 
   bool hasColumn(const std::string& strQuestionId, const std::string& strColumnId) const;
 
@@ -49,16 +50,27 @@ class ParkIndex {
   std::vector<std::string> objectsOf(const Node& objMessageItem) const;
 
  private:
-  using NodesById = std::unordered_map<std::string, Node>;
+  /// Elements, of which the first of each id can be found by it.
+  struct ElementsById {
+    ElementsById(NodeList colElements, std::pmr::memory_resource& memory);
+
+    std::optional<std::size_t> find(std::string_view strId) const;
+
+    NodeList colElements;
+    std::pmr::unordered_map<std::string_view, std::size_t> places;
+  };
   struct Table {
-    NodesById rows;
-    std::unordered_map<const void*, NodesById> cells = {};        // of the rows that were read
+    ElementsById rows;
+    std::unordered_map<std::size_t, ElementsById> cells = {};     // of the rows that were read
     std::optional<std::unordered_set<std::string>> columns = {};  // of all rows
   };
 
+  std::optional<std::size_t> placeOf(const std::string& strQuestionId) const;
   Node find(const std::string& strQuestionId) const;
   Node cell(const Marks& marks) const;
-  Table& table(const Node& objObject) const;
+  const ElementsById* cellsOf(const std::string& strQuestionId,
+                              const std::string& strRowIndex) const;
+  Table& table(std::size_t lngQuestion) const;
 
   using IdsByText = std::unordered_map<std::string, std::vector<std::string>>;
   struct OtherKeys {
@@ -67,9 +79,9 @@ class ParkIndex {
   };
   const OtherKeys& otherKeys() const;
 
-  NodesById questions_;
-  std::vector<const std::string*> ids_;  // theirs, in document order
-  mutable std::unordered_map<const void*, Table> tables_;
+  mutable std::pmr::monotonic_buffer_resource memory_;
+  std::optional<ElementsById> questions_;
+  mutable std::unordered_map<std::size_t, Table> tables_;
   mutable std::optional<OtherKeys> otherKeys_;
 };
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <iostream>
 #include <string>
 
 #include "interface/CheckDeployment.h"
@@ -323,7 +322,6 @@ TEST(ExampleDeployment, HasNoFinding) {
 }
 
 TEST(ExampleDeployment, HasEachPlantedMistakeFoundAtItsPlace) {
-  std::size_t lngFound = 0;
   for (const Plant& plant : kPlants) {
     SCOPED_TRACE(std::string(plant.file) + ": " + plant.replacement);
     const Example example;
@@ -340,13 +338,8 @@ TEST(ExampleDeployment, HasEachPlantedMistakeFoundAtItsPlace) {
                      ":" + std::to_string(finding.line) + " " + finding.object + "\n";
       }
       ADD_FAILURE() << "not found on line " << lngLine << ":\n" << strOthers;
-      continue;
     }
-    ++lngFound;
-    std::cout << plant.file << ':' << lngLine << ' ' << found->code << '\n';
   }
-  EXPECT_EQ(lngFound, std::size(kPlants));
-  EXPECT_GE(lngFound, 40u);
 }
 
 }  // namespace

@@ -1,8 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <random>
 #include <string>
 
+#include "check/Findings.h"
 #include "check/SmallDeployment.h"
 
 // Deployments in any state of disrepair: findings, never a crash, and work that grows no faster
@@ -11,11 +14,11 @@
 namespace Varnel_Tolv_XML_Creation::test {
 namespace {
 
-constexpr const char* kFiles[] = {"object-list.xml", "hidden-fields.xml", "namespaces.xml",
-                                  "template.xml",    "object-mapper.xml", "schema-types.xml",
-                                  "reference.xml",   "questions.xml",     "protocol-info.xml"};
+constexpr auto kFiles = std::to_array<const char*>(
+    {"object-list.xml", "hidden-fields.xml", "namespaces.xml", "template.xml", "object-mapper.xml",
+     "schema-types.xml", "reference.xml", "questions.xml", "protocol-info.xml"});
 
-TEST(Repair, IsNotNeededForFilesThatAreCutOff) {
+TEST(Disrepair, IsFoundInFilesThatAreCutOff) {
   for (const char* const file : kFiles) {
     const SmallDeployment deployment;
     const std::string strText = deployment.text(file);
@@ -27,7 +30,7 @@ TEST(Repair, IsNotNeededForFilesThatAreCutOff) {
   }
 }
 
-TEST(Repair, IsNotNeededForFilesThatAreExchanged) {
+TEST(Disrepair, IsFoundInFilesThatAreExchanged) {
   for (const char* const file : kFiles) {
     for (const char* const other : kFiles) {
       const SmallDeployment deployment;
@@ -38,8 +41,8 @@ TEST(Repair, IsNotNeededForFilesThatAreExchanged) {
   }
 }
 
-/// Deletes or doubles a piece between two marks of markup, at random places from a fixed seed.
-TEST(Repair, IsNotNeededForPiecesThatAreMissingOrDouble) {
+// A piece between two marks of markup is deleted or doubled, at random places from a fixed seed.
+TEST(Disrepair, IsToldOnLinesThatAreThere) {
   std::minstd_rand random(20261122);
   for (int lngRound = 0; lngRound < 150; ++lngRound) {
     const SmallDeployment deployment;
@@ -56,7 +59,12 @@ TEST(Repair, IsNotNeededForPiecesThatAreMissingOrDouble) {
       strText.insert(lngTo, strPiece);
     }
     deployment.write(file, strText);
-    for (const Finding& finding : deployment.check()) EXPECT_GE(finding.line, 1u);
+    for (const Finding& finding : deployment.check()) {
+      ASSERT_NE(std::ranges::find(kFiles, finding.file), std::end(kFiles)) << summary(finding);
+      const std::string strTold = deployment.text(finding.file);
+      const auto lngLines = 1 + std::ranges::count(strTold, '\n');
+      EXPECT_LE(finding.line, static_cast<std::size_t>(lngLines)) << summary(finding);
+    }
   }
 }
 
@@ -75,7 +83,7 @@ std::string repeated(const std::string& strBefore, std::size_t lngCount, const c
   return strText + strAfter;
 }
 
-TEST(Repair, IsToldOnceTooOftenIsEnough) {
+TEST(Disrepair, IsToldAThousandTimesOfOneRule) {
   const SmallDeployment deployment;
   deployment.write("object-list.xml",
                    repeated("<?xml version='1.0'?><prtobjcts>", 3000,
@@ -88,11 +96,11 @@ TEST(Repair, IsToldOnceTooOftenIsEnough) {
     ++lngDynamic;
     strHint = finding.hint;
   }
-  EXPECT_EQ(lngDynamic, 1000u);
+  EXPECT_EQ(lngDynamic, Findings::kMostOfOneRule);
   EXPECT_NE(strHint.find("2000 more"), std::string::npos) << strHint;
 }
 
-TEST(Repair, TellsHowManyMoreARuleBesideTheSchemaFinds) {
+TEST(Disrepair, IsCountedBesideTheSchemaToo) {
   SmallDeployment deployment;
   addSchema(deployment);
   deployment.replace("template.xml", "  <m:end/>", repeated("", 3000, "<m:wrong/>", "<m:end/>"));
@@ -103,11 +111,11 @@ TEST(Repair, TellsHowManyMoreARuleBesideTheSchemaFinds) {
     ++lngUndeclared;
     strHint = finding.hint;
   }
-  EXPECT_EQ(lngUndeclared, 1000u);
+  EXPECT_EQ(lngUndeclared, Findings::kMostOfOneRule);
   EXPECT_NE(strHint.find("(and 2000 more"), std::string::npos) << strHint;
 }
 
-TEST(Repair, GivesUpPathsOfAMessageThatIsTooLarge) {
+TEST(Disrepair, OfPathsIsNotLookedForInAMessageThatIsTooLarge) {
   SmallDeployment deployment;
   deployment.replace("template.xml", "  <m:end/>", repeated("", 1'000'001, "<a/>", "<m:end/>"));
   const std::vector<Finding> findings = deployment.check();
@@ -116,7 +124,7 @@ TEST(Repair, GivesUpPathsOfAMessageThatIsTooLarge) {
 }
 
 /// Many of everything that is looked up, all found by index: a search for each would not end.
-TEST(Repair, LooksUpManyThousandEntries) {
+TEST(Disrepair, IsFoundAmongManyThousandEntries) {
   constexpr std::size_t kMany = 20'000;
   const SmallDeployment deployment;
   deployment.write("object-list.xml",
@@ -137,8 +145,10 @@ TEST(Repair, LooksUpManyThousandEntries) {
                             "</questions>"));
   deployment.write("reference.xml", repeated("<m:report xmlns:m='urn:example:m'><m:head>", kMany,
                                              "<m:a#/>", "</m:head></m:report>"));
-  for (const Finding& finding : deployment.check()) {
-    // Nine in ten conditions name nothing.
+  const std::vector<Finding> findings = deployment.check();
+  // Nine in ten conditions name nothing.
+  EXPECT_EQ(findings.size(), Findings::kMostOfOneRule);
+  for (const Finding& finding : findings) {
     EXPECT_EQ(finding.code, "names-nothing") << summary(finding);
     if (finding.code != "names-nothing") break;
   }

@@ -5,6 +5,9 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "check/Rule.h"
+#include "check/RuleTables.h"
+
 namespace Varnel_Tolv_XML_Creation::test {
 namespace {
 
@@ -452,6 +455,33 @@ std::vector<Finding> SmallDeployment::check() const {
   return findings;
 }
 
+namespace {
+
+/// The summaries of what is expected, where the mistake was made on this line.
+std::vector<std::string> expectedIn(const SmallDeployment& deployment,
+                                    const std::vector<Expected>& rows, std::size_t lngChanged) {
+  std::vector<Finding> expected;
+  for (const Expected& row : rows) {
+    std::size_t lngLine = lngChanged;
+    if (!row.at.empty()) {
+      const std::string strText = deployment.text(row.file);
+      const std::size_t lngAt = strText.find(row.at);
+      if (lngAt == std::string::npos) throw std::runtime_error("not there: " + row.at);
+      lngLine = lineAt(strText, lngAt);
+    }
+    expected.push_back({.severity = row.severity,
+                        .code = row.code,
+                        .file = row.file,
+                        .line = lngLine,
+                        .object = row.object,
+                        .message = {},
+                        .hint = {}});
+  }
+  return summaries(expected);
+}
+
+}  // namespace
+
 void expectFindings(const std::vector<Mistake>& mistakes) {
   for (const Mistake& mistake : mistakes) {
     SCOPED_TRACE(std::string(mistake.code) + ": " + mistake.says);
@@ -461,28 +491,35 @@ void expectFindings(const std::vector<Mistake>& mistakes) {
       const std::size_t lngChanged = deployment.replace(one.file, one.find, one.text);
       if (lngLine == 0) lngLine = lngChanged;
     }
-    std::vector<Finding> expected;
-    for (const Expected& row : mistake.findings) {
-      std::size_t lngExpected = lngLine;
-      if (!row.at.empty()) {
-        const std::string strText = deployment.text(row.file);
-        const std::size_t lngAt = strText.find(row.at);
-        ASSERT_NE(lngAt, std::string::npos) << row.at;
-        lngExpected = lineAt(strText, lngAt);
-      }
-      expected.push_back({.severity = row.severity,
-                          .code = row.code,
-                          .file = row.file,
-                          .line = lngExpected,
-                          .object = row.object,
-                          .message = {},
-                          .hint = {}});
-    }
+    const std::vector<std::string> expected = expectedIn(deployment, mistake.findings, lngLine);
     const std::vector<Finding> found = deployment.check();
-    EXPECT_EQ(summaries(found), summaries(expected));
+    EXPECT_EQ(summaries(found), expected);
     for (const Finding& finding : found) {
       EXPECT_FALSE(finding.message.empty() || finding.hint.empty()) << summary(finding);
     }
+  }
+}
+
+std::vector<std::string> foundBesideSchema(const SmallDeployment& deployment) {
+  std::vector<Finding> findings = deployment.check();
+  std::erase_if(findings, [](const Finding& finding) {
+    return std::ranges::none_of(schemaRules(),
+                                [&](const Rule& rule) { return rule.strCode == finding.code; });
+  });
+  for (const Finding& finding : findings) {
+    EXPECT_FALSE(finding.message.empty() || finding.hint.empty()) << summary(finding);
+  }
+  return summaries(findings);
+}
+
+void expectBesideSchema(const std::vector<SchemaMistake>& mistakes) {
+  for (const SchemaMistake& mistake : mistakes) {
+    SCOPED_TRACE(mistake.says);
+    SmallDeployment deployment;
+    addSchema(deployment);
+    const Replacement& one = mistake.replacement;
+    const std::size_t lngLine = deployment.replace(one.file, one.find, one.text);
+    EXPECT_EQ(foundBesideSchema(deployment), expectedIn(deployment, mistake.findings, lngLine));
   }
 }
 

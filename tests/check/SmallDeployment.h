@@ -70,6 +70,20 @@ struct Mistake {
 /// Expects of each mistake in turn, on a deployment of its own, exactly its findings.
 void expectFindings(const std::vector<Mistake>& mistakes);
 
+/// One mistake beside the schema, made by one replacement, and what the rules that need a schema
+/// find of it; nothing where it is only the neighbour of a mistake.
+struct SchemaMistake {
+  const char* says;
+  Replacement replacement;
+  std::vector<Expected> findings;
+};
+
+/// Expects of each mistake in turn, beside the schema, exactly its findings by those rules.
+void expectBesideSchema(const std::vector<SchemaMistake>& mistakes);
+
+/// What those rules find, as summaries.
+std::vector<std::string> foundBesideSchema(const SmallDeployment& deployment);
+
 // The mistakes of each subject, in the test of its rules.
 const std::vector<Mistake>& mistakesOfActionRules();
 const std::vector<Mistake>& mistakesOfColumnRules();
@@ -84,6 +98,15 @@ const std::vector<Mistake>& mistakesOfObjectListRules();
 const std::vector<Mistake>& mistakesOfPathRules();
 const std::vector<Mistake>& mistakesOfQuestionRules();
 const std::vector<Mistake>& mistakesOfReferenceRules();
+
+const std::vector<SchemaMistake>& mistakesOfMessageContent();
+const std::vector<SchemaMistake>& mistakesOfMessageDocumentData();
+const std::vector<SchemaMistake>& mistakesOfMessageOrder();
+const std::vector<SchemaMistake>& mistakesOfMessageRequired();
+const std::vector<SchemaMistake>& mistakesOfMessageValues();
+const std::vector<SchemaMistake>& mistakesOfQuestionsAgainstSchema();
+const std::vector<SchemaMistake>& mistakesOfReferenceAgainstSchema();
+const std::vector<SchemaMistake>& mistakesOfSchemaProblems();
 
 /// What a finding says of its place, for a test's message: "error no-mapping object-mapper.xml:3
 /// q".

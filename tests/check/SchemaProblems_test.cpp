@@ -1,0 +1,174 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "check/SmallDeployment.h"
+
+namespace Varnel_Tolv_XML_Creation::test {
+namespace {
+
+constexpr Severity kError = Severity::error;
+constexpr Severity kWarning = Severity::warning;
+
+}  // namespace
+
+const std::vector<SchemaMistake>& mistakesOfSchemaProblems() {
+  static const std::vector<SchemaMistake> kMistakes = {
+      {"a type that is not there",
+       "main.xsd",
+       "<xs:element name=\"again\" type=\"Title\"",
+       "<xs:element name=\"again\" type=\"Titel\"",
+       {{kError, "schema-unusable", "main.xsd"}}},
+      {"a facet that contradicts another of its type",
+       "main.xsd",
+       "<xs:restriction base=\"xs:string\"><xs:minLength value=\"3\"/>",
+       "<xs:restriction base=\"xs:string\">\n<xs:length value=\"90\"/>\n",
+       {{kError, "schema-unusable", "main.xsd", "<xs:length value=\"90\"/>"}}},
+      {"another kind of document",
+       "main.xsd",
+       "<xs:element name=\"report\">",
+       "<xs:include schemaLocation=\"template.xml\"/><xs:element name=\"report\">",
+       {{kError, "schema-unusable", "template.xml", "<m:report"}}},
+      {"a file that is not there, and is needed",
+       "main.xsd",
+       "schemaLocation=\"pbr.xsd\"",
+       "schemaLocation=\"prb.xsd\"",
+       {{kWarning, "import-missing", "main.xsd"},
+        {kError, "schema-unusable", "main.xsd", "ref=\"pbr:AdditionalInfo\""}}},
+      {"a location on another machine",
+       "main.xsd",
+       "schemaLocation=\"pbr.xsd\"",
+       "schemaLocation=\"http://schemas.example/pbr.xsd\"",
+       {{kWarning, "import-on-network", "main.xsd"},
+        {kError, "schema-unusable", "main.xsd", "ref=\"pbr:AdditionalInfo\""}}},
+      {"one of two imports leads nowhere",
+       "main.xsd",
+       "<xs:element name=\"report\">",
+       "<xs:import namespace=\"urn:example:pbr\" schemaLocation=\"gone.xsd\"/>"
+       "<xs:element name=\"report\">",
+       {{kWarning, "import-elsewhere", "main.xsd"}}},
+      {"another import of the same file is fine",
+       "main.xsd",
+       "<xs:element name=\"report\">",
+       "<xs:import namespace=\"urn:example:pbr\" schemaLocation=\"pbr.xsd\"/>"
+       "<xs:element name=\"report\">",
+       {}},
+      {"another target namespace",
+       "main.xsd",
+       "targetNamespace=\"urn:example:m\"",
+       "targetNamespace=\"urn:example:n\" xmlns:o=\"urn:example:n\"",
+       {{kError, "schema-unusable", "main.xsd", "<xs:element name=\"head\""},
+        {kError, "schema-namespace", "main.xsd"}}},
+      {"no attribute for the column of a cell without a place",
+       "pbr.xsd",
+       "<xs:attribute name=\"id\" type=\"xs:NCName\"/>",
+       "<xs:attribute name=\"column\" type=\"xs:NCName\"/>",
+       {{kError, "additional-info-id", "schema-types.xml", "<pbr:AdditionalInfo/>", "faults"}}},
+      {"a pattern that backtracks",
+       "main.xsd",
+       "<xs:enumeration value=\"yes\"/>",
+       "<xs:pattern value=\"([a-z]+)+\"/>",
+       {{kWarning, "pattern-backtracks", "main.xsd"}}},
+      {"a pattern that does not",
+       "main.xsd",
+       "<xs:enumeration value=\"yes\"/>",
+       "<xs:pattern value=\"([a-z]+-)*[a-z]+\"/>",
+       {}},
+      {"a pattern that takes too much memory",
+       "main.xsd",
+       "<xs:enumeration value=\"yes\"/>",
+       "<xs:pattern value=\"((([a-z]{1,1000}x){1,1000}y){1,1000}z){1,1000}\"/>",
+       {{kError, "pattern-too-heavy", "main.xsd"}}},
+      {"an attribute with the name of a mark",
+       "main.xsd",
+       "<xs:element name=\"contact\" type=\"Contact\" minOccurs=\"0\"/>\n    </xs:sequence>",
+       "<xs:element name=\"contact\" type=\"Contact\" minOccurs=\"0\"/>\n    </xs:sequence>"
+       "<xs:attribute name=\"rowIndex\"/>",
+       {{kWarning, "mark-declared", "template.xml", "<m:head>"}}},
+      {"an attribute with another name is fine",
+       "main.xsd",
+       "<xs:element name=\"contact\" type=\"Contact\" minOccurs=\"0\"/>\n    </xs:sequence>",
+       "<xs:element name=\"contact\" type=\"Contact\" minOccurs=\"0\"/>\n    </xs:sequence>"
+       "<xs:attribute name=\"rowindex\"/>",
+       {}}};
+  return kMistakes;
+}
+
+namespace {
+
+TEST(SchemaProblems, FindEachMistakeAndNothingElse) {
+  expectBesideSchema(mistakesOfSchemaProblems());
+}
+
+TEST(SchemaProblems, FindASchemaThatIsNotNamedOrIsAnothers) {
+  SmallDeployment deployment;
+  addSchema(deployment);
+  deployment.files.strSchemaUri = "urn:example:other";
+  EXPECT_EQ(foundBesideSchema(deployment),
+            std::vector<std::string>{"error schema-namespace main.xsd:3 "})
+      << "on the line of targetNamespace";
+  deployment.files.strSchemaUri = "urn:example:m";
+  deployment.files.strSchemaUrl = "gone.xsd";
+  EXPECT_EQ(foundBesideSchema(deployment),
+            std::vector<std::string>{"error schema-unusable gone.xsd:1 "});
+  deployment.files.strSchemaUrl = "";
+  EXPECT_EQ(foundBesideSchema(deployment), std::vector<std::string>{"error no-schema :1 "})
+      << "its namespace is named";
+  deployment.files.strSchemaUri = "";
+  EXPECT_EQ(foundBesideSchema(deployment), std::vector<std::string>{})
+      << "nobody asks for a verdict";
+  deployment.files.blnValidateAgainstSchema = true;
+  EXPECT_EQ(foundBesideSchema(deployment), std::vector<std::string>{"error no-schema :1 "});
+}
+
+TEST(SchemaProblems, LookForTheSchemaWhereARunDoes) {
+  SmallDeployment deployment;
+  addSchema(deployment);
+  deployment.files.strSchemaUrl = deployment.at("main.xsd");
+  EXPECT_EQ(foundBesideSchema(deployment),
+            std::vector<std::string>{"error schema-unusable main.xsd:1 "})
+      << "a run looks for an absolute path below the folder above the page's";
+  deployment.files.strSchemaUrl = "/main.xsd";
+  EXPECT_EQ(foundBesideSchema(deployment), std::vector<std::string>{});
+}
+
+TEST(SchemaProblems, TellWhereTheOptionsNameTheSchema) {
+  SmallDeployment deployment;
+  addSchema(deployment);
+  deployment.files.strOptionFile = deployment.at("deployment.json");
+  deployment.files.optionLines = {{"schema-url", 10}, {"schema-uri", 11}};
+  EXPECT_EQ(foundBesideSchema(deployment), std::vector<std::string>{});
+  deployment.files.strSchemaUri = "urn:example:other";
+  EXPECT_EQ(foundBesideSchema(deployment),
+            std::vector<std::string>{"error schema-namespace deployment.json:11 "});
+  deployment.files.strSchemaUrl = "gone.xsd";
+  EXPECT_EQ(foundBesideSchema(deployment),
+            std::vector<std::string>{"error schema-unusable deployment.json:10 "});
+  deployment.files.strSchemaUrl = "";
+  EXPECT_EQ(foundBesideSchema(deployment),
+            std::vector<std::string>{"error no-schema deployment.json:11 "});
+}
+
+TEST(SchemaProblems, TellWhatIsWrongWithACatalogAtTheCatalog) {
+  SmallDeployment deployment;
+  addSchema(deployment);
+  deployment.replace("main.xsd", "schemaLocation=\"pbr.xsd\"", "schemaLocation=\"urn:x:pbr.xsd\"");
+  constexpr const char* kCatalog =
+      "<catalog xmlns=\"urn:oasis:names:tc:entity:xmlns:xml:catalog\">\n"
+      "  <rewriteURI uriStartString=\"urn:x:\" rewritePrefix=\"./\"/>\n</catalog>\n";
+  deployment.write("catalog.xml", kCatalog);
+  deployment.files.strSchemaCatalog = deployment.at("catalog.xml");
+  EXPECT_EQ(foundBesideSchema(deployment), std::vector<std::string>{});
+  deployment.replace("catalog.xml", "/>\n</catalog>", ">\n</catalog>");
+  EXPECT_EQ(foundBesideSchema(deployment),
+            std::vector<std::string>{"error schema-unusable catalog.xml:3 "});
+  deployment.write("catalog.xml", kCatalog);
+  deployment.replace("catalog.xml", "rewriteURI", "rewriteUri");
+  const std::vector<Finding> findings = deployment.check();
+  EXPECT_TRUE(std::ranges::any_of(findings, [](const Finding& finding) {
+    return summary(finding) == "error misspelt-element catalog.xml:2 ";
+  }));
+}
+
+}  // namespace
+}  // namespace Varnel_Tolv_XML_Creation::test

@@ -5,6 +5,7 @@
 
 #include "platform/dom/DocumentState.h"
 #include "platform/xml/CancellationHeld.h"
+#include "platform/xml/NamespaceUris.h"
 #include "platform/xml/ReadXmlFile.h"
 #include "platform/xml/XmlCharacters.h"
 #include "result/RuntimeError.h"
@@ -12,9 +13,6 @@
 namespace Varnel_Tolv_XML_Creation {
 
 namespace {
-
-constexpr std::string_view kXmlUri = "http://www.w3.org/XML/1998/namespace";
-constexpr std::string_view kXmlnsUri = "http://www.w3.org/2000/xmlns/";
 
 /// Refuses the names and URIs that XML keeps for itself.
 void requireFreeNamespace(std::string_view strPrefix, std::string_view strUri) {

@@ -5,14 +5,6 @@
 
 namespace Varnel_Tolv_XML_Creation {
 
-namespace {
-
-bool isGroup(const Particle& particle) {
-  return particle.term != Particle::Term::element && particle.term != Particle::Term::wildcard;
-}
-
-}  // namespace
-
 ContentOutline::ContentOutline(const SchemaComponents& schema, const TypeDefinition& type)
     : schema_(&schema), type_(&type) {
   if (!type.model) return;
@@ -35,7 +27,7 @@ void ContentOutline::addParticles(const Particle& content) {
     waiting.pop_back();
     if (particle->maxOccurs == 0) continue;
     const Spot spot{lngGroup, groups_[lngGroup].lngMembers++};
-    if (isGroup(*particle)) {
+    if (Particle::isGroup(particle->term)) {
       const auto self = static_cast<std::uint32_t>(groups_.size());
       Group& group = groups_.emplace_back();
       group.spot = spot;

@@ -3,14 +3,14 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/xml/NamespaceUris.h"
+
 namespace Varnel_Tolv_XML_Creation {
 
 namespace {
 
-constexpr std::string_view kInstanceNamespace = "http://www.w3.org/2001/XMLSchema-instance";
-
 InstanceAttribute instanceAttribute(std::string_view strUri, std::string_view strLocal) {
-  if (strUri != kInstanceNamespace) return InstanceAttribute::none;
+  if (strUri != kInstanceUri) return InstanceAttribute::none;
   if (strLocal == "type") return InstanceAttribute::type;
   if (strLocal == "nil") return InstanceAttribute::nil;
   const bool blnLocation = strLocal == "schemaLocation" || strLocal == "noNamespaceSchemaLocation";

@@ -15,6 +15,7 @@
 #include "platform/text/Text.h"
 #include "platform/xml/FileUri.h"
 #include "platform/xml/LoadXml.h"
+#include "platform/xml/NamespaceUris.h"
 #include "platform/xml/ParseError.h"
 #include "platform/xml/ReadXmlFile.h"
 
@@ -22,7 +23,6 @@ namespace Varnel_Tolv_XML_Creation {
 
 namespace {
 
-constexpr std::string_view kSchemaNamespace = "http://www.w3.org/2001/XMLSchema";
 constexpr std::size_t kMaxDocuments = 1000;
 constexpr std::size_t kMaxDocumentBytes = std::size_t{64} * 1024 * 1024;
 
@@ -258,7 +258,7 @@ class DocumentsReader {
 }  // namespace
 
 bool isSchemaElement(const xmlNode* node, std::string_view strName) {
-  return isElement(node) && node->ns && view(node->ns->href) == kSchemaNamespace &&
+  return isElement(node) && node->ns && view(node->ns->href) == kSchemaUri &&
          view(node->name) == strName;
 }
 

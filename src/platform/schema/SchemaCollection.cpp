@@ -41,9 +41,7 @@ SchemaCollection& SchemaCollection::operator=(SchemaCollection&&) noexcept = def
 void SchemaCollection::catalog(std::string_view strPath) { impl_->strCatalog = strPath; }
 
 void SchemaCollection::add(std::string_view strNamespaceUri, std::string_view strPath) {
-  if (givesNothing(impl_->faults, DomOperation::addSchema)) {
-    throw RuntimeError(kXmlFailure, "Injected failure");
-  }
+  mayFail(impl_->faults, DomOperation::addSchema);
   const auto compileIt = [&] { return compile(strNamespaceUri, strPath, impl_->strCatalog); };
   std::shared_ptr<const void> schema;
   if (impl_->cache) {

@@ -1,5 +1,7 @@
 #include "platform/schema/StartTag.h"
 
+#include "platform/xml/NamespaceUris.h"
+
 namespace Varnel_Tolv_XML_Creation {
 
 void PrefixBindings::declare(const StartTag& tag) {
@@ -13,7 +15,7 @@ std::optional<std::string_view> PrefixBindings::find(std::string_view strPrefix)
   for (auto binding = bindings_.rbegin(); binding != bindings_.rend(); ++binding) {
     if (view(binding->first) == strPrefix) return view(binding->second);
   }
-  if (strPrefix == "xml") return "http://www.w3.org/XML/1998/namespace";
+  if (strPrefix == "xml") return kXmlUri;
   if (strPrefix.empty()) return std::string_view();
   return std::nullopt;
 }

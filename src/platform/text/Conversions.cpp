@@ -4,6 +4,7 @@
 #include <limits>
 #include <optional>
 
+#include "platform/text/Ascii.h"
 #include "platform/text/Text.h"
 #include "result/RuntimeError.h"
 
@@ -21,8 +22,6 @@ struct Number {
   std::string_view strFraction;
   std::int64_t lngExponent = 0;
 };
-
-bool isDigit(char letter) { return letter >= '0' && letter <= '9'; }
 
 std::size_t countDigits(std::string_view strText) {
   return static_cast<std::size_t>(std::find_if_not(strText.begin(), strText.end(), isDigit) -

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstddef>
 
+#include "platform/text/Ascii.h"
 #include "platform/text/Text.h"
 
 // A text is read by taking pieces off its front. Each piece is decided by what stands there,
@@ -20,13 +21,10 @@ struct Digits {
   std::size_t lngLength = 0;
 };
 
-bool isLetter(char byte) { return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z'); }
-
 /// The digits at the front; none when there are none or more than `lngMost`.
 std::optional<Digits> takeDigits(std::string_view& strRest, std::size_t lngMost) {
   Digits digits;
-  while (digits.lngLength < strRest.size() && strRest[digits.lngLength] >= '0' &&
-         strRest[digits.lngLength] <= '9') {
+  while (digits.lngLength < strRest.size() && isDigit(strRest[digits.lngLength])) {
     if (digits.lngLength == lngMost) return std::nullopt;
     digits.lngValue = digits.lngValue * 10 + (strRest[digits.lngLength] - '0');
     ++digits.lngLength;

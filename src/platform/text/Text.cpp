@@ -163,6 +163,12 @@ std::string percentDecoded(std::string_view strEncoded) {
   return strDecoded;
 }
 
+std::string_view beginningOf(std::string_view strText, std::size_t lngMost) noexcept {
+  std::size_t end = std::min(strText.size(), lngMost);
+  while (end > 0 && end < strText.size() && (strText[end] & 0xC0) == 0x80) --end;
+  return strText.substr(0, end);
+}
+
 std::string oneLine(std::string_view strText) {
   std::string strLine(strText.substr(0, strText.find_last_not_of(" \t\r\n") + 1));
   const auto isControl = [](char byte) { return static_cast<unsigned char>(byte) < 0x20; };

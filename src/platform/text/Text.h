@@ -41,6 +41,9 @@ std::string twoDigits(int lngNumber);
 /// The text as one line: without white space at its end, each control character a blank.
 std::string oneLine(std::string_view strText);
 
+/// The first bytes of a text, `lngMost` at most, that end with a whole character.
+std::string_view beginningOf(std::string_view strText, std::size_t lngMost) noexcept;
+
 /// Each %XX a byte; a malformed escape stands as it is.
 std::string percentDecoded(std::string_view strEncoded);
 

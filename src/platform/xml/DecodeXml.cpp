@@ -54,11 +54,6 @@ ParseError refused(const std::string& strReason) {
   return {XML_ERR_UNSUPPORTED_ENCODING, 1, strReason};
 }
 
-std::string_view withoutSpace(std::string_view strText) {
-  while (!strText.empty() && isXmlSpace(strText.front())) strText.remove_prefix(1);
-  return strText;
-}
-
 /// The encoding that an XML declaration names; empty when there is none. What is wrong with a
 /// declaration the parser tells.
 std::string_view declaredEncoding(std::string_view strText) {
@@ -67,12 +62,11 @@ std::string_view declaredEncoding(std::string_view strText) {
   std::string_view strRest = strText.substr(kBegin.size());
   strRest = strRest.substr(0, strRest.find("?>"));
   while (!strRest.empty() && isXmlSpace(strRest.front())) {
-    strRest = withoutSpace(strRest);
+    strRest = withoutXmlSpaceAround(strRest);
     const std::size_t equals = strRest.find('=');
     if (equals == std::string_view::npos) break;
-    std::string_view strName = strRest.substr(0, equals);
-    while (!strName.empty() && isXmlSpace(strName.back())) strName.remove_suffix(1);
-    strRest = withoutSpace(strRest.substr(equals + 1));
+    const std::string_view strName = withoutXmlSpaceAround(strRest.substr(0, equals));
+    strRest = withoutXmlSpaceAround(strRest.substr(equals + 1));
     const char quote = strRest.empty() ? '\0' : strRest.front();
     const std::size_t end = strRest.find(quote, 1);
     if ((quote != '"' && quote != '\'') || end == std::string_view::npos) break;

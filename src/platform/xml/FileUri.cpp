@@ -8,20 +8,10 @@
 
 #include "platform/xml/OwnedXml.h"
 #include "platform/xml/ReadXmlFile.h"
+#include "platform/xml/XmlCharacters.h"
 #include "platform/xml/XmlTree.h"
 
 namespace Varnel_Tolv_XML_Creation {
-
-namespace {
-
-std::string_view withoutSpaceAround(std::string_view strText) {
-  constexpr std::string_view kSpace = " \t\r\n";
-  const std::size_t first = strText.find_first_not_of(kSpace);
-  if (first == std::string_view::npos) return {};
-  return strText.substr(first, strText.find_last_not_of(kSpace) - first + 1);
-}
-
-}  // namespace
 
 std::string uriOfPath(std::string_view strPath) {
   const OwnedXmlText escaped(
@@ -33,7 +23,7 @@ std::string uriOfPath(std::string_view strPath) {
 std::string escapedUri(std::string_view strText) {
   constexpr std::string_view kHexDigits = "0123456789ABCDEF";
   std::string strEscaped;
-  for (const char byte : withoutSpaceAround(strText)) {
+  for (const char byte : withoutXmlSpaceAround(strText)) {
     const auto code = static_cast<unsigned char>(byte);
     if (code < 0x80) {
       strEscaped += byte;

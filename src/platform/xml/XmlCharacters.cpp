@@ -108,6 +108,12 @@ bool isXmlWhiteSpace(std::string_view strText) {
   return std::all_of(strText.begin(), strText.end(), isXmlSpace);
 }
 
+std::string_view withoutXmlSpaceAround(std::string_view strText) noexcept {
+  while (!strText.empty() && isXmlSpace(strText.front())) strText.remove_prefix(1);
+  while (!strText.empty() && isXmlSpace(strText.back())) strText.remove_suffix(1);
+  return strText;
+}
+
 bool isNCName(std::string_view strName) {
   const auto isAscii = [](char byte) {
     return isNameByte(byte) && static_cast<unsigned char>(byte) < 0x80;
@@ -138,7 +144,7 @@ void requireXmlText(std::string_view strText) {
 void requireQualifiedName(std::string_view strName) {
   if (isQualifiedName(strName)) return;
   constexpr std::size_t kLongestShown = 100;
-  const std::string strShown(strName.substr(0, kLongestShown));
+  const std::string strShown(beginningOf(strName, kLongestShown));
   throw RuntimeError(kInvalidName, oneLine("The name '" + strShown + "' is not allowed in XML."));
 }
 

@@ -17,6 +17,9 @@ constexpr bool isXmlSpace(char byte) noexcept {
 /// Whether nothing but that is there.
 bool isXmlWhiteSpace(std::string_view strText);
 
+/// A text without what there is of it at both ends.
+std::string_view withoutXmlSpaceAround(std::string_view strText) noexcept;
+
 /// Whether `strName` is a name without a colon, as prefixes and local names are.
 bool isNCName(std::string_view strName);
 

@@ -5,13 +5,12 @@
 #include <utility>
 #include <vector>
 
+#include "platform/text/Ascii.h"
 #include "platform/xml/XmlCharacters.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
 namespace {
-
-bool isDigit(char byte) { return byte >= '0' && byte <= '9'; }
 
 enum class TokenKind { name, literal, number, symbol, end };
 

@@ -3,14 +3,13 @@
 #include <string>
 #include <string_view>
 
+#include "platform/xml/NamespaceUris.h"
 #include "platform/xml/XmlCharacters.h"
 #include "result/RuntimeError.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
 namespace {
-
-constexpr std::string_view kXmlUri = "http://www.w3.org/XML/1998/namespace";
 
 // Of fewer each is looked at.
 constexpr std::size_t kMany = 16;

@@ -136,6 +136,23 @@ TEST(Split, GivesTheTextAsOnePieceWithoutASeparator) {
   EXPECT_THAT(split("a,b", ""), ElementsAre("a,b"));
 }
 
+TEST(BeginningOf, EndsWithAWholeCharacter) {
+  const struct {
+    std::string_view strText;
+    std::size_t lngMost;
+    std::string_view strBeginning;
+  } cases[] = {
+      {"", 3, ""},
+      {"abc", 3, "abc"},
+      {"abcd", 3, "abc"},
+      {"ab\xC3\xA9", 4, "ab\xC3\xA9"},
+      {"ab\xC3\xA9", 3, "ab"},
+      {"\xF0\x9F\x98\x80", 3, ""},
+      {"\x80\x80\x80\x80", 3, ""},
+  };
+  for (const auto& c : cases) EXPECT_EQ(beginningOf(c.strText, c.lngMost), c.strBeginning);
+}
+
 TEST(OneLine, PutsABlankForEachControlCharacter) {
   const struct {
     const char *says, *text, *line;

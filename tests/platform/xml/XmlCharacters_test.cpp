@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include "result/RuntimeError.h"
+
 namespace Varnel_Tolv_XML_Creation {
 namespace {
 
@@ -41,6 +43,25 @@ TEST(XmlCharacters, TellsNamesWithoutAColon) {
   for (const char* strName : {"", ":", "a:b", "-a", "1a", ".", "a b", "\xC2\xB7", "a\xC3", "a\n"}) {
     EXPECT_FALSE(isNCName(strName)) << strName;
   }
+}
+
+TEST(XmlCharacters, ShowsTheBeginningOfAWrongNameInWholeCharacters) {
+  std::string strName = "!";
+  while (strName.size() < 200) strName += "\xC3\xA9";
+  try {
+    requireQualifiedName(strName);
+    ADD_FAILURE() << "it is a name";
+  } catch (const RuntimeError& error) {
+    EXPECT_EQ(error.number(), kInvalidName);
+    EXPECT_EQ(error.description(),
+              "The name '" + strName.substr(0, 99) + "' is not allowed in XML.");
+  }
+}
+
+TEST(XmlCharacters, TakesWhiteSpaceFromBothEndsOfAText) {
+  EXPECT_EQ(withoutXmlSpaceAround(" \t\r\na b\n"), "a b");
+  EXPECT_EQ(withoutXmlSpaceAround("\xC2\xA0"), "\xC2\xA0");
+  EXPECT_EQ(withoutXmlSpaceAround(" \n"), "");
 }
 
 TEST(XmlCharacters, SplitsANameAtItsColon) {

@@ -30,6 +30,10 @@ struct Particle {
   enum class Term : std::uint8_t { element, wildcard, sequence, choice, all };
   static constexpr std::uint32_t kUnbounded = std::numeric_limits<std::uint32_t>::max();
 
+  static constexpr bool isGroup(Term term) noexcept {
+    return term != Term::element && term != Term::wildcard;
+  }
+
   Term term = Term::sequence;
   std::uint32_t minOccurs = 1;
   std::uint32_t maxOccurs = 1;

@@ -42,9 +42,7 @@ struct ContentNode {
   bool blnEmptiable = false;  // an occurrence of its term can be empty
   bool blnOnce = true;        // neither it nor an ancestor may occur more than once
 
-  bool isGroup() const noexcept {
-    return term != Particle::Term::element && term != Particle::Term::wildcard;
-  }
+  bool isGroup() const noexcept { return Particle::isGroup(term); }
   std::uint32_t bits() const noexcept { return state + (blnCounted ? 1 : 0); }
 };
 

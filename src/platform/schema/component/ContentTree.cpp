@@ -26,8 +26,6 @@ struct Draft {
   bool blnGone = false;
 };
 
-bool isGroup(Term term) { return term != Term::element && term != Term::wildcard; }
-
 std::uint32_t times(std::uint32_t lngLeft, std::uint32_t lngRight) {
   if (lngLeft == 0 || lngRight == 0) return 0;
   if (lngLeft == kUnbounded || lngRight == kUnbounded) return kUnbounded;
@@ -74,7 +72,7 @@ void simplify(std::vector<Draft>& drafts) {
   for (auto self = static_cast<std::uint32_t>(drafts.size()); self-- > 0;) {
     Draft& group = drafts[self];
     std::uint32_t standsHere = self;
-    if (isGroup(group.term)) {
+    if (Particle::isGroup(group.term)) {
       group.blnEmptiable = group.term == Term::choice ? group.blnAnyNullable : group.blnAllNullable;
       if (group.blnEmptiable) group.lngMin = 0;
       if (self == 0) return;

@@ -4,6 +4,7 @@
 #include <array>
 #include <string>
 
+#include "platform/xml/NamespaceUris.h"
 #include "platform/xml/XmlCharacters.h"
 
 namespace Varnel_Tolv_XML_Creation {

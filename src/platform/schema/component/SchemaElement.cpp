@@ -6,13 +6,13 @@
 #include "platform/schema/component/Components.h"
 #include "platform/schema/component/SchemaFailure.h"
 #include "platform/schema/value/LexicalForms.h"
+#include "platform/text/Text.h"
+#include "platform/xml/NamespaceUris.h"
 #include "platform/xml/XmlCharacters.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
 namespace {
-
-constexpr std::string_view kXmlUri = "http://www.w3.org/XML/1998/namespace";
 
 /// The first of these siblings that is of the namespace of `near`: nearly always the very same
 /// declaration of it.
@@ -151,11 +151,7 @@ void refuse(const SchemaElement& at, std::string_view strReason) {
     strDescription += " '" + spot.strPath + "'";
   }
   strDescription.append(" cannot be used: ").append(strReason);
-  const auto isControl = [](char byte) { return static_cast<unsigned char>(byte) < 0x20; };
-  std::replace_if(strDescription.begin(), strDescription.end(), isControl, ' ');
-  throw SchemaFailure(
-      strDescription, std::move(spot),
-      std::string_view(strDescription).substr(strDescription.size() - strReason.size()));
+  throw SchemaFailure(oneLine(strDescription), std::move(spot), oneLine(strReason));
 }
 
 void Allowance::spend(std::size_t lngMore, const SchemaElement& at) {

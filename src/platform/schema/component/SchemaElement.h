@@ -18,8 +18,6 @@
 
 namespace Varnel_Tolv_XML_Creation {
 
-inline constexpr std::string_view kSchemaUri = "http://www.w3.org/2001/XMLSchema";
-
 /// A document in the part that it plays, and what its root element says of all that stands in it.
 struct SchemaPart {
   const SchemaDocument* document = nullptr;

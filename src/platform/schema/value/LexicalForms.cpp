@@ -8,6 +8,8 @@
 #include <limits>
 #include <system_error>
 
+#include "platform/text/Ascii.h"
+#include "platform/text/Text.h"
 #include "platform/xml/XmlCharacters.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -15,12 +17,6 @@ namespace Varnel_Tolv_XML_Creation {
 namespace {
 
 constexpr std::string_view kWhiteSpace = " \t\r\n";
-
-bool isDigit(char byte) noexcept { return byte >= '0' && byte <= '9'; }
-
-bool isLetter(char byte) noexcept {
-  return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z');
-}
 
 bool isHexDigit(char byte) noexcept {
   return isDigit(byte) || (byte >= 'a' && byte <= 'f') || (byte >= 'A' && byte <= 'F');
@@ -70,10 +66,7 @@ std::optional<double> parseNumber(std::string_view strText) noexcept {
 
 Normalised::Normalised(std::string_view strText, WhiteSpace whiteSpace) : strView_(strText) {
   if (whiteSpace == WhiteSpace::preserve) return;
-  if (whiteSpace == WhiteSpace::collapse) {
-    while (!strView_.empty() && isXmlSpace(strView_.front())) strView_.remove_prefix(1);
-    while (!strView_.empty() && isXmlSpace(strView_.back())) strView_.remove_suffix(1);
-  }
+  if (whiteSpace == WhiteSpace::collapse) strView_ = withoutXmlSpaceAround(strView_);
   // From the first place on that has to change the text is made anew.
   bool blnAfterBlank = false;
   std::size_t at = 0;
@@ -105,9 +98,7 @@ std::string_view takeItem(std::string_view& strList) noexcept {
 
 std::string shown(std::string_view strText) {
   constexpr std::size_t kLongestShown = 100;
-  std::size_t end = std::min(strText.size(), kLongestShown);
-  while (end > 0 && end < strText.size() && (strText[end] & 0xC0) == 0x80) --end;
-  std::string strShown(strText.substr(0, end));
+  std::string strShown(beginningOf(strText, kLongestShown));
   const auto isControl = [](char byte) { return static_cast<unsigned char>(byte) < 0x20; };
   std::replace_if(strShown.begin(), strShown.end(), isControl, '?');
   return strShown;

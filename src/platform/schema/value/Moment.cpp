@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <tuple>
 
+#include "platform/text/Ascii.h"
+
 namespace Varnel_Tolv_XML_Creation {
 
 namespace {
@@ -46,7 +48,6 @@ class Pieces {
 
   /// All digits that stand here, of which there must be some.
   std::string_view digits() noexcept {
-    const auto isDigit = [](char letter) { return letter >= '0' && letter <= '9'; };
     const auto end = std::find_if_not(strRest_.begin(), strRest_.end(), isDigit);
     const auto lngDigits = static_cast<std::size_t>(end - strRest_.begin());
     const std::string_view strDigits = strRest_.substr(0, lngDigits);
@@ -55,9 +56,7 @@ class Pieces {
     return strDigits;
   }
 
-  bool atDigit() const noexcept {
-    return blnGood_ && !strRest_.empty() && strRest_[0] >= '0' && strRest_[0] <= '9';
-  }
+  bool atDigit() const noexcept { return blnGood_ && !strRest_.empty() && isDigit(strRest_[0]); }
 
   std::int64_t number(std::string_view strDigits) noexcept {
     if (strDigits.size() > kMostDigits) blnGood_ = false;

@@ -11,7 +11,6 @@ namespace {
 using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-using ::testing::StartsWith;
 
 constexpr std::string_view kContextMissing =
     "The context object for the intrinsic IIS Object is missing";
@@ -182,30 +181,34 @@ TEST(ValidateXMLAgainstSchema, LooksImportsUpInTheHostsCatalog) {
                    "<xs:import namespace='urn:codes'/>"
                    "<xs:element name='code' type='c:code' xmlns:c='urn:codes'/>");
   story.directory.file("schema.xsd", strSchema);
-  EXPECT_FALSE(story.validate().Success());
+  EXPECT_TRUE(FailedWithNumber(story.validate(), kXmlFailure, "ValidateXMLAgainstSchema"));
+  EXPECT_THAT(story.lines().back(), ::testing::HasSubstr("'{urn:codes}code' does not resolve"));
   story.session.host.strSchemaCatalog = story.directory.at("codes/catalog.xml");
   EXPECT_TRUE(Succeeded(story.validate()));
   story.session.host.strSchemaCatalog = story.directory.at("none.xml");
-  EXPECT_FALSE(story.validate().Success());
+  EXPECT_TRUE(FailedWithNumber(story.validate(), kXmlFailure, "ValidateXMLAgainstSchema"));
   EXPECT_THAT(story.lines().back(),
               ::testing::HasSubstr("The catalog '" + story.directory.at("none.xml") +
                                    "' cannot be read: The system cannot locate the object"));
 }
 
 TEST(ValidateXMLAgainstSchema, FailsForASchemaThatCannotBeRegistered) {
+  constexpr const char* kNotThere = "The system cannot locate the object specified.";
   const struct {
-    const char *says, *schema, *uri;
+    const char *says, *schema, *uri, *file, *why;
   } cases[] = {
-      {"missing", nullptr, "urn:m"},
-      {"empty", "", "urn:m"},
-      {"malformed", "<xs:schema", "urn:m"},
-      {"no schema", "<schema/>", "urn:m"},
-      {"of another namespace", kSchema.data(), "urn:other"},
-      {"of a namespace where none is wanted", kSchema.data(), ""},
+      {"missing", nullptr, "urn:m", "this.xsd", kNotThere},
+      {"empty", "", "urn:m", "this.xsd", "Document is empty"},
+      {"malformed", "<schema", "urn:m", "this.xsd", "Couldn't find end of Start Tag schema line 1"},
+      {"no schema", "<schema/>", "urn:m", "this.xsd", "It is not an XML Schema."},
+      {"of another namespace", kSchema.data(), "urn:other", "this.xsd",
+       "Its target namespace is 'urn:m', not 'urn:other'."},
+      {"of a namespace where none is wanted", kSchema.data(), "", "this.xsd",
+       "Its target namespace is 'urn:m', not ''."},
       {"including a missing file",
        "<xs:schema xmlns:xs='http://www.w3.org/2001/XMLSchema' targetNamespace='urn:m'>"
        "<xs:include schemaLocation='missing.xsd'/></xs:schema>",
-       "urn:m"},
+       "urn:m", "missing.xsd", kNotThere},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.says);
@@ -213,11 +216,12 @@ TEST(ValidateXMLAgainstSchema, FailsForASchemaThatCannotBeRegistered) {
     story.strSchemaUrl = "this.xsd";
     story.strSchemaUri = c.uri;
     if (c.schema) story.directory.file("this.xsd", c.schema);
-    const Acknowledge objAck = story.validate();
-    EXPECT_TRUE(FailedWithNumber(objAck, kXmlFailure, "ValidateXMLAgainstSchema"));
-    EXPECT_EQ(objAck.UserMessage().find_first_of("\r\n"), std::string::npos);
-    story.expectEnd({"Unexpected error in ValdateXMLAgainstSchema (-2147467259, " +
-                     objAck.UserMessage() + ")"});
+    const std::string strDescription = "The schema '" + story.directory.at(c.file) +
+                                       "' cannot be registered: " + std::string(c.why);
+    EXPECT_TRUE(FailedWithRuntimeError(story.validate(), kXmlFailure, "ValidateXMLAgainstSchema",
+                                       strDescription));
+    story.expectEnd(
+        {"Unexpected error in ValdateXMLAgainstSchema (-2147467259, " + strDescription + ")"});
   }
 }
 
@@ -287,15 +291,15 @@ TEST(ValidateXMLAgainstSchema, ReportsAMessageWithoutTextLikeAParseThatFails) {
 TEST(ValidateXMLAgainstSchema, CarriesTheParsersNumberForAMessageThatIsNotWellFormed) {
   VerdictStory story;
   story.objMessage = Document::create();
-  const Acknowledge objAck = story.validate();
-  EXPECT_FALSE(objAck.Success());
-  EXPECT_FALSE(ReturnValueName(objAck.ErrorCode()).has_value());
-  EXPECT_TRUE(FailedWithNumber(objAck, objAck.ErrorCode(), "ValidateXMLAgainstSchema"));
-  EXPECT_THAT(story.lines(), ElementsAre("Error in objSaxXmlReader.parse: " + objAck.UserMessage(),
-                                         "Unexpected error in ValdateXMLAgainstSchema (" +
-                                             std::to_string(objAck.ErrorCode()) + ", " +
-                                             objAck.UserMessage() + ")"));
-  EXPECT_THAT(linesOf(story.host, "SaxValidator"), Contains(StartsWith("fatalError: ")));
+  constexpr std::int32_t kDocumentEmpty = 4;  // of the parser
+  EXPECT_TRUE(FailedWithRuntimeError(story.validate(), kDocumentEmpty, "ValidateXMLAgainstSchema",
+                                     "Document is empty"));
+  EXPECT_THAT(story.lines(),
+              ElementsAre("Error in objSaxXmlReader.parse: Document is empty",
+                          "Unexpected error in ValdateXMLAgainstSchema (4, Document is empty)"));
+  EXPECT_THAT(linesOf(story.host, "SaxValidator"),
+              ElementsAre("fatalError: Document is empty, code 4, line 0, column 0",
+                          "Adding error: Document is empty"));
   EXPECT_FALSE(story.colUserErrors.has_value());
   EXPECT_FALSE(story.colIntErrors.has_value());
 }
@@ -376,7 +380,9 @@ TEST(ValidateXMLAgainstSchema, ReportsARunTimeErrorOfTheMappingAndKeepsItsRecord
 TEST(ValidateXMLAgainstSchema, NeedsNoTrace) {
   VerdictStory story("<m:name>long</m:name><m:number>1</m:number>");
   story.session.host.traceSink = nullptr;
-  EXPECT_FALSE(story.validate().Success());
+  EXPECT_TRUE(FailedWith(story.validate(), SVC_RET_XML_CREATION_SCHEMA_VALIDATION_FAILED,
+                         "ValidateXMLAgainstSchema: 0 user errors, 1 internal errors",
+                         "There were errors which caused the message XML to be invalid"));
   EXPECT_THAT(story.host.traceLines(), IsEmpty());
 }
 

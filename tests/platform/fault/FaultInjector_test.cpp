@@ -135,7 +135,7 @@ TEST_F(FaultInjection, GoesOnInClones) {
   const Node objClone = objRoot_.cloneNode(true);
   failing_.operation = DomOperation::readText;
   failing_.fault = Fault::error;
-  descriptionOf(kXmlFailure, [&] { objClone.text(); });
+  EXPECT_EQ(descriptionOf(kXmlFailure, [&] { objClone.text(); }), "Injected failure");
 }
 
 }  // namespace

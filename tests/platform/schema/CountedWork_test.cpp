@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <random>
@@ -43,6 +44,7 @@ TEST(CountedWork, IsLinearInTheSizeOfEachGeneratedPair) {
   const SchemaDirectory directory;
   const unsigned long lngFirst = fromEnvironment("GENERATED_SEED", 1);
   const unsigned long lngSchemas = fromEnvironment("GENERATED_COUNT", kGeneratedPairs) / 10;
+  unsigned long lngTaken = 0;
   for (unsigned long seed = lngFirst; seed < lngFirst + lngSchemas; ++seed) {
     const std::string strSeed = "GENERATED_SEED=" + std::to_string(seed) + " ";
     const GeneratedSchema schema(static_cast<std::uint_fast32_t>(seed));
@@ -54,6 +56,7 @@ TEST(CountedWork, IsLinearInTheSizeOfEachGeneratedPair) {
     } catch (const RuntimeError&) {
       continue;
     }
+    ++lngTaken;
     std::mt19937 random(static_cast<std::uint_fast32_t>(seed));
     for (int number = 0; number < 10; ++number) {
       const Item message = schema.message(random, number * 2 / 3);
@@ -67,6 +70,7 @@ TEST(CountedWork, IsLinearInTheSizeOfEachGeneratedPair) {
       EXPECT_GT(work.blocks(), 0U);
     }
   }
+  EXPECT_GT(2 * lngTaken, lngSchemas);  // otherwise it would say little
 }
 
 /// What a shape of a given size takes to register and to check.
@@ -268,10 +272,13 @@ TEST_P(CountedGrowth, IsLinearFor) {
   const Work twice = workOf(GetParam(), 2 * GetParam().size);
   const Work fourTimes = workOf(GetParam(), 4 * GetParam().size);
   // What is the same for every size is in neither difference.
-  EXPECT_LE(fourTimes.lngForSchema - twice.lngForSchema,
-            (twice.lngForSchema - once.lngForSchema) * 5 / 2 + 1000);
-  EXPECT_LE(fourTimes.lngForMessage - twice.lngForMessage,
-            (twice.lngForMessage - once.lngForMessage) * 5 / 2 + 1000);
+  const auto growth = [](std::uint64_t lngFrom, std::uint64_t lngTo) {
+    return static_cast<std::int64_t>(lngTo) - static_cast<std::int64_t>(lngFrom);
+  };
+  EXPECT_LE(growth(twice.lngForSchema, fourTimes.lngForSchema),
+            growth(once.lngForSchema, twice.lngForSchema) * 5 / 2 + 1000);
+  EXPECT_LE(growth(twice.lngForMessage, fourTimes.lngForMessage),
+            growth(once.lngForMessage, twice.lngForMessage) * 5 / 2 + 1000);
 }
 
 INSTANTIATE_TEST_SUITE_P(Shapes, CountedGrowth, testing::ValuesIn(kShapes),

@@ -15,8 +15,8 @@
 #include "platform/schema/value/SimpleType.h"
 
 // The components of a schema, as XML Schema 1.0 names them: what its documents define, references
-// resolved, derivations carried out. Whoever has them needs no schema document any more. They are
-// plain data that nothing changes once they are made; pointers among them stay within one
+// resolved, derivations carried out. Whoever checks a message needs no schema document any more.
+// They are plain data that nothing changes once they are made; pointers among them stay within one
 // SchemaComponents.
 
 namespace Varnel_Tolv_XML_Creation {

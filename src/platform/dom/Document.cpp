@@ -88,10 +88,9 @@ void Document::countTo(const std::shared_ptr<TreeBudget>& budget) const {
 }
 
 Node Document::documentElement() const {
-  TreeNode* child = DocumentState::target(*this)->first;
+  TreeNode* const root = rootOf(DocumentState::target(*this));
   if (state_->givesNothing(DomOperation::documentElement)) return {};
-  while (child && !isElement(child)) child = child->next;
-  return DocumentState::handle(state_, child);
+  return DocumentState::handle(state_, root);
 }
 
 void Document::setSelectionNamespaces(std::string_view strDeclarations) const {

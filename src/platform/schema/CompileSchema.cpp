@@ -15,6 +15,7 @@
 #include "platform/schema/HeavyContent.h"
 #include "platform/schema/ReadSchemaDocuments.h"
 #include "platform/text/Text.h"
+#include "platform/xml/CopyTree.h"
 #include "platform/xml/OwnedXml.h"
 #include "platform/xml/SerialiseXml.h"
 #include "platform/xml/ServedDocuments.h"
@@ -54,28 +55,28 @@ class CompilerCopy {
  public:
   CompilerCopy(const SchemaDocuments& documents, std::size_t lngDocument,
                const std::vector<HeavyContent>& heavy) {
-    std::unordered_map<const xmlNode*, HeavyContent::Substitute> substitutes;
+    std::unordered_map<const TreeNode*, HeavyContent::Substitute> substitutes;
     for (const HeavyContent& content : heavy) {
       if (content.lngDocument != lngDocument) continue;
       substitutes.emplace(content.particle, content.substitute);
     }
     const SchemaDocument& source = documents.documents[lngDocument];
-    const xmlNode* const root = xmlDocGetRootElement(source.document);
+    const TreeNode* const root = source.root;
     auto reference = source.references.begin();
-    lngLine_ = lngFirstLine_ = std::max<std::size_t>(lineOf(root), 1);
+    lngLine_ = lngFirstLine_ = std::max<std::size_t>(asParent(root)->lngLine, 1);
     std::vector<std::pair<TreeNode*, HeavyContent::Substitute>> found;
-    const xmlNode* around = root->parent;
+    const TreeNode* around = root->parent;
     TreeNode* parent = tree_.document();  // the copy of that
-    for (const xmlNode* node = root; node; node = nextBelow(node, root)) {
+    for (const TreeNode* node = root; node; node = nextBelow(node, root)) {
       for (; around != node->parent; around = around->parent) parent = parent->parent;
-      if (isText(node) || isCData(node)) {
-        const NodeKind kind = isText(node) ? NodeKind::text : NodeKind::cdata;
-        linkNode(parent, tree_.newLeaf(kind, nullptr, view(node->content)), nullptr);
-        lngLine_ += static_cast<std::size_t>(std::ranges::count(view(node->content), '\n'));
+      if (isElement(node)) goToLine(asParent(node)->lngLine, parent);
+      if (isCharacterData(node)) {
+        lngLine_ += static_cast<std::size_t>(std::ranges::count(valueOf(node), '\n'));
+      } else if (!isElement(node)) {
+        continue;  // the compiler has no use for comments
       }
-      if (!isElement(node)) continue;  // the compiler has no use for comments
-      goToLine(lineOf(node), parent);
-      linkNode(parent, copyElement(node), nullptr);
+      linkNode(parent, copyNode(node, false, tree_), nullptr);
+      if (!isElement(node)) continue;
       around = node;
       parent = asParent(parent)->last;
       if (reference != source.references.end() && reference->element == node) {
@@ -104,21 +105,6 @@ class CompilerCopy {
     const std::string strLines(lngLine - lngLine_, '\n');
     linkNode(parent, tree_.newLeaf(NodeKind::text, nullptr, strLines), nullptr);
     lngLine_ = lngLine;
-  }
-
-  const TreeName* nameOf(const xmlNode* node) {
-    return tree_.name(prefixOf(node), view(node->name), node->ns ? view(node->ns->href) : "");
-  }
-
-  TreeNode* copyElement(const xmlNode* source) {
-    TreeNode* const element = tree_.newElement(nameOf(source));
-    for (const xmlNs* ns = source->nsDef; ns; ns = ns->next) {
-      declare(element, tree_.name(view(ns->prefix), {}, view(ns->href)));
-    }
-    for (xmlAttr* attribute = source->properties; attribute; attribute = attribute->next) {
-      add(element, nameOf(asNode(attribute)), textOf(asNode(attribute)));
-    }
-    return element;
   }
 
   void declare(TreeNode* element, const TreeName* name) {

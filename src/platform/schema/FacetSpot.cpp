@@ -7,7 +7,6 @@
 
 #include "platform/schema/ReadSchemaDocuments.h"
 #include "platform/schema/value/Decimal.h"
-#include "platform/xml/XmlTree.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
@@ -45,13 +44,8 @@ std::optional<Contradiction> contradictionOf(std::string_view strReason) {
   return told;
 }
 
-std::string valueOf(const xmlNode* facet) {
-  const xmlAttr* const value = findAttribute(facet, "value");
-  return value ? textOf(asNode(const_cast<xmlAttr*>(value))) : std::string();
-}
-
 /// Which value comes first: of numbers, and of texts of one length, as dates mostly are.
-std::optional<std::strong_ordering> order(const std::string& strOne, const std::string& strOther) {
+std::optional<std::strong_ordering> order(std::string_view strOne, std::string_view strOther) {
   const std::optional<Decimal> one = Decimal::parse(strOne), other = Decimal::parse(strOther);
   if (one && other) return *one <=> *other;
   if (strOne.size() != strOther.size()) return std::nullopt;
@@ -59,8 +53,9 @@ std::optional<std::strong_ordering> order(const std::string& strOne, const std::
 }
 
 /// Whether two facets of one type are seen to contradict each other.
-bool contradict(const Contradiction& told, const xmlNode* facet, const xmlNode* other) {
-  const auto found = order(valueOf(facet), valueOf(other));
+bool contradict(const Contradiction& told, const TreeNode* facet, const TreeNode* other) {
+  const auto found =
+      order(attributeOf(facet, "value").value_or(""), attributeOf(other, "value").value_or(""));
   if (!found) return false;
   return !(*found > 0 ? told.blnMore : *found < 0 ? told.blnLess : told.blnSame);
 }
@@ -72,20 +67,19 @@ SchemaSpot spotOfFacet(std::string_view strReason, const SchemaDocuments& docume
   if (!told) return {};
   SchemaSpot only;  // of all that can be meant
   std::size_t lngMeant = 0;
-  std::set<const xmlDoc*> seen;
+  std::set<const TreeNode*> seen;
   for (const SchemaDocument& document : documents.documents) {
-    if (!seen.insert(document.document).second) continue;
-    const xmlNode* const root = xmlDocGetRootElement(document.document);
-    for (const xmlNode* node = root; node; node = nextBelow(node, root)) {
+    if (!seen.insert(document.root).second) continue;
+    for (const TreeNode* node = document.root; node; node = nextBelow(node, document.root)) {
       if (!isSchemaElement(node, "restriction")) continue;
-      const xmlNode* facet = nullptr;
-      const xmlNode* other = nullptr;
-      for (const xmlNode* child = node->children; child; child = child->next) {
+      const TreeNode* facet = nullptr;
+      const TreeNode* other = nullptr;
+      for (const TreeNode* child = node->first; child; child = child->next) {
         if (!facet && isSchemaElement(child, told->strFacet)) facet = child;
         if (!other && isSchemaElement(child, told->strOther)) other = child;
       }
       if (!facet || (!told->blnOfBase && !other)) continue;
-      const SchemaSpot spot{document.strPath, lineOf(facet)};
+      const SchemaSpot spot{document.strPath, asParent(facet)->lngLine};
       if (!told->blnOfBase && contradict(*told, facet, other)) return spot;
       if (++lngMeant == 1) only = spot;
     }

@@ -15,7 +15,7 @@ struct HeavyContent {
   enum class Substitute : std::uint8_t { required, optional, none };
 
   std::size_t lngDocument = 0;
-  const xmlNode* particle = nullptr;  // the model group, or the reference to a named one
+  const TreeNode* particle = nullptr;  // the model group, or the reference to a named one
   Substitute substitute = Substitute::required;
 };
 

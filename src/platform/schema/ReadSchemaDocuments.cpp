@@ -14,7 +14,7 @@
 #include "platform/schema/W3cSchemas.h"
 #include "platform/text/Text.h"
 #include "platform/xml/FileUri.h"
-#include "platform/xml/LoadXml.h"
+#include "platform/xml/LoadTree.h"
 #include "platform/xml/NamespaceUris.h"
 #include "platform/xml/ParseError.h"
 #include "platform/xml/ReadXmlFile.h"
@@ -26,50 +26,41 @@ namespace {
 constexpr std::size_t kMaxDocuments = 1000;
 constexpr std::size_t kMaxDocumentBytes = std::size_t{64} * 1024 * 1024;
 
-std::optional<std::string> attributeText(const xmlNode* element, std::string_view strName) {
-  const xmlAttr* attribute = findAttribute(element, strName);
-  if (!attribute) return std::nullopt;
-  return textOf(asNode(const_cast<xmlAttr*>(attribute)));
-}
-
-/// What the include, redefine or import means where it stands. An import of no namespace names
+/// Where the include, redefine or import leads, as it stands there. An import of no namespace names
 /// none.
-std::optional<std::string> locationOf(const xmlNode* reference) {
-  return attributeText(reference, "schemaLocation");
+std::optional<std::string> locationOf(const TreeNode* reference) {
+  return std::optional<std::string>(attributeOf(reference, "schemaLocation"));
 }
 
-SchemaSpot spotOf(const std::string& strPath, const xmlNode* element) {
-  return {strPath, lineOf(element)};
+SchemaSpot spotOf(const std::string& strPath, const TreeNode* element) {
+  return {strPath, asParent(element)->lngLine};
 }
 
 SchemaSpot spotOf(const std::string& strPath, const ParseError& error) {
   return {strPath, static_cast<std::size_t>(std::max(error.line, 0))};
 }
 
-OwnedXmlDoc parseSchema(const std::string& strPath, std::string_view strBytes) {
-  LoadedXml loaded = loadXml(strBytes, XmlEncoding::declared, AttributeDefaults::applied);
-  if (!loaded.document) {
-    refuseSchema(strPath, loaded.error.reason, spotOf(strPath, loaded.error));
-  }
-  const xmlNode* root = xmlDocGetRootElement(loaded.document.get());
-  if (!root || !isSchemaElement(root, "schema")) refuseSchema(strPath, "It is not an XML Schema.");
-  for (const xmlNode* node = root; node; node = nextBelow(node, root)) {
+/// The root element.
+const TreeNode* parseSchema(Tree& tree, const std::string& strPath, std::string_view strBytes) {
+  ParseError error;
+  const TreeNode* const document =
+      loadTree(tree, strBytes, XmlEncoding::declared, error, AttributeDefaults::applied);
+  if (!document) refuseSchema(strPath, error.reason, spotOf(strPath, error));
+  const TreeNode* const root = rootOf(document);
+  if (!isSchemaElement(root, "schema")) refuseSchema(strPath, "It is not an XML Schema.");
+  for (const TreeNode* node = root; node; node = nextBelow(node, root)) {
     // It would change where all below it leads.
     if (isElement(node) && findAttribute(node, "xml:base")) {
       refuseSchema(strPath, "It has an xml:base.", spotOf(strPath, node));
     }
   }
-  if (xmlDtd* type = loaded.document->intSubset) {  // all that it says has been done
-    unlinkNode(reinterpret_cast<xmlNode*>(type));
-    xmlFreeDtd(type);
-  }
-  return std::move(loaded.document);
+  return root;
 }
 
-/// A document that was read: a tree, and where its own references start from.
+/// A document that was read: its root, and where its own references start from.
 struct ReadDocument {
   std::string strPath, strUri;
-  const xmlDoc* document = nullptr;
+  const TreeNode* root = nullptr;
   std::optional<std::string> strTarget;
 };
 
@@ -105,7 +96,7 @@ class DocumentsReader {
  private:
   struct Reference {
     std::size_t lngFrom;
-    const xmlNode* element;
+    const TreeNode* element;
   };
 
   void followAll() {
@@ -179,7 +170,7 @@ class DocumentsReader {
   }
 
   static std::string namespaceOf(const Reference& reference) {
-    return attributeText(reference.element, "namespace").value_or("");
+    return std::string(attributeOf(reference.element, "namespace").value_or(""));
   }
 
   std::optional<std::string> resolved(const Reference& reference,
@@ -207,9 +198,9 @@ class DocumentsReader {
   const ReadDocument& take(const std::string& strPath, const std::string& strUri,
                            std::string_view strBytes) {
     if (read_.size() == kMaxDocuments) refuseSchema(strPath, "It is one document too many.");
-    const xmlDoc* document = found_.trees.emplace_back(parseSchema(strPath, strBytes)).get();
-    const xmlNode* root = xmlDocGetRootElement(document);
-    ReadDocument read{strPath, strUri, document, attributeText(root, "targetNamespace")};
+    const TreeNode* const root = parseSchema(found_.trees.emplace_back(), strPath, strBytes);
+    ReadDocument read{strPath, strUri, root,
+                      std::optional<std::string>(attributeOf(root, "targetNamespace"))};
     return read_.insert_or_assign(strPath, std::move(read)).first->second;
   }
 
@@ -218,15 +209,14 @@ class DocumentsReader {
   std::size_t partOf(const ReadDocument& read, const std::string& strAdopted) {
     const std::string& strTarget = read.strTarget ? *read.strTarget : strAdopted;
     const std::size_t lngPart = found_.documents.size();
-    if (const auto [known, blnNew] = parts_.emplace(std::pair(read.document, strTarget), lngPart);
+    if (const auto [known, blnNew] = parts_.emplace(std::pair(read.root, strTarget), lngPart);
         !blnNew) {
       return known->second;
     }
     if (lngPart == kMaxDocuments) refuseSchema(read.strPath, "It is one document too many.");
     found_.documents.push_back(
-        {read.strPath, read.document, strTarget, !read.strTarget && !strTarget.empty(), {}});
-    for (const xmlNode* child = xmlDocGetRootElement(read.document)->last; child;
-         child = child->prev) {
+        {read.strPath, read.root, strTarget, !read.strTarget && !strTarget.empty(), {}});
+    for (const TreeNode* child = asParent(read.root)->last; child; child = child->prev) {
       for (const char* kind : {"include", "redefine", "import"}) {
         if (isSchemaElement(child, kind)) pending_.push_back({lngPart, child});
       }
@@ -236,10 +226,9 @@ class DocumentsReader {
 
   /// Those that had to wait come last.
   static void sortReferences(SchemaDocument& document) {
-    std::unordered_map<const xmlNode*, std::size_t> places;
+    std::unordered_map<const TreeNode*, std::size_t> places;
     std::size_t lngPlace = 0;
-    for (const xmlNode* child = xmlDocGetRootElement(document.document)->children; child;
-         child = child->next) {
+    for (const TreeNode* child = document.root->first; child; child = child->next) {
       places.emplace(child, lngPlace++);
     }
     std::ranges::sort(document.references, {},
@@ -249,7 +238,7 @@ class DocumentsReader {
   SchemaDocuments found_;
   SchemaCatalog catalog_;
   std::unordered_map<std::string, ReadDocument> read_;  // by path
-  std::map<std::pair<const xmlDoc*, std::string>, std::size_t> parts_;
+  std::map<std::pair<const TreeNode*, std::string>, std::size_t> parts_;
   std::unordered_map<std::string, std::size_t> imported_;  // by namespace
   std::vector<Reference> pending_;                         // the last is the next
   std::vector<Reference> unlocated_;
@@ -257,9 +246,8 @@ class DocumentsReader {
 
 }  // namespace
 
-bool isSchemaElement(const xmlNode* node, std::string_view strName) {
-  return isElement(node) && node->ns && view(node->ns->href) == kSchemaUri &&
-         view(node->name) == strName;
+bool isSchemaElement(const TreeNode* node, std::string_view strName) {
+  return isElement(node, kSchemaUri, strName);
 }
 
 SchemaDocuments readSchemaDocuments(std::optional<std::string_view> strNamespaceUri,

@@ -22,7 +22,7 @@ SchemaDocuments readSchemaDocuments(std::optional<std::string_view> strNamespace
                                     std::string_view strPath, std::string_view strCatalog);
 
 /// Whether a node is this element of XML Schema.
-bool isSchemaElement(const xmlNode* node, std::string_view strName);
+bool isSchemaElement(const TreeNode* node, std::string_view strName);
 
 /// The run-time error for a schema that cannot be had: a SchemaFailure. The reason stands at
 /// `spot`; one without a path is the schema as a whole.

@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "platform/schema/TreeEvents.h"
-#include "platform/xml/LoadXml.h"
+#include "platform/xml/GuardedParser.h"
 #include "platform/xml/ReadXmlFile.h"
 #include "platform/xml/SerialiseXml.h"
 #include "platform/xml/TreeLimits.h"

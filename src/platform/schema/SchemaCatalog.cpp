@@ -10,9 +10,8 @@
 
 #include "platform/schema/component/SchemaFailure.h"
 #include "platform/xml/FileUri.h"
-#include "platform/xml/LoadXml.h"
+#include "platform/xml/LoadTree.h"
 #include "platform/xml/ReadXmlFile.h"
-#include "platform/xml/XmlTree.h"
 #include "result/RuntimeError.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -75,27 +74,24 @@ struct Scope {
                       {strPath, lngLine}, strReason);
 }
 
-std::string attributeText(const xmlNode* element, std::string_view strName) {
-  const xmlAttr* attribute = findAttribute(element, strName);
-  return attribute ? textOf(asNode(const_cast<xmlAttr*>(attribute))) : "";
+std::string_view attributeText(const TreeNode* element, std::string_view strName) {
+  return attributeOf(element, strName).value_or("");
 }
 
-bool isCatalogElement(const xmlNode* node, std::string_view strName) {
-  return isElement(node) && node->ns && view(node->ns->href) == kCatalogNamespace &&
-         view(node->name) == strName;
+bool isCatalogElement(const TreeNode* node, std::string_view strName) {
+  return isElement(node, kCatalogNamespace, strName);
 }
 
-Scope scopeOf(const xmlNode* element, Scope around) {
-  if (findAttribute(element, "xml:base")) {
-    const std::string strBase = attributeText(element, "xml:base");
-    around.strBase = resolveUri(strBase, around.strBase).value_or(around.strBase);
+Scope scopeOf(const TreeNode* element, Scope around) {
+  if (const auto strBase = attributeOf(element, "xml:base")) {
+    around.strBase = resolveUri(*strBase, around.strBase).value_or(around.strBase);
   }
-  const std::string strPrefer = attributeText(element, "prefer");
+  const std::string_view strPrefer = attributeText(element, "prefer");
   if (!strPrefer.empty()) around.blnPreferPublic = strPrefer == "public";
   return around;
 }
 
-void readEntry(const xmlNode* element, const Scope& around, CatalogFile& file) {
+void readEntry(const TreeNode* element, const Scope& around, CatalogFile& file) {
   const Scope scope = scopeOf(element, around);
   if (isCatalogElement(element, "nextCatalog")) {
     const auto strUri = resolveUri(attributeText(element, "catalog"), scope.strBase);
@@ -118,22 +114,21 @@ void readEntry(const xmlNode* element, const Scope& around, CatalogFile& file) {
 }
 
 CatalogFile readCatalog(const std::string& strPath, std::string_view strBytes) {
-  const LoadedXml loaded = loadXml(strBytes, XmlEncoding::declared);
-  if (!loaded.document) {
-    const auto lngLine = static_cast<std::size_t>(std::max(loaded.error.line, 0));
-    refuseCatalog(strPath, loaded.error.reason, lngLine);
+  Tree tree;
+  ParseError error;
+  const TreeNode* const document = loadTree(tree, strBytes, XmlEncoding::declared, error);
+  if (!document) {
+    refuseCatalog(strPath, error.reason, static_cast<std::size_t>(std::max(error.line, 0)));
   }
-  const xmlNode* root = xmlDocGetRootElement(loaded.document.get());
-  if (!root || !isCatalogElement(root, "catalog")) {
-    refuseCatalog(strPath, "It is not an XML catalog.");
-  }
+  const TreeNode* const root = rootOf(document);
+  if (!isCatalogElement(root, "catalog")) refuseCatalog(strPath, "It is not an XML catalog.");
   CatalogFile file;
   const Scope scope = scopeOf(root, {uriOfPath(strPath), true});
-  for (const xmlNode* child = root->children; child; child = child->next) {
+  for (const TreeNode* child = root->first; child; child = child->next) {
     if (!isElement(child)) continue;
     if (isCatalogElement(child, "group")) {
       const Scope group = scopeOf(child, scope);
-      for (const xmlNode* member = child->children; member; member = member->next) {
+      for (const TreeNode* member = child->first; member; member = member->next) {
         if (isElement(member)) readEntry(member, group, file);
       }
     } else {

@@ -21,26 +21,22 @@ struct SchemaModel::Impl {
 
 namespace {
 
-std::string attributeText(const xmlNode* element, std::string_view strName) {
-  const xmlAttr* attribute = findAttribute(element, strName);
-  return attribute ? textOf(asNode(const_cast<xmlAttr*>(attribute))) : "";
-}
-
-const xmlNode* rootOf(const SchemaDocument& document) {
-  return xmlDocGetRootElement(document.document);
+std::string attributeText(const TreeNode* element, std::string_view strName) {
+  return std::string(attributeOf(element, strName).value_or(""));
 }
 
 SchemaFile fileOf(const SchemaDocument& document) {
   SchemaFile file{document.strPath, document.strTargetNamespace, false, {}};
-  file.blnElementsQualified = attributeText(rootOf(document), "elementFormDefault") == "qualified";
-  for (const xmlNs* declared = rootOf(document)->nsDef; declared; declared = declared->next) {
-    file.prefixes.emplace_back(view(declared->prefix), view(declared->href));
+  file.blnElementsQualified = attributeText(document.root, "elementFormDefault") == "qualified";
+  for (const TreeNode* item = asParent(document.root)->attributes; item && !isAttribute(item);
+       item = item->next) {
+    file.prefixes.emplace_back(item->name->prefix->strText, item->name->uri->strText);
   }
   return file;
 }
 
 /// Tells of an import that led nowhere, or that leads somewhere only because another one does.
-void tellImport(const SchemaDocument& document, const xmlNode* import,
+void tellImport(const SchemaDocument& document, const TreeNode* import,
                 const std::set<std::string>& namespaces, std::vector<SchemaProblem>& problems) {
   using Kind = SchemaProblem::Kind;
   const std::string strNamespace = attributeText(import, "namespace");
@@ -56,20 +52,20 @@ void tellImport(const SchemaDocument& document, const xmlNode* import,
                     : strLocation.empty() || blnLocal ? Kind::importMissing
                                                       : Kind::importOnNetwork;
   problems.push_back(
-      {kind, document.strPath, lineOf(import),
+      {kind, document.strPath, asParent(import)->lngLine,
        "The import of the namespace '" + strNamespace + "' leads to no file: " + strWhere + "."});
 }
 
 void tellImports(const SchemaDocuments& documents, std::vector<SchemaProblem>& problems) {
   std::set<std::string> namespaces;
-  std::set<const xmlNode*> led, told;
+  std::set<const TreeNode*> led, told;
   for (const SchemaDocument& document : documents.documents) {
     namespaces.insert(document.strTargetNamespace);
     for (const auto& reference : document.references) led.insert(reference.element);
   }
   for (const SchemaDocument& document : documents.documents) {
     if (document.strPath.find("://") != std::string::npos) continue;  // one of the library's own
-    for (const xmlNode* child = rootOf(document)->children; child; child = child->next) {
+    for (const TreeNode* child = document.root->first; child; child = child->next) {
       if (!isSchemaElement(child, "import") || led.contains(child)) continue;
       if (told.insert(child).second) tellImport(document, child, namespaces, problems);
     }
@@ -79,12 +75,11 @@ void tellImports(const SchemaDocuments& documents, std::vector<SchemaProblem>& p
 void tellPatterns(const SchemaDocuments& documents, std::vector<SchemaProblem>& problems) {
   using Kind = SchemaProblem::Kind;
   PatternExaminer examiner;
-  std::set<const xmlDoc*> seen;
+  std::set<const TreeNode*> seen;
   bool blnNotExamined = false;
   for (const SchemaDocument& document : documents.documents) {
-    if (!seen.insert(document.document).second) continue;
-    const xmlNode* const root = rootOf(document);
-    for (const xmlNode* node = root; node; node = nextBelow(node, root)) {
+    if (!seen.insert(document.root).second) continue;
+    for (const TreeNode* node = document.root; node; node = nextBelow(node, document.root)) {
       if (!isSchemaElement(node, "pattern")) continue;
       const std::string strPattern = attributeText(node, "value");
       const PatternRisk risk = examiner.examine(strPattern);
@@ -94,7 +89,7 @@ void tellPatterns(const SchemaDocuments& documents, std::vector<SchemaProblem>& 
                         : risk == PatternRisk::exponential ? Kind::patternBacktracks
                                                            : Kind::notExamined;
       problems.push_back(
-          {kind, document.strPath, lineOf(node), "The pattern " + shown(strPattern)});
+          {kind, document.strPath, asParent(node)->lngLine, "The pattern " + shown(strPattern)});
     }
   }
 }

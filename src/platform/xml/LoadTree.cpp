@@ -199,7 +199,8 @@ void onDocumentType(void* context, const xmlChar* name, const xmlChar* publicId,
 
 }  // namespace
 
-TreeNode* loadTree(Tree& tree, std::string_view strBytes, XmlEncoding encoding, ParseError& error) {
+TreeNode* loadTree(Tree& tree, std::string_view strBytes, XmlEncoding encoding, ParseError& error,
+                   AttributeDefaults defaults) {
   GuardedParser parser;
   TreeBuilder builder(tree);
   parser.builder = &builder;
@@ -213,7 +214,7 @@ TreeNode* loadTree(Tree& tree, std::string_view strBytes, XmlEncoding encoding, 
   sax.cdataBlock = onCData;
   sax.comment = onComment;
   sax.reference = nullptr;
-  return parser.parse(strBytes, encoding, error) ? builder.document() : nullptr;
+  return parser.parse(strBytes, encoding, error, defaults) ? builder.document() : nullptr;
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -17,6 +17,12 @@ bool isDeclaration(const TreeNode* node) noexcept {
   return node->kind == NodeKind::instruction && node->name->strQualified == "xml";
 }
 
+TreeNode* rootOf(const TreeNode* document) noexcept {
+  TreeNode* child = document->first;
+  while (child && !isElement(child)) child = child->next;
+  return child;
+}
+
 TreeNode* firstAttribute(const TreeNode* node) noexcept {
   if (!isElement(node)) return nullptr;
   TreeNode* attribute = asParent(node)->attributes;

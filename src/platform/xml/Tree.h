@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -78,6 +79,15 @@ inline TreeNode* firstChild(const TreeNode* node) noexcept {
   return isParent(node) ? node->first : nullptr;
 }
 
+/// The first element of a document; null without one.
+TreeNode* rootOf(const TreeNode* document) noexcept;
+
+/// Whether a node is an element of this name.
+inline bool isElement(const TreeNode* node, std::string_view strUri,
+                      std::string_view strLocal) noexcept {
+  return isElement(node) && node->name->strLocal == strLocal && node->name->uri->strText == strUri;
+}
+
 /// The first attribute of an element, past the namespace declarations; null for other nodes.
 TreeNode* firstAttribute(const TreeNode* node) noexcept;
 
@@ -89,6 +99,13 @@ inline TreeNode* findAttribute(const TreeNode* element, const TreeName* name) no
   TreeNode* attribute = asParent(element)->attributes;
   while (attribute && attribute->name != name) attribute = attribute->next;
   return attribute;
+}
+
+/// The value of the attribute with this name as written; nothing without it.
+inline std::optional<std::string_view> attributeOf(const TreeNode* element,
+                                                   std::string_view strName) noexcept {
+  const TreeNode* const attribute = findAttribute(element, strName);
+  return attribute ? std::optional(valueOf(attribute)) : std::nullopt;
 }
 
 /// The node after `node` in document order among those below `top`; null after the last.

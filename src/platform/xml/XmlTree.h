@@ -2,16 +2,14 @@
 
 #include <libxml/tree.h>
 
-#include <cstddef>
-#include <string>
 #include <string_view>
 
 #include "platform/xml/OwnedXml.h"
 #include "platform/xml/TreeLimits.h"
 
-// How this layer walks, names and links the nodes of a libxml2 tree; internal to it. The library's
-// own functions merge and free text, look namespaces up by prefix and recurse, so none of them is
-// used to change a tree. Nothing here recurses.
+// How this layer walks and links the nodes of a libxml2 tree; internal to it. The library's own
+// functions merge and free text, look namespaces up by prefix and recurse, so none of them is used
+// to change a tree. Nothing here recurses.
 
 namespace Varnel_Tolv_XML_Creation {
 
@@ -41,32 +39,15 @@ inline const xmlAttr* asAttribute(const xmlNode* node) noexcept {
 inline bool isElement(const xmlNode* node) noexcept { return node->type == XML_ELEMENT_NODE; }
 inline bool isAttribute(const xmlNode* node) noexcept { return node->type == XML_ATTRIBUTE_NODE; }
 inline bool isDocument(const xmlNode* node) noexcept { return node->type == XML_DOCUMENT_NODE; }
-inline bool isText(const xmlNode* node) noexcept { return node->type == XML_TEXT_NODE; }
-inline bool isCData(const xmlNode* node) noexcept { return node->type == XML_CDATA_SECTION_NODE; }
-
-/// The first child of a document or an element; null for every other kind of node.
-xmlNode* firstChild(const xmlNode* node) noexcept;
 
 /// The node after `node` in document order among those below `top`; null after the last.
 xmlNode* nextBelow(const xmlNode* node, const xmlNode* top) noexcept;
 
-/// The line, from 1, on which the start tag of a parsed element ends; 0 when that is not known.
-std::size_t lineOf(const xmlNode* element) noexcept;
-
-/// The prefix, empty without one, and a look at the whole name as written.
-std::string_view prefixOf(const xmlNode* node) noexcept;
-bool hasQualifiedName(const xmlNode* node, std::string_view strName) noexcept;
-
-/// The attribute of an element with this name as written, or null.
-xmlAttr* findAttribute(const xmlNode* element, std::string_view strName) noexcept;
-
-/// An attribute's value, or the concatenated text of any other node.
-std::string textOf(const xmlNode* node);
-
-/// Takes a node or attribute out of where it is; it then has no parent.
+/// Takes a node, which is no attribute, out of where it is; it then has no parent.
 void unlinkNode(xmlNode* node) noexcept;
 
-/// Puts a node without a parent below `parent`: before `before`, or at the end when that is null.
+/// Puts a node without a parent, of the same document, below `parent`: before `before`, or at the
+/// end when that is null.
 void linkNode(xmlNode* parent, xmlNode* node, xmlNode* before) noexcept;
 
 }  // namespace Varnel_Tolv_XML_Creation

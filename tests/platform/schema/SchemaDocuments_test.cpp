@@ -7,7 +7,7 @@
 #include "SchemaTesting.h"
 #include "platform/dom/DomTesting.h"
 #include "platform/schema/ReadSchemaDocuments.h"
-#include "platform/xml/XmlTree.h"
+#include "platform/xml/Tree.h"
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {
@@ -70,12 +70,12 @@ TEST(SchemaDocuments, AreReadOnceEachWhateverLeadsToThem) {
   EXPECT_THAT(partsOf(documents), ElementsAre("a.xsd|urn:a", "shared.xsd|urn:a+", "b.xsd|urn:b",
                                               "shared.xsd|urn:b+", "more.xsd|urn:a"));
   EXPECT_THAT(documents.trees, SizeIs(4));
-  EXPECT_EQ(documents.documents[1].document, documents.documents[3].document);
+  EXPECT_EQ(documents.documents[1].root, documents.documents[3].root);
 
   // Each reference knows where it leads; the second import of a namespace leads nowhere.
   std::vector<std::size_t> colLed;
   for (const SchemaDocument::Reference& reference : documents.documents[0].references) {
-    EXPECT_EQ(reference.element->parent, xmlDocGetRootElement(documents.documents[0].document));
+    EXPECT_EQ(reference.element->parent, documents.documents[0].root);
     colLed.push_back(reference.lngDocument);
   }
   EXPECT_THAT(colLed, ElementsAre(1U, 2U, 4U));
@@ -212,9 +212,7 @@ TEST(SchemaDocuments, MayHaveADocumentType) {
                                       "</xs:schema>");
   const SchemaDocuments documents = readSchemaDocuments("", strPath, "");
   for (const SchemaDocument& document : documents.documents) {
-    EXPECT_EQ(document.document->intSubset, nullptr);
-    EXPECT_NE(findAttribute(xmlDocGetRootElement(document.document), "elementFormDefault"),
-              nullptr);
+    EXPECT_EQ(attributeOf(document.root, "elementFormDefault"), "qualified");
   }
   SchemaCollection colSchemas;
   colSchemas.add("", strPath);
@@ -283,8 +281,8 @@ TEST(SchemaDocuments, DoNotChangeWhileOthersReadThem) {
   const std::string strPath = directory.write(
       "main.xsd", schemaText(import("urn:none", "http://127.0.0.1:9/x.xsd") + kRoot));
   const SchemaDocuments documents = readSchemaDocuments("", strPath, "");
-  const xmlNode* reference = xmlDocGetRootElement(documents.documents[0].document)->children;
-  EXPECT_EQ(textOf(asNode(findAttribute(reference, "schemaLocation"))), "http://127.0.0.1:9/x.xsd");
+  const TreeNode* reference = documents.documents[0].root->first;
+  EXPECT_EQ(attributeOf(reference, "schemaLocation"), "http://127.0.0.1:9/x.xsd");
 }
 
 }  // namespace

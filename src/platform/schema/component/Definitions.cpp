@@ -40,8 +40,8 @@ std::string_view inMessages(Symbol symbol) {
 
 /// Whether `at` says what the type that a definition redefines becomes.
 bool derivesRedefined(const SchemaElement& at) {
-  const xmlNode* node = at.definition().node;
-  const xmlNode* parent = at.node()->parent;
+  const TreeNode* node = at.definition().node;
+  const TreeNode* parent = at.node()->parent;
   return parent == node || parent->parent == node;
 }
 
@@ -55,7 +55,7 @@ Definitions::Definitions(const SchemaDocuments& documents, NameTable& names) : n
   }
   for (const SchemaDocument& document : documents.documents) {
     SchemaPart& part = parts_.emplace_back(SchemaPart{&document});
-    const xmlNode* node = xmlDocGetRootElement(document.document);
+    const TreeNode* node = document.root;
     const SchemaElement root(roots_.emplace_back(Definition{Symbol::type, kNoName, &part, node}));
     part.blnElementsQualified = root.token("elementFormDefault") == "qualified";
     part.blnAttributesQualified = root.token("attributeFormDefault") == "qualified";

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "platform/xml/FilesRead.h"
-#include "platform/xml/XmlTree.h"
+#include "platform/xml/Tree.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
@@ -16,12 +16,12 @@ namespace Varnel_Tolv_XML_Creation {
 struct SchemaDocument {
   /// An include, redefine or import, and the document that it leads to.
   struct Reference {
-    const xmlNode* element = nullptr;
+    const TreeNode* element = nullptr;
     std::size_t lngDocument = 0;
   };
 
   std::string strPath;  // for messages
-  const xmlDoc* document = nullptr;
+  const TreeNode* root = nullptr;
   std::string strTargetNamespace;  // its own, or that of the document which includes it
   bool blnAdopted = false;         // the latter: references without a namespace mean it as well
   /// In the order of the document. Left out are imports of a namespace of which no document could
@@ -29,10 +29,10 @@ struct SchemaDocument {
   std::vector<Reference> references;
 };
 
-/// A schema document and all that it includes, redefines and imports, each file read once. The
-/// trees have no document type: its entities are expanded, its attribute defaults applied.
+/// A schema document and all that it includes, redefines and imports, each file read once. What a
+/// document type declares has been done: entities are expanded, attribute defaults applied.
 struct SchemaDocuments {
-  std::deque<OwnedXmlDoc> trees;
+  std::deque<Tree> trees;
   std::vector<SchemaDocument> documents;  // the first is the one that was asked for
   FilesRead files;                        // the catalogs that were asked included
 };

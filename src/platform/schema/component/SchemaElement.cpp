@@ -14,27 +14,16 @@ namespace Varnel_Tolv_XML_Creation {
 
 namespace {
 
-/// The first of these siblings that is of the namespace of `near`: nearly always the very same
-/// declaration of it.
-const xmlNode* schemaElementFrom(const xmlNode* node, const xmlNs* near) noexcept {
-  const auto isNear = [near](const xmlNs* ns) {
-    return ns == near || (ns && view(ns->href) == kSchemaUri);
-  };
-  while (node && !(isElement(node) && isNear(node->ns))) node = node->next;
+/// The first of these siblings that is of a namespace.
+const TreeNode* elementFrom(const TreeNode* node, const NamePart* uri) noexcept {
+  while (node && !(isElement(node) && node->name->uri == uri)) node = node->next;
   return node;
-}
-
-bool equal(const xmlChar* text, std::string_view strText) noexcept {
-  for (const char one : strText) {
-    if (*text++ != static_cast<xmlChar>(one)) return false;
-  }
-  return *text == 0;
 }
 
 }  // namespace
 
 bool SchemaElement::is(std::string_view strKind) const noexcept {
-  return equal(node_->name, strKind);
+  return node_->name->strLocal == strKind;
 }
 
 bool SchemaElement::isOneOf(std::initializer_list<std::string_view> kinds) const noexcept {
@@ -43,11 +32,11 @@ bool SchemaElement::isOneOf(std::initializer_list<std::string_view> kinds) const
 }
 
 SchemaElement SchemaElement::child() const noexcept {
-  return {schemaElementFrom(node_->children, node_->ns), *definition_};
+  return {elementFrom(node_->first, node_->name->uri), *definition_};
 }
 
 SchemaElement SchemaElement::next() const noexcept {
-  return {schemaElementFrom(node_->next, node_->ns), *definition_};
+  return {elementFrom(node_->next, node_->name->uri), *definition_};
 }
 
 SchemaElement SchemaElement::child(std::initializer_list<std::string_view> kinds) const noexcept {
@@ -56,20 +45,12 @@ SchemaElement SchemaElement::child(std::initializer_list<std::string_view> kinds
   return found;
 }
 
-const xmlAttr* SchemaElement::find(std::string_view strName) const noexcept {
-  const xmlAttr* attribute = node_->properties;
-  while (attribute && (attribute->ns || !equal(attribute->name, strName))) {
-    attribute = attribute->next;
-  }
-  return attribute;
+bool SchemaElement::has(std::string_view strName) const noexcept {
+  return findAttribute(node_, strName);
 }
 
-bool SchemaElement::has(std::string_view strName) const noexcept { return find(strName); }
-
 std::string_view SchemaElement::attribute(std::string_view strName) const noexcept {
-  // Entities are expanded, so that a value is one text.
-  const xmlAttr* attribute = find(strName);
-  return attribute && attribute->children ? view(attribute->children->content) : std::string_view();
+  return attributeOf(node_, strName).value_or("");
 }
 
 std::string_view SchemaElement::token(std::string_view strName) const noexcept {
@@ -129,9 +110,10 @@ SchemaElement::Name SchemaElement::expand(std::string_view strName) const {
 
 std::optional<std::string_view> SchemaElement::namespaceOf(
     std::string_view strPrefix) const noexcept {
-  for (const xmlNode* node = node_; node && isElement(node); node = node->parent) {
-    for (const xmlNs* declared = node->nsDef; declared; declared = declared->next) {
-      if (view(declared->prefix) == strPrefix) return view(declared->href);
+  for (const TreeNode* node = node_; isElement(node); node = node->parent) {
+    for (const TreeNode* item = asParent(node)->attributes; item && !isAttribute(item);
+         item = item->next) {
+      if (item->name->prefix->strText == strPrefix) return item->name->uri->strText;
     }
   }
   if (strPrefix.empty()) return std::string_view();
@@ -147,7 +129,7 @@ void refuse(const SchemaElement& at, std::string_view strReason) {
   std::string strDescription = "The schema";
   SchemaSpot spot;
   if (at) {
-    spot = {at.part().document->strPath, lineOf(at.node())};
+    spot = {at.part().document->strPath, asParent(at.node())->lngLine};
     strDescription += " '" + spot.strPath + "'";
   }
   strDescription.append(" cannot be used: ").append(strReason);

@@ -10,7 +10,7 @@
 #include "platform/schema/component/Names.h"
 #include "platform/schema/component/SchemaDocuments.h"
 #include "platform/schema/value/SimpleType.h"
-#include "platform/xml/XmlTree.h"
+#include "platform/xml/Tree.h"
 
 // How the readers of the components see the elements of schema documents; internal to them. They
 // recurse with the nesting of elements, which every document keeps within kMaxDepth, and with
@@ -36,7 +36,7 @@ struct Definition {
   Symbol symbol = Symbol::type;
   NameId name = kNoName;
   const SchemaPart* part = nullptr;       // null: of a built-in type
-  const xmlNode* node = nullptr;          // null: the same
+  const TreeNode* node = nullptr;         // null: the same
   const Definition* redefined = nullptr;  // what it takes the place of
   std::size_t lngIndex = 0;               // among all definitions
 };
@@ -46,13 +46,13 @@ struct Definition {
 class SchemaElement {
  public:
   SchemaElement() = default;
-  SchemaElement(const xmlNode* node, const Definition& definition)
+  SchemaElement(const TreeNode* node, const Definition& definition)
       : node_(node), definition_(&definition) {}
   explicit SchemaElement(const Definition& definition)
       : SchemaElement(definition.node, definition) {}
 
   explicit operator bool() const noexcept { return node_ != nullptr; }
-  const xmlNode* node() const noexcept { return node_; }
+  const TreeNode* node() const noexcept { return node_; }
   const Definition& definition() const noexcept { return *definition_; }
   const SchemaPart& part() const noexcept { return *definition_->part; }
 
@@ -92,9 +92,7 @@ class SchemaElement {
   PrefixLookup prefixes() const;
 
  private:
-  const xmlAttr* find(std::string_view strName) const noexcept;
-
-  const xmlNode* node_ = nullptr;
+  const TreeNode* node_ = nullptr;
   const Definition* definition_ = nullptr;
 };
 

@@ -155,7 +155,7 @@ void TypeReader::completeSimple(TypeDraft& draft) {
 const SimpleType& TypeReader::restrict(const SimpleType& base, const SchemaElement& restriction) {
   std::vector<FacetDefinition> facets;
   for (SchemaElement child = restriction.child(); child; child = child.next()) {
-    const std::optional<Facet> facet = facetNamed(view(child.node()->name));
+    const std::optional<Facet> facet = facetNamed(child.node()->name->strLocal);
     if (facet) facets.push_back({*facet, std::string(child.attribute("value"))});
   }
   if (facets.empty()) return base;

@@ -10,7 +10,7 @@
 
 #include "platform/schema/component/ComponentReader.h"
 #include "platform/schema/component/SchemaDocuments.h"
-#include "platform/xml/LoadXml.h"
+#include "platform/xml/LoadTree.h"
 #include "result/RuntimeError.h"
 
 // Components read from texts, and written down so that a test can state them whole.
@@ -33,11 +33,12 @@ inline SchemaDocuments schemaDocuments(const std::vector<SchemaText>& texts) {
       strXml += "targetNamespace='" + text.strTarget + "' xmlns:t='" + text.strTarget + "' ";
     }
     strXml += text.strAttributes + ">" + text.strContent + "</xs:schema>";
-    LoadedXml loaded = loadXml(strXml, XmlEncoding::utf8);
-    EXPECT_TRUE(loaded.document) << strXml << loaded.error.reason;
-    documents.trees.push_back(std::move(loaded.document));
+    ParseError error;
+    const TreeNode* const document =
+        loadTree(documents.trees.emplace_back(), strXml, XmlEncoding::utf8, error);
+    EXPECT_TRUE(document) << strXml << error.reason;
     documents.documents.push_back({"schema" + std::to_string(documents.trees.size()) + ".xsd",
-                                   documents.trees.back().get(),
+                                   rootOf(document),
                                    text.strTarget,
                                    text.blnAdopted,
                                    {}});

@@ -1,15 +1,8 @@
-#include "platform/xml/LoadXml.h"
-
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <filesystem>
-#include <fstream>
 #include <string>
 #include <utility>
 
 #include "platform/dom/DomTesting.h"
-#include "platform/xml/ReadXmlFile.h"
+#include "support/Documents.h"
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {
@@ -33,24 +26,7 @@ void expectRefused(std::string_view strText) {
   EXPECT_EQ(objDocument.xml(), "");
 }
 
-class TemporaryFolder {
- public:
-  TemporaryFolder() {
-    std::string strTemplate = (std::filesystem::temp_directory_path() / "varnel-XXXXXX").string();
-    path_ = mkdtemp(strTemplate.data());
-  }
-  ~TemporaryFolder() { std::filesystem::remove_all(path_); }
-  std::string write(const std::string& strName, std::string_view strContent) const {
-    std::ofstream(path_ / strName, std::ios::binary) << strContent;
-    return (path_ / strName).string();
-  }
-  std::string path(const std::string& strName) const { return (path_ / strName).string(); }
-
- private:
-  std::filesystem::path path_;
-};
-
-TEST(LoadXml, DropsTextOfNothingButWhiteSpace) {
+TEST(DocumentLoad, DropsTextOfNothingButWhiteSpace) {
   const struct {
     const char *text, *tree;
   } cases[] = {
@@ -74,7 +50,7 @@ TEST(LoadXml, DropsTextOfNothingButWhiteSpace) {
   }
 }
 
-TEST(LoadXml, KeepsTheDeclarationAsTheFirstNode) {
+TEST(DocumentLoad, KeepsTheDeclarationAsTheFirstNode) {
   const Document objPlain = loaded("<?xml version='1.0' encoding='UTF-8'?><!--c--><r/>");
   const Node objDeclaration = objPlain.childNodes()->item(0);
   EXPECT_EQ(objDeclaration.nodeType(), NodeType::processingInstruction);
@@ -89,7 +65,7 @@ TEST(LoadXml, KeepsTheDeclarationAsTheFirstNode) {
   EXPECT_EQ(loaded("<r/>").childNodes()->length(), 1u);
 }
 
-TEST(LoadXml, AcceptsDepth256AndRefuses257) {
+TEST(DocumentLoad, AcceptsDepth256AndRefuses257) {
   EXPECT_TRUE(Document::create().loadXML(nested(256)));
   EXPECT_TRUE(Document::create().loadXML(nested(256, "text")));
   expectRefused(nested(257));
@@ -97,13 +73,13 @@ TEST(LoadXml, AcceptsDepth256AndRefuses257) {
   expectRefused(nested(100000));
 }
 
-TEST(LoadXml, CountsTheDepthOfWhatAnEntityBringsAlsoTheSecondTime) {
+TEST(DocumentLoad, CountsTheDepthOfWhatAnEntityBringsAlsoTheSecondTime) {
   const std::string strType = "<!DOCTYPE a [<!ENTITY e '" + nested(100) + "'>]>";
   EXPECT_TRUE(Document::create().loadXML(strType + "<r>&e;" + nested(155, "&e;") + "</r>"));
   expectRefused(strType + "<r>&e;" + nested(156, "&e;") + "</r>");
 }
 
-TEST(LoadXml, RefusesEntitiesThatNestTooManyElements) {
+TEST(DocumentLoad, RefusesEntitiesThatNestTooManyElements) {
   std::string strText = "<!DOCTYPE r [<!ENTITY e0 '" + nested(200, "x") + "'>";
   std::string strUses = "&e0;";
   for (int entity = 1; entity < 3000; ++entity) {
@@ -114,7 +90,7 @@ TEST(LoadXml, RefusesEntitiesThatNestTooManyElements) {
   expectRefused(strText + "]><r>" + strUses + "</r>");
 }
 
-TEST(LoadXml, RefusesAnEntityBomb) {
+TEST(DocumentLoad, RefusesAnEntityBomb) {
   std::string strText = "<!DOCTYPE r [<!ENTITY e0 'xxxxxxxxxx'>";
   for (int entity = 1; entity < 10; ++entity) {
     strText += "<!ENTITY e" + std::to_string(entity) + " '";
@@ -126,7 +102,7 @@ TEST(LoadXml, RefusesAnEntityBomb) {
   expectRefused("<!DOCTYPE r [<!ENTITY a '&b;'><!ENTITY b '&a;'>]><r>&a;</r>");
 }
 
-TEST(LoadXml, RefusesABombOfParameterEntities) {
+TEST(DocumentLoad, RefusesABombOfParameterEntities) {
   for (const char* inside : {"", " ", "<!ENTITY x 'y'>", "no declaration"}) {
     std::string strText = "<!DOCTYPE r [<!ENTITY % e0 \"" + std::string(inside) + "\">";
     for (int entity = 1; entity < 10; ++entity) {
@@ -140,13 +116,13 @@ TEST(LoadXml, RefusesABombOfParameterEntities) {
       Document::create().loadXML("<!DOCTYPE r [<!ENTITY % p '<!ENTITY e \"x\">'> %p;]><r>&e;</r>"));
 }
 
-TEST(LoadXml, RefusesAnEntityThatManyAttributesRepeat) {
+TEST(DocumentLoad, RefusesAnEntityThatManyAttributesRepeat) {
   std::string strText = "<!DOCTYPE r [<!ENTITY a '" + std::string(100'000, 'a') + "'>]><r>";
   for (int element = 0; element < 5'000; ++element) strText += "<t q='&a;'/>";
   expectRefused(strText + "</r>");
 }
 
-TEST(LoadXml, RefusesMoreAttributesThanAnElementCanNeed) {
+TEST(DocumentLoad, RefusesMoreAttributesThanAnElementCanNeed) {
   const auto withAttributes = [](int lngCount, std::string_view strName) {
     std::string strTag = "<r";
     for (int at = 0; at < lngCount; ++at) {
@@ -169,7 +145,7 @@ TEST(LoadXml, RefusesMoreAttributesThanAnElementCanNeed) {
                   .documentElement());
 }
 
-TEST(LoadXml, ReadsAgainWhatALongAnswerMadeOfTheParkedForm) {
+TEST(DocumentLoad, ReadsAgainWhatALongAnswerMadeOfTheParkedForm) {
   const Document objDocument = loaded("<r><t/></r>");
   const Node objRoot = objDocument.documentElement();
   const std::string strLong(11'000'000, 'v');
@@ -180,7 +156,7 @@ TEST(LoadXml, ReadsAgainWhatALongAnswerMadeOfTheParkedForm) {
   EXPECT_EQ(objAgain.documentElement().text(), strLong);
 }
 
-TEST(LoadXml, AppliesNoAttributeDefaultsWhichCouldMultiplyASmallInput) {
+TEST(DocumentLoad, AppliesNoAttributeDefaultsWhichCouldMultiplyASmallInput) {
   const std::string strLong(1'000'000, 'u');
   std::string strElements;
   for (int element = 0; element < 20'000; ++element) strElements += "<a/>";
@@ -189,7 +165,7 @@ TEST(LoadXml, AppliesNoAttributeDefaultsWhichCouldMultiplyASmallInput) {
   EXPECT_EQ(objDocument.documentElement().xml(), "<r>" + strElements + "</r>");
 }
 
-TEST(LoadXml, ExpandsInternalEntities) {
+TEST(DocumentLoad, ExpandsInternalEntities) {
   const Document objDocument = loaded(
       "<!DOCTYPE r [<!ENTITY e 'in &#38;amp; out'><!ENTITY m '<m>1</m>'>]>"
       "<r a='&e;'>&e;&m;&lt;</r>");
@@ -198,7 +174,7 @@ TEST(LoadXml, ExpandsInternalEntities) {
             "<r a=\"in &amp; out\">in &amp; out<m>1</m>&lt;</r>");
 }
 
-TEST(LoadXml, KeepsTheNamespacesOfWhatEntitiesHold) {
+TEST(DocumentLoad, KeepsTheNamespacesOfWhatEntitiesHold) {
   const Document objDocument = loaded(
       "<!DOCTYPE p:r [<!ENTITY e \"<p:m p:a='1' q:a='2'/><m><p:n xmlns:p='urn:q'/></m>\">]>"
       "<p:r xmlns:p='urn:p' xmlns='urn:none' xmlns:q='urn:q'>&e;&e;</p:r>");
@@ -208,7 +184,7 @@ TEST(LoadXml, KeepsTheNamespacesOfWhatEntitiesHold) {
   EXPECT_EQ(objDocument.documentElement().selectNodes("/p:r/n:m/q:n")->length(), 2U);
 }
 
-TEST(LoadXml, KeepsOfADocumentTypeItsNameAndItsIdentifiers) {
+TEST(DocumentLoad, KeepsOfADocumentTypeItsNameAndItsIdentifiers) {
   const std::pair<const char*, const char*> cases[] = {
       {"r", "r"},
       {"p:r [<!ELEMENT r ANY><!--c--><?p i?><!ENTITY e 'x'>]", "p:r"},
@@ -228,10 +204,10 @@ TEST(LoadXml, KeepsOfADocumentTypeItsNameAndItsIdentifiers) {
   }
 }
 
-TEST(LoadXml, ReadsNothingOutsideTheDocument) {
-  const TemporaryFolder folder;
-  const std::string strSecret = folder.write("secret.txt", "secret");
-  const std::string strDtd = folder.write("some.dtd", "<!ENTITY e 'from the dtd'>");
+TEST(DocumentLoad, ReadsNothingOutsideTheDocument) {
+  const test::TemporaryDirectory folder;
+  const std::string strSecret = folder.file("secret.txt", "secret");
+  const std::string strDtd = folder.file("some.dtd", "<!ENTITY e 'from the dtd'>");
   expectRefused("<!DOCTYPE r [<!ENTITY e SYSTEM '" + strSecret + "'>]><r>&e;</r>");
   expectRefused("<!DOCTYPE r [<!ENTITY e SYSTEM 'file://" + strSecret + "'>]><r>&e;</r>");
   expectRefused("<!DOCTYPE r [<!ENTITY e PUBLIC 'p' '" + strSecret + "'>]><r>&e;</r>");
@@ -242,7 +218,7 @@ TEST(LoadXml, ReadsNothingOutsideTheDocument) {
   EXPECT_TRUE(Document::create().loadXML("<!DOCTYPE r SYSTEM '" + strDtd + "'><r/>"));
 }
 
-TEST(LoadXml, RefusesWhatIsNotWellFormed) {
+TEST(DocumentLoad, RefusesWhatIsNotWellFormed) {
   const std::string cases[] = {
       "",
       " ",
@@ -275,7 +251,7 @@ TEST(LoadXml, RefusesWhatIsNotWellFormed) {
   for (const std::string& strText : cases) expectRefused(strText);
 }
 
-TEST(LoadXml, TellsTheLineOfTheFault) {
+TEST(DocumentLoad, TellsTheLineOfTheFault) {
   const Document objDocument = Document::create();
   const std::pair<std::string, int> cases[] = {
       {"<a>\n\n<b></a>", 3},
@@ -297,15 +273,15 @@ TEST(LoadXml, TellsTheLineOfTheFault) {
   EXPECT_EQ(objDocument.parseError().reason, "");
 }
 
-TEST(LoadXml, AcceptsANamespaceNameThatIsNoUri) {
+TEST(DocumentLoad, AcceptsANamespaceNameThatIsNoUri) {
   EXPECT_TRUE(Document::create().loadXML("<a xmlns='a name with blanks' xmlns:p='{x}'><p:b/></a>"));
 }
 
-TEST(LoadXml, AcceptsAnIdThatStandsTwice) {
+TEST(DocumentLoad, AcceptsAnIdThatStandsTwice) {
   EXPECT_TRUE(Document::create().loadXML("<a xml:id='x'><b xml:id='x'/></a>"));
 }
 
-TEST(LoadXml, RefusesTextThatTheParserWouldCutOff) {
+TEST(DocumentLoad, RefusesTextThatTheParserWouldCutOff) {
   const std::string strLong(11'000'000, 'x');
   const Document objDocument = Document::create();
   if (objDocument.loadXML("<a>" + strLong + "</a>")) {
@@ -316,7 +292,7 @@ TEST(LoadXml, RefusesTextThatTheParserWouldCutOff) {
   }
 }
 
-TEST(LoadXml, ReadsADocumentOfManyMegabytes) {
+TEST(DocumentLoad, ReadsADocumentOfManyMegabytes) {
   std::string strText = "<a>";
   for (int item = 0; item < 300'000; ++item) strText += "<b c='some value'>and some text</b>";
   strText += "</a>";
@@ -325,7 +301,7 @@ TEST(LoadXml, ReadsADocumentOfManyMegabytes) {
   EXPECT_EQ(objDocument.documentElement().childNodes()->length(), 300'000u);
 }
 
-TEST(LoadXml, TakesTextAsUtf8WhateverItsDeclarationNames) {
+TEST(DocumentLoad, TakesTextAsUtf8WhateverItsDeclarationNames) {
   const Document objDocument = loaded("<?xml version='1.0' encoding='ISO-8859-1'?><a>\xC3\xA9</a>");
   EXPECT_EQ(objDocument.documentElement().text(), "\xC3\xA9");
   EXPECT_EQ(loaded("<?xml version='1.0' encoding='UTF-16'?><a>x</a>").documentElement().text(),
@@ -333,109 +309,7 @@ TEST(LoadXml, TakesTextAsUtf8WhateverItsDeclarationNames) {
   EXPECT_EQ(loaded("\xEF\xBB\xBF<a>x</a>").documentElement().text(), "x");
 }
 
-TEST(LoadXml, ReadsAFileInItsDeclaredEncoding) {
-  const TemporaryFolder folder;
-  const Document objDocument = Document::create();
-  EXPECT_TRUE(objDocument.load(
-      folder.write("latin.xml", "<?xml version='1.0' encoding='ISO-8859-1'?><a>\xE9</a>")));
-  EXPECT_EQ(objDocument.documentElement().text(), "\xC3\xA9");
-  EXPECT_TRUE(objDocument.load(folder.write("mark.xml", "\xEF\xBB\xBF<a>\xC3\xA9</a>")));
-  EXPECT_EQ(objDocument.documentElement().text(), "\xC3\xA9");
-  EXPECT_FALSE(objDocument.load(folder.write("plain.xml", "<a>\xE9</a>")));
-}
-
-/// A text of ASCII, and of characters below 65,536 written as U+XXXX would be, in UTF-16.
-std::string inUtf16(std::u16string_view strText, bool blnBigEnd) {
-  std::string strBytes;
-  for (const char16_t unit : strText) {
-    const auto high = static_cast<char>(unit >> 8);
-    const auto low = static_cast<char>(unit & 0xFF);
-    strBytes += blnBigEnd ? high : low;
-    strBytes += blnBigEnd ? low : high;
-  }
-  return strBytes;
-}
-
-TEST(LoadXml, TakesTheEncodingsOfItsListAndNoOthers) {
-  const TemporaryFolder folder;
-  const std::u16string strWide = u"<?xml version='1.0' encoding='utf-16'?><a b='\u0122'>\u00e9</a>";
-  const std::u16string strUndeclared = u"<a b='\u0122'>\u00e9</a>";
-  const auto declared = [](const std::string& strEncoding, const std::string& strText) {
-    return "<?xml version='1.0' encoding='" + strEncoding + "'?><a>" + strText + "</a>";
-  };
-  const struct {
-    const char* says;
-    std::string strBytes, strText;
-  } taken[] = {
-      {"UTF-8", declared("UTF-8", "\xC3\xA9"), "\xC3\xA9"},
-      {"UTF-8 in small letters", declared("utf-8", "\xC3\xA9"), "\xC3\xA9"},
-      {"UTF-8 with its mark", "\xEF\xBB\xBF<a>\xC3\xA9</a>", "\xC3\xA9"},
-      {"the mark decides", "\xEF\xBB\xBF" + declared("ISO-8859-1", "\xC3\xA9"), "\xC3\xA9"},
-      {"UTF-16 with its mark", "\xFE\xFF" + inUtf16(strWide, true), "\xC3\xA9"},
-      {"UTF-16, the little end first", "\xFF\xFE" + inUtf16(strWide, false), "\xC3\xA9"},
-      {"UTF-16 without a mark", inUtf16(strWide, true), "\xC3\xA9"},
-      {"the same, the little end first", inUtf16(strUndeclared, false), "\xC3\xA9"},
-      {"US-ASCII", declared("US-ASCII", "e"), "e"},
-      {"Latin-1", declared("iso-8859-1", "\xE9"), "\xC3\xA9"},
-      {"Latin-9", declared("ISO-8859-15", "\xA4"), "\xE2\x82\xAC"},
-      {"a code page", declared("windows-1252", "\x80"), "\xE2\x82\xAC"},
-      {"another one", declared("Windows-1251", "\xC0"), "\xD0\x90"},
-      {"with standalone and double quotes",
-       "<?xml version=\"1.0\" encoding = \"ISO-8859-1\" standalone='yes'?><a>\xE9</a>", "\xC3\xA9"},
-  };
-  for (const auto& c : taken) {
-    SCOPED_TRACE(c.says);
-    const Document objDocument = Document::create();
-    EXPECT_TRUE(objDocument.load(folder.write("taken.xml", c.strBytes)))
-        << objDocument.parseError().reason;
-    EXPECT_EQ(objDocument.documentElement().text(), c.strText);
-  }
-  const struct {
-    std::string strBytes;
-    const char* reason;
-  } refused[] = {
-      {declared("UTF-7", "e"), "The encoding 'utf-7' is not supported."},
-      {declared("EBCDIC-CP-US", "e"), "The encoding 'ebcdic-cp-us' is not supported."},
-      {declared("X-NONE", "e"), "The encoding 'x-none' is not supported."},
-      {declared("a&#10;b", "e"), "The encoding 'a&#10;b' is not supported."},
-      {declared("UTF-16", "e"), "The encoding 'utf-16' is not that of the document."},
-      {"\x4C\x6F\xA7\x94\x93", "The encoding of the document is not supported."},
-      {std::string("\0\0\0<\0\0\0a", 8), "The encoding of the document is not supported."},
-      {std::string("\xFF\xFE\0\0<\0\0\0", 8), "The encoding of the document is not supported."},
-      {declared("US-ASCII", "\xE9"), "The document is not in the encoding 'us-ascii'."},
-      {inUtf16(u"<a>\xD800</a>", true), "The document is not in the encoding 'utf-16be'."},
-      {"\xFF\xFE<", "The document is not in the encoding 'utf-16le'."},
-  };
-  for (const auto& c : refused) {
-    const Document objDocument = Document::create();
-    EXPECT_FALSE(objDocument.load(folder.write("refused.xml", c.strBytes)));
-    EXPECT_EQ(objDocument.parseError().reason, c.reason);
-    EXPECT_EQ(objDocument.parseError().line, 1);
-  }
-}
-
-TEST(LoadXml, CountsTheAttributesOfATagWhateverItsEncoding) {
-  const TemporaryFolder folder;
-  // Of each character the second byte is a quotation mark, or an angle bracket.
-  for (const char16_t inside : {u'\u0122', u'\u013E', u'\u013C', u'\u223D'}) {
-    std::u16string strTag = u"<r";
-    for (int at = 0; at < 100'000; ++at) {
-      strTag += u" a";
-      for (const char digit : std::to_string(at)) strTag += static_cast<char16_t>(digit);
-      ((strTag += u"='") += inside) += u'\'';
-    }
-    for (const bool blnBigEnd : {true, false}) {
-      const Document objDocument = Document::create();
-      EXPECT_FALSE(objDocument.load(folder.write("r.xml", inUtf16(strTag + u"/>", blnBigEnd))));
-      EXPECT_EQ(objDocument.parseError().reason, "An element has more than 512 attributes.");
-    }
-  }
-  std::string strEntity = "<!DOCTYPE r [<!ENTITY e \"&#60;e";
-  for (int at = 0; at < 100'000; ++at) strEntity += " a" + std::to_string(at) + "='&#39;'";
-  expectRefused(strEntity + "/>\">]><r>&e;</r>");
-}
-
-TEST(LoadXml, TakesNoRulerInACommentForAttributes) {
+TEST(DocumentLoad, TakesNoRulerInACommentForAttributes) {
   const std::string strRuler(1000, '=');
   for (const std::string& strComment : {"a < b " + strRuler, "<x " + strRuler + " it's",
                                         "<x a='1' " + strRuler + "\n" + strRuler}) {
@@ -443,69 +317,6 @@ TEST(LoadXml, TakesNoRulerInACommentForAttributes) {
     EXPECT_EQ(loaded(strXml).documentElement().childNodes()->length(), 2U) << strComment;
     EXPECT_TRUE(loaded("<!DOCTYPE r><!--" + strComment + "--><r/>").documentElement());
   }
-}
-
-TEST(LoadXml, RefusesWhatIsLargerThanTheLimit) {
-  const TemporaryFolder folder;
-  const std::string strText = "<a>1234567890</a>";
-  const std::string strFile = folder.write("a.xml", strText);
-  DocumentSettings settings;
-  settings.lngMaxBytes = strText.size();
-  EXPECT_TRUE(Document::create(settings).loadXML(strText));
-  EXPECT_TRUE(Document::create(settings).load(strFile));
-  --settings.lngMaxBytes;
-  const Document objDocument = Document::create(settings);
-  EXPECT_FALSE(objDocument.loadXML(strText));
-  EXPECT_EQ(objDocument.parseError().reason, "The input is larger than 16 bytes.");
-  EXPECT_FALSE(objDocument.load(strFile));
-  EXPECT_EQ(objDocument.parseError().reason, "The input is larger than 16 bytes.");
-  EXPECT_EQ(DocumentSettings().lngMaxBytes, 64u * 1024 * 1024);
-}
-
-TEST(LoadXml, OpensRegularFilesOnly) {
-  const TemporaryFolder folder;
-  ASSERT_EQ(mkfifo(folder.path("pipe").c_str(), 0600), 0);
-  const std::string strFile = folder.write("a.xml", "<a/>");
-  const std::string cases[] = {
-      folder.path("missing.xml"),
-      folder.path(""),
-      folder.path("pipe"),
-      "/dev/zero",
-      "",
-      "file:",
-      "file://elsewhere" + strFile,
-      "file:relative.xml",
-      "http://localhost/a.xml",
-      strFile + std::string("\0.xml", 5),
-      "file://" + strFile + "%00",
-      strFile + "/",
-  };
-  for (const std::string& strLocation : cases) {
-    SCOPED_TRACE(strLocation);
-    const Document objDocument = loaded("<before/>");
-    EXPECT_FALSE(objDocument.load(strLocation));
-    EXPECT_EQ(objDocument.parseError().errorCode, ParseError::kCannotOpen);
-    EXPECT_EQ(objDocument.parseError().errorCode, -2146697210);
-    EXPECT_EQ(objDocument.parseError().reason, "The system cannot locate the object specified.");
-    EXPECT_FALSE(objDocument.documentElement());
-  }
-  const Document objEmpty = Document::create();
-  EXPECT_FALSE(objEmpty.load(folder.write("empty.xml", "")));
-  EXPECT_NE(objEmpty.parseError().errorCode, 0);
-  EXPECT_NE(objEmpty.parseError().errorCode, ParseError::kCannotOpen);
-}
-
-TEST(LoadXml, UnderstandsPathsAndFileUrls) {
-  const TemporaryFolder folder;
-  const std::string strFile = folder.write("a b.xml", "<a/>");
-  std::string strEncoded = strFile;
-  strEncoded.replace(strEncoded.find(' '), 1, "%20");
-  for (const std::string& strLocation : {strFile, "file://" + strEncoded, "file:" + strEncoded,
-                                         "file://localhost" + strEncoded, "FILE://" + strFile}) {
-    EXPECT_TRUE(Document::create().load(strLocation)) << strLocation;
-  }
-  EXPECT_EQ(filePath("file:///a%2fb%C3%A9%zz%4"), "/a/b\xC3\xA9%zz%4");
-  EXPECT_EQ(filePath("a%20b"), "a%20b");  // a path is no URL
 }
 
 }  // namespace

@@ -13,10 +13,6 @@
 namespace Varnel_Tolv_XML_Creation {
 namespace {
 
-// What a page sends beside its answers.
-constexpr std::string_view kLabelSuffix = "_hiddenName";
-constexpr std::string_view kRowCountSuffix = "_rowCount";
-
 /// The values of the cells of a parked table, by row and column.
 std::map<std::pair<std::string, std::string>, std::string> storedCells(const Node& objTable) {
   std::map<std::pair<std::string, std::string>, std::string> cells;
@@ -59,7 +55,7 @@ PostedAnswers::PostedAnswers(const AnswerLog& log, const Request& request)
     unused_[unused.objTable.identity()].push_back(&unused);
   }
   for (std::string& strName : log.unread(request)) {
-    if (strName.ends_with(kLabelSuffix) || strName.ends_with(kRowCountSuffix)) continue;
+    if (isLabelOrRowCount(strName)) continue;
     std::string strValue = request.formItem(strName);
     if (!isNoAnswer(strValue)) unread_.emplace(std::move(strName), std::move(strValue));
   }
@@ -95,8 +91,10 @@ void PostedAnswers::takeUnreadCells(const Node& objTable, const AnswerLog::Table
     definitions.try_emplace(attributeText(objColumn, kId), objColumn);
   }
   std::optional<std::map<std::pair<std::string, std::string>, std::string>> stored;
-  const std::string strPrefix = attributeText(objTable, kId) + "___";
-  auto next = unread_.lower_bound(strPrefix);
+  const std::string strPrefix = cellPrefixOf(attributeText(objTable, kId));
+  // What an earlier table of this id left there is no cell.
+  const bool blnFirst = walkedPrefixes_.insert(strPrefix).second;
+  auto next = blnFirst ? unread_.lower_bound(strPrefix) : unread_.end();
   while (next != unread_.end() && next->first.starts_with(strPrefix)) {
     const auto current = next++;
     const std::string& strName = current->first;
@@ -140,11 +138,11 @@ void PostedAnswers::addUnused(const AnswerLog::Table& table, const Definitions& 
                               std::vector<Cell>& cells) const {
   const auto found = unused_.find(table.objTable.identity());
   if (found == unused_.end()) return;
-  const std::string strPrefix = attributeText(table.objTable, kId) + "___";
+  const std::string strTableId = attributeText(table.objTable, kId);
   std::set<std::string> told;
   const auto add = [&](const AnswerLog::Unused& unused, const std::string& strColumnId) {
     const std::string strRow = std::to_string(unused.lngRow);
-    const std::string strName = strPrefix + strColumnId + "_" + strRow;
+    const std::string strName = cellNameOf(strTableId, strColumnId, strRow);
     std::string strValue = request_.formItem(strName);
     if (isNoAnswer(strValue) || !told.insert(strName).second) return;
     const auto definition = definitions.find(strColumnId);

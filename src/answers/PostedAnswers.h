@@ -4,6 +4,7 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -68,6 +69,7 @@ class PostedAnswers {
   const AnswerLog& log_;
   const Request& request_;
   std::map<std::string, std::string> unread_;  // by name; only what is an answer
+  std::set<std::string> walkedPrefixes_;       // of the tables whose cells were taken of it
   std::map<const void*, const AnswerLog::Table*> tables_;
   std::map<const void*, std::vector<const AnswerLog::Unused*>> unused_;
 };

@@ -7,6 +7,7 @@
 #include "config/GetFormCollectionItem.h"
 #include "config/Names.h"
 #include "platform/dom/Prepared.h"
+#include "platform/host/WebRequest.h"
 #include "platform/text/Conversions.h"
 #include "platform/text/Text.h"
 #include "result/Guarded.h"
@@ -30,13 +31,13 @@ Acknowledge ParkProtField(const Session& session, const Node& objField) {
                      "The protocol field list is missing",
                      "An error occurred because the protocol field list is missing");
     }
-    const std::string strId = toLower(attributeView(objField, kId));
+    const std::string strId = fieldNameOf(attributeView(objField, kId));
     const bool blnCheckBox = attributeView(objField, kType) == "check";
     // deliberate: only its form matters here; a field whose `dynamic` cannot be read is refused.
     static_cast<void>(toBoolean(attributeView(objField, kDynamic)));
 
     std::string strFieldLabel;
-    Acknowledge objAck = GetFormCollectionItem(session, strId + "_hiddenName", strFieldLabel);
+    Acknowledge objAck = GetFormCollectionItem(session, labelNameOf(strId), strFieldLabel);
     if (!objAck.Success()) return objAck;
     const std::string_view strLetterLabel = attributeView(objField, "letterlabel");
     if (!strLetterLabel.empty()) strFieldLabel = strLetterLabel;

@@ -15,6 +15,7 @@
 #include "config/Names.h"
 #include "config/SubmittedCells.h"
 #include "park/ComputedCell.h"
+#include "platform/host/WebRequest.h"
 #include "platform/text/Conversions.h"
 #include "platform/text/Text.h"
 #include "platform/xml/XmlCharacters.h"
@@ -50,11 +51,11 @@ class GridRows {
 /// One table while it is being parked.
 class TableParking {
  public:
-  TableParking(const Session& session, const Node& objTable, std::string strId,
+  TableParking(const Session& session, const Node& objTable, std::string_view strId,
                std::string_view strType, std::int32_t lngRowCount)
       : session_(session),
         objTable_(objTable),
-        strCellPrefix_(std::move(strId) + "___"),
+        strCellPrefix_(cellPrefixOf(strId)),
         blnFixed_(strType == "table"),
         blnNumbered_(strType == "dynatable"),
         lngRowCount_(lngRowCount) {}
@@ -313,12 +314,12 @@ Acknowledge ParkProtTable(const Session& session, const Node& objTable) {
                      "The protocol table list is missing",
                      "An error occurred selecting the protocol table list");
     }
-    std::string strId = objTable.getNamedItem(kId).text();
+    const std::string strId = objTable.getNamedItem(kId).text();
     const std::string strType = toLower(objTable.getNamedItem(kType).text());
 
     std::string strRowCount;
     // deliberate: a form that cannot be read is told like a row count that is no number.
-    if (!GetFormCollectionItem(session, toLower(strId) + "_rowCount", strRowCount).Success() ||
+    if (!GetFormCollectionItem(session, rowCountNameOf(strId), strRowCount).Success() ||
         !isNumeric(strRowCount)) {
       return Failure(SVC_RET_XML_CREATION_PROT_TBL_ROWCOUNT_INVALID, "The object list is missing",
                      "An error occurred because object list is missing");
@@ -327,7 +328,7 @@ Acknowledge ParkProtTable(const Session& session, const Node& objTable) {
     if (session.answers) session.answers->table(objTable, lngRowCount);
     if (lngRowCount < 1) return {};
 
-    TableParking parking(session, objTable, std::move(strId), strType, lngRowCount);
+    TableParking parking(session, objTable, strId, strType, lngRowCount);
     Acknowledge objAck = parking.parkRows();
     if (objAck.Success()) objAck = parking.removeIfBlank();
     if (objAck.Success()) parking.removeColumnDefinitions();

@@ -61,6 +61,15 @@ TEST(TableLosses, TellOfCellsThatAreNotStored) {
   }
 }
 
+TEST(TableLosses, OfSeveralTablesOfOneIdAreToldOnce) {
+  AnswerStory story;
+  story.strObjects = grid("<column id='c'/>") + grid("<column id='d'/>");
+  story.strForm = "t_rowCount=1&t___c_1=a&t___x_1=b&t___x=y&t___c_01=z";
+  EXPECT_EQ(story.losses(),
+            "t|1|x|b|unknown-column|:2\n"
+            "t___c_01|||z|unknown-question|:0\nt___x|||y|unknown-question|:0\n");
+}
+
 TEST(TableLosses, TellOfAnswersToComputedCells) {
   const struct {
     const char *says, *form, *losses;

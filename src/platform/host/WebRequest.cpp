@@ -10,6 +10,9 @@ namespace Varnel_Tolv_XML_Creation {
 
 namespace {
 
+constexpr std::string_view kLabelSuffix = "_hiddenName";
+constexpr std::string_view kRowCountSuffix = "_rowCount";
+
 std::string decode(std::string_view strEncoded) {
   std::string strSpaced(strEncoded);
   std::replace(strSpaced.begin(), strSpaced.end(), '+', ' ');
@@ -19,6 +22,25 @@ std::string decode(std::string_view strEncoded) {
 }  // namespace
 
 std::string fieldNameOf(std::string_view strId) { return toLower(strId); }
+
+std::string labelNameOf(std::string_view strId) { return fieldNameOf(strId).append(kLabelSuffix); }
+
+std::string rowCountNameOf(std::string_view strId) {
+  return fieldNameOf(strId).append(kRowCountSuffix);
+}
+
+bool isLabelOrRowCount(std::string_view strName) {
+  return strName.ends_with(kLabelSuffix) || strName.ends_with(kRowCountSuffix);
+}
+
+std::string cellNameOf(std::string_view strTableId, std::string_view strColumnId,
+                       std::string_view strRow) {
+  return cellPrefixOf(strTableId).append(strColumnId).append("_").append(strRow);
+}
+
+std::string cellPrefixOf(std::string_view strTableId) {
+  return std::string(strTableId).append("___");
+}
 
 FormCollection::FormCollection(std::string_view strBody) {
   for (std::string_view strRest = strBody; !strRest.empty();) {

@@ -32,6 +32,20 @@ class VARNEL_EXPORT Request {
 /// Unicode's simple mapping in no locale.
 VARNEL_EXPORT std::string fieldNameOf(std::string_view strId);
 
+/// The names of the fields that a form has besides: for the label of a question and for the number
+/// of rows of a table.
+VARNEL_EXPORT std::string labelNameOf(std::string_view strId);
+VARNEL_EXPORT std::string rowCountNameOf(std::string_view strId);
+
+/// Whether a field has the name of one of these.
+VARNEL_EXPORT bool isLabelOrRowCount(std::string_view strName);
+
+/// The name of the field for a cell of a table, and what the names for all its cells begin with:
+/// the ids as they are written, and a row by its number from 1.
+VARNEL_EXPORT std::string cellNameOf(std::string_view strTableId, std::string_view strColumnId,
+                                     std::string_view strRow);
+VARNEL_EXPORT std::string cellPrefixOf(std::string_view strTableId);
+
 /// The web server.
 class VARNEL_EXPORT Server {
  public:

@@ -27,6 +27,22 @@ TEST(FieldName, IsTheIdInLowerCaseOfAnyAlphabet) {
   for (const auto& c : cases) EXPECT_EQ(fieldNameOf(c.id), c.name);
 }
 
+TEST(FieldName, OfALabelOrARowCountGoesOnBehindTheIdInLowerCase) {
+  EXPECT_EQ(labelNameOf("Q_1"), "q_1_hiddenName");
+  EXPECT_EQ(rowCountNameOf("T\xC3\x85"), "t\xC3\xA5_rowCount");
+  EXPECT_TRUE(isLabelOrRowCount(labelNameOf("q")));
+  EXPECT_TRUE(isLabelOrRowCount(rowCountNameOf("t")));
+  for (const char* const name : {"", "q", "q_hiddenname", "t_rowCount_1", "t___rowCount_1"}) {
+    EXPECT_FALSE(isLabelOrRowCount(name)) << name;
+  }
+}
+
+TEST(FieldName, OfACellHasTheIdsAsTheyAreWritten) {
+  EXPECT_EQ(cellNameOf("T1", "cA", "3"), "T1___cA_3");
+  EXPECT_TRUE(cellNameOf("T1", "cA", "3").starts_with(cellPrefixOf("T1")));
+  EXPECT_EQ(cellPrefixOf("T1"), "T1___");
+}
+
 TEST(FormCollection, DecodesABody) {
   const struct {
     const char *says, *body, *name, *value;

@@ -19,10 +19,7 @@ Document documentOf(const std::optional<std::string>& file, const RunServices& s
   if (!file) return {};
   Document objXml = Document::create(settingsOf(services));
   if (!objXml.load(*file)) {
-    const ParseError& error = objXml.parseError();
-    throw RuntimeError(kInvalidArgument,
-                       *file + ": " + error.reason +
-                           (error.line > 0 ? " (line " + std::to_string(error.line) + ")" : ""));
+    throw RuntimeError(kInvalidArgument, *file + ": " + describe(objXml.parseError()));
   }
   return objXml;
 }

@@ -14,4 +14,10 @@ struct ParseError {
   static constexpr std::int32_t kCannotOpen = -2146697210;  // 0x800C0006
 };
 
+/// The reason, and the line where one is to blame: "a reason (line 3)".
+inline std::string describe(const ParseError& error) {
+  if (error.line == 0) return error.reason;
+  return error.reason + " (line " + std::to_string(error.line) + ")";
+}
+
 }  // namespace Varnel_Tolv_XML_Creation

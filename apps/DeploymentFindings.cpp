@@ -14,29 +14,6 @@ using namespace Varnel_Tolv_XML_Creation;
 
 namespace {
 
-DeploymentFiles deploymentFiles(const Options& options) {
-  return {
-      .strTemplateXML = options.strTemplateXML,
-      .strMsgObjectXML = options.strMsgObjectXML,
-      .strSchemaTypeMapperXML = options.strSchemaTypeMapperXML,
-      .strHiddenFieldXML = options.strHiddenFieldXML,
-      .strNamespaceXML = options.strNamespaceXML,
-      .strQuestionsXmlPath = options.strQuestionsXmlPath,
-      .strReferenceXmlPath = options.strReferenceXmlPath,
-      .strObjectList = options.objectList.value_or(""),
-      .strProtocolInfo = options.protocolInfo.value_or(""),
-      .strSchemaUrl = options.strSchemaUrl,
-      .strSchemaUri = options.strSchemaUri,
-      .strPageDirectory = options.pageDirectory,
-      .strSchemaCatalog = options.strSchemaCatalog,
-      .blnSubmit = options.blnSubmit,
-      .blnValidateAgainstSchema = options.blnValidateAgainstSchema,
-      .blnContext = options.blnContext,
-      .blnServer = options.blnServer,
-      .dateOrder = options.dateOrder,
-  };
-}
-
 /// Where in deployment.json each option stands that the command line does not have.
 void findLines(const Options& options, const OptionValues& given, DeploymentFiles& files) {
   if (!options.deploymentFile) return;
@@ -57,7 +34,7 @@ std::string withinDeployment(const std::string& strFile, const std::optional<std
 }  // namespace
 
 std::vector<Finding> findingsOf(const Options& options, const OptionValues& given) {
-  DeploymentFiles files = deploymentFiles(options);
+  DeploymentFiles files = filesOf(options);
   findLines(options, given, files);
   std::vector<Finding> findings = checkDeployment(files);
   for (Finding& finding : findings) {

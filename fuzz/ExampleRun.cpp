@@ -6,12 +6,13 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "Check.h"
-#include "interface/BuildXML.h"
 #include "interface/CheckDeployment.h"
+#include "interface/RunDeployment.h"
 #include "platform/xml/FileCache.h"
 
 namespace Varnel_Tolv_XML_Creation::fuzz {
@@ -138,6 +139,32 @@ std::string_view partOf(const char* strName, const Parts& replaced) {
   return found == replaced.end() ? exampleParts().at(strName) : found->second;
 }
 
+/// The example with these parts replaced.
+Deployment deploymentOf(const Copies& copies, const Parts& replaced) {
+  const auto file = [&](const char* strName) { return copies.at(strName, replaced); };
+  const auto part = [&](const char* strName) { return line(partOf(strName, replaced)); };
+  return {
+      .strTemplateXML = file("template.xml"),
+      .strMsgObjectXML = file("object-mapper.xml"),
+      .strSchemaTypeMapperXML = file("schema-types.xml"),
+      .strHiddenFieldXML = file("hidden-fields.xml"),
+      .strNamespaceXML = file("namespaces.xml"),
+      .strQuestionsXmlPath = file("questions.xml"),
+      .strReferenceXmlPath = file("reference.xml"),
+      .blnSubmit = true,
+      .blnValidateAgainstSchema = true,
+      .objectList = file("object-list.xml"),
+      .protocolInfo = file("protocol-info.xml"),
+      .strSchemaUrl = part("schema-url"),
+      .strSchemaUri = part("schema-uri"),
+      .strSchemaCatalog = {},
+      .form = {},
+      .pageDirectory = copies.pages(replaced),
+      .dateOrder = dateOrder(part("date-order")),
+      .clock = FixedClock(DateTime{2025, 10, 14, 12, 5, 0}),
+  };
+}
+
 /// Whether the report agrees with itself, of a run which asked for the verdict and the journal.
 void requireSound(const RunReport& report) {
   require(report.verdict != Verdict::valid || report.violations.empty(),
@@ -178,73 +205,34 @@ void runExample(const Parts& replaced) {
   const Copies& copies = exampleCopies();
   static FileCache cache;
   copies.put(replaced);
-  const auto file = [&](const char* strName) { return copies.at(strName, replaced); };
-  const auto part = [&](const char* strName) { return partOf(strName, replaced); };
-
-  const FormCollection form(part("form"));
-  const PageServer server(copies.pages(replaced));
-  const ObjectContext context{.request = &form, .server = &server};
-  const FixedClock clock(DateTime{2025, 10, 14, 12, 5, 0});
+  const Deployment deployment = deploymentOf(copies, replaced);
+  const auto loaded = [&](const std::optional<std::string>& file) {
+    Document objXml = Document::create({.cache = &cache});
+    return objXml.load(*file) ? objXml : Document();
+  };
   Discard trace;
   RunReport report;
-  HostServices host;
-  host.report = &report;
-  host.blnJournal = true;
-  host.objectContext = &context;
-  host.clock = &clock;
-  host.traceSink = &trace;
-  host.cache = &cache;
-  host.dateOrder = dateOrder(line(part("date-order")));
-
-  DocumentSettings settings;
-  settings.cache = &cache;
-  Document objParkXML = Document::create(settings);
-  if (!objParkXML.load(file("object-list.xml"))) objParkXML = Document();
-  Document objProtocol = Document::create(settings);
-  objProtocol.load(file("protocol-info.xml"));
-  Document objSendXML;
-  ValidationUserErrors colUserErrors;
-  ValidationIntErrors colIntErrors;
-  BuildXML objBuild(host);
-  const Acknowledge objAck = objBuild.buildXML(
-      file("template.xml"), file("object-mapper.xml"), file("schema-types.xml"),
-      file("hidden-fields.xml"), file("namespaces.xml"), file("questions.xml"),
-      file("reference.xml"), true, true, objParkXML, objSendXML, objProtocol.documentElement(),
-      colUserErrors, colIntErrors, line(part("schema-url")), line(part("schema-uri")));
+  const RunOutputs run =
+      runDeployment(deployment, FormCollection(partOf("form", replaced)),
+                    loaded(deployment.objectList), loaded(deployment.protocolInfo),
+                    {.traceSink = &trace, .cache = &cache, .report = &report, .blnJournal = true});
   copies.restore(replaced);
 
+  const Acknowledge& objAck = run.objAck;
   require(objAck.Success() == (objAck.ErrorCode() == 0), "success and code agree");
-  require(!objAck.Success() || objSendXML, "a successful submission has a message");
+  require(!objAck.Success() || run.objSendXML, "a successful submission has a message");
   const bool blnVerdict = objAck.ErrorCode() == SVC_RET_XML_CREATION_SCHEMA_VALIDATION_FAILED;
-  require(!blnVerdict || !colUserErrors->empty() || !colIntErrors->empty(),
+  require(!blnVerdict || !run.colUserErrors->empty() || !run.colInternalErrors->empty(),
           "a message that the schema refuses has errors to show");
   requireSound(report);
-  requireStorable(objParkXML);
-  requireStorable(objSendXML);
+  requireStorable(run.objParkXML);
+  requireStorable(run.objSendXML);
 }
 
 void checkExample(const Parts& replaced) {
   const Copies& copies = exampleCopies();
   copies.put(replaced);
-  const auto file = [&](const char* strName) { return copies.at(strName, replaced); };
-  const auto part = [&](const char* strName) { return line(partOf(strName, replaced)); };
-  DeploymentFiles files;
-  files.strTemplateXML = file("template.xml");
-  files.strMsgObjectXML = file("object-mapper.xml");
-  files.strSchemaTypeMapperXML = file("schema-types.xml");
-  files.strHiddenFieldXML = file("hidden-fields.xml");
-  files.strNamespaceXML = file("namespaces.xml");
-  files.strQuestionsXmlPath = file("questions.xml");
-  files.strReferenceXmlPath = file("reference.xml");
-  files.strObjectList = file("object-list.xml");
-  files.strProtocolInfo = file("protocol-info.xml");
-  files.strSchemaUrl = part("schema-url");
-  files.strSchemaUri = part("schema-uri");
-  files.strPageDirectory = copies.pages(replaced);
-  files.blnSubmit = true;
-  files.blnValidateAgainstSchema = true;
-  files.dateOrder = dateOrder(part("date-order"));
-  const std::vector<Finding> findings = checkDeployment(files);
+  const std::vector<Finding> findings = checkDeployment(filesOf(deploymentOf(copies, replaced)));
   copies.restore(replaced);
   require(findings.empty() || !replaced.empty(), "the example has no finding");
   for (const Finding& finding : findings) {

@@ -8,6 +8,12 @@
 
 namespace Varnel_Tolv_XML_Creation {
 
+struct Deployment;
+
+/// What the check is to look at of a deployment that was read: all that it names. The places of its
+/// options are not known of it (`DeploymentFiles::strOptionFile`, `optionLines`).
+VARNEL_EXPORT DeploymentFiles filesOf(const Deployment& deployment);
+
 /// Proves a deployment consistent without a form: reads its files and tells what is wrong with
 /// them, whatever state they are in; docs/check.md explains each finding. A correct deployment has
 /// no error and no warning. Findings of one file stand together, in the order of its lines.

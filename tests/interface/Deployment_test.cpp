@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "interface/CheckDeployment.h"
 #include "result/RuntimeError.h"
 #include "support/Documents.h"
 
@@ -52,6 +53,51 @@ TEST(OpenDeployment, GivesTheValuesOfItsFileWithFileNamesBelowTheFolder) {
   EXPECT_EQ(deployment.dateOrder, DateOrder::yearMonthDay);
   ASSERT_TRUE(deployment.clock);
   EXPECT_EQ(deployment.clock->now(), (DateTime{2024, 2, 29, 23, 59, 58}));
+}
+
+TEST(FilesOf, ADeploymentAreAllThatItNames) {
+  const TemporaryDirectory folder;
+  folder.file("catalog.xml", "");
+  const Deployment deployment = deploymentWith({{"template", "T"},
+                                                {"object-mapper", "O"},
+                                                {"schema-types", "S"},
+                                                {"hidden-fields", "H"},
+                                                {"namespaces", "N"},
+                                                {"questions", "Q"},
+                                                {"reference", "R"},
+                                                {"submit", "true"},
+                                                {"validate", "true"},
+                                                {"object-list", "L"},
+                                                {"protocol-info", "P"},
+                                                {"schema-url", "U"},
+                                                {"schema-uri", "urn:u"},
+                                                {"page-dir", "pages"},
+                                                {"no-context", "true"},
+                                                {"no-server", "true"},
+                                                {"date-order", "mdy"}},
+                                               folder.path().string());
+  const DeploymentFiles files = filesOf(deployment);
+  EXPECT_EQ(files.strTemplateXML, "T");
+  EXPECT_EQ(files.strMsgObjectXML, "O");
+  EXPECT_EQ(files.strSchemaTypeMapperXML, "S");
+  EXPECT_EQ(files.strHiddenFieldXML, "H");
+  EXPECT_EQ(files.strNamespaceXML, "N");
+  EXPECT_EQ(files.strQuestionsXmlPath, "Q");
+  EXPECT_EQ(files.strReferenceXmlPath, "R");
+  EXPECT_EQ(files.strObjectList, "L");
+  EXPECT_EQ(files.strProtocolInfo, "P");
+  EXPECT_EQ(files.strSchemaUrl, "U");
+  EXPECT_EQ(files.strSchemaUri, "urn:u");
+  EXPECT_EQ(files.strPageDirectory, "pages");
+  EXPECT_EQ(files.strSchemaCatalog, folder.at("catalog.xml"));
+  EXPECT_TRUE(files.blnSubmit);
+  EXPECT_TRUE(files.blnValidateAgainstSchema);
+  EXPECT_FALSE(files.blnContext);
+  EXPECT_FALSE(files.blnServer);
+  EXPECT_EQ(files.dateOrder, DateOrder::monthDayYear);
+  EXPECT_EQ(files.strOptionFile, "");
+  EXPECT_TRUE(files.optionLines.empty());
+  EXPECT_EQ(filesOf(Deployment()).strObjectList, "");
 }
 
 TEST(OpenDeployment, LetsGivenValuesWin) {

@@ -73,14 +73,14 @@ Node asElement(const Node& objNode) {
 }
 
 /// The log of the answers of one run, for its stages to write to; none when nobody asks.
-class Answers {
+class AnswerLogging {
  public:
-  explicit Answers(Session& session) : session_(session) {
+  explicit AnswerLogging(Session& session) : session_(session) {
     if (session.host.report) session.answers = &log_.emplace(session.host.blnJournal);
   }
-  ~Answers() { session_.answers = nullptr; }
-  Answers(const Answers&) = delete;
-  Answers& operator=(const Answers&) = delete;
+  ~AnswerLogging() { session_.answers = nullptr; }
+  AnswerLogging(const AnswerLogging&) = delete;
+  AnswerLogging& operator=(const AnswerLogging&) = delete;
 
   const AnswerLog* log() const { return log_ ? &*log_ : nullptr; }
 
@@ -151,7 +151,7 @@ Acknowledge BuildXML::buildXML(std::string_view strTemplateXML, std::string_view
     session.strMsgObjectXML = strMsgObjectXML;
     session.strSchemaTypeMapperXML = strSchemaTypeMapperXML;
   }
-  const Answers answers(session);
+  const AnswerLogging answers(session);
   trace(session, "", {"BuildXml - strTemplateXML =", strTemplateXML});
   trace(session, "", {"BuildXml - strMsgObjectXML =", strMsgObjectXML});
   trace(session, "", {"BuildXml - strSchemaTypeMapperXML =", strSchemaTypeMapperXML});

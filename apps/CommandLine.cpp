@@ -33,7 +33,7 @@ void addOptions(const Command& command, CLI::App& app) {
     option->description(row.help)->group(row.group);
     // What is given twice is told below, in words that say what to do.
     option->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-    if (!isFlag(row.kind)) option->type_name(row.placeholder);
+    if (!isFlag(row.kind)) option->type_name(placeholderOf(row));
   }
 }
 

@@ -8,6 +8,7 @@
 
 #include "CannotRun.h"
 #include "JsonProblem.h"
+#include "Words.h"
 
 using Json = nlohmann::ordered_json;
 
@@ -47,12 +48,12 @@ std::string placeOf(const Json& entry) {
 
 /// A value for people: of an entry of a list what it says, of any other list or object its size.
 std::string shown(const Json& value) {
-  if (value.is_string()) return inQuotes(value.get<std::string>());
+  if (value.is_string()) return quotedValue(value.get<std::string>());
   if (value.is_array()) return "a list of " + std::to_string(value.size());
   if (!value.is_object()) return value.dump();
   for (const char* const key : {"message", "reason", "outcome", "value"}) {
     const std::string strText = textAt(value, key);
-    if (!strText.empty()) return inQuotes(strText);
+    if (!strText.empty()) return quotedValue(strText);
   }
   return "an entry";
 }
@@ -161,17 +162,11 @@ std::vector<std::string> compareResult(const std::string& strFile, const std::st
   return std::move(comparison.lines);
 }
 
-std::string inQuotes(std::string_view strValue) {
+std::string quotedValue(std::string_view strValue) {
   constexpr std::size_t kMostBytes = 200;
-  std::string_view strMark = "";
-  if (strValue.size() > kMostBytes) {
-    std::size_t lngEnd = kMostBytes;
-    // Not within a character.
-    while ((static_cast<unsigned char>(strValue[lngEnd]) & 0xC0U) == 0x80U && lngEnd > 0) --lngEnd;
-    strValue = strValue.substr(0, lngEnd);
-    strMark = "...";
-  }
-  return Json(strValue).dump(-1, ' ', false, Json::error_handler_t::replace) + std::string(strMark);
+  const std::string_view strShown = beginningOf(strValue, kMostBytes);
+  return Json(strShown).dump(-1, ' ', false, Json::error_handler_t::replace) +
+         (strShown.size() < strValue.size() ? "..." : "");
 }
 
 std::string namedPlace(std::string_view strQuestion, std::string_view strRow,
@@ -181,8 +176,8 @@ std::string namedPlace(std::string_view strQuestion, std::string_view strRow,
     if (!strPlace.empty()) strPlace += ", ";
     strPlace.append(strWord).append(" ").append(strName);
   };
-  if (!strQuestion.empty()) add("question", inQuotes(strQuestion));
+  if (!strQuestion.empty()) add("question", quotedValue(strQuestion));
   if (!strRow.empty()) add("row", std::string(strRow));
-  if (!strColumn.empty()) add("column", inQuotes(strColumn));
+  if (!strColumn.empty()) add("column", quotedValue(strColumn));
   return strPlace;
 }

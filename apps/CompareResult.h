@@ -12,7 +12,7 @@ std::vector<std::string> compareResult(const std::string& strFile, const std::st
                                        const std::string& strActual);
 
 /// A value as people read it in a difference: in quotes, in one line, cut when it is long.
-std::string inQuotes(std::string_view strValue);
+std::string quotedValue(std::string_view strValue);
 
 /// "question "q", row 3, column "c"", as far as there are such marks; else empty.
 std::string namedPlace(std::string_view strQuestion, std::string_view strRow,

@@ -8,9 +8,11 @@
 
 #include "CannotRun.h"
 #include "MappingEntries.h"
+#include "Nodes.h"
 #include "SchemaPaths.h"
 #include "SchemaTypes.h"
 #include "Submission.h"
+#include "Words.h"
 #include "varnel_xml_creation/platform/host/WebRequest.h"
 
 using namespace Varnel_Tolv_XML_Creation;
@@ -22,8 +24,9 @@ constexpr std::size_t kMostPlaces = 20;  // of one entry
 constexpr std::size_t kMostRules = 20;
 constexpr std::size_t kListedRows = 30;
 
-std::string attribute(const Node& objElement, std::string_view strName) {
-  return shortened(objElement.getAttribute(strName).value_or(""));
+/// The value of an attribute, for people.
+std::string shown(const Node& objElement, std::string_view strName) {
+  return shortened(attribute(objElement, strName));
 }
 
 Document fileOf(const char* option, const std::string& strFile, bool blnNeeded) {
@@ -47,9 +50,9 @@ std::optional<SchemaModel> schemaOf(const Options& options) {
 }
 
 std::string kindOfField(const Node& objObject) {
-  const std::string strType = attribute(objObject, "type");
+  const std::string strType = shown(objObject, "type");
   if (lowerCase(strType) != "check") return strType;
-  const std::string strTicked = attribute(objObject, "checkedvalue");
+  const std::string strTicked = shown(objObject, "checkedvalue");
   return "check box; ticked it is \xE2\x80\x9C" + (strTicked.empty() ? "true" : strTicked) +
          "\xE2\x80\x9D";
 }
@@ -82,7 +85,7 @@ class DictionaryMaker {
     }
     if (colHidden) {
       for (const Node& objField : *colHidden) {
-        noteOthers(mapping_.field(fieldNameOf(objField.getAttribute("output").value_or(""))));
+        noteOthers(mapping_.field(fieldNameOf(attribute(objField, "output"))));
       }
     }
     if (colObjects) {
@@ -108,8 +111,8 @@ class DictionaryMaker {
   }
 
   const MappingEntry* entryOf(const Node& objObject) const {
-    const std::string strId = fieldNameOf(objObject.getAttribute("id").value_or(""));
-    const std::string strGroup = objObject.getAttribute("group").value_or("");
+    const std::string strId = fieldNameOf(attribute(objObject, "id"));
+    const std::string strGroup = attribute(objObject, "group");
     const bool blnDynamic = booleanWord(attribute(objObject, "dynamic")).value_or(false);
     if (isTable(objObject)) {
       return blnDynamic ? mapping_.groupTable(strGroup) : mapping_.table(strId);
@@ -179,36 +182,37 @@ class DictionaryMaker {
 
   void addField(const Node& objObject) {
     DictionaryEntry entry;
-    entry.strQuestionId = attribute(objObject, "id");
-    entry.strLabel = attribute(objObject, "letterlabel");
-    if (entry.strLabel.empty()) entry.strLabel = attribute(objObject, "fieldlabel");
+    entry.strQuestionId = shown(objObject, "id");
+    entry.strLabel = shown(objObject, "letterlabel");
+    if (entry.strLabel.empty()) entry.strLabel = shown(objObject, "fieldlabel");
     entry.strKind = kindOfField(objObject);
-    const std::string strObjectType = attribute(objObject, "objecttype");
+    const std::string strObjectType = shown(objObject, "objecttype");
     if (strObjectType != "field") {
       entry.rules.push_back("Not sent: its objecttype is \xE2\x80\x9C" + strObjectType +
                             "\xE2\x80\x9D.");
     } else {
-      addMapped(entryOf(objObject), entry.strQuestionId, entry);
+      addMapped(entryOf(objObject), attribute(objObject, "id"), entry);
     }
     add(std::move(entry));
   }
 
   void addHiddenField(const Node& objField) {
     DictionaryEntry entry;
-    entry.strQuestionId = attribute(objField, "output");
+    entry.strQuestionId = shown(objField, "output");
     entry.strKind = "hidden field";
-    addMapped(mapping_.field(fieldNameOf(entry.strQuestionId)), entry.strQuestionId, entry);
+    const std::string strOutput = attribute(objField, "output");
+    addMapped(mapping_.field(fieldNameOf(strOutput)), strOutput, entry);
     add(std::move(entry));
   }
 
   void addTable(const Node& objObject) {
     DictionaryEntry entry;
-    entry.strQuestionId = attribute(objObject, "id");
-    entry.strLabel = attribute(objObject, "tablelabel");
-    if (entry.strLabel.empty()) entry.strLabel = attribute(objObject, "fieldlabel");
+    entry.strQuestionId = shown(objObject, "id");
+    entry.strLabel = shown(objObject, "tablelabel");
+    if (entry.strLabel.empty()) entry.strLabel = shown(objObject, "fieldlabel");
     const MappingEntry* const mapping = entryOf(objObject);
     entry.strSource = sourceOf(mapping);
-    const std::string strType = lowerCase(attribute(objObject, "type"));
+    const std::string strType = lowerCase(shown(objObject, "type"));
     entry.strKind = strType == "dynatable" ? "table with any number of rows"
                     : strType == "table"   ? "table with fixed rows"
                                            : strType;
@@ -249,8 +253,8 @@ class DictionaryMaker {
     if (!colRows || colRows->length() == 0) return;
     for (const Node& objRow : *colRows) {
       if (lngRows++ == kListedRows) break;
-      std::string strLabel = attribute(objRow, "rowlabel");
-      if (strLabel.empty()) strLabel = attribute(objRow, "id");
+      std::string strLabel = shown(objRow, "rowlabel");
+      if (strLabel.empty()) strLabel = shown(objRow, "id");
       strRows += (strRows.empty() ? "" : ", ") + shortened(strLabel, 100);
     }
     if (colRows->length() > kListedRows) strRows += ", \xE2\x80\xA6";
@@ -261,35 +265,36 @@ class DictionaryMaker {
                  const MappingEntry* mapping) {
     DictionaryEntry entry;
     entry.strQuestionId = strTableId;
-    entry.strColumnId = attribute(objColumn, "id");
-    entry.strLabel = attribute(objColumn, "columnlabel");
-    const std::string strType = attribute(objColumn, "columntype");
+    entry.strColumnId = shown(objColumn, "id");
+    entry.strLabel = shown(objColumn, "columnlabel");
+    const std::string strType = shown(objColumn, "columntype");
     entry.strKind = strType.empty() ? "column" : "column of type " + strType;
     entry.strSource = sourceOf(mapping);
     addCellRules(objColumn, entry);
     if (mapping != nullptr && mapping->strAction == "rowinfotovalue") {
       entry.places.push_back(mapping->target.strShown + " (in the text of its row)");
     } else if (mapping != nullptr) {
-      addCellPlace(*mapping, entry);
+      addCellPlace(*mapping, attribute(objColumn, "id"), entry);
     }
     add(std::move(entry));
   }
 
   static void addCellRules(const Node& objColumn, DictionaryEntry& entry) {
-    const std::string strFixed = attribute(objColumn, "autovalue");
+    const std::string strFixed = shown(objColumn, "autovalue");
     if (!strFixed.empty()) {
       entry.rules.push_back("Always \xE2\x80\x9C" + strFixed + "\xE2\x80\x9D.");
     }
     if (attribute(objColumn, "calculate") == "true") {
-      entry.rules.push_back("Computed: from " + attribute(objColumn, "firstcolumn") + " to " +
-                            attribute(objColumn, "secondcolumn") + ", counted in " +
-                            attribute(objColumn, "timedimabbr") + '.');
+      entry.rules.push_back("Computed: from " + shown(objColumn, "firstcolumn") + " to " +
+                            shown(objColumn, "secondcolumn") + ", counted in " +
+                            shown(objColumn, "timedimabbr") + '.');
     }
   }
 
-  void addCellPlace(const MappingEntry& mapping, DictionaryEntry& entry) {
+  void addCellPlace(const MappingEntry& mapping, const std::string& strColumnId,
+                    DictionaryEntry& entry) {
     const std::string strType = lowerCase(mapping.strAction);
-    std::optional<TypePlace> place = types_.place(strType, entry.strColumnId);
+    std::optional<TypePlace> place = types_.place(strType, strColumnId);
     std::string strHow;
     if (!place) {
       place = types_.additional(strType);

@@ -1,6 +1,7 @@
 #include "ExplainText.h"
 
 #include "TerminalText.h"
+#include "Words.h"
 
 using namespace Varnel_Tolv_XML_Creation;
 
@@ -40,8 +41,7 @@ std::string explainText(const Explanation& explanation) {
              " lost; the schema: " + oneLine(explanation.strVerdict) + '\n';
   for (const bool blnLost : {true, false}) {
     for (const ExplainedAnswer& answer : explanation.answers) {
-      const bool blnBlank = answer.strValue.find_first_not_of(" \t\r\n") == std::string::npos;
-      if (!blnBlank && (answer.outcome == JournalOutcome::lost) == blnLost) {
+      if (!isNoAnswer(answer.strValue) && (answer.outcome == JournalOutcome::lost) == blnLost) {
         addAnswer(answer, strText);
       }
     }

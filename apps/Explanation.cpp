@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "Catalogue.h"
+#include "Words.h"
 #include "varnel_xml_creation/platform/text/FileNames.h"
 
 using namespace Varnel_Tolv_XML_Creation;
@@ -27,16 +28,12 @@ std::string ruleOf(const Options& options, const JournalEntry& entry) {
   return entry.line > 0 ? strFile + ':' + std::to_string(entry.line) : strFile;
 }
 
-bool isBlank(const std::string& strValue) {
-  return strValue.find_first_not_of(" \t\r\n") == std::string::npos;
-}
-
 }  // namespace
 
 std::size_t countOf(const Explanation& explanation, JournalOutcome outcome) {
   return static_cast<std::size_t>(
       std::ranges::count_if(explanation.answers, [&](const ExplainedAnswer& answer) {
-        return answer.outcome == outcome && !isBlank(answer.strValue);
+        return answer.outcome == outcome && !isNoAnswer(answer.strValue);
       }));
 }
 

@@ -4,18 +4,17 @@
 #include <charconv>
 #include <utility>
 
+#include "Nodes.h"
+#include "Words.h"
+
 using namespace Varnel_Tolv_XML_Creation;
 
 namespace {
 
 constexpr std::size_t kMostParameters = 100;  // of one action
 
-std::string inQuotes(std::string_view strText) {
+std::string inCurlyQuotes(std::string_view strText) {
   return "\xE2\x80\x9C" + shortened(strText, 100) + "\xE2\x80\x9D";
-}
-
-std::string attribute(const Node& objElement, std::string_view strName) {
-  return objElement.getAttribute(strName).value_or("");
 }
 
 /// Reads one entry.
@@ -62,7 +61,7 @@ class EntryReader {
     const std::string strToSchema = attribute(objItem_, "toschema");
     const std::optional<bool> sent = booleanWord(strToSchema);
     if (!sent) {
-      entry_.rules.push_back("Every submission fails: toschema is " + inQuotes(strToSchema) +
+      entry_.rules.push_back("Every submission fails: toschema is " + inCurlyQuotes(strToSchema) +
                              ", no Boolean word.");
       return;
     }
@@ -77,7 +76,7 @@ class EntryReader {
         entry_.places.push_back(entry_.target);
       } else {
         entry_.others[strItem].push_back(entry_.target);
-        entry_.rules.push_back("Writes the answer to " + inQuotes(strItem) + " to " +
+        entry_.rules.push_back("Writes the answer to " + inCurlyQuotes(strItem) + " to " +
                                entry_.target.strShown + ", in place of its own.");
       }
     } else if (lowerCase(entry_.strAction) == "addinfotonode") {
@@ -97,7 +96,8 @@ class EntryReader {
     }
     const std::string strAbsent = attribute(objItem_, "absent");
     if (!strAbsent.empty()) {
-      entry_.rules.push_back("Only when " + inQuotes(strAbsent) + " is not answered (absent).");
+      entry_.rules.push_back("Only when " + inCurlyQuotes(strAbsent) +
+                             " is not answered (absent).");
     }
     if (attribute(objItem_, "checkexists") == "true") {
       entry_.rules.emplace_back("Only when the element is not there already (checkexists).");
@@ -113,13 +113,13 @@ class EntryReader {
     for (const Node& objParameter : parametersOf(objAction)) {
       if (parts.size() == 2) break;
       const std::string strItem = attribute(objParameter, "item");
-      if (!isBlank(strItem)) {
-        parts.push_back("the answer to " + inQuotes(strItem));
+      if (!isNoAnswer(strItem)) {
+        parts.push_back("the answer to " + inCurlyQuotes(strItem));
         entry_.others[strItem].push_back(entry_.target);
-      } else if (!isBlank(attribute(objParameter, "formvalue"))) {
+      } else if (!isNoAnswer(attribute(objParameter, "formvalue"))) {
         parts.emplace_back("the answer");
         entry_.places.push_back(entry_.target);
-      } else if (!isBlank(attribute(objParameter, "formlabel"))) {
+      } else if (!isNoAnswer(attribute(objParameter, "formlabel"))) {
         parts.emplace_back("the label");
       } else {
         parts.emplace_back("nothing");
@@ -127,16 +127,17 @@ class EntryReader {
     }
     if (parts.size() < 2) return;
     std::string strSeparator = attribute(objAction, "separator");
-    if (isBlank(strSeparator)) strSeparator = " ";
-    entry_.rules.push_back("Two values in one text: " + parts[0] + ", " + inQuotes(strSeparator) +
-                           ", " + parts[1] + "; the limits are those of the whole text.");
+    if (isNoAnswer(strSeparator)) strSeparator = " ";
+    entry_.rules.push_back("Two values in one text: " + parts[0] + ", " +
+                           inCurlyQuotes(strSeparator) + ", " + parts[1] +
+                           "; the limits are those of the whole text.");
   }
 
   void addComplexType(const Node& objAction) {
     const std::string strType = lowerCase(entry_.strAction);
     if (!types_.has(strType)) {
-      entry_.rules.push_back("Its submission fails: there is no complex type " + inQuotes(strType) +
-                             '.');
+      entry_.rules.push_back("Its submission fails: there is no complex type " +
+                             inCurlyQuotes(strType) + '.');
       return;
     }
     if (entry_.strAction == "structured_address_type") {
@@ -144,7 +145,7 @@ class EntryReader {
       entry_.rules.emplace_back("Split at commas and line ends into lines, filled from the last.");
       return;
     }
-    entry_.rules.push_back("Becomes a structured element (" + inQuotes(strType) + ").");
+    entry_.rules.push_back("Becomes a structured element (" + inCurlyQuotes(strType) + ").");
     std::size_t lngSeen = 0;
     for (const Node& objParameter : parametersOf(objAction)) {
       if (++lngSeen > kMostParameters) break;
@@ -164,11 +165,11 @@ class EntryReader {
       entry_.rules.push_back("Its label goes to " + place.strShown + '.');
     } else if (!strItem.empty()) {
       entry_.others[strItem].push_back(place);
-      entry_.rules.push_back("The answer to " + inQuotes(strItem) + " goes with it, to " +
+      entry_.rules.push_back("The answer to " + inCurlyQuotes(strItem) + " goes with it, to " +
                              place.strShown + '.');
     } else {
-      entry_.rules.push_back("The text " + inQuotes(objParameter.text()) + " goes with it, to " +
-                             place.strShown + '.');
+      entry_.rules.push_back("The text " + inCurlyQuotes(objParameter.text()) +
+                             " goes with it, to " + place.strShown + '.');
     }
   }
 
@@ -203,14 +204,6 @@ const MappingEntry* MappingEntries::find(const Index& index, const std::string& 
   return found == index.end() ? nullptr : &entries_[found->second];
 }
 
-std::string lowerCase(std::string_view strText) {
-  std::string strLower(strText);
-  for (char& character : strLower) {
-    if (character >= 'A' && character <= 'Z') character = static_cast<char>(character - 'A' + 'a');
-  }
-  return strLower;
-}
-
 std::optional<bool> booleanWord(std::string_view strWord) {
   const std::string strLower = lowerCase(strWord);
   if (strLower == "true") return true;
@@ -220,8 +213,4 @@ std::optional<bool> booleanWord(std::string_view strWord) {
   const auto [last, error] = std::from_chars(strLower.data(), end, number);
   if (error != std::errc() || last != end) return std::nullopt;
   return number != 0;
-}
-
-bool isBlank(std::string_view strText) {
-  return strText.find_first_not_of(" \t\r\n") == std::string_view::npos;
 }

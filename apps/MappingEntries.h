@@ -54,8 +54,5 @@ class MappingEntries {
   Index fields_, groups_, tables_, tableGroups_;
 };
 
-/// Its bytes in lower case, as far as they are ASCII letters.
-std::string lowerCase(std::string_view strText);
 /// What a Boolean word says; none for another word.
 std::optional<bool> booleanWord(std::string_view strWord);
-bool isBlank(std::string_view strText);

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+#include "CatalogueFiles.h"
+
 namespace {
 
 constexpr const char* kArguments = "The library's arguments";
@@ -62,8 +64,7 @@ constexpr auto kOptions = std::to_array<OptionRow>({
      "the result as JSON (default: standard output)", kBuild},
     {"format", OptionKind::commandLineOnly, "text|json|html|markdown", kOutputs,
      "how it is written: findings as text or json; an explanation or a proof as text, json or "
-     "html; a "
-     "data dictionary as html or markdown (default: the first of them)",
+     "html; a data dictionary as html or markdown (default: the first of them)",
      kCheck | kExplain | kProve | kDocument},
     {"trace", OptionKind::commandLineOnly, "FILE", kOutputs,
      "every trace line; it holds personal data, all that people answered; control characters and "
@@ -74,7 +75,7 @@ constexpr auto kOptions = std::to_array<OptionRow>({
      kRuns},
     {"explain", OptionKind::commandLineFlag, "", kOutputs,
      "tell too what became of each answer; implies --report", kRuns},
-    {"language", OptionKind::text, "en|de", kOutputs,
+    {"language", OptionKind::text, "", kOutputs,
      "add texts in this language to the report, for people at the form", kRuns},
     {"strict", OptionKind::commandLineFlag, "", kOutputs,
      "end with status 3 when the run succeeded and its report shows otherwise", kRuns},
@@ -92,4 +93,23 @@ std::span<const OptionRow> optionTable() { return kOptions; }
 const OptionRow* findOption(std::string_view name) {
   const auto* const row = std::ranges::find(kOptions, name, &OptionRow::name);
   return row == kOptions.end() ? nullptr : row;
+}
+
+std::optional<std::string> valueOf(const OptionValues& values, std::string_view name) {
+  const auto found = values.find(name);
+  if (found == values.end()) return std::nullopt;
+  return found->second;
+}
+
+bool isSet(const OptionValues& values, std::string_view name) {
+  return valueOf(values, name).value_or("false") == "true";
+}
+
+std::string placeholderOf(const OptionRow& row) {
+  if (*row.placeholder != '\0' || isFlag(row.kind)) return row.placeholder;
+  std::string strLanguages = "en";  // in which the texts are written first
+  for (const CatalogueFile& file : catalogueFiles()) {
+    if (file.strLanguage != "en") strLanguages.append("|").append(file.strLanguage);
+  }
+  return strLanguages;
 }

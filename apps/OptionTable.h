@@ -1,10 +1,11 @@
 #pragma once
 
-#include <functional>
-#include <map>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
+
+#include "varnel_xml_creation/interface/Deployment.h"
 
 // The options of `varnel-xml`, written once: the command line of every sub-command is read by this
 // table. Those that are keys of deployment.json too the library knows (interface/Deployment.h).
@@ -31,7 +32,7 @@ enum class OptionKind {
 struct OptionRow {
   const char* name;  // without the dashes
   OptionKind kind;
-  const char* placeholder;  // what the help shows for the value
+  const char* placeholder;  // what the help shows for the value; empty: the languages
   const char* group;        // the heading under which the help lists it
   const char* help;
   unsigned commands;  // that take it
@@ -48,4 +49,13 @@ constexpr bool isFlag(OptionKind kind) {
 }
 
 /// Options by name, as they were given. A flag is "true" or "false".
-using OptionValues = std::map<std::string, std::string, std::less<>>;
+using OptionValues = Varnel_Tolv_XML_Creation::DeploymentValues;
+
+/// The value of an option, if it was given.
+std::optional<std::string> valueOf(const OptionValues& values, std::string_view name);
+
+/// Whether a flag was given, and not as "false".
+bool isSet(const OptionValues& values, std::string_view name);
+
+/// What the help shows for the value of an option.
+std::string placeholderOf(const OptionRow& row);

@@ -1,35 +1,23 @@
 #include "Options.h"
 
-#include <string_view>
-
 #include "CannotRun.h"
 #include "Catalogue.h"
-#include "Deployment.h"
+#include "OptionFiles.h"
 #include "varnel_xml_creation/result/RuntimeError.h"
 
 using namespace Varnel_Tolv_XML_Creation;
 
 namespace {
 
-std::optional<std::string> value(const OptionValues& values, std::string_view name) {
-  const auto found = values.find(name);
-  if (found == values.end()) return std::nullopt;
-  return found->second;
-}
-
-bool flag(const OptionValues& values, std::string_view name) {
-  return value(values, name).value_or("false") == "true";
-}
-
 const Catalogue* catalogue(const OptionValues& values) {
-  const std::optional<std::string> strLanguage = value(values, "language");
+  const std::optional<std::string> strLanguage = valueOf(values, "language");
   return strLanguage ? &Catalogue::of(*strLanguage) : nullptr;
 }
 
 }  // namespace
 
 Options readOptions(OptionValues values) {
-  const std::optional<std::string> strDirectory = value(values, "deployment");
+  const std::optional<std::string> strDirectory = valueOf(values, "deployment");
   if (strDirectory) values.merge(readDeployment(*strDirectory));  // leaves what is there
 
   Options options;
@@ -40,13 +28,13 @@ Options readOptions(OptionValues values) {
   }
   if (strDirectory) options.deploymentFile = deploymentFileOf(*strDirectory);
   options.deploymentDirectory = strDirectory.value_or("");
-  options.parkOut = value(values, "park-out");
-  options.sendOut = value(values, "send-out");
-  options.result = value(values, "result");
-  options.trace = value(values, "trace");
-  options.blnReport = flag(values, "report") || flag(values, "explain");
-  options.blnExplain = flag(values, "explain");
-  options.blnStrict = flag(values, "strict");
+  options.parkOut = valueOf(values, "park-out");
+  options.sendOut = valueOf(values, "send-out");
+  options.result = valueOf(values, "result");
+  options.trace = valueOf(values, "trace");
+  options.blnReport = isSet(values, "report") || isSet(values, "explain");
+  options.blnExplain = isSet(values, "explain");
+  options.blnStrict = isSet(values, "strict");
   options.catalogue = catalogue(values);
   return options;
 }

@@ -8,26 +8,11 @@
 #include <utility>
 
 #include "CannotRun.h"
+#include "Nodes.h"
 
 using namespace Varnel_Tolv_XML_Creation;
 
 namespace {
-
-std::string attribute(const Node& objElement, std::string_view strName) {
-  return objElement.getAttribute(strName).value_or("");
-}
-
-/// The child elements with this name.
-std::vector<Node> children(const Node& objElement, std::string_view strName) {
-  std::vector<Node> found;
-  const std::optional<NodeList> colChildren = objElement.childNodes();
-  for (const Node& objChild : *colChildren) {
-    if (objChild.nodeType() == NodeType::element && objChild.nodeName() == strName) {
-      found.push_back(objChild);
-    }
-  }
-  return found;
-}
 
 enum class ObjectKind : std::uint8_t { field, table, other, endMark };
 
@@ -53,7 +38,7 @@ std::vector<Node> objectsOf(const Document& objForm) {
 }
 
 /// The number that a row has as its id; 0 for one that has none.
-std::int32_t rowNumber(const Node& objRow) {
+std::int32_t numberOfRow(const Node& objRow) {
   const std::string strId = attribute(objRow, "id");
   std::int32_t lngRow = 0;
   const char* const end = strId.data() + strId.size();
@@ -75,7 +60,7 @@ std::vector<StoredRow> parkedRows(const std::vector<Node>& rows, const std::stri
     ++lngPlace;
     std::vector<Node> cells = children(objRow, "column");
     if (cells.empty()) continue;
-    const std::int32_t lngNumber = rowNumber(objRow);
+    const std::int32_t lngNumber = numberOfRow(objRow);
     const std::string strId = attribute(objRow, "id");
     if (lngNumber == 0 && !strId.empty()) {
       throw CannotRun("the stored form has a row \"" + strId + "\" in the table \"" + strTable +
@@ -151,7 +136,7 @@ void ParkedForm::readObject(const Node& objItem) {
   }
   Table table{.strId = strId, .blnGrid = fieldNameOf(strType) == "table", .columnsNotAsked = {}};
   std::set<std::int32_t> numbers;
-  for (const Node& objRow : children(objItem, "row")) numbers.insert(rowNumber(objRow));
+  for (const Node& objRow : children(objItem, "row")) numbers.insert(numberOfRow(objRow));
   while (table.blnGrid && numbers.contains(table.lngRows + 1)) ++table.lngRows;
   for (const Node& objColumn : children(objItem, "column")) {
     if (!attribute(objColumn, "autovalue").empty() || attribute(objColumn, "calculate") == "true") {
@@ -169,7 +154,7 @@ FormCollection ParkedForm::submission(const Document& objStored) const {
   Fields fields;
   // A table that is not stored had one blank row.
   for (const auto& [strId, table] : tables_) {
-    fields.insert_or_assign(fieldNameOf(strId) + "_rowCount", "1");
+    fields.insert_or_assign(rowCountNameOf(strId), "1");
   }
   for (const Node& objItem : objectsOf(objStored)) {
     if (kindOf(objItem) == ObjectKind::field) {
@@ -192,7 +177,7 @@ void ParkedForm::addField(const Node& objItem, Fields& fields) const {
   const bool blnTicked = attribute(objItem, "type") == "check" && !strValue.empty();
   if (blnTicked && checkBoxes_.contains(strName)) strValue = "on";
   answer(fields, strName, std::move(strValue));
-  answer(fields, strName + "_hiddenName", attribute(objItem, "fieldlabel"));
+  answer(fields, labelNameOf(strName), attribute(objItem, "fieldlabel"));
 }
 
 void ParkedForm::addTable(const Node& objItem, Fields& fields) const {
@@ -207,7 +192,7 @@ void ParkedForm::addTable(const Node& objItem, Fields& fields) const {
     for (const Node& objCell : row.cells) {
       std::string strColumn = attribute(objCell, "id");
       if (table && table->columnsNotAsked.contains(strColumn)) continue;
-      answer(fields, strId + "___" + strColumn + '_' + std::to_string(row.lngNumber),
+      answer(fields, cellNameOf(strId, strColumn, std::to_string(row.lngNumber)),
              attribute(objCell, "value"));
     }
   }
@@ -218,7 +203,7 @@ void ParkedForm::addTable(const Node& objItem, Fields& fields) const {
     const bool blnAll = parked.empty() || parked.size() == rows.size();
     lngCount = blnAll ? table->lngRows : std::min(lngCount, table->lngRows);
   }
-  fields.insert_or_assign(fieldNameOf(strId) + "_rowCount", std::to_string(lngCount));
+  fields.insert_or_assign(rowCountNameOf(strId), std::to_string(lngCount));
 }
 
 void ParkedForm::addHiddenFields(const Document& objStored, Fields& fields) const {

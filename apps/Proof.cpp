@@ -9,6 +9,7 @@
 
 #include "CannotRun.h"
 #include "Submission.h"
+#include "Words.h"
 #include "varnel_xml_creation/platform/host/WebRequest.h"
 #include "varnel_xml_creation/platform/schema/SchemaModel.h"
 #include "varnel_xml_creation/platform/xml/FileCache.h"
@@ -16,10 +17,6 @@
 using namespace Varnel_Tolv_XML_Creation;
 
 namespace {
-
-bool isBlank(const std::string& strValue) {
-  return strValue.find_first_not_of(" \t\r\n") == std::string::npos;
-}
 
 /// The submitted field that holds an answer; found by the ids of the journal.
 class FieldNames {
@@ -37,7 +34,7 @@ class FieldNames {
   /// Empty when the form has no such field, or a blank one: the answer is computed or stored.
   std::string of(const JournalEntry& entry, const FormCollection& form) const {
     if (!entry.rowIndex.empty() || !entry.columnId.empty()) {
-      return answered(entry.questionId + "___" + entry.columnId + '_' + entry.rowIndex, form);
+      return answered(cellNameOf(entry.questionId, entry.columnId, entry.rowIndex), form);
     }
     std::string strName = answered(fieldNameOf(entry.questionId), form);
     const auto hidden = hidden_.find(entry.questionId);
@@ -46,7 +43,7 @@ class FieldNames {
 
  private:
   static std::string answered(std::string strName, const FormCollection& form) {
-    return isBlank(form.formItem(strName)) ? "" : std::move(strName);
+    return isNoAnswer(form.formItem(strName)) ? "" : std::move(strName);
   }
 
   std::map<std::string, std::string, std::less<>> hidden_;  // the id by the output

@@ -1,15 +1,18 @@
 #include "ReportPage.h"
 
+#include <string_view>
+
 #include "CannotRun.h"
 #include "Pages.h"
 
-std::string reportFormat(const OptionValues& values) {
-  const auto format = values.find("format");
-  const std::string strFormat = format == values.end() ? "text" : format->second;
-  if (strFormat != "text" && strFormat != "json" && strFormat != "html") {
-    throw CannotRun("--format: \"" + strFormat + "\" is none of text, json, html");
+std::string formatOf(const OptionValues& values, std::initializer_list<const char*> formats) {
+  const std::string strFormat = valueOf(values, "format").value_or(*formats.begin());
+  std::string strNames;
+  for (const std::string_view strName : formats) {
+    if (strFormat == strName) return strFormat;
+    strNames.append(strNames.empty() ? "" : ", ").append(strName);
   }
-  return strFormat;
+  throw CannotRun("--format: \"" + strFormat + "\" is none of " + strNames);
 }
 
 std::string reportPage(const char* stylesheet, const ViewDocument& view) {

@@ -47,7 +47,7 @@ std::size_t threadCount(const OptionValues& values) {
 }
 
 /// One submission as a line asks for it.
-struct Request {
+struct BatchLine {
   std::optional<std::string> id;
   std::optional<std::string> form;
   std::optional<std::string> park;
@@ -69,7 +69,7 @@ std::optional<std::string> textOf(const nlohmann::json& line, const char* key) {
 }
 
 /// `request` keeps what was read before something was wrong.
-void readRequest(const InputLine& line, Request& request) {
+void readRequest(const InputLine& line, BatchLine& request) {
   if (line.blnTooLong) {
     throw BadLine("the line is longer than " + std::to_string(LineReader::kMaxBytes) + " bytes");
   }
@@ -108,7 +108,7 @@ class Batch {
   }
 
   OutputLine run(const InputLine& line) {
-    Request request;
+    BatchLine request;
     try {
       readRequest(line, request);
       return run(request);
@@ -128,7 +128,7 @@ class Batch {
     return {loaded("--object-list", options.objectList), objHiddenFields};
   }
 
-  OutputLine run(const Request& request) {
+  OutputLine run(const BatchLine& request) {
     const Document objStored = Document::create();
     if (request.park && !objStored.loadXML(*request.park)) {
       // The parser's own words can quote the form.

@@ -14,7 +14,7 @@
 using namespace Varnel_Tolv_XML_Creation;
 
 ExitStatus runExplain(OptionValues values, const std::vector<std::string>& /*operands*/) {
-  const std::string strFormat = reportFormat(values);
+  const std::string strFormat = formatOf(values, {"text", "json", "html"});
   Options options = readOptions(std::move(values));
   options.blnSubmit = true;
   options.blnReport = options.blnExplain = true;

@@ -10,7 +10,7 @@
 #include "ReportPage.h"
 
 ExitStatus runProve(OptionValues values, const std::vector<std::string>& /*operands*/) {
-  const std::string strFormat = reportFormat(values);
+  const std::string strFormat = formatOf(values, {"text", "json", "html"});
   const Proof proof = prove(readOptions(std::move(values)));
   writeStandardOutput(strFormat == "json"   ? proofJson(proof)
                       : strFormat == "html" ? reportPage("prove.xsl", proofView(proof))

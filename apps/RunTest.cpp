@@ -11,8 +11,8 @@
 #include "CannotRun.h"
 #include "CompareResult.h"
 #include "CompareXml.h"
-#include "Deployment.h"
 #include "Files.h"
+#include "OptionFiles.h"
 #include "Options.h"
 #include "OutputFile.h"
 #include "Submission.h"
@@ -103,7 +103,7 @@ class Answered {
 };
 
 std::string shown(const std::optional<std::string>& value) {
-  return value ? inQuotes(*value) : "nothing";
+  return value ? quotedValue(*value) : "nothing";
 }
 
 std::string described(const XmlDifference& difference, const Answered& answered) {
@@ -172,9 +172,7 @@ std::optional<std::string> Case::outputOf(const ExpectedFile& file) const {
 Document Case::parsed(const ExpectedFile& file, const std::string& strText) {
   const Document objXml = Document::create();
   if (objXml.loadXML(strText)) return objXml;
-  const ParseError& error = objXml.parseError();
-  throw CannotRun(std::string(file.name) + ": " + error.reason +
-                  (error.line > 0 ? " (line " + std::to_string(error.line) + ")" : ""));
+  throw CannotRun(std::string(file.name) + ": " + describe(objXml.parseError()));
 }
 
 std::string firstDifferentLine(const std::string& strExpected, const std::string& strActual) {
@@ -189,7 +187,7 @@ std::string firstDifferentLine(const std::string& strExpected, const std::string
   }
   const auto lineOf = [&](const std::string& strText) {
     if (lngBegin >= strText.size()) return std::string("nothing");
-    return inQuotes(std::string_view(strText).substr(
+    return quotedValue(std::string_view(strText).substr(
         lngBegin, std::min(strText.find('\n', lngBegin), strText.size()) - lngBegin));
   };
   return "line " + std::to_string(lngLine) + ": expected " + lineOf(strExpected) + ", got " +
@@ -276,16 +274,11 @@ Outcome runCase(bool blnUpdate, bool blnExact) {
   }
 }
 
-bool flag(const OptionValues& values, std::string_view name) {
-  const auto found = values.find(name);
-  return found != values.end() && found->second == "true";
-}
-
 }  // namespace
 
 ExitStatus runTest(OptionValues values, const std::vector<std::string>& folders) {
-  const bool blnUpdate = flag(values, "update");
-  const bool blnExact = flag(values, "exact");
+  const bool blnUpdate = isSet(values, "update");
+  const bool blnExact = isSet(values, "exact");
   const fs::path home = fs::current_path();
   std::size_t lngDifferent = 0;
   std::size_t lngNotRun = 0;
@@ -293,11 +286,10 @@ ExitStatus runTest(OptionValues values, const std::vector<std::string>& folders)
   for (const std::string& strFolder : folders) {
     // The folder is the current directory of its run, so that the paths in texts and traces are the
     // same wherever it stands.
-    Outcome outcome;
     std::error_code error;
     fs::current_path(home / strFolder, error);
-    outcome = error ? Outcome{.blnCouldRun = false, .lines = {error.message()}}
-                    : runCase(blnUpdate, blnExact);
+    const Outcome outcome = error ? Outcome{.blnCouldRun = false, .lines = {error.message()}}
+                                  : runCase(blnUpdate, blnExact);
     fs::current_path(home);
     if (!outcome.blnCouldRun) {
       ++lngNotRun;

@@ -4,6 +4,8 @@
 #include <array>
 #include <utility>
 
+#include "Words.h"
+
 using namespace Varnel_Tolv_XML_Creation;
 
 namespace {
@@ -103,17 +105,4 @@ SchemaLimits schemaLimits(const ValueRules& rules) {
     limits.choices.push_back(shortened(strChoice, 100));
   }
   return limits;
-}
-
-std::string shortened(std::string_view strText, std::size_t lngMost) {
-  std::size_t end = std::min(strText.size(), lngMost);
-  // Not inside a character: its further bytes begin with the bits 10.
-  while (end > 0 && end < strText.size() &&
-         (static_cast<unsigned char>(strText[end]) & 0xC0U) == 0x80U) {
-    --end;
-  }
-  std::string strShort(strText.substr(0, end));
-  std::ranges::replace_if(
-      strShort, [](char character) { return static_cast<unsigned char>(character) < ' '; }, ' ');
-  return end < strText.size() ? strShort + "\xE2\x80\xA6" : strShort;
 }

@@ -13,6 +13,3 @@ struct SchemaLimits {
 };
 
 SchemaLimits schemaLimits(const Varnel_Tolv_XML_Creation::ValueRules& rules);
-
-/// `strText` in one line of at most `lngMost` bytes, with an ellipsis where it was cut.
-std::string shortened(std::string_view strText, std::size_t lngMost = 400);

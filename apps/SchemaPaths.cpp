@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "Words.h"
+
 using namespace Varnel_Tolv_XML_Creation;
 
 namespace {

@@ -38,7 +38,7 @@ class ViewDocument {
   std::unique_ptr<xmlDoc, Free> document_;
 };
 
-/// Makes pages from view documents. Several threads may use one at a time.
+/// Makes pages from view documents. Several threads may use one at the same time.
 class Stylesheet {
  public:
   /// The stylesheet of the file, or the built-in one of this name when there is no such file. It

@@ -22,9 +22,7 @@ Document loaded(const char* option, const std::optional<std::string>& file,
   if (!file) return {};
   Document objXml = Document::create(settings);
   if (!objXml.load(*file)) {
-    const ParseError& error = objXml.parseError();
-    throw CannotRun(std::string(option) + " " + *file + ": " + error.reason +
-                    (error.line > 0 ? " (line " + std::to_string(error.line) + ")" : ""));
+    throw CannotRun(std::string(option) + " " + *file + ": " + describe(objXml.parseError()));
   }
   return objXml;
 }

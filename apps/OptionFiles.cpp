@@ -1,4 +1,4 @@
-#include "Deployment.h"
+#include "OptionFiles.h"
 
 #include <algorithm>
 #include <filesystem>

@@ -83,8 +83,8 @@ TEST_F(Arguments, ThatNameADocumentRefuseWhatIsNone) {
     const char *says, *file, *reason;
   } cases[] = {
       {"a missing file", "missing.xml", "missing.xml"},
-      {"an empty name", "", "--"},
-      {"a directory", ".", "."},
+      {"an empty name", "", " : The system cannot locate the object specified."},
+      {"a directory", ".", " .: The system cannot locate the object specified."},
       {"an empty file", "empty.xml", "empty.xml"},
       {"a file that does not parse", "no.xml", "no.xml"},
   };

@@ -2,6 +2,7 @@
 #include <regex>
 #include <set>
 
+#include "CatalogueFiles.h"
 #include "Program.h"
 #include "result/RunReport.h"
 
@@ -15,7 +16,6 @@ using ::testing::Contains;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
-constexpr const char* kLanguages[] = {"en", "de"};
 constexpr const char* kFacets[] = {"length",       "minLength",    "maxLength",
                                    "pattern",      "enumeration",  "whiteSpace",
                                    "maxInclusive", "maxExclusive", "minInclusive",
@@ -69,7 +69,8 @@ std::vector<std::string> codes() {
 TEST(Catalogue, HasATextForEveryCodeInEveryLanguageAndNoOther) {
   const std::vector<std::string> expected = codes();
   ASSERT_GT(expected.size(), 60u);
-  for (const char* language : kLanguages) {
+  for (const CatalogueFile& file : catalogueFiles()) {
+    const std::string language(file.strLanguage);
     SCOPED_TRACE(language);
     const json texts = textsOf(language);
     for (const std::string& strCode : expected) EXPECT_TRUE(texts.contains(strCode)) << strCode;
@@ -85,7 +86,8 @@ TEST(Catalogue, HasTheSamePlacesInEveryLanguage) {
                                     "element", "attribute", "value",  "limit",
                                     "allowed", "expected",  "reason", "list"};
   const json english = textsOf("en");
-  for (const char* language : kLanguages) {
+  for (const CatalogueFile& file : catalogueFiles()) {
+    const std::string language(file.strLanguage);
     SCOPED_TRACE(language);
     const json texts = textsOf(language);
     for (const auto& [strCode, text] : texts.items()) {
@@ -115,7 +117,8 @@ TEST_F(CatalogueOfARun, AddsATextToEachViolationAndChangesNothingElse) {
   const json plain = run(strFaulty_, {"--report"});
   ASSERT_FALSE(plain["report"]["violations"].empty());
   EXPECT_THAT(plain.dump(), Not(HasSubstr("\"text\":")));
-  for (const char* language : kLanguages) {
+  for (const CatalogueFile& file : catalogueFiles()) {
+    const std::string language(file.strLanguage);
     SCOPED_TRACE(language);
     json worded = run(strFaulty_, {"--report", "--language", language});
     EXPECT_NE(worded["report"]["text"], "");

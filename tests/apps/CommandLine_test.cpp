@@ -1,3 +1,7 @@
+#include <cctype>
+#include <utility>
+
+#include "OptionTable.h"
 #include "Program.h"
 
 namespace Varnel_Tolv_XML_Creation::test {
@@ -13,47 +17,42 @@ class CommandLine : public ProgramTest {
 TEST_F(CommandLine, TellsItsVersion) {
   const ProgramRun version = run({"--version"});
   EXPECT_EQ(version.status, 0);
-  EXPECT_EQ(version.out, "varnel-xml 16.0.0\n");
+  EXPECT_EQ(version.out, "varnel-xml " VARNEL_VERSION "\n");
   EXPECT_EQ(version.err, "");
 }
 
 TEST_F(CommandLine, HelpsWithTheProgram) {
   const ProgramRun help = run({"--help"});
   EXPECT_EQ(help.status, 0);
-  EXPECT_NE(help.out.find("build"), std::string::npos);
   EXPECT_EQ(help.err, "");
+  for (const char* command : {"build", "check", "batch", "test", "explain", "prove", "document"}) {
+    EXPECT_NE(help.out.find("\n  " + std::string(command) + " "), std::string::npos) << command;
+  }
 }
 
-TEST_F(CommandLine, HelpsWithEveryOptionOfBuild) {
-  const ProgramRun help = run({"build", "--help"});
-  EXPECT_EQ(help.status, 0);
-  EXPECT_EQ(help.err, "");
-  for (const char* option : {"--template FILE",
-                             "--object-mapper FILE",
-                             "--schema-types FILE",
-                             "--hidden-fields FILE",
-                             "--namespaces FILE",
-                             "--questions FILE",
-                             "--reference FILE",
-                             "--submit",
-                             "--validate",
-                             "--object-list FILE",
-                             "--protocol-info FILE",
-                             "--schema-url URL",
-                             "--schema-uri URI",
-                             "--form FILE",
-                             "--page-dir DIR",
-                             "--no-context",
-                             "--no-server",
-                             "--date-order dmy|mdy|ymd",
-                             "--now YYYY-MM-DDTHH:MM:SS",
-                             "--deployment DIR",
-                             "--park-out FILE",
-                             "--send-out FILE",
-                             "--result FILE",
-                             "--trace FILE"}) {
-    EXPECT_NE(help.out.find(option), std::string::npos) << option;
+TEST_F(CommandLine, HelpsWithEveryOptionOfEachSubCommand) {
+  const std::pair<const char*, unsigned> commands[] = {
+      {"build", kBuild},     {"check", kCheck}, {"batch", kBatch},      {"test", kTest},
+      {"explain", kExplain}, {"prove", kProve}, {"document", kDocument}};
+  for (const auto& [command, bit] : commands) {
+    SCOPED_TRACE(command);
+    const ProgramRun help = run({command, "--help"});
+    EXPECT_EQ(help.status, 0);
+    EXPECT_EQ(help.err, "");
+    for (const OptionRow& row : optionTable()) {
+      const std::string strPlaceholder = placeholderOf(row);
+      const std::string strOption =
+          std::string("  --") + row.name + (strPlaceholder.empty() ? "" : " " + strPlaceholder);
+      const std::size_t at = help.out.find(strOption);
+      const bool blnListed =
+          at != std::string::npos && std::isspace(help.out.at(at + strOption.size())) != 0;
+      EXPECT_EQ(blnListed, (row.commands & bit) != 0) << strOption;
+    }
   }
+}
+
+TEST_F(CommandLine, NamesEveryLanguageInItsHelp) {
+  EXPECT_NE(run({"build", "--help"}).out.find("--language en|de "), std::string::npos);
 }
 
 TEST_F(CommandLine, HelpsWithTheExitStatus) {
@@ -103,7 +102,9 @@ TEST_F(CommandLine, RefusesWhatItDoesNotKnow) {
       {"an option before the sub-command", {"--submit", "build"}, "--submit"},
       {"the first letters of an option", {"build", "--temp", "x"}, "--temp"},
       {"a word too many", {"build", "form.txt"}, "form.txt"},
-      {"an empty word too many", {"build", "--submit", ""}, ""},
+      {"an empty word too many",
+       {"build", "--submit", ""},
+       "The following arguments were not expected: \n"},
       {"a value that is missing", {"build", "--form"}, "--form"},
       {"a flag with a word that is no Boolean", {"build", "--submit=perhaps"}, "perhaps"},
       {"a line end in a word", {"build", "--a\nb"}, "--a b"},

@@ -144,13 +144,7 @@ TEST_F(DataDictionary, KeepsMarkupInLabelsText) {
 
 TEST_F(DataDictionary, MakesAPageOfItsOwn) {
   const ProgramRun run = document({}, VARNEL_SOURCE_DIR "/examples/inspection");
-  EXPECT_EQ(run.status, 0) << run.err;
-  EXPECT_THAT(run.out, HasSubstr("<!DOCTYPE html"));
-  EXPECT_THAT(run.out, HasSubstr("<title>Data dictionary of inspection</title>"));
-  EXPECT_THAT(run.out, HasSubstr("@media print"));
-  for (const char* const strOutside : {"http:", "https:", "<script", "src=", "@import", "url("}) {
-    EXPECT_THAT(run.out, Not(HasSubstr(strOutside)));
-  }
+  expectPageOfItsOwn(run, "Data dictionary of inspection");
 }
 
 TEST_F(DataDictionary, FindsAnEntryAsARunDoesWhateverTheLettersOfItsId) {
@@ -165,6 +159,33 @@ TEST_F(DataDictionary, FindsAnEntryAsARunDoesWhateverTheLettersOfItsId) {
   ASSERT_EQ(run.status, 0) << run.err;
   EXPECT_THAT(lineOf(run.out, "\xC3\x84RGER"), HasSubstr("/c:card/c:name"));
   EXPECT_THAT(run.out, Not(HasSubstr("no entry for it")));
+}
+
+TEST_F(DataDictionary, FindsTheEntryAndThePlaceOfIdsThatAreTooLongToBeShown) {
+  const std::string strLong(500, 'x');
+  write("objects.xml",
+        "<prtobjcts><prtobjct id=\"t\" objecttype=\"table\" type=\"dynatable\" "
+        "dynamic=\"false\"><column id=\"" +
+            strLong +
+            "c\"/></prtobjct>"
+            "</prtobjcts>");
+  write("hidden.xml", "<hiddenfields><hiddenfield id=\"h\" output=\"" + strLong +
+                          "h\" toschema=\"true\"/></hiddenfields>");
+  const std::string strPlace = "<parentxpath>/c:card</parentxpath><node>c:";
+  write("mapper.xml", "<message><messageitem id=\"" + strLong + "h\" toschema=\"true\">" +
+                          strPlace +
+                          "hidden</node></messageitem><messageitem id=\"t\" type=\"dynatable\" "
+                          "toschema=\"true\">" +
+                          strPlace + "row</node><action id=\"rows\"/></messageitem></message>");
+  write("types.xml",
+        "<SchemaTypeMapperDocument xmlns:c=\"urn:card\"><schematypes>"
+        "<schematype id=\"rows\"><c:cell><value id=\"" +
+            strLong + "c\"/></c:cell></schematype></schematypes></SchemaTypeMapperDocument>");
+  const ProgramRun run = document({"--format", "markdown", "--object-list", "objects.xml"});
+  ASSERT_EQ(run.status, 0) << run.err;
+  EXPECT_THAT(run.out,
+              AllOf(HasSubstr("/c:card/c:hidden"), HasSubstr("/c:card/c:row/c:cell"),
+                    Not(HasSubstr("no entry for it")), Not(HasSubstr("has no place for it"))));
 }
 
 TEST_F(DataDictionary, RefusesWhatItCannotRead) {

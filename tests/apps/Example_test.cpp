@@ -3,8 +3,6 @@
 namespace Varnel_Tolv_XML_Creation::test {
 namespace {
 
-const std::string kExample = VARNEL_SOURCE_DIR "/examples/inspection";
-
 class InspectionExample : public ProgramTest {
  protected:
   ProgramRun buildExample(const char* form, std::vector<std::string> words) const {

@@ -68,15 +68,9 @@ TEST_F(Explain, GivesTheSameJsonAsABuild) {
 
 TEST_F(Explain, MakesAPageOfItsOwn) {
   const ProgramRun run = explainForm("name=%3Cb%3EAda%26&shoe=42%01", {"--format", "html"});
-  EXPECT_EQ(run.status, 0) << run.err;
-  EXPECT_THAT(run.out, HasSubstr("<!DOCTYPE html"));
-  EXPECT_THAT(run.out, HasSubstr("<title>Where every answer went</title>"));
+  expectPageOfItsOwn(run, "Where every answer went");
   EXPECT_THAT(run.out, HasSubstr("no object of the form asks for it"));
-  EXPECT_THAT(run.out, HasSubstr("@media print"));
   EXPECT_THAT(run.out, Not(HasSubstr("<b>"))) << "an answer is text";
-  for (const char* const strOutside : {"http:", "https:", "<script", "src=", "@import", "url("}) {
-    EXPECT_THAT(run.out, Not(HasSubstr(strOutside)));
-  }
 }
 
 TEST_F(Explain, ReadsTheFormFromStandardInput) {

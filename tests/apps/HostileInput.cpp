@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <stdexcept>
 #include <utility>
 
 #include "result/ServiceEnums.h"
@@ -24,6 +26,18 @@ const std::vector<Role> kConfigurationRoles = {
     {"--questions", "questions.xml", Refusal::questions},
 };
 const Role kSchemaRole = {"--schema-url", "card.xsd", Refusal::schema};
+
+std::vector<Role> allRoles() {
+  std::vector<Role> roles = kConfigurationRoles;
+  roles.push_back(kSchemaRole);
+  return roles;
+}
+
+const Role& roleOf(std::string_view strOption) {
+  const auto found = std::ranges::find(kConfigurationRoles, strOption, &Role::option);
+  if (found == kConfigurationRoles.end()) throw std::runtime_error("no such role");
+  return *found;
+}
 
 namespace {
 

@@ -11,12 +11,6 @@
 
 namespace Varnel_Tolv_XML_Creation::test {
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool kSanitized = true;  // where a run takes many times its time and memory
-#else
-constexpr bool kSanitized = false;
-#endif
-
 /// How a run tells that it cannot have a document.
 enum class Refusal {
   couldNotRun,    // status 2, before the library is called
@@ -34,6 +28,10 @@ struct Role {
 };
 extern const std::vector<Role> kConfigurationRoles;  // all but the schema
 extern const Role kSchemaRole;
+
+/// All of them, and the one that an option names.
+std::vector<Role> allRoles();
+const Role& roleOf(std::string_view strOption);
 
 /// What a run left behind.
 struct Outcome {

@@ -58,18 +58,12 @@ class HostileInputDocuments : public HostileInput {
  protected:
   void expectAllRefused(const std::vector<Infection>& infections) const {
     for (const Infection& infection : infections) {
-      for (const Role& role : rolesWithSchema()) {
+      for (const Role& role : allRoles()) {
         SCOPED_TRACE(std::string(role.option) + ": " + infection.says);
         const std::string strText = infected(role, infection.strDocumentType, infection.strContent);
         expectRefused(role, submitText(role, strText), kHostileFile);
       }
     }
-  }
-
-  static std::vector<Role> rolesWithSchema() {
-    std::vector<Role> roles = kConfigurationRoles;
-    roles.push_back(kSchemaRole);
-    return roles;
   }
 };
 
@@ -154,7 +148,7 @@ TEST_F(HostileInputDocuments, AreRefusedBeforeTheyAreReadWhenTheyAreTooLarge) {
   for (const auto& [says, strStart, strEnd] :
        {std::array{"an attribute", "<x a='", "'/>"}, std::array{"a text", "<x>", "</x>"}}) {
     write(kHostileFile, strStart + std::string(kLarge, 'x') + strEnd);
-    for (const Role& role : rolesWithSchema()) {
+    for (const Role& role : allRoles()) {
       SCOPED_TRACE(std::string(role.option) + ": " + says);
       const Outcome outcome = submitWith(role, kHostileFile);
       expectRefused(role, outcome, kHostileFile, "The input is larger than 67108864 bytes.");
@@ -194,7 +188,7 @@ TEST_F(HostileInputDocuments, AreRefusedWhereTheyAreNoXml) {
       {"UTF-16 that ends in the middle", std::string("\xFF\xFE<\0x\0/\0>", 9)},
   };
   for (const auto& c : cases) {
-    for (const Role& role : rolesWithSchema()) {
+    for (const Role& role : allRoles()) {
       SCOPED_TRACE(std::string(role.option) + ": " + c.says);
       expectRefused(role, submitText(role, c.strText), kHostileFile);
     }
@@ -216,8 +210,8 @@ TEST_F(HostileInputDocuments, HideNothingInAnotherEncoding) {
       SCOPED_TRACE(std::string(encoding) + ": " + c.says);
       const std::string strXml = "<?xml version='1.0' encoding='" + std::string(encoding) + "'?>" +
                                  c.strDocumentType + "<d>" + c.strContent + "</d>";
-      for (const std::size_t lngRole : {0U, 4U}) {
-        const Role& role = kConfigurationRoles[lngRole];
+      for (const char* const option : {"--object-list", "--template"}) {
+        const Role& role = roleOf(option);
         expectRefused(role, submitText(role, encoded(strXml, encoding)), kHostileFile);
       }
     }
@@ -225,7 +219,7 @@ TEST_F(HostileInputDocuments, HideNothingInAnotherEncoding) {
 }
 
 TEST_F(HostileInputDocuments, MayBeUtf16) {
-  const Role& role = kConfigurationRoles[4];
+  const Role& role = roleOf("--template");
   std::string strText = read(role.file);
   strText.insert(strText.find("?>"), " encoding='UTF-16'");
   expectSent(submitText(role, encoded(strText, "UTF-16")));
@@ -246,7 +240,7 @@ TEST_F(HostileInputDocuments, AreNotPutTogetherFromOthers) {
   expectNoVerdict(submitText(schema, infected(schema, "", strInclude)), kHostileFile,
                   "The content is not valid.");
 
-  const Role& message = kConfigurationRoles[4];
+  const Role& message = roleOf("--template");
   const Outcome outcome = submitText(message, infected(message, "", strInclude));
   EXPECT_EQ(outcome.run.status, 1);
   EXPECT_THAT(outcome.run.out,

@@ -27,9 +27,7 @@ class HostileInputFiles : public HostileInput {
 };
 
 TEST_F(HostileInputFiles, AreRefusedWhereTheyAreNone) {
-  std::vector<Role> roles = kConfigurationRoles;
-  roles.push_back(kSchemaRole);
-  for (const Role& role : roles) {
+  for (const Role& role : allRoles()) {
     for (const char* file : {"folder", "pipe", "endless", "dangling", "circle", "missing.xml"}) {
       SCOPED_TRACE(std::string(role.option) + ": " + file);
       expectRefused(role, submitWith(role, file), file, kNotFound);

@@ -139,9 +139,7 @@ TEST_F(HostileInputSystemCalls, AreNoneForAnEntity) {
       {"a DTD", "<!DOCTYPE d SYSTEM 'file://%DIR/secret.dtd'>", "&e;"},
       {"a DTD on the network", "<!DOCTYPE d SYSTEM 'http://127.0.0.1:9/e.dtd'>", "&e;"},
   };
-  std::vector<Role> roles = kConfigurationRoles;
-  roles.push_back(kSchemaRole);
-  for (const Role& role : roles) {
+  for (const Role& role : allRoles()) {
     for (const auto& c : cases) {
       SCOPED_TRACE(std::string(role.option) + ": " + c.says);
       const WatchedRun run = watchText(role, infected(role, c.documentType, c.content));
@@ -152,7 +150,7 @@ TEST_F(HostileInputSystemCalls, AreNoneForAnEntity) {
 }
 
 TEST_F(HostileInputSystemCalls, AreNoneForADtdThatNothingNeeds) {
-  const Role& role = kConfigurationRoles[4];
+  const Role& role = roleOf("--template");
   for (const char* type : {"<!DOCTYPE d SYSTEM '%DIR/secret.dtd'>",
                            "<!DOCTYPE d PUBLIC '-//W3C//DTD XHTML 1.0 Strict//EN' "
                            "'http://127.0.0.1:9/e.dtd'>"}) {
@@ -164,8 +162,8 @@ TEST_F(HostileInputSystemCalls, AreNoneForADtdThatNothingNeeds) {
 
 TEST_F(HostileInputSystemCalls, AreNoneForAnInclusion) {
   const WatchedRun run =
-      watchText(kConfigurationRoles[4],
-                infected(kConfigurationRoles[4], "<?xml-stylesheet href='file://%DIR/secret.xml'?>",
+      watchText(roleOf("--template"),
+                infected(roleOf("--template"), "<?xml-stylesheet href='file://%DIR/secret.xml'?>",
                          "<i:include xmlns:i='http://www.w3.org/2001/XInclude' parse='text' "
                          "href='file://%DIR/secret.txt'/>"));
   expectNothingOutside(run);
@@ -198,7 +196,7 @@ TEST_F(HostileInputSystemCalls, AreNoneForWhatTheMessageNames) {
                      " xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance' "
                      "xsi:schemaLocation='urn:card http://127.0.0.1:9/card.xsd urn:card " +
                          secret("secret.xsd") + "'");
-  const WatchedRun run = watchText(kConfigurationRoles[4], strTemplate);
+  const WatchedRun run = watchText(roleOf("--template"), strTemplate);
   EXPECT_TRUE(run.outcome.strTrace.ends_with(": End ValidateXMLAgainstSchema\n"));
   expectNothingOutside(run);
 }

@@ -185,8 +185,13 @@ TEST_F(Outputs, SendTheTraceToStandardError) {
 }
 
 TEST_F(Outputs, ThatCannotBeWrittenLeaveNothingBehind) {
+  const std::pair<const char*, const char*> places[] = {
+      {"missing/out", "No such file or directory"},
+      {".", "Is a directory"},
+      {"", "No such file or directory"},
+      {"form.txt/out", "Not a directory"}};
   for (const char* option : {"--park-out", "--send-out", "--result", "--trace"}) {
-    for (const char* place : {"missing/out", ".", "", "form.txt/out"}) {
+    for (const auto& [place, reason] : places) {
       SCOPED_TRACE(std::string(option) + " " + place);
       std::vector<std::string> words{"--submit", option, place};
       const auto add = [&](const char* other, const char* file) {
@@ -195,7 +200,8 @@ TEST_F(Outputs, ThatCannotBeWrittenLeaveNothingBehind) {
       add("--park-out", "park.xml");
       add("--send-out", "send.xml");
       add("--trace", "trace.txt");
-      EXPECT_TRUE(CouldNotRun(buildForm(words), place));
+      const std::string strReason = std::string(option) + " " + place + ": " + reason;
+      EXPECT_TRUE(CouldNotRun(buildForm(words), strReason));
       for (const char* file : {"park.xml", "send.xml", "trace.txt"}) {
         EXPECT_FALSE(exists(file)) << file;
       }
@@ -278,9 +284,7 @@ TEST_F(Outputs, AreRefusedWhereTwoAreOneFile) {
 class OutputsBrokenOff : public Outputs {
  protected:
   void SetUp() override {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-    GTEST_SKIP() << "the sanitizer makes hundreds of such calls of its own";
-#endif
+    if (kSanitized) GTEST_SKIP() << "the sanitizer makes hundreds of such calls of its own";
     if (!canTrace()) GTEST_SKIP() << "strace is missing, or may not watch other programs here";
   }
 

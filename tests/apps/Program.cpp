@@ -1,6 +1,7 @@
 #include "Program.h"
 
 #include <fcntl.h>
+#include <gmock/gmock.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -12,7 +13,6 @@
 namespace Varnel_Tolv_XML_Creation::test {
 
 const char* const kForm = "name=Ada&name_hiddenName=Your+name&born=5.3.2026";
-const char* const kNow = "2026-03-05T09:05:07";
 
 const char* const kParkedXml =
     "<?xml version=\"1.0\"?>\r\n"
@@ -140,6 +140,16 @@ ProgramRun runProgram(const std::filesystem::path& directory, const std::vector<
          << "expected status 2 and one line with \"" << strReason << "\", but the status is "
          << run.status << ", standard output \"" << run.out << "\", standard error \"" << run.err
          << '"';
+}
+
+void expectPageOfItsOwn(const ProgramRun& run, const std::string& strTitle) {
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_THAT(run.out, ::testing::HasSubstr("<!DOCTYPE html"));
+  EXPECT_THAT(run.out, ::testing::HasSubstr("<title>" + strTitle + "</title>"));
+  EXPECT_THAT(run.out, ::testing::HasSubstr("@media print"));
+  for (const char* const strOutside : {"http:", "https:", "<script", "src=", "@import", "url("}) {
+    EXPECT_THAT(run.out, ::testing::Not(::testing::HasSubstr(strOutside)));
+  }
 }
 
 ProgramTest::ProgramTest() {

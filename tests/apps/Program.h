@@ -13,6 +13,15 @@
 
 namespace Varnel_Tolv_XML_Creation::test {
 
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool kSanitized = true;  // where a run takes many times its time and memory
+#else
+constexpr bool kSanitized = false;
+#endif
+
+/// The deployment that is shown to everybody, of some forty questions.
+inline const std::string kExample = VARNEL_SOURCE_DIR "/examples/inspection";
+
 struct ProgramRun {
   int status = -1;  // the exit status; 128 and the number of the signal that ended it
   std::string out;
@@ -38,6 +47,10 @@ ProgramRun runProgram(const std::filesystem::path& directory, const std::vector<
 /// that line tells `strReason`.
 ::testing::AssertionResult CouldNotRun(const ProgramRun& run, std::string_view strReason);
 
+/// The run succeeded and wrote a page with this title that is one file: it refers to nothing
+/// outside and runs no script, and can be printed.
+void expectPageOfItsOwn(const ProgramRun& run, const std::string& strTitle);
+
 /// A directory with a deployment of two questions, which the program is run in.
 class ProgramTest : public ::testing::Test {
  protected:
@@ -62,7 +75,6 @@ class ProgramTest : public ::testing::Test {
 
 // What the deployment gives for the form "name=Ada&born=5.3.2026" at 2026-03-05T09:05:07.
 extern const char* const kForm;
-extern const char* const kNow;
 extern const char* const kParkedXml;   // not submitted
 extern const char* const kMessageXml;  // submitted, without protocol information
 extern const char* const kSuccessJson;

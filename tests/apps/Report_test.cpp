@@ -15,8 +15,6 @@ using ::testing::HasSubstr;
 using ::testing::SizeIs;
 using ::testing::UnorderedElementsAreArray;
 
-const std::string kExample = VARNEL_SOURCE_DIR "/examples/inspection";
-
 Lines keysOf(const Json& object) {
   Lines keys;
   for (const auto& [strKey, value] : object.items()) keys.push_back(strKey);
@@ -264,8 +262,8 @@ TEST_F(Report, MakesAStrictRunEndWithStatusThreeWhereASuccessIsNone) {
   }
 }
 
-/// An object that does not stand directly below the root has no label for the error at its question,
-/// so that the mapping of the errors breaks down: the run succeeds without a verdict.
+/// An object that does not stand directly below the root has no label for the error at its
+/// question, so that the mapping of the errors breaks down: the run succeeds without a verdict.
 TEST_F(Report, OfATamperedParkedFormIsNotCheckedAndNeverAStrictSuccess) {
   write("schema.xsd", R"(
 <xs:schema xmlns:xs="http://www.w3.org/2001/XMLSchema" xmlns:c="urn:card" targetNamespace="urn:card"
@@ -283,11 +281,11 @@ TEST_F(Report, OfATamperedParkedFormIsNotCheckedAndNeverAStrictSuccess) {
   const std::string strField =
       "<prtobjct id='name' objecttype='field' type='text' dynamic='false'/>";
   const auto withList = [&](const std::string& strObjects, const Lines& more) {
-    write("list.xml",
-          "<?xml version=\"1.0\"?><prtobjcts>" + strObjects + "<hdnflds/></prtobjcts>");
-    Lines words = {"--object-list", "list.xml", "--form", "name.form", "--submit", "--validate",
-                   "--questions", "questions.xml", "--schema-url", "schema.xsd", "--schema-uri",
-                   "urn:card", "--page-dir", "pages", "--protocol-info", "protocol.xml"};
+    write("list.xml", "<?xml version=\"1.0\"?><prtobjcts>" + strObjects + "<hdnflds/></prtobjcts>");
+    Lines words = {"--object-list", "list.xml",   "--form",          "name.form",
+                   "--submit",      "--validate", "--questions",     "questions.xml",
+                   "--schema-url",  "schema.xsd", "--schema-uri",    "urn:card",
+                   "--page-dir",    "pages",      "--protocol-info", "protocol.xml"};
     words.insert(words.end(), more.begin(), more.end());
     return buildDeployment(words);
   };

@@ -30,12 +30,6 @@ class TestCommand : public ProgramTest {
     return runProgram(directory_.path(), words);
   }
   void remove(std::string_view strName) const { std::filesystem::remove(directory_.at(strName)); }
-  static std::string replaced(std::string strText, std::string_view strFind,
-                              std::string_view strReplacement) {
-    const std::size_t at = strText.find(strFind);
-    if (at == std::string::npos) throw std::runtime_error("nothing to replace");
-    return strText.replace(at, strFind.size(), strReplacement);
-  }
 };
 
 TEST_F(TestCommand, IsContentWithWhatIsExpected) {
@@ -107,7 +101,7 @@ TEST_F(TestCommand, ShowsADifferenceByQuestion) {
           R"({"deployment": "..", "questions": "../questions.xml", "form": "one.form",
               "submit": true, "now": "2026-03-05T09:05:07"})");
     const std::string strGood = read(strFile);
-    write(strFile, replaced(strGood, c.find, c.replacement));
+    write(strFile, replaceOnce(strGood, c.find, c.replacement));
     const ProgramRun run = test();
     write(strFile, strGood);
     EXPECT_EQ(run.status, 1);
@@ -118,8 +112,9 @@ TEST_F(TestCommand, ShowsADifferenceByQuestion) {
 
 TEST_F(TestCommand, ShowsTheEntriesOfAListThatTheOtherSideHasNot) {
   const std::string strResult = read("one/result.json");
-  write("one/result.json", replaced(strResult, "\"userErrors\": null",
-                                    R"("userErrors": [{"questionId": "name", "message": "Too long"},
+  write("one/result.json",
+        replaceOnce(strResult, "\"userErrors\": null",
+                    R"("userErrors": [{"questionId": "name", "message": "Too long"},
                      {"questionId": "rows", "rowIndex": "2", "columnId": "c"}])"));
   const ProgramRun run = test();
   EXPECT_EQ(run.status, 1);
@@ -133,7 +128,7 @@ TEST_F(TestCommand, ShowsTheEntriesOfAListThatTheOtherSideHasNot) {
       "1 submissions, 1 different, 0 not run\n");
 
   write("one/result.json",
-        replaced(strResult, "\"internalErrors\": null", "\"internalErrors\": []"));
+        replaceOnce(strResult, "\"internalErrors\": null", "\"internalErrors\": []"));
   EXPECT_THAT(test().out,
               HasSubstr("      result.json: internalErrors: expected a list of 0, got null\n1 "));
 }
@@ -162,9 +157,9 @@ TEST_F(TestCommand, NamesTheFileThatCannotBeRead) {
 }
 
 TEST_F(TestCommand, EscapesWhatATerminalWouldObey) {
-  write("one/park.xml", replaced(read("one/park.xml"), "value=\"Ada\"",
-                                 "value=\"A\xC2\x9B"
-                                 "2J\""));
+  write("one/park.xml", replaceOnce(read("one/park.xml"), "value=\"Ada\"",
+                                    "value=\"A\xC2\x9B"
+                                    "2J\""));
   EXPECT_THAT(test().out, HasSubstr(R"(question "name": expected "A\u009b2J", got "Ada")"));
 }
 
@@ -190,7 +185,7 @@ TEST_F(TestCommand, LeadsDifferencesOfTablesToRowsAndColumns) {
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.says);
-    write("one/park.xml", replaced(strPark, c.find, c.replacement));
+    write("one/park.xml", replaceOnce(strPark, c.find, c.replacement));
     const ProgramRun run = test();
     EXPECT_EQ(run.status, 1);
     // Nothing else is different: rows and cells are found by their ids.
@@ -230,7 +225,7 @@ TEST_F(TestCommand, LeadsDifferencesOfErrorsToTheirQuestions) {
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.says);
-    write("one/result.json", replaced(strResult, c.find, c.replacement));
+    write("one/result.json", replaceOnce(strResult, c.find, c.replacement));
     const ProgramRun run = test();
     EXPECT_EQ(run.status, 1);
     EXPECT_THAT(run.out, HasSubstr("\n      result.json: " + std::string(c.shown)));
@@ -291,7 +286,7 @@ TEST_F(TestCommand, ComparesTheTraceWhereItIsThere) {
   const std::string strTrace = read("one/trace.txt");
   EXPECT_THAT(strTrace, HasSubstr(": BuildXml - strTemplateXML =./../template.xml\n"));
   EXPECT_EQ(test().status, 0);
-  write("one/trace.txt", replaced(strTrace, "blnSubmit =True", "blnSubmit =False"));
+  write("one/trace.txt", replaceOnce(strTrace, "blnSubmit =True", "blnSubmit =False"));
   const ProgramRun run = test();
   EXPECT_EQ(run.status, 1);
   EXPECT_THAT(run.out,
@@ -343,7 +338,7 @@ TEST_F(TestCommand, RunsEveryFolderFromWhereverItIs) {
 }
 
 TEST_F(TestCommand, TellsDifferencesAlsoWhereAFolderCouldNotBeRun) {
-  write("one/park.xml", replaced(read("one/park.xml"), "Ada", "Eve"));
+  write("one/park.xml", replaceOnce(read("one/park.xml"), "Ada", "Eve"));
   const ProgramRun run = test({"three", "one"});
   EXPECT_EQ(run.status, 2);
   EXPECT_EQ(run.out, "");

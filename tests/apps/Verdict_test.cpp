@@ -10,8 +10,6 @@ using ::testing::HasSubstr;
 using ::testing::Not;
 using ::testing::StartsWith;
 
-const std::string kExample = VARNEL_SOURCE_DIR "/examples/inspection";
-
 /// A schema of the example's namespace that accepts every report.
 constexpr const char* kLenientSchema =
     "<xs:schema xmlns:xs='http://www.w3.org/2001/XMLSchema' "

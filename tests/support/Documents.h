@@ -65,4 +65,14 @@ inline std::string textOfFile(const std::filesystem::path& path) {
   return {std::istreambuf_iterator<char>(stream), {}};
 }
 
+/// The text with another in the place of a part that stands in it exactly once.
+inline std::string replaceOnce(std::string strText, std::string_view strPart,
+                               std::string_view strOther) {
+  const std::size_t lngAt = strText.find(strPart);
+  if (lngAt == std::string::npos || strText.find(strPart, lngAt + 1) != std::string::npos) {
+    throw std::runtime_error("not there exactly once: " + std::string(strPart));
+  }
+  return strText.replace(lngAt, strPart.size(), strOther);
+}
+
 }  // namespace Varnel_Tolv_XML_Creation::test

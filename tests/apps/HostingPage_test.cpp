@@ -5,7 +5,7 @@ namespace {
 
 using ::testing::HasSubstr;
 
-class Host : public ProgramTest {
+class HostingPage : public ProgramTest {
  protected:
   /// The value of the first question after a run with this form.
   std::string nameFrom(std::string_view strForm) const {
@@ -26,11 +26,11 @@ class Host : public ProgramTest {
   }
 };
 
-TEST_F(Host, DecodesTheForm) {
+TEST_F(HostingPage, DecodesTheForm) {
   EXPECT_EQ(nameFrom("name=%C3%85sa+%26+Co&other=1"), "\xC3\x85sa & Co");
 }
 
-TEST_F(Host, IgnoresOneLineEndAfterTheForm) {
+TEST_F(HostingPage, IgnoresOneLineEndAfterTheForm) {
   const struct {
     const char *says, *form, *value;
   } cases[] = {
@@ -49,14 +49,14 @@ TEST_F(Host, IgnoresOneLineEndAfterTheForm) {
   }
 }
 
-TEST_F(Host, ReadsTheFormFromStandardInput) {
+TEST_F(HostingPage, ReadsTheFormFromStandardInput) {
   const ProgramRun run = buildDeployment({"--form", "-", "--park-out", "park.xml"},
                                          {.strInput = std::string(kForm) + "\r\n"});
   EXPECT_EQ(run.status, 0) << run.out << run.err;
   EXPECT_EQ(read("park.xml"), kParkedXml);
 }
 
-TEST_F(Host, SubmitsAnEmptyFormByDefault) {
+TEST_F(HostingPage, SubmitsAnEmptyFormByDefault) {
   const ProgramRun run =
       buildDeployment({"--park-out", "park.xml"}, {.strInput = "name=not+asked+for"});
   EXPECT_EQ(run.status, 0) << run.out << run.err;
@@ -64,14 +64,14 @@ TEST_F(Host, SubmitsAnEmptyFormByDefault) {
   EXPECT_EQ(read("park.xml").find("not asked for"), std::string::npos);
 }
 
-TEST_F(Host, RefusesAFormThatCannotBeRead) {
+TEST_F(HostingPage, RefusesAFormThatCannotBeRead) {
   EXPECT_TRUE(CouldNotRun(buildDeployment({"--form", "missing.form"}), "missing.form"));
-  EXPECT_TRUE(CouldNotRun(buildDeployment({"--form", "."}), "."));
+  EXPECT_TRUE(CouldNotRun(buildDeployment({"--form", "."}), "--form .: "));
   EXPECT_TRUE(CouldNotRun(buildDeployment({"--form", ""}), "--form"));
   EXPECT_TRUE(CouldNotRun(buildDeployment({"--form", "missing", "--no-context"}), "missing"));
 }
 
-TEST_F(Host, TakesAnyBytesAsAForm) {
+TEST_F(HostingPage, TakesAnyBytesAsAForm) {
   std::string strBytes = "name=";
   for (int byte = 0; byte < 256; ++byte) strBytes += static_cast<char>(byte);
   write("form.txt", strBytes);
@@ -80,20 +80,20 @@ TEST_F(Host, TakesAnyBytesAsAForm) {
   EXPECT_THAT(run.out, HasSubstr("\"errorCode\": -2147467259,\n  \"errorName\": null,"));
 }
 
-TEST_F(Host, WithoutContextFailsAtTheFirstAnswer) {
+TEST_F(HostingPage, WithoutContextFailsAtTheFirstAnswer) {
   const ProgramRun run = buildDeployment({"--no-context"});
   EXPECT_EQ(run.status, 1);
   EXPECT_THAT(run.out, HasSubstr("\"errorName\": \"SVC_RET_XML_CREATION_CNTXT_OBJ_MISSING\""));
 }
 
-TEST_F(Host, WithoutServerStillReadsTheForm) {
+TEST_F(HostingPage, WithoutServerStillReadsTheForm) {
   const ProgramRun run = buildDeployment({"--no-server", "--form", "-", "--park-out", "park.xml"},
                                          {.strInput = kForm});
   EXPECT_EQ(run.status, 0) << run.out << run.err;
   EXPECT_EQ(read("park.xml"), kParkedXml);
 }
 
-TEST_F(Host, ReadsAllNumericDatesInTheOrderAsked) {
+TEST_F(HostingPage, ReadsAllNumericDatesInTheOrderAsked) {
   write("form.txt", "name=Ada&born=04-05-06");
   const struct {
     std::vector<std::string> words;
@@ -114,13 +114,13 @@ TEST_F(Host, ReadsAllNumericDatesInTheOrderAsked) {
   }
 }
 
-TEST_F(Host, StopsTheClockAtTheMomentAsked) {
+TEST_F(HostingPage, StopsTheClockAtTheMomentAsked) {
   const std::vector<std::string> words{"--now", "2024-02-29T23:59:00"};
   EXPECT_EQ(messageElement("c:date", words), "2024-02-29");
   EXPECT_EQ(messageElement("c:time", words), "23:59:00");
 }
 
-TEST_F(Host, RefusesAMomentThatIsNone) {
+TEST_F(HostingPage, RefusesAMomentThatIsNone) {
   for (const char* now : {"",
                           "2026-03-05",
                           "2026-03-05 09:05:07",
@@ -146,7 +146,7 @@ TEST_F(Host, RefusesAMomentThatIsNone) {
   }
 }
 
-TEST_F(Host, TakesAPageDirectory) {
+TEST_F(HostingPage, TakesAPageDirectory) {
   const ProgramRun run =
       buildDeployment({"--page-dir", "pages", "--form", "-"}, {.strInput = kForm});
   EXPECT_EQ(run.status, 0) << run.out << run.err;

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <initializer_list>
+#include <span>
 
 #include "SchemaTypes.h"
 #include "support/Faults.h"
@@ -146,10 +147,19 @@ std::string rowOf(std::string_view strType, std::string_view strColumns) {
   return strXml.substr(kStart.size(), strXml.size() - kStart.size() - kEnd.size());
 }
 
+struct RowCase {
+  const char *says, *type, *columns, *after;
+};
+
+void expectRows(std::span<const RowCase> cases) {
+  for (const RowCase& c : cases) {
+    SCOPED_TRACE(c.says);
+    EXPECT_EQ(rowOf(c.type, c.columns), c.after);
+  }
+}
+
 TEST(AddComplexTypeFromTableRows, PutsCellsInThePlaceOfTheirPlaceholders) {
-  const struct {
-    const char *says, *type, *columns, *after;
-  } cases[] = {
+  const RowCase cases[] = {
       {"marked upwards with the question and the row", "<a><b><value id='c'/></b><z/></a>",
        "<column id='c' value='v'/>",
        "<a questionId=\"T1\" rowIndex=\"1\">"
@@ -192,10 +202,7 @@ TEST(AddComplexTypeFromTableRows, PutsCellsInThePlaceOfTheirPlaceholders) {
       {"markup is text", "<a><value id='c'/></a>", "<column id='c' value='&lt;&amp;&#13;'/>",
        "<a questionId=\"T1\" rowIndex=\"1\" columnId=\"c\">&lt;&amp;&#13;</a>"},
   };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.says);
-    EXPECT_EQ(rowOf(c.type, c.columns), c.after);
-  }
+  expectRows(cases);
 }
 
 TEST(AddComplexTypeFromTableRows, ConvertsDatesAndTimes) {
@@ -225,9 +232,7 @@ TEST(AddComplexTypeFromTableRows, ConvertsDatesAndTimes) {
 }
 
 TEST(AddComplexTypeFromTableRows, KeepsCellsWithoutAPlaceAsAdditionalInformation) {
-  const struct {
-    const char *says, *type, *columns, *after;
-  } cases[] = {
+  const RowCase cases[] = {
       {"copies in column order behind the model, which stays",
        "<pbr:AdditionalInfo/><a><value id='c'/></a><b/>",
        "<column id='x' value='1'/><column id='c' value='v'/><column id='y' value='2'/>",
@@ -261,10 +266,7 @@ TEST(AddComplexTypeFromTableRows, KeepsCellsWithoutAPlaceAsAdditionalInformation
       {"a column without an id gets an empty one", "<pbr:AdditionalInfo/>", "<column value='1'/>",
        "<pbr:AdditionalInfo/><pbr:AdditionalInfo id=\"\">1</pbr:AdditionalInfo>"},
   };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.says);
-    EXPECT_EQ(rowOf(c.type, c.columns), c.after);
-  }
+  expectRows(cases);
 }
 
 TEST(AddComplexTypeFromTableRows, StartsEachRowWithOneModelOfAdditionalInformation) {

@@ -332,39 +332,39 @@ TEST(getProtInfo, ReadsTheAttributeThatTheParameterNames) {
   }
 }
 
-TEST(getProtInfo, FailsWithoutAParameter) {
-  for (const char* strInfo :
-       {"<docinfo id='d'/>", "<docinfo id='d'><action id='buildprotocolname'/></docinfo>",
-        "<docinfo id='d'><action id='BuildProtocolName'><parameter id='protname' attribute='a'/>"
-        "</action></docinfo>",
-        "<docinfo id='d'><action id='buildprotocolname'><parameter id='protregion' attribute='a'/>"
-        "</action></docinfo>"}) {
-    SCOPED_TRACE(strInfo);
-    const Part part(strInfo, "<p a='x'/>");
-    EXPECT_TRUE(FailedWith(part.objAck, SVC_RET_XML_CREATION_UNABLE_TO_SELECT_PARAMETER,
-                           "unable to select parameter for buildprotocolname - Context=getProtInfo",
-                           "default message"));
+TEST(getProtInfo, FailsForAParameterThatIsMissingOrNamesNothing) {
+  constexpr std::int32_t kNone = SVC_RET_XML_CREATION_UNABLE_TO_SELECT_PARAMETER;
+  constexpr std::int32_t kNamesNothing = SVC_RET_XML_CREATION_PARAM_ATTR_MISSING;
+  const struct {
+    const char *says, *content;
+    std::int32_t lngErrorCode;
+  } cases[] = {
+      {"no action", "", kNone},
+      {"an empty action", "<action id='buildprotocolname'/>", kNone},
+      {"an action in other letters",
+       "<action id='BuildProtocolName'><parameter id='protname' attribute='a'/></action>", kNone},
+      {"another parameter",
+       "<action id='buildprotocolname'><parameter id='protregion' attribute='a'/></action>", kNone},
+      {"no attribute", "<action id='buildprotocolname'><parameter id='protname'/></action>",
+       kNamesNothing},
+      {"an empty one",
+       "<action id='buildprotocolname'><parameter id='protname' attribute=''/></action>",
+       kNamesNothing},
+      {"blanks",
+       "<action id='buildprotocolname'><parameter id='protname' attribute='  '/></action>",
+       kNamesNothing},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    const std::string strDetail =
+        c.lngErrorCode == kNone
+            ? "unable to select parameter for buildprotocolname - Context=getProtInfo"
+            : "wrongly configured parameter in build[message].xml file - section "
+              "buildprotocolname - Context=getProtInfo";
+    const Part part("<docinfo id='d'>" + std::string(c.content) + "</docinfo>", "<p a='x'/>");
+    EXPECT_TRUE(FailedWith(part.objAck, c.lngErrorCode, strDetail, "default message"));
     EXPECT_EQ(part.strValue, "");
-    EXPECT_THAT(part.host.traceLines(),
-                ElementsAre("getProtInfo: unable to select parameter for buildprotocolname - "
-                            "Context=getProtInfo"));
-  }
-}
-
-TEST(getProtInfo, FailsForAParameterThatNamesNothing) {
-  for (const char* strAttribute : {"", "attribute=''", "attribute='  '"}) {
-    SCOPED_TRACE(strAttribute);
-    const Part part("<docinfo id='d'><action id='buildprotocolname'><parameter id='protname' " +
-                        std::string(strAttribute) + "/></action></docinfo>",
-                    "<p a='x'/>");
-    EXPECT_TRUE(FailedWith(part.objAck, SVC_RET_XML_CREATION_PARAM_ATTR_MISSING,
-                           "wrongly configured parameter in build[message].xml file - section "
-                           "buildprotocolname - Context=getProtInfo",
-                           "default message"));
-    EXPECT_EQ(part.strValue, "");
-    EXPECT_THAT(part.host.traceLines(),
-                ElementsAre("getProtInfo: wrongly configured parameter in build[message].xml file "
-                            "- section buildprotocolname - Context=getProtInfo"));
+    EXPECT_THAT(part.host.traceLines(), ElementsAre("getProtInfo: " + strDetail));
   }
 }
 

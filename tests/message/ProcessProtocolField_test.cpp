@@ -195,26 +195,9 @@ TEST(ProcessProtocolField, TakesPairsOfReturnAndLineFeedOutOfTheValue) {
 }
 
 TEST(ProcessProtocolField, ReturnsWhatMakingThePathReports) {
-  const struct {
-    const char *says, *children;
-    std::int32_t lngErrorCode;
-    const char *detail, *left;
-  } cases[] = {
-      {"no parent", "<parentxpath>/none</parentxpath><node>m:a</node>",
-       SVC_RET_XML_CREATION_PARENT_NODE_MISSING,
-       "Unable to select the parent xpath from the message template xml. - Context=buildXPath", ""},
-      {"no node path", "<parentxpath>/r</parentxpath>", SVC_RET_XML_CREATION_NODE_PATH_MISSING,
-       "No node path supplied to buildXPath. - Context=buildXPath", ""},
-      {"an unknown prefix: its element stays, without the value",
-       "<parentxpath>/r</parentxpath><node>x:a</node>",
-       SVC_RET_XML_CREATION_SCHEMA_REFERENCE_XML_NODE_MISSING,
-       "The schema reference information for schema id=x could not be selected. "
-       "Context:getSchemaReference",
-       "<x:a/>"},
-  };
-  for (const auto& c : cases) {
+  for (const ImpossiblePlace& c : kImpossiblePlaces) {
     SCOPED_TRACE(c.says);
-    FieldStory story(field("q", "v"), sentEntry(c.children));
+    FieldStory story(field("q", "v"), sentEntry(c.place));
     EXPECT_TRUE(FailedWith(story.process(), c.lngErrorCode, c.detail, "default message"));
     EXPECT_EQ(story.sent(), c.left);
     EXPECT_THAT(linesOf(story.host, "addData"), IsEmpty());

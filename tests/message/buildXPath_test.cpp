@@ -193,7 +193,9 @@ TEST(buildXPath, HasTheResultOfTheLastNamespaceLookup) {
 
 TEST(buildXPath, MakesElementsOfAnUnknownPrefixInNoNamespace) {
   Scene scene;
-  EXPECT_FALSE(scene.build("/r", "m:a/x:b").Success());
+  EXPECT_TRUE(FailedWith(scene.build("/r", "m:a/x:b"),
+                         SVC_RET_XML_CREATION_SCHEMA_REFERENCE_XML_NODE_MISSING, unknownPrefix("x"),
+                         "default message"));
   EXPECT_EQ(scene.objXml.selectNodes("/r/m:a/*[namespace-uri()='']")->length(), 1U);
 }
 
@@ -266,7 +268,7 @@ TEST(buildXPath, RefusesAStepThatIsNoElementName) {
   for (const auto& c : cases) {
     SCOPED_TRACE(c.says);
     Scene scene;
-    EXPECT_TRUE(FailedWithNumber(scene.build("/r", c.path), -2147024809, "buildXPath"));
+    EXPECT_TRUE(FailedWithNumber(scene.build("/r", c.path), kInvalidName, "buildXPath"));
     EXPECT_EQ(content(scene.objXml), c.left);
     EXPECT_FALSE(scene.objCurrentNode);
   }
@@ -302,7 +304,7 @@ TEST(buildXPath, ReportsWhatTheSelectionRefuses) {
   for (const auto& c : cases) {
     SCOPED_TRACE(c.says);
     Scene scene;
-    EXPECT_TRUE(FailedWithNumber(scene.build(c.parent, c.path), -2147467259, "buildXPath"));
+    EXPECT_TRUE(FailedWithNumber(scene.build(c.parent, c.path), kXmlFailure, "buildXPath"));
     EXPECT_FALSE(scene.objCurrentNode);
   }
 }
@@ -364,7 +366,9 @@ TEST(buildXPath, TracesEveryStep) {
 
 TEST(buildXPath, TracesAFailedLookupBeforeTheElementItIsFor) {
   Scene scene;
-  EXPECT_FALSE(scene.build("/r", "x:a").Success());
+  EXPECT_TRUE(FailedWith(scene.build("/r", "x:a"),
+                         SVC_RET_XML_CREATION_SCHEMA_REFERENCE_XML_NODE_MISSING, unknownPrefix("x"),
+                         "default message"));
   EXPECT_THAT(
       scene.host.traceLines(),
       ElementsAre(

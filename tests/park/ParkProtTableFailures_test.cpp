@@ -65,9 +65,9 @@ TEST(ParkProtTable, FailsWithoutAnIdOrAType) {
 TEST(ParkProtTable, FailsForANodeThatIsNoElement) {
   TestHost host;
   const Document objList = objectList("<!--a comment-->");
-  const Acknowledge objAck = ParkProtTable(host.session(), objList.selectSingleNode("//comment()"));
-  EXPECT_FALSE(objAck.Success());
-  EXPECT_TRUE(objAck.ErrorDetail().starts_with("ParkProtTable - ")) << objAck.ErrorDetail();
+  EXPECT_TRUE(
+      FailedWithRuntimeError(ParkProtTable(host.session(), objList.selectSingleNode("//comment()")),
+                             kXmlFailure, "ParkProtTable", "Only an element has attributes."));
 }
 
 TEST(ParkProtTable, FailsWhereAFixedGridLacksAPostedRow) {
@@ -95,91 +95,58 @@ TEST(ParkProtTable, FailsWhereAFixedGridHasNoRowsAtAll) {
             objectListXml("<prtobjct id=\"t\" type=\"table\"><column id=\"a\"/></prtobjct>"));
 }
 
-TEST(ParkProtTable, FailsWhenNoNewRowCanBeMade) {
-  TestHost host({{"t_rowCount", "1"}, {"t___a_1", "x"}});
-  const FaultyRun run(host, kDynamic, DomOperation::createElement, 1);
-  EXPECT_TRUE(FailedWith(run.objAck, SVC_RET_XML_CREATION_PROT_TBL_ROW_MISSING,
-                         "The protocol table row is missing",
-                         "An error occurred because the protocol table row is missing"));
-  EXPECT_TRUE(run.fault.struck());
-  EXPECT_EQ(run.objList.xml(), objectListXml(kDynamic));
-}
-
-TEST(ParkProtTable, FailsWhenTheRowOfAFixedGridIsNotFound) {
-  TestHost host({{"t_rowCount", "1"}, {"t___a_1", "x"}});
-  const FaultyRun run(host, kGrid, DomOperation::select, 1);
-  EXPECT_TRUE(FailedWith(run.objAck, SVC_RET_XML_CREATION_PROT_TBL_ROW_MISSING,
-                         "The protocol table row is missing",
-                         "An error occurred because the protocol table row is missing"));
-  EXPECT_TRUE(run.fault.struck());
-  EXPECT_EQ(run.objList.xml(), objectListXml(kGrid));
-}
-
-TEST(ParkProtTable, FailsWhenThereIsNoListOfColumns) {
+TEST(ParkProtTable, FailsWhereAnOperationGivesNothing) {
   const struct {
     const char *says, *table;
-    int call;  // in a fixed grid the row is selected first
-  } cases[] = {{"a dynamic table", kDynamic, 1}, {"a fixed grid", kGrid, 2}};
+    std::int32_t lngRows;
+    bool blnFilled;
+    DomOperation operation;
+    int lngCall;
+    std::int32_t lngErrorCode;
+    const char *detail, *userMessage, *left;
+  } cases[] = {
+      {"no new row can be made", kDynamic, 1, true, DomOperation::createElement, 1,
+       SVC_RET_XML_CREATION_PROT_TBL_ROW_MISSING, "The protocol table row is missing",
+       "An error occurred because the protocol table row is missing", kDynamic},
+      {"the row of a fixed grid is not found", kGrid, 1, true, DomOperation::select, 1,
+       SVC_RET_XML_CREATION_PROT_TBL_ROW_MISSING, "The protocol table row is missing",
+       "An error occurred because the protocol table row is missing", kGrid},
+      {"there is no list of columns", kDynamic, 1, true, DomOperation::select, 1,
+       SVC_RET_XML_CREATION_PROT_TBL_CLMN_MISSING, "The protocol table column is missing",
+       "An error occurred because the protocol table column is missing", kDynamic},
+      {"nor in a fixed grid, whose row is selected first", kGrid, 1, true, DomOperation::select, 2,
+       SVC_RET_XML_CREATION_PROT_TBL_CLMN_MISSING, "The protocol table column is missing",
+       "An error occurred because the protocol table column is missing", kGrid},
+      {"a column cannot be copied; the copies made before it stay", kGrid, 1, true,
+       DomOperation::cloneNode, 2, SVC_RET_XML_CREATION_CLONE_CLMN_NODE_FAILED,
+       "Cloning the column node failed", "An error occurred cloning the column node",
+       "<prtobjct id=\"t\" type=\"table\"><row id=\"1\"><column id=\"a\" value=\"x\"/></row>"
+       "<row id=\"2\"/><column id=\"a\"/><column id=\"b\"/></prtobjct>"},
+      {"a copy cannot be appended to its row", kGrid, 1, true, DomOperation::appendChild, 1,
+       SVC_RET_XML_CREATION_APPEND_CLMN_NODE_FAILED, "Appending the column node to the row failed",
+       "An error occurred appending the column node to the row failed", kGrid},
+      {"a new row cannot be appended; each appends its one cell, then itself", kDynamic, 2, true,
+       DomOperation::appendChild, 4, SVC_RET_XML_CREATION_APPEND_ROW_NODE_FAILED,
+       "Appending the row node to the table failed",
+       "An error occurred appending the row node to the table failed",
+       "<prtobjct id=\"t\" type=\"dynatable\"><column id=\"a\"/>"
+       "<row id=\"1\"><column id=\"a\" value=\"x\"/></row></prtobjct>"},
+      {"a blank table cannot be removed", kDynamic, 1, false, DomOperation::removeChild, 1,
+       SVC_RET_XML_CREATION_REMOVE_TABLE_NODE_FAILED, "Removing the table node failed",
+       "An error occurred removing the table node", kDynamic},
+  };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.says);
-    TestHost host({{"t_rowCount", "1"}, {"t___a_1", "x"}});
-    const FaultyRun run(host, c.table, DomOperation::select, c.call);
-    EXPECT_TRUE(FailedWith(run.objAck, SVC_RET_XML_CREATION_PROT_TBL_CLMN_MISSING,
-                           "The protocol table column is missing",
-                           "An error occurred because the protocol table column is missing"));
+    TestHost host({{"t_rowCount", std::to_string(c.lngRows)}});
+    for (std::int32_t lngRow = 1; c.blnFilled && lngRow <= c.lngRows; ++lngRow) {
+      host.submit("t___a_" + std::to_string(lngRow), "x");
+    }
+    const FaultyRun run(host, c.table, c.operation, c.lngCall);
+    EXPECT_TRUE(FailedWith(run.objAck, c.lngErrorCode, c.detail, c.userMessage));
     EXPECT_TRUE(run.fault.struck());
-    EXPECT_EQ(run.objList.xml(), objectListXml(c.table));
+    EXPECT_EQ(run.objList.xml(), objectListXml(c.left));
     EXPECT_THAT(host.traceLines(), IsEmpty());
   }
-}
-
-TEST(ParkProtTable, FailsWhenAColumnCannotBeCopied) {
-  TestHost host({{"t_rowCount", "1"}, {"t___a_1", "x"}});
-  const FaultyRun run(host, kGrid, DomOperation::cloneNode, 2);
-  EXPECT_TRUE(FailedWith(run.objAck, SVC_RET_XML_CREATION_CLONE_CLMN_NODE_FAILED,
-                         "Cloning the column node failed",
-                         "An error occurred cloning the column node"));
-  EXPECT_TRUE(run.fault.struck());
-  EXPECT_EQ(run.objList.xml(),  // the copies made before it stay
-            objectListXml("<prtobjct id=\"t\" type=\"table\"><row id=\"1\"><column id=\"a\" "
-                          "value=\"x\"/></row><row id=\"2\"/><column id=\"a\"/><column id=\"b\"/>"
-                          "</prtobjct>"));
-  EXPECT_THAT(host.traceLines(), IsEmpty());
-}
-
-TEST(ParkProtTable, FailsWhenACopyCannotBeAppendedToItsRow) {
-  TestHost host({{"t_rowCount", "1"}, {"t___a_1", "x"}});
-  const FaultyRun run(host, kGrid, DomOperation::appendChild, 1);
-  EXPECT_TRUE(FailedWith(run.objAck, SVC_RET_XML_CREATION_APPEND_CLMN_NODE_FAILED,
-                         "Appending the column node to the row failed",
-                         "An error occurred appending the column node to the row failed"));
-  EXPECT_TRUE(run.fault.struck());
-  EXPECT_EQ(run.objList.xml(), objectListXml(kGrid));
-}
-
-TEST(ParkProtTable, FailsWhenANewRowCannotBeAppended) {
-  TestHost host({{"t_rowCount", "2"}, {"t___a_1", "x"}, {"t___a_2", "y"}});
-  // Each row appends its one cell, then itself.
-  const FaultyRun run(host, kDynamic, DomOperation::appendChild, 4);
-  EXPECT_TRUE(FailedWith(run.objAck, SVC_RET_XML_CREATION_APPEND_ROW_NODE_FAILED,
-                         "Appending the row node to the table failed",
-                         "An error occurred appending the row node to the table failed"));
-  EXPECT_TRUE(run.fault.struck());
-  EXPECT_EQ(run.objList.xml(),
-            objectListXml("<prtobjct id=\"t\" type=\"dynatable\"><column id=\"a\"/>"
-                          "<row id=\"1\"><column id=\"a\" value=\"x\"/></row></prtobjct>"));
-  EXPECT_THAT(host.traceLines(), IsEmpty());
-}
-
-TEST(ParkProtTable, FailsWhenABlankTableCannotBeRemoved) {
-  TestHost host({{"t_rowCount", "1"}});
-  const FaultyRun run(host, kDynamic, DomOperation::removeChild, 1);
-  EXPECT_TRUE(FailedWith(run.objAck, SVC_RET_XML_CREATION_REMOVE_TABLE_NODE_FAILED,
-                         "Removing the table node failed",
-                         "An error occurred removing the table node"));
-  EXPECT_TRUE(run.fault.struck());
-  EXPECT_EQ(run.objList.xml(), objectListXml(kDynamic));
-  EXPECT_THAT(host.traceLines(), IsEmpty());
 }
 
 TEST(ParkProtTable, FailsWhenABlankTableStandsNowhere) {
@@ -285,7 +252,9 @@ TEST(ParkProtTable, KeepsTheRowsAndCellsDoneBeforeAFailure) {
   TestHost host({{"t_rowCount", "2"}, {"t___a_1", "x"}, {"t___b_1", "y"}, {"t___a_2", "z"}});
   const Refusal refusal(host, {"t___b_2"});
   const Document objGrid = objectList(kGrid);
-  EXPECT_FALSE(ParkProtTable(host.session(), firstObject(objGrid)).Success());
+  EXPECT_TRUE(FailedWithRuntimeError(ParkProtTable(host.session(), firstObject(objGrid)),
+                                     Refusal::kNumber, "GetFormCollectionItem",
+                                     "refused: t___b_2"));
   EXPECT_EQ(objGrid.xml(),
             objectListXml("<prtobjct id=\"t\" type=\"table\"><row id=\"1\"><column id=\"a\" "
                           "value=\"x\"/><column id=\"b\" value=\"y\"/></row><row id=\"2\">"
@@ -294,7 +263,9 @@ TEST(ParkProtTable, KeepsTheRowsAndCellsDoneBeforeAFailure) {
 
   const Document objDynamic =
       objectList("<prtobjct id='t' type='dynatable'><column id='a'/><column id='b'/></prtobjct>");
-  EXPECT_FALSE(ParkProtTable(host.session(), firstObject(objDynamic)).Success());
+  EXPECT_TRUE(FailedWithRuntimeError(ParkProtTable(host.session(), firstObject(objDynamic)),
+                                     Refusal::kNumber, "GetFormCollectionItem",
+                                     "refused: t___b_2"));
   EXPECT_EQ(objDynamic.xml(),
             objectListXml("<prtobjct id=\"t\" type=\"dynatable\"><column id=\"a\"/>"
                           "<column id=\"b\"/><row id=\"1\"><column id=\"a\" value=\"x\"/>"

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
 #include "message/ProcessProtocolField.h"
+#include "result/ServiceEnums.h"
 #include "support/Messages.h"
 
 namespace Varnel_Tolv_XML_Creation::test {
@@ -28,6 +30,26 @@ inline std::string entry(std::string_view strAttributes, std::string_view strChi
 inline std::string sentEntry(std::string_view strChildren = kPlace) {
   return entry("toschema='true'", strChildren);
 }
+
+/// A place at which no element can be made, what is told of it and what is left of the message.
+struct ImpossiblePlace {
+  const char *says, *place;
+  std::int32_t lngErrorCode;
+  const char *detail, *left;
+};
+inline constexpr ImpossiblePlace kImpossiblePlaces[] = {
+    {"no parent", "<parentxpath>/none</parentxpath><node>m:a</node>",
+     SVC_RET_XML_CREATION_PARENT_NODE_MISSING,
+     "Unable to select the parent xpath from the message template xml. - Context=buildXPath", ""},
+    {"no node path", "<parentxpath>/r</parentxpath>", SVC_RET_XML_CREATION_NODE_PATH_MISSING,
+     "No node path supplied to buildXPath. - Context=buildXPath", ""},
+    {"an unknown prefix: its element stays, empty and without the question",
+     "<parentxpath>/r</parentxpath><node>x:a</node>",
+     SVC_RET_XML_CREATION_SCHEMA_REFERENCE_XML_NODE_MISSING,
+     "The schema reference information for schema id=x could not be selected. "
+     "Context:getSchemaReference",
+     "<x:a/>"},
+};
 
 /// A field on its way from the parked form into the message.
 class FieldStory {

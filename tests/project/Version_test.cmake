@@ -1,0 +1,30 @@
+# Where the version stands beside CMakeLists.txt, it must be that one. Run with -DTREE=<tree>
+# -DVERSION=<version>.
+cmake_minimum_required(VERSION 3.25)
+string(REGEX MATCH "^([0-9]+)\\.[0-9]+" minor "${VERSION}")
+set(major "${CMAKE_MATCH_1}")
+
+# Whatever follows `before` in the file, at least once, is this.
+function(check file before expected)
+  file(READ "${TREE}/${file}" text)
+  string(REGEX MATCHALL "${before}[0-9][0-9.]*[0-9]" found "${text}")
+  if(NOT found)
+    message(SEND_ERROR "${file} has no version behind ${before}")
+  endif()
+  foreach(each IN LISTS found)
+    string(REGEX REPLACE "^${before}" "" version "${each}")
+    if(NOT version STREQUAL expected)
+      message(SEND_ERROR "${file} speaks of ${each}, but the version is ${VERSION}")
+    endif()
+  endforeach()
+endfunction()
+
+check(python/varnel_xml/_library.py "creation\\.so\\." "${major}")
+check(scripts/bench-python "creation\\.so\\." "${major}")
+check(tests/install/Install_test.cmake "creation[\\]*\\.so[\\]*\\." "${major}")
+check(tests/install/CMakeLists.txt "find_package\\(VarnelXmlCreation " "${minor}")
+check(README.md "find_package\\(VarnelXmlCreation " "${minor}")
+check(docs/embedding.md "find_package\\(VarnelXmlCreation " "${minor}")
+check(docs/embedding.md "soname " "${major}")
+check(src/c/varnel_xml.h "/\\* \"" "${VERSION}")
+check(python/varnel_xml/__init__.py "such as \"" "${VERSION}")

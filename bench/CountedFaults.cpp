@@ -1,9 +1,5 @@
-#include <stdlib.h>
-
 #include <cstdlib>
 #include <exception>
-#include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <stdexcept>
 #include <string>
@@ -12,6 +8,7 @@
 #include "config/Session.h"
 #include "message/CreateDocumentDataNodes.h"
 #include "message/RemoveEmptyElements.h"
+#include "support/Documents.h"
 #include "validation/ProccessSchemaValidationErrors.h"
 
 // What grows with the rows that a form posts and with the errors in them, as whole runs of sound
@@ -24,32 +21,21 @@
 namespace Varnel_Tolv_XML_Creation::bench {
 namespace {
 
-constexpr int kQuestionsBelowRow = 50;
+using test::parsed;
 
-std::string number(int lngNumber) { return std::to_string(lngNumber); }
+constexpr int kQuestionsBelowRow = 50;
 
 void expect(bool blnTrue, const char* strWhat) {
   if (!blnTrue) throw std::runtime_error(strWhat);
 }
 
-Document parsed(const std::string& strXml) {
-  Document objXml = Document::create();
-  expect(objXml.loadXML(strXml), "a document is not well-formed");
-  return objXml;
-}
-
 class FaultyRows {
  public:
   explicit FaultyRows(int lngRows) : lngRows_(lngRows) {
-    std::string strPattern =
-        (std::filesystem::temp_directory_path() / "varnel-bench-XXXXXX").string();
-    if (::mkdtemp(strPattern.data()) == nullptr) throw std::runtime_error("no directory");
-    directory_ = strPattern;
-
     std::string strSections;
     std::string strQuestions = "<question id='t'><xpath>/r/table</xpath></question>";
     for (int lngRow = 0; lngRow < lngRows_; ++lngRow) {
-      const std::string strRow = number(lngRow);
+      const std::string strRow = std::to_string(lngRow);
       strTableRows_ += "<row id='" + strRow +
                        "'><column id='a' columnlabel='A' value='x'/><column id='b' "
                        "columnlabel='B' value='x'/></row>";
@@ -73,21 +59,15 @@ class FaultyRows {
     }
     std::string strCells;
     for (int lngCell = 0; lngCell < kQuestionsBelowRow; ++lngCell) {
-      const std::string strCell = "c" + number(lngCell);
+      const std::string strCell = "c" + std::to_string(lngCell);
       strCells += "<" + strCell + "/>";
       strQuestions +=
           "<question id='" + strCell + "'><xpath>/r/table/row/" + strCell + "</xpath></question>";
     }
-    write("questions.xml", "<questions>" + strQuestions + "</questions>");
-    write("reference.xml", "<r><table><row>" + strCells + "</row></table>" + strSections + "</r>");
+    directory_.file("questions.xml", "<questions>" + strQuestions + "</questions>");
+    directory_.file("reference.xml",
+                    "<r><table><row>" + strCells + "</row></table>" + strSections + "</r>");
   }
-
-  ~FaultyRows() {
-    std::error_code ignored;
-    std::filesystem::remove_all(directory_, ignored);
-  }
-  FaultyRows(const FaultyRows&) = delete;
-  FaultyRows& operator=(const FaultyRows&) = delete;
 
   /// Copies the rows of a message before a marker.
   void copyRows() const {
@@ -122,23 +102,15 @@ class FaultyRows {
                "</prtobjct><prtobjct id='s' fieldlabel='S' value=''/></prtobjcts>");
     ValidationIntErrors colIntErrors;
     ValidationUserErrors colUserErrors;
-    const Acknowledge objAck =
-        ProccessSchemaValidationErrors(session_, colErrors_, objPark, file("questions.xml"),
-                                       file("reference.xml"), objPark, colIntErrors, colUserErrors);
+    const Acknowledge objAck = ProccessSchemaValidationErrors(
+        session_, colErrors_, objPark, directory_.at("questions.xml"),
+        directory_.at("reference.xml"), objPark, colIntErrors, colUserErrors);
     expect(objAck.Success(), "the mapping failed");
     expect(colUserErrors->size() == 2, "a question is missing");
     expect(colIntErrors->size() + 2 == colErrors_.size(), "an error is missing");
   }
 
  private:
-  std::string file(const char* strName) const { return (directory_ / strName).string(); }
-
-  void write(const char* strName, const std::string& strText) const {
-    std::ofstream stream(directory_ / strName, std::ios::binary);
-    stream << strText;
-    expect(static_cast<bool>(stream.flush()), "a file cannot be written");
-  }
-
   static Session sessionWithNamespaces() {
     Session session;
     session.objNamespaceXML = parsed("<namespaces><namespace id='m' name='urn:m'/></namespaces>");
@@ -147,7 +119,7 @@ class FaultyRows {
 
   const int lngRows_;
   const Session session_ = sessionWithNamespaces();
-  std::filesystem::path directory_;
+  const test::TemporaryDirectory directory_;
   std::string strTableRows_;
   std::string strMessageRows_;
   std::vector<SchemaValidationErr> colErrors_;

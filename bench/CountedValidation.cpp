@@ -1,11 +1,8 @@
 #include <libxml/parser.h>
 #include <libxml/xmlschemas.h>
-#include <stdlib.h>
 
 #include <cstdlib>
 #include <exception>
-#include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <memory>
 #include <stdexcept>
@@ -14,6 +11,7 @@
 
 #include "platform/schema/SchemaReport.h"
 #include "platform/schema/ValidatingReader.h"
+#include "support/Documents.h"
 
 // Checks a message of FIELDS fields, and a table of 20 rows and 5 columns for each 100 of them,
 // RUNS times against its schema. An instruction counter around the program tells the cost, as with
@@ -32,8 +30,6 @@ namespace {
 constexpr int kRows = 20;
 constexpr int kColumns = 5;
 constexpr int kFieldsPerSection = 25;
-
-std::string number(int lngNumber) { return std::to_string(lngNumber); }
 
 struct Kind {
   const char* type;
@@ -72,10 +68,11 @@ class Message {
         "<xs:element name='message'><xs:complexType><xs:sequence><xs:element name='body'>"
         "<xs:complexType><xs:sequence>";
     for (int field = 0; field < lngFields; ++field) {
-      if (field % kFieldsPerSection == 0) openSection("s" + number(field / kFieldsPerSection));
-      addField("q" + number(field), field, "q" + number(field), "", "");
+      if (field % kFieldsPerSection == 0)
+        openSection("s" + std::to_string(field / kFieldsPerSection));
+      addField("q" + std::to_string(field), field, "q" + std::to_string(field), "", "");
       if (field % kFieldsPerSection == kFieldsPerSection - 1 || field == lngFields - 1) {
-        closeSection("s" + number(field / kFieldsPerSection));
+        closeSection("s" + std::to_string(field / kFieldsPerSection));
       }
       if (field % 100 == 99) addTable(field / 100);
     }
@@ -100,14 +97,14 @@ class Message {
   }
 
   void addTable(int lngTable) {
-    const std::string strName = "t" + number(lngTable);
+    const std::string strName = "t" + std::to_string(lngTable);
     strSchema +=
         "<xs:element name='" + strName + "' maxOccurs='unbounded'><xs:complexType><xs:sequence>";
     for (int row = 0; row < kRows; ++row) {
       strXml += "<m:" + strName + ">";
       for (int column = 0; column < kColumns; ++column) {
-        const std::string strColumn = "c" + number(column);
-        addField(strColumn, column, strName, number(row + 1), strColumn, row == 0);
+        const std::string strColumn = "c" + std::to_string(column);
+        addField(strColumn, column, strName, std::to_string(row + 1), strColumn, row == 0);
       }
       strXml += "</m:" + strName + ">";
     }
@@ -138,29 +135,6 @@ class Message {
   bool blnMarks_;
   bool blnDamaged_;
   int lngNumber_ = 0;
-};
-
-/// A directory with the schema, which goes with it.
-class SchemaFile {
- public:
-  explicit SchemaFile(const std::string& strSchema) {
-    std::string strPattern =
-        (std::filesystem::temp_directory_path() / "varnel-bench-XXXXXX").string();
-    if (::mkdtemp(strPattern.data()) == nullptr) throw std::runtime_error("no directory");
-    directory_ = strPattern;
-    std::ofstream(path()) << strSchema;
-  }
-  ~SchemaFile() {
-    std::error_code ignored;
-    std::filesystem::remove_all(directory_, ignored);
-  }
-  SchemaFile(const SchemaFile&) = delete;
-  SchemaFile& operator=(const SchemaFile&) = delete;
-
-  std::string path() const { return (directory_ / "message.xsd").string(); }
-
- private:
-  std::filesystem::path directory_;
 };
 
 class Counter : public SaxHandler {
@@ -242,11 +216,12 @@ int main(int argc, char** argv) {
     const int lngFields = std::atoi(argv[1]);
     const int lngRuns = std::atoi(argv[2]);
     const Message message(lngFields, blnMarks, strKind == "damaged");
-    const SchemaFile file(message.strSchema);
+    const Varnel_Tolv_XML_Creation::test::TemporaryDirectory directory;
+    const std::string strSchema = directory.file("message.xsd", message.strSchema);
     if (strKind == "library") {
-      readByLibrary(file.path(), message.strXml, lngRuns);
+      readByLibrary(strSchema, message.strXml, lngRuns);
     } else {
-      readByReader(file.path(), message.strXml, lngRuns, lngFields, blnMarks, strKind == "damaged");
+      readByReader(strSchema, message.strXml, lngRuns, lngFields, blnMarks, strKind == "damaged");
     }
   } catch (const std::exception& error) {
     std::cerr << error.what() << "\n";

@@ -1,11 +1,7 @@
 #include "GeneratedDeployment.h"
 
-#include <stdlib.h>
-
 #include <algorithm>
 #include <cctype>
-#include <fstream>
-#include <stdexcept>
 
 #include "GeneratedSchema.h"
 
@@ -62,11 +58,6 @@ struct GeneratedDeployment::Texts {
 };
 
 GeneratedDeployment::GeneratedDeployment(const Dimensions& dimensions) : dimensions_(dimensions) {
-  std::string strPattern =
-      (std::filesystem::temp_directory_path() / "varnel-bench-XXXXXX").string();
-  if (::mkdtemp(strPattern.data()) == nullptr) throw std::runtime_error("no directory");
-  directory_ = strPattern;
-
   for (int lngTable = 0; lngTable < dimensions_.fields / 100; ++lngTable) {
     tables_.push_back({"table" + number(lngTable), kRows, false, lngTable % 2 == 0});
   }
@@ -79,11 +70,6 @@ GeneratedDeployment::GeneratedDeployment(const Dimensions& dimensions) : dimensi
   addTables(texts);
   addExtras(texts);
   writeFiles(texts);
-}
-
-GeneratedDeployment::~GeneratedDeployment() {
-  std::error_code ignored;
-  std::filesystem::remove_all(directory_, ignored);
 }
 
 int GeneratedDeployment::elements() const {
@@ -168,12 +154,6 @@ std::string GeneratedDeployment::bodyOfReference() const {
 void GeneratedDeployment::answer(const std::string& strName, const std::string& strValue) {
   form_.add(strName, strValue);
   answers_.emplace_back(strName, strValue);
-}
-
-void GeneratedDeployment::write(const char* strName, const std::string& strText) const {
-  std::ofstream stream(directory_ / strName, std::ios::binary);
-  stream << strText;
-  if (!stream.flush()) throw std::runtime_error("a file cannot be written");
 }
 
 void GeneratedDeployment::addFields(Texts& texts) {
@@ -301,8 +281,7 @@ void GeneratedDeployment::addExtras(Texts& texts) {
     answer("same___c_" + number(lngTable), "");
   }
   if (size.tablesOfOneId > 0) {
-    texts.mapper +=
-        messageItem("same", "dynatable", kExtras, "m:row", "<action id='row_type'/>");
+    texts.mapper += messageItem("same", "dynatable", kExtras, "m:row", "<action id='row_type'/>");
     answer("same_rowCount", number(size.tablesOfOneId));
   }
   for (int lngQuestion = 0; lngQuestion < size.questions; ++lngQuestion) {
@@ -374,48 +353,51 @@ void GeneratedDeployment::writeFiles(const Texts& texts) {
     strRow += "<m:" + strColumn + "><value id='" + strColumn + "'/></m:" + strColumn + ">";
     strRowSchema += element(strColumn, "m:answer");
   }
-  write("objects.xml",
-        "<?xml version=\"1.0\"?><prtobjcts>" + texts.objects + "<hdnflds/></prtobjcts>");
-  write("protocol.xml", "<info name='Benchmark' region='North' version='1'/>");
-  write("mapper.xml", "<message>" + texts.mapper + "<docdata>" + kHeader + "<docnodes>" +
-                          texts.documentRules + "</docnodes></docdata></message>");
-  write("template.xml", "<?xml version=\"1.0\"?><m:message" + std::string(kNames) +
-                            "><m:head><m:name/><m:date/><m:time/></m:head><m:body>" + texts.body +
-                            "</m:body><m:tables>" + texts.tables + "</m:tables><m:extras>" +
-                            texts.extras + "</m:extras></m:message>");
-  write("reference.xml", "<m:message" + std::string(kNames) + " mandatory='true'>" +
-                             texts.reference + "</m:message>");
-  write("types.xml",
-        "<SchemaTypeMapperDocument" + std::string(kNames) +
-            "><schematypes><schematype id='structured_address_type'>"
-            "<m:line1><value id='line1'/></m:line1><m:line2><value id='line2'/></m:line2>"
-            "<m:line3><value id='line3'/></m:line3><m:line4><value id='line4'/></m:line4>"
-            "</schematype><schematype id='row_type'>" +
-            strRow + "<pbr:AdditionalInfo/></schematype>" + texts.types +
-            "</schematypes></SchemaTypeMapperDocument>");
-  write("namespaces.xml",
-        "<namespaces><namespace id='m' name='urn:bench:message' ref='urn:bench:message'/>"
-        "<namespace id='pbr' name='urn:bench:record' ref='urn:bench:record'/>" +
-            texts.namespaces + "</namespaces>");
-  write("hidden.xml", "<hiddenfields>" + texts.hidden + "</hiddenfields>");
-  write("questions.xml", "<questions>" + texts.questions + "</questions>");
-  write("record.xsd", kRecordSchema);
-  write("message.xsd",
-        "<xs:schema xmlns:xs='http://www.w3.org/2001/XMLSchema'" + std::string(kNames) +
-            " targetNamespace='urn:bench:message' elementFormDefault='qualified'>"
-            "<xs:import namespace='urn:bench:record' schemaLocation='record.xsd'/>" +
-            kSimpleTypes + "<xs:complexType name='row'><xs:sequence>" + strRowSchema +
-            "<xs:element ref='pbr:AdditionalInfo' minOccurs='0'/></xs:sequence></xs:complexType>" +
-            texts.definitions +
-            sequence("message", sequence("head", element("name", "m:answer", "") +
-                                                     element("date", "xs:date", "") +
-                                                     element("time", "xs:time", "")) +
-                                    sequence("body", texts.bodySchema, kOptional) +
-                                    sequence("tables", texts.tablesSchema, kOptional) +
-                                    sequence("extras", texts.extrasSchema, kOptional)) +
-            "</xs:schema>");
-  write("deployment.json",
-        R"({"template": "template.xml", "object-mapper": "mapper.xml", "schema-types": "types.xml",
+  directory_.file("objects.xml",
+                  "<?xml version=\"1.0\"?><prtobjcts>" + texts.objects + "<hdnflds/></prtobjcts>");
+  directory_.file("protocol.xml", "<info name='Benchmark' region='North' version='1'/>");
+  directory_.file("mapper.xml", "<message>" + texts.mapper + "<docdata>" + kHeader + "<docnodes>" +
+                                    texts.documentRules + "</docnodes></docdata></message>");
+  directory_.file("template.xml", "<?xml version=\"1.0\"?><m:message" + std::string(kNames) +
+                                      "><m:head><m:name/><m:date/><m:time/></m:head><m:body>" +
+                                      texts.body + "</m:body><m:tables>" + texts.tables +
+                                      "</m:tables><m:extras>" + texts.extras +
+                                      "</m:extras></m:message>");
+  directory_.file("reference.xml", "<m:message" + std::string(kNames) + " mandatory='true'>" +
+                                       texts.reference + "</m:message>");
+  directory_.file("types.xml",
+                  "<SchemaTypeMapperDocument" + std::string(kNames) +
+                      "><schematypes><schematype id='structured_address_type'>"
+                      "<m:line1><value id='line1'/></m:line1><m:line2><value id='line2'/></m:line2>"
+                      "<m:line3><value id='line3'/></m:line3><m:line4><value id='line4'/></m:line4>"
+                      "</schematype><schematype id='row_type'>" +
+                      strRow + "<pbr:AdditionalInfo/></schematype>" + texts.types +
+                      "</schematypes></SchemaTypeMapperDocument>");
+  directory_.file("namespaces.xml",
+                  "<namespaces><namespace id='m' name='urn:bench:message' ref='urn:bench:message'/>"
+                  "<namespace id='pbr' name='urn:bench:record' ref='urn:bench:record'/>" +
+                      texts.namespaces + "</namespaces>");
+  directory_.file("hidden.xml", "<hiddenfields>" + texts.hidden + "</hiddenfields>");
+  directory_.file("questions.xml", "<questions>" + texts.questions + "</questions>");
+  directory_.file("record.xsd", kRecordSchema);
+  directory_.file(
+      "message.xsd",
+      "<xs:schema xmlns:xs='http://www.w3.org/2001/XMLSchema'" + std::string(kNames) +
+          " targetNamespace='urn:bench:message' elementFormDefault='qualified'>"
+          "<xs:import namespace='urn:bench:record' schemaLocation='record.xsd'/>" +
+          kSimpleTypes + "<xs:complexType name='row'><xs:sequence>" + strRowSchema +
+          "<xs:element ref='pbr:AdditionalInfo' minOccurs='0'/></xs:sequence></xs:complexType>" +
+          texts.definitions +
+          sequence("message", sequence("head", element("name", "m:answer", "") +
+                                                   element("date", "xs:date", "") +
+                                                   element("time", "xs:time", "")) +
+                                  sequence("body", texts.bodySchema, kOptional) +
+                                  sequence("tables", texts.tablesSchema, kOptional) +
+                                  sequence("extras", texts.extrasSchema, kOptional)) +
+          "</xs:schema>");
+  directory_.file(
+      "deployment.json",
+      R"({"template": "template.xml", "object-mapper": "mapper.xml", "schema-types": "types.xml",
 "hidden-fields": "hidden.xml", "namespaces": "namespaces.xml", "questions": "questions.xml",
 "reference": "reference.xml", "object-list": "objects.xml", "protocol-info": "protocol.xml",
 "page-dir": "pages", "schema-url": "message.xsd", "schema-uri": "urn:bench:message"})");
@@ -423,7 +405,7 @@ void GeneratedDeployment::writeFiles(const Texts& texts) {
   for (const auto& [strName, strValue] : answers_) {
     strForm += (strForm.empty() ? "" : "&") + encoded(strName) + "=" + encoded(strValue);
   }
-  write("answers.form", strForm);
+  directory_.file("answers.form", strForm);
 }
 
 }  // namespace Varnel_Tolv_XML_Creation::bench

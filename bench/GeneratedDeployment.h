@@ -7,6 +7,7 @@
 
 #include "Dimensions.h"
 #include "platform/host/WebRequest.h"
+#include "support/Documents.h"
 
 namespace Varnel_Tolv_XML_Creation::bench {
 
@@ -28,12 +29,9 @@ struct GeneratedTable {
 class GeneratedDeployment {
  public:
   explicit GeneratedDeployment(const Dimensions& dimensions);
-  ~GeneratedDeployment();
-  GeneratedDeployment(const GeneratedDeployment&) = delete;
-  GeneratedDeployment& operator=(const GeneratedDeployment&) = delete;
 
-  std::string file(const char* strName) const { return (directory_ / strName).string(); }
-  const std::filesystem::path& directory() const { return directory_; }
+  std::string file(const char* strName) const { return directory_.at(strName); }
+  const std::filesystem::path& directory() const { return directory_.path(); }
   const FormCollection& form() const { return form_; }
   const std::vector<std::pair<std::string, std::string>>& answers() const { return answers_; }
   const Dimensions& dimensions() const { return dimensions_; }
@@ -64,7 +62,6 @@ class GeneratedDeployment {
   std::string bodyOfTemplate() const;
   std::string bodyOfReference() const;
   void answer(const std::string& strName, const std::string& strValue);
-  void write(const char* strName, const std::string& strText) const;
   void addFields(Texts& texts);
   void addTables(Texts& texts);
   void addExtras(Texts& texts);
@@ -75,7 +72,7 @@ class GeneratedDeployment {
 
   Dimensions dimensions_;
   std::vector<GeneratedTable> tables_;
-  std::filesystem::path directory_;
+  test::TemporaryDirectory directory_;
   std::vector<std::pair<std::string, std::string>> answers_;
   FormCollection form_;
 };

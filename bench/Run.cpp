@@ -5,22 +5,10 @@
 #include <thread>
 
 namespace Varnel_Tolv_XML_Creation::bench {
-namespace {
-
-Document loaded(const std::string& strFile, FileCache& cache) {
-  Document objXml = Document::create({.cache = &cache});
-  if (!objXml.load(strFile)) throw std::runtime_error(objXml.parseError().reason);
-  return objXml;
-}
-
-}  // namespace
-
 Caller::Caller(const GeneratedDeployment& deployment)
-    : deployment_(deployment), server_(deployment.directory() / "pages") {
-  context_ = {.request = &deployment.form(), .server = &server_};
-  host_.objectContext = &context_;
-  host_.clock = &clock_;
-  host_.cache = &cache_;
+    : deployment_(deployment),
+      configuration_(
+          openDeployment(deployment.directory().string(), {{"now", "2026-03-14T12:05:00"}})) {
   // What was written just now is not kept yet.
   std::this_thread::sleep_for(std::chrono::milliseconds(100));
 }
@@ -28,24 +16,19 @@ Caller::Caller(const GeneratedDeployment& deployment)
 Outcome Caller::run(Extent extent, Asked asked) const {
   const auto file = [&](const char* strName) { return deployment_.file(strName); };
   Outcome outcome;
-  HostServices host = host_;
-  if (asked != Asked::nothing) host.report = &outcome.report;
-  host.blnJournal = asked == Asked::journal;
-  BuildXML objBuild(host);
-  Document objParkXML = loaded(file("objects.xml"), cache_);
-  const Document objInfo = loaded(file("protocol.xml"), cache_);
-  Document objSendXML;
-  ValidationUserErrors colUserErrors;
-  ValidationIntErrors colIntErrors;
-  const Acknowledge objAck = objBuild.buildXML(
-      file("template.xml"), file("mapper.xml"), file("types.xml"), file("hidden.xml"),
-      file("namespaces.xml"), file("questions.xml"), file("reference.xml"), extent != Extent::park,
-      extent == Extent::validate, objParkXML, objSendXML, objInfo.documentElement(), colUserErrors,
-      colIntErrors, "message.xsd", "urn:bench:message");
+  Deployment deployment = configuration_;
+  deployment.blnSubmit = extent != Extent::park;
+  deployment.blnValidateAgainstSchema = extent == Extent::validate;
+  const RunOutputs run =
+      runDeployment(deployment, deployment_.form(),
+                    {.cache = &cache_,
+                     .report = asked != Asked::nothing ? &outcome.report : nullptr,
+                     .blnJournal = asked == Asked::journal});
+  const Acknowledge& objAck = run.objAck;
   outcome.blnValid = objAck.ErrorCode() != SVC_RET_XML_CREATION_SCHEMA_VALIDATION_FAILED;
   if (outcome.blnValid && !objAck.Success()) throw std::runtime_error(objAck.ErrorDetail());
-  outcome.strParkXML = objParkXML.xml();
-  if (objSendXML) outcome.strMessage = objSendXML.xml();
+  outcome.strParkXML = run.objParkXML.xml();
+  if (run.objSendXML) outcome.strMessage = run.objSendXML.xml();
   return outcome;
 }
 

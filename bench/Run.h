@@ -4,7 +4,7 @@
 #include <string>
 
 #include "GeneratedDeployment.h"
-#include "interface/BuildXML.h"
+#include "interface/RunDeployment.h"
 
 namespace Varnel_Tolv_XML_Creation::bench {
 
@@ -38,11 +38,8 @@ class Caller {
 
  private:
   const GeneratedDeployment& deployment_;
-  const PageServer server_;
+  const Deployment configuration_;
   mutable FileCache cache_;
-  const FixedClock clock_{DateTime{2026, 3, 14, 12, 5, 0}};
-  ObjectContext context_;
-  HostServices host_;
 };
 
 /// Throws std::runtime_error unless the message holds every answer of the form and nothing beside

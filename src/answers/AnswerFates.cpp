@@ -320,9 +320,9 @@ bool AnswerFates::isLeftOutOnPurpose(const Node& objEntry) {
 }
 
 void AnswerFates::tellHiddenFields() {
-  std::unordered_map<const void*, bool> objects;
+  std::unordered_set<const void*> objects;
   for (const AnswerLog::HiddenObject& hidden : log_.hiddenObjects()) {
-    objects.emplace(hidden.objHiddenField.identity(), true);
+    objects.insert(hidden.objHiddenField.identity());
   }
   for (const AnswerLog::HiddenValue& hidden : log_.hiddenValues()) {
     const Node& objHidden = hidden.objHiddenField;

@@ -8,16 +8,6 @@
 namespace Varnel_Tolv_XML_Creation {
 namespace {
 
-// Which lookup finds an entry; the id follows.
-constexpr std::string_view kAnyEntry = "id ";
-constexpr std::string_view kTableEntry = "table ";
-constexpr std::string_view kGroupEntry = "group ";
-constexpr std::string_view kTableGroupEntry = "tablegroup ";
-
-std::string key(std::string_view strKind, std::string_view strId) {
-  return std::string(strKind).append(strId);
-}
-
 bool hasText(const Node& objEntry, std::string_view strChild) {
   const Node objChild = objEntry.selectSingleNode(strChild);
   return objChild && objChild.hasText();
@@ -31,13 +21,8 @@ void MappingWord::readEntries() {
   const NodeList colEntries = required(objMapper_.selectNodes("//message/messageitem"));
   for (const Node& objEntry : colEntries) {
     const std::string strId = attributeText(objEntry, kId);
-    const std::string strType = attributeText(objEntry, kType);
-    entries_.try_emplace(key(kAnyEntry, strId), objEntry);
-    if (strType == "group") entries_.try_emplace(key(kGroupEntry, strId), objEntry);
-    if (strType == "tablegroup") entries_.try_emplace(key(kTableGroupEntry, strId), objEntry);
-    if (strType == "table" || strType == "dynatable") {
-      entries_.try_emplace(key(kTableEntry, strId), objEntry);
-    }
+    entriesOf(EntryKind::any).try_emplace(strId, objEntry);
+    entriesOf(entryKind(attributeText(objEntry, kType))).try_emplace(strId, objEntry);
   }
 }
 
@@ -46,11 +31,9 @@ Node MappingWord::leavesOut(const Node& objObject) {
   const bool blnTable = toLower(attributeText(objObject, kObjectType)) == kTableObject;
   const std::string strGroup = attributeText(objObject, "group");
   const bool blnGroup = !saysNo(attributeText(objObject, kDynamic)) && !strGroup.empty();
-  const std::string strKey =
-      blnGroup ? key(blnTable ? kTableGroupEntry : kGroupEntry, strGroup)
-               : key(blnTable ? kTableEntry : kAnyEntry, toLower(attributeText(objObject, kId)));
-  const auto found = entries_.find(strKey);
-  if (found == entries_.end()) return {};
+  const auto& entries = entriesOf(entryKindOf(blnTable, blnGroup));
+  const auto found = entries.find(blnGroup ? strGroup : toLower(attributeText(objObject, kId)));
+  if (found == entries.end()) return {};
   const Node& objEntry = found->second;
   const std::string strWord = attributeText(objEntry, "toschema");
   if (strWord.empty() || !saysNo(strWord)) return {};

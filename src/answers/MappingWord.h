@@ -1,9 +1,12 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <string>
 #include <unordered_map>
 #include <vector>
 
+#include "config/EntryKind.h"
 #include "platform/dom/Document.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -24,13 +27,16 @@ class MappingWord {
   const std::vector<Node>& takersOf(const std::string& strObjectId);
 
  private:
+  using ById = std::unordered_map<std::string, Node>;
+
   void readEntries();
   void readTakers();
+  ById& entriesOf(EntryKind kind) { return entries_[static_cast<std::size_t>(kind)]; }
 
   const Document objMapper_;
   bool blnRead_ = false;
   bool blnTakersRead_ = false;
-  std::unordered_map<std::string, Node> entries_;  // the first one of each kind and id
+  std::array<ById, kEntryKinds> entries_;  // the first one of each kind and id
   std::unordered_map<std::string, std::vector<Node>> takers_;
 };
 

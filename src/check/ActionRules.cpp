@@ -17,22 +17,6 @@
 namespace Varnel_Tolv_XML_Creation {
 namespace {
 
-enum class ActionKind { none, join, rowText, complexType };
-
-bool isTableEntry(const MappingEntry& entry) {
-  return entry.strType == "table" || entry.strType == "dynatable" || entry.strType == "tablegroup";
-}
-
-/// What a run makes of an entry's action.
-ActionKind kindOf(const MappingEntry& entry) {
-  if (!entry.objAction) return ActionKind::none;
-  const std::string strLower = toLower(entry.strActionId);
-  if (isTableEntry(entry)) {
-    return strLower == kRowTextAction ? ActionKind::rowText : ActionKind::complexType;
-  }
-  return strLower == kJoinAction ? ActionKind::join : ActionKind::complexType;
-}
-
 std::vector<Node> parameters(const MappingEntry& entry) {
   std::vector<Node> found;
   for (const Node& objChild : childElements(entry.objAction)) {
@@ -42,19 +26,17 @@ std::vector<Node> parameters(const MappingEntry& entry) {
 }
 
 const ComplexType* typeOf(const ParsedDeployment& deployment, const MappingEntry& entry) {
-  return kindOf(entry) == ActionKind::complexType
-             ? deployment.complexType(toLower(entry.strActionId))
-             : nullptr;
+  return entry.actionKind() == ActionKind::complexType ? deployment.complexType(entry) : nullptr;
 }
 
 bool isLeftOut(const MappingEntry& entry) {
-  return isTableEntry(entry) ? entry.strParentXPath.empty() && entry.strNodePath.empty()
-                             : !entry.isSent();
+  return entry.isTable() ? entry.strParentXPath.empty() && entry.strNodePath.empty()
+                         : !entry.isSent();
 }
 
 void findTablesWithoutAction(const ParsedDeployment& deployment, Findings& findings) {
   for (const MappingEntry& entry : deployment.entries) {
-    if (!isTableEntry(entry) || entry.objAction) continue;
+    if (!entry.isTable() || entry.objAction) continue;
     findings.add(deployment.objectMapper, entry.objNode, "", entry.strId,
                  "The entry of a table has no action: every form with the table fails.",
                  "Give it an action: rowinfotovalue or a schematype.");
@@ -64,20 +46,19 @@ void findTablesWithoutAction(const ParsedDeployment& deployment, Findings& findi
 void findUnknownActions(const ParsedDeployment& deployment, Findings& findings) {
   if (!deployment.schemaTypes.isLoaded()) return;
   for (const MappingEntry& entry : deployment.entries) {
-    if (kindOf(entry) != ActionKind::complexType || isLeftOut(entry)) continue;
+    if (entry.actionKind() != ActionKind::complexType || isLeftOut(entry)) continue;
     if (isBlank(entry.strActionId) || typeOf(deployment, entry)) continue;
     findings.add(deployment.objectMapper, entry.objAction, kId, entry.strId,
                  "There is no action " + inQuotes(entry.strActionId) +
                      ", and no schematype of that name: every form with this answer fails.",
                  "Name a schematype of the schema types, " +
-                     inQuotes(isTableEntry(entry) ? kRowTextAction : kJoinAction) +
-                     ", or nothing.");
+                     inQuotes(entry.isTable() ? kRowTextAction : kJoinAction) + ", or nothing.");
   }
 }
 
 void findAddressesInCapitals(const ParsedDeployment& deployment, Findings& findings) {
   for (const MappingEntry& entry : deployment.entries) {
-    if (entry.isAddress() || toLower(entry.strActionId) != kAddressAction) continue;
+    if (entry.isAddress() || entry.strLowerAction != kAddressAction) continue;
     findings.add(deployment.objectMapper, entry.objAction, kId, entry.strId,
                  "The action " + inQuotes(entry.strActionId) +
                      " splits no answer into lines: that is done only for the name in lower case.",
@@ -88,7 +69,7 @@ void findAddressesInCapitals(const ParsedDeployment& deployment, Findings& findi
 void findParameterCounts(const ParsedDeployment& deployment, Findings& findings) {
   for (const MappingEntry& entry : deployment.entries) {
     const std::size_t lngCount = parameters(entry).size();
-    if (kindOf(entry) != ActionKind::join || lngCount == 2) continue;
+    if (entry.actionKind() != ActionKind::join || lngCount == 2) continue;
     findings.add(deployment.objectMapper, entry.objAction, "", entry.strId,
                  "addinfotonode joins exactly two parameters and has " + std::to_string(lngCount) +
                      ": every form with this answer fails.",
@@ -99,7 +80,7 @@ void findParameterCounts(const ParsedDeployment& deployment, Findings& findings)
 /// Flags of parameters: what a complex type takes only as "true", a joined text as anything.
 void findWrongFlags(const ParsedDeployment& deployment, Findings& findings) {
   for (const MappingEntry& entry : deployment.entries) {
-    const ActionKind kind = kindOf(entry);
+    const ActionKind kind = entry.actionKind();
     if (kind != ActionKind::join && kind != ActionKind::complexType) continue;
     for (const Node& objParameter : parameters(entry)) {
       for (const char* const attribute : {"formvalue", "formlabel"}) {
@@ -119,7 +100,7 @@ void findWrongFlags(const ParsedDeployment& deployment, Findings& findings) {
 /// A parameter that takes its value from nowhere.
 void findEmptyParameters(const ParsedDeployment& deployment, Findings& findings) {
   for (const MappingEntry& entry : deployment.entries) {
-    const ActionKind kind = kindOf(entry);
+    const ActionKind kind = entry.actionKind();
     if (kind != ActionKind::join && kind != ActionKind::complexType) continue;
     for (const Node& objParameter : parameters(entry)) {
       bool blnSource = false;
@@ -141,8 +122,8 @@ void findEmptyParameters(const ParsedDeployment& deployment, Findings& findings)
 /// An action that sends other things than the answer itself.
 void findUnusedAnswers(const ParsedDeployment& deployment, Findings& findings) {
   for (const MappingEntry& entry : deployment.entries) {
-    const ActionKind kind = kindOf(entry);
-    if ((kind != ActionKind::join && kind != ActionKind::complexType) || isTableEntry(entry)) {
+    const ActionKind kind = entry.actionKind();
+    if ((kind != ActionKind::join && kind != ActionKind::complexType) || entry.isTable()) {
       continue;
     }
     const std::vector<Node> colParameters = parameters(entry);
@@ -155,7 +136,7 @@ void findUnusedAnswers(const ParsedDeployment& deployment, Findings& findings) {
       blnUsed = blnUsed || strFlag == "true" || (kind == ActionKind::join && !isBlank(strFlag)) ||
                 toLower(strOther) == entry.strId;
     }
-    if (blnUsed || (toLower(entry.strActionId) == kAddressAction)) continue;
+    if (blnUsed || entry.strLowerAction == kAddressAction) continue;
     findings.add(deployment.objectMapper, entry.objAction, "", entry.strId,
                  "No parameter of the action takes the answer itself: it is lost.",
                  "Give one formvalue=\"true\".");
@@ -165,7 +146,7 @@ void findUnusedAnswers(const ParsedDeployment& deployment, Findings& findings) {
 void findParametersWithoutPlace(const ParsedDeployment& deployment, Findings& findings) {
   for (const MappingEntry& entry : deployment.entries) {
     const ComplexType* const type = typeOf(deployment, entry);
-    if (!type || isTableEntry(entry)) continue;
+    if (!type || entry.isTable()) continue;
     std::unordered_set<std::string> places;
     for (const Placeholder& place : type->placeholders) places.insert(toLower(place.strId));
     for (const Node& objParameter : parameters(entry)) {
@@ -247,7 +228,7 @@ std::map<const ComplexType*, Filling> fillings(const ParsedDeployment& deploymen
     if (!type || isLeftOut(entry)) continue;
     Filling& one = filled[type];
     one.blnKnown = one.blnKnown && !entry.users.empty();
-    one.blnAddress = one.blnAddress || toLower(entry.strActionId) == kAddressAction;
+    one.blnAddress = one.blnAddress || entry.strLowerAction == kAddressAction;
     for (const Node& objParameter : parameters(entry)) {
       one.add(attributeText(objParameter, kId));
     }
@@ -311,7 +292,7 @@ void findNeverFilledPlaces(const ParsedDeployment& deployment, Findings& finding
 /// The complex type of addresses, if answers are split for it; else null.
 const ComplexType* addressType(const ParsedDeployment& deployment) {
   const bool blnUsed = std::ranges::any_of(deployment.entries, [](const MappingEntry& entry) {
-    return entry.isAddress() && !isTableEntry(entry) && !isLeftOut(entry);
+    return entry.isAddress() && !entry.isTable() && !isLeftOut(entry);
   });
   return blnUsed ? deployment.complexType(kAddressAction) : nullptr;
 }
@@ -359,7 +340,7 @@ void findWrongLineSlots(const ParsedDeployment& deployment, Findings& findings) 
 void findDuplicatePlaces(const ParsedDeployment& deployment, Findings& findings) {
   std::unordered_set<const ComplexType*> ofTables;
   for (const MappingEntry& entry : deployment.entries) {
-    if (isTableEntry(entry)) ofTables.insert(typeOf(deployment, entry));
+    if (entry.isTable()) ofTables.insert(typeOf(deployment, entry));
   }
   for (const ComplexType& type : deployment.complexTypes) {
     if (!ofTables.contains(&type)) continue;
@@ -403,7 +384,7 @@ void findPlacesWithoutElement(const ParsedDeployment& deployment, Findings& find
 void findRowLabels(const ParsedDeployment& deployment, Findings& findings) {
   for (const FormObject& object : deployment.objects) {
     if (object.kind != ObjectKind::table || !object.entry) continue;
-    if (kindOf(*object.entry) != ActionKind::rowText || isLeftOut(*object.entry)) continue;
+    if (object.entry->actionKind() != ActionKind::rowText || isLeftOut(*object.entry)) continue;
     const auto add = [&](const Node& objNode, std::string_view attribute,
                          const std::string& strWhat) {
       findings.add(*object.file, objNode, attribute, object.strId,
@@ -430,7 +411,7 @@ void findRowLabels(const ParsedDeployment& deployment, Findings& findings) {
 void findMissingLabels(const ParsedDeployment& deployment, Findings& findings) {
   for (const FormObject& object : deployment.objects) {
     if (object.kind != ObjectKind::table || !object.entry || isLeftOut(*object.entry)) continue;
-    const bool blnRowText = kindOf(*object.entry) == ActionKind::rowText;
+    const bool blnRowText = object.entry->actionKind() == ActionKind::rowText;
     if (deployment.validates() && !object.objNode.getAttribute(kFieldLabel)) {
       findings.add(
           *object.file, object.objNode, kFieldLabel, object.strId,

@@ -94,7 +94,7 @@ BrokenEntries::BrokenEntries(const ParsedDeployment& deployment, const std::vect
   std::vector<const MappingEntry*> unused;
   for (const MappingEntry& entry : deployment.entries) {
     entries.add(mapper.lineOf(entry.objNode), &entry);
-    if (entry.objAction) users[toLower(entry.strActionId)].push_back(&entry);
+    if (entry.objAction) users[entry.strLowerAction].push_back(&entry);
     if (entry.users.empty() && unused.size() < kMostCompared) unused.push_back(&entry);
   }
   for (const ComplexType& type : deployment.complexTypes) {

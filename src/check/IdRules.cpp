@@ -30,8 +30,7 @@ template <class Find>
 void forEachId(const ParsedDeployment& deployment, const Find& find) {
   const ParsedFile& mapper = deployment.objectMapper;
   for (const FormObject& object : deployment.objects) {
-    const bool blnQuestion = object.kind == ObjectKind::field || object.kind == ObjectKind::table;
-    if (object.blnHidden || !blnQuestion) continue;
+    if (object.blnHidden || !object.isQuestion()) continue;
     find(IdUse{*object.file, object.objNode, kId, object.strId, true, object.strId});
     if (!object.strGroup.empty()) {
       find(IdUse{*object.file, object.objNode, "group", object.strGroup, false, object.strId});
@@ -127,7 +126,7 @@ void findCapitals(const ParsedDeployment& deployment, Findings& findings) {
         "the message is marked with it in lower case, so an error in the answer finds no question");
   }
   for (const MappingEntry& entry : deployment.entries) {
-    if (entry.strType == "group" || entry.strType == "tablegroup") continue;
+    if (entry.isGroup()) continue;
     add(deployment.objectMapper, entry.objNode, kId, entry.strId, entry.strId,
         "entries are looked up in lower case, so it is never found");
   }
@@ -136,7 +135,7 @@ void findCapitals(const ParsedDeployment& deployment, Findings& findings) {
         "complex types are looked up in lower case, so it is never found");
   }
   for (const MappingEntry& entry : deployment.entries) {
-    const bool blnTypeAction = entry.objAction && toLower(entry.strActionId) != "addinfotonode";
+    const bool blnTypeAction = entry.objAction && entry.strLowerAction != kJoinAction;
     if (!blnTypeAction) continue;
     for (const Node& objParameter : childElements(entry.objAction)) {
       add(deployment.objectMapper, objParameter, kId, attributeText(objParameter, kId), entry.strId,
@@ -148,7 +147,7 @@ void findCapitals(const ParsedDeployment& deployment, Findings& findings) {
 void findDuplicateObjects(const ParsedDeployment& deployment, Findings& findings) {
   std::unordered_set<std::string> seen;
   for (const FormObject& object : deployment.objects) {
-    if (object.kind != ObjectKind::field && object.kind != ObjectKind::table) continue;
+    if (!object.isQuestion()) continue;
     if (isBlank(object.strId) || seen.insert(object.strLowerId).second) continue;
     findings.add(*object.file, object.objNode, object.blnHidden ? "output" : "id", object.strId,
                  "There is another object with the id " + inQuotes(object.strId) +
@@ -181,9 +180,7 @@ void findDuplicateEntries(const ParsedDeployment& deployment, Findings& findings
   std::unordered_set<std::string> entries, types, questions, outputs;
   for (const MappingEntry& entry : deployment.entries) {
     // A group and a table may share their name with a field.
-    const bool blnTable = entry.strType == "table" || entry.strType == "dynatable";
-    const bool blnOwnLookUp = entry.strType == "group" || entry.strType == "tablegroup";
-    const std::string strKind = blnOwnLookUp ? entry.strType : blnTable ? "table" : "";
+    const std::string strKind = std::to_string(static_cast<std::size_t>(entry.kind));
     look(deployment.objectMapper, entry.objNode, entry.strId, strKind + "/" + entry.strId, entries);
     std::unordered_set<std::string> parameters;
     if (!entry.objAction) continue;

@@ -14,14 +14,6 @@
 namespace Varnel_Tolv_XML_Creation {
 namespace {
 
-bool isMapped(const FormObject& object) {
-  return object.kind == ObjectKind::field || object.kind == ObjectKind::table;
-}
-
-bool isTableEntry(const MappingEntry& entry) {
-  return entry.strType == "table" || entry.strType == "dynatable" || entry.strType == "tablegroup";
-}
-
 std::string lookedUpAs(const FormObject& object) {
   const bool blnTable = object.kind == ObjectKind::table;
   std::string strText = "messageitem with the id " + inQuotes(object.mappingId());
@@ -54,8 +46,7 @@ void findUnmapped(const ParsedDeployment& deployment, Findings& findings) {
   // A group has other members, which tell how its name is written.
   std::vector<const MappingEntry*> usedGroups;
   for (const MappingEntry& entry : deployment.entries) {
-    const bool blnGroup = entry.strType == "group" || entry.strType == "tablegroup";
-    if (blnGroup && !entry.users.empty() && usedGroups.size() < kMostCompared) {
+    if (entry.isGroup() && !entry.users.empty() && usedGroups.size() < kMostCompared) {
       usedGroups.push_back(&entry);
     }
   }
@@ -63,7 +54,7 @@ void findUnmapped(const ParsedDeployment& deployment, Findings& findings) {
   std::size_t lngCompared = 0;
   for (const FormObject& object : deployment.objects) {
     if (object.entry) before = object.entry;
-    if (!isMapped(object) || object.entry) continue;
+    if (!object.isQuestion() || object.entry) continue;
     const MappingEntry* meant = nullptr;
     if (++lngCompared <= kMostCompared) meant = entryMeantFor(deployment, object, unused);
 
@@ -110,9 +101,9 @@ void findUnusedEntries(const ParsedDeployment& deployment, Findings& findings) {
   std::unordered_set<std::string> seen;
   for (const MappingEntry& entry : deployment.entries) {
     const bool blnFirst = seen.insert(entry.strId).second;
-    const bool blnGroup = entry.strType == "group" || entry.strType == "tablegroup";
     // What has its object, or would have one in other letters, is told by other rules.
-    const bool blnTold = !blnGroup && deployment.objectsByLowerId.contains(toLower(entry.strId));
+    const bool blnTold =
+        !entry.isGroup() && deployment.objectsByLowerId.contains(toLower(entry.strId));
     if (!entry.users.empty() || !blnFirst || isBlank(entry.strId) || blnTold) continue;
     if (deployment.lacksHiddenObject(entry.strId)) continue;
     findings.add(deployment.objectMapper, entry.objNode, kId, entry.strId,
@@ -123,7 +114,7 @@ void findUnusedEntries(const ParsedDeployment& deployment, Findings& findings) {
 
 void findWrongToSchema(const ParsedDeployment& deployment, Findings& findings) {
   for (const MappingEntry& entry : deployment.entries) {
-    if (isTableEntry(entry)) continue;
+    if (entry.isTable()) continue;
     if (isBooleanWord(entry.strToSchema)) continue;
     findings.add(deployment.objectMapper, entry.objNode, "toschema", entry.strId,
                  "The attribute toschema=" + inQuotes(entry.strToSchema) +
@@ -134,7 +125,7 @@ void findWrongToSchema(const ParsedDeployment& deployment, Findings& findings) {
 
 void findNotTrue(const ParsedDeployment& deployment, Findings& findings) {
   for (const MappingEntry& entry : deployment.entries) {
-    if (isTableEntry(entry)) continue;
+    if (entry.isTable()) continue;
     const std::string& strWord = entry.strToSchema;
     if (strWord == "true" || !isBooleanWord(strWord)) continue;
     const std::string strLower = toLower(strWord);
@@ -163,7 +154,7 @@ void findWrongCheckExists(const ParsedDeployment& deployment, Findings& findings
 
 void findUnknownEntryTypes(const ParsedDeployment& deployment, Findings& findings) {
   for (const MappingEntry& entry : deployment.entries) {
-    if (entry.strType == "group" || isTableEntry(entry)) continue;
+    if (entry.kind != EntryKind::any) continue;
     const std::string_view strMeant =
         intendedWord(entry.strType, {"dynatable", "tablegroup", "table", "group"});
     if (strMeant.empty()) continue;
@@ -177,7 +168,7 @@ void findUnknownEntryTypes(const ParsedDeployment& deployment, Findings& finding
 /// What a table's entry has and the message does not look at.
 void findIgnoredOnTables(const ParsedDeployment& deployment, Findings& findings) {
   for (const MappingEntry& entry : deployment.entries) {
-    if (!isTableEntry(entry)) continue;
+    if (!entry.isTable()) continue;
     const auto add = [&](const Node& objNode, std::string_view strAttribute, const char* what) {
       findings.add(deployment.objectMapper, objNode, strAttribute, entry.strId,
                    std::string(what) + " does not count for a table.", "Take it out.");
@@ -202,7 +193,7 @@ void findWithoutPlace(const ParsedDeployment& deployment, Findings& findings) {
     const bool blnParent = !isBlank(entry.strParentXPath);
     const bool blnNode = !entry.strNodePath.empty();
     const bool blnSent =
-        isTableEntry(entry) ? blnParent != blnNode || entry.strToSchema == "true" : entry.isSent();
+        entry.isTable() ? blnParent != blnNode || entry.strToSchema == "true" : entry.isSent();
     if (!blnSent || (blnParent && blnNode)) continue;
     const Node& objEmpty = blnParent ? entry.objNodePath : entry.objParentXPath;
     const Node objPlace = objEmpty    ? objEmpty
@@ -211,8 +202,8 @@ void findWithoutPlace(const ParsedDeployment& deployment, Findings& findings) {
                                       : entry.objNode;
     findings.add(deployment.objectMapper, objPlace, "", entry.strId,
                  "The entry has no " + std::string(blnParent ? "node" : "parentxpath") + ": " +
-                     (isTableEntry(entry) ? "the table is silently left out."
-                                          : "every form with this answer fails."),
+                     (entry.isTable() ? "the table is silently left out."
+                                      : "every form with this answer fails."),
                  "Give it both, parentxpath and node.");
   }
 }
@@ -254,7 +245,7 @@ void findNamesOfNothing(const ParsedDeployment& deployment, Findings& findings) 
                 : "Name an object as the object list writes its id.");
   };
   for (const MappingEntry& entry : deployment.entries) {
-    if (!isTableEntry(entry)) {
+    if (!entry.isTable()) {
       look(entry.objNode, "absent", entry.strAbsent, entry,
            "the condition always holds, and both answers are written");
       if (entry.objNodePath) {
@@ -262,7 +253,7 @@ void findNamesOfNothing(const ParsedDeployment& deployment, Findings& findings) 
       }
     }
     if (!entry.objAction) continue;
-    const bool blnJoins = toLower(entry.strActionId) == "addinfotonode";
+    const bool blnJoins = entry.strLowerAction == kJoinAction;
     const std::string_view strAttribute = blnJoins ? "item" : "messageitem";
     for (const Node& objParameter : childElements(entry.objAction)) {
       look(objParameter, strAttribute, attributeText(objParameter, strAttribute), entry,

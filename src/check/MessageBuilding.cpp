@@ -236,15 +236,14 @@ void MessageBuilding::placeField(const FormObject& object) {
       const std::size_t lngElement = makePath(parent.lngElement, entry.strNodePath, objAt, &object,
                                               &entry, parent.blnConditional);
       const Place place{&mapper_, objAt};
-      const std::string strAction = toLower(entry.strActionId);
-      const ComplexType* type = deployment_.complexType(strAction);
+      const ComplexType* type = deployment_.complexType(entry);
       if (!entry.objAction && entry.strItem.empty()) {
         write(lngElement, Source::answer, &object, place, toLower(object.strType));
       } else if (!entry.objAction) {
         const FormObject* item = deployment_.object(entry.strItem);
         const std::string strType = item && item->strType == "date" ? "date" : "";
         write(lngElement, Source::answer, item, place, strType);
-      } else if (strAction == "addinfotonode") {
+      } else if (entry.strLowerAction == kJoinAction) {
         write(lngElement, Source::joined, &object, place);
       } else if (type && lngElement != 0) {
         addContent(lngElement, type->objNode, object, entry);
@@ -289,10 +288,9 @@ void MessageBuilding::placeTable(const FormObject& object) {
     element.blnUnknownUri = !strUri;
   }
   const std::size_t lngRow = add(std::move(element));
-  const std::string strAction = toLower(entry.strActionId);
-  if (strAction == "rowinfotovalue") {
+  if (entry.strLowerAction == kRowTextAction) {
     write(lngRow, Source::joined, &object, {&mapper_, entry.objNodePath});
-  } else if (const ComplexType* type = deployment_.complexType(strAction); type && lngRow != 0) {
+  } else if (const ComplexType* type = deployment_.complexType(entry); type && lngRow != 0) {
     addContent(lngRow, type->objNode, object, entry);
   }
 }

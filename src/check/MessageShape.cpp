@@ -167,11 +167,12 @@ void MessageShape::placeAt(const FormObject& object, const Node& objParentXPath,
     const Node objRow = required(objParent.appendChild(objMessage_.createElement(strNodePath)));
     ++lngElements_;
     objRow.setAttribute(kQuestionId, object.strId);
-    const ComplexType* const type = deployment_.complexType(toLower(entry.strActionId));
-    if (type && toLower(entry.strActionId) != "rowinfotovalue") {
+    const bool blnText = entry.strLowerAction == kRowTextAction;
+    const ComplexType* const type = blnText ? nullptr : deployment_.complexType(entry);
+    if (type) {
       addTypeContent(object, *type, objRow);
     } else {
-      if (toLower(entry.strActionId) != "rowinfotovalue") doubtful_.insert(object.strId);
+      if (!blnText) doubtful_.insert(object.strId);
       objRow.setText("x");
     }
     return;
@@ -211,13 +212,13 @@ void MessageShape::placeAt(const FormObject& object, const Node& objParentXPath,
     }
   }
   objElement.setAttribute(kQuestionId, object.strLowerId);
-  if (blnPlain || toLower(entry.strActionId) == "addinfotonode") {
+  if (blnPlain || entry.strLowerAction == kJoinAction) {
     const auto lngObject = static_cast<std::size_t>(&object - deployment_.objects.data());
     objElement.setAttribute(kFilledBy, std::to_string(lngObject));
     objElement.setText("x");
     return;
   }
-  const ComplexType* const type = deployment_.complexType(toLower(entry.strActionId));
+  const ComplexType* const type = deployment_.complexType(entry);
   if (type) {
     addTypeContent(object, *type, objElement);
   } else {
@@ -392,7 +393,7 @@ void MessageShape::collectPaths() {
       if (!strOther.empty()) places_[strOther].insert(paths.begin(), paths.end());
     };
     share(entry.strItem);
-    if (toLower(entry.strActionId) != "addinfotonode") continue;
+    if (entry.strLowerAction != kJoinAction) continue;
     for (const Node& objParameter : childElements(entry.objAction)) {
       share(attributeText(objParameter, "item"));
     }

@@ -290,10 +290,8 @@ void findUnregisteredPrefixes(const ParsedDeployment& deployment, Findings& find
 void findStepsWithoutPrefix(const ParsedDeployment& deployment, Findings& findings) {
   if (!deployment.namespaceList.isLoaded()) return;
   for (const MappingEntry& entry : deployment.entries) {
-    const bool blnTable =
-        entry.strType == "table" || entry.strType == "dynatable" || entry.strType == "tablegroup";
     for (const Node& objPath : {entry.objNodePath, entry.objExtraNode}) {
-      if (!objPath || blnTable || !isNodePath(objPath.text())) continue;
+      if (!objPath || entry.isTable() || !isNodePath(objPath.text())) continue;
       for (const std::string& strStep : split(objPath.text(), "/")) {
         if (strStep.find(':') != std::string::npos || deployment.namespaceOf(strStep)) continue;
         findings.add(deployment.objectMapper, objPath, "", entry.strId,
@@ -318,10 +316,8 @@ void findUndeclaredRowPrefixes(const ParsedDeployment& deployment, Findings& fin
     }
   }
   for (const MappingEntry& entry : deployment.entries) {
-    const bool blnTable =
-        entry.strType == "table" || entry.strType == "dynatable" || entry.strType == "tablegroup";
     const std::string strPrefix(prefixOf(entry.strNodePath));
-    if (!blnTable || strPrefix.empty() || declared.contains(strPrefix)) continue;
+    if (!entry.isTable() || strPrefix.empty() || declared.contains(strPrefix)) continue;
     findings.add(deployment.objectMapper, entry.objNodePath, "", entry.strId,
                  "The template does not declare the prefix " + inQuotes(strPrefix) +
                      " of the rows: the message is no well-formed XML, and not checked.",

@@ -126,7 +126,7 @@ void findWrongDynamic(const ParsedDeployment& deployment, Findings& findings) {
 
 void findGroups(const ParsedDeployment& deployment, Findings& findings) {
   forEachListed(deployment, [&](const FormObject& object) {
-    if (object.kind != ObjectKind::field && object.kind != ObjectKind::table) return;
+    if (!object.isQuestion()) return;
     if (object.blnDynamic == !object.strGroup.empty()) return;
     findings.add(*object.file, object.objNode, object.blnDynamic ? kDynamic : "group", object.strId,
                  object.blnDynamic ? "The object is dynamic and names no group."
@@ -179,7 +179,7 @@ bool isDynamicTable(const FormObject& object) {
 
 /// Whether each row of a table becomes one text, which needs a cell of every column.
 bool isWrittenAsText(const FormObject& object) {
-  return object.entry && toLower(object.entry->strActionId) == "rowinfotovalue";
+  return object.entry && object.entry->strLowerAction == kRowTextAction;
 }
 
 /// Rows that stand in a dynamic table from the beginning get no cells.

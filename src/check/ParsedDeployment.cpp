@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <unordered_set>
 #include <utility>
 
 #include "check/MessageShape.h"
@@ -70,6 +71,14 @@ std::optional<std::size_t> Placeholder::slot() const {
   return static_cast<std::size_t>(letter - '0');
 }
 
+ActionKind MappingEntry::actionKind() const {
+  if (!objAction) return ActionKind::none;
+  if (isTable()) {
+    return strLowerAction == kRowTextAction ? ActionKind::rowText : ActionKind::complexType;
+  }
+  return strLowerAction == kJoinAction ? ActionKind::join : ActionKind::complexType;
+}
+
 std::string NamespaceEntry::problem() const {
   return failureOf([&] { Document::create().setSelectionNamespaces(declaration()); });
 }
@@ -129,7 +138,7 @@ bool ParsedDeployment::validates() const {
 void ParsedDeployment::readNamespaces(const Mends& mends) {
   // As a run selects them: every child of every `namespaces`, whatever its name.
   if (!namespaceList.isLoaded()) return;
-  std::unordered_map<std::string, bool> declared;
+  std::unordered_set<std::string> declared;
   for (const Node& objElement : namespaceList.elements()) {
     const Node objParent = objElement.parentNode();
     if (!isElement(objParent) || !isPlain(objParent, "namespaces")) continue;
@@ -145,7 +154,7 @@ void ParsedDeployment::readNamespaces(const Mends& mends) {
       entry.strRef = mend.strRef;
     }
     namespacesByPrefix[entry.strPrefix].push_back(namespaces.size() - 1);
-    if (!declared.emplace(entry.strPrefix, true).second) continue;
+    if (!declared.insert(entry.strPrefix).second) continue;
     // What is refused a rule about the list tells.
     if (entry.problem().empty()) strSelectionNamespaces += entry.declaration() + " ";
   }
@@ -211,6 +220,7 @@ void ParsedDeployment::readEntries() {
     entry.objNode = objElement;
     entry.strId = attributeText(objElement, kId);
     entry.strType = attributeText(objElement, kType);
+    entry.kind = entryKind(entry.strType);
     entry.strToSchema = attributeText(objElement, "toschema");
     entry.strAbsent = attributeText(objElement, "absent");
     entry.strCheckExists = attributeText(objElement, "checkexists");
@@ -225,6 +235,7 @@ void ParsedDeployment::readEntries() {
     entry.strExtraNode = textOrNone(entry.objExtraNode);
     if (entry.objNodePath) entry.strItem = attributeText(entry.objNodePath, "item");
     if (entry.objAction) entry.strActionId = attributeText(entry.objAction, kId);
+    entry.strLowerAction = toLower(entry.strActionId);
     entriesById[entry.strId].push_back(entries.size());
     entries.push_back(std::move(entry));
   }
@@ -285,25 +296,23 @@ void ParsedDeployment::readQuestions() {
 
 void ParsedDeployment::joinObjectsWithEntries() {
   // The first entry with an id for each way of looking it up, as a run's expressions find it.
-  std::array<std::unordered_map<std::string, std::size_t>, 4> firstEntries;
-  auto& [anyType, group, table, tableGroup] = firstEntries;
+  std::array<std::unordered_map<std::string, std::size_t>, kEntryKinds> firstEntries;
+  const auto firstOf = [&](EntryKind kind) -> auto& {
+    return firstEntries[static_cast<std::size_t>(kind)];
+  };
   for (std::size_t at = 0; at < entries.size(); ++at) {
-    const MappingEntry& entry = entries[at];
-    anyType.emplace(entry.strId, at);
-    if (entry.strType == "group") group.emplace(entry.strId, at);
-    if (entry.strType == "tablegroup") tableGroup.emplace(entry.strId, at);
-    if (entry.strType == "table" || entry.strType == "dynatable") table.emplace(entry.strId, at);
+    firstOf(EntryKind::any).emplace(entries[at].strId, at);
+    firstOf(entries[at].kind).emplace(entries[at].strId, at);
   }
   for (std::size_t at = 0; at < objects.size(); ++at) {
     FormObject& object = objects[at];
     objectsById[object.strId].push_back(at);
     objectsByLowerId[object.strLowerId].push_back(at);
-    if (object.kind != ObjectKind::field && object.kind != ObjectKind::table) continue;
-    const bool blnTable = object.kind == ObjectKind::table;
-    const auto& firstOf =
-        object.blnDynamic ? (blnTable ? tableGroup : group) : (blnTable ? table : anyType);
-    const auto found = firstOf.find(object.mappingId());
-    if (found == firstOf.end()) continue;
+    if (!object.isQuestion()) continue;
+    const auto& candidates =
+        firstOf(entryKindOf(object.kind == ObjectKind::table, object.blnDynamic));
+    const auto found = candidates.find(object.mappingId());
+    if (found == candidates.end()) continue;
     object.entry = &entries[found->second];
     entries[found->second].users.push_back(&object);
   }
@@ -328,6 +337,10 @@ const MappingEntry* ParsedDeployment::entry(std::string_view strId) const {
 
 const ComplexType* ParsedDeployment::complexType(std::string_view strLowerId) const {
   return first(complexTypes, complexTypesById, strLowerId);
+}
+
+const ComplexType* ParsedDeployment::complexType(const MappingEntry& entry) const {
+  return complexType(entry.strLowerAction);
 }
 
 const Question* ParsedDeployment::question(std::string_view strId) const {

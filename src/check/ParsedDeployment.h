@@ -11,6 +11,7 @@
 
 #include "check/DeploymentFiles.h"
 #include "check/ParsedFile.h"
+#include "config/EntryKind.h"
 #include "config/Names.h"
 
 // The files of a deployment as rules read them: parsed, and taken apart into plain records with
@@ -37,6 +38,9 @@ struct TableColumn {
 
 enum class ObjectKind { field, table, other, endMark };
 
+/// What a run makes of an entry's action.
+enum class ActionKind { none, join, rowText, complexType };
+
 /// An object of the form: a `prtobjct` of the object list, or the field that a hidden field
 /// becomes.
 struct FormObject {
@@ -54,6 +58,9 @@ struct FormObject {
   std::vector<Node> rows;
   const MappingEntry* entry = nullptr;  // the one that a run takes; null: none
 
+  /// Whether it asks for answers: a field, or a table.
+  bool isQuestion() const { return kind == ObjectKind::field || kind == ObjectKind::table; }
+
   /// The id that its mapping entry must have.
   const std::string& mappingId() const { return blnDynamic ? strGroup : strLowerId; }
 };
@@ -63,15 +70,21 @@ struct MappingEntry {
   Node objNode;
   std::string strId;
   std::string strType;
+  EntryKind kind = EntryKind::any;  // by its type
   std::string strToSchema;
   std::string strAbsent;
   std::string strCheckExists;
   Node objParentXPath, objNodePath, objExtraPath, objExtraNode, objAction;  // children, or Nothing
   std::string strParentXPath, strNodePath, strItem, strExtraPath, strExtraNode;
   std::string strActionId;                    // as written
+  std::string strLowerAction;                 // as complex types are looked up
   std::vector<const FormObject*> users = {};  // whose entry this is
 
   bool isSent() const { return strToSchema == "true"; }
+  bool isTable() const { return kind == EntryKind::table || kind == EntryKind::tableGroup; }
+  bool isGroup() const { return kind == EntryKind::group || kind == EntryKind::tableGroup; }
+
+  ActionKind actionKind() const;
 
   /// Whether a run splits the answer into the lines of an address.
   bool isAddress() const { return strActionId == kAddressAction; }
@@ -203,6 +216,7 @@ struct ParsedDeployment {
   const FormObject* object(std::string_view strId) const;
   const MappingEntry* entry(std::string_view strId) const;
   const ComplexType* complexType(std::string_view strLowerId) const;
+  const ComplexType* complexType(const MappingEntry& entry) const;  // which its action names
   const Question* question(std::string_view strId) const;
   const NamespaceEntry* namespaceOf(std::string_view strPrefix) const;
 

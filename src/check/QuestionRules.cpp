@@ -225,7 +225,7 @@ void findWrongColumns(const ParsedDeployment& deployment, Findings& findings) {
     for (const TableColumn& column : object->columns) columns.insert(column.strId);
     std::unordered_set<std::string> asked, places;
     const ComplexType* const type =
-        object->entry ? deployment.complexType(toLower(object->entry->strActionId)) : nullptr;
+        object->entry ? deployment.complexType(*object->entry) : nullptr;
     if (type) {
       for (const Placeholder& place : type->placeholders) places.insert(place.strId);
     }
@@ -263,9 +263,8 @@ void findWrongColumnPaths(const ParsedDeployment& deployment, Findings& findings
   for (const Question& question : deployment.questions) {
     const FormObject* const object = deployment.object(question.strId);
     if (!object || !object->entry || object->kind != ObjectKind::table) continue;
-    const std::string& strType = object->entry->strActionId;
-    const ComplexType* const type = deployment.complexType(toLower(strType));
-    const bool blnText = toLower(strType) == "rowinfotovalue";
+    const ComplexType* const type = deployment.complexType(*object->entry);
+    const bool blnText = object->entry->strLowerAction == kRowTextAction;
     const std::optional<std::size_t> lngRow = shape.paths().find(question.strXPath);
     if (blnText || !type || !lngRow || !shape.isPlaceOf(question.strId, *lngRow)) continue;
     // Where each column's cell goes, by the path.

@@ -31,13 +31,6 @@ void readText(const Node& objPart, std::string& strText) {
   if (objPart) strText = objPart.text();
 }
 
-/// The kind beside `any` as which an entry of this type can be meant.
-ObjectMapping::Kind kindOf(std::string_view strType) {
-  if (strType == "group") return ObjectMapping::group;
-  if (strType == "tablegroup") return ObjectMapping::tableGroup;
-  return strType == "dynatable" || strType == "table" ? ObjectMapping::table : ObjectMapping::any;
-}
-
 }  // namespace
 
 Node readMessageItem(const Node& objMessageItem, ObjectMapperInfo& info) {
@@ -68,20 +61,20 @@ ObjectMapping::ObjectMapping(const Document& objObjectMapper) {
     const std::optional<std::string> strId = objMessageItem.getAttribute(kId);
     if (!strId) continue;
     FirstOfKinds& first = byId_[*strId];
-    const Kind kind = kindOf(attributeText(objMessageItem, kType));
-    if (first[any] && first[kind]) continue;  // it is never meant
+    const EntryKind kind = entryKind(attributeText(objMessageItem, kType));
+    if (first[EntryKind::any] && first[kind]) continue;  // it is never meant
     MessageItem& item = items_.emplace_back();
     item.blnAction = bool{readMessageItem(objMessageItem, item.info)};
     item.lngLine = objMessageItem.lineNumber();
     item.readPaths(names);
-    if (!first[any]) first[any] = &item;
+    if (!first[EntryKind::any]) first[EntryKind::any] = &item;
     if (!first[kind]) first[kind] = &item;
   }
 }
 
-const MessageItem* ObjectMapping::find(std::string_view strId, Kind kind) const {
+const MessageItem* ObjectMapping::find(std::string_view strId, EntryKind kind) const {
   const auto first = byId_.find(strId);
-  return first == byId_.end() ? nullptr : first->second[kind];
+  return first == byId_.end() ? nullptr : first->second.items[static_cast<std::size_t>(kind)];
 }
 
 bool ObjectMapping::isPlainId(std::string_view strId) {
@@ -89,12 +82,15 @@ bool ObjectMapping::isPlainId(std::string_view strId) {
   return strId.size() <= kLong && strId.find('\'') == std::string_view::npos;
 }
 
-std::string messageItemPath(std::string_view strId, ObjectMapping::Kind kind) {
-  constexpr std::array<std::string_view, ObjectMapping::kKinds> kConditions = {
+std::string messageItemPath(std::string_view strId, EntryKind kind) {
+  constexpr std::array<std::string_view, kEntryKinds> kConditions = {
       "", " and @type='group'", " and (@type='dynatable' or @type='table')",
       " and @type='tablegroup'"};
   std::string strPath("//message/messageitem[@id='");
-  return strPath.append(strId).append("'").append(kConditions.at(kind)).append("]");
+  return strPath.append(strId)
+      .append("'")
+      .append(kConditions.at(static_cast<std::size_t>(kind)))
+      .append("]");
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <unordered_map>
 
+#include "config/EntryKind.h"
 #include "deployment/NodePath.h"
 #include "platform/dom/Document.h"
 
@@ -50,11 +51,8 @@ class ObjectMapping {
  public:
   explicit ObjectMapping(const Document& objObjectMapper);
 
-  /// Which of the entries with one id is meant: the first of all, or the first of such a type.
-  enum Kind : std::size_t { any, group, table, tableGroup, kKinds };
-
   /// What `messageItemPath` selects first, or null.
-  const MessageItem* find(std::string_view strId, Kind kind) const;
+  const MessageItem* find(std::string_view strId, EntryKind kind) const;
 
   /// Whether an id goes into that expression as nothing but a text.
   static bool isPlainId(std::string_view strId);
@@ -66,13 +64,17 @@ class ObjectMapping {
       return std::hash<std::string_view>()(strId);
     }
   };
-  using FirstOfKinds = std::array<const MessageItem*, kKinds>;
+  /// Of the entries with one id the first of all, and the first of each type.
+  struct FirstOfKinds {
+    const MessageItem*& operator[](EntryKind kind) { return items[static_cast<std::size_t>(kind)]; }
+    std::array<const MessageItem*, kEntryKinds> items{};
+  };
 
   std::deque<MessageItem> items_;
   std::unordered_map<std::string, FirstOfKinds, IdHash, std::equal_to<>> byId_;
 };
 
 /// The expression that selects the entries with an id that are meant.
-std::string messageItemPath(std::string_view strId, ObjectMapping::Kind kind);
+std::string messageItemPath(std::string_view strId, EntryKind kind);
 
 }  // namespace Varnel_Tolv_XML_Creation

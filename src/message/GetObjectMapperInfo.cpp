@@ -19,9 +19,8 @@ Acknowledge GetObjectMapperInfo(const Node& objMessageItem, ObjectMapperInfo& in
   });
 }
 
-Acknowledge findMessageItem(const Document& objObjectMapper, std::string_view strId,
-                            ObjectMapping::Kind kind, std::optional<MessageItem>& own,
-                            const MessageItem*& item) {
+Acknowledge findMessageItem(const Document& objObjectMapper, std::string_view strId, EntryKind kind,
+                            std::optional<MessageItem>& own, const MessageItem*& item) {
   const auto* const mapping = modelOf<ObjectMapping>(objObjectMapper);
   if (mapping && ObjectMapping::isPlainId(strId)) {
     item = mapping->find(strId, kind);

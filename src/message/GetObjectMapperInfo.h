@@ -19,8 +19,7 @@ Acknowledge GetObjectMapperInfo(const Node& objMessageItem, ObjectMapperInfo& in
 /// entry has an action, its path is selected and the entry read into `own`. Has no handler.
 ///
 /// Errors: those of `GetObjectMapperInfo`; `item` then is the entry all the same.
-Acknowledge findMessageItem(const Document& objObjectMapper, std::string_view strId,
-                            ObjectMapping::Kind kind, std::optional<MessageItem>& own,
-                            const MessageItem*& item);
+Acknowledge findMessageItem(const Document& objObjectMapper, std::string_view strId, EntryKind kind,
+                            std::optional<MessageItem>& own, const MessageItem*& item);
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -70,14 +70,14 @@ class FieldPlacement {
   std::string strId_;
   std::string_view strLabel_;  // in the parked form, which stays as it is
   std::string strValue_;
-  ObjectMapping::Kind kind_ = ObjectMapping::any;
+  EntryKind kind_ = EntryKind::any;
   std::optional<MessageItem> own_;  // where the compiled mapper has no entry ready
   const MessageItem* item_ = nullptr;
 };
 
 void FieldPlacement::readField() {
   strId_ = toLower(attributeView(prtobjct_, kId));
-  if (toBoolean(attributeView(prtobjct_, kDynamic))) kind_ = ObjectMapping::group;
+  if (toBoolean(attributeView(prtobjct_, kDynamic))) kind_ = EntryKind::group;
   strLabel_ = attributeView(prtobjct_, kFieldLabel);
   strValue_ = convertAnswer(session_, attributeView(prtobjct_, kType),
                             trim(attributeView(prtobjct_, kValue)));
@@ -85,7 +85,7 @@ void FieldPlacement::readField() {
 
 Acknowledge FieldPlacement::readMapping() {
   const std::string_view strMapperId =
-      kind_ == ObjectMapping::group ? attributeView(prtobjct_, "group") : strId_;
+      kind_ == EntryKind::group ? attributeView(prtobjct_, "group") : strId_;
   if (tracing(session_)) {
     trace(session_, kProcedure, {"strMapperPath=", messageItemPath(strMapperId, kind_)});
   }

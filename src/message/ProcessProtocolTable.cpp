@@ -34,7 +34,7 @@ Acknowledge ProcessProtocolTable(const Session& session, const Document& objSend
     }
     const std::string strId = toLower(attributeText(objParkTable, kId));
     const bool blnDynamic = toBoolean(attributeText(objParkTable, kDynamic));
-    const auto kind = blnDynamic ? ObjectMapping::tableGroup : ObjectMapping::table;
+    const EntryKind kind = entryKindOf(true, blnDynamic);
     const std::string strMapperId = blnDynamic ? attributeText(objParkTable, "group") : strId;
     std::optional<MessageItem> own;
     const MessageItem* item = nullptr;

@@ -40,8 +40,8 @@ TEST(ObjectMapping, FindsTheEntryThatItsPathSelects) {
   int lngFound = 0;
   for (const char* strId :
        {"q", "Q", "d", "", " q ", "e", "no", "deep", "within", "\"", "\n", "z"}) {
-    for (const auto kind : {ObjectMapping::any, ObjectMapping::group, ObjectMapping::table,
-                            ObjectMapping::tableGroup}) {
+    for (const auto kind :
+         {EntryKind::any, EntryKind::group, EntryKind::table, EntryKind::tableGroup}) {
       const std::string strPath = messageItemPath(strId, kind);
       SCOPED_TRACE(strPath);
       ASSERT_TRUE(ObjectMapping::isPlainId(strId));
@@ -61,7 +61,7 @@ TEST(ObjectMapping, ReadsEachEntryWithItsPaths) {
       "<message><messageitem id='q' toschema='true' checkexists='true' absent='o'>"
       "<parentxpath>/m:r</parentxpath><node item='i'>m:a/m:b</node><extrapath>/m:r</extrapath>"
       "<extranode>m:x</extranode><action id='act'><parameter/></action></messageitem></message>"));
-  const MessageItem* const item = mapping.find("q", ObjectMapping::any);
+  const MessageItem* const item = mapping.find("q", EntryKind::any);
   ASSERT_TRUE(item);
   EXPECT_EQ(item->info.strToSchema, "true");
   EXPECT_TRUE(item->info.blnCheckExists);
@@ -84,9 +84,9 @@ TEST(ObjectMapping, LeavesIdsThatChangeTheirPathToIt) {
 
 TEST(ObjectMapping, IsEmptyForWhatIsNoMapper) {
   for (const char* strText : {"<message/>", "<other><messageitem id='q'/></other>"}) {
-    EXPECT_FALSE(ObjectMapping(parsed(strText)).find("q", ObjectMapping::any));
+    EXPECT_FALSE(ObjectMapping(parsed(strText)).find("q", EntryKind::any));
   }
-  EXPECT_FALSE(ObjectMapping(Document::create()).find("q", ObjectMapping::any));
+  EXPECT_FALSE(ObjectMapping(Document::create()).find("q", EntryKind::any));
 }
 
 }  // namespace

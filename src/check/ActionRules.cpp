@@ -165,8 +165,7 @@ void findCellsWithoutPlace(const ParsedDeployment& deployment, Findings& finding
     if (object.kind != ObjectKind::table || !object.entry) continue;
     const ComplexType* const type = typeOf(deployment, *object.entry);
     if (!type || type->blnAdditionalInfo) continue;
-    std::unordered_set<std::string> places;
-    for (const Placeholder& place : type->placeholders) places.insert(place.strId);
+    const std::unordered_set<std::string> places = type->placeIds();
     for (const TableColumn& column : object.columns) {
       if (places.contains(column.strId)) continue;
       findings.add(*object.file, column.objNode, kId, column.strId,
@@ -187,8 +186,7 @@ void findAdditionalInfoPrefix(const ParsedDeployment& deployment, Findings& find
     if (object.kind != ObjectKind::table || !object.entry) continue;
     const ComplexType* const type = typeOf(deployment, *object.entry);
     if (!type) continue;
-    std::unordered_set<std::string> places;
-    for (const Placeholder& place : type->placeholders) places.insert(place.strId);
+    const std::unordered_set<std::string> places = type->placeIds();
     for (const TableColumn& column : object.columns) {
       if (places.contains(column.strId) || !told.insert(type).second) continue;
       findings.add(deployment.namespaceList, deployment.namespaceList.root(), "", column.strId,

@@ -14,6 +14,8 @@
 namespace Varnel_Tolv_XML_Creation {
 namespace {
 
+constexpr std::string_view kName = "protocolname";
+constexpr std::string_view kDate = "attestationdate";
 constexpr std::string_view kTime = "attestationtime";
 
 Node docData(const ParsedDeployment& deployment) {
@@ -82,7 +84,7 @@ void findUnknownInfos(const ParsedDeployment& deployment, Findings& findings) {
   for (const Node& objInfo : childElements(docData(deployment))) {
     if (objInfo.nodeName() != "docinfo") continue;
     const std::string strId = attributeText(objInfo, kId);
-    if (strId == "protocolname" || strId == "attestationdate" || strId == kTime) continue;
+    if (strId == kName || strId == kDate || strId == kTime) continue;
     findings.add(deployment.objectMapper, objInfo, kId, "",
                  "The docinfo " + inQuotes(strId) +
                      " is none of protocolname, attestationdate and "
@@ -97,13 +99,13 @@ std::string wrongWith(const ParsedDeployment& deployment, const std::string& str
   const Node objFound =
       deployment.shape().select(deployment.shape().document(), strPath, strReason);
   if (objFound) return {};
-  if (strReason.find("refix") != std::string::npos) return {};  // has a rule of its own
+  if (isAboutPrefix(strReason)) return {};
   return strReason.empty() ? "finds nothing in the message" : "cannot be evaluated: " + strReason;
 }
 
 void findInfosWithoutTarget(const ParsedDeployment& deployment, Findings& findings) {
   if (!isMapper(deployment) || !deployment.shape().isKnown()) return;
-  for (const char* const id : {"protocolname", "attestationdate", "attestationtime"}) {
+  for (const std::string_view id : {kName, kDate, kTime}) {
     const Node objInfo = docInfo(deployment, id);
     const Node objNode = childElement(objInfo, "node");
     const Node objParent = childElement(objInfo, "parentxpath");
@@ -122,7 +124,7 @@ void findInfosWithoutTarget(const ParsedDeployment& deployment, Findings& findin
 
 void findNameParameters(const ParsedDeployment& deployment, Findings& findings) {
   const ParsedFile& mapper = deployment.objectMapper;
-  const Node objInfo = docInfo(deployment, "protocolname");
+  const Node objInfo = docInfo(deployment, kName);
   if (!isMapper(deployment) || !objInfo) return;
   const Node objAction = childElement(objInfo, "action");
   if (!objAction || attributeText(objAction, kId) != "buildprotocolname") {
@@ -162,7 +164,7 @@ void findNameParameters(const ParsedDeployment& deployment, Findings& findings) 
 }
 
 void findMissingProtocolInfo(const ParsedDeployment& deployment, Findings& findings) {
-  const Node objInfo = docInfo(deployment, "protocolname");
+  const Node objInfo = docInfo(deployment, kName);
   if (!isMapper(deployment) || !objInfo || deployment.protocolInfo.isNamed()) return;
   findings.add(
       deployment.objectMapper, objInfo, "", "",
@@ -382,7 +384,7 @@ void findMissingReferences(const ParsedDeployment& deployment, Findings& finding
       const Node objReference = shape.select(objParent, strPath, strReason);
       blnFound = blnFound || objReference;
       const bool blnChild = objReference && objReference.parentNode() == objParent;
-      if (blnChild || strReason.find("refix") != std::string::npos) continue;
+      if (blnChild || isAboutPrefix(strReason)) continue;
       findings
           .add(deployment.objectMapper, objPath, "", "",
                "The reference " + inQuotes(strPath) +

@@ -11,7 +11,7 @@
 #include <utility>
 
 #include "check/BrokenEntries.h"
-#include "check/MessagePlan.h"
+#include "check/PathStep.h"
 #include "check/StepNames.h"
 #include "platform/text/Text.h"
 

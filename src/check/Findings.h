@@ -42,6 +42,8 @@ class Findings {
   Found& add(const std::string& strPath, std::size_t lngLine, std::string_view strObject,
              std::string strMessage, std::string strHint);
 
+  const Rule& rule() const { return *rule_; }
+
   /// Counts what this rule found beside what was added.
   void addUntold(std::size_t lngCount) { lngOfRule_ += lngCount; }
 

@@ -65,14 +65,11 @@ void MessageBuilding::addTemplate() {
 std::size_t MessageBuilding::add(MessageElement element, std::size_t lngBefore) {
   if (plan_.elements_.size() == kMostElements) {
     if (!blnFull_) {
-      plan_.tell({"not-checked",
-                  {&deployment_.messageTemplate, deployment_.messageTemplate.root()},
-                  "",
-                  "",
-                  1,
-                  "",
-                  "The message can have more than 50,000 elements; those beyond are not checked.",
-                  "Have a look at the copies that the document data makes."});
+      plan_.tell({.strCode = "not-checked",
+                  .place = {&deployment_.messageTemplate, deployment_.messageTemplate.root()},
+                  .strMessage = "The message can have more than 50,000 elements; those beyond are "
+                                "not checked.",
+                  .strHint = "Have a look at the copies that the document data makes."});
     }
     blnFull_ = true;
     return 0;
@@ -119,10 +116,10 @@ std::optional<QualifiedName> MessageBuilding::nameOf(const PathStep& step) const
   return QualifiedName{entry->strName, step.strLocal};
 }
 
-MessageBuilding::Found MessageBuilding::find(std::string_view strPath) const {
+MessageBuilding::Selected MessageBuilding::find(std::string_view strPath) const {
   const auto steps = stepsOf(strPath);
   if (!steps) return {};
-  Found found;
+  Selected found;
   for (const PathStep& step : *steps) {
     const auto name = nameOf(step);
     if (!name) return {};
@@ -229,7 +226,7 @@ void MessageBuilding::placeField(const FormObject& object) {
   const MappingEntry& entry = *object.entry;
   const Node& objAt = entry.objNodePath ? entry.objNodePath : entry.objNode;
   if (entry.objNodePath && !isBlank(entry.strParentXPath)) {
-    const Found parent = find(entry.strParentXPath);
+    const Selected parent = find(entry.strParentXPath);
     if (parent.lngElement == 0) {
       noteUnfollowed(entry.strNodePath, &object);
     } else {
@@ -256,7 +253,7 @@ void MessageBuilding::placeField(const FormObject& object) {
 void MessageBuilding::placeExtra(const FormObject& object) {
   const MappingEntry& entry = *object.entry;
   if (entry.strExtraPath.empty()) return;
-  const Found parent = find(entry.strExtraPath);
+  const Selected parent = find(entry.strExtraPath);
   if (parent.lngElement == 0) return noteUnfollowed(entry.strExtraNode);
   const Node& objAt = entry.objExtraNode ? entry.objExtraNode : entry.objNode;
   const std::size_t lngElement = makePath(parent.lngElement, entry.strExtraNode, objAt, &object,
@@ -267,7 +264,7 @@ void MessageBuilding::placeExtra(const FormObject& object) {
 void MessageBuilding::placeTable(const FormObject& object) {
   const MappingEntry& entry = *object.entry;
   if (entry.strParentXPath.empty() || entry.strNodePath.empty() || !entry.objAction) return;
-  const Found parent = find(entry.strParentXPath);
+  const Selected parent = find(entry.strParentXPath);
   const auto steps = stepsOf(entry.strNodePath);
   if (parent.lngElement == 0 || !steps || steps->size() != 1) {
     return noteUnfollowed(entry.strNodePath, &object);

@@ -23,7 +23,7 @@ class MessageBuilding {
 
   /// The element that an expression selects; 0 when there is none, or when it says more than is
   /// followed here.
-  struct Found {
+  struct Selected {
     std::size_t lngElement = 0;
     bool blnConditional = false;  // a condition chooses among several
   };
@@ -43,7 +43,7 @@ class MessageBuilding {
   std::size_t copyOf(std::size_t lngSource, std::size_t lngParent, std::size_t lngBefore,
                      const Node& objAt);
 
-  Found find(std::string_view strPath) const;
+  Selected find(std::string_view strPath) const;
   std::vector<std::size_t> findAll(std::string_view strPath) const;
   std::size_t makePath(std::size_t lngParent, std::string_view strNodePath, const Node& objAt,
                        const FormObject* object, const MappingEntry* entry, bool blnConditional);

@@ -3,6 +3,7 @@
 #include <set>
 
 #include "check/MessagePlan.h"
+#include "check/SchemaProblems.h"
 #include "check/Words.h"
 #include "config/Attributes.h"
 #include "config/Names.h"
@@ -66,8 +67,13 @@ class ContentJudge {
  private:
   void tell(std::string_view strCode, const MessageElement& at, std::string strMessage,
             std::string strHint, std::string strAttribute = {}, std::string strElementPath = {}) {
-    plan_.tell({strCode, at.place, std::move(strAttribute), "", 1, objectOf(at),
-                std::move(strMessage), std::move(strHint), std::move(strElementPath)});
+    plan_.tell({.strCode = strCode,
+                .place = at.place,
+                .strAttribute = std::move(strAttribute),
+                .strObject = objectOf(at),
+                .strMessage = std::move(strMessage),
+                .strHint = std::move(strHint),
+                .strElementPath = std::move(strElementPath)});
   }
 
   /// Tells what nothing makes, or fills, at a path.
@@ -134,11 +140,13 @@ class ContentJudge {
     const MessageElement& parent = elements_[element.lngParent];
     if (element.lngParent == 0) {
       return plan_.tell(
-          {"root-undeclared", element.place, "", "", 1, "",
-           "The root of the template, " + shown(element.name()) +
-               ", is no element that the schema declares.",
-           "Every message has this root and is invalid: correct its name or namespace.",
-           "/" + element.strName, mendsOfRoot(element)});
+          {.strCode = "root-undeclared",
+           .place = element.place,
+           .strMessage = "The root of the template, " + shown(element.name()) +
+                         ", is no element that the schema declares.",
+           .strHint = "Every message has this root and is invalid: correct its name or namespace.",
+           .strElementPath = "/" + element.strName,
+           .mends = mendsOfRoot(element)});
     }
     std::string strHint = "The schema has there: " + choicesIn(parent.declared) + ".";
     for (const ContentOutline::Child& child : plan_.contentOf(parent.declared).children()) {
@@ -167,17 +175,16 @@ class ContentJudge {
     for (const SchemaFile& file : plan_.schema()->files()) {
       const auto found = unqualified_.find(file.strTargetNamespace);
       if (found == unqualified_.end() || found->second < 2 || file.blnElementsQualified) continue;
-      plan_.tell({"elements-unqualified",
-                  {},
-                  "",
-                  file.strPath,
-                  lineOfSchemaRoot(file.strPath, "elementFormDefault"),
-                  "",
-                  "The schema document does not say elementFormDefault=\"qualified\": its elements "
-                  "have no namespace, and " +
-                      std::to_string(found->second) + " elements of the message are of \"" +
-                      file.strTargetNamespace + "\".",
-                  "Write elementFormDefault=\"qualified\" at its root."});
+      plan_.tell(
+          {.strCode = "elements-unqualified",
+           .strPath = file.strPath,
+           .lngLine = lineOfSchemaRoot(file.strPath, "elementFormDefault"),
+           .strMessage =
+               "The schema document does not say elementFormDefault=\"qualified\": its elements "
+               "have no namespace, and " +
+               std::to_string(found->second) + " elements of the message are of \"" +
+               file.strTargetNamespace + "\".",
+           .strHint = "Write elementFormDefault=\"qualified\" at its root."});
     }
   }
 
@@ -260,16 +267,13 @@ class ContentJudge {
     }
     if (child.origin != Origin::row || toLower(child.object->strType) != "table") return;
     if (child.object->rows.size() <= lngMost) return;
-    plan_.tell({"path-repeated",
-                {child.object->file, child.object->rows[lngMost]},
-                "",
-                "",
-                1,
-                child.object->strId,
-                "Each of the " + std::to_string(child.object->rows.size()) +
-                    " rows becomes an element \"" + child.strName + "\" in \"" + parent.strName +
-                    "\", more than the schema allows.",
-                strHint});
+    plan_.tell({.strCode = "path-repeated",
+                .place = {child.object->file, child.object->rows[lngMost]},
+                .strObject = child.object->strId,
+                .strMessage = "Each of the " + std::to_string(child.object->rows.size()) +
+                              " rows becomes an element \"" + child.strName + "\" in \"" +
+                              parent.strName + "\", more than the schema allows.",
+                .strHint = strHint});
   }
 
   /// Compares a child with those in front of it; the first that may not be there is told.
@@ -316,15 +320,11 @@ class ContentJudge {
     if (blnUnchecked_) return;
     blnUnchecked_ = true;
     const ParsedFile& file = plan_.deployment().messageTemplate;
-    plan_.tell({"not-checked",
-                {&file, file.root()},
-                "",
-                "",
-                1,
-                "",
-                "There are more elements than are compared with each other: the order of the "
-                "elements was not checked everywhere.",
-                "Nothing has to be done."});
+    plan_.tell({.strCode = "not-checked",
+                .place = {&file, file.root()},
+                .strMessage = "There are more elements than are compared with each other: the "
+                              "order of the elements was not checked everywhere.",
+                .strHint = "Nothing has to be done."});
   }
 
   /// How many children an element of the plan can stand for: the rows of a fixed grid are counted.
@@ -397,11 +397,8 @@ class ContentJudge {
     const MessageElement& element = elements_[lngElement];
     const bool blnMade = element.origin == Origin::fromFile || element.origin == Origin::content;
     if (!blnMade || element.blnFilled || !element.children.empty()) return;
-    const MessageElement& parent = elements_[element.lngParent];
-    const bool blnNeeded =
-        element.lngParent == 0 || (parent.kind == Kind::element &&
-                                   plan_.contentOf(parent.declared).requiresChild(element.name()));
-    if (!blnNeeded || !element.declared.value() || element.declared.defaultValue()) return;
+    if (!plan_.isRequired(element) || !element.declared.value() || element.declared.defaultValue())
+      return;
     if (!element.declared.accepts("")) {
       tellUnfilled(
           element, plan_.pathOf(lngElement),

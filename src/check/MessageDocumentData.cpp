@@ -26,7 +26,7 @@ void MessageBuilding::placeHeaderValue(const Node& objInfo, std::string_view str
   const Node objNode = childElement(objInfo, "node");
   if (!objParent || !objNode) return;
   const std::string strPath = objParent.text() + "/" + objNode.text();
-  const Found found = find(strPath);
+  const Selected found = find(strPath);
   if (found.lngElement == 0) return;
   if (strId == "protocolname" && !deployment_.protocolInfo.isNamed()) return;  // nothing to write
   const Source source = strId == "protocolname"      ? Source::form
@@ -39,7 +39,7 @@ void MessageBuilding::placeCopies(const Node& objRule) {
   const Node objParentPath = childElement(objRule, "parentxpath");
   const Node objSource = childElement(objRule, "node");
   if (!objParentPath || !objSource) return;
-  const Found parent = find(objParentPath.text());
+  const Selected parent = find(objParentPath.text());
   if (parent.lngElement == 0) return;
   const Node objAction = childElement(objRule, "action");
   const bool blnByType = objAction && toLower(attributeText(objAction, kId)) == "checknodetype";
@@ -85,15 +85,11 @@ void MessageBuilding::copyTo(const Node& objRule, const std::string& strSource, 
     }
     // That none of them is ever there is what another rule tells.
     if (!blnSure && lngBefore != 0) {
-      plan_.tell({"insert-before-uncertain",
-                  {&mapper_, objBefore},
-                  "",
-                  "",
-                  1,
-                  "",
-                  "The elements before which copies are inserted are not in every message: a run "
-                  "without them fails.",
-                  "Name an element of the template, or say appendonnomatch=\"true\"."});
+      plan_.tell({.strCode = "insert-before-uncertain",
+                  .place = {&mapper_, objBefore},
+                  .strMessage = "The elements before which copies are inserted are not in every "
+                                "message: a run without them fails.",
+                  .strHint = "Name an element of the template, or say appendonnomatch=\"true\"."});
     }
   }
   for (const std::size_t lngSource : sources) copyOf(lngSource, lngParent, lngBefore, objAt);

@@ -4,18 +4,10 @@
 
 #include "check/Findings.h"
 #include "check/MessageBuilding.h"
+#include "check/SchemaProblems.h"
 #include "platform/host/WebRequest.h"
 
 namespace Varnel_Tolv_XML_Creation {
-
-namespace {
-
-bool isNameLetter(char letter) {
-  const auto byte = static_cast<unsigned char>(letter);
-  return std::isalnum(byte) != 0 || letter == '_' || letter == '-' || letter == '.' || byte >= 0x80;
-}
-
-}  // namespace
 
 QualifiedName MessageElement::name() const {
   const std::size_t lngColon = strName.find(':');
@@ -26,58 +18,6 @@ std::string shown(const QualifiedName& name) {
   const std::string strLocal = "\"" + name.strLocal + "\"";
   return name.strUri.empty() ? strLocal + " without a namespace"
                              : strLocal + " of the namespace \"" + name.strUri + "\"";
-}
-
-std::optional<std::vector<PathStep>> stepsOf(std::string_view strPath) {
-  std::vector<PathStep> steps;
-  std::size_t at = strPath.find_first_not_of(" \t\r\n");
-  if (at == std::string_view::npos) return std::nullopt;
-  if (strPath[at] == '/') ++at;
-  const auto takeName = [&] {
-    const std::size_t lngFirst = at;
-    while (at < strPath.size() && isNameLetter(strPath[at])) ++at;
-    return std::string(strPath.substr(lngFirst, at - lngFirst));
-  };
-  while (true) {
-    PathStep step;
-    if (at < strPath.size() && strPath[at] == '*') {
-      step.blnAny = true;
-      ++at;
-    } else {
-      step.strLocal = takeName();
-      if (at < strPath.size() && strPath[at] == ':') {
-        ++at;
-        step.strPrefix = std::exchange(step.strLocal, {});
-        step.strLocal = takeName();
-        if (step.strPrefix.empty()) return std::nullopt;
-      }
-      if (step.strLocal.empty() || step.strLocal.front() == '.') return std::nullopt;
-    }
-    while (at < strPath.size() && strPath[at] == '[') {
-      step.blnCondition = true;
-      std::size_t lngOpen = 0;
-      char quote = 0;
-      for (; at < strPath.size(); ++at) {
-        const char letter = strPath[at];
-        if (quote != 0) {
-          if (letter == quote) quote = 0;
-        } else if (letter == '"' || letter == '\'') {
-          quote = letter;
-        } else if (letter == '[') {
-          ++lngOpen;
-        } else if (letter == ']' && --lngOpen == 0) {
-          break;
-        }
-      }
-      if (at == strPath.size()) return std::nullopt;
-      ++at;
-    }
-    steps.push_back(std::move(step));
-    const std::size_t lngNext = strPath.find_first_not_of(" \t\r\n", at);
-    if (lngNext == std::string_view::npos) return steps;
-    if (strPath[lngNext] != '/' || lngNext != at) return std::nullopt;
-    at = lngNext + 1;
-  }
 }
 
 MessagePlan::MessagePlan(const ParsedDeployment& deployment) : deployment_(deployment) {
@@ -119,6 +59,13 @@ const ContentOutline& MessagePlan::contentOf(const DeclaredElement& element) con
   return *content;
 }
 
+bool MessagePlan::isRequired(const MessageElement& element) const {
+  if (element.lngParent == 0) return true;
+  const MessageElement& parent = elements_[element.lngParent];
+  return parent.kind == DeclaredChild::Kind::element &&
+         contentOf(parent.declared).requiresChild(element.name());
+}
+
 std::string MessagePlan::pathOf(std::size_t lngElement) const {
   std::vector<const std::string*> names;
   for (; lngElement != 0; lngElement = elements_[lngElement].lngParent) {
@@ -142,11 +89,6 @@ bool MessagePlan::mayBeMadeElsewhere(const std::string& strLocal, std::size_t ln
 std::size_t MessagePlan::childOf(std::size_t lngParent, const QualifiedName& name) const {
   const auto found = firstChildren_.find({lngParent, name});
   return found == firstChildren_.end() ? 0 : found->second;
-}
-
-const MessagePlan& ParsedDeployment::messagePlan() const {
-  if (!messagePlan_) messagePlan_ = std::make_shared<const MessagePlan>(*this);
-  return *messagePlan_;
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -14,6 +14,7 @@
 
 #include "check/Mends.h"
 #include "check/ParsedDeployment.h"
+#include "check/PathStep.h"
 #include "check/StepNames.h"
 #include "platform/schema/SchemaModel.h"
 
@@ -81,14 +82,14 @@ struct MessageWrite {
 
 /// What is found, to be told by the rule of its code.
 struct MessageProblem {
-  std::string_view strCode;
-  Place place;
-  std::string strAttribute;  // of the element at the place that is meant; or empty
-  std::string strPath;       // instead of a place: a file that is none of the deployment's own
-  std::size_t lngLine = 1;   // in it
-  std::string strObject;
-  std::string strMessage;
-  std::string strHint;
+  std::string_view strCode = {};
+  Place place = {};
+  std::string strAttribute = {};  // of the element at the place that is meant; or empty
+  std::string strPath = {};       // instead of a place: a file that is none of the deployment's own
+  std::size_t lngLine = 1;        // in it
+  std::string strObject = {};
+  std::string strMessage = {};
+  std::string strHint = {};
   std::string strElementPath = {};  // what a Found has as its path
   Mends mends = {};
 };
@@ -116,6 +117,10 @@ class MessagePlan {
 
   /// What may stand in an element that the schema declares.
   const ContentOutline& contentOf(const DeclaredElement& element) const;
+
+  /// Whether the parent of an element, as far as it is declared, cannot be without it. A root is
+  /// required.
+  bool isRequired(const MessageElement& element) const;
 
   /// The path of an element as a message has it, with names as written.
   std::string pathOf(std::size_t lngElement) const;
@@ -150,29 +155,10 @@ class MessagePlan {
   mutable std::unordered_map<const void*, std::unique_ptr<const ContentOutline>> contents_;
 };
 
-/// A step of a path: a name, or any ("*"), and whether a condition chooses among what fits.
-struct PathStep {
-  std::string strPrefix, strLocal;
-  bool blnAny = false;
-  bool blnCondition = false;
-
-  std::string text() const { return strPrefix.empty() ? strLocal : strPrefix + ":" + strLocal; }
-};
-
-/// The steps of an expression that only goes down from the root, one name after the other; nothing
-/// for any other expression.
-std::optional<std::vector<PathStep>> stepsOf(std::string_view strPath);
-
-/// The line on which the root of a schema document begins, or on which the attribute of it stands
-/// that has this name. Reads the file anew, since a schema's documents keep no lines of attributes:
-/// for what is told, not for what is looked at. 1 where it cannot be read.
-std::size_t lineOfSchemaRoot(const std::string& strPath, std::string_view strAttribute = {});
-
 /// How a name is shown in a message: with its namespace where it has one.
 std::string shown(const QualifiedName& name);
 
 // The parts of the analysis, one for each subject; each tells what it finds.
-void judgeSchema(MessagePlan& plan);
 void judgeContent(MessagePlan& plan);
 void judgeValues(MessagePlan& plan);
 void judgeReference(MessagePlan& plan);

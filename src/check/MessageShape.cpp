@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "check/MessagePlan.h"
+#include "check/PathStep.h"
 #include "config/Attributes.h"
 #include "config/Names.h"
 #include "platform/text/Text.h"
@@ -56,6 +56,10 @@ std::string withoutConditions(std::string_view strPath) {
   std::string strBare;
   for (const PathStep& step : *steps) strBare += "/" + (step.blnAny ? "*" : step.text());
   return strBare;
+}
+
+bool isAboutPrefix(std::string_view strReason) {
+  return strReason.find("refix") != std::string_view::npos;
 }
 
 bool isNodePath(std::string_view strPath) {

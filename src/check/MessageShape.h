@@ -83,7 +83,6 @@ class MessageShape {
                const std::string& strNodePath, bool blnExtra);
   Node makeElements(const FormObject& object, Node objParent, const Node& objNodePath,
                     const std::string& strNodePath);
-  void fill(const FormObject& object, const Node& objElement);
   void addTypeContent(const FormObject& object, const ComplexType& type, const Node& objElement);
   void copyNodes();
   void collectPaths();
@@ -106,6 +105,10 @@ class MessageShape {
 /// A path without the conditions of its steps; the path itself where it says more than steps down
 /// from the root.
 std::string withoutConditions(std::string_view strPath);
+
+/// Whether that is why an expression cannot be evaluated: a prefix that nobody registers, which has
+/// a rule of its own.
+bool isAboutPrefix(std::string_view strReason);
 
 /// Whether a text is a list of names joined by "/".
 bool isNodePath(std::string_view strPath);

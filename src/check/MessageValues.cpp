@@ -96,11 +96,14 @@ class ValueJudge {
 
   void tell(std::string_view strCode, const MessageWrite& write, const Decided& at,
             std::string strMessage, std::string strHint) {
-    plan_.tell({strCode, at.place, at.strAttribute, "", 1,
-                !write.strColumn.empty() ? write.strColumn
-                : write.object           ? write.object->strId
-                                         : "",
-                std::move(strMessage), std::move(strHint)});
+    plan_.tell({.strCode = strCode,
+                .place = at.place,
+                .strAttribute = at.strAttribute,
+                .strObject = !write.strColumn.empty() ? write.strColumn
+                             : write.object           ? write.object->strId
+                                                      : "",
+                .strMessage = std::move(strMessage),
+                .strHint = std::move(strHint)});
   }
 
   void judgeWrite(const MessageWrite& write, const MessageElement& element) {
@@ -178,10 +181,11 @@ class ValueJudge {
     const Fit fit =
         element.declared.holdsText() ? fitOf(element.declared, strText, true) : Fit::wrongKind;
     if (fit == Fit::fits) return;
-    plan_.tell({"template-value", element.place, "", "", 1, "",
-                "The text \"" + strText.substr(0, 100) +
-                    "\" is no value of the schema's type of \"" + element.strName + "\".",
-                "Correct it: it stands in every message."});
+    plan_.tell({.strCode = "template-value",
+                .place = element.place,
+                .strMessage = "The text \"" + strText.substr(0, 100) +
+                              "\" is no value of the schema's type of \"" + element.strName + "\".",
+                .strHint = "Correct it: it stands in every message."});
   }
 
   MessagePlan& plan_;

@@ -153,15 +153,12 @@ void findWrongRows(const ParsedDeployment& deployment, Findings& findings) {
                    "Give it a row child for each row, or type=\"dynatable\".");
       continue;
     }
-    std::unordered_set<std::int64_t> numbers;
+    std::unordered_set<std::size_t> numbers;
     for (std::size_t at = 0; at < object.rows.size(); ++at) {
       const std::string strId = attributeText(object.rows[at], kId);
       // What XPath takes for a number, which has no sign and no marks in ids that are any use.
-      const bool blnNumber = !strId.empty() && strId.size() < 10 &&
-                             strId.find_first_not_of("0123456789") == std::string::npos;
-      const std::int64_t lngNumber = blnNumber ? std::stoll(strId) : 0;
-      const bool blnInOrder =
-          blnNumber && lngNumber >= 1 && lngNumber <= static_cast<std::int64_t>(object.rows.size());
+      const std::size_t lngNumber = smallNumber(strId).value_or(0);
+      const bool blnInOrder = lngNumber >= 1 && lngNumber <= object.rows.size();
       if (blnInOrder && numbers.insert(lngNumber).second) continue;
       findings.add(*object.file, object.rows[at], kId, object.strId,
                    "The row has the id " + inQuotes(strId) + ", where each of the " +

@@ -5,6 +5,7 @@
 #include <unordered_set>
 #include <utility>
 
+#include "check/MessagePlan.h"
 #include "check/MessageShape.h"
 #include "check/Words.h"
 #include "config/Attributes.h"
@@ -79,6 +80,12 @@ ActionKind MappingEntry::actionKind() const {
   return strLowerAction == kJoinAction ? ActionKind::join : ActionKind::complexType;
 }
 
+std::unordered_set<std::string> ComplexType::placeIds() const {
+  std::unordered_set<std::string> ids;
+  for (const Placeholder& place : placeholders) ids.insert(place.strId);
+  return ids;
+}
+
 std::string NamespaceEntry::problem() const {
   return failureOf([&] { Document::create().setSelectionNamespaces(declaration()); });
 }
@@ -109,6 +116,11 @@ ParsedDeployment::ParsedDeployment(const DeploymentFiles& deploymentFiles, const
 }
 
 ParsedDeployment::~ParsedDeployment() = default;
+
+const MessagePlan& ParsedDeployment::messagePlan() const {
+  if (!messagePlan_) messagePlan_ = std::make_unique<const MessagePlan>(*this);
+  return *messagePlan_;
+}
 
 std::optional<OptionPlace> ParsedDeployment::placeOf(std::string_view strOption) const {
   const auto found = files.optionLines.find(strOption);

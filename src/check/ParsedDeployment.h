@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "check/DeploymentFiles.h"
@@ -128,6 +129,9 @@ struct ComplexType {
   std::string strId;
   std::vector<Placeholder> placeholders;
   bool blnAdditionalInfo = false;  // it has the child for cells that have no place
+
+  /// The ids of its places, as written.
+  std::unordered_set<std::string> placeIds() const;
 };
 
 struct QuestionColumn {
@@ -245,7 +249,7 @@ struct ParsedDeployment {
   void joinObjectsWithEntries();
 
   std::unique_ptr<const MessageShape> shape_;
-  mutable std::shared_ptr<const MessagePlan> messagePlan_;
+  mutable std::unique_ptr<const MessagePlan> messagePlan_;
 };
 
 /// The children of an element that are elements.

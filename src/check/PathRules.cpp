@@ -29,8 +29,7 @@ void forEachTrouble(const ParsedDeployment& deployment, PathTrouble::Kind kind, 
 
 void findMalformed(const ParsedDeployment& deployment, Findings& findings) {
   forEachTrouble(deployment, PathTrouble::malformed, [&](const PathTrouble& trouble) {
-    // An unknown prefix has a rule of its own.
-    if (trouble.strDetail.find("refix") != std::string::npos) return;
+    if (isAboutPrefix(trouble.strDetail)) return;
     findings.add(deployment.objectMapper, trouble.objPath, "", idOf(trouble),
                  "The path " + inQuotes(trouble.objPath.text()) +
                      " cannot be evaluated: " + trouble.strDetail,
@@ -38,15 +37,22 @@ void findMalformed(const ParsedDeployment& deployment, Findings& findings) {
   });
 }
 
+/// Adds what is wrong with the path of a trouble.
+void addAtPath(const ParsedDeployment& deployment, Findings& findings, const PathTrouble& trouble,
+               const std::string& strWrong, const char* hint) {
+  const std::string strPath = trouble.objPath.text();
+  findings
+      .add(deployment.objectMapper, trouble.objPath, "", idOf(trouble),
+           "The path " + inQuotes(strPath) + strWrong, hint)
+      .strPath = strPath;
+}
+
 void findNoParents(const ParsedDeployment& deployment, Findings& findings) {
   forEachTrouble(deployment, PathTrouble::noParent, [&](const PathTrouble& trouble) {
-    findings
-        .add(deployment.objectMapper, trouble.objPath, "", idOf(trouble),
-             "The path " + inQuotes(trouble.objPath.text()) +
-                 " finds nothing in the template, nor in what entries before make: every form "
-                 "with this answer fails.",
-             "Correct the path, or let the template hold the element; capitals count.")
-        .strPath = trouble.objPath.text();
+    addAtPath(deployment, findings, trouble,
+              " finds nothing in the template, nor in what entries before make: every form with "
+              "this answer fails.",
+              "Correct the path, or let the template hold the element; capitals count.");
   });
   forEachTrouble(deployment, PathTrouble::noElement, [&](const PathTrouble& trouble) {
     findings.add(deployment.objectMapper, trouble.objPath, "", idOf(trouble),
@@ -57,13 +63,10 @@ void findNoParents(const ParsedDeployment& deployment, Findings& findings) {
 
 void findParentsOfAnswers(const ParsedDeployment& deployment, Findings& findings) {
   forEachTrouble(deployment, PathTrouble::parentOfAnswer, [&](const PathTrouble& trouble) {
-    findings
-        .add(deployment.objectMapper, trouble.objPath, "", idOf(trouble),
-             "The path " + inQuotes(trouble.objPath.text()) +
-                 " finds an element that only the answer to " + inQuotes(trouble.strDetail) +
-                 " makes: a form without that answer fails.",
-             "Let the template hold the element, or make it by the node path.")
-        .strPath = trouble.objPath.text();
+    addAtPath(deployment, findings, trouble,
+              " finds an element that only the answer to " + inQuotes(trouble.strDetail) +
+                  " makes: a form without that answer fails.",
+              "Let the template hold the element, or make it by the node path.");
   });
 }
 

@@ -306,17 +306,13 @@ void findWrongColumnPaths(const ParsedDeployment& deployment, Findings& findings
 
 void findLimits(const ParsedDeployment& deployment, Findings& findings) {
   const auto look = [&](const Node& objNode, const std::string& strId) {
-    std::optional<std::int64_t> limits[2];
+    std::optional<std::size_t> limits[2];
     const char* const names[2] = {"minLength", "maxLength"};
     for (std::size_t at = 0; at < 2; ++at) {
       const std::optional<std::string> strLimit = objNode.getAttribute(names[at]);
       if (!strLimit) continue;
-      const bool blnNumber = !strLimit->empty() && strLimit->size() < 10 &&
-                             strLimit->find_first_not_of("0123456789") == std::string::npos;
-      if (blnNumber) {
-        limits[at] = std::stoll(*strLimit);
-        continue;
-      }
+      limits[at] = smallNumber(*strLimit);
+      if (limits[at]) continue;
       findings.add(deployment.questionList, objNode, names[at], strId,
                    std::string(names[at]) + "=" + inQuotes(*strLimit) + " is no number.",
                    "Write the schema's limit in digits.");

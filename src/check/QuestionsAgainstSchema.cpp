@@ -1,8 +1,8 @@
-#include <charconv>
 #include <map>
 #include <set>
 
 #include "check/MessagePlan.h"
+#include "check/Words.h"
 #include "config/Attributes.h"
 #include "platform/text/Text.h"
 
@@ -14,14 +14,6 @@ namespace {
 
 using Kind = DeclaredChild::Kind;
 using Source = MessageWrite::Source;
-
-std::optional<std::size_t> numberOf(const std::string& strNumber) {
-  std::size_t lngNumber = 0;
-  const char* const last = strNumber.data() + strNumber.size();
-  const auto [end, error] = std::from_chars(strNumber.data(), last, lngNumber);
-  if (strNumber.empty() || error != std::errc() || end != last) return std::nullopt;
-  return lngNumber;
-}
 
 class QuestionJudge {
  public:
@@ -59,14 +51,12 @@ class QuestionJudge {
  private:
   void tell(std::string_view strCode, const Node& objAt, const std::string& strObject,
             std::string strMessage, std::string strHint, std::string strAttribute = {}) {
-    plan_.tell({strCode,
-                {&deployment_.questionList, objAt},
-                std::move(strAttribute),
-                "",
-                1,
-                strObject,
-                std::move(strMessage),
-                std::move(strHint)});
+    plan_.tell({.strCode = strCode,
+                .place = {&deployment_.questionList, objAt},
+                .strAttribute = std::move(strAttribute),
+                .strObject = strObject,
+                .strMessage = std::move(strMessage),
+                .strHint = std::move(strHint)});
   }
 
   /// The element whose type says what an answer may be; null when it is not the answer alone that
@@ -88,7 +78,7 @@ class QuestionJudge {
     } limits[] = {{"maxLength", rules->maxLength()}, {"minLength", rules->minLength()}};
     for (const auto& limit : limits) {
       const std::string strSaid = attributeText(objNode, limit.name);
-      const auto lngSaid = numberOf(strSaid);
+      const auto lngSaid = smallNumber(strSaid);
       const std::string strElement = "\"" + element.strName + "\"";
       if (strSaid.empty() && limit.lngSchema && *limit.lngSchema > 0) {
         tell(

@@ -77,14 +77,11 @@ class ReferenceJudge {
 
   void tell(std::string_view strCode, const Node& objAt, std::string strMessage,
             std::string strHint, std::string strAttribute = {}) {
-    plan_.tell({strCode,
-                {&file_, objAt},
-                std::move(strAttribute),
-                "",
-                1,
-                "",
-                std::move(strMessage),
-                std::move(strHint)});
+    plan_.tell({.strCode = strCode,
+                .place = {&file_, objAt},
+                .strAttribute = std::move(strAttribute),
+                .strMessage = std::move(strMessage),
+                .strHint = std::move(strHint)});
   }
 
   void match(std::size_t lngElement) {
@@ -109,7 +106,8 @@ class ReferenceJudge {
   /// An empty element that the reference does not know is removed.
   void judgeMissing(const MessageElement& element, std::size_t lngAbove) {
     const Node objAt = lngAbove == 0 ? file_.root() : entries_[lngAbove].objNode;
-    if (!isRequired(element) || !told_.emplace(lngAbove, element.strName).second) return;
+    if (element.kind != Kind::element || !plan_.isRequired(element)) return;
+    if (!told_.emplace(lngAbove, element.strName).second) return;
     tell("reference-incomplete", objAt,
          "The reference does not know \"" + element.strName + "\" in \"" +
              plan_.pathOf(element.lngParent) +
@@ -118,20 +116,11 @@ class ReferenceJudge {
          "Add it, with mandatory=\"true\".");
   }
 
-  bool isRequired(const MessageElement& element) const {
-    if (element.kind != Kind::element) return false;
-    if (element.lngParent == 0) return true;
-    const MessageElement& parent = elements_[element.lngParent];
-    return parent.kind == Kind::element &&
-           plan_.contentOf(parent.declared).requiresChild(element.name());
-  }
-
   void judgeMandatory(const Entry& entry) {
     const MessageElement& element = elements_[entry.lngElement];
-    const bool blnRequired = isRequired(element);
-    if (element.kind != Kind::element || blnRequired == isMandatoryInReference(entry.objNode)) {
-      return;
-    }
+    if (element.kind != Kind::element) return;
+    const bool blnRequired = plan_.isRequired(element);
+    if (blnRequired == isMandatoryInReference(entry.objNode)) return;
     const MessageElement& parent = elements_[element.lngParent];
     if (blnRequired) {
       return tell("reference-optional", entry.objNode,

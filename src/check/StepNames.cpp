@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "check/MessagePlan.h"
+#include "check/PathStep.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cstddef>
+#include <system_error>
 
 #include "platform/text/Text.h"
 
@@ -58,6 +60,14 @@ std::string_view intendedWord(std::string_view strWord,
                               std::initializer_list<std::string_view> words) {
   const std::string_view* const meant = firstMeant(words, strWord);
   return meant ? *meant : std::string_view();
+}
+
+std::optional<std::size_t> smallNumber(std::string_view strText) {
+  constexpr std::size_t kMostDigits = 9;
+  std::size_t lngNumber = 0;
+  const auto [end, error] = std::from_chars(strText.begin(), strText.end(), lngNumber);
+  if (error != std::errc() || end != strText.end() || strText.size() > kMostDigits) return {};
+  return lngNumber;
 }
 
 bool hasCapitals(std::string_view strId) { return toLower(strId) != strId; }

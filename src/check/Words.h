@@ -5,6 +5,7 @@
 #include <functional>
 #include <initializer_list>
 #include <memory>
+#include <optional>
 #include <ranges>
 #include <string>
 #include <string_view>
@@ -43,6 +44,9 @@ auto firstSlip(Words&& words, std::string_view strKnown, Text text = {}) {
 /// The first of the words that this one is a slip of; empty when there is none.
 std::string_view intendedWord(std::string_view strWord,
                               std::initializer_list<std::string_view> words);
+
+/// The number that a text of one to nine digits writes; nothing for any other text.
+std::optional<std::size_t> smallNumber(std::string_view strText);
 
 /// Whether an id has letters that a look-up in lower case never finds.
 bool hasCapitals(std::string_view strId);

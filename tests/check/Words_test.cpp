@@ -55,6 +55,15 @@ TEST(Words, HaveCapitalsWhereLowerCaseDiffers) {
   EXPECT_FALSE(hasCapitals(""));
 }
 
+TEST(Words, ReadSmallNumbersOfDigitsAlone) {
+  EXPECT_EQ(smallNumber("0"), 0u);
+  EXPECT_EQ(smallNumber("007"), 7u);
+  EXPECT_EQ(smallNumber("999999999"), 999'999'999u);
+  for (const char* const other : {"", "1000000000", "-1", "+1", " 1", "1.0", "one"}) {
+    EXPECT_EQ(smallNumber(other), std::nullopt) << other;
+  }
+}
+
 TEST(Words, CutALongTextBetweenCharacters) {
   EXPECT_EQ(Varnel_Tolv_XML_Creation::inQuotes("a"), "\"a\"");
   const std::string strLong = std::string(119, 'a') + "\xC3\xA4" + std::string(100, 'b');

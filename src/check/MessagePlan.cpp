@@ -36,6 +36,8 @@ MessagePlan::MessagePlan(const ParsedDeployment& deployment) : deployment_(deplo
   }
   MessageBuilding(*this).build();
   judgeContent(*this);
+  judgeOrder(*this);
+  judgeRequired(*this);
   judgeValues(*this);
   judgeReference(*this);
   judgeQuestions(*this);
@@ -45,6 +47,17 @@ void MessagePlan::tell(MessageProblem problem) {
   if (problemsOfCode_[problem.strCode]++ < Findings::kMostOfOneRule) {
     problems_.push_back(std::move(problem));
   }
+}
+
+void MessagePlan::tell(std::string_view strCode, const MessageElement& at, std::string strMessage,
+                       std::string strHint, std::string strAttribute, std::string strElementPath) {
+  tell({.strCode = strCode,
+        .place = at.place,
+        .strAttribute = std::move(strAttribute),
+        .strObject = at.object ? at.object->strId : std::string(),
+        .strMessage = std::move(strMessage),
+        .strHint = std::move(strHint),
+        .strElementPath = std::move(strElementPath)});
 }
 
 std::size_t MessagePlan::untold(std::string_view strCode) const {
@@ -57,6 +70,14 @@ const ContentOutline& MessagePlan::contentOf(const DeclaredElement& element) con
   std::unique_ptr<const ContentOutline>& content = contents_[element.typeKey()];
   if (!content) content = std::make_unique<const ContentOutline>(element.content());
   return *content;
+}
+
+bool MessagePlan::isToldAtSource(const MessageElement& element) const {
+  if (element.origin != MessageElement::Origin::copy) return false;
+  const MessageElement& source = elements_[element.lngSource];
+  if (element.kind != source.kind) return false;
+  return element.kind != DeclaredChild::Kind::element ||
+         element.declared.typeKey() == source.declared.typeKey();
 }
 
 bool MessagePlan::isRequired(const MessageElement& element) const {

@@ -118,6 +118,10 @@ class MessagePlan {
   /// What may stand in an element that the schema declares.
   const ContentOutline& contentOf(const DeclaredElement& element) const;
 
+  /// Whether it is a copy of which the schema says what it says of its source: what is wrong with
+  /// it is told there.
+  bool isToldAtSource(const MessageElement& element) const;
+
   /// Whether the parent of an element, as far as it is declared, cannot be without it. A root is
   /// required.
   bool isRequired(const MessageElement& element) const;
@@ -135,6 +139,10 @@ class MessagePlan {
   /// Adds a problem. Of those with one code no more are kept than anybody is told of; the others
   /// are counted.
   void tell(MessageProblem problem);
+
+  /// Adds what is wrong with an element, or with an attribute of it.
+  void tell(std::string_view strCode, const MessageElement& at, std::string strMessage,
+            std::string strHint, std::string strAttribute = {}, std::string strElementPath = {});
 
   /// How many with this code were not kept.
   std::size_t untold(std::string_view strCode) const;
@@ -160,6 +168,8 @@ std::string shown(const QualifiedName& name);
 
 // The parts of the analysis, one for each subject; each tells what it finds.
 void judgeContent(MessagePlan& plan);
+void judgeOrder(MessagePlan& plan);
+void judgeRequired(MessagePlan& plan);
 void judgeValues(MessagePlan& plan);
 void judgeReference(MessagePlan& plan);
 void judgeQuestions(MessagePlan& plan);

@@ -80,6 +80,14 @@ ActionKind MappingEntry::actionKind() const {
   return strLowerAction == kJoinAction ? ActionKind::join : ActionKind::complexType;
 }
 
+std::vector<Node> MappingEntry::parameters() const {
+  std::vector<Node> found;
+  for (const Node& objChild : childElements(objAction)) {
+    if (objChild.nodeName() == "parameter") found.push_back(objChild);
+  }
+  return found;
+}
+
 std::unordered_set<std::string> ComplexType::placeIds() const {
   std::unordered_set<std::string> ids;
   for (const Placeholder& place : placeholders) ids.insert(place.strId);
@@ -353,6 +361,10 @@ const ComplexType* ParsedDeployment::complexType(std::string_view strLowerId) co
 
 const ComplexType* ParsedDeployment::complexType(const MappingEntry& entry) const {
   return complexType(entry.strLowerAction);
+}
+
+const ComplexType* ParsedDeployment::typeFilledBy(const MappingEntry& entry) const {
+  return entry.actionKind() == ActionKind::complexType ? complexType(entry) : nullptr;
 }
 
 const Question* ParsedDeployment::question(std::string_view strId) const {

@@ -86,6 +86,12 @@ struct MappingEntry {
   bool isGroup() const { return kind == EntryKind::group || kind == EntryKind::tableGroup; }
 
   ActionKind actionKind() const;
+  std::vector<Node> parameters() const;  // of its action
+
+  /// Whether what it is for is left out of the message.
+  bool isLeftOut() const {
+    return isTable() ? strParentXPath.empty() && strNodePath.empty() : !isSent();
+  }
 
   /// Whether a run splits the answer into the lines of an address.
   bool isAddress() const { return strActionId == kAddressAction; }
@@ -221,6 +227,9 @@ struct ParsedDeployment {
   const MappingEntry* entry(std::string_view strId) const;
   const ComplexType* complexType(std::string_view strLowerId) const;
   const ComplexType* complexType(const MappingEntry& entry) const;  // which its action names
+
+  /// The same where the action is none of its own; else null.
+  const ComplexType* typeFilledBy(const MappingEntry& entry) const;
   const Question* question(std::string_view strId) const;
   const NamespaceEntry* namespaceOf(std::string_view strPrefix) const;
 

@@ -29,8 +29,14 @@ std::span<const Rule> hiddenFieldRules();
 /// The entries of the object mapper, and the objects that they name.
 std::span<const Rule> mappingRules();
 
-/// Actions, their parameters, and the complex types that they fill.
+/// Actions and their parameters.
 std::span<const Rule> actionRules();
+
+/// The complex types that actions fill, and their places.
+std::span<const Rule> complexTypeRules();
+
+/// The labels of tables.
+std::span<const Rule> labelRules();
 
 /// Namespaces and their prefixes, in all files.
 std::span<const Rule> namespaceRules();

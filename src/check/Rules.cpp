@@ -15,6 +15,8 @@ std::span<const std::span<const Rule>> ruleTables() {
       hiddenFieldRules(),
       mappingRules(),
       actionRules(),
+      complexTypeRules(),
+      labelRules(),
       namespaceRules(),
       pathRules(),
       documentDataRules(),

@@ -18,11 +18,11 @@ namespace {
 std::vector<Mistake> allMistakes() {
   std::vector<Mistake> all;
   for (const auto* const mistakes :
-       {&mistakesOfActionRules(), &mistakesOfColumnRules(), &mistakesOfDocumentDataRules(),
-        &mistakesOfFileRules(), &mistakesOfFormatRules(), &mistakesOfHiddenFieldRules(),
-        &mistakesOfIdRules(), &mistakesOfMappingRules(), &mistakesOfNamespaceRules(),
-        &mistakesOfObjectListRules(), &mistakesOfPathRules(), &mistakesOfQuestionRules(),
-        &mistakesOfReferenceRules()}) {
+       {&mistakesOfActionRules(), &mistakesOfColumnRules(), &mistakesOfComplexTypeRules(),
+        &mistakesOfDocumentDataRules(), &mistakesOfFileRules(), &mistakesOfFormatRules(),
+        &mistakesOfHiddenFieldRules(), &mistakesOfIdRules(), &mistakesOfLabelRules(),
+        &mistakesOfMappingRules(), &mistakesOfNamespaceRules(), &mistakesOfObjectListRules(),
+        &mistakesOfPathRules(), &mistakesOfQuestionRules(), &mistakesOfReferenceRules()}) {
     all.insert(all.end(), mistakes->begin(), mistakes->end());
   }
   return all;

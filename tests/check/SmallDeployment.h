@@ -87,11 +87,13 @@ std::vector<std::string> foundBesideSchema(const SmallDeployment& deployment);
 // The mistakes of each subject, in the test of its rules.
 const std::vector<Mistake>& mistakesOfActionRules();
 const std::vector<Mistake>& mistakesOfColumnRules();
+const std::vector<Mistake>& mistakesOfComplexTypeRules();
 const std::vector<Mistake>& mistakesOfDocumentDataRules();
 const std::vector<Mistake>& mistakesOfFileRules();
 const std::vector<Mistake>& mistakesOfFormatRules();
 const std::vector<Mistake>& mistakesOfHiddenFieldRules();
 const std::vector<Mistake>& mistakesOfIdRules();
+const std::vector<Mistake>& mistakesOfLabelRules();
 const std::vector<Mistake>& mistakesOfMappingRules();
 const std::vector<Mistake>& mistakesOfNamespaceRules();
 const std::vector<Mistake>& mistakesOfObjectListRules();

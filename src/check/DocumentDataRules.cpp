@@ -1,9 +1,8 @@
 #include <array>
-#include <set>
 #include <string>
 #include <vector>
 
-#include "check/MessageShape.h"
+#include "check/DocumentDataPaths.h"
 #include "check/Rule.h"
 #include "check/RuleTables.h"
 #include "check/Words.h"
@@ -14,39 +13,10 @@
 namespace Varnel_Tolv_XML_Creation {
 namespace {
 
-constexpr std::string_view kName = "protocolname";
-constexpr std::string_view kDate = "attestationdate";
-constexpr std::string_view kTime = "attestationtime";
-
-Node docData(const ParsedDeployment& deployment) {
-  return childElement(deployment.objectMapper.root(), "docdata");
-}
-
-Node docInfo(const ParsedDeployment& deployment, std::string_view strId) {
-  for (const Node& objInfo : childElements(docData(deployment))) {
-    if (objInfo.nodeName() == "docinfo" && attributeText(objInfo, kId) == strId) return objInfo;
-  }
-  return {};
-}
-
-std::string childText(const Node& objNode, std::string_view strName) {
-  const Node objChild = childElement(objNode, strName);
-  return objChild ? objChild.text() : std::string();
-}
-
-bool isMapper(const ParsedDeployment& deployment) {
-  return deployment.objectMapper.isLoaded() &&
-         deployment.objectMapper.root().nodeName() == "message";
-}
-
-std::vector<Node> rulesOf(const ParsedDeployment& deployment) {
-  return childElements(childElement(docData(deployment), "docnodes"));
-}
-
 void findMissingParts(const ParsedDeployment& deployment, Findings& findings) {
   const ParsedFile& mapper = deployment.objectMapper;
-  if (!isMapper(deployment)) return;
-  const Node objDocData = docData(deployment);
+  if (!deployment.objectMapper.isLoaded()) return;
+  const Node objDocData = deployment.documentData();
   if (!objDocData) {
     findings.add(mapper, mapper.root(), "", "", "There is no docdata: every submitted form fails.",
                  "Add docdata with the docinfo attestationtime and docnodes.");
@@ -57,10 +27,10 @@ void findMissingParts(const ParsedDeployment& deployment, Findings& findings) {
                  "There is no docnodes in docdata: every submitted form fails.",
                  "Add docnodes, which may be empty.");
   }
-  if (!docInfo(deployment, kTime)) {
+  if (!deployment.documentInfo(kTimeInfo)) {
     const std::vector<Node> infos = childElements(objDocData);
-    const Node* const meant =
-        firstSlip(infos, kTime, [](const Node& objInfo) { return attributeText(objInfo, kId); });
+    const Node* const meant = firstSlip(
+        infos, kTimeInfo, [](const Node& objInfo) { return attributeText(objInfo, kId); });
     const Node& objPlace = meant ? *meant : objDocData;
     findings.add(mapper, objPlace, meant ? kId : "", "",
                  "There is no docinfo with the id attestationtime: a submitted form ends with an "
@@ -80,11 +50,11 @@ void findMissingParts(const ParsedDeployment& deployment, Findings& findings) {
 }
 
 void findUnknownInfos(const ParsedDeployment& deployment, Findings& findings) {
-  if (!isMapper(deployment)) return;
-  for (const Node& objInfo : childElements(docData(deployment))) {
+  if (!deployment.objectMapper.isLoaded()) return;
+  for (const Node& objInfo : childElements(deployment.documentData())) {
     if (objInfo.nodeName() != "docinfo") continue;
     const std::string strId = attributeText(objInfo, kId);
-    if (strId == kName || strId == kDate || strId == kTime) continue;
+    if (strId == kNameInfo || strId == kDateInfo || strId == kTimeInfo) continue;
     findings.add(deployment.objectMapper, objInfo, kId, "",
                  "The docinfo " + inQuotes(strId) +
                      " is none of protocolname, attestationdate and "
@@ -93,39 +63,10 @@ void findUnknownInfos(const ParsedDeployment& deployment, Findings& findings) {
   }
 }
 
-/// What is wrong with a path into the message; empty when it finds something.
-std::string wrongWith(const ParsedDeployment& deployment, const std::string& strPath) {
-  std::string strReason;
-  const Node objFound =
-      deployment.shape().select(deployment.shape().document(), strPath, strReason);
-  if (objFound) return {};
-  if (isAboutPrefix(strReason)) return {};
-  return strReason.empty() ? "finds nothing in the message" : "cannot be evaluated: " + strReason;
-}
-
-void findInfosWithoutTarget(const ParsedDeployment& deployment, Findings& findings) {
-  if (!isMapper(deployment) || !deployment.shape().isKnown()) return;
-  for (const std::string_view id : {kName, kDate, kTime}) {
-    const Node objInfo = docInfo(deployment, id);
-    const Node objNode = childElement(objInfo, "node");
-    const Node objParent = childElement(objInfo, "parentxpath");
-    if (!objNode || !objParent) continue;
-    const std::string strWrong = wrongWith(deployment, objParent.text() + "/" + objNode.text());
-    if (strWrong.empty()) continue;
-    const bool blnParent = !wrongWith(deployment, objParent.text()).empty();
-    findings
-        .add(deployment.objectMapper, blnParent ? objParent : objNode, "", "",
-             "The path " + inQuotes(objParent.text() + "/" + objNode.text()) + " of the docinfo " +
-                 inQuotes(id) + " " + strWrong + ": it is not written.",
-             "Let the template hold the element; capitals count.")
-        .strPath = objParent.text() + "/" + objNode.text();
-  }
-}
-
 void findNameParameters(const ParsedDeployment& deployment, Findings& findings) {
   const ParsedFile& mapper = deployment.objectMapper;
-  const Node objInfo = docInfo(deployment, kName);
-  if (!isMapper(deployment) || !objInfo) return;
+  const Node objInfo = deployment.documentInfo(kNameInfo);
+  if (!deployment.objectMapper.isLoaded() || !objInfo) return;
   const Node objAction = childElement(objInfo, "action");
   if (!objAction || attributeText(objAction, kId) != "buildprotocolname") {
     findings.add(mapper, objAction ? objAction : objInfo, kId, "",
@@ -164,8 +105,8 @@ void findNameParameters(const ParsedDeployment& deployment, Findings& findings) 
 }
 
 void findMissingProtocolInfo(const ParsedDeployment& deployment, Findings& findings) {
-  const Node objInfo = docInfo(deployment, kName);
-  if (!isMapper(deployment) || !objInfo || deployment.protocolInfo.isNamed()) return;
+  const Node objInfo = deployment.documentInfo(kNameInfo);
+  if (!deployment.objectMapper.isLoaded() || !objInfo || deployment.protocolInfo.isNamed()) return;
   findings.add(
       deployment.objectMapper, objInfo, "", "",
       "The form's name is asked for, and no protocol information is named: the name is not "
@@ -174,8 +115,8 @@ void findMissingProtocolInfo(const ParsedDeployment& deployment, Findings& findi
 }
 
 void findComments(const ParsedDeployment& deployment, Findings& findings) {
-  const Node objDocNodes = childElement(docData(deployment), "docnodes");
-  if (!isMapper(deployment) || !objDocNodes) return;
+  const Node objDocNodes = childElement(deployment.documentData(), "docnodes");
+  if (!deployment.objectMapper.isLoaded() || !objDocNodes) return;
   const std::vector<std::size_t> lines = deployment.objectMapper.linesOfChildren(objDocNodes);
   const NodeList colChildren = required(objDocNodes.childNodes());
   for (std::size_t at = 0; at < colChildren.length(); ++at) {
@@ -189,8 +130,8 @@ void findComments(const ParsedDeployment& deployment, Findings& findings) {
 }
 
 void findRulesWithoutNode(const ParsedDeployment& deployment, Findings& findings) {
-  if (!isMapper(deployment)) return;
-  for (const Node& objRule : rulesOf(deployment)) {
+  if (!deployment.objectMapper.isLoaded()) return;
+  for (const Node& objRule : deployment.copyRules()) {
     if (isBlank(childText(objRule, "node"))) {
       findings.add(deployment.objectMapper, objRule, "", "",
                    "The rule has no node: every submitted form fails.",
@@ -203,9 +144,9 @@ void findRulesWithoutNode(const ParsedDeployment& deployment, Findings& findings
 }
 
 void findUnknownRuleActions(const ParsedDeployment& deployment, Findings& findings) {
-  if (!isMapper(deployment)) return;
+  if (!deployment.objectMapper.isLoaded()) return;
   const ParsedFile& mapper = deployment.objectMapper;
-  for (const Node& objRule : rulesOf(deployment)) {
+  for (const Node& objRule : deployment.copyRules()) {
     const Node objAction = childElement(objRule, "action");
     if (!objAction) continue;
     if (toLower(attributeText(objAction, kId)) != "checknodetype") {
@@ -262,99 +203,9 @@ void findUnknownRuleActions(const ParsedDeployment& deployment, Findings& findin
   }
 }
 
-std::string joined(const std::set<std::string>& names) {
-  constexpr std::size_t kShown = 12;
-  std::string strNames;
-  std::size_t lngShown = 0;
-  for (const std::string& strName : names) {
-    if (++lngShown > kShown) return strNames + ", ...";
-    strNames += (strNames.empty() ? "" : ", ") + inQuotes(strName);
-  }
-  return strNames;
-}
-
-/// The path of a node with this name among those that a path selects.
-std::string pathOfType(const std::string& strPath, const std::string& strType) {
-  return strPath.substr(0, strPath.rfind('/') + 1) + strType;
-}
-
-/// The places below the parent to which the steps of makehcpdetailtype copy. Each adds to the path
-/// of those behind it, so what follows one that is not there says nothing new.
-void findSubPaths(const ParsedDeployment& deployment, std::string strParent,
-                  const Node& objTypeAction, Findings& findings) {
-  const bool blnMakes =
-      objTypeAction && toLower(attributeText(objTypeAction, kId)) == "makehcpdetailtype";
-  if (!blnMakes || !wrongWith(deployment, strParent).empty()) return;
-  for (const Node& objStep : childElements(objTypeAction)) {
-    const std::string strUnder = attributeText(objStep, "under");
-    const bool blnCopy =
-        objStep.nodeName() == "parameter" && toLower(attributeText(objStep, "action")) == "copy";
-    if (!blnCopy || strUnder.empty() || toLower(strUnder) == "parent") continue;
-    strParent += "/" + strUnder;
-    const std::string strWrong = wrongWith(deployment, strParent);
-    if (strWrong.empty()) continue;
-    findings
-        .add(deployment.objectMapper, objStep, "under", "",
-             "The path " + inQuotes(strParent) + " " + strWrong + ": nothing is copied there.",
-             "Name an element that a step before creates, or the parent has.")
-        .strPath = strParent;
-    return;
-  }
-}
-
-void findRulePaths(const ParsedDeployment& deployment, Findings& findings) {
-  if (!isMapper(deployment) || !deployment.shape().isKnown()) return;
-  const auto look = [&](const Node& objPath, const char* consequence) {
-    if (!objPath || isBlank(objPath.text())) return;
-    const std::string strWrong = wrongWith(deployment, objPath.text());
-    if (strWrong.empty()) return;
-    findings
-        .add(deployment.objectMapper, objPath, "", "",
-             "The path " + inQuotes(objPath.text()) + " " + strWrong + ": " + consequence + ".",
-             "Write a path of the template or of what the mapping makes; capitals count.")
-        .strPath = objPath.text();
-  };
-  for (const Node& objRule : rulesOf(deployment)) {
-    look(childElement(objRule, "node"), "the rule copies nothing");
-    look(childElement(objRule, "parentxpath"), "the rule is passed over");
-    const std::set<std::string> names =
-        deployment.shape().namesAt(withoutConditions(childText(objRule, "node")));
-    for (const Node& objType : childElements(childElement(objRule, "action"))) {
-      const std::string strType = attributeText(objType, kType);
-      // An odd word has a rule of its own.
-      if (!names.empty() && !isBlank(strType) && !hasCapitals(strType) &&
-          !names.contains(strType)) {
-        findings
-            .add(deployment.objectMapper, objType, kType, "",
-                 "None of the nodes that " + inQuotes(childText(objRule, "node")) +
-                     " can select has the name " + inQuotes(strType) + ": nothing is copied.",
-                 "Write one of " + joined(names) + ".")
-            .strPath = pathOfType(childText(objRule, "node"), strType);
-      }
-      const Node objTypeAction = childElement(objType, "action");
-      const Node objFrom = childElement(objTypeAction, "node");
-      look(objFrom, "nothing is copied");
-      findSubPaths(deployment, childText(objRule, "parentxpath"), objTypeAction, findings);
-      for (const Node& objStep : childElements(objTypeAction)) {
-        const bool blnCopy = objStep.nodeName() == "parameter" &&
-                             toLower(attributeText(objStep, "action")) == "copy";
-        if (!blnCopy || !objFrom || !wrongWith(deployment, objFrom.text()).empty()) continue;
-        const std::string strWrong = wrongWith(deployment, objFrom.text() + "/" + objStep.text());
-        if (strWrong.empty()) continue;
-        findings
-            .add(deployment.objectMapper, objStep, "", "",
-                 "The path " + inQuotes(objFrom.text() + "/" + objStep.text()) + " " + strWrong +
-                     ": nothing is copied.",
-                 "Name a child of the node that is copied from.")
-            .strPath = objFrom.text() + "/" + objStep.text();
-      }
-    }
-  }
-}
-
 void findAppendWords(const ParsedDeployment& deployment, Findings& findings) {
-  if (!isMapper(deployment)) return;
-  for (const Node& objRule : rulesOf(deployment)) {
+  if (!deployment.objectMapper.isLoaded()) return;
+  for (const Node& objRule : deployment.copyRules()) {
     const Node objBefore = childElement(objRule, "insertbefore");
     if (!objBefore) continue;
     const std::optional<std::string> strWord = objBefore.getAttribute("appendonnomatch");
@@ -363,44 +214,6 @@ void findAppendWords(const ParsedDeployment& deployment, Findings& findings) {
                  "The attribute appendonnomatch=" + inQuotes(*strWord) +
                      " is no Boolean word: a form for which the rule copies anything fails.",
                  "Write \"true\" or \"false\".");
-  }
-}
-
-/// References that are not there end the run, unless copies may go to the end.
-void findMissingReferences(const ParsedDeployment& deployment, Findings& findings) {
-  if (!isMapper(deployment) || !deployment.shape().isKnown()) return;
-  const MessageShape& shape = deployment.shape();
-  for (const Node& objRule : rulesOf(deployment)) {
-    const Node objBefore = childElement(objRule, "insertbefore");
-    std::string strReason;
-    const std::string strParent = childText(objRule, "parentxpath");
-    if (!objBefore || strParent.empty()) continue;
-    const Node objParent = shape.select(shape.document(), strParent, strReason);
-    if (!objParent) continue;
-    bool blnFound = false;
-    for (const Node& objPath : childElements(objBefore)) {
-      const std::string strPath = objPath.text();
-      if (objPath.nodeName() != "node" || strPath.empty()) continue;
-      const Node objReference = shape.select(objParent, strPath, strReason);
-      blnFound = blnFound || objReference;
-      const bool blnChild = objReference && objReference.parentNode() == objParent;
-      if (blnChild || isAboutPrefix(strReason)) continue;
-      findings
-          .add(deployment.objectMapper, objPath, "", "",
-               "The reference " + inQuotes(strPath) +
-                   (!strReason.empty() ? " cannot be evaluated: " + strReason
-                    : objReference     ? " is no child of the parent."
-                                       : " is never found below the parent: " +
-                                         std::string("a copy cannot go before it.")),
-               "Name a child of the parent; capitals count.")
-          .strPath = strParent + "/" + strPath;
-    }
-    if (childElements(objBefore).empty()) {
-      findings.add(deployment.objectMapper, objBefore, "", "",
-                   "insertbefore names no reference: a form for which the rule copies anything "
-                   "fails.",
-                   "Give it node children, or take it out.");
-    }
   }
 }
 

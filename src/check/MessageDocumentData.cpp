@@ -6,15 +6,10 @@
 namespace Varnel_Tolv_XML_Creation {
 
 void MessageBuilding::placeDocumentData() {
-  const Node objData = childElement(mapper_.root(), "docdata");
-  for (const std::string_view strId : {"protocolname", "attestationdate", "attestationtime"}) {
-    for (const Node& objInfo : childElements(objData)) {
-      if (objInfo.nodeName() != "docinfo" || attributeText(objInfo, kId) != strId) continue;
-      placeHeaderValue(objInfo, strId);
-      break;
-    }
+  for (const std::string_view strId : {kNameInfo, kDateInfo, kTimeInfo}) {
+    if (const Node objInfo = deployment_.documentInfo(strId)) placeHeaderValue(objInfo, strId);
   }
-  for (const Node& objRule : childElements(childElement(objData, "docnodes"))) {
+  for (const Node& objRule : deployment_.copyRules()) {
     ++lngRule_;
     lngBranch_ = 0;
     placeCopies(objRule);
@@ -28,10 +23,10 @@ void MessageBuilding::placeHeaderValue(const Node& objInfo, std::string_view str
   const std::string strPath = objParent.text() + "/" + objNode.text();
   const Selected found = find(strPath);
   if (found.lngElement == 0) return;
-  if (strId == "protocolname" && !deployment_.protocolInfo.isNamed()) return;  // nothing to write
-  const Source source = strId == "protocolname"      ? Source::form
-                        : strId == "attestationdate" ? Source::date
-                                                     : Source::time;
+  if (strId == kNameInfo && !deployment_.protocolInfo.isNamed()) return;  // nothing to write
+  const Source source = strId == kNameInfo   ? Source::form
+                        : strId == kDateInfo ? Source::date
+                                             : Source::time;
   write(found.lngElement, source, nullptr, {&mapper_, objNode});
 }
 

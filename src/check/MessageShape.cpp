@@ -300,13 +300,7 @@ void MessageShape::addTypeContent(const FormObject& object, const ComplexType& t
 
 /// The copies that document data makes, the first of each; what is copied twice is known then.
 void MessageShape::copyNodes() {
-  const Node objDocNodes =
-      childElement(childElement(deployment_.objectMapper.root(), "docdata"), "docnodes");
   std::string strReason;
-  const auto text = [](const Node& objRule, std::string_view strName) {
-    const Node objChild = childElement(objRule, strName);
-    return objChild ? objChild.text() : std::string();
-  };
   const auto copy = [&](const std::string& strFrom, const std::string& strTo) {
     if (strFrom.empty() || strTo.empty()) return;
     const Node objParent = select(objMessage_, strTo, strReason);
@@ -319,17 +313,17 @@ void MessageShape::copyNodes() {
     required(objParent.appendChild(objCopy));
     lngElements_ += lngCopied;
   };
-  for (const Node& objRule : childElements(objDocNodes)) {
-    const std::string strParent = text(objRule, "parentxpath");
+  for (const Node& objRule : deployment_.copyRules()) {
+    const std::string strParent = childText(objRule, "parentxpath");
     const Node objAction = childElement(objRule, "action");
     if (!objAction || toLower(attributeText(objAction, kId)) != "checknodetype") {
-      copy(text(objRule, "node"), strParent);
+      copy(childText(objRule, "node"), strParent);
       continue;
     }
     for (const Node& objType : childElements(objAction)) {
       const Node objTypeAction = childElement(objType, "action");
       if (!objTypeAction) continue;
-      const std::string strFrom = text(objTypeAction, "node");
+      const std::string strFrom = childText(objTypeAction, "node");
       if (toLower(attributeText(objTypeAction, kId)) == "copyhcpdetailtype") {
         copy(strFrom, strParent);
         continue;

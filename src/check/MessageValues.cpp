@@ -17,7 +17,7 @@ using Source = MessageWrite::Source;
 
 /// The form's name as a run composes it.
 std::string formName(const ParsedDeployment& deployment) {
-  const Node objData = childElement(deployment.objectMapper.root(), "docdata");
+  const Node objData = deployment.documentData();
   const auto part = [&](std::string_view strId) -> std::string {
     for (const Node& objInfo : childElements(objData)) {
       const Node objAction = childElement(objInfo, "action");

@@ -196,7 +196,7 @@ void forEachPath(const ParsedDeployment& deployment, const Find& find) {
       if (objPath) find(MapperPath{objPath, "", objPath.text(), entry.strId});
     }
   }
-  const Node objDocData = childElement(deployment.objectMapper.root(), "docdata");
+  const Node objDocData = deployment.documentData();
   if (!objDocData) return;
   const NodeList colElements = required(objDocData.getElementsByTagName("*"));
   for (const Node& objElement : colElements) {

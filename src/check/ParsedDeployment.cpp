@@ -61,6 +61,10 @@ Node childElement(const Node& objElement, std::string_view strName) {
   return {};
 }
 
+std::string childText(const Node& objElement, std::string_view strName) {
+  return textOrNone(childElement(objElement, strName));
+}
+
 bool isBooleanWord(std::string_view strText) {
   const std::string strLower = toLower(strText);
   return strLower == "true" || strLower == "false" || isNumeric(strText);
@@ -336,6 +340,19 @@ void ParsedDeployment::joinObjectsWithEntries() {
     object.entry = &entries[found->second];
     entries[found->second].users.push_back(&object);
   }
+}
+
+Node ParsedDeployment::documentData() const { return childElement(objectMapper.root(), "docdata"); }
+
+Node ParsedDeployment::documentInfo(std::string_view strId) const {
+  for (const Node& objInfo : childElements(documentData())) {
+    if (objInfo.nodeName() == "docinfo" && attributeText(objInfo, kId) == strId) return objInfo;
+  }
+  return {};
+}
+
+std::vector<Node> ParsedDeployment::copyRules() const {
+  return childElements(childElement(documentData(), "docnodes"));
 }
 
 bool ParsedDeployment::lacksHiddenObject(const std::string& strOutput) const {

@@ -39,6 +39,11 @@ struct TableColumn {
 
 enum class ObjectKind { field, table, other, endMark };
 
+// The values of the document data, by the ids of their entries.
+inline constexpr std::string_view kNameInfo = "protocolname";
+inline constexpr std::string_view kDateInfo = "attestationdate";
+inline constexpr std::string_view kTimeInfo = "attestationtime";
+
 /// What a run makes of an entry's action.
 enum class ActionKind { none, join, rowText, complexType };
 
@@ -233,6 +238,11 @@ struct ParsedDeployment {
   const Question* question(std::string_view strId) const;
   const NamespaceEntry* namespaceOf(std::string_view strPrefix) const;
 
+  // What the object mapper says of the document data; Nothing where it does not.
+  Node documentData() const;
+  Node documentInfo(std::string_view strId) const;  // that writes a value
+  std::vector<Node> copyRules() const;
+
   /// Whether a hidden field with this output should be an object of the form, and is none: rules
   /// about hidden fields tell it.
   bool lacksHiddenObject(const std::string& strOutput) const;
@@ -266,6 +276,9 @@ std::vector<Node> childElements(const Node& objElement);
 
 /// The first child element with this name as written, in no namespace; or Nothing.
 Node childElement(const Node& objElement, std::string_view strName);
+
+/// Its text; the empty one when there is none.
+std::string childText(const Node& objElement, std::string_view strName);
 
 /// Whether a text is one that reads as a Boolean.
 bool isBooleanWord(std::string_view strText);

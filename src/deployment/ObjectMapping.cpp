@@ -64,7 +64,7 @@ ObjectMapping::ObjectMapping(const Document& objObjectMapper) {
     const EntryKind kind = entryKind(attributeText(objMessageItem, kType));
     if (first[EntryKind::any] && first[kind]) continue;  // it is never meant
     MessageItem& item = items_.emplace_back();
-    item.blnAction = bool{readMessageItem(objMessageItem, item.info)};
+    item.action = readMessageItem(objMessageItem, item.info).identity();
     item.lngLine = objMessageItem.lineNumber();
     item.readPaths(names);
     if (!first[EntryKind::any]) first[EntryKind::any] = &item;

@@ -14,12 +14,19 @@ namespace Varnel_Tolv_XML_Creation {
 /// Errors: SVC_RET_XML_CREATION_OBJ_MAPPER_OBJ_MISSING for Nothing.
 Acknowledge GetObjectMapperInfo(const Node& objMessageItem, ObjectMapperInfo& info);
 
-/// Leads `item` to the entry with this id, or to null when there is none. The compiled object
-/// mapper has it ready; where there is no such, the id makes something else of the path, or the
-/// entry has an action, its path is selected and the entry read into `own`. Has no handler.
+/// An entry as one object of a run meets it. It stays where it is: `item` may lead into it.
+struct FoundMessageItem {
+  const MessageItem* item = nullptr;  // null: there is none
+  Node objAction;                     // a copy of its action, or Nothing
+  std::optional<MessageItem> own;     // the entry, where the compiled mapper has it not ready
+};
+
+/// Finds the entry with this id. The compiled object mapper has it ready; where there is no such,
+/// or the id makes something else of the path, its path is selected and the entry is read. Has no
+/// handler.
 ///
-/// Errors: those of `GetObjectMapperInfo`; `item` then is the entry all the same.
-Acknowledge findMessageItem(const Document& objObjectMapper, std::string_view strId, EntryKind kind,
-                            std::optional<MessageItem>& own, const MessageItem*& item);
+/// Errors: those of `GetObjectMapperInfo`; there is an `item` then all the same.
+Acknowledge findMessageItem(const Document& objObjectMapper, std::string_view strId,
+                            EntryKind kind, FoundMessageItem& found);
 
 }  // namespace Varnel_Tolv_XML_Creation

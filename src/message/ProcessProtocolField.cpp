@@ -54,7 +54,7 @@ class FieldPlacement {
   Acknowledge placeByAction();
   Acknowledge placeComplexType(const std::string& strAction);
   std::string itemValue() const;
-  const ObjectMapperInfo& info() const { return item_->info; }
+  const ObjectMapperInfo& info() const { return found_.item->info; }
 
   Acknowledge failure(eReturnValues lngErrorCode, const std::string& strDetail) const {
     return Failure(lngErrorCode, strDetail, session_.strDefaultUserMessage);
@@ -71,8 +71,7 @@ class FieldPlacement {
   std::string_view strLabel_;  // in the parked form, which stays as it is
   std::string strValue_;
   EntryKind kind_ = EntryKind::any;
-  std::optional<MessageItem> own_;  // where the compiled mapper has no entry ready
-  const MessageItem* item_ = nullptr;
+  FoundMessageItem found_;
 };
 
 void FieldPlacement::readField() {
@@ -89,14 +88,14 @@ Acknowledge FieldPlacement::readMapping() {
   if (tracing(session_)) {
     trace(session_, kProcedure, {"strMapperPath=", messageItemPath(strMapperId, kind_)});
   }
-  Acknowledge objAck = findMessageItem(objObjectMapper_, strMapperId, kind_, own_, item_);
-  if (!item_) {
+  Acknowledge objAck = findMessageItem(objObjectMapper_, strMapperId, kind_, found_);
+  if (!found_.item) {
     if (session_.answers) session_.answers->lose(reason::kNoMapping);
     return Failure(SVC_RET_XML_CREATION_NOMAPPERFOROBJECT,
                    "object mapper not found for object=" + strId_,
                    "An error occurred while processing the protocol fields");
   }
-  if (session_.answers) session_.answers->entry(item_->lngLine);
+  if (session_.answers) session_.answers->entry(found_.item->lngLine);
   return objAck;
 }
 
@@ -112,7 +111,7 @@ bool FieldPlacement::isSent() const {
     blnOtherEmpty = !objOther || isBlank(attributeText(objOther, kValue));
   }
   const bool blnExists =
-      info().blnCheckExists && selectSingleNode(objSendXML_, item_->place.whole());
+      info().blnCheckExists && selectSingleNode(objSendXML_, found_.item->place.whole());
 
   if (info().strItem.empty() && strValue_.empty()) return false;
   // deliberate: any other word for True passes the conversion above and is not sent.
@@ -122,7 +121,7 @@ bool FieldPlacement::isSent() const {
   return blnSent;
 }
 
-Acknowledge FieldPlacement::place() { return info().objAction ? placeByAction() : placePlainly(); }
+Acknowledge FieldPlacement::place() { return found_.objAction ? placeByAction() : placePlainly(); }
 
 Acknowledge FieldPlacement::placePlainly() {
   if (isBlank(info().strParentXPath)) {
@@ -132,12 +131,12 @@ Acknowledge FieldPlacement::placePlainly() {
   strValue_ = replaceAll(strValue_, "\r\n", "");
 
   Node objCurrentNode;
-  Acknowledge objAck = buildXPath(session_, item_->place, objSendXML_, objCurrentNode);
+  Acknowledge objAck = buildXPath(session_, found_.item->place, objSendXML_, objCurrentNode);
   if (!objAck.Success()) return objAck;
 
   if (!info().strItem.empty()) strValue_ = itemValue();
 
-  const PathView path = item_->place.whole();
+  const PathView path = found_.item->place.whole();
   trace(session_, kProcedure,
         {"Set objAck = addData(objXmlDocument,", strValue_, ", ", path.strText, ", ", strId_, ")"});
   return addData(session_, objSendXML_, strValue_, path, strId_);
@@ -160,12 +159,12 @@ std::string FieldPlacement::itemValue() const {
 }
 
 Acknowledge FieldPlacement::placeByAction() {
-  const std::string strAction = attributeText(info().objAction, kId);
+  const std::string strAction = attributeText(found_.objAction, kId);
   if (toLower(strAction) == "addinfotonode") {
     trace(session_, kProcedure, {"addinfotonode"});
     strValue_ = replaceAll(strValue_, "\r\n", "");
     return AddInfoToNode(session_, prtobjct_, objSendXML_, info().strParentXPath, objParkXML_,
-                         info().strNode, strLabel_, strValue_, info().objAction);
+                         info().strNode, strLabel_, strValue_, found_.objAction);
   }
   return placeComplexType(strAction);
 }
@@ -184,7 +183,7 @@ Acknowledge FieldPlacement::placeComplexType(const std::string& strAction) {
 
   Node objChildNode;
   const Acknowledge objChildAck =
-      GetChildNode(session_, prtobjct_, objSchemaTypeMapper_, info().objAction, strLabel_,
+      GetChildNode(session_, prtobjct_, objSchemaTypeMapper_, found_.objAction, strLabel_,
                    strValue_, objChildNode, arrAddressLines, std::nullopt, std::nullopt,
                    std::nullopt, blnMultiValue, objSendXML_);
   // deliberate: whatever was wrong with the child, its absence is what is told.
@@ -196,7 +195,7 @@ Acknowledge FieldPlacement::placeComplexType(const std::string& strAction) {
         {"Set objAck = buildXPath(", info().strParentXPath, ", ", info().strNode,
          ", objXmlDocument, objCurrentNode)"});
   Node objCurrentNode;
-  Acknowledge objAck = buildXPath(session_, item_->place, objSendXML_, objCurrentNode);
+  Acknowledge objAck = buildXPath(session_, found_.item->place, objSendXML_, objCurrentNode);
   if (!objAck.Success()) return objAck;
   if (!objCurrentNode) {
     return failure(SVC_RET_XML_CREATION_CURRENT_NODE_MISSING,
@@ -214,7 +213,8 @@ Acknowledge FieldPlacement::placeComplexType(const std::string& strAction) {
 Acknowledge FieldPlacement::placeExtra() const {
   trace(session_, kProcedure, {"Processing strExtraPath"});
   Node objCurrentNode;
-  const Acknowledge objPathAck = buildXPath(session_, item_->extra, objSendXML_, objCurrentNode);
+  const Acknowledge objPathAck =
+      buildXPath(session_, found_.item->extra, objSendXML_, objCurrentNode);
   if (!objPathAck.Success()) {
     return failure(SVC_RET_XML_CREATION_EXTRA_PATH_MISSING,
                    "extra path missing object=" + strId_ + ",extrapath=" + info().strExtraPath +
@@ -224,7 +224,7 @@ Acknowledge FieldPlacement::placeExtra() const {
   trace(session_, kProcedure,
         {"Set objAck = addData(objXmlDocument,", strValue_, ", ", info().strExtraPath, " / ",
          info().strExtraNode, ", ", strId_, ")"});
-  return addData(session_, objSendXML_, strValue_, item_->extra.whole(), strId_);
+  return addData(session_, objSendXML_, strValue_, found_.item->extra.whole(), strId_);
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
 #include "message/ProcessProtocolTable.h"
 
-#include <optional>
 #include <string>
 
 #include "config/AnswerLog.h"
@@ -36,18 +35,17 @@ Acknowledge ProcessProtocolTable(const Session& session, const Document& objSend
     const bool blnDynamic = toBoolean(attributeText(objParkTable, kDynamic));
     const EntryKind kind = entryKindOf(true, blnDynamic);
     const std::string strMapperId = blnDynamic ? attributeText(objParkTable, "group") : strId;
-    std::optional<MessageItem> own;
-    const MessageItem* item = nullptr;
-    Acknowledge objAck = findMessageItem(objObjectMapper, strMapperId, kind, own, item);
-    if (!item) {
+    FoundMessageItem found;
+    Acknowledge objAck = findMessageItem(objObjectMapper, strMapperId, kind, found);
+    if (!found.item) {
       if (session.answers) session.answers->lose(reason::kNoMapping);
       return failure(SVC_RET_XML_CREATION_OBJECTMAPPER_MISSING,
                      "no object mapper found=" + messageItemPath(strMapperId, kind));
     }
-    if (session.answers) session.answers->entry(item->lngLine);
+    if (session.answers) session.answers->entry(found.item->lngLine);
     if (!objAck.Success()) return objAck;
-    const ObjectMapperInfo& info = item->info;
-    if (!info.objAction) {
+    const ObjectMapperInfo& info = found.item->info;
+    if (!found.objAction) {
       return failure(SVC_RET_XML_CREATION_ACTION_MISSING, "no action found=" + strId);
     }
     // deliberate: a table that is mapped to no place is left out in silence.
@@ -58,16 +56,16 @@ Acknowledge ProcessProtocolTable(const Session& session, const Document& objSend
       return {};
     }
 
-    const Node objParentNode = selectSingleNode(objSendXML, item->place.parent());
+    const Node objParentNode = selectSingleNode(objSendXML, found.item->place.parent());
     if (!objParentNode) {
       return failure(SVC_RET_XML_CREATION_PARENT_NODE_MISSING,
                      "node error" + info.strParentXPath + "/" + info.strNode);
     }
-    if (toLower(attributeText(info.objAction, kId)) == "rowinfotovalue") {
+    if (toLower(attributeText(found.objAction, kId)) == "rowinfotovalue") {
       return AddRowInfoToSingleNode(session, objSendXML, objParentNode, objParkTable, info.strNode);
     }
     return AddComplexTypeFromTableRows(session, objSendXML, objParentNode, objSchemaTypeMapper,
-                                       objParkTable, info.objAction, info.strNode);
+                                       objParkTable, found.objAction, info.strNode);
   });
 }
 

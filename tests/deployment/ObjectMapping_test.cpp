@@ -57,17 +57,18 @@ TEST(ObjectMapping, FindsTheEntryThatItsPathSelects) {
 }
 
 TEST(ObjectMapping, ReadsEachEntryWithItsPaths) {
-  const ObjectMapping mapping(parsed(
+  const Document objMapper = parsed(
       "<message><messageitem id='q' toschema='true' checkexists='true' absent='o'>"
       "<parentxpath>/m:r</parentxpath><node item='i'>m:a/m:b</node><extrapath>/m:r</extrapath>"
-      "<extranode>m:x</extranode><action id='act'><parameter/></action></messageitem></message>"));
+      "<extranode>m:x</extranode><action id='act'><parameter/></action></messageitem></message>");
+  const ObjectMapping mapping(objMapper);
   const MessageItem* const item = mapping.find("q", EntryKind::any);
   ASSERT_TRUE(item);
   EXPECT_EQ(item->info.strToSchema, "true");
   EXPECT_TRUE(item->info.blnCheckExists);
   EXPECT_EQ(item->info.strAbsent, "o");
   EXPECT_EQ(item->info.strItem, "i");
-  EXPECT_TRUE(item->blnAction);
+  EXPECT_EQ(item->action, objMapper.selectSingleNode("//action").identity());
   EXPECT_FALSE(item->info.objAction) << "copied for a run that meets it";
   EXPECT_EQ(item->place.whole().strText, "/m:r/m:a/m:b");
   EXPECT_EQ(item->place.whole().steps.size(), 3);

@@ -23,4 +23,10 @@ std::string_view attributeView(const Node& objElement, std::string_view strName)
   return attribute ? valueOf(attribute) : std::string_view();
 }
 
+Node nodeOf(const Document& objDocument, const void* identity) {
+  DocumentState::target(objDocument);
+  auto* const node = static_cast<TreeNode*>(const_cast<void*>(identity));
+  return DocumentState::handle(DocumentState::stateOf(objDocument), node);
+}
+
 }  // namespace Varnel_Tolv_XML_Creation

@@ -3,6 +3,7 @@
 #include <thread>
 
 #include "platform/dom/DomTesting.h"
+#include "platform/dom/Prepared.h"
 #include "platform/xml/FileCache.h"
 #include "platform/xml/FilesRead.h"
 #include "support/Documents.h"
@@ -48,6 +49,15 @@ TEST_F(CachedDocument, IsTheSameAsOneThatWasParsed) {
       EXPECT_EQ(objDocument.selectNodes("//b[contains(., 'x')]")->length(), 1);
     }
   }
+}
+
+TEST_F(CachedDocument, HasTheNodesOfEveryOtherThatIsOnlyRead) {
+  const std::string strPath = write("a.xml", "<a><b/><b id='1'>t</b></a>");
+  const Document objFirst = loadedFrom(strPath, true);
+  const Document objOther = loadedFrom(strPath, true);
+  const void* const identity = objFirst.selectSingleNode("//b[@id='1']").identity();
+  EXPECT_EQ(nodeOf(objOther, identity), objOther.selectSingleNode("//b[@id='1']"));
+  EXPECT_EQ(nodeOf(objOther, identity).text(), "t");
 }
 
 TEST_F(CachedDocument, ChangesForItselfAlone) {

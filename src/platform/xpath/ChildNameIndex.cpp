@@ -39,6 +39,7 @@ void ChildNameIndex::prepare(TreeNode* parent, const TreeNode* child) {
 }
 
 void ChildNameIndex::added(TreeNode* child) noexcept {
+  if (child->next != nullptr) ++lngChanges_;
   Names* const names = namesAround(child);
   if (names == nullptr) return;
   const auto found = names->children.find(child->name->plain);
@@ -51,6 +52,7 @@ void ChildNameIndex::added(TreeNode* child) noexcept {
 }
 
 void ChildNameIndex::removing(const TreeNode* child) noexcept {
+  ++lngChanges_;
   Names* const names = namesAround(child);
   if (names == nullptr) return;
   const auto found = names->children.find(child->name->plain);
@@ -77,6 +79,7 @@ void ChildNameIndex::findFirsts(const TreeNode* parent, Names& names) noexcept {
 }
 
 void ChildNameIndex::emptying(TreeNode* parent) noexcept {
+  if (parent->first != nullptr) ++lngChanges_;
   if (std::exchange(parent->blnIndexed, false)) parents_.erase(parent);
 }
 

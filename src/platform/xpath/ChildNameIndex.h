@@ -33,8 +33,12 @@ class ChildNameIndex {
   /// To be told of each node that will be unlinked.
   void removing(const TreeNode* child) noexcept;
 
-  /// May be told, before it is told of each, that all children of a parent will go.
+  /// To be told that all children of a parent will go.
   void emptying(TreeNode* parent) noexcept;
+
+  /// Another number when a child went, or was put before another one: as long as it is the same,
+  /// the first child of each name stays the first.
+  std::size_t changes() const noexcept { return lngChanges_; }
 
   struct Match {
     TreeNode* first = nullptr;  // null when there is none
@@ -79,6 +83,7 @@ class ChildNameIndex {
 
   // These, and only these, are `blnIndexed`. A question may look for firsts that went.
   mutable std::unordered_map<const TreeNode*, Names> parents_;
+  std::size_t lngChanges_ = 0;
 };
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -128,6 +128,7 @@ class PlainPath {
       if (node == nullptr) return true;
     }
     const TreeName* const name = names_[lngNames_ - 1];
+    if (isParent(node)) colFound.reserve(node->lngSize);
     for (TreeNode* child = firstChild(node); child != nullptr; child = child->next) {
       if (isElement(child) && child->name->plain == name) colFound.push_back(child);
     }

@@ -70,11 +70,16 @@ class PreparedPath {
   std::shared_ptr<const PathNames> names_;
 };
 
-/// What one document calls the names of prepared paths. It is for who writes to the document, and
-/// has to forget them when the document or its selection namespaces become others.
+/// What one document calls the names of prepared paths, and the elements that the last one led
+/// along: the next path goes on where it parts from that, since paths mostly have a parent in
+/// common. It is for who writes to the document, and has to forget them when the document or its
+/// selection namespaces become others.
 class BoundNames {
  public:
-  void forget() noexcept { names_.reset(); }
+  void forget() noexcept {
+    names_.reset();
+    way_.clear();
+  }
 
   /// The first node that a path with steps selects in the document, or null; none when only its
   /// text can tell.
@@ -83,8 +88,21 @@ class BoundNames {
                                  const SelectionNamespaces& namespaces);
 
  private:
+  const TreeName* bind(std::uint32_t lngNumber, const Tree& tree,
+                       const SelectionNamespaces& namespaces);
+  std::optional<TreeNode*> firstAnew(const PathView& path, const Tree& tree,
+                                     const ChildNameIndex& childNames,
+                                     const SelectionNamespaces& namespaces);
+
+  struct Step {
+    std::uint32_t lngNumber;
+    TreeNode* element;  // the first child of its name below the one before, or the document
+  };
+
   std::shared_ptr<const PathNames> names_;
   std::vector<const TreeName*> bound_;  // null: the document had none such when it was asked
+  std::vector<Step> way_;
+  std::size_t lngChanges_ = 0;  // of the index of child names when the way was gone
 };
 
 }  // namespace Varnel_Tolv_XML_Creation

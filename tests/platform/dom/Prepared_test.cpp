@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cstdint>
 #include <vector>
 
 #include "platform/dom/DomTesting.h"
@@ -87,6 +88,47 @@ TEST_F(Prepared, FollowsWhatBecomesOfTheDocument) {
   expectWhatTheTextsSelect(objDocument);
 }
 
+/// A few hundred changes of all kinds, each of a node that a fixed sequence picks.
+TEST_F(Prepared, GoesOnWhereTheLastPathLedAsLongAsThatIsTheFirstWay) {
+  const Document objDocument = loaded("<m:r xmlns:m='urn:m'><a><b/></a><w/><d/></m:r>");
+  objDocument.setSelectionNamespaces("xmlns:m='urn:m'");
+  constexpr std::array<const char*, 8> kNames = {"a", "b", "c", "d", "e", "w", "x", "y"};
+  std::uint32_t lngState = 1;
+  const auto pick = [&](std::size_t lngOf) {
+    lngState = lngState * 1664525 + 1013904223;
+    return static_cast<std::size_t>(lngState >> 8) % lngOf;
+  };
+  for (int lngChange = 0; lngChange < 400; ++lngChange) {
+    SCOPED_TRACE(lngChange);
+    const Node objRoot = objDocument.documentElement();
+    const NodeList colBelow = objRoot.getElementsByTagName("*").value();
+    const Node objAny = colBelow.length() == 0 ? objRoot : colBelow.item(pick(colBelow.length()));
+    const Node objNew = objDocument.createElement(kNames.at(pick(kNames.size())));
+    switch (colBelow.length() > 60 ? 3 : pick(6)) {
+      case 0:
+        objRoot.appendChild(objNew);
+        break;
+      case 1:
+        objAny.appendChild(objNew);
+        break;
+      case 2:
+        if (objAny != objRoot) objAny.parentNode().insertBefore(objNew, objAny);
+        break;
+      case 3:
+        if (objAny != objRoot) objAny.parentNode().removeChild(objAny);
+        break;
+      case 4:
+        if (objAny != objRoot) objRoot.appendChild(objAny);
+        break;
+      default:
+        objAny.setText("t");
+        if (objAny == objRoot) objAny.appendChild(objNew);
+        break;
+    }
+    expectWhatTheTextsSelect(objDocument);
+  }
+}
+
 TEST_F(Prepared, KnowsThePathsOfSeveralSetsOfNames) {
   const Document objDocument = loaded("<m:r xmlns:m='urn:m'><a><b/></a></m:r>");
   objDocument.setSelectionNamespaces("xmlns:m='urn:m'");
@@ -108,6 +150,7 @@ TEST_F(Prepared, SelectsFromADocumentThatIsOnlyRead) {
 TEST_F(Prepared, RaisesErrorNinetyOneForNothing) {
   descriptionOf(kObjectNotSet, [&] { selectSingleNode(Node(), colPaths_.front().view()); });
   descriptionOf(kObjectNotSet, [] { attributeView(Node(), "a"); });
+  descriptionOf(kObjectNotSet, [] { nodeOf(Document(), nullptr); });
 }
 
 TEST_F(Prepared, FailsOnceWhereATestMakesItFail) {

@@ -30,7 +30,7 @@ bool isFilledIn(const NodeList& colColumns) {
   });
 }
 
-/// Whether a node still stands in the row model, in which texts were written over others.
+/// Whether a node still stands in the row model.
 bool standsIn(const Node& objModel, const Node& objNode) {
   Node objTop = objNode;
   while (objTop && objTop != objModel) objTop = objTop.parentNode();
@@ -71,36 +71,51 @@ NodeList placeholders(const Node& objModel) { return required(objModel.selectNod
 class RowModel {
  public:
   RowModel(const Node& objModel, const PlaceholderIds& ids)
-      : objModel_(objModel), colPlaceholders_(placeholders(objModel)), ids_(ids) {}
+      : objModel_(objModel),
+        colPlaceholders_(placeholders(objModel)),
+        ids_(ids),
+        taken_(colPlaceholders_.length()) {}
 
   void placeCell(const Session& session, const Node& objColumn, const std::string& strTableId,
-                 const std::string& strRowId) const;
+                 const std::string& strRowId);
   void removePlaceholders() const;
 
  private:
-  Node placeholderOf(std::string_view strColumnId) const;
+  Node placeholderOf(std::string_view strColumnId);
+  bool isLeft(std::size_t lngPlaceholder) const;
 
   const Node& objModel_;
   const NodeList colPlaceholders_;
   const PlaceholderIds& ids_;
+  std::vector<bool> taken_;     // of the placeholders
+  bool blnOthersGone_ = false;  // one may have gone that was not taken
+  Node objMarked_;              // what the element of the last cell stands in
 };
 
+/// Whether the placeholder at this place still stands.
+bool RowModel::isLeft(std::size_t lngPlaceholder) const {
+  if (taken_[lngPlaceholder]) return false;
+  return !blnOthersGone_ || standsIn(objModel_, colPlaceholders_.item(lngPlaceholder));
+}
+
 /// The first placeholder with this id that is left, or Nothing.
-Node RowModel::placeholderOf(std::string_view strColumnId) const {
+Node RowModel::placeholderOf(std::string_view strColumnId) {
   // What an apostrophe makes of the expression is the selection's business.
   if (strColumnId.find('\'') != std::string_view::npos) {
+    blnOthersGone_ = true;
     return objModel_.selectSingleNode("//value[@id='" + std::string(strColumnId) + "']");
   }
   for (const auto& [strId, lngAt] : ids_.find(strColumnId)) {
-    const Node objPlaceholder = colPlaceholders_.item(lngAt);
-    if (standsIn(objModel_, objPlaceholder)) return objPlaceholder;
+    if (!isLeft(lngAt)) continue;
+    taken_[lngAt] = true;
+    return colPlaceholders_.item(lngAt);
   }
   return {};
 }
 
 /// Puts one cell into the row model, where it has a place for it.
 void RowModel::placeCell(const Session& session, const Node& objColumn,
-                         const std::string& strTableId, const std::string& strRowId) const {
+                         const std::string& strTableId, const std::string& strRowId) {
   const std::string_view strColumnId = attributeView(objColumn, kId);  // of the parked form
   const std::string strValue = convertAnswer(session, attributeView(objColumn, "columntype"),
                                              attributeView(objColumn, kValue));
@@ -109,13 +124,19 @@ void RowModel::placeCell(const Session& session, const Node& objColumn,
   if (objPlaceholder) {
     const Node objParent = objPlaceholder.parentNode();
     required(objParent.removeChild(objPlaceholder));
+    // What stands in the placeholder goes with it, and the text is written over what stands beside.
+    if (objPlaceholder.hasChildNodes() || objParent.hasChildNodes()) blnOthersGone_ = true;
     if (session.answers) session.answers->writeFrom(objColumn, objParent, strValue);
     objParent.setText(strValue);
     const std::array<std::string_view, 3> identifiers = {strTableId, strRowId, strColumnId};
     const bool blnSplit = std::any_of(identifiers.begin(), identifiers.end(), [](auto strId) {
       return strId.find(kIdentifierDelimiter) != std::string_view::npos;
     });
-    if (!blnSplit) return SetAttributesUpwards(objParent, kIdentifierNames, identifiers);
+    if (!blnSplit) {
+      SetAttributesUpwards(objParent, kIdentifierNames, identifiers, objMarked_);
+      objMarked_ = objParent.parentNode();
+      return;
+    }
     // deliberate: what holds the delimiter is several values.
     SetAttributesUpwards(objParent, kIdentifiers,
                          strTableId + "~" + strRowId + "~" + std::string(strColumnId));
@@ -134,8 +155,9 @@ void RowModel::placeCell(const Session& session, const Node& objColumn,
 }
 
 void RowModel::removePlaceholders() const {
-  for (const Node& objPlaceholder : colPlaceholders_) {
-    if (!standsIn(objModel_, objPlaceholder)) continue;
+  for (std::size_t lngAt = 0; lngAt < colPlaceholders_.length(); ++lngAt) {
+    if (!isLeft(lngAt)) continue;
+    const Node objPlaceholder = colPlaceholders_.item(lngAt);
     required(objPlaceholder.parentNode().removeChild(objPlaceholder));
   }
 }
@@ -195,7 +217,7 @@ Acknowledge AddComplexTypeFromTableRows(const Session& session, const Document& 
       }
       if (!isFilledIn(*colColumns)) continue;
 
-      const RowModel model(objModel, ids);
+      RowModel model(objModel, ids);
       for (const Node& objColumn : *colColumns) {
         model.placeCell(session, objColumn, strTableId, strRowId);
       }

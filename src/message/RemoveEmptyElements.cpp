@@ -51,8 +51,10 @@ bool removeEmpty(const Session& session, const Node& objNode, const Document& ob
       blnOthers = true;
       if (!ways.contains(objChild.identity())) continue;
       if (removeEmpty(session, objChild, objReferenceXML, strPath, cleanUp, ways)) {
-        checkNodeForRemoval(session, objChild, strPath + "/" + objChild.nodeName(), objReferenceXML,
-                            cleanUp);
+        const std::size_t lngPath = strPath.size();
+        strPath.append("/").append(objChild.nodeName());
+        checkNodeForRemoval(session, objChild, strPath, objReferenceXML, cleanUp);
+        strPath.resize(lngPath);
       }
     }
     blnEmpty = !objNode.hasChildNodes();

@@ -84,10 +84,19 @@ bool hasEmptyOptionalAncestor(const Node& objReferenceNode, const Node& objMessa
   return false;  // mandatory up to the top
 }
 
+const Node& ReferenceElements::at(std::string_view strPath, const Document& objReferenceXml) {
+  if (strPath_ != strPath) {
+    strPath_.reset();
+    objElement_ = objReferenceXml.selectSingleNode(strPath);
+    strPath_ = strPath;
+  }
+  return objElement_;
+}
+
 void checkNodeForRemoval(const Session& session, const Node& objMessageNode,
                          std::string_view strPath, const Document& objReferenceXml,
                          CleanUp& cleanUp) {
-  const Node objReferenceNode = objReferenceXml.selectSingleNode(strPath);
+  const Node& objReferenceNode = cleanUp.references.at(strPath, objReferenceXml);
   trace(session, kProcedure,
         {"Node path=", strPath,
          ", Not oRefXMLNode Is Nothing=", traceWord(static_cast<bool>(objReferenceNode))});

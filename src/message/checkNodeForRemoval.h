@@ -57,11 +57,24 @@ class TextlessElements {
 bool hasEmptyOptionalAncestor(const Node& objReferenceNode, const Node& objMessageNode,
                               TextlessElements& textless);
 
+/// The reference element of a path, kept for the next one: the empty elements of a table's rows
+/// follow one another and have one path.
+class ReferenceElements {
+ public:
+  /// What the path selects first in the document, which is always the same one.
+  const Node& at(std::string_view strPath, const Document& objReferenceXml);
+
+ private:
+  std::optional<std::string> strPath_;
+  Node objElement_;
+};
+
 /// What one clean-up finds out and asks for again. The documents' structure above what it takes out
 /// does not change meanwhile.
 struct CleanUp {
   TextlessElements textless;
   QuestionLists lists;
+  ReferenceElements references;
 };
 
 /// Takes the empty element `objMessageNode`, whose element path is `strPath`, out of its parent

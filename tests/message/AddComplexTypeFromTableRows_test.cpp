@@ -191,6 +191,22 @@ TEST(AddComplexTypeFromTableRows, PutsCellsInThePlaceOfTheirPlaceholders) {
        "<a questionId=\"T1\" rowIndex=\"1\" columnId=\"c\">v</a>"},
       {"a place at the top is the whole model", "<a/><value id='c'/><b/>",
        "<column id='c' value='v'/>", "v"},
+      {"cells of one element, which is marked for both",
+       "<g><a><value id='c'/></a><b><value id='d'/></b></g>",
+       "<column id='c' value='v'/><column id='d' value='w'/>",
+       "<g questionId=\"T1\" rowIndex=\"1\">"
+       "<a questionId=\"T1\" rowIndex=\"1\" columnId=\"c\">v</a>"
+       "<b questionId=\"T1\" rowIndex=\"1\" columnId=\"d\">w</b></g>"},
+      {"a cell above, marked before, and one beside it",
+       "<g><a><value id='c'/></a><value id='d'/></g><h><value id='e'/></h>",
+       "<column id='c' value='v'/><column id='d' value='w'/><column id='e' value='x'/>",
+       "<g questionId=\"T1\" rowIndex=\"1\" columnId=\"d\">w</g>"
+       "<h questionId=\"T1\" rowIndex=\"1\" columnId=\"e\">x</h>"},
+      {"a place in another goes with it", "<a><value id='c'><value id='d'/></value></a>",
+       "<column id='c' value='v'/><column id='d' value='w'/>",
+       "<a questionId=\"T1\" rowIndex=\"1\" columnId=\"c\">v</a>"},
+      {"a place in one that is left over", "<a><value id='c'><value id='d'/></value></a>",
+       "<column id='d' value='w'/>", "<a questionId=\"T1\" rowIndex=\"1\"/>"},
       {"leftover places go and their elements stay",
        "<a><value id='x'/></a><b>t<value>u</value></b><value/><c><value id='c'/></c>",
        "<column id='c' value='v'/>",

@@ -1,5 +1,8 @@
 #include "message/SetAttributesUpwards.h"
 
+#include <array>
+#include <string_view>
+
 #include "support/Documents.h"
 #include "support/Results.h"
 
@@ -51,6 +54,20 @@ TEST(SetAttributesUpwards, LeavesTheTopOfAFragmentAtThat) {
   const Node objTop = fragment("<t/>");
   SetAttributesUpwards(objTop, "x~y~z", "1~2~3");
   EXPECT_EQ(objTop.xml(), "<t x=\"1\" y=\"2\" z=\"3\"/>");
+}
+
+TEST(SetAttributesUpwards, EndsBeforeWhatIsMarkedAlready) {
+  const std::array<std::string_view, 3> names = {"x", "y", "z"};
+  const std::array<std::string_view, 3> values = {"1", "2", "3"};
+  const std::array<std::string_view, 3> others = {"4", "5", "6"};
+  const Node objTop = fragment("<t><a><b/></a></t>");
+  const Node objElement = objTop.selectSingleNode("//b");
+  SetAttributesUpwards(objElement, names, values, objTop);
+  EXPECT_EQ(objTop.xml(), "<t><a x=\"1\" y=\"2\"><b x=\"1\" y=\"2\" z=\"3\"/></a></t>");
+  SetAttributesUpwards(objTop, names, values, objTop);
+  EXPECT_EQ(objTop.getAttribute("z"), "3") << "the element itself is never left out";
+  SetAttributesUpwards(objElement, names, others, {});
+  EXPECT_EQ(objTop.getAttribute("y"), "5");
 }
 
 TEST(SetAttributesUpwards, DoesNothingWithoutANode) {

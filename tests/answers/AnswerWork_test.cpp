@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "answers/AnswerStory.h"
 #include "support/FailingMemory.h"
@@ -67,6 +70,44 @@ TEST(AnswerWork, GrowsWithTheAnswersWrittenOverOneAnother) {
   const std::size_t lngLarge = requests(large, losses);
   EXPECT_EQ(large.report.losses.size(), 999U);
   EXPECT_LT(lngLarge, 11 * lngSmall);
+}
+
+/// Without the journal nothing is kept of an answer but that it was read and where it was written,
+/// each in a list that grows by doubling.
+TEST(AnswerWork, IsLittleWhenNothingIsLost) {
+  constexpr int kFields = 1000;
+  std::string strObjects;
+  std::string strEntries;
+  std::vector<std::pair<std::string, std::string>> form;
+  for (int lngField = 0; lngField < kFields; ++lngField) {
+    const std::string strId = "q" + std::to_string(lngField);
+    strObjects += question(strId);
+    strEntries += "<messageitem id='" + strId +
+                  "' toschema='true'><parentxpath>/m:r</parentxpath><node>m:" + strId +
+                  "</node></messageitem>";
+    form.emplace_back(strId, "a text that is longer than what a string holds by itself");
+  }
+  const Deployment deployment;
+  deployment.mapper(strEntries);
+  deployment.file("hidden.xml", "<hiddenfields/>");
+  const auto requestsOf = [&](RunReport* report) {
+    Submission submission(deployment);
+    submission.objects(strObjects + "<hdnflds/>");
+    TestHost host;
+    for (const auto& [strName, strValue] : form) host.submit(strName, strValue);
+    host.services().traceSink = nullptr;
+    host.services().report = report;
+    BuildXML library(host.services());
+    shortenMemory(MemorySource::operatorNew, 0, Shortage::once);
+    const Acknowledge objAck = submission.run(library);
+    const std::size_t lngRequests = memoryRequests();
+    restoreMemory();
+    EXPECT_TRUE(Succeeded(objAck));
+    return lngRequests;
+  };
+  requestsOf(nullptr);  // what is made once for all runs
+  RunReport report;
+  EXPECT_LT(requestsOf(&report), requestsOf(nullptr) + kFields / 10);
 }
 
 TEST(AnswerWork, IsNoneWhenNobodyAsks) {

@@ -29,6 +29,28 @@ constexpr std::array<bool, 256> tableOf(std::string_view strLetters) {
   return table;
 }
 
+/// The text with references in place of the letters of a table.
+void append(std::string& strPage, std::string_view strPlain, const std::array<bool, 256>& escaped) {
+  std::size_t begin = 0;
+  for (std::size_t at = 0; at < strPlain.size(); ++at) {
+    const char letter = strPlain[at];
+    if (!escaped[static_cast<unsigned char>(letter)]) continue;
+    strPage.append(strPlain, begin, at - begin);
+    strPage.append(letter == '<'   ? "&lt;"
+                   : letter == '>' ? "&gt;"
+                   : letter == '&' ? "&amp;"
+                                   : "&quot;");
+    begin = at + 1;
+  }
+  strPage.append(strPlain, begin);
+}
+
+constexpr std::array<bool, 256> kInText = tableOf("<>&");
+constexpr std::array<bool, 256> kInQuotes = tableOf("<>&\"");
+
+// U+FDD0 is no character of any text: the place of one begins so, which is put there later.
+constexpr std::string_view kPlace = "\xEF\xB7\x90";
+
 class HtmlWriter {
  public:
   bool write(const xmlDoc& page);
@@ -37,7 +59,9 @@ class HtmlWriter {
  private:
   const Tag& tagOf(const xmlChar* name);
   AttributeKind kindOf(const xmlChar* name);
-  void escape(std::string_view strPlain, char quote = 0);
+  void escape(std::string_view strPlain, char quote = 0) {
+    append(strText_, strPlain, quote == '"' ? kInQuotes : kInText);
+  }
   bool writeAttribute(const xmlAttr& attribute);
   bool writeStart(const xmlNode& element, const Tag& tag);
   bool writeText(const xmlNode& node);
@@ -78,23 +102,6 @@ AttributeKind HtmlWriter::kindOf(const xmlChar* name) {
   return found->second;
 }
 
-void HtmlWriter::escape(std::string_view strPlain, char quote) {
-  static constexpr std::array<bool, 256> kEscaped = tableOf("<>&\"");
-  std::size_t begin = 0;
-  for (std::size_t at = 0; at < strPlain.size(); ++at) {
-    const char letter = strPlain[at];
-    if (!kEscaped[static_cast<unsigned char>(letter)]) continue;
-    if (letter == '"' && quote != '"') continue;
-    strText_.append(strPlain, begin, at - begin);
-    strText_.append(letter == '<'   ? "&lt;"
-                    : letter == '>' ? "&gt;"
-                    : letter == '&' ? "&amp;"
-                                    : "&quot;");
-    begin = at + 1;
-  }
-  strText_.append(strPlain, begin);
-}
-
 /// False for a value with which libxml2 does something else.
 bool HtmlWriter::writeAttribute(const xmlAttr& attribute) {
   if (attribute.ns != nullptr) return false;
@@ -108,19 +115,21 @@ bool HtmlWriter::writeAttribute(const xmlAttr& attribute) {
       strValue.find("&{") != std::string_view::npos) {
     return false;
   }
+  const bool blnPlace = strValue.find(kPlace) != std::string_view::npos;
   if (kind == AttributeKind::address) {
     // Written as an address, which leaves these as they are.
     static constexpr std::array<bool, 256> kPlain = tableOf(
         "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-_.!~*'()#$%+,/:;=?@");
     const bool blnName =
         xmlStrcasecmp(attribute.name, reinterpret_cast<const xmlChar*>("name")) == 0;
-    for (const char letter : blnName ? std::string_view() : strValue) {
+    for (const char letter : blnName || blnPlace ? std::string_view() : strValue) {
       if (!kPlain[static_cast<unsigned char>(letter)]) return false;
     }
     if (blnName && text(attribute.parent->name) == "a") return false;
   }
   const bool blnDouble = strValue.find('"') == std::string_view::npos;
-  const char quote = blnDouble || strValue.find('\'') != std::string_view::npos ? '"' : '\'';
+  const char quote =
+      blnDouble || blnPlace || strValue.find('\'') != std::string_view::npos ? '"' : '\'';
   strText_.append("=").append(1, quote);
   escape(strValue, quote);
   strText_.append(1, quote);
@@ -191,4 +200,8 @@ std::optional<std::string> htmlText(const xmlDoc& page) {
   HtmlWriter writer;
   if (!writer.write(page)) return std::nullopt;
   return writer.take();
+}
+
+void appendHtml(std::string& strPage, std::string_view strPlain, bool blnQuoted) {
+  append(strPage, strPlain, blnQuoted ? kInQuotes : kInText);
 }

@@ -4,8 +4,13 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 /// The text of a page as libxml2 writes it in UTF-8 without indentation, at a sixth of the cost.
 /// None for a page with more than elements without a namespace, attributes and text, or with one of
 /// the rare values that libxml2 treats in ways of its own: then it has to write the page itself.
 std::optional<std::string> htmlText(const xmlDoc& page);
+
+/// Appends a text to such a page so that it stands there as it is, or in an attribute at a place
+/// that begins with U+FDD0: the attribute has double quotes then.
+void appendHtml(std::string& strPage, std::string_view strPlain, bool blnQuoted);

@@ -105,6 +105,47 @@ xsltSecurityPrefsPtr restrictions() {
 
 const xmlChar* characters(const char* text) { return reinterpret_cast<const xmlChar*>(text); }
 
+/// Whether an element of a stylesheet makes the same whatever it is applied to.
+bool isFixed(xmlNodePtr element) {
+  if (element->ns == nullptr || !xmlStrEqual(element->ns->href, XSLT_NAMESPACE)) {
+    for (const xmlAttr* each = element->properties; each != nullptr; each = each->next) {
+      // In a namespace it may be one of XSLT's; with a brace, made from the view.
+      const xmlChar* const value = each->children == nullptr ? nullptr : each->children->content;
+      if (each->ns != nullptr || xmlStrchr(value, '{') != nullptr) return false;
+    }
+    return true;
+  }
+  const auto is = [&](const char* name) {
+    return xmlStrEqual(element->name, characters(name)) != 0;
+  };
+  if (is("template")) return xmlHasProp(element, characters("match")) == nullptr;
+  if (is("import")) {
+    const std::unique_ptr<xmlChar, void (*)(void*)> href(
+        xmlGetNoNsProp(element, characters("href")), xmlFree);
+    return xmlStrncmp(href.get(), characters(kBuiltIn.data()), kBuiltIn.size()) == 0;
+  }
+  return is("stylesheet") || is("transform") || is("output") || is("text");
+}
+
+/// Whether all that a stylesheet adds to a built-in one is fixed content in named templates.
+bool isFixed(const xmlDoc& stylesheet) {
+  const xmlNode* const root = xmlDocGetRootElement(&stylesheet);
+  bool blnImports = false;
+  for (xmlNodePtr node = xmlDocGetRootElement(&stylesheet); node != nullptr;) {
+    if (node->type == XML_ELEMENT_NODE) {
+      if (!isFixed(node)) return false;
+      blnImports = blnImports || xmlStrEqual(node->name, characters("import")) != 0;
+    }
+    if (node->type == XML_ELEMENT_NODE && node->children != nullptr) {
+      node = node->children;
+      continue;
+    }
+    while (node != root && node->next == nullptr) node = node->parent;
+    node = node == root ? nullptr : node->next;
+  }
+  return blnImports;
+}
+
 }  // namespace
 
 ViewElement ViewElement::add(const char* name, std::string_view strText) const {
@@ -143,6 +184,14 @@ ViewElement ViewDocument::root() const {
   return ViewElement(xmlDocGetRootElement(document_.get()));
 }
 
+ViewDocument ViewDocument::parsed(const std::string& strXml) {
+  xmlDocPtr const document =
+      xmlReadMemory(strXml.data(), static_cast<int>(strXml.size()), nullptr, "UTF-8",
+                    XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING | XML_PARSE_HUGE);
+  if (document == nullptr) throw std::runtime_error("the view of a page is no XML");
+  return ViewDocument(document);
+}
+
 struct Stylesheet::Compiled {
   struct Free {
     void operator()(xsltStylesheetPtr stylesheet) const { xsltFreeStylesheet(stylesheet); }
@@ -160,8 +209,12 @@ struct Stylesheet::Compiled {
            xmlStrcasecmp(encoding, characters("UTF-8")) == 0;
   }
 
+  /// What the stylesheet makes of a view; null when it gives up.
+  std::unique_ptr<xmlDoc, void (*)(xmlDocPtr)> transformed(const ViewDocument& view) const;
+
   std::unique_ptr<xsltStylesheet, Free> stylesheet;
   bool blnPlainHtml = false;
+  bool blnFixed = false;  // the built-in one, or with no more than fixed content beside it
 };
 
 Stylesheet::Stylesheet(const std::string& strFile, const std::string& strBuiltIn)
@@ -170,6 +223,7 @@ Stylesheet::Stylesheet(const std::string& strFile, const std::string& strBuiltIn
   const bool blnOwn = !strFile.empty() && std::filesystem::exists(strFile);
   xmlDocPtr const document = blnOwn ? xmlReadFile(strFile.c_str(), nullptr, kParserOptions)
                                     : builtInDocument(std::string(kBuiltIn) + strBuiltIn, nullptr);
+  compiled_->blnFixed = document != nullptr && (!blnOwn || isFixed(*document));
   // The stylesheet owns its document, unless there is none.
   if (document != nullptr) compiled_->stylesheet.reset(xsltParseStylesheetDoc(document));
   if (!compiled_->stylesheet || compiled_->stylesheet->errors != 0) {
@@ -181,25 +235,31 @@ Stylesheet::Stylesheet(const std::string& strFile, const std::string& strBuiltIn
 
 Stylesheet::~Stylesheet() = default;
 
-std::string Stylesheet::apply(const ViewDocument& view) const {
+std::unique_ptr<xmlDoc, void (*)(xmlDocPtr)> Stylesheet::Compiled::transformed(
+    const ViewDocument& view) const {
   forgetComplaints();
-  xsltStylesheetPtr const stylesheet = compiled_->stylesheet.get();
   const std::unique_ptr<xsltTransformContext, void (*)(xsltTransformContextPtr)> context(
-      xsltNewTransformContext(stylesheet, view.get()), xsltFreeTransformContext);
+      xsltNewTransformContext(stylesheet.get(), view.get()), xsltFreeTransformContext);
   if (!context) throw std::bad_alloc();
   xsltSetCtxtSecurityPrefs(restrictions(), context.get());
-  const std::unique_ptr<xmlDoc, void (*)(xmlDocPtr)> page(
-      xsltApplyStylesheetUser(stylesheet, view.get(), nullptr, nullptr, nullptr, context.get()),
+  std::unique_ptr<xmlDoc, void (*)(xmlDocPtr)> page(
+      xsltApplyStylesheetUser(stylesheet.get(), view.get(), nullptr, nullptr, nullptr,
+                              context.get()),
       xmlFreeDoc);
-  const bool blnMade = page && context->state == XSLT_STATE_OK;
-  if (blnMade && compiled_->blnPlainHtml) {
-    htmlSetMetaEncoding(page.get(), characters("UTF-8"));
+  if (context->state != XSLT_STATE_OK) page.reset();
+  if (page && blnPlainHtml) htmlSetMetaEncoding(page.get(), characters("UTF-8"));
+  return page;
+}
+
+std::string Stylesheet::apply(const ViewDocument& view) const {
+  const auto page = compiled_->transformed(view);
+  if (page && compiled_->blnPlainHtml) {
     if (std::optional<std::string> strPage = htmlText(*page)) return *std::move(strPage);
   }
   xmlChar* text = nullptr;
   int lngSize = 0;
   const bool blnDone =
-      blnMade && xsltSaveResultToString(&text, &lngSize, page.get(), stylesheet) == 0;
+      page && xsltSaveResultToString(&text, &lngSize, page.get(), compiled_->stylesheet.get()) == 0;
   const std::unique_ptr<xmlChar, void (*)(void*)> owned(text, xmlFree);
   if (!blnDone || text == nullptr) {
     // What else was said may quote an answer, as the messages of a stylesheet do.
@@ -207,6 +267,13 @@ std::string Stylesheet::apply(const ViewDocument& view) const {
     throw std::runtime_error("the stylesheet gave up");
   }
   return {reinterpret_cast<const char*>(text), static_cast<std::size_t>(lngSize)};
+}
+
+bool Stylesheet::takesPlaces() const { return compiled_->blnFixed && compiled_->blnPlainHtml; }
+
+std::optional<std::string> Stylesheet::applyToPlaces(const ViewDocument& view) const {
+  const auto page = compiled_->transformed(view);
+  return page ? htmlText(*page) : std::nullopt;
 }
 
 void prepareStylesheets(BuiltInFile builtIn, void (*failed)(const std::string& strReason)) {

@@ -3,6 +3,7 @@
 #include <libxml/tree.h>
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -28,6 +29,9 @@ class ViewElement {
 class ViewDocument {
  public:
   explicit ViewDocument(const char* rootName);
+
+  /// The view that was written as XML. Raises std::runtime_error for what is none.
+  static ViewDocument parsed(const std::string& strXml);
   ViewElement root() const;
   xmlDocPtr get() const { return document_.get(); }
 
@@ -35,6 +39,8 @@ class ViewDocument {
   struct Free {
     void operator()(xmlDocPtr document) const { xmlFreeDoc(document); }
   };
+  explicit ViewDocument(xmlDocPtr document) : document_(document) {}
+
   std::unique_ptr<xmlDoc, Free> document_;
 };
 
@@ -49,6 +55,14 @@ class Stylesheet {
 
   /// The page as text. Raises std::runtime_error when the stylesheet gives up.
   std::string apply(const ViewDocument& view) const;
+
+  /// Whether it is built in, but for fixed content in named templates: then it takes all texts as
+  /// they are, and places of other texts too.
+  bool takesPlaces() const;
+
+  /// The page for a view that has such places in its texts; none for a page that `htmlText` does
+  /// not write.
+  std::optional<std::string> applyToPlaces(const ViewDocument& view) const;
 
  private:
   struct Compiled;

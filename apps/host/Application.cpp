@@ -15,6 +15,7 @@ using Json = nlohmann::ordered_json;
 namespace {
 
 constexpr const char* kJson = "application/json";
+constexpr const char* kHtml = "text/html; charset=utf-8";
 constexpr const char* kXml = "application/xml; charset=utf-8";
 // A script can add rows where the limit is reached already: so many more are still shown.
 constexpr std::int64_t kMoreRows = 100;
@@ -136,7 +137,7 @@ HttpResponse Application::trouble(const HttpRequest& request, unsigned lngStatus
   const ViewDocument view("trouble");
   view.root().set("title", title).set("text", strText);
   if (lngStatus >= 500) keepPosted(request, view.root());
-  return text("text/html; charset=utf-8", builtIn_.apply(view), lngStatus);
+  return text(kHtml, builtIn_.apply(view), lngStatus);
 }
 
 HttpResponse Application::route(const HttpRequest& request) {
@@ -315,9 +316,9 @@ FormView Application::viewFor(const Post& post) const {
   view.strSaved = forPeople(stored.strChanged);
   view.lngVersion = stored.lngVersion;
   view.strToken = token(view.strAction);
-  view.answers = post.answers;
+  view.answers = &post.answers;
   view.lngMostRows = mostRowsShown();
-  if (hasUnreadable(view.answers)) view.strNotice = "characters";
+  if (hasUnreadable(post.answers)) view.strNotice = "characters";
   return view;
 }
 
@@ -330,13 +331,14 @@ HttpResponse Application::page(const Post& post, unsigned lngStatus, const FormV
     if (view.blnUnsaved) form.lngVersion = postedVersion(post.answers);
     return text(kJson, dumped(stateJson(form, result, view.strNotice)), lngStatus);
   }
-  return render(lngStatus, viewOf(view), post.deployment->stylesheet());
+  const Metrics::Timer timer(metrics_, Metrics::kRender);
+  return text(kHtml, post.deployment->pageOf(view), lngStatus);
 }
 
 HttpResponse Application::render(unsigned lngStatus, const ViewDocument& view,
                                  const Stylesheet& stylesheet) {
   const Metrics::Timer timer(metrics_, Metrics::kRender);
-  return text("text/html; charset=utf-8", stylesheet.apply(view), lngStatus);
+  return text(kHtml, stylesheet.apply(view), lngStatus);
 }
 
 HttpResponse Application::redirect(const Post& post, const std::string& strTo,

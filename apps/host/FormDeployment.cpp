@@ -70,4 +70,14 @@ FormDeployment::FormDeployment(const std::filesystem::path& folder)
   if (page_.strTitle.empty()) page_.strTitle = strName_;
   texts_ = &textsIn(page_.strLanguage);
   stylesheet_ = std::make_unique<Stylesheet>(snapshot_.copyOf("page.xsl"));
+  if (stylesheet_->takesPlaces()) templates_ = std::make_unique<PageTemplates>(*stylesheet_);
+}
+
+std::string FormDeployment::pageOf(const FormView& form) const {
+  if (templates_) {
+    auto strPage = templates_->page(viewOf(form, ViewText::Form::withPlaces));
+    if (strPage) return *std::move(strPage);
+  }
+  const ViewText view = viewOf(form, ViewText::Form::whole);
+  return stylesheet_->apply(ViewDocument::parsed(view.page().strText));
 }

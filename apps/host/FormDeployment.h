@@ -8,7 +8,9 @@
 #include "Catalogue.h"
 #include "Options.h"
 #include "Stylesheet.h"
+#include "host/FormView.h"
 #include "host/PageModel.h"
+#include "host/PageTemplates.h"
 #include "host/Snapshot.h"
 #include "varnel_xml_creation/platform/xml/FileCache.h"
 #include "varnel_xml_creation/result/Finding.h"
@@ -35,6 +37,7 @@ class FormDeployment {
 
   const PageModel& page() const { return page_; }
   const Stylesheet& stylesheet() const { return *stylesheet_; }
+  std::string pageOf(const FormView& form) const;
   const Catalogue& texts() const { return *texts_; }  // in the language of the page
 
  private:
@@ -47,4 +50,5 @@ class FormDeployment {
   PageModel page_;
   const Catalogue* texts_ = nullptr;
   std::unique_ptr<Stylesheet> stylesheet_;
+  std::unique_ptr<PageTemplates> templates_;  // null: a page is made as a whole
 };

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "host/FormAnswers.h"
+#include "host/FormControl.h"
 #include "host/Moment.h"
 #include "varnel_xml_creation/platform/host/WebRequest.h"
 
@@ -25,130 +26,14 @@ std::string anchorOf(const std::string& strQuestion, const std::string& strRow,
   return anchorOf(strQuestion, strRow) + '-' + strColumn;
 }
 
-std::string widthOf(const Input& input) {
-  if (!input.strWidth.empty()) return input.strWidth;
-  if (input.strKind == "date" || input.strKind == "time" || input.strKind == "number") {
-    return "short";
-  }
-  const std::int64_t lngMost = rowNumber(input.strMaxLength, 50);  // 0: more, or not known
-  return lngMost == 0 ? "long" : lngMost <= 20 ? "short" : "medium";
-}
-
-const char* inputModeOf(std::string_view strKind) {
-  if (strKind == "number") return "decimal";
-  return strKind == "email" ? "email" : strKind == "tel" ? "tel" : "";
-}
-
-/// What an input tells of the texts around it to those who do not see them.
-struct Described {
-  std::string strBy = {};  // the ids of the texts, in the order in which they are to be heard
-  bool blnWrong = false;
-  bool blnMust = false;
-
-  void setOn(const ViewElement& control) const {
-    control.set("aria-describedby", strBy)
-        .setFlag("aria-invalid", blnWrong)
-        .setFlag("aria-required", blnMust);
-  }
-};
-
-struct Control {
-  std::string_view strName;
-  const std::string& strAnchor;
-  std::string_view strKind;
-  std::string_view strValue;
-  Described described;
-};
-
-/// Calls `use` with the value and the label of each choice, and whether it is chosen. An answer
-/// that is no choice stays as it was given.
-template <class Use>
-void forEachChoice(const Input& input, std::string_view strValue, Use use) {
-  bool blnKnown = strValue.empty();
-  for (const Choice& choice : input.choices) {
-    const bool blnChosen = choice.strValue == strValue && !blnKnown;
-    use(choice.strValue, choice.strLabel, blnChosen);
-    blnKnown = blnKnown || blnChosen;
-  }
-  if (!blnKnown && !input.choices.empty()) use(strValue, strValue, true);
-}
-
-// The inputs are elements of HTML, which a stylesheet need only copy: their many attributes cost it
-// ten times as much, one by one, as they cost here. None is of a type that would change or hide an
-// answer which does not fit.
-
-void writeRadios(const ViewElement& parent, const Input& input, const Control& control) {
-  int lngNumber = 0;
-  forEachChoice(input, control.strValue,
-                [&](std::string_view strValue, std::string_view strLabel, bool blnChosen) {
-                  const std::string strId = control.strAnchor + '-' + std::to_string(++lngNumber);
-                  const ViewElement tick = parent.add("tick");
-                  tick.add("input")
-                      .set("type", "radio")
-                      .set("id", strId)
-                      .setAlways("name", control.strName)
-                      .setAlways("value", strValue)
-                      .set("checked", blnChosen ? "checked" : "");
-                  tick.add("label", strLabel).set("for", strId);
-                });
-}
-
-void writeSelect(const ViewElement& parent, const Input& input, const Control& control) {
-  const ViewElement select = parent.add("select");
-  select.set("id", control.strAnchor).setAlways("name", control.strName);
-  control.described.setOn(select);
-  select.add("option").setAlways("value", "");
-  forEachChoice(input, control.strValue,
-                [&](std::string_view strValue, std::string_view strLabel, bool blnChosen) {
-                  select.add("option", strLabel)
-                      .setAlways("value", strValue)
-                      .set("selected", blnChosen ? "selected" : "");
-                });
-}
-
-void writeControl(const ViewElement& parent, const Input& input, const Control& control) {
-  const auto element = [&](const char* name, std::string_view strText = {}) {
-    const ViewElement made = parent.add(name, strText);
-    made.set("id", control.strAnchor);
-    return made;
-  };
-  const std::string_view strKind = control.strKind;
-  if (strKind == "radio") {
-    writeRadios(parent, input, control);
-  } else if (strKind == "select") {
-    writeSelect(parent, input, control);
-  } else if (strKind == "output") {
-    const ViewElement output =
-        element("output", control.strValue.empty() ? input.strOutput : control.strValue);
-    if (!control.described.blnWrong) return;
-    output.set("tabindex", "-1").set("aria-describedby", control.strAnchor + "-error");
-  } else if (strKind == "textarea") {
-    const ViewElement area = element("textarea", control.strValue);
-    area.setAlways("name", control.strName).set("rows", "4");
-    control.described.setOn(area);
-  } else {
-    const bool blnCheck = strKind == "check";
-    const ViewElement made = parent.add("input");
-    made.set("type", blnCheck ? "checkbox" : "text")
-        .set("id", control.strAnchor)
-        .setAlways("name", control.strName)
-        .setAlways("value", blnCheck ? "on" : control.strValue);
-    if (!blnCheck) {
-      made.set("class", "width-" + widthOf(input)).set("inputmode", inputModeOf(strKind));
-    }
-    control.described.setOn(made);
-    if (blnCheck && !control.strValue.empty()) made.set("checked", "checked");
-  }
-}
-
 /// Writes the questions, with each error at its cell or question; at the row or the table where the
 /// page has no such cell or row.
 class FormWriter {
  public:
-  explicit FormWriter(const FormView& view) : view_(view) {
-    if (view.errors.empty()) return;
+  FormWriter(const FormView& form, ViewText& view) : form_(form), view_(view) {
+    if (form.errors.empty()) return;
     const std::set<std::string> anchors = anchorsOfPage();
-    for (const FormError& error : view.errors) {
+    for (const FormError& error : form.errors) {
       std::string strAnchor = anchorOf(error.strQuestion);
       for (std::string strNearer : {anchorOf(error.strQuestion, error.strRow),
                                     anchorOf(error.strQuestion, error.strRow, error.strColumn)}) {
@@ -159,9 +44,9 @@ class FormWriter {
     }
   }
 
-  void writeSections(const ViewElement& root);
-  void writeSummary(const ViewElement& root) const;
-  void writeHidden(const ViewElement& root) const;
+  void writeHidden();
+  void writeSections();
+  void writeSummary();
 
  private:
   struct Listed {
@@ -174,18 +59,20 @@ class FormWriter {
 
   std::set<std::string> anchorsOfPage() const;
   std::vector<TableRow> rowsOf(const Question& table) const;
-  void writeQuestion(const ViewElement& section, const Question& question);
-  void writeTable(const ViewElement& element, const Question& table);
-  void writeStoredCount(const ViewElement& element, const Question& table);
-  void writeInput(const ViewElement& element, const Input& input, const std::string& strName,
-                  const std::string& strAnchor, const Listed& place);
-  bool writeStored(const ViewElement& element, const Input& input, const std::string& strName,
-                   const std::string& strAnchor, const Listed& place);
-  /// False when there is none.
-  bool writeErrors(const ViewElement& element, const std::string& strAnchor, Listed place,
-                   bool blnOutput = false);
+  void writeTable(const Question& table);
+  void writeRow(const Question& table, const TableRow& row);
+  void writeStoredCount(const Question& table);
+  void writePart(const char* element, const Input& input, const std::string& strName,
+                 const std::string& strAnchor, const Listed& place);
+  void writeErrors(const std::string& strAnchor, Listed place, bool blnOutput = false);
+  bool isStoredOtherwise(const Input& input, const std::string& strName) const;
+  void writeStored(const Input& input, const std::string& strName, const std::string& strAnchor,
+                   const Listed& place);
+  bool hasErrors(const std::string& strAnchor) const { return errors_.contains(strAnchor); }
+  void addHelp(const std::string& strHelp, const std::string& strId = "");
 
-  const FormView& view_;
+  const FormView& form_;
+  ViewText& view_;
   std::map<std::string, std::vector<const FormError*>> errors_;  // by anchor; "": without a place
   std::vector<Listed> listed_;                                   // in the order of the page
   std::size_t lngErrors_ = 0;
@@ -195,13 +82,13 @@ class FormWriter {
 std::vector<TableRow> FormWriter::rowsOf(const Question& table) const {
   if (!table.blnDynamic) return table.rows;
   const std::string strCount = fieldNameOf(table.input.strId) + "_rowCount";
-  const bool blnNew = view_.strId.empty() && view_.answers.find(strCount) == view_.answers.end();
+  const bool blnNew = form_.strId.empty() && form_.answers->find(strCount) == form_.answers->end();
   std::int64_t lngRows =
-      blnNew ? table.lngFirstRows : rowCount(table, view_.answers, view_.lngMostRows);
-  if (view_.isConflict()) {
-    lngRows = std::max(lngRows, rowCount(table, view_.stored, view_.lngMostRows));
+      blnNew ? table.lngFirstRows : rowCount(table, *form_.answers, form_.lngMostRows);
+  if (form_.isConflict()) {
+    lngRows = std::max(lngRows, rowCount(table, form_.stored, form_.lngMostRows));
   }
-  lngRows = std::min(lngRows, view_.lngMostRows);
+  lngRows = std::min(lngRows, form_.lngMostRows);
   std::vector<TableRow> rows;
   for (std::int64_t lngRow = 1; lngRow <= lngRows; ++lngRow) {
     rows.push_back({std::to_string(lngRow), ""});
@@ -211,7 +98,7 @@ std::vector<TableRow> FormWriter::rowsOf(const Question& table) const {
 
 std::set<std::string> FormWriter::anchorsOfPage() const {
   std::set<std::string> anchors;
-  for (const Section& section : view_.page->sections) {
+  for (const Section& section : form_.page->sections) {
     for (const Question& question : section.questions) {
       const std::string& strId = question.input.strId;
       anchors.insert(anchorOf(strId));
@@ -227,106 +114,131 @@ std::set<std::string> FormWriter::anchorsOfPage() const {
   return anchors;
 }
 
-bool FormWriter::writeErrors(const ViewElement& element, const std::string& strAnchor, Listed place,
-                             bool blnOutput) {
+/// The errors at a place; none without any.
+void FormWriter::writeErrors(const std::string& strAnchor, Listed place, bool blnOutput) {
   const auto found = errors_.find(strAnchor);
-  if (found == errors_.end()) return false;
+  if (found == errors_.end()) return;
   place.strAnchor = strAnchor;
-  const ViewElement errors = element.add("errors");
-  errors.set("id", strAnchor + "-error");
+  view_.begin("errors").set("id", strAnchor + "-error");
   for (const FormError* const error : found->second) {
     const bool blnNarrower = (!error->strRow.empty() && place.strRow.empty()) ||
                              (!error->strColumn.empty() && place.strColumn.empty());
     place.strMessage = blnNarrower ? error->strInFull : error->strMessage;
-    const ViewElement entry = errors.add("error", place.strMessage);
-    if (blnOutput) entry.add("computed");
+    view_.begin("error").textPlace(place.strMessage);
+    if (blnOutput) view_.add("computed");
+    view_.end();
     listed_.push_back(place);
     ++lngErrors_;
   }
-  return true;
+  view_.end();
 }
 
-/// Of a conflict: the answer that somebody else saved, where it is another one.
-bool FormWriter::writeStored(const ViewElement& element, const Input& input,
-                             const std::string& strName, const std::string& strAnchor,
-                             const Listed& place) {
-  if (!view_.isConflict() || input.blnOutput) return false;
-  const std::string_view strStored = answerTo(view_.stored, strName);
-  if (strStored == answerTo(view_.answers, strName)) return false;
-  // Shown in the words of the choices where there are any.
-  const auto choice = std::ranges::find(input.choices, strStored, &Choice::strValue);
-  element.add("stored", choice == input.choices.end() ? strStored : choice->strLabel)
-      .set("id", strAnchor + "-stored")
-      .setFlag("tick", input.strKind == "check");
+/// Of a conflict: whether somebody else saved another answer.
+bool FormWriter::isStoredOtherwise(const Input& input, const std::string& strName) const {
+  return form_.isConflict() && !input.blnOutput &&
+         answerTo(form_.stored, strName) != answerTo(*form_.answers, strName);
+}
+
+void FormWriter::writeStored(const Input& input, const std::string& strName,
+                             const std::string& strAnchor, const Listed& place) {
+  const std::string_view strStored = answerTo(form_.stored, strName);
+  const bool blnNone = strStored.empty();
+  view_.begin("stored").set("id", strAnchor + "-stored");
+  view_.setFlag("sent", form_.strState == "accepted");
+  if (input.strKind == "check") {
+    view_.set("as", blnNone ? "not-ticked" : "ticked");
+  } else {
+    // Shown in the words of the choices where there are any.
+    const auto choice = std::ranges::find(input.choices, strStored, &Choice::strValue);
+    view_.set("as", blnNone ? "none" : "answer");
+    view_.textPlace(choice == input.choices.end() ? strStored : choice->strLabel);
+  }
+  view_.end();
   Listed other = place;
   other.strAnchor = strAnchor;
   listed_.push_back(other);
-  return true;
 }
 
-/// A label, what tells of the input, and the input itself: as the page has them, from top to
-/// bottom.
-void FormWriter::writeInput(const ViewElement& element, const Input& input,
-                            const std::string& strName, const std::string& strAnchor,
-                            const Listed& place) {
-  const std::string_view strValue = answerTo(view_.answers, strName);
+void FormWriter::addHelp(const std::string& strHelp, const std::string& strId) {
+  if (!strHelp.empty()) view_.begin("help").set("id", strId).text(strHelp).end();
+}
+
+/// An element with a label, what tells of the input, and the input itself: as the page has them,
+/// from top to bottom.
+void FormWriter::writePart(const char* element, const Input& input, const std::string& strName,
+                           const std::string& strAnchor, const Listed& place) {
   const std::string_view strKind = input.blnOutput ? "output" : std::string_view(input.strKind);
   const bool blnCell = !place.strRow.empty();
   const bool blnGroup = strKind == "radio" && !blnCell;
   const bool blnTick = strKind == "check" && !blnCell;
-  const ViewElement around = blnGroup ? element.add("group") : element;
-  const auto writeLabel = [&](const ViewElement& parent) {
-    const ViewElement label = parent.add(blnGroup ? "legend" : "label", input.strLabel);
-    if (!blnGroup) label.set("for", strAnchor);
-    if (blnCell) label.add("of", place.strRow);
-    if (!blnCell && input.blnRequired) label.add("required");
-  };
-  if (!blnTick) writeLabel(around);
-
-  Described described;
-  const auto describe = [&](const char* ending) {
-    described.strBy += (described.strBy.empty() ? "" : " ") + strAnchor + ending;
-  };
+  const bool blnStored = isStoredOtherwise(input, strName);
   // The help for a cell stands at the head of its column.
   const bool blnHelp = !input.strHelp.empty() && !blnCell;
-  if (blnHelp) around.add("help", input.strHelp).set("id", strAnchor + "-help");
-  if (!input.strHint.empty()) around.add("hint", input.strHint).set("id", strAnchor + "-hint");
-  described.blnWrong = writeErrors(around, strAnchor, place, input.blnOutput);
-  const bool blnStored = writeStored(around, input, strName, strAnchor, place);
-  if (described.blnWrong) describe("-error");
-  if (blnStored) describe("-stored");
-  if (blnHelp) describe("-help");
-  if (!input.strHint.empty()) describe("-hint");
-  described.blnMust = input.blnRequired && strKind != "radio" && strKind != "check";
 
-  element.set("class", "kind-" + std::string(strKind) + (described.blnWrong ? " wrong" : "") +
-                           (blnStored ? " differs" : ""));
-  if (blnGroup) described.setOn(around.set("id", strAnchor).set("tabindex", "-1"));
-  const ViewElement inside = blnTick ? element.add("tick") : around;
-  writeControl(inside, input, {strName, strAnchor, strKind, strValue, std::move(described)});
-  if (blnTick) writeLabel(inside);
+  Described described;
+  described.blnWrong = hasErrors(strAnchor);
+  described.blnMust = input.blnRequired && strKind != "radio" && strKind != "check";
+  const auto describe = [&](bool blnThere, const char* ending) {
+    if (blnThere) described.strBy += (described.strBy.empty() ? "" : " ") + strAnchor + ending;
+  };
+  describe(described.blnWrong, "-error");
+  describe(blnStored, "-stored");
+  describe(blnHelp, "-help");
+  describe(!input.strHint.empty(), "-hint");
+
+  const auto writeLabel = [&] {
+    view_.begin(blnGroup ? "legend" : "label").set("for", blnGroup ? "" : strAnchor);
+    view_.text(input.strLabel);
+    if (blnCell) view_.add("of", place.strRow);
+    if (!blnCell && input.blnRequired) view_.add("required");
+    view_.end();
+  };
+
+  view_.beginPart();
+  view_.begin(element).set("class", "kind-" + std::string(strKind) +
+                                        (described.blnWrong ? " wrong" : "") +
+                                        (blnStored ? " differs" : ""));
+  if (blnGroup) {
+    view_.begin("group").set("id", strAnchor).set("tabindex", "-1");
+    described.setOn(view_);
+  }
+  if (!blnTick) writeLabel();
+  if (blnHelp) addHelp(input.strHelp, strAnchor + "-help");
+  if (!input.strHint.empty()) {
+    view_.begin("hint").set("id", strAnchor + "-hint").text(input.strHint).end();
+  }
+  writeErrors(strAnchor, place, input.blnOutput);
+  if (blnStored) writeStored(input, strName, strAnchor, place);
+  if (blnTick) view_.begin("tick");
+  writeControl(view_, input,
+               {strName, strAnchor, strKind, answerTo(*form_.answers, strName), described});
+  if (blnTick) writeLabel();
+  if (blnTick || blnGroup) view_.end();
+  view_.end();
+  view_.endPart();
 }
 
 /// Of a conflict: how many rows were saved elsewhere, where these are not as many as here. The page
 /// shows all of both.
-void FormWriter::writeStoredCount(const ViewElement& element, const Question& table) {
-  if (!view_.isConflict() || !table.blnDynamic) return;
-  const std::int64_t lngStored = rowCount(table, view_.stored, view_.lngMostRows);
-  const std::int64_t lngHere = rowCount(table, view_.answers, view_.lngMostRows);
+void FormWriter::writeStoredCount(const Question& table) {
+  if (!form_.isConflict() || !table.blnDynamic) return;
+  const std::int64_t lngStored = rowCount(table, form_.stored, form_.lngMostRows);
+  const std::int64_t lngHere = rowCount(table, *form_.answers, form_.lngMostRows);
   if (lngStored == lngHere) return;
   const std::string strAnchor = anchorOf(table.input.strId);
-  element
-      .add("stored", std::to_string(lngStored) + (lngStored == 1 ? " row" : " rows") + ", here " +
-                         std::to_string(lngHere))
-      .set("id", strAnchor + "-stored")
-      .setFlag("count", true);
+  view_.begin("stored").set("id", strAnchor + "-stored");
+  view_.setFlag("sent", form_.strState == "accepted").set("as", "count");
+  view_.textPlace(std::to_string(lngStored) + (lngStored == 1 ? " row" : " rows") + ", here " +
+                  std::to_string(lngHere));
+  view_.end();
   listed_.push_back({.strAnchor = strAnchor, .strLabel = table.input.strLabel});
 }
 
-void FormWriter::writeTable(const ViewElement& element, const Question& table) {
+void FormWriter::writeTable(const Question& table) {
   const std::string& strId = table.input.strId;
   const std::vector<TableRow> rows = rowsOf(table);
-  element.set("anchor", anchorOf(strId))
+  view_.begin("table")
+      .set("anchor", anchorOf(strId))
       .set("id", strId)
       .set("label", table.input.strLabel)
       .set("count-name", fieldNameOf(strId) + "_rowCount")
@@ -334,107 +246,124 @@ void FormWriter::writeTable(const ViewElement& element, const Question& table) {
       .set("add", table.strAdd)
       .setFlag("dynamic", table.blnDynamic)
       .setFlag("wide", table.columns.size() > 5);
-  writeErrors(element, anchorOf(strId), {.strLabel = table.input.strLabel});
-  writeStoredCount(element, table);
-  if (!table.input.strHelp.empty()) element.add("help", table.input.strHelp);
+  writeErrors(anchorOf(strId), {.strLabel = table.input.strLabel});
+  writeStoredCount(table);
+  addHelp(table.input.strHelp);
   for (const Input& column : table.columns) {
-    const ViewElement head = element.add("column", column.strLabel);
-    if (column.blnRequired) head.add("required");
-    if (!column.strHint.empty()) head.add("hint", column.strHint);
-    if (!column.strHelp.empty()) head.add("help", column.strHelp);
+    view_.begin("column").text(column.strLabel);
+    if (column.blnRequired) view_.add("required");
+    if (!column.strHint.empty()) view_.add("hint", column.strHint);
+    addHelp(column.strHelp);
+    view_.end();
   }
-  for (const TableRow& each : rows) {
-    const ViewElement row = element.add("row");
-    const std::string strAnchor = anchorOf(strId, each.strId);
-    row.set("anchor", strAnchor).set("number", each.strId).set("label", each.strLabel);
-    const std::int64_t lngRow = rowNumber(each.strId, INT32_MAX);
-    const std::string strRow = each.strLabel.empty() ? "row " + each.strId : each.strLabel;
-    writeErrors(row, strAnchor, {.strLabel = table.input.strLabel, .strRow = strRow});
-    for (const Input& column : table.columns) {
-      writeInput(
-          row.add("cell"), column, cellName(table, column, lngRow),
-          anchorOf(strId, each.strId, column.strId),
-          {.strLabel = table.input.strLabel, .strRow = strRow, .strColumn = column.strLabel});
-    }
-  }
+  for (const TableRow& row : rows) writeRow(table, row);
+  view_.end();
 }
 
-void FormWriter::writeQuestion(const ViewElement& section, const Question& question) {
-  if (question.blnTable) {
-    writeTable(section.add("table"), question);
-    return;
+void FormWriter::writeRow(const Question& table, const TableRow& row) {
+  const std::string& strId = table.input.strId;
+  const std::string strAnchor = anchorOf(strId, row.strId);
+  const std::int64_t lngRow = rowNumber(row.strId, INT32_MAX);
+  Listed place{.strLabel = table.input.strLabel,
+               .strRow = row.strLabel.empty() ? "row " + row.strId : row.strLabel};
+  view_.begin("row").set("anchor", strAnchor).set("number", row.strId).set("label", row.strLabel);
+  writeErrors(strAnchor, place);
+  for (const Input& column : table.columns) {
+    place.strColumn = column.strLabel;
+    writePart("cell", column, cellName(table, column, lngRow),
+              anchorOf(strId, row.strId, column.strId), place);
   }
-  const std::string& strId = question.input.strId;
-  writeInput(section.add("field"), question.input, fieldNameOf(strId), anchorOf(strId),
-             {.strLabel = question.input.strLabel});
+  view_.end();
 }
 
-void FormWriter::writeSections(const ViewElement& root) {
-  for (const Section& section : view_.page->sections) {
-    const ViewElement element = root.add("section");
+void FormWriter::writeSections() {
+  for (const Section& section : form_.page->sections) {
     const std::size_t lngBefore = lngErrors_;
-    element.set("id", section.strId).set("title", section.strTitle);
-    if (!section.strHelp.empty()) element.add("help", section.strHelp);
-    for (const Question& question : section.questions) writeQuestion(element, question);
-    if (lngErrors_ > lngBefore) element.set("wrong", std::to_string(lngErrors_ - lngBefore));
+    view_.begin("section").set("id", section.strId).set("title", section.strTitle);
+    addHelp(section.strHelp);
+    for (const Question& question : section.questions) {
+      const std::string& strId = question.input.strId;
+      if (question.blnTable) {
+        writeTable(question);
+      } else {
+        writePart("field", question.input, fieldNameOf(strId), anchorOf(strId),
+                  {.strLabel = question.input.strLabel});
+      }
+    }
+    const std::size_t lngWrong = lngErrors_ - lngBefore;
+    if (lngWrong > 0) {
+      view_.begin("wrong").setPlace("count", std::to_string(lngWrong));
+      view_.setFlag("one", lngWrong == 1).end();
+    }
+    view_.end();
   }
 }
 
 /// All of them stand at their places; the list of very many would only be longer than the page.
-void FormWriter::writeSummary(const ViewElement& root) const {
-  std::size_t lngListed = std::min(listed_.size(), kMostListed);
-  for (const Listed& each : std::span(listed_).first(lngListed)) {
-    const ViewElement problem = root.add("problem");
-    const ViewElement place = problem.add("place", each.strLabel);
-    place.set("anchor", each.strAnchor);
-    if (!each.strRow.empty()) place.add("part", each.strRow);
-    if (!each.strColumn.empty()) place.add("part", each.strColumn);
-    if (!each.strMessage.empty()) problem.add("message", each.strMessage);
-  }
+void FormWriter::writeSummary() {
   const auto unplaced = errors_.find("");
   const std::size_t lngUnplaced = unplaced == errors_.end() ? 0 : unplaced->second.size();
-  for (std::size_t at = 0; at < lngUnplaced && lngListed < kMostListed; ++at, ++lngListed) {
-    const FormError& error = *unplaced->second[at];
-    root.add("problem", error.strInFull).setFlag("unmendable", error.strQuestion.empty());
-  }
   const std::size_t lngProblems = listed_.size() + lngUnplaced;
-  if (lngProblems > 0) root.set("problems", std::to_string(lngProblems));
-  if (lngProblems > lngListed) root.set("listed", std::to_string(lngListed));
+  if (lngProblems == 0) return;
+  view_.begin("problems").setPlace("count", std::to_string(lngProblems));
+  view_.setFlag("one", lngProblems == 1);
+  if (lngProblems > kMostListed) view_.set("listed", std::to_string(kMostListed));
+  for (std::size_t at = 0; at < std::min(lngProblems, kMostListed); ++at) {
+    view_.beginPart();
+    view_.begin("problem");
+    if (at < listed_.size()) {
+      const Listed& each = listed_[at];
+      view_.begin("place").setPlace("anchor", each.strAnchor).textPlace(each.strLabel);
+      for (const std::string& strPart : {each.strRow, each.strColumn}) {
+        if (!strPart.empty()) view_.begin("part").textPlace(strPart).end();
+      }
+      view_.end();
+      if (!each.strMessage.empty()) view_.begin("message").textPlace(each.strMessage).end();
+    } else {
+      const FormError& error = *unplaced->second[at - listed_.size()];
+      view_.setFlag("unmendable", error.strQuestion.empty()).textPlace(error.strInFull);
+    }
+    view_.end();
+    view_.endPart();
+  }
+  view_.end();
 }
 
-void FormWriter::writeHidden(const ViewElement& root) const {
-  for (const HiddenField& field : view_.page->hidden) {
+void FormWriter::writeHidden() {
+  for (const HiddenField& field : form_.page->hidden) {
     if (field.isFixed()) continue;
-    std::string strValue(answerTo(view_.answers, field.strId));
-    if (strValue.empty())
-      strValue = answerTo(view_.answers, std::string(kHiddenPrefix) + field.strOutput);
+    std::string strValue(answerTo(*form_.answers, field.strId));
+    if (strValue.empty()) {
+      strValue = answerTo(*form_.answers, std::string(kHiddenPrefix) + field.strOutput);
+    }
     if (strValue.empty() && field.strValue == "{now}") strValue = localMomentText();
-    root.add("hidden").set("name", field.strId).set("value", strValue);
+    view_.begin("hidden").set("name", field.strId).setPlace("value", strValue).end();
   }
 }
 
 }  // namespace
 
-ViewDocument viewOf(const FormView& view) {
-  ViewDocument document("form");
-  const ViewElement root = document.root();
-  const PageModel& page = *view.page;
-  root.set("form", view.strForm)
+ViewText viewOf(const FormView& form, ViewText::Form as) {
+  ViewText view(as);
+  const PageModel& page = *form.page;
+  view.begin("form")
+      .set("form", form.strForm)
       .set("title", page.strTitle)
       .set("lang", page.strLanguage)
-      .set("action", view.strAction)
-      .set("id", view.strId)
-      .set("state", view.strState)
-      .set("notice", view.strNotice)
-      .set("saved", view.strSaved)
-      .setFlag("unsaved", view.blnUnsaved)
-      .setFlag("conflict", view.isConflict())
-      .set("version", std::to_string(view.lngVersion))
-      .set("token", view.strToken);
-  if (!page.strIntro.empty()) root.add("intro", page.strIntro);
-  FormWriter writer(view);
-  writer.writeHidden(root);
-  writer.writeSections(root);
-  writer.writeSummary(root);
-  return document;
+      .setPlace("action", form.strAction)
+      .set("state", form.strState)
+      .set("notice", form.strNotice)
+      .setFlag("unsaved", form.blnUnsaved)
+      .setFlag("conflict", form.isConflict())
+      .setPlace("version", std::to_string(form.lngVersion))
+      .setPlace("token", form.strToken);
+  if (!form.strId.empty()) view.setPlace("id", form.strId);
+  if (!form.strSaved.empty()) view.setPlace("saved", form.strSaved);
+  if (!page.strIntro.empty()) view.add("intro", page.strIntro);
+  FormWriter writer(form, view);
+  writer.writeHidden();
+  writer.writeSections();
+  writer.writeSummary();
+  view.end();
+  return view;
 }

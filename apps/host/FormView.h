@@ -3,10 +3,10 @@
 #include <string>
 #include <vector>
 
-#include "Stylesheet.h"
 #include "host/Answers.h"
 #include "host/FormErrors.h"
 #include "host/PageModel.h"
+#include "host/ViewText.h"
 
 /// All that one page of a form shows.
 struct FormView {
@@ -22,7 +22,7 @@ struct FormView {
   std::string strSaved;     // when it was parked last
   std::int64_t lngVersion = 0;
   std::string strToken;
-  Answers answers;
+  const Answers* answers = nullptr;
   Answers stored;  // of a conflict: what was saved elsewhere
   std::vector<FormError> errors;
   std::int64_t lngMostRows = 0;
@@ -31,4 +31,4 @@ struct FormView {
   bool isConflict() const { return strNotice == "conflict" || strNotice == "accepted"; }
 };
 
-ViewDocument viewOf(const FormView& view);
+ViewText viewOf(const FormView& form, ViewText::Form as);

@@ -25,6 +25,11 @@
     </html>
   </xsl:template>
 
+  <!-- A part of a form by itself, such as a question. What differs from form to form may be a place in
+       which it is put later, and the parts of a form an element `parts` that does so. So the templates
+       below take texts as they are and never ask what they say. -->
+  <xsl:template match="/part"><xsl:apply-templates/></xsl:template>
+
   <!-- What a deployment is most likely to want otherwise. -->
   <xsl:template name="head"/>
   <xsl:template name="masthead"><a href="/">Forms</a></xsl:template>
@@ -53,25 +58,25 @@
   <!-- A form -->
 
   <xsl:template match="/form" mode="title">
-    <xsl:if test="problem and not(@conflict)">Errors: </xsl:if>
+    <xsl:if test="problems and not(@conflict)">Errors: </xsl:if>
     <xsl:value-of select="@title"/>
   </xsl:template>
 
   <xsl:template match="/form" mode="content">
     <h1><xsl:value-of select="@title"/></h1>
     <xsl:call-template name="notice"/>
-    <xsl:if test="problem"><xsl:call-template name="summary"/></xsl:if>
+    <xsl:if test="problems"><xsl:call-template name="summary"/></xsl:if>
     <xsl:if test="intro"><p class="intro"><xsl:value-of select="intro"/></p></xsl:if>
     <xsl:if test="count(section) &gt; 2">
       <nav class="contents" aria-label="Sections">
         <ol>
           <xsl:for-each select="section">
             <li><a href="#{@id}"><xsl:value-of select="@title"/></a>
-              <xsl:if test="@wrong">
-                <xsl:text> </xsl:text><span class="count"><xsl:value-of select="@wrong"/>
-                  <xsl:choose><xsl:when test="@wrong = 1"> error</xsl:when>
+              <xsl:for-each select="wrong">
+                <xsl:text> </xsl:text><span class="count"><xsl:value-of select="@count"/>
+                  <xsl:choose><xsl:when test="@one"> error</xsl:when>
                     <xsl:otherwise> errors</xsl:otherwise></xsl:choose></span>
-              </xsl:if>
+              </xsl:for-each>
             </li>
           </xsl:for-each>
         </ol>
@@ -157,22 +162,22 @@
   <xsl:template name="summary">
     <div class="summary" role="alert" tabindex="-1" id="summary" autofocus="autofocus" aria-labelledby="summary-title">
       <h2 id="summary-title">
-        <xsl:variable name="count" select="@problems"/>
+        <xsl:variable name="count" select="problems/@count"/>
         <xsl:choose>
           <xsl:when test="@conflict"><xsl:value-of select="$count"/>
-            <xsl:choose><xsl:when test="$count = 1"> answer differs</xsl:when><xsl:otherwise> answers differ</xsl:otherwise></xsl:choose></xsl:when>
-          <xsl:when test="$count = 1">There is 1 error</xsl:when>
+            <xsl:choose><xsl:when test="problems/@one"> answer differs</xsl:when><xsl:otherwise> answers differ</xsl:otherwise></xsl:choose></xsl:when>
+          <xsl:when test="problems/@one">There is 1 error</xsl:when>
           <xsl:otherwise>There are <xsl:value-of select="$count"/> errors</xsl:otherwise>
         </xsl:choose>
       </h2>
       <xsl:if test="not(@conflict)">
         <p>The form was saved and not sent. Mend what is wrong and send it again.</p>
       </xsl:if>
-      <xsl:if test="@listed">
-        <p>The first <xsl:value-of select="@listed"/> are listed here; the others stand beside their questions, or are told when these are mended.</p>
+      <xsl:if test="problems/@listed">
+        <p>The first <xsl:value-of select="problems/@listed"/> are listed here; the others stand beside their questions, or are told when these are mended.</p>
       </xsl:if>
       <ul>
-        <xsl:apply-templates select="problem"/>
+        <xsl:apply-templates select="problems/*"/>
       </ul>
     </div>
   </xsl:template>
@@ -186,6 +191,8 @@
   <xsl:template match="place"><a href="#{@anchor}"><xsl:apply-templates/></a></xsl:template>
   <xsl:template match="part">, <xsl:apply-templates/></xsl:template>
   <xsl:template match="message">: <xsl:apply-templates/></xsl:template>
+
+  <xsl:template match="wrong"/>
 
   <xsl:template match="section">
     <section id="{@id}" aria-labelledby="{@id}-title">
@@ -219,15 +226,15 @@
   <xsl:template match="stored">
       <p class="stored" id="{@id}">
         <xsl:choose>
-          <xsl:when test="/form/@state = 'accepted'">Sent: </xsl:when>
+          <xsl:when test="@sent">Sent: </xsl:when>
           <xsl:otherwise>Saved elsewhere: </xsl:otherwise>
         </xsl:choose>
         <xsl:choose>
-          <xsl:when test="@count"><xsl:value-of select="."/></xsl:when>
-          <xsl:when test="@tick and string(.)">ticked</xsl:when>
-          <xsl:when test="@tick">not ticked</xsl:when>
-          <xsl:when test="string(.)"><q><xsl:value-of select="."/></q></xsl:when>
-          <xsl:otherwise>no answer</xsl:otherwise>
+          <xsl:when test="@as = 'count'"><xsl:value-of select="."/></xsl:when>
+          <xsl:when test="@as = 'ticked'">ticked</xsl:when>
+          <xsl:when test="@as = 'not-ticked'">not ticked</xsl:when>
+          <xsl:when test="@as = 'none'">no answer</xsl:when>
+          <xsl:otherwise><q><xsl:value-of select="."/></q></xsl:otherwise>
         </xsl:choose>
       </p>
   </xsl:template>
@@ -287,7 +294,7 @@
         </xsl:choose>
         <xsl:apply-templates select="errors"/>
       </th>
-      <xsl:apply-templates select="cell"/>
+      <xsl:apply-templates select="cell | parts"/>
       <xsl:if test="../@dynamic">
         <td class="remove">
           <button class="plain" name="_action" value="remove-row:{../@id}:{@number}">Remove<span class="hidden"> row <xsl:value-of select="@number"/> of <xsl:value-of select="../@label"/></span></button>

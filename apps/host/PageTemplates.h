@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "Stylesheet.h"
+#include "host/ViewText.h"
+
+/// What a stylesheet makes of views with places, kept for the next page that looks alike: then a
+/// page is put together from texts. No answer is in them. Several threads may use one at the same
+/// time.
+class PageTemplates {
+ public:
+  /// The stylesheet takes places and outlives the object.
+  explicit PageTemplates(const Stylesheet& stylesheet) : stylesheet_(stylesheet) {}
+
+  /// The page; none when the stylesheet has to be given the whole.
+  std::optional<std::string> page(const ViewText& view);
+
+ private:
+  enum class Kind { text, value, valueInTag, parts };
+  struct Piece {
+    Kind kind = Kind::text;
+    std::string strText;
+    std::size_t lngPlace = 0;
+  };
+  using Template = std::vector<Piece>;
+  using Shared = std::shared_ptr<const Template>;
+
+  static Template cutAtPlaces(std::string_view strPage);
+  Shared make(const ViewPart& part, bool blnPage) const;
+  Shared templateOf(const ViewPart& part, bool blnPage);
+  bool fill(const ViewText& view, const ViewPart& part, bool blnPage, std::string& strPage);
+
+  const Stylesheet& stylesheet_;
+  std::mutex mutex_;
+  std::unordered_map<std::string, Shared> known_;  // by the text of the view
+  std::size_t lngBytes_ = 0;
+};

@@ -16,9 +16,9 @@ enum class Shape {
 struct Dimensions {
   int fields = 0;
   Shape shape = Shape::sections;
-  int rows = 0;        // of one dynamic table, each a complex type
-  int gridRows = 0;    // of one fixed grid, each a text
-  int paddedRows = 0;  // the same with a row id that has a leading zero
+  int rows = 0;           // of one dynamic table, each a complex type
+  int gridRows = 0;       // of one fixed grid, each a text
+  int paddedRows = 0;     // the same with a row id that has a leading zero
   int tablesOfOneId = 0;  // and blank rows that the form has for that id
   int columns = 5;
   int faults = 0;  // answers that are too long for the schema, of fields or else of rows

@@ -14,7 +14,6 @@ Caller::Caller(const GeneratedDeployment& deployment)
 }
 
 Outcome Caller::run(Extent extent, Asked asked) const {
-  const auto file = [&](const char* strName) { return deployment_.file(strName); };
   Outcome outcome;
   Deployment deployment = configuration_;
   deployment.blnSubmit = extent != Extent::park;

@@ -48,7 +48,8 @@ SubmittedCells::SubmittedCells(const Session& session, const std::string& strPre
   eachNamedCell(session, strPrefix, lngRowCount,
                 [&](std::string_view strColumn, std::int32_t lngRow) {
                   auto column = columns_.find(strColumn);
-                  if (column == columns_.end()) column = columns_.try_emplace(std::string(strColumn)).first;
+                  if (column == columns_.end())
+                    column = columns_.try_emplace(std::string(strColumn)).first;
                   column->second.rows.push_back(lngRow);
                 });
 }

@@ -72,7 +72,7 @@ TEST_F(TestCommand, ShowsADifferenceByQuestion) {
        R"(park.xml: question "h": expected "x", got nothing)"},
       {"another text in the message", "send.xml", ">Ada<", ">Eva<",
        R"(send.xml: question "name" (/c:card[1]/c:name[1]): expected "Eva", got "Ada")"},
-      {"an element of no question", "send.xml", ">2026-03-05<", ">2026-03-06<",
+      {"an element of no question", "send.xml", "<c:date>2026-03-05<", "<c:date>2026-03-06<",
        R"(send.xml: /c:card[1]/c:date[1]: expected "2026-03-06", got "2026-03-05")"},
       {"an element too many", "send.xml", "<c:name>Ada</c:name>", "",
        R"(send.xml: question "name" (/c:card[1]/c:name[1]): expected nothing, got "Ada")"},

@@ -12,11 +12,10 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
 const TestHost::Fields kFields = {
-    {"t___a_1", "x"},   {"t___a_10", "x"}, {"t___a_2", "x"},    {"t___a_3", ""},
-    {"t___b_4", "x"},   {"t___b_2", "x"},  {"t___a_b_5", "x"},  {"t___a_06", "x"},
-    {"t___a_11", "x"},  {"t___a_0", "x"},  {"t___a_-2", "x"},   {"t___a_+7", "x"},
-    {"t___a_8x", "x"},  {"t___a_", "x"},   {"t___a", "x"},      {"t___9", "x"},
-    {"u___a_7", "x"},   {"t____8", " "},   {"T___a_9", "x"}};
+    {"t___a_1", "x"},  {"t___a_10", "x"},  {"t___a_2", "x"},  {"t___a_3", ""},   {"t___b_4", "x"},
+    {"t___b_2", "x"},  {"t___a_b_5", "x"}, {"t___a_06", "x"}, {"t___a_11", "x"}, {"t___a_0", "x"},
+    {"t___a_-2", "x"}, {"t___a_+7", "x"},  {"t___a_8x", "x"}, {"t___a_", "x"},   {"t___a", "x"},
+    {"t___9", "x"},    {"u___a_7", "x"},   {"t____8", " "},   {"T___a_9", "x"}};
 
 TEST(SubmittedCells, OfAPrefixNameTheRowsFromTwoToTheRowCount) {
   const TestHost host(kFields);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "check/ContentFilling.h"
 #include "config/Attributes.h"
 #include "config/Names.h"
 #include "platform/text/Text.h"
@@ -18,13 +19,11 @@ std::string lastStep(std::string_view strPath) {
   return std::string(lngName == std::string_view::npos ? strPath : strPath.substr(lngName + 1));
 }
 
-bool isPlaceholder(const Node& objNode) { return objNode.nodeName() == kValue; }
+}  // namespace
 
 bool hasOwnText(const Node& objElement) {
   return childElements(objElement).empty() && !isBlank(objElement.text());
 }
-
-}  // namespace
 
 void MessageBuilding::build() {
   plan_.elements_.emplace_back();
@@ -243,7 +242,7 @@ void MessageBuilding::placeField(const FormObject& object) {
       } else if (entry.strLowerAction == kJoinAction) {
         write(lngElement, Source::joined, &object, place);
       } else if (type && lngElement != 0) {
-        addContent(lngElement, type->objNode, object, entry);
+        ContentFilling(*this, lngElement, object).fill(*type);
       }
     }
   }
@@ -288,7 +287,7 @@ void MessageBuilding::placeTable(const FormObject& object) {
   if (entry.strLowerAction == kRowTextAction) {
     write(lngRow, Source::joined, &object, {&mapper_, entry.objNodePath});
   } else if (const ComplexType* type = deployment_.complexType(entry); type && lngRow != 0) {
-    addContent(lngRow, type->objNode, object, entry);
+    ContentFilling(*this, lngRow, object).fill(*type);
   }
 }
 
@@ -305,110 +304,6 @@ std::optional<std::string> MessageBuilding::prefixAt(std::size_t lngElement,
     if (element.strName.starts_with(std::string(strPrefix) + ":")) return element.strUri;
   }
   return std::nullopt;
-}
-
-/// Puts a copy of a complex type below an element, and the values into its places.
-void MessageBuilding::addContent(std::size_t lngParent, const Node& objModel,
-                                 const FormObject& object, const MappingEntry& entry) {
-  const bool blnRow = plan_.elements_[lngParent].origin == Origin::row;
-  std::unordered_map<std::string, const TableColumn*> columns;
-  for (const TableColumn& column : object.columns) columns.emplace(column.strId, &column);
-  std::unordered_map<std::string, Node> parameters;
-  for (const Node& objParameter : childElements(entry.objAction)) {
-    parameters.try_emplace(attributeText(objParameter, kId), objParameter);
-  }
-  const auto fillCell = [&](std::size_t lngElement, const TableColumn& column, const Node& objAt) {
-    const std::string strConstant = attributeText(column.objNode, "autovalue");
-    const std::string strType = toLower(attributeText(column.objNode, "columntype"));
-    const Source source = !strConstant.empty()  ? Source::constant
-                          : column.isComputed() ? Source::joined
-                                                : Source::answer;
-    write(lngElement, source, &object, {&deployment_.schemaTypes, objAt}, strType, strConstant,
-          column.strId);
-  };
-  const auto fill = [&](std::size_t lngElement, const Node& objPlace) {
-    const Placeholder placeholder{objPlace, attributeText(objPlace, kId)};
-    const std::string& strId = placeholder.strId;
-    const Place place{&deployment_.schemaTypes, objPlace};
-    if (blnRow) {
-      const auto column = columns.find(strId);
-      if (column == columns.end()) return;
-      fillCell(lngElement, *column->second, objPlace);
-      columns.erase(column);
-      return;
-    }
-    const auto parameter = parameters.find(toLower(strId));
-    if (entry.isAddress() && placeholder.slot())
-      return write(lngElement, Source::joined, &object, place);
-    if (parameter == parameters.end()) return;
-    const Node& objParameter = parameter->second;
-    const std::string strItem = attributeText(objParameter, "messageitem");
-    const Place source{&mapper_, objParameter};
-    if (attributeText(objParameter, "formvalue") == "true") {
-      write(lngElement, Source::answer, &object, source, toLower(object.strType));
-    } else if (attributeText(objParameter, "formlabel") == "true") {
-      write(lngElement, Source::label, &object, source);
-    } else if (isBlank(strItem)) {
-      write(lngElement, Source::constant, nullptr, source, "", objParameter.text());
-    } else {
-      const FormObject* item = deployment_.object(strItem);
-      const bool blnConverted = item && (item->strType == "date" || item->strType == "time");
-      write(lngElement, Source::answer, item, source, blnConverted ? item->strType : "");
-    }
-  };
-
-  struct Waiting {
-    Node objElement;
-    std::size_t lngParent;
-  };
-  std::vector<Waiting> waiting;
-  const auto wait = [&](const Node& objParent, std::size_t lngElement) {
-    std::vector<Node> children = childElements(objParent);
-    for (auto child = children.rbegin(); child != children.rend(); ++child) {
-      waiting.push_back({*child, lngElement});
-    }
-  };
-  wait(objModel, lngParent);
-  std::size_t lngAdditional = 0;
-  while (!waiting.empty()) {
-    const auto [objElement, lngAbove] = waiting.back();
-    waiting.pop_back();
-    if (isPlaceholder(objElement)) {
-      fill(lngAbove, objElement);
-      continue;
-    }
-    MessageElement element;
-    element.lngParent = lngAbove;
-    element.strName = objElement.nodeName();
-    element.strUri = element.strDomUri = objElement.namespaceUri();
-    element.origin = Origin::content;
-    element.place = {&deployment_.schemaTypes, objElement};
-    element.object = &object;
-    element.entry = &entry;
-    const std::size_t lngElement = add(std::move(element));
-    if (lngElement == 0) return;
-    if (hasOwnText(objElement)) {
-      write(lngElement, Source::constant, nullptr, {&deployment_.schemaTypes, objElement}, "",
-            objElement.text());
-    }
-    const bool blnAdditional =
-        blnRow && lngAbove == lngParent && objElement.baseName() == "AdditionalInfo";
-    if (blnAdditional) lngAdditional = lngElement;
-    wait(objElement, lngElement);
-  }
-  if (lngAdditional == 0) return;
-  // Cells without a place of their own go into copies of it, behind all that the row has.
-  for (const TableColumn& column : object.columns) {
-    if (!columns.contains(column.strId)) continue;
-    MessageElement element = like(lngAdditional);
-    element.lngParent = lngParent;
-    element.blnMany = columns.size() > 1;
-    element.blnBearsId = true;
-    const std::size_t lngElement = add(std::move(element));
-    if (lngElement == 0) return;
-    fillCell(lngElement, column, plan_.elements_[lngElement].place.objNode);
-    break;
-  }
 }
 
 MessageElement MessageBuilding::like(std::size_t lngSource) const {

@@ -17,9 +17,23 @@ class MessageBuilding {
 
   void build();
 
+  using Source = MessageWrite::Source;
+
+  const MessagePlan& plan() const { return plan_; }
+
+  /// Puts an element below its parent, at its end or before another child. Its number; 0 where no
+  /// more can be kept.
+  std::size_t add(MessageElement element, std::size_t lngBefore = 0);
+
+  /// Another of the same name and place, of which nothing else is known yet.
+  MessageElement like(std::size_t lngSource) const;
+
+  /// Writes a text into an element; into none for 0.
+  void write(std::size_t lngElement, Source source, const FormObject* object, const Place& place,
+             std::string strType = {}, std::string strConstant = {}, std::string strColumn = {});
+
  private:
   using Origin = MessageElement::Origin;
-  using Source = MessageWrite::Source;
 
   /// The element that an expression selects; 0 when there is none, or when it says more than is
   /// followed here.
@@ -47,16 +61,10 @@ class MessageBuilding {
   std::vector<std::size_t> findAll(std::string_view strPath) const;
   std::size_t makePath(std::size_t lngParent, std::string_view strNodePath, const Node& objAt,
                        const FormObject* object, const MappingEntry* entry, bool blnConditional);
-  void addContent(std::size_t lngParent, const Node& objModel, const FormObject& object,
-                  const MappingEntry& entry);
-  std::size_t add(MessageElement element, std::size_t lngBefore = 0);
   void declare(MessageElement& element) const;
-  void write(std::size_t lngElement, Source source, const FormObject* object, const Place& place,
-             std::string strType = {}, std::string strConstant = {}, std::string strColumn = {});
   void noteUnfollowed(std::string_view strNodePath, const FormObject* object = nullptr);
   std::optional<std::string> prefixAt(std::size_t lngElement, std::string_view strPrefix) const;
   std::optional<QualifiedName> nameOf(const PathStep& step) const;
-  MessageElement like(std::size_t lngSource) const;
 
   MessagePlan& plan_;
   const ParsedDeployment& deployment_;
@@ -64,5 +72,8 @@ class MessageBuilding {
   bool blnFull_ = false;
   std::size_t lngRule_ = 0, lngBranch_ = 0;  // of the document data that is being placed
 };
+
+/// Whether it has a text and no children.
+bool hasOwnText(const Node& objElement);
 
 }  // namespace Varnel_Tolv_XML_Creation

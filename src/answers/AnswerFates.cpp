@@ -9,6 +9,7 @@
 #include "answers/CellOrder.h"
 #include "config/AnswerReasons.h"
 #include "config/Attributes.h"
+#include "config/EntryKind.h"
 #include "config/Names.h"
 #include "platform/dom/Prepared.h"
 #include "platform/text/Conversions.h"
@@ -38,7 +39,7 @@ AnswerFate fateOf(const Node& objObject, std::string strValue) {
   fate.strQuestionId = attributeText(objObject, kId);
   fate.strQuestionText = attributeText(objObject, kFieldLabel);
   if (fate.strQuestionText.empty()) {
-    fate.strQuestionText = attributeText(objObject, "tablelabel");
+    fate.strQuestionText = attributeText(objObject, kTableLabel);
   }
   fate.strValue = std::move(strValue);
   return fate;
@@ -50,7 +51,7 @@ AnswerFate fateOf(const Node& objTable, std::string strRow, std::string strColum
   AnswerFate fate = fateOf(objTable, std::move(strValue));
   fate.strRowIndex = std::move(strRow);
   fate.strColumnId = std::move(strColumnId);
-  if (objColumn) fate.strColumnText = attributeText(objColumn, "columnlabel");
+  if (objColumn) fate.strColumnText = attributeText(objColumn, kColumnLabel);
   return fate;
 }
 
@@ -303,16 +304,16 @@ bool AnswerFates::isLeftOutOnPurpose(const Node& objEntry) {
   if (!byEntry_) {
     byEntry_.emplace();
     for (const Node& objObject : *log_.objects()) {
-      const std::string strGroup = attributeText(objObject, "group");
+      const std::string strGroup = attributeText(objObject, kGroup);
       (*byEntry_)[toLower(attributeText(objObject, kId))].push_back(objObject);
       if (!strGroup.empty()) (*byEntry_)["group " + strGroup].push_back(objObject);
     }
   }
-  const bool blnGroup = attributeText(objEntry, kType) == "group";
+  const bool blnGroup = entryKind(attributeText(objEntry, kType)) == EntryKind::group;
   const auto found = byEntry_->find((blnGroup ? "group " : "") + attributeText(objEntry, kId));
   if (found == byEntry_->end()) return false;
   const Node objNode = objEntry.selectSingleNode("node");
-  const bool blnAnyway = objNode && !attributeText(objNode, "item").empty();
+  const bool blnAnyway = objNode && !attributeText(objNode, kItem).empty();
   return std::ranges::any_of(found->second, [&](const Node& objObject) {
     return (blnAnyway || !isNoAnswer(attributeText(objObject, kValue))) &&
            !written_.contains(objObject.identity()) && !lost_.find(objObject);
@@ -328,11 +329,11 @@ void AnswerFates::tellHiddenFields() {
     const Node& objHidden = hidden.objHiddenField;
     if (objects.contains(objHidden.identity())) continue;
     AnswerFate fate;
-    fate.strQuestionId = attributeText(objHidden, "output");
+    fate.strQuestionId = attributeText(objHidden, kOutput);
     fate.strValue = hidden.strValue;
     fate.rule = inHiddenFields(objHidden);
     // Without an id it repeats the value of the one before it.
-    if (blnSubmit_ && !saysNo(attributeText(objHidden, "toschema")) &&
+    if (blnSubmit_ && !saysNo(attributeText(objHidden, kToSchema)) &&
         !attributeText(objHidden, kId).empty()) {
       fate.outcome = JournalOutcome::lost;
       fate.strReason = objHidden.nodeName() == "hiddenfield" ? reason::kWordNotTrue

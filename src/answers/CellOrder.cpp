@@ -33,9 +33,9 @@ void CellOrder::addColumns(const NodeList& colColumns) {
   for (const Node& objColumn : colColumns) {
     const std::size_t lngAt = 3 * columns_.size();
     columns_.try_emplace(attributeText(objColumn, kId), lngAt);
-    if (attributeText(objColumn, "calculate") != "true") continue;
-    operands.emplace_back(attributeText(objColumn, "firstcolumn"), lngAt + 1);
-    operands.emplace_back(attributeText(objColumn, "secondcolumn"), lngAt + 2);
+    if (attributeText(objColumn, kCalculate) != "true") continue;
+    operands.emplace_back(attributeText(objColumn, kFirstColumn), lngAt + 1);
+    operands.emplace_back(attributeText(objColumn, kSecondColumn), lngAt + 2);
   }
   columns_.insert(operands.begin(), operands.end());
 }

@@ -29,13 +29,13 @@ void MappingWord::readEntries() {
 Node MappingWord::leavesOut(const Node& objObject) {
   if (!blnRead_) readEntries();
   const bool blnTable = toLower(attributeText(objObject, kObjectType)) == kTableObject;
-  const std::string strGroup = attributeText(objObject, "group");
+  const std::string strGroup = attributeText(objObject, kGroup);
   const bool blnGroup = !saysNo(attributeText(objObject, kDynamic)) && !strGroup.empty();
   const auto& entries = entriesOf(entryKindOf(blnTable, blnGroup));
   const auto found = entries.find(blnGroup ? strGroup : toLower(attributeText(objObject, kId)));
   if (found == entries.end()) return {};
   const Node& objEntry = found->second;
-  const std::string strWord = attributeText(objEntry, "toschema");
+  const std::string strWord = attributeText(objEntry, kToSchema);
   if (strWord.empty() || !saysNo(strWord)) return {};
   // A table is sent whatever that word says, unless it has no place.
   const bool blnPlace = hasText(objEntry, "node") && hasText(objEntry, "parentxpath");
@@ -53,17 +53,17 @@ void MappingWord::readTakers() {
   blnTakersRead_ = true;
   if (!objMapper_) return;
   const auto add = [&](const std::string& strObjectId, const Node& objEntry) {
-    if (isBlank(strObjectId) || saysNo(attributeText(objEntry, "toschema"))) return;
+    if (isBlank(strObjectId) || saysNo(attributeText(objEntry, kToSchema))) return;
     takers_[strObjectId].push_back(objEntry);
   };
   const NodeList colNodes = required(objMapper_.selectNodes("//message/messageitem/node"));
-  for (const Node& objNode : colNodes) add(attributeText(objNode, "item"), objNode.parentNode());
+  for (const Node& objNode : colNodes) add(attributeText(objNode, kItem), objNode.parentNode());
   const NodeList colParameters =
       required(objMapper_.selectNodes("//message/messageitem/action/parameter"));
   for (const Node& objParameter : colParameters) {
     const Node objEntry = objParameter.parentNode().parentNode();
-    add(attributeText(objParameter, "item"), objEntry);
-    add(attributeText(objParameter, "messageitem"), objEntry);
+    add(attributeText(objParameter, kItem), objEntry);
+    add(attributeText(objParameter, kMessageItem), objEntry);
   }
 }
 

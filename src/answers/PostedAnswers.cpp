@@ -42,8 +42,8 @@ std::optional<std::int64_t> rowNumber(std::string_view strRow) {
 }
 
 bool hasOwnValue(const Node& objColumn) {
-  return attributeText(objColumn, "calculate") == "true" ||
-         !attributeText(objColumn, "autovalue").empty();
+  return attributeText(objColumn, kCalculate) == "true" ||
+         !attributeText(objColumn, kAutoValue).empty();
 }
 
 PostedAnswers::PostedAnswers(const AnswerLog& log, const Request& request)
@@ -162,8 +162,8 @@ void PostedAnswers::addUnused(const AnswerLog::Table& table, const Definitions& 
       if (!hasCell(unused->strColumnId)) add(*unused, unused->strColumnId);
     } else {
       for (const auto& [strId, objColumn] : definitions) {
-        if (attributeText(objColumn, "calculate") != "true") continue;
-        for (const std::string_view strOperand : {"firstcolumn", "secondcolumn"}) {
+        if (attributeText(objColumn, kCalculate) != "true") continue;
+        for (const std::string_view strOperand : {kFirstColumn, kSecondColumn}) {
           const std::string strColumnId = attributeText(objColumn, strOperand);
           if (!strColumnId.empty() && !hasCell(strColumnId)) add(*unused, strColumnId);
         }

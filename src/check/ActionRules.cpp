@@ -61,7 +61,7 @@ void findWrongFlags(const ParsedDeployment& deployment, Findings& findings) {
     const ActionKind kind = entry.actionKind();
     if (kind != ActionKind::join && kind != ActionKind::complexType) continue;
     for (const Node& objParameter : entry.parameters()) {
-      for (const char* const attribute : {"formvalue", "formlabel"}) {
+      for (const std::string_view attribute : {kFormValue, kFormLabel}) {
         const std::string strWord = attributeText(objParameter, attribute);
         const bool blnNo = kind == ActionKind::complexType && strWord == "false";
         if (isBlank(strWord) || strWord == "true" || blnNo) continue;
@@ -82,10 +82,10 @@ void findEmptyParameters(const ParsedDeployment& deployment, Findings& findings)
     if (kind != ActionKind::join && kind != ActionKind::complexType) continue;
     for (const Node& objParameter : entry.parameters()) {
       bool blnSource = false;
-      for (const char* const attribute : {"formvalue", "formlabel"}) {
+      for (const std::string_view attribute : {kFormValue, kFormLabel}) {
         blnSource = blnSource || !isBlank(attributeText(objParameter, attribute));
       }
-      const char* const other = kind == ActionKind::join ? "item" : "messageitem";
+      const std::string_view other = kind == ActionKind::join ? kItem : kMessageItem;
       blnSource = blnSource || !isBlank(attributeText(objParameter, other)) ||
                   (kind == ActionKind::complexType && objParameter.hasText());
       if (blnSource) continue;
@@ -108,9 +108,9 @@ void findUnusedAnswers(const ParsedDeployment& deployment, Findings& findings) {
     if (colParameters.empty() || !entry.isSent()) continue;
     bool blnUsed = false;
     for (const Node& objParameter : colParameters) {
-      const std::string strFlag = attributeText(objParameter, "formvalue");
+      const std::string strFlag = attributeText(objParameter, kFormValue);
       const std::string strOther =
-          attributeText(objParameter, kind == ActionKind::join ? "item" : "messageitem");
+          attributeText(objParameter, kind == ActionKind::join ? kItem : kMessageItem);
       blnUsed = blnUsed || strFlag == "true" || (kind == ActionKind::join && !isBlank(strFlag)) ||
                 toLower(strOther) == entry.strId;
     }

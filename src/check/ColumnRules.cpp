@@ -26,7 +26,7 @@ void forEachColumn(const ParsedDeployment& deployment, const Find& find) {
 
 /// Whether a column says all that a computed one has to say, but for `calculate`.
 bool looksComputed(const Node& objColumn) {
-  for (const char* const attribute : {"firstcolumn", "secondcolumn", "datatype", "timedimabbr"}) {
+  for (const std::string_view attribute : {kFirstColumn, kSecondColumn, kDataType, kInterval}) {
     if (attributeText(objColumn, attribute).empty()) return false;
   }
   // One that is written otherwise is what has the slip, and a rule of its own.
@@ -51,9 +51,9 @@ void findWrongFlags(const ParsedDeployment& deployment, Findings& findings) {
 
 void findWrongComputations(const ParsedDeployment& deployment, Findings& findings) {
   forEachColumn(deployment, [&](const FormObject& object, const TableColumn& column) {
-    const std::string strDataType = attributeText(column.objNode, "datatype");
+    const std::string strDataType = attributeText(column.objNode, kDataType);
     if (!column.isComputed() || strDataType == "date") return;
-    findings.add(*object.file, column.objNode, "datatype", column.strId,
+    findings.add(*object.file, column.objNode, kDataType, column.strId,
                  "The computed cell has datatype=" + inQuotes(strDataType) +
                      ", and only \"date\" computes anything: it stays empty.",
                  "Write datatype=\"date\".");
@@ -62,15 +62,15 @@ void findWrongComputations(const ParsedDeployment& deployment, Findings& finding
 
 void findUnknownIntervals(const ParsedDeployment& deployment, Findings& findings) {
   forEachColumn(deployment, [&](const FormObject& object, const TableColumn& column) {
-    if (!column.isComputed() || attributeText(column.objNode, "datatype") != "date") return;
-    const std::string strInterval = attributeText(column.objNode, "timedimabbr");
+    if (!column.isComputed() || attributeText(column.objNode, kDataType) != "date") return;
+    const std::string strInterval = attributeText(column.objNode, kInterval);
     constexpr std::string_view kIntervals[] = {"yyyy", "q",  "m", "y", "d",
                                                "w",    "ww", "h", "n", "s"};
     const std::string strLower = toLower(strInterval);
     for (const std::string_view strKnown : kIntervals) {
       if (strLower == strKnown) return;
     }
-    findings.add(*object.file, column.objNode, "timedimabbr", column.strId,
+    findings.add(*object.file, column.objNode, kInterval, column.strId,
                  "The interval timedimabbr=" + inQuotes(strInterval) +
                      " is none: a form with both dates fails.",
                  "Write one of yyyy, q, m, y, d, w, ww, h, n, s.");
@@ -84,7 +84,7 @@ void findWrongOperands(const ParsedDeployment& deployment, Findings& findings) {
     for (const TableColumn& column : object.columns) columns.emplace(column.strId, &column);
     for (const TableColumn& column : object.columns) {
       if (!column.isComputed()) continue;
-      for (const char* const attribute : {"firstcolumn", "secondcolumn"}) {
+      for (const std::string_view attribute : {kFirstColumn, kSecondColumn}) {
         const std::string strOperand = attributeText(column.objNode, attribute);
         const auto found = columns.find(strOperand);
         std::string strWrong;
@@ -94,7 +94,7 @@ void findWrongOperands(const ParsedDeployment& deployment, Findings& findings) {
           strWrong =
               std::string(attribute) + "=" + inQuotes(strOperand) + " names no column of the table";
         } else if (found->second->isComputed() ||
-                   !attributeText(found->second->objNode, "autovalue").empty()) {
+                   !attributeText(found->second->objNode, kAutoValue).empty()) {
           strWrong = std::string(attribute) + "=" + inQuotes(strOperand) +
                      " names a column that no form posts";
         }
@@ -124,8 +124,8 @@ void findUnitsBeforeDurations(const ParsedDeployment& deployment, Findings& find
 
 void findAutoComputed(const ParsedDeployment& deployment, Findings& findings) {
   forEachColumn(deployment, [&](const FormObject& object, const TableColumn& column) {
-    if (!column.isComputed() || attributeText(column.objNode, "autovalue").empty()) return;
-    findings.add(*object.file, column.objNode, "autovalue", column.strId,
+    if (!column.isComputed() || attributeText(column.objNode, kAutoValue).empty()) return;
+    findings.add(*object.file, column.objNode, kAutoValue, column.strId,
                  "The column is computed and has a fixed value, which does not count.",
                  "Leave one of calculate and autovalue out.");
   });
@@ -133,12 +133,12 @@ void findAutoComputed(const ParsedDeployment& deployment, Findings& findings) {
 
 void findUnknownColumnTypes(const ParsedDeployment& deployment, Findings& findings) {
   forEachColumn(deployment, [&](const FormObject& object, const TableColumn& column) {
-    const std::string strType = attributeText(column.objNode, "columntype");
+    const std::string strType = attributeText(column.objNode, kColumnType);
     const std::string strLower = toLower(strType);
     if (strLower == "date" || strLower == "time") return;
     const std::string_view strMeant = intendedWord(strType, {"date", "time"});
     if (strMeant.empty()) return;
-    findings.add(*object.file, column.objNode, "columntype", column.strId,
+    findings.add(*object.file, column.objNode, kColumnType, column.strId,
                  "The columntype " + inQuotes(strType) + " is not " + inQuotes(strMeant) +
                      ": the cells are not converted, and the schema refuses them.",
                  "Write columntype=\"" + std::string(strMeant) + "\".");
@@ -146,7 +146,7 @@ void findUnknownColumnTypes(const ParsedDeployment& deployment, Findings& findin
 }
 
 bool isDateColumn(const TableColumn& column) {
-  const std::string strType = toLower(attributeText(column.objNode, "columntype"));
+  const std::string strType = toLower(attributeText(column.objNode, kColumnType));
   return strType == "date" || strType == "time";
 }
 
@@ -155,7 +155,7 @@ template <class Find>
 void forEachDateConstant(const ParsedDeployment& deployment, const Find& find) {
   forEachColumn(deployment, [&](const FormObject& object, const TableColumn& column) {
     if (isDateColumn(column) && !column.isComputed()) {
-      find(object, column.objNode, "autovalue", column.strId);
+      find(object, column.objNode, kAutoValue, column.strId);
     }
   });
   for (const FormObject& object : deployment.objects) {
@@ -169,7 +169,7 @@ void forEachDateConstant(const ParsedDeployment& deployment, const Find& find) {
 
 void findAmbiguousDates(const ParsedDeployment& deployment, Findings& findings) {
   forEachDateConstant(deployment, [&](const FormObject& object, const Node& objNode,
-                                      const char* attribute, const std::string& strId) {
+                                      std::string_view attribute, const std::string& strId) {
     const std::string strText = attributeText(objNode, attribute);
     const auto one = parseDate(strText, DateOrder::dayMonthYear);
     const auto other = parseDate(strText, DateOrder::monthDayYear);
@@ -183,7 +183,7 @@ void findAmbiguousDates(const ParsedDeployment& deployment, Findings& findings) 
 
 void findNoDates(const ParsedDeployment& deployment, Findings& findings) {
   forEachDateConstant(deployment, [&](const FormObject& object, const Node& objNode,
-                                      const char* attribute, const std::string& strId) {
+                                      std::string_view attribute, const std::string& strId) {
     const std::string strText = attributeText(objNode, attribute);
     if (strText.empty() || parseDate(strText, deployment.files.dateOrder)) return;
     findings.add(*object.file, objNode, attribute, strId,

@@ -85,20 +85,20 @@ void ContentFilling::fillPlace(std::size_t lngElement, const Node& objPlace) {
 
 void ContentFilling::fillCell(std::size_t lngElement, const TableColumn& column,
                               const Node& objAt) {
-  const std::string strConstant = attributeText(column.objNode, "autovalue");
+  const std::string strConstant = attributeText(column.objNode, kAutoValue);
   const Source source = !strConstant.empty()  ? Source::constant
                         : column.isComputed() ? Source::joined
                                               : Source::answer;
   building_.write(lngElement, source, &object_, {&deployment_.schemaTypes, objAt},
-                  toLower(attributeText(column.objNode, "columntype")), strConstant, column.strId);
+                  toLower(attributeText(column.objNode, kColumnType)), strConstant, column.strId);
 }
 
 void ContentFilling::fillFromParameter(std::size_t lngElement, const Node& objParameter) {
-  const std::string strItem = attributeText(objParameter, "messageitem");
+  const std::string strItem = attributeText(objParameter, kMessageItem);
   const Place place{&deployment_.objectMapper, objParameter};
-  if (attributeText(objParameter, "formvalue") == "true") {
+  if (attributeText(objParameter, kFormValue) == "true") {
     building_.write(lngElement, Source::answer, &object_, place, toLower(object_.strType));
-  } else if (attributeText(objParameter, "formlabel") == "true") {
+  } else if (attributeText(objParameter, kFormLabel) == "true") {
     building_.write(lngElement, Source::label, &object_, place);
   } else if (isBlank(strItem)) {
     building_.write(lngElement, Source::constant, nullptr, place, "", objParameter.text());

@@ -164,7 +164,7 @@ void walk(const ParsedFile& file, Format format, const Visit& visit) {
 /// which it was to be.
 std::string objectOf(const Met& met) {
   const Node& objNode = met.objNode;
-  for (const char* const attribute : {"output", "id"}) {
+  for (const std::string_view attribute : {kOutput, kId}) {
     const std::string strId = met.shape ? std::string() : attributeText(objNode, attribute);
     if (!strId.empty()) return strId;
   }
@@ -172,10 +172,10 @@ std::string objectOf(const Met& met) {
        objAbove = objAbove.parentNode()) {
     const std::string strName = objAbove.nodeName();
     const bool blnOwner = strName == kProtocolObject || strName == kColumn ||
-                          strName == "messageitem" || strName == "question" ||
+                          strName == kMessageItem || strName == "question" ||
                           strName == "hiddenfield";
     if (!blnOwner) continue;
-    const std::string strId = attributeText(objAbove, strName == "hiddenfield" ? "output" : "id");
+    const std::string strId = attributeText(objAbove, strName == "hiddenfield" ? kOutput : kId);
     if (!strId.empty()) return strId;
   }
   return {};

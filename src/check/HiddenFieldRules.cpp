@@ -7,6 +7,7 @@
 #include "check/RuleTables.h"
 #include "check/Words.h"
 #include "config/Attributes.h"
+#include "config/Names.h"
 #include "platform/text/Text.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -26,7 +27,7 @@ void findOtherNodes(const ParsedDeployment& deployment, Findings& findings) {
                        "): every form fails.",
                    "Take it out, comments too.");
     } else if (objChild.nodeName() != "hiddenfield") {
-      findings.add(list, objChild, "", attributeText(objChild, "output"),
+      findings.add(list, objChild, "", attributeText(objChild, kOutput),
                    "The element " + inQuotes(objChild.nodeName()) +
                        " is no hiddenfield: it never goes into the message.",
                    "Write hiddenfield, or take it out.");
@@ -40,7 +41,7 @@ void findWrongFlags(const ParsedDeployment& deployment, Findings& findings) {
     if (strWord.empty() || strWord == "true" || strWord == "false") continue;
     const bool blnNo = isBooleanWord(strWord) && (toLower(strWord) == "false" || strWord == "0");
     if (blnNo) continue;
-    findings.add(deployment.hiddenFieldList, hidden.objNode, "toschema", hidden.strOutput,
+    findings.add(deployment.hiddenFieldList, hidden.objNode, kToSchema, hidden.strOutput,
                  "The word toschema=" + inQuotes(strWord) +
                      " is not \"true\": the field does not go "
                      "into the message.",
@@ -69,7 +70,7 @@ void findUnsent(const ParsedDeployment& deployment, Findings& findings) {
     const MappingEntry* const entry = deployment.entry(toLower(hidden.strOutput));
     if (!blnNo || !entry || !entry->isSent()) continue;
     if (deployment.objectsByLowerId.contains(toLower(hidden.strOutput))) continue;
-    findings.add(deployment.hiddenFieldList, hidden.objNode, "toschema", hidden.strOutput,
+    findings.add(deployment.hiddenFieldList, hidden.objNode, kToSchema, hidden.strOutput,
                  "The object mapper sends " + inQuotes(hidden.strOutput) +
                      ", and the hidden field is not for the message: its value is not sent.",
                  "Write toschema=\"true\", or take the messageitem out.");
@@ -81,7 +82,7 @@ void findOtherOutputs(const ParsedDeployment& deployment, Findings& findings) {
     if (hidden.strToSchema != "true" || isBlank(hidden.strId) || isBlank(hidden.strOutput))
       continue;
     if (toLower(hidden.strOutput) == hidden.strId) continue;
-    findings.add(deployment.hiddenFieldList, hidden.objNode, "output", hidden.strOutput,
+    findings.add(deployment.hiddenFieldList, hidden.objNode, kOutput, hidden.strOutput,
                  "The message takes the form field " + inQuotes(toLower(hidden.strOutput)) +
                      ", which output names, and not " + inQuotes(hidden.strId) + ".",
                  "Use the same name for id and output.");

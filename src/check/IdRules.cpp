@@ -33,7 +33,7 @@ void forEachId(const ParsedDeployment& deployment, const Find& find) {
     if (object.blnHidden || !object.isQuestion()) continue;
     find(IdUse{*object.file, object.objNode, kId, object.strId, true, object.strId});
     if (!object.strGroup.empty()) {
-      find(IdUse{*object.file, object.objNode, "group", object.strGroup, false, object.strId});
+      find(IdUse{*object.file, object.objNode, kGroup, object.strGroup, false, object.strId});
     }
     for (const TableColumn& column : object.columns) {
       find(IdUse{*object.file, column.objNode, kId, column.strId, true, column.strId});
@@ -42,20 +42,20 @@ void forEachId(const ParsedDeployment& deployment, const Find& find) {
   for (const HiddenField& hidden : deployment.hiddenFields) {
     const ParsedFile& file = deployment.hiddenFieldList;
     find(IdUse{file, hidden.objNode, kId, hidden.strId, true, hidden.strOutput});
-    find(IdUse{file, hidden.objNode, "output", hidden.strOutput, true, hidden.strOutput});
+    find(IdUse{file, hidden.objNode, kOutput, hidden.strOutput, true, hidden.strOutput});
   }
   for (const MappingEntry& entry : deployment.entries) {
     find(IdUse{mapper, entry.objNode, kId, entry.strId, true, entry.strId});
     if (!entry.strAbsent.empty()) {
-      find(IdUse{mapper, entry.objNode, "absent", entry.strAbsent, false, entry.strId});
+      find(IdUse{mapper, entry.objNode, kAbsent, entry.strAbsent, false, entry.strId});
     }
     if (!entry.strItem.empty()) {
-      find(IdUse{mapper, entry.objNodePath, "item", entry.strItem, false, entry.strId});
+      find(IdUse{mapper, entry.objNodePath, kItem, entry.strItem, false, entry.strId});
     }
     if (!entry.objAction) continue;
     find(IdUse{mapper, entry.objAction, kId, entry.strActionId, true, entry.strId});
     for (const Node& objParameter : childElements(entry.objAction)) {
-      for (const std::string_view strAttribute : {"id", "item", "messageitem"}) {
+      for (const std::string_view strAttribute : {kId, kItem, kMessageItem}) {
         const std::string strId = attributeText(objParameter, strAttribute);
         if (strId.empty()) continue;
         find(IdUse{mapper, objParameter, strAttribute, strId, false, entry.strId});
@@ -121,8 +121,7 @@ void findCapitals(const ParsedDeployment& deployment, Findings& findings) {
   };
   for (const FormObject& object : deployment.objects) {
     if (object.kind != ObjectKind::field || !deployment.validates()) continue;
-    add(*object.file, object.objNode, object.blnHidden ? "output" : "id", object.strId,
-        object.strId,
+    add(*object.file, object.objNode, object.blnHidden ? kOutput : kId, object.strId, object.strId,
         "the message is marked with it in lower case, so an error in the answer finds no question");
   }
   for (const MappingEntry& entry : deployment.entries) {
@@ -149,7 +148,7 @@ void findDuplicateObjects(const ParsedDeployment& deployment, Findings& findings
   for (const FormObject& object : deployment.objects) {
     if (!object.isQuestion()) continue;
     if (isBlank(object.strId) || seen.insert(object.strLowerId).second) continue;
-    findings.add(*object.file, object.objNode, object.blnHidden ? "output" : "id", object.strId,
+    findings.add(*object.file, object.objNode, object.blnHidden ? kOutput : kId, object.strId,
                  "There is another object with the id " + inQuotes(object.strId) +
                      " before this one: both read the same form field.",
                  "Give each object an id of its own; capitals do not make a difference.");
@@ -171,7 +170,7 @@ void findDuplicateEntries(const ParsedDeployment& deployment, Findings& findings
   const auto look = [&](const ParsedFile& file, const Node& objNode, const std::string& strId,
                         const std::string& strKey, std::unordered_set<std::string>& seen) {
     if (isBlank(strId) || seen.insert(strKey).second) return;
-    const std::string_view strAttribute = objNode.nodeName() == "hiddenfield" ? "output" : "id";
+    const std::string_view strAttribute = objNode.nodeName() == "hiddenfield" ? kOutput : kId;
     findings.add(file, objNode, strAttribute, strId,
                  kMessage + inQuotes(strId) + " before it, which counts; this " +
                      objNode.nodeName() + " is never read.",

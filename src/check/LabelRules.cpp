@@ -24,14 +24,14 @@ void findRowLabels(const ParsedDeployment& deployment, Findings& findings) {
                    "Give labels to the table and to each row of a fixed grid; use a complex type "
                    "for a dynamic table.");
     };
-    if (attributeText(object.objNode, "tablelabel").empty()) {
-      add(object.objNode, "tablelabel", "The table has no tablelabel");
+    if (attributeText(object.objNode, kTableLabel).empty()) {
+      add(object.objNode, kTableLabel, "The table has no tablelabel");
     } else if (toLower(object.strType) != "table" && object.rows.empty()) {
       add(object.objNode, kType, "The rows of a dynamic table have no label");
     }
     for (const Node& objRow : object.rows) {
-      if (toLower(object.strType) == "table" && attributeText(objRow, "rowlabel").empty()) {
-        add(objRow, "rowlabel", "The row has no rowlabel");
+      if (toLower(object.strType) == "table" && attributeText(objRow, kRowLabel).empty()) {
+        add(objRow, kRowLabel, "The row has no rowlabel");
       }
     }
   }
@@ -51,10 +51,10 @@ void findMissingLabels(const ParsedDeployment& deployment, Findings& findings) {
     }
     if (!blnRowText && !deployment.validates()) continue;
     for (const TableColumn& column : object.columns) {
-      const bool blnThere = blnRowText ? !attributeText(column.objNode, "columnlabel").empty()
-                                       : column.objNode.getAttribute("columnlabel").has_value();
+      const bool blnThere = blnRowText ? !attributeText(column.objNode, kColumnLabel).empty()
+                                       : column.objNode.getAttribute(kColumnLabel).has_value();
       if (blnThere) continue;
-      findings.add(*object.file, column.objNode, "columnlabel", column.strId,
+      findings.add(*object.file, column.objNode, kColumnLabel, column.strId,
                    blnRowText ? "The column has no columnlabel: every form with the table fails."
                               : "The column has no columnlabel: an error in a cell is led back to "
                                 "no question, and the verdict is lost.",

@@ -64,7 +64,7 @@ void findUnmapped(const ParsedDeployment& deployment, Findings& findings) {
       if (used) group = *used;
     }
     if (group) {
-      findings.add(*object.file, object.objNode, "group", object.strId,
+      findings.add(*object.file, object.objNode, kGroup, object.strId,
                    "No mapping: the object mapper has no " + lookedUpAs(object) +
                        " for the object " + inQuotes(object.strId) +
                        ": every submitted form fails.",
@@ -84,7 +84,7 @@ void findUnmapped(const ParsedDeployment& deployment, Findings& findings) {
               : "Add a messageitem, toschema=\"false\" for an answer that is not sent.";
     if ((!blnQuestion && (!meant || blnMeantIsQuestion)) ||
         (!deployment.questionList.isLoaded() && !meant)) {
-      findings.add(*object.file, object.objNode, object.blnHidden ? "output" : "id", object.strId,
+      findings.add(*object.file, object.objNode, object.blnHidden ? kOutput : kId, object.strId,
                    strMessage, strHint);
       continue;
     }
@@ -116,7 +116,7 @@ void findWrongToSchema(const ParsedDeployment& deployment, Findings& findings) {
   for (const MappingEntry& entry : deployment.entries) {
     if (entry.isTable()) continue;
     if (isBooleanWord(entry.strToSchema)) continue;
-    findings.add(deployment.objectMapper, entry.objNode, "toschema", entry.strId,
+    findings.add(deployment.objectMapper, entry.objNode, kToSchema, entry.strId,
                  "The attribute toschema=" + inQuotes(entry.strToSchema) +
                      " is no Boolean word: every form with this question fails.",
                  "Write toschema=\"true\" or \"false\".");
@@ -132,7 +132,7 @@ void findNotTrue(const ParsedDeployment& deployment, Findings& findings) {
     bool blnTrue = strLower == "true";
     if (!blnTrue && strLower != "false") blnTrue = toBoolean(strWord);
     if (!blnTrue) continue;
-    findings.add(deployment.objectMapper, entry.objNode, "toschema", entry.strId,
+    findings.add(deployment.objectMapper, entry.objNode, kToSchema, entry.strId,
                  "The word toschema=" + inQuotes(strWord) +
                      " is not \"true\": the answer is silently "
                      "not sent.",
@@ -144,7 +144,7 @@ void findWrongCheckExists(const ParsedDeployment& deployment, Findings& findings
   for (const MappingEntry& entry : deployment.entries) {
     const std::string& strWord = entry.strCheckExists;
     if (strWord.empty() || strWord == "true" || strWord == "false") continue;
-    findings.add(deployment.objectMapper, entry.objNode, "checkexists", entry.strId,
+    findings.add(deployment.objectMapper, entry.objNode, kCheckExists, entry.strId,
                  "The word checkexists=" + inQuotes(strWord) +
                      " is not \"true\" and counts as false: "
                      "the element is made a second time.",
@@ -177,13 +177,13 @@ void findIgnoredOnTables(const ParsedDeployment& deployment, Findings& findings)
     const bool blnNo = isBooleanWord(entry.strToSchema) && !toBoolean(entry.strToSchema);
     if (blnNo && !blnLeftOut) {
       findings.add(
-          deployment.objectMapper, entry.objNode, "toschema", entry.strId,
+          deployment.objectMapper, entry.objNode, kToSchema, entry.strId,
           "The table is sent although it has toschema=" + inQuotes(entry.strToSchema) + ".",
           "Take out parentxpath and node to leave a table out of the message.");
     }
-    if (!entry.strAbsent.empty()) add(entry.objNode, "absent", "absent");
-    if (!entry.strCheckExists.empty()) add(entry.objNode, "checkexists", "checkexists");
-    if (!entry.strItem.empty()) add(entry.objNodePath, "item", "item");
+    if (!entry.strAbsent.empty()) add(entry.objNode, kAbsent, "absent");
+    if (!entry.strCheckExists.empty()) add(entry.objNode, kCheckExists, "checkexists");
+    if (!entry.strItem.empty()) add(entry.objNodePath, kItem, "item");
     if (!entry.strExtraPath.empty()) add(entry.objExtraPath, "", "extrapath");
   }
 }
@@ -246,15 +246,15 @@ void findNamesOfNothing(const ParsedDeployment& deployment, Findings& findings) 
   };
   for (const MappingEntry& entry : deployment.entries) {
     if (!entry.isTable()) {
-      look(entry.objNode, "absent", entry.strAbsent, entry,
+      look(entry.objNode, kAbsent, entry.strAbsent, entry,
            "the condition always holds, and both answers are written");
       if (entry.objNodePath) {
-        look(entry.objNodePath, "item", entry.strItem, entry, "an empty value is written");
+        look(entry.objNodePath, kItem, entry.strItem, entry, "an empty value is written");
       }
     }
     if (!entry.objAction) continue;
     const bool blnJoins = entry.strLowerAction == kJoinAction;
-    const std::string_view strAttribute = blnJoins ? "item" : "messageitem";
+    const std::string_view strAttribute = blnJoins ? kItem : kMessageItem;
     for (const Node& objParameter : childElements(entry.objAction)) {
       look(objParameter, strAttribute, attributeText(objParameter, strAttribute), entry,
            blnJoins ? "every form with this answer fails" : "the place stays empty");

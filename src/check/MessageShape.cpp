@@ -276,9 +276,9 @@ void MessageShape::addTypeContent(const FormObject& object, const ComplexType& t
   const Node objModel = type.objNode.cloneFor(objElement, true);
   std::unordered_map<std::string, std::string> markedWith;  // what the others are marked with
   for (const Node& objParameter : childElements(object.entry->objAction)) {
-    const std::string strOther = attributeText(objParameter, "messageitem");
-    const bool blnOwn = attributeText(objParameter, "formvalue") == "true" ||
-                        attributeText(objParameter, "formlabel") == "true";
+    const std::string strOther = attributeText(objParameter, kMessageItem);
+    const bool blnOwn = attributeText(objParameter, kFormValue) == "true" ||
+                        attributeText(objParameter, kFormLabel) == "true";
     if (!isBlank(strOther) && !blnOwn) {
       markedWith.emplace(attributeText(objParameter, kId), strOther);
     }
@@ -393,7 +393,7 @@ void MessageShape::collectPaths() {
     share(entry.strItem);
     if (entry.strLowerAction != kJoinAction) continue;
     for (const Node& objParameter : childElements(entry.objAction)) {
-      share(attributeText(objParameter, "item"));
+      share(attributeText(objParameter, kItem));
     }
   }
 }

@@ -4,6 +4,7 @@
 
 #include "check/MessagePlan.h"
 #include "config/Attributes.h"
+#include "config/Names.h"
 #include "platform/text/Text.h"
 
 // Whether what is written into an element can be a value of its type.
@@ -137,9 +138,9 @@ class ValueJudge {
                  const std::string& strText, bool blnBounds) {
     const Fit fit = fitOf(element.declared, strText, blnBounds);
     if (fit == Fit::fits) return;
-    const std::string_view strOfObject = strCode == "checkbox-value" ? "checkedvalue" : "type";
+    const std::string_view strOfObject = strCode == "checkbox-value" ? kCheckedValue : "type";
     const bool blnConstant = strCode == "constant-refused";
-    tell(strCode, write, decidedBy(write, strOfObject, blnConstant ? "autovalue" : "columntype"),
+    tell(strCode, write, decidedBy(write, strOfObject, blnConstant ? kAutoValue : kColumnType),
          "The value \"" + strText.substr(0, 100) + "\", which a run writes into \"" +
              element.strName + "\", is none of its type" +
              (fit == Fit::wrongKind ? ", " + kindText(element.declared) + "." : "."),
@@ -161,14 +162,14 @@ class ValueJudge {
       return judgeText("date-form", write, element, strSample, false);
     }
     if (write.strColumn.empty() && object.strType == "check") {
-      const std::string strChecked = attributeText(object.objNode, "checkedvalue");
+      const std::string strChecked = attributeText(object.objNode, kCheckedValue);
       return judgeText("checkbox-value", write, element, strChecked.empty() ? "true" : strChecked,
                        true);
     }
     const std::string strKind = kindOf(element.declared);
     const bool blnTyped = !object.blnHidden && !object.blnDynamic;
     if (blnTyped && (strKind == "date" || strKind == "dateTime")) {
-      tell("date-not-converted", write, decidedBy(write, "type", "columntype"),
+      tell("date-not-converted", write, decidedBy(write, "type", kColumnType),
            "\"" + element.strName + "\" is of the kind xs:" + strKind +
                " and takes what was typed as it is: no type \"date\" or \"time\" has it converted.",
            strKind == "date" ? "Give the object type=\"date\", or the column columntype=\"date\"."

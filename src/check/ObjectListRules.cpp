@@ -79,7 +79,7 @@ std::unordered_set<std::string> takenByOthers(const ParsedDeployment& deployment
   for (const MappingEntry& entry : deployment.entries) {
     taken.insert(entry.strItem);
     for (const Node& objParameter : childElements(entry.objAction)) {
-      taken.insert(attributeText(objParameter, "messageitem"));
+      taken.insert(attributeText(objParameter, kMessageItem));
     }
   }
   return taken;
@@ -128,7 +128,7 @@ void findGroups(const ParsedDeployment& deployment, Findings& findings) {
   forEachListed(deployment, [&](const FormObject& object) {
     if (!object.isQuestion()) return;
     if (object.blnDynamic == !object.strGroup.empty()) return;
-    findings.add(*object.file, object.objNode, object.blnDynamic ? kDynamic : "group", object.strId,
+    findings.add(*object.file, object.objNode, object.blnDynamic ? kDynamic : kGroup, object.strId,
                  object.blnDynamic ? "The object is dynamic and names no group."
                                    : "The object names a group and is not dynamic, so the group "
                                      "does not count.",

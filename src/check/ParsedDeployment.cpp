@@ -196,7 +196,7 @@ void ParsedDeployment::readObjects() {
     object.strId = attributeText(objNode, kId);
     object.strLowerId = toLower(object.strId);
     object.strType = attributeText(objNode, kType);
-    object.strGroup = attributeText(objNode, "group");
+    object.strGroup = attributeText(objNode, kGroup);
     const std::string strDynamic = attributeText(objNode, kDynamic);
     object.blnDynamic = isBooleanWord(strDynamic) && toBoolean(strDynamic);
     object.blnParked = blnParked && object.kind != ObjectKind::endMark;
@@ -217,8 +217,8 @@ void ParsedDeployment::readHiddenFields() {
     if (!isPlain(objElement, "hiddenfield")) continue;
     hiddenFields.push_back({.objNode = objElement,
                             .strId = attributeText(objElement, kId),
-                            .strOutput = attributeText(objElement, "output"),
-                            .strToSchema = attributeText(objElement, "toschema")});
+                            .strOutput = attributeText(objElement, kOutput),
+                            .strToSchema = attributeText(objElement, kToSchema)});
     const HiddenField& hidden = hiddenFields.back();
     hiddenFieldsByOutput[hidden.strOutput].push_back(hiddenFields.size() - 1);
     if (hidden.strToSchema != "true") continue;
@@ -237,7 +237,7 @@ void ParsedDeployment::readHiddenFields() {
 void ParsedDeployment::readEntries() {
   if (!objectMapper.isLoaded()) return;
   for (const Node& objElement : objectMapper.elements()) {
-    if (!isPlain(objElement, "messageitem") || !isPlain(objElement.parentNode(), "message")) {
+    if (!isPlain(objElement, kMessageItem) || !isPlain(objElement.parentNode(), "message")) {
       continue;
     }
     MappingEntry entry;
@@ -245,9 +245,9 @@ void ParsedDeployment::readEntries() {
     entry.strId = attributeText(objElement, kId);
     entry.strType = attributeText(objElement, kType);
     entry.kind = entryKind(entry.strType);
-    entry.strToSchema = attributeText(objElement, "toschema");
-    entry.strAbsent = attributeText(objElement, "absent");
-    entry.strCheckExists = attributeText(objElement, "checkexists");
+    entry.strToSchema = attributeText(objElement, kToSchema);
+    entry.strAbsent = attributeText(objElement, kAbsent);
+    entry.strCheckExists = attributeText(objElement, kCheckExists);
     entry.objParentXPath = childElement(objElement, "parentxpath");
     entry.objNodePath = childElement(objElement, "node");
     entry.objExtraPath = childElement(objElement, "extrapath");
@@ -257,7 +257,7 @@ void ParsedDeployment::readEntries() {
     entry.strNodePath = textOrNone(entry.objNodePath);
     entry.strExtraPath = textOrNone(entry.objExtraPath);
     entry.strExtraNode = textOrNone(entry.objExtraNode);
-    if (entry.objNodePath) entry.strItem = attributeText(entry.objNodePath, "item");
+    if (entry.objNodePath) entry.strItem = attributeText(entry.objNodePath, kItem);
     if (entry.objAction) entry.strActionId = attributeText(entry.objAction, kId);
     entry.strLowerAction = toLower(entry.strActionId);
     entriesById[entry.strId].push_back(entries.size());

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "config/Attributes.h"
+#include "config/Names.h"
 #include "platform/xml/ReadXmlFile.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -123,7 +124,7 @@ class TagScanner {
 bool isRootOfAKind(const Node& objRoot) {
   const std::string strName = objRoot.nodeName();
   if (strName == "message") {
-    return required(objRoot.getElementsByTagName("messageitem")).length() > 0;
+    return required(objRoot.getElementsByTagName(kMessageItem)).length() > 0;
   }
   constexpr std::array<std::string_view, 5> kRoots = {"prtobjcts", "hiddenfields", "namespaces",
                                                       "SchemaTypeMapperDocument", "questions"};

@@ -106,7 +106,7 @@ class BoxesOfSchema {
       if (!blnField || write.source != MessageWrite::Source::answer || !element.declared) continue;
       const auto rules = element.declared.value();
       if (!rules) continue;
-      const std::string strTicked = attributeText(write.object->objNode, "checkedvalue");
+      const std::string strTicked = attributeText(write.object->objNode, kCheckedValue);
       const bool blnRefused = !element.declared.accepts(strTicked.empty() ? "true" : strTicked);
       fits_.try_emplace(write.object, rules->strPrimitive == "boolean" ? Fit::only
                                       : blnRefused                     ? Fit::never
@@ -138,7 +138,7 @@ void findLostCheckBoxes(const ParsedDeployment& deployment, Findings& findings) 
     if (question.isTable() || isBlank(question.strType)) continue;
     if (!boxes) boxes.emplace(deployment);
     const BoxesOfSchema::Fit fit = boxes->of(*object);
-    const bool blnValue = !attributeText(object->objNode, "checkedvalue").empty();
+    const bool blnValue = !attributeText(object->objNode, kCheckedValue).empty();
     const bool blnBox = fit == BoxesOfSchema::Fit::only || blnValue;
     const bool blnOfQuestion = blnAsked ? fit == BoxesOfSchema::Fit::never && !blnValue : blnBox;
     const ParsedFile& file = blnOfQuestion ? deployment.questionList : *object->file;
@@ -173,7 +173,7 @@ void findUnsentQuestions(const ParsedDeployment& deployment, Findings& findings)
     if (isBlank(question.strXPath) || entry.strToSchema != "false") continue;
     if (shape.isPlaced(object->strLowerId) || shape.isPlaced(object->strId)) continue;
     findings
-        .add(deployment.objectMapper, entry.objNode, "toschema", object->strId,
+        .add(deployment.objectMapper, entry.objNode, kToSchema, object->strId,
              "The answer to " + inQuotes(object->strId) +
                  " is sent nowhere, and its question says that it stands at " +
                  inQuotes(question.strXPath) + ".",

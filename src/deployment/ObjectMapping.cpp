@@ -40,11 +40,11 @@ Node readMessageItem(const Node& objMessageItem, ObjectMapperInfo& info) {
   readText(parts[extraNode], info.strExtraNode);
   readText(parts[extraValue], info.strExtraValue);
   readText(parts[node], info.strNode);
-  if (parts[node]) info.strItem = attributeText(parts[node], "item");
+  if (parts[node]) info.strItem = attributeText(parts[node], kItem);
 
-  info.blnCheckExists = attributeText(objMessageItem, "checkexists") == "true";
-  info.strToSchema = attributeText(objMessageItem, "toschema");
-  info.strAbsent = attributeText(objMessageItem, "absent");
+  info.blnCheckExists = attributeText(objMessageItem, kCheckExists) == "true";
+  info.strToSchema = attributeText(objMessageItem, kToSchema);
+  info.strAbsent = attributeText(objMessageItem, kAbsent);
   return parts[action];
 }
 

@@ -15,12 +15,12 @@ std::vector<CellDefinition> readCellDefinitions(const NodeList& colColumns) {
     CellDefinition cell;
     cell.objColumn = objColumn;
     cell.strId = attributeText(objColumn, kId);
-    cell.blnCalculated = attributeText(objColumn, "calculate") == "true";
-    cell.strDataType = attributeText(objColumn, "datatype");
-    cell.strInterval = attributeText(objColumn, "timedimabbr");
-    cell.strAutoValue = attributeText(objColumn, "autovalue");
-    cell.strFirstColumn = attributeText(objColumn, "firstcolumn");
-    cell.strSecondColumn = attributeText(objColumn, "secondcolumn");
+    cell.blnCalculated = attributeText(objColumn, kCalculate) == "true";
+    cell.strDataType = attributeText(objColumn, kDataType);
+    cell.strInterval = attributeText(objColumn, kInterval);
+    cell.strAutoValue = attributeText(objColumn, kAutoValue);
+    cell.strFirstColumn = attributeText(objColumn, kFirstColumn);
+    cell.strSecondColumn = attributeText(objColumn, kSecondColumn);
     cells.push_back(std::move(cell));
   }
   return cells;

@@ -18,7 +18,7 @@ namespace {
 /// What a check box stores: a browser sends "on" for a ticked box and nothing for another.
 std::string checkBoxValue(const Node& objField, std::string_view strSubmitted) {
   if (!equalsLower(strSubmitted, "on")) return {};
-  const std::string strCheckedValue = attributeText(objField, "checkedvalue");
+  const std::string strCheckedValue = attributeText(objField, kCheckedValue);
   return strCheckedValue.empty() ? "true" : strCheckedValue;
 }
 

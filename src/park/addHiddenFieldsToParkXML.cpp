@@ -30,7 +30,7 @@ Acknowledge addHiddenFieldsToParkXML(const Session& session, const Node& objHidd
     }
     for (const Node& objHiddenField : *colHiddenFields) {
       const std::string strId = attributeText(objHiddenField, kId);
-      const std::string strOutput = attributeText(objHiddenField, "output");
+      const std::string strOutput = attributeText(objHiddenField, kOutput);
 
       const Node objField = objParkingXML.createElement(kProtocolObject);
       if (!objField) {

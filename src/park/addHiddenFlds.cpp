@@ -32,7 +32,7 @@ Acknowledge addHiddenFlds(const Session& session, const Document& objParkingXML,
     std::string strValue;
     for (const Node& objHiddenField : required(objHiddenFields.childNodes())) {
       const std::string strId = requiredAttribute(objHiddenField, kId);
-      const std::string strOutput = requiredAttribute(objHiddenField, "output");
+      const std::string strOutput = requiredAttribute(objHiddenField, kOutput);
       // deliberate: without an id the value of the hidden field before it is used again.
       if (!strId.empty()) {
         Acknowledge objAck = GetFormCollectionItem(session, strId, strValue);

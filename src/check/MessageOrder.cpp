@@ -1,10 +1,10 @@
 #include <map>
+#include <vector>
 
 #include "check/MessagePlan.h"
 #include "platform/text/Text.h"
 
-// Whether the elements of a message come in the order of the schema, and as often as it
-// allows.
+// Whether the elements of a message come in the order of the schema, and as often as it allows.
 
 namespace Varnel_Tolv_XML_Creation {
 

@@ -160,7 +160,7 @@ std::string FieldPlacement::itemValue() const {
 
 Acknowledge FieldPlacement::placeByAction() {
   const std::string strAction = attributeText(found_.objAction, kId);
-  if (toLower(strAction) == "addinfotonode") {
+  if (toLower(strAction) == kJoinAction) {
     trace(session_, kProcedure, {"addinfotonode"});
     strValue_ = replaceAll(strValue_, "\r\n", "");
     return AddInfoToNode(session_, prtobjct_, objSendXML_, info().strParentXPath, objParkXML_,
@@ -172,7 +172,7 @@ Acknowledge FieldPlacement::placeByAction() {
 Acknowledge FieldPlacement::placeComplexType(const std::string& strAction) {
   std::optional<AddressLines> arrAddressLines;
   bool blnMultiValue = false;
-  if (strAction == "structured_address_type") {
+  if (strAction == kAddressAction) {
     strValue_ = ReplaceLineBreaks(strValue_, ",");
     if (!strValue_.empty()) {
       Acknowledge objAck = MakeAddressLines(strValue_, arrAddressLines);

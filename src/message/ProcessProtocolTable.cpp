@@ -61,7 +61,7 @@ Acknowledge ProcessProtocolTable(const Session& session, const Document& objSend
       return failure(SVC_RET_XML_CREATION_PARENT_NODE_MISSING,
                      "node error" + info.strParentXPath + "/" + info.strNode);
     }
-    if (toLower(attributeText(found.objAction, kId)) == "rowinfotovalue") {
+    if (toLower(attributeText(found.objAction, kId)) == kRowTextAction) {
       return AddRowInfoToSingleNode(session, objSendXML, objParentNode, objParkTable, info.strNode);
     }
     return AddComplexTypeFromTableRows(session, objSendXML, objParentNode, objSchemaTypeMapper,

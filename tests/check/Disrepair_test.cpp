@@ -83,36 +83,34 @@ std::string repeated(const std::string& strBefore, std::size_t lngCount, const c
   return strText + strAfter;
 }
 
+/// Expects of a mistake that is made so often as many findings as are kept, the last of which
+/// counts the others.
+void expectThreeThousand(const SmallDeployment& deployment, std::string_view strCode) {
+  std::size_t lngCount = 0;
+  std::string strHint;
+  for (const Finding& finding : deployment.check()) {
+    if (finding.code != strCode) continue;
+    ++lngCount;
+    strHint = finding.hint;
+  }
+  EXPECT_EQ(lngCount, Findings::kMostOfOneRule);
+  EXPECT_NE(strHint.find("(and 2000 more"), std::string::npos) << strHint;
+}
+
 TEST(Disrepair, IsToldAThousandTimesOfOneRule) {
   const SmallDeployment deployment;
   deployment.write("object-list.xml",
                    repeated("<?xml version='1.0'?><prtobjcts>", 3000,
                             "<prtobjct id='q#' objecttype='field' type='Check' dynamic='maybe'/>",
                             "<hdnflds/></prtobjcts>"));
-  std::size_t lngDynamic = 0;
-  std::string strHint;
-  for (const Finding& finding : deployment.check()) {
-    if (finding.code != "dynamic-no-boolean") continue;
-    ++lngDynamic;
-    strHint = finding.hint;
-  }
-  EXPECT_EQ(lngDynamic, Findings::kMostOfOneRule);
-  EXPECT_NE(strHint.find("2000 more"), std::string::npos) << strHint;
+  expectThreeThousand(deployment, "dynamic-no-boolean");
 }
 
 TEST(Disrepair, IsCountedBesideTheSchemaToo) {
   SmallDeployment deployment;
   addSchema(deployment);
   deployment.replace("template.xml", "  <m:end/>", repeated("", 3000, "<m:wrong/>", "<m:end/>"));
-  std::size_t lngUndeclared = 0;
-  std::string strHint;
-  for (const Finding& finding : deployment.check()) {
-    if (finding.code != "template-undeclared") continue;
-    ++lngUndeclared;
-    strHint = finding.hint;
-  }
-  EXPECT_EQ(lngUndeclared, Findings::kMostOfOneRule);
-  EXPECT_NE(strHint.find("(and 2000 more"), std::string::npos) << strHint;
+  expectThreeThousand(deployment, "template-undeclared");
 }
 
 TEST(Disrepair, OfPathsIsNotLookedForInAMessageThatIsTooLarge) {

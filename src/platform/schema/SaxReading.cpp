@@ -202,8 +202,9 @@ void SaxReading::parse(std::string_view strText) {
   sax.cdataBlock = Callbacks::text;
   sax.internalSubset = Callbacks::documentType;
   sax.serror = Callbacks::report;
-  // It is text already, whatever encoding its declaration names.
-  if (xmlCtxtResetPush(parser_.get(), nullptr, 0, nullptr, "UTF-8") != 0) throw std::bad_alloc();
+  // It is text already, whatever encoding its declaration names. Not told of one either, the parser
+  // takes its input for UTF-8 as it is; told, it converts it.
+  if (xmlCtxtResetPush(parser_.get(), nullptr, 0, nullptr, nullptr) != 0) throw std::bad_alloc();
   // There are no entities but its own; unless they are replaced it leaves "&" as "&#38;" in values
   // and namespaces.
   xmlCtxtUseOptions(parser_.get(), XML_PARSE_NONET | XML_PARSE_IGNORE_ENC | XML_PARSE_NOENT);
@@ -252,7 +253,6 @@ void SaxReading::onStart(const xmlChar* local, const xmlChar* prefix, const xmlC
   if (validator_) validator_->start(tag);
   if (validatorAside_) startAside(tag);
   if (blnStopped_ || !settings_.contentHandler) return;
-  here();
   settings_.contentHandler->startElement(tag.name->strUri, tag.name->strLocal, tag.name->strWritten,
                                          TagAttributes(tag));
 }
@@ -313,7 +313,6 @@ void SaxReading::onEnd() {
   const MessageName& name = *open_.back();
   open_.pop_back();
   if (!settings_.contentHandler) return;
-  here();
   settings_.contentHandler->endElement(name.strUri, name.strLocal, name.strWritten);
 }
 

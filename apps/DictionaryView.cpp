@@ -4,7 +4,9 @@
 #include <vector>
 
 #include "TerminalText.h"
-#include "XmlCharacters.h"
+#include "varnel_xml_creation/platform/text/Replacement.h"
+
+using namespace Varnel_Tolv_XML_Creation;
 
 namespace {
 

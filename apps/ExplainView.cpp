@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-#include "XmlCharacters.h"
+#include "varnel_xml_creation/platform/text/Replacement.h"
 
 using namespace Varnel_Tolv_XML_Creation;
 

@@ -3,7 +3,9 @@
 #include <filesystem>
 
 #include "ProofText.h"
-#include "XmlCharacters.h"
+#include "varnel_xml_creation/platform/text/Replacement.h"
+
+using namespace Varnel_Tolv_XML_Creation;
 
 namespace {
 

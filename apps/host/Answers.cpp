@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <charconv>
 
-#include "XmlCharacters.h"
 #include "varnel_xml_creation/platform/host/WebRequest.h"
+#include "varnel_xml_creation/platform/text/Replacement.h"
 
-using Varnel_Tolv_XML_Creation::FormCollection;
+using namespace Varnel_Tolv_XML_Creation;
 
 std::string_view answerTo(const Answers& answers, std::string_view strName) {
   const auto found = answers.find(strName);
@@ -22,12 +22,8 @@ Answers decodeBody(std::string_view strBody) {
   return answers;
 }
 
-bool isUnreadable(std::string_view strAnswer) {
-  return strAnswer.find(kReplacement) != std::string_view::npos;
-}
-
 bool hasUnreadable(const Answers& answers) {
-  return std::ranges::any_of(answers, [](const auto& each) { return isUnreadable(each.second); });
+  return std::ranges::any_of(answers, [](const auto& each) { return hasReplacement(each.second); });
 }
 
 std::string lowered(std::string_view strText) {

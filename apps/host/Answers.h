@@ -13,15 +13,11 @@ using Answers = std::map<std::string, std::string, std::less<>>;
 /// What was answered; the empty text when nothing was.
 std::string_view answerTo(const Answers& answers, std::string_view strName);
 
-/// What stands for a character that did not arrive as one.
-constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
-
 /// The posted fields, decoded. What XML cannot hold becomes U+FFFD, as what is not UTF-8 does.
 Answers decodeBody(std::string_view strBody);
 
 /// Whether an answer has a character that did not arrive. Such a form can be kept until somebody
 /// types the answer again, and is not sent.
-bool isUnreadable(std::string_view strAnswer);
 bool hasUnreadable(const Answers& answers);
 
 /// The capitals A to Z made small.

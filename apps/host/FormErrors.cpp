@@ -6,6 +6,7 @@
 
 #include "host/FormAnswers.h"
 #include "varnel_xml_creation/platform/host/WebRequest.h"
+#include "varnel_xml_creation/platform/text/Replacement.h"
 
 using namespace Varnel_Tolv_XML_Creation;
 
@@ -71,7 +72,7 @@ std::vector<FormError> unreadableAnswers(const PageModel& page, const Answers& a
   std::set<std::string, std::less<>> known;
   const auto look = [&](const std::string& strName, FormError error, const std::string& strPlace) {
     known.insert(strName);
-    if (!isUnreadable(answerTo(answers, strName))) return;
+    if (!hasReplacement(answerTo(answers, strName))) return;
     error.strMessage =
         "A character did not arrive; where it was there is a \xEF\xBF\xBD. Please type it again.";
     error.strInFull = strPlace + ": " + error.strMessage;

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
+#include <limits>
 #include <memory>
 #include <new>
 #include <optional>
@@ -26,6 +28,7 @@ struct varnel_xml_deployment {
 
 struct varnel_xml_result {
   std::int32_t lngErrorCode = 0;
+  std::int32_t lngUnreadable = 0;
   std::string strJson;
   std::optional<std::string> park;
   std::optional<std::string> message;
@@ -169,7 +172,8 @@ std::string_view objectListFile(const Deployment& deployment,
 
 std::unique_ptr<varnel_xml_result> resultOf(varnel_xml_deployment& opened,
                                             const varnel_xml_submission& submission) {
-  const FormCollection form(textOf(submission.form, submission.form_length));
+  FormCollection form(textOf(submission.form, submission.form_length));
+  if (submission.replace_unstorable != 0) form.replaceUnstorable();
   Deployment deployment = opened.deployment;
   deployment.blnSubmit = submission.submit != 0;
   deployment.blnValidateAgainstSchema = submission.validate != 0;
@@ -189,6 +193,8 @@ std::unique_ptr<varnel_xml_result> resultOf(varnel_xml_deployment& opened,
 
   auto result = std::make_unique<varnel_xml_result>();
   result->lngErrorCode = run.objAck.ErrorCode();
+  constexpr std::size_t kMost = std::numeric_limits<std::int32_t>::max();
+  result->lngUnreadable = static_cast<std::int32_t>(std::min(form.unreadableFields(), kMost));
   result->strJson = resultJson(run.objAck, run.colUserErrors, run.colInternalErrors,
                                {.report = services.report,
                                 .blnJournal = services.blnJournal,
@@ -264,6 +270,10 @@ void varnel_xml_free(varnel_xml_result* result) { delete result; }
 
 int32_t varnel_xml_error_code(const varnel_xml_result* result) {
   return result != nullptr ? result->lngErrorCode : kInternalError;
+}
+
+int32_t varnel_xml_unreadable(const varnel_xml_result* result) {
+  return result != nullptr ? result->lngUnreadable : 0;
 }
 
 const char* varnel_xml_json(const varnel_xml_result* result, size_t* length) {

@@ -94,9 +94,12 @@ typedef struct varnel_xml_submission {
   void (*trace)(void* context, const char* line, size_t length); /* gets each line of the trace,
                               what people answered included, on the thread of the run; NULL: none */
   void* trace_context;
+  int32_t replace_unstorable; /* not 0: U+FFFD takes the place of each character in an answer that
+                              no XML document can hold, such as U+000B. Else the run fails at the
+                              first of them, and what it parked ends there */
 } varnel_xml_submission;
 #define VARNEL_XML_SUBMISSION_INIT \
-  { sizeof(varnel_xml_submission), NULL, 0, 0, 0, 0, 0, NULL, 0, NULL, NULL }
+  { sizeof(varnel_xml_submission), NULL, 0, 0, 0, 0, 0, NULL, 0, NULL, NULL, 0 }
 
 /* "16.0.0" */
 VARNEL_XML_API const char* varnel_xml_version(void);
@@ -125,13 +128,18 @@ VARNEL_XML_API varnel_xml_status varnel_xml_run(varnel_xml_deployment* deploymen
 VARNEL_XML_API void varnel_xml_free(varnel_xml_result* result);
 
 /*
- * What a result tells. length may be NULL. For a NULL result every text is NULL and the code that
- * of an internal error.
+ * What a result tells. length may be NULL. For a NULL result every text is NULL, every number 0 and
+ * the code that of an internal error.
  */
 
 /* 0 when the run succeeded, else one of the codes of docs/errors.md or a run-time error's number.
  */
 VARNEL_XML_API int32_t varnel_xml_error_code(const varnel_xml_result* result);
+
+/* How many fields of the form have U+FFFD in their value, which stands for what did not arrive:
+   bytes that are not UTF-8, and what was replaced. Such a form can be kept and should not be sent:
+   nobody typed that. */
+VARNEL_XML_API int32_t varnel_xml_unreadable(const varnel_xml_result* result);
 
 /* One JSON object and a line end, with the keys that `varnel-xml build` writes. */
 VARNEL_XML_API const char* varnel_xml_json(const varnel_xml_result* result, size_t* length);

@@ -197,6 +197,35 @@ TEST(TakesTheStructuresOfItsFirstVersion) {
   EXPECT(varnel_xml_open(example, &settings, &deployment, NULL) == VARNEL_XML_BAD_ARGUMENT);
 }
 
+TEST(ReplacesWhatNoDocumentCanHoldOnRequest) {
+  static const char objects[] =
+      "<?xml version='1.0'?><prtobjcts><prtobjct id='q' objecttype='field' type='text'"
+      " dynamic='false'/><prtobjct id='r' objecttype='field' type='text' dynamic='false'/>"
+      "<hdnflds/></prtobjcts>";
+  varnel_xml_deployment* const deployment = opened();
+  varnel_xml_submission submission = VARNEL_XML_SUBMISSION_INIT;
+  submission.form = "q=a%0Bb&r=typed";
+  submission.form_length = strlen(submission.form);
+  submission.object_list = objects;
+  submission.object_list_length = sizeof objects - 1;
+  varnel_xml_result* result = run(deployment, &submission);
+  EXPECT(varnel_xml_error_code(result) != 0);
+  EXPECT(strstr(varnel_xml_park(result, NULL), "typed") == NULL);
+  EXPECT(varnel_xml_unreadable(result) == 0);
+  varnel_xml_free(result);
+
+  submission.replace_unstorable = 1;
+  result = run(deployment, &submission);
+  EXPECT(varnel_xml_error_code(result) == 0);
+  EXPECT(strstr(varnel_xml_park(result, NULL),
+                "value=\"a\xEF\xBF\xBD"
+                "b\"") != NULL);
+  EXPECT(strstr(varnel_xml_park(result, NULL), "typed") != NULL);
+  EXPECT(varnel_xml_unreadable(result) == 1);
+  varnel_xml_free(result);
+  varnel_xml_close(deployment);
+}
+
 TEST(CallsTheTraceForEachLine) {
   struct counted counted = {0, 0};
   varnel_xml_deployment* const deployment = opened();
@@ -221,7 +250,7 @@ TEST(RefusesAWrongCall) {
   EXPECT(varnel_xml_run(deployment, NULL, &result, &error) == VARNEL_XML_BAD_ARGUMENT);
   EXPECT(varnel_xml_run(deployment, &submission, NULL, NULL) == VARNEL_XML_BAD_ARGUMENT);
 
-  submission.size = sizeof submission - 1;
+  submission.size = offsetof(varnel_xml_submission, replace_unstorable) - 1;
   EXPECT(varnel_xml_run(deployment, &submission, &result, &error) == VARNEL_XML_BAD_ARGUMENT);
   EXPECT(strcmp(error.message, "the size of a structure is too small") == 0);
   submission.size = sizeof submission;
@@ -368,6 +397,7 @@ int main(int argc, char** argv) {
       NAMED(NeedsNoFolder),
       NAMED(BoundsTheDocumentsOfARunTogether),
       NAMED(TakesTheStructuresOfItsFirstVersion),
+      NAMED(ReplacesWhatNoDocumentCanHoldOnRequest),
       NAMED(CallsTheTraceForEachLine),
       NAMED(RefusesAWrongCall),
       NAMED(TakesALongerStructureUnlessItAsksForMore),

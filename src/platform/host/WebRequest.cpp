@@ -4,6 +4,7 @@
 #include <functional>
 #include <utility>
 
+#include "platform/text/Replacement.h"
 #include "platform/text/Text.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -66,6 +67,14 @@ void FormCollection::add(std::string_view strName, std::string_view strValue) {
   if (2 * items_.size() <= byHash_.size()) return enter(items_.size() - 1);
   byHash_.assign(std::max<std::size_t>(64, 2 * byHash_.size()), 0);
   for (std::size_t lngItem = 0; lngItem < items_.size(); ++lngItem) enter(lngItem);
+}
+
+void FormCollection::replaceUnstorable() {
+  for (Item& item : items_) item.strValue = withXmlCharacters(item.strValue);
+}
+
+std::size_t FormCollection::unreadableFields() const {
+  return static_cast<std::size_t>(std::ranges::count_if(items_, hasReplacement, &Item::strValue));
 }
 
 // The names come from outside and may be made to have one hash. So each is within a few places of

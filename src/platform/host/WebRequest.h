@@ -75,6 +75,14 @@ class VARNEL_EXPORT FormCollection : public Request {
   /// Adds one more value to a field. Both texts are taken as they stand, not decoded.
   void add(std::string_view strName, std::string_view strValue);
 
+  /// Puts U+FFFD in the place of each character in a value that XML cannot hold, such as U+000B. A
+  /// run fails at the first of them that it reads, and what it parked ends there.
+  void replaceUnstorable();
+
+  /// How many fields have U+FFFD in their value: what was replaced, bytes that were not UTF-8
+  /// included. Such a form can be kept and should not be sent: nobody typed that.
+  std::size_t unreadableFields() const;
+
   std::string formItem(std::string_view strName) const override;
   std::vector<std::string> formNames(std::string_view strPrefix) const override;
 

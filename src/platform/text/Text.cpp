@@ -6,13 +6,12 @@
 #include <array>
 #include <cstdint>
 
+#include "platform/text/Replacement.h"
 #include "platform/text/Utf8.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
 namespace {
-
-constexpr std::string_view kReplacementCharacter = "\xEF\xBF\xBD";  // U+FFFD
 
 /// How many bytes of a text that begins with no character are the beginning of one that is broken
 /// off, but at least one: as many as some last bytes would make a character of.

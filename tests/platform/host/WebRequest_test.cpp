@@ -43,6 +43,17 @@ TEST(FieldName, OfACellHasTheIdsAsTheyAreWritten) {
   EXPECT_EQ(cellPrefixOf("T1"), "T1___");
 }
 
+TEST(FormCollection, ReplacesWhatCannotBeStoredAndCountsTheFieldsThatAreNotAsTyped) {
+  FormCollection form("a=x%0By&b=%FF&c=plain%0A&d=%EF%BF%BD&e=%00&e=%01");
+  EXPECT_EQ(form.unreadableFields(), 2U);  // b and d
+  EXPECT_EQ(form.formItem("a"), "x\vy");
+  form.replaceUnstorable();
+  EXPECT_EQ(form.formItem("a"), "x\xEF\xBF\xBDy");
+  EXPECT_EQ(form.formItem("c"), "plain\n");
+  EXPECT_EQ(form.formItem("e"), "\xEF\xBF\xBD, \xEF\xBF\xBD");
+  EXPECT_EQ(form.unreadableFields(), 4U);
+}
+
 TEST(FormCollection, DecodesABody) {
   const struct {
     const char *says, *body, *name, *value;

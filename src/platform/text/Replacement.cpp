@@ -1,10 +1,6 @@
-#include "XmlCharacters.h"
+#include "platform/text/Replacement.h"
 
-namespace {
-
-constexpr std::string_view kReplacementCharacter = "\xEF\xBF\xBD";
-
-}  // namespace
+namespace Varnel_Tolv_XML_Creation {
 
 // Only control characters and the two last code points of the first plane can be written in UTF-8
 // and not in XML.
@@ -25,3 +21,9 @@ std::string withXmlCharacters(std::string_view strText) {
   }
   return strClean;
 }
+
+bool hasReplacement(std::string_view strText) {
+  return strText.find(kReplacementCharacter) != std::string_view::npos;
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

@@ -36,9 +36,17 @@ constexpr auto kKeys = std::to_array<DeploymentKey>({
   throw RuntimeError(kInvalidArgument, strReason);
 }
 
-const DeploymentKey& keyNamed(std::string_view strName, const std::string& strWhere) {
+/// What a message about a value begins with, its file, and ends with, its line; both empty for one
+/// that comes from no file.
+struct Place {
+  std::string strFile, strLine;
+};
+
+const DeploymentKey& keyNamed(std::string_view strName, const Place& place = {}) {
   const auto* const key = std::ranges::find(kKeys, strName, &DeploymentKey::name);
-  if (key == kKeys.end()) refuse(strWhere + '"' + std::string(strName) + "\" is an unknown key");
+  if (key == kKeys.end()) {
+    refuse(place.strFile + '"' + std::string(strName) + "\" is an unknown key" + place.strLine);
+  }
   return *key;
 }
 
@@ -67,13 +75,13 @@ bool flag(const DeploymentValues& values, std::string_view name) {
   return strFlag == "true";
 }
 
-/// `strWhere` is what a message begins with, of this and the next.
-DateOrder dateOrder(const DeploymentValues& values, const std::string& strWhere = "") {
+DateOrder dateOrder(const DeploymentValues& values, const Place& place = {}) {
   const std::string strOrder = value(values, "date-order").value_or("dmy");
   if (strOrder == "dmy") return DateOrder::dayMonthYear;
   if (strOrder == "mdy") return DateOrder::monthDayYear;
   if (strOrder == "ymd") return DateOrder::yearMonthDay;
-  refuse(strWhere + "date-order: \"" + strOrder + "\" is none of dmy, mdy, ymd");
+  refuse(place.strFile + "date-order: \"" + strOrder + "\" is none of dmy, mdy, ymd" +
+         place.strLine);
 }
 
 bool fits(std::string_view strText, std::string_view strPattern) {
@@ -85,7 +93,7 @@ bool fits(std::string_view strText, std::string_view strPattern) {
   return true;
 }
 
-std::optional<FixedClock> clock(const DeploymentValues& values, const std::string& strWhere = "") {
+std::optional<FixedClock> clock(const DeploymentValues& values, const Place& place = {}) {
   const std::optional<std::string> strNow = value(values, "now");
   if (!strNow) return std::nullopt;
   if (fits(*strNow, "0000-00-00T00:00:00")) {
@@ -94,7 +102,8 @@ std::optional<FixedClock> clock(const DeploymentValues& values, const std::strin
     strDate[10] = ' ';
     if (const auto now = parseDate(strDate, DateOrder::yearMonthDay)) return FixedClock(*now);
   }
-  refuse(strWhere + "now: \"" + *strNow + "\" is no moment of the form YYYY-MM-DDTHH:MM:SS");
+  refuse(place.strFile + "now: \"" + *strNow + "\" is no moment of the form YYYY-MM-DDTHH:MM:SS" +
+         place.strLine);
 }
 
 /// The catalog.xml of the folder; empty when it has none.
@@ -116,25 +125,36 @@ DeploymentValues deploymentValues(std::string_view strJson, const std::string& s
   const std::optional<JsonObject> object = readJsonObject(strJson, strReason);
   if (!object) refuse(strWhere + strReason);
 
+  const std::map<std::string, std::size_t, std::less<>> lines = jsonMemberLines(strJson);
+  const auto placeOf = [&](std::string_view strKey) {
+    const auto line = lines.find(strKey);
+    return Place{strWhere,
+                 line == lines.end() ? "" : " (line " + std::to_string(line->second) + ')'};
+  };
+
   const std::filesystem::path folder = std::filesystem::path(strFile).parent_path();
   DeploymentValues values;
   for (const auto& [strKey, value] : *object) {
     const bool blnFolder = !strFolderKey.empty() && strKey == strFolderKey;
     const DeploymentValueKind kind =
-        blnFolder ? DeploymentValueKind::file : keyNamed(strKey, strWhere).kind;
+        blnFolder ? DeploymentValueKind::file : keyNamed(strKey, placeOf(strKey)).kind;
     if (kind == DeploymentValueKind::flag) {
       const bool* const flag = std::get_if<bool>(&value);
-      if (flag == nullptr) refuse(strWhere + '"' + strKey + "\" is no Boolean");
+      if (flag == nullptr) {
+        refuse(strWhere + '"' + strKey + "\" is no Boolean" + placeOf(strKey).strLine);
+      }
       values[strKey] = *flag ? "true" : "false";
       continue;
     }
     const std::string* const strText = std::get_if<std::string>(&value);
-    if (strText == nullptr) refuse(strWhere + '"' + strKey + "\" is no text");
+    if (strText == nullptr) {
+      refuse(strWhere + '"' + strKey + "\" is no text" + placeOf(strKey).strLine);
+    }
     values[strKey] =
         kind == DeploymentValueKind::file ? resolved(folder, strKey, *strText) : *strText;
   }
-  static_cast<void>(dateOrder(values, strWhere));
-  static_cast<void>(clock(values, strWhere));
+  static_cast<void>(dateOrder(values, placeOf("date-order")));
+  static_cast<void>(clock(values, placeOf("now")));
   return values;
 }
 
@@ -170,7 +190,7 @@ Deployment deploymentWith(const DeploymentValues& values, const std::string& str
 }
 
 Deployment openDeployment(const std::optional<std::string>& folder, DeploymentValues values) {
-  for (const auto& [strKey, strValue] : values) static_cast<void>(keyNamed(strKey, ""));
+  for (const auto& [strKey, strValue] : values) static_cast<void>(keyNamed(strKey));
   if (!folder) return deploymentWith(values, "");
   const std::string strFile = (std::filesystem::path(*folder) / "deployment.json").string();
   ParseError error;

@@ -57,9 +57,9 @@ VARNEL_EXPORT std::span<const DeploymentKey> deploymentKeys();
 
 /// The values in the text of a deployment.json. File names start at the folder of `strFile`; an
 /// empty name, an absolute path, a `file:` URL and the form "-" are left as they are. Raises
-/// kInvalidArgument, with `strFile` and the reason in one line, for what is not one JSON object, an
-/// unknown key, a value of a wrong type, and a date order or a moment that is none. `strFolderKey`
-/// is one more key that this file may have, the name of a folder.
+/// kInvalidArgument, with `strFile`, the reason and the line in the file, for what is not one JSON
+/// object, an unknown key, a value of a wrong type, and a date order or a moment that is none.
+/// `strFolderKey` is one more key that this file may have, the name of a folder.
 VARNEL_EXPORT DeploymentValues deploymentValues(std::string_view strJson,
                                                 const std::string& strFile,
                                                 std::string_view strFolderKey = {});

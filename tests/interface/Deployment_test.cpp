@@ -11,6 +11,7 @@ namespace Varnel_Tolv_XML_Creation::test {
 namespace {
 
 using ::testing::HasSubstr;
+using ::testing::Not;
 
 /// What an expression raises, as number and description.
 template <class Body>
@@ -123,18 +124,26 @@ TEST(OpenDeployment, RefusesWhatIsNoDeploymentAndNamesTheFile) {
   const struct {
     const char *says, *json, *reason;
   } cases[] = {
-      {"no JSON", "template = x", "deployment.json: "},
+      {"no JSON", "template = x", "deployment.json: parse error at line 1, column 2: "},
+      {"a comma too many", "{\n  \"template\": \"x\",\n}",
+       "deployment.json: parse error at line 3, column 1: syntax error while parsing object key - "
+       "unexpected '}'; expected string literal"},
+      {"a number that is too large", "[1e999]", "deployment.json: number overflow"},
+      {"an unknown key on its line", "{\n\"submit\": true,\n\"objectmapper\": \"x\"}",
+       "deployment.json: \"objectmapper\" is an unknown key (line 3)"},
       {"a list", "[]", "deployment.json: is not one JSON object"},
       {"an unknown key", R"({"templates": "x"})",
-       "deployment.json: \"templates\" is an unknown key"},
+       "deployment.json: \"templates\" is an unknown key (line 1)"},
       {"an output", R"({"send-out": "x"})", "deployment.json: \"send-out\" is an unknown key"},
-      {"a number for a file", R"({"template": 1})", "deployment.json: \"template\" is no text"},
-      {"a text for a flag", R"({"submit": "true"})", "deployment.json: \"submit\" is no Boolean"},
+      {"a number for a file", R"({"template": 1})",
+       "deployment.json: \"template\" is no text (line 1)"},
+      {"a text for a flag", R"({"submit": "true"})",
+       "deployment.json: \"submit\" is no Boolean (line 1)"},
       {"a date order that is none", R"({"date-order": "dym"})",
-       "deployment.json: date-order: \"dym\" is none of dmy, mdy, ymd"},
+       "deployment.json: date-order: \"dym\" is none of dmy, mdy, ymd (line 1)"},
       {"a moment that is none", R"({"now": "2026-02-30T00:00:00"})",
        "deployment.json: now: \"2026-02-30T00:00:00\" is no moment of the form "
-       "YYYY-MM-DDTHH:MM:SS"},
+       "YYYY-MM-DDTHH:MM:SS (line 1)"},
   };
   const TemporaryDirectory folder;
   for (const auto& c : cases) {
@@ -142,6 +151,7 @@ TEST(OpenDeployment, RefusesWhatIsNoDeploymentAndNamesTheFile) {
     folder.file("deployment.json", c.json);
     const std::string strRaised = raised([&] { openDeployment(folder.path().string()); });
     EXPECT_THAT(strRaised, HasSubstr(c.reason));
+    EXPECT_THAT(strRaised, Not(HasSubstr("exception")));
     EXPECT_EQ(strRaised.substr(0, 2), "5 ");
   }
 }

@@ -3,13 +3,24 @@
 #include <nlohmann/json.hpp>
 
 namespace Varnel_Tolv_XML_Creation {
+namespace {
+
+/// What an exception says, with line and column, behind its name in brackets: "[...] parse error at
+/// line 1, column 2: ...".
+std::string reasonOf(const nlohmann::json::exception& error) {
+  const std::string_view strWhat = error.what();
+  const std::size_t lngName = strWhat.find("] ");
+  return std::string(strWhat.substr(lngName == std::string_view::npos ? 0 : lngName + 2));
+}
+
+}  // namespace
 
 std::optional<JsonObject> readJsonObject(std::string_view strText, std::string& strReason) {
   nlohmann::json json;
   try {
     json = nlohmann::json::parse(strText);
   } catch (const nlohmann::json::exception& error) {
-    strReason = error.what();
+    strReason = reasonOf(error);
     return std::nullopt;
   }
   if (!json.is_object()) {

@@ -1,7 +1,7 @@
 """Turns submitted forms into XML: the parked form, to be stored and opened again, and the message.
 
-    with Deployment("inspection") as deployment:
-        outcome = deployment.run({"inspector": "Ada", "date": "5 March 2026"})
+    with Deployment("examples/inspection") as deployment:
+        outcome = deployment.run(body)  # what the browser posted, or a mapping of its fields
         if outcome.verdict != "valid":
             for violation in outcome.violations:
                 print(violation["questionText"], violation["message"])
@@ -15,19 +15,23 @@ The environment variable VARNEL_XML_LIBRARY names the shared library where it is
 
 from __future__ import annotations
 
+import contextlib
 import ctypes
 import json
 import os
 import urllib.parse
 from dataclasses import dataclass
-from typing import Any, Callable, Dict, List, Mapping, Optional, TypedDict, Union
+from decimal import Decimal
+from typing import Any, Callable, Dict, Iterator, List, Mapping, Optional, Tuple, TypedDict, Union
 
 from ._library import Handle, Option, Settings, Submission, TraceFunction, call, library
 
 __all__ = ["Deployment", "DeploymentError", "Outcome", "Violation", "version"]
 
 Path = Union[str, "os.PathLike[str]"]
-Form = Union[str, bytes, Mapping[str, str]]
+Answer = Union[str, int, float, Decimal]
+Answers = Mapping[str, Union[Answer, List[Answer], Tuple[Answer, ...]]]
+Form = Union[str, bytes, Answers]
 
 
 class DeploymentError(Exception):
@@ -35,7 +39,7 @@ class DeploymentError(Exception):
 
 
 class Violation(TypedDict):
-    """What the schema says against the message; docs/formats.md describes the report."""
+    """What the schema says against the message; docs/report.md describes each key."""
 
     kind: str
     facet: str
@@ -66,6 +70,10 @@ class Outcome:
 
     result: Dict[str, Any]
     """The result as `varnel-xml build` writes it, the report included."""
+
+    unreadable: int = 0
+    """How many posted fields hold U+FFFD, which stands for what did not arrive: bytes that are not UTF-8,
+    and what `replace_unstorable` replaced. Keep such a form and do not send it: nobody typed that."""
 
     @property
     def success(self) -> bool:
@@ -100,7 +108,8 @@ class Deployment:
     ) -> None:
         """Opens the folder `path`; without one, a deployment made of `options` alone.
 
-        `options` are keys of deployment.json and win over it. `cache_bytes` bounds what is kept of the
+        `options` are keys of deployment.json and win over it; file names in them start at the working
+        directory, those in deployment.json at the folder. `cache_bytes` bounds what is kept of the
         configuration between runs, `document_bytes` the length of a document, `run_nodes` and `run_bytes`
         what the documents of one run may have together; 0 is the default of each.
         Raises DeploymentError for a deployment.json or an option that cannot be used.
@@ -137,16 +146,23 @@ class Deployment:
         journal: bool = False,
         object_list: Union[str, bytes, None] = None,
         trace: Optional[Callable[[str], None]] = None,
+        replace_unstorable: bool = False,
     ) -> Outcome:
         """Runs one submission.
 
-        `form` is the body that a browser posts, or the answers by the names of their form fields. With
-        `submit` the message is built, with `validate` the schema is asked about it. `object_list` is
-        used in place of the deployment's. `trace` is called with each line, which may hold what people
-        answered; what it raises is ignored.
+        `form` is the body that a browser posts, or the answers by the names of their form fields, the
+        count of each table's rows included; the values of a list or tuple are posted one after the other,
+        as `urllib.parse.parse_qs` gives them. With `submit` the message is built, with `validate` the
+        schema is asked about it: these two count, not what deployment.json or `options` say of them.
+        `object_list` is used in place of the deployment's. `trace` is called with each line, which may
+        hold what people answered; an exception of it is ignored.
 
-        Raises DeploymentError for a file that cannot be read. A failed run is no exception: `success`
-        and `result` tell it.
+        With `replace_unstorable`, U+FFFD takes the place of each character in an answer that no XML document
+        can hold, such as U+000B. Without, the run fails at the first of them and parks no answer behind it.
+
+        Raises DeploymentError when the object list or the protocol information cannot be read, and TypeError
+        for an answer that is neither text nor number. What else goes wrong is no exception: another file
+        that cannot be read gives an outcome without `success` and without a verdict.
         """
         handle = self._handle
         if handle is None:
@@ -155,7 +171,9 @@ class Deployment:
         objects = object_list.encode() if isinstance(object_list, str) else object_list
 
         def write(_context: Any, line: int, length: int) -> None:
-            if trace is not None:
+            if trace is None:
+                return
+            with contextlib.suppress(Exception):  # ctypes would print each of them
                 trace(ctypes.string_at(line, length).decode(errors="replace"))
 
         submission = Submission(
@@ -169,6 +187,7 @@ class Deployment:
             object_list=objects,
             object_list_length=0 if objects is None else len(objects),
             trace=TraceFunction(write) if trace is not None else TraceFunction(),
+            replace_unstorable=replace_unstorable,
         )
         pointer = ctypes.c_void_p()
         call(
@@ -183,6 +202,7 @@ class Deployment:
             park=_bytes_of(library.varnel_xml_park, result),
             message=_bytes_of(library.varnel_xml_message, result),
             result=json.loads(_bytes_of(library.varnel_xml_json, result) or b"null"),
+            unreadable=library.varnel_xml_unreadable(result.pointer),
         )
 
     def close(self) -> None:
@@ -211,7 +231,18 @@ def _option_text(value: Union[str, bool, Path]) -> bytes:
 def _form_body(form: Form) -> bytes:
     if isinstance(form, bytes):
         return form
-    return (form if isinstance(form, str) else urllib.parse.urlencode(form)).encode()
+    if isinstance(form, str):
+        return form.encode()
+    pairs = [(name, text) for name, answer in form.items() for text in _texts_of(name, answer)]
+    return urllib.parse.urlencode(pairs).encode()
+
+
+def _texts_of(name: str, answer: object) -> Iterator[str]:
+    for value in answer if isinstance(answer, (list, tuple)) else [answer]:
+        # A bool is an int, and "True" no answer of anybody's.
+        if isinstance(value, bool) or not isinstance(value, (str, int, float, Decimal)):
+            raise TypeError(f"{name!r}: an answer is text or a number, not {type(value).__name__}")
+        yield str(value)
 
 
 def _bytes_of(ask: Any, result: Handle) -> Optional[bytes]:

@@ -44,6 +44,7 @@ class Submission(ctypes.Structure):
         ("object_list_length", ctypes.c_size_t),
         ("trace", TraceFunction),
         ("trace_context", ctypes.c_void_p),
+        ("replace_unstorable", ctypes.c_int32),
     ]
 
 
@@ -67,6 +68,8 @@ library.varnel_xml_run.argtypes = [
 ]
 library.varnel_xml_free.argtypes = [_pointer]
 library.varnel_xml_free.restype = None
+library.varnel_xml_unreadable.argtypes = [_pointer]
+library.varnel_xml_unreadable.restype = ctypes.c_int32
 for _text in (library.varnel_xml_json, library.varnel_xml_park, library.varnel_xml_message):
     _text.argtypes = [_pointer, _length]
     _text.restype = _pointer

@@ -62,6 +62,39 @@ def test_a_form_is_bytes_or_text_or_answers_by_name(deployment):
     assert len(messages) == 1
 
 
+def test_several_values_of_a_field_are_posted_one_after_the_other(deployment):
+    body = form("complete.form").decode()
+    lists = urllib.parse.parse_qs(body, keep_blank_values=True)
+    assert deployment.run(lists).message == deployment.run(body).message
+    several = {**lists, "reporttitle": ("Garden", "Shed")}
+    assert "Garden, Shed" in deployment.run(several).message.decode()
+    assert deployment.run({**lists, "samples": [3], "areas_rowCount": 6}).verdict == "valid"
+    assert deployment.run({**lists, "remarks": []}).park == deployment.run({**lists, "remarks": ""}).park
+
+
+@pytest.mark.parametrize("answer", [None, True, b"Garden", {"a": "b"}, ["Garden", None], [["Garden"]]])
+def test_an_answer_that_is_neither_text_nor_number_is_refused_by_name(deployment, answer):
+    with pytest.raises(TypeError, match="'reporttitle': "):
+        deployment.run({"reporttitle": answer})
+
+
+def test_a_character_that_no_document_can_hold_is_replaced_on_request(deployment):
+    answers = dict(urllib.parse.parse_qsl(form("complete.form").decode(), keep_blank_values=True))
+    answers["casenumber"] = "NB\v2025"
+    failed = deployment.run(answers)
+    assert not failed.success
+    assert failed.verdict == "not-checked"
+    assert failed.unreadable == 0
+    assert b"Strandgata" not in failed.park
+    kept = deployment.run(answers, replace_unstorable=True)
+    assert kept.unreadable == 1
+    assert "NB\ufffd2025" in kept.park.decode()
+    assert b"Strandgata" in kept.park
+    answers["casenumber"] = "NB-2025-00417"
+    assert deployment.run(answers, replace_unstorable=True).unreadable == 0
+    assert deployment.run(b"casenumber=%FF").unreadable == 1
+
+
 def test_an_object_list_can_be_given(deployment):
     objects = (
         '<?xml version="1.0"?><prtobjcts><prtobjct id="q" objecttype="field" type="text"'
@@ -96,6 +129,35 @@ def test_the_documents_of_a_run_are_bounded_together(limit, told):
         assert opened.run(form("complete.form")).verdict == "valid"
 
 
+def test_names_in_options_start_at_the_working_directory(tmp_path, monkeypatch):
+    monkeypatch.chdir(EXAMPLE)
+    with Deployment(EXAMPLE, options={**NOW, "template": "template.xml"}) as opened:
+        assert opened.run(form("complete.form")).verdict == "valid"
+        monkeypatch.chdir(tmp_path)
+        assert opened.run(form("complete.form")).verdict == "not-checked"
+
+
+@pytest.mark.parametrize("option", ["object-list", "protocol-info"])
+def test_a_document_of_the_caller_s_that_cannot_be_read_is_an_exception(option):
+    with Deployment(EXAMPLE, options={**NOW, option: "none.xml"}) as opened:
+        with pytest.raises(DeploymentError, match="none.xml: "):
+            opened.run(form("complete.form"))
+
+
+@pytest.mark.parametrize("option", ["template", "object-mapper", "schema-types", "hidden-fields",
+                                    "namespaces", "reference"])
+def test_any_other_file_that_cannot_be_read_is_an_outcome(option):
+    with Deployment(EXAMPLE, options={**NOW, option: "none.xml"}) as opened:
+        outcome = opened.run(form("complete.form"))
+    assert not outcome.success
+    assert outcome.verdict == "not-checked"
+
+
+def test_what_the_options_say_of_submit_and_validate_does_not_count():
+    with Deployment(EXAMPLE, options={**NOW, "submit": True, "validate": True}) as opened:
+        assert opened.run(form("complete.form"), submit=False, validate=False).message is None
+
+
 def test_what_cannot_be_used_is_told(tmp_path):
     with pytest.raises(DeploymentError, match="deployment.json: "):
         Deployment(tmp_path)
@@ -114,6 +176,14 @@ def test_the_trace_is_called_for_each_line(deployment):
     deployment.run(form("draft.form"), trace=lines.append)
     assert any("BuildXml - strTemplateXML =" in line for line in lines)
     assert all(line.endswith("\r\n") for line in lines)
+
+
+def test_what_the_trace_raises_is_ignored_in_silence(deployment, capfd):
+    def refuse(_line):
+        raise ValueError("no more")
+
+    assert deployment.run(form("complete.form"), trace=refuse).verdict == "valid"
+    assert capfd.readouterr().err == ""
 
 
 def test_a_closed_deployment_is_refused_and_closing_twice_is_not():

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <map>
 #include <optional>
+#include <system_error>
 #include <utility>
 
 #include "CannotRun.h"
@@ -57,6 +58,22 @@ std::string kindOfField(const Node& objObject) {
          "\xE2\x80\x9D";
 }
 
+/// The name that a folder has, also where it is written "." or "DIR/"; empty for none.
+std::string nameOfFolder(const std::string& strFolder) {
+  if (strFolder.empty()) return {};
+  std::error_code error;  // without a working directory the name is what was written
+  const std::filesystem::path whole = std::filesystem::absolute(strFolder, error);
+  const std::filesystem::path folder =
+      (error ? std::filesystem::path(strFolder) : whole).lexically_normal();
+  return (folder.has_filename() ? folder : folder.parent_path()).filename().string();
+}
+
+/// Whether a place is inside the element that an entry makes.
+bool isWithin(const MessagePlace& place, const MessagePlace& target) {
+  if (!place.path || !target.path || place.path->size() <= target.path->size()) return false;
+  return std::equal(target.path->begin(), target.path->end(), place.path->begin());
+}
+
 class DictionaryMaker {
  public:
   explicit DictionaryMaker(const Options& options)
@@ -68,10 +85,7 @@ class DictionaryMaker {
         mapping_(objMapper_, paths_, types_),
         strMapperName_(std::filesystem::path(options.strMsgObjectXML).filename().string()) {
     dictionary_.blnSchema = paths_.hasSchema();
-    const std::filesystem::path folder =
-        std::filesystem::path(options.deploymentDirectory).lexically_normal();
-    dictionary_.strForm =
-        shortened((folder.has_filename() ? folder : folder.parent_path()).filename().string());
+    dictionary_.strForm = shortened(nameOfFolder(options.deploymentDirectory));
   }
 
   Dictionary make() {
@@ -140,14 +154,13 @@ class DictionaryMaker {
     return strMapperName_ + ':' + std::to_string(entry->lngLine);
   }
 
-  /// The place, and what the schema says of it; limits are those of the first that has any.
-  void addPlace(const MessagePlace& place, const std::string& strHow, DictionaryEntry& entry) {
-    if (entry.places.size() == kMostPlaces) return;
+  /// The place, and what the schema says of it, which is returned; limits are those of the first
+  /// that has any.
+  PlaceInSchema addPlace(const MessagePlace& place, const std::string& strHow,
+                         DictionaryEntry& entry) {
+    if (entry.places.size() == kMostPlaces) return {};
     entry.places.push_back(place.strShown + strHow);
-    const PlaceInSchema found = paths_.at(place.path);
-    if (entry.places.size() == 1 && !found.strRequired.empty()) {
-      entry.rules.insert(entry.rules.begin(), found.strRequired);
-    }
+    PlaceInSchema found = paths_.at(place.path);
     if (found.kind == PlaceInSchema::Kind::undeclared) {
       entry.rules.push_back("The schema declares no " + place.strShown + '.');
     }
@@ -156,6 +169,22 @@ class DictionaryMaker {
       entry.limits.front().insert(0, "in the message: ");
       entry.choices = found.limits->choices;
     }
+    return found;
+  }
+
+  /// Whether valid messages have it is the first of the rules.
+  static void tellPresence(const PlaceInSchema& place, DictionaryEntry& entry) {
+    if (place.strPresence.empty()) return;
+    entry.rules.insert(entry.rules.begin(), place.strPresence);
+  }
+
+  /// What the schema wants of an answer at one of its places. An element that is made for the
+  /// answer is no reason to ask for it, so inside of that counts what every message has, or else
+  /// that element itself.
+  PlaceInSchema wanted(const PlaceInSchema& found, const MessagePlace& place,
+                       const MessagePlace& target) {
+    const bool blnAlways = found.presence == PlaceInSchema::Presence::always;
+    return blnAlways || !isWithin(place, target) ? found : paths_.at(target.path);
   }
 
   void addRules(const std::vector<std::string>& rules, DictionaryEntry& entry) const {
@@ -170,14 +199,24 @@ class DictionaryMaker {
       entry.rules.emplace_back("Every submission fails: the object mapper has no entry for it.");
     } else {
       addRules(mapping->rules, entry);
-      for (const MessagePlace& place : mapping->places) addPlace(place, "", entry);
+    }
+    PlaceInSchema strictest;
+    const auto add = [&](const MessagePlace& place, const std::string& strHow,
+                         const MessagePlace& target) {
+      const PlaceInSchema found = wanted(addPlace(place, strHow, entry), place, target);
+      if (found.presence > strictest.presence) strictest = found;
+    };
+    if (mapping != nullptr) {
+      for (const MessagePlace& place : mapping->places) add(place, "", mapping->target);
     }
     const auto along = along_.find(strId);
-    if (along == along_.end()) return;
-    for (const Along& each : along->second) {
-      if (entry.places.size() == kMostPlaces) break;
-      addPlace(each.place, " (by the entry " + sourceOf(each.by) + ")", entry);
+    if (along != along_.end()) {
+      for (const Along& each : along->second) {
+        if (entry.places.size() == kMostPlaces) break;
+        add(each.place, " (by the entry " + sourceOf(each.by) + ")", each.place);
+      }
     }
+    tellPresence(strictest, entry);
   }
 
   void addField(const Node& objObject) {
@@ -229,11 +268,11 @@ class DictionaryMaker {
     } else if (!mapping->blnComplete) {
       entry.rules.emplace_back("Not sent: its entry names no place.");
     } else if (mapping->strAction == "rowinfotovalue") {
-      addPlace(mapping->target, "", entry);
+      tellPresence(addPlace(mapping->target, "", entry), entry);
       entry.rules.emplace_back(
           "Each row that is answered becomes one text of its labels and cells.");
     } else {
-      addPlace(mapping->target, "", entry);
+      tellPresence(addPlace(mapping->target, "", entry), entry);
       entry.rules.push_back("Each row that is answered becomes a structured element (\xE2\x80\x9C" +
                             shortened(lowerCase(mapping->strAction), 100) + "\xE2\x80\x9D).");
     }
@@ -306,7 +345,7 @@ class DictionaryMaker {
     }
     MessagePlace whole{shortened(mapping.target.strShown + place->strPath), mapping.target.path};
     if (whole.path) whole.path->insert(whole.path->end(), place->path.begin(), place->path.end());
-    addPlace(whole, strHow, entry);
+    tellPresence(addPlace(whole, strHow, entry), entry);
   }
 
   Document objObjectList_, objMapper_, objHiddenFields_;

@@ -124,12 +124,15 @@ PlaceInSchema SchemaPaths::at(const std::optional<Path>& path) {
     place.limits = limitsOf(found.element);
     const bool blnWithParent = found.parent && found.parent.content().requiresChild(path->back());
     if (found.blnRequired) {
-      place.strRequired = "Required in every message.";
+      place.presence = PlaceInSchema::Presence::always;
+      place.strPresence = "Required in every message.";
     } else if (blnWithParent) {
-      place.strRequired =
+      place.presence = PlaceInSchema::Presence::withParent;
+      place.strPresence =
           "Required where the message has " + shortened(found.parent.name().strLocal, 100) + '.';
     } else {
-      place.strRequired = "Optional.";
+      place.presence = PlaceInSchema::Presence::optional;
+      place.strPresence = "Optional.";
     }
   }
   return place;

@@ -14,7 +14,9 @@
 struct PlaceInSchema {
   enum class Kind { notLookedUp, undeclared, anything, element };
   Kind kind = Kind::notLookedUp;
-  std::string strRequired;  // whether a valid message has it, in words
+  enum class Presence { unknown, optional, withParent, always };  // rising
+  Presence presence = Presence::unknown;                          // in valid messages
+  std::string strPresence;                                        // the same in words
   const SchemaLimits* limits = nullptr;
 };
 

@@ -53,6 +53,35 @@ TEST_F(DataDictionary, TellsOfAFieldItsLabelPlaceLimitsAndRule) {
                     HasSubstr("Optional.")));
 }
 
+TEST_F(DataDictionary, TellsThatAnAnswerIsRequiredWhereAnyPlaceOrItsElementIs) {
+  // The first line of an address is optional, the last is not. What counts is the address.
+  const std::filesystem::path folder = directory_.path() / "inspection";
+  std::filesystem::copy(VARNEL_SOURCE_DIR "/examples/inspection", folder,
+                        std::filesystem::copy_options::recursive);
+  EXPECT_THAT(lineOf(markdown("inspection").out, "owneraddress"),
+              AllOf(HasSubstr("Optional."), Not(HasSubstr("Required"))));
+  std::string strSchema = textOfFile(folder / "schema/contact.xsd");
+  const std::string strOptional = R"(name="Address" type="AddressType" minOccurs="0")";
+  ASSERT_NE(strSchema.find(strOptional), std::string::npos);
+  strSchema.replace(strSchema.find(strOptional), strOptional.size(),
+                    R"(name="Address" type="AddressType")");
+  write("inspection/schema/contact.xsd", strSchema);
+  EXPECT_THAT(lineOf(markdown("inspection").out, "owneraddress"),
+              AllOf(HasSubstr("Required in every message."), Not(HasSubstr("Optional."))));
+}
+
+TEST_F(DataDictionary, HasTheNameOfTheFolderHoweverItIsWritten) {
+  std::filesystem::create_directory(directory_.path() / "market");
+  std::filesystem::copy(VARNEL_SOURCE_DIR "/examples/readme", directory_.path() / "market",
+                        std::filesystem::copy_options::recursive);
+  for (const char* const strFolder : {"market", "market/", "./market/."}) {
+    EXPECT_THAT(markdown(strFolder).out, HasSubstr("market")) << strFolder;
+  }
+  const ProgramRun run = runProgram(directory_.path() / "market",
+                                    {"document", "--deployment", ".", "--format", "markdown"});
+  EXPECT_THAT(run.out, HasSubstr("Data dictionary of market")) << run.err;
+}
+
 TEST_F(DataDictionary, ListsTheValuesThatTheSchemaAllows) {
   write("codes.xsd",
         R"(<xs:schema xmlns:xs="http://www.w3.org/2001/XMLSchema" targetNamespace="urn:c"

@@ -66,6 +66,8 @@ constexpr auto kOptions = std::to_array<OptionRow>({
      "how it is written: findings as text or json; an explanation or a proof as text, json or "
      "html; a data dictionary as html or markdown (default: the first of them)",
      kCheck | kExplain | kProve | kDocument},
+    {"hints", OptionKind::commandLineFlag, "", kOutputs,
+     "tell below each finding what to do, as at a terminal, also in a file", kCheck},
     {"trace", OptionKind::commandLineOnly, "FILE", kOutputs,
      "every trace line; it holds personal data, all that people answered; control characters and "
      "line ends inside a line are written as \\n, \\r, \\x1b; - is standard error",

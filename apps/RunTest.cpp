@@ -238,7 +238,7 @@ std::vector<std::string> Case::differences() const {
     blnAny = true;
     compare(file, lines);
   }
-  if (!blnAny) lines.emplace_back("nothing is expected: no park.xml, send.xml or result.json");
+  if (!blnAny) lines.emplace_back("nothing is expected: no park.xml, send.xml or result.json, which --update writes");
   return lines;
 }
 

@@ -81,6 +81,17 @@ TEST_F(Check, TellsAPersonAtATerminalWhatToDo) {
       "    hint: Write toschema=\"true\" in lower case.\r\n");
 }
 
+TEST_F(Check, TellsWhatToDoInAFileOnRequest) {
+  replace("object-mapper.xml", "id=\"urgency\" toschema=\"true\"",
+          "id=\"urgency\" toschema=\"True\"");
+  const std::string strFinding =
+      "object-mapper.xml:15: error: The word toschema=\"True\" is not \"true\": the answer is "
+      "silently not sent. [word-not-true]\n";
+  EXPECT_EQ(check().out, strFinding);
+  EXPECT_EQ(check({"--hints"}).out,
+            strFinding + "    hint: Write toschema=\"true\" in lower case.\n");
+}
+
 TEST_F(Check, SucceedsWithWarnings) {
   replace("object-list.xml", "letterlabel=\"C1 Owner\"", "leterlabel=\"C1 Owner\"");
   const ProgramRun run = check();
@@ -93,6 +104,14 @@ TEST_F(Check, TellsWhatNoFileIsNamedForAtTheDeployment) {
   const ProgramRun run = check();
   EXPECT_EQ(run.status, 1);
   EXPECT_TRUE(run.out.starts_with("deployment.json:1: error: ")) << run.out;
+}
+
+TEST_F(Check, CannotRunWithoutADeployment) {
+  const char* const strCure = "name the folder of a deployment with --deployment";
+  EXPECT_TRUE(CouldNotRun(runProgram(directory_.path(), {"check"}), strCure));
+  EXPECT_TRUE(
+      CouldNotRun(runProgram(directory_.path(), {"check", "--template", "template.xml"}), strCure));
+  EXPECT_TRUE(CouldNotRun(runProgram(directory_.path(), {"check", "."}), "."));
 }
 
 TEST_F(Check, TakesTheOptionsOfABuild) {

@@ -10,33 +10,35 @@ using namespace Varnel_Tolv_XML_Creation;
 
 namespace {
 
-/// What the person at the form sees: each error beside the question where it can be mended.
-void showErrors(const RunReport& report) {
-  for (const SchemaViolation& violation : report.violations) {
-    if (violation.questionId.empty()) continue;  // nobody at the form can mend it: for the log
-    std::cout << "  " << violation.questionText;
-    if (!violation.rowIndex.empty()) {
-      std::cout << ", row " << violation.rowIndex << ", " << violation.columnText;
-    }
-    std::cout << ": " << violation.message << '\n';
-  }
+/// Each error beside the question where it can be mended; what has no question is for the log.
+template <class Told>
+void show(const Told& told, const std::string& strText) {
+  std::ostream& out = told.questionId.empty() ? std::clog : std::cout;
+  out << "  " << told.questionText;
+  if (!told.rowIndex.empty()) out << ", row " << told.rowIndex;
+  if (!told.columnText.empty()) out << ", " << told.columnText;
+  out << ": " << strText << '\n';
 }
 
 /// One request of a browser; any number of threads may answer at once.
 void answer(const Deployment& deployment, FileCache& cache, const std::string& strBody) {
-  const FormCollection form(strBody);
+  FormCollection form(strBody);
+  form.replaceUnstorable();  // a control character would end the run and what it parks
   RunReport report;
   const RunOutputs run = runDeployment(deployment, form, {.cache = &cache, .report = &report});
-  // Here run.objParkXML.xml() is stored, whatever the verdict: nothing that was typed is lost.
-
+  // Here run.objParkXML.xml() is stored, whatever the verdict.
   // A run succeeds too when the check of its message broke down, so the verdict is what counts.
-  if (report.verdict == Verdict::valid) {
+  const bool blnWhole = report.losses.empty() && form.unreadableFields() == 0;
+  if (report.verdict == Verdict::valid && blnWhole) {
     std::cout << "accepted, a message of " << run.objSendXML.xml().size() << " bytes\n";
-  } else if (report.verdict == Verdict::invalid) {
-    std::cout << "refused, " << report.violations.size() << " violations\n";
-    showErrors(report);
-  } else {
-    std::cout << "kept, not checked: " << report.reason << ' ' << run.objAck.ErrorDetail() << '\n';
+  } else if (report.verdict == Verdict::valid || report.verdict == Verdict::invalid) {
+    std::cout << "refused: " << report.violations.size() << " violations, " << report.losses.size()
+              << " lost answers, " << form.unreadableFields() << " unreadable\n";
+    for (const SchemaViolation& each : report.violations) show(each, each.message);
+    for (const AnswerLoss& each : report.losses) show(each, "the answer is not sent");
+  } else {  // What was parked may end where the run failed, so strBody is stored beside it.
+    std::cout << "kept, not checked\n";
+    std::clog << report.reason << ' ' << run.objAck.ErrorDetail() << '\n';
   }
 }
 

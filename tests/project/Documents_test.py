@@ -48,6 +48,8 @@ FRAGMENTS = {
         "object-mapper",
         "<message><docdata><docnodes>{}</docnodes></docdata></message>",
     ),
+    "Protocol information": ("protocol-info", "{}"),
+    "Protocol information/docinfo": ("object-mapper", "<message><docdata>{}</docdata></message>"),
     "Schema types": ("schema-types", "{}"),
     "Reference XML": ("reference", "{}"),
     "Questions XML": ("questions", "{}"),
@@ -159,9 +161,11 @@ def try_commands(block, folder):
 
 
 def try_fragment(block, folder):
-    if block.heading not in FRAGMENTS:
+    root = re.match(r"<([A-Za-z]+)", block.text)
+    part = FRAGMENTS.get(f"{block.heading}/{root and root[1]}") or FRAGMENTS.get(block.heading)
+    if part is None:
         return "nobody knows of which file this is a part"
-    option, around = FRAGMENTS[block.heading]
+    option, around = part
     text = re.sub(r"<\?xml[^>]*\?>\s*", "", block.text)
     text = around.format(text)
     root = re.sub(r"<([A-Za-z]+)", rf"<\1{MESSAGE}", text, count=1) if "xmlns" not in text else text
@@ -192,10 +196,10 @@ def try_json(block, folder):
         except ValueError as error:
             return f"no JSON: {error}"
     if block.heading == "deployment.json":
-        deployment = folder / "examples" / "readme"
+        deployment = folder / "examples" / "inspection"
         shutil.copy(deployment / "deployment.json", folder / "kept.json")
         (deployment / "deployment.json").write_text(block.text, encoding="utf-8")
-        ended = run([PROGRAM, "build", "--deployment", "examples/readme"], folder)
+        ended = run([PROGRAM, "build", "--deployment", "examples/inspection"], folder)
         shutil.copy(folder / "kept.json", deployment / "deployment.json")
         return None if '"success"' in ended.stdout else ended.stdout
     if block.document == "docs/prove.md":
@@ -347,11 +351,11 @@ class Documents(unittest.TestCase):
             "a JSON": '```json\n{"a": }\n```\n',
             "a key": '## deployment.json\n\n```json\n{"templates": "a"}\n```\n',
             "a module": "```python\nprint(varnel_xml.none)\n```\n",
+            "another verdict": "```python\nprint('not-checked')\n```\n",
             "a program in C++": "```cpp\nint main() {}\n```\n",
             "a package": "```cmake\nfind_package(None)\n```\n",
             "a language": "```cobol\n```\n",
         }
-            "another verdict": "```python\nprint('not-checked')\n```\n",
         for says, text in cases.items():
             with self.subTest(says):
                 self.assertEqual(len(list(complaints({"NONE.md": "\n" + text}))), 1)

@@ -17,7 +17,9 @@ Answers decodeBody(std::string_view strBody) {
   const FormCollection form(strBody);
   Answers answers;
   for (const std::string& strName : form.formNames("")) {
-    answers.try_emplace(withXmlCharacters(strName), withXmlCharacters(form.formItem(strName)));
+    // They come in the order in which they are kept.
+    answers.try_emplace(answers.end(), withXmlCharacters(strName),
+                        withXmlCharacters(form.formItem(strName)));
   }
   return answers;
 }

@@ -35,12 +35,8 @@ std::string cellName(const Question& table, const Input& column, std::int64_t ln
 }
 
 const Question* findTable(const PageModel& page, std::string_view strId) {
-  for (const Section& section : page.sections) {
-    for (const Question& question : section.questions) {
-      if (question.blnTable && question.input.strId == strId) return &question;
-    }
-  }
-  return nullptr;
+  const Question* const question = page.find(strId);
+  return question != nullptr && question->blnTable ? question : nullptr;
 }
 
 std::int64_t rowCount(const Question& table, const Answers& answers, std::int64_t lngMost) {

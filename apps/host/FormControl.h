@@ -24,7 +24,7 @@ struct Control {
   const std::string& strAnchor;
   std::string_view strKind;  // that of the input, or "output"
   std::string_view strValue;
-  Described described;
+  const Described& described;
 };
 
 /// Writes the element in which a question or a cell is answered. These are elements of HTML, which

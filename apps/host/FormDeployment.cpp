@@ -79,5 +79,5 @@ std::string FormDeployment::pageOf(const FormView& form) const {
     if (strPage) return *std::move(strPage);
   }
   const ViewText view = viewOf(form, ViewText::Form::whole);
-  return stylesheet_->apply(ViewDocument::parsed(view.page().strText));
+  return stylesheet_->apply(ViewDocument::parsed(std::string(view.page().strText)));
 }

@@ -35,7 +35,7 @@ class ErrorList {
   template <class Entry>
   void add(const Entry& entry, std::string strCause, const Catalogue& catalogue) {
     if (entry.questionId.empty()) {
-      if (!std::exchange(blnUnmendable_, true)) errors_.emplace_back();
+      if (!std::exchange(blnUnmendable_, true)) errors_.push_back({.inFull = [] { return ""; }});
       return;
     }
     if (!seen_.emplace(entry.questionId, entry.rowIndex, entry.columnId, std::move(strCause))
@@ -43,7 +43,8 @@ class ErrorList {
       return;
     }
     errors_.push_back({entry.questionId, entry.rowIndex, entry.columnId,
-                       catalogue.textAtPlace(entry), catalogue.textForPerson(entry)});
+                       catalogue.textAtPlace(entry),
+                       [&entry, &catalogue] { return catalogue.textForPerson(entry); }});
   }
 
   std::vector<FormError> take() { return std::move(errors_); }
@@ -75,7 +76,7 @@ std::vector<FormError> unreadableAnswers(const PageModel& page, const Answers& a
     if (!hasReplacement(answerTo(answers, strName))) return;
     error.strMessage =
         "A character did not arrive; where it was there is a \xEF\xBF\xBD. Please type it again.";
-    error.strInFull = strPlace + ": " + error.strMessage;
+    error.inFull = [strText = strPlace + ": " + error.strMessage] { return strText; };
     errors.push_back(std::move(error));
   };
   for (const Section& section : page.sections) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -14,13 +16,14 @@ struct FormError {
   std::string strQuestion = {};
   std::string strRow = {};
   std::string strColumn = {};
-  std::string strMessage = {};  // for one who sees the place
-  std::string strInFull = {};   // the same with the place
+  std::string strMessage = {};               // for one who sees the place
+  std::function<std::string()> inFull = {};  // the same with the place, which few need
 };
 
 /// The errors of a report at the places where they can be mended, in its order: first the schema's,
 /// then the answers that would be lost. One for each place and cause, however many elements of the
-/// message the cause makes wrong; one alone for all that no answer can mend.
+/// message the cause makes wrong; one alone for all that no answer can mend. Report and catalogue
+/// must outlive them.
 std::vector<FormError> errorsOf(const Varnel_Tolv_XML_Creation::RunReport& report,
                                 const Catalogue& catalogue);
 

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <map>
-#include <set>
-#include <span>
 #include <utility>
 
 #include "host/FormAnswers.h"
@@ -31,17 +29,7 @@ std::string anchorOf(const std::string& strQuestion, const std::string& strRow,
 class FormWriter {
  public:
   FormWriter(const FormView& form, ViewText& view) : form_(form), view_(view) {
-    if (form.errors.empty()) return;
-    const std::set<std::string> anchors = anchorsOfPage();
-    for (const FormError& error : form.errors) {
-      std::string strAnchor = anchorOf(error.strQuestion);
-      for (std::string strNearer : {anchorOf(error.strQuestion, error.strRow),
-                                    anchorOf(error.strQuestion, error.strRow, error.strColumn)}) {
-        if (anchors.contains(strNearer)) strAnchor = std::move(strNearer);
-      }
-      if (!anchors.contains(strAnchor)) strAnchor.clear();
-      errors_[strAnchor].push_back(&error);
-    }
+    for (const FormError& error : form.errors) errors_[placeOf(error)].push_back(&error);
   }
 
   void writeHidden();
@@ -57,14 +45,14 @@ class FormWriter {
     std::string strMessage = {};
   };
 
-  std::set<std::string> anchorsOfPage() const;
-  std::vector<TableRow> rowsOf(const Question& table) const;
+  std::string placeOf(const FormError& error);
+  std::int64_t rowsOn(const Question& table);
   void writeTable(const Question& table);
   void writeRow(const Question& table, const TableRow& row);
   void writeStoredCount(const Question& table);
   void writePart(const char* element, const Input& input, const std::string& strName,
                  const std::string& strAnchor, const Listed& place);
-  void writeErrors(const std::string& strAnchor, Listed place, bool blnOutput = false);
+  void writeErrors(const std::string& strAnchor, const Listed& at, bool blnOutput = false);
   bool isStoredOtherwise(const Input& input, const std::string& strName) const;
   void writeStored(const Input& input, const std::string& strName, const std::string& strAnchor,
                    const Listed& place);
@@ -74,56 +62,54 @@ class FormWriter {
   const FormView& form_;
   ViewText& view_;
   std::map<std::string, std::vector<const FormError*>> errors_;  // by anchor; "": without a place
+  std::map<const Question*, std::int64_t> rows_;                 // of dynamic tables
   std::vector<Listed> listed_;                                   // in the order of the page
   std::size_t lngErrors_ = 0;
 };
 
-/// The rows that the page shows of a table.
-std::vector<TableRow> FormWriter::rowsOf(const Question& table) const {
-  if (!table.blnDynamic) return table.rows;
+/// How many rows the page shows of a dynamic table.
+std::int64_t FormWriter::rowsOn(const Question& table) {
+  const auto [known, blnNew] = rows_.try_emplace(&table);
+  if (!blnNew) return known->second;
   const std::string strCount = fieldNameOf(table.input.strId) + "_rowCount";
-  const bool blnNew = form_.strId.empty() && form_.answers->find(strCount) == form_.answers->end();
+  const bool blnNewForm = form_.strId.empty() && !form_.answers->contains(strCount);
   std::int64_t lngRows =
-      blnNew ? table.lngFirstRows : rowCount(table, *form_.answers, form_.lngMostRows);
+      blnNewForm ? table.lngFirstRows : rowCount(table, *form_.answers, form_.lngMostRows);
   if (form_.isConflict()) {
     lngRows = std::max(lngRows, rowCount(table, form_.stored, form_.lngMostRows));
   }
-  lngRows = std::min(lngRows, form_.lngMostRows);
-  std::vector<TableRow> rows;
-  for (std::int64_t lngRow = 1; lngRow <= lngRows; ++lngRow) {
-    rows.push_back({std::to_string(lngRow), ""});
-  }
-  return rows;
+  return known->second = std::min(lngRows, form_.lngMostRows);
 }
 
-std::set<std::string> FormWriter::anchorsOfPage() const {
-  std::set<std::string> anchors;
-  for (const Section& section : form_.page->sections) {
-    for (const Question& question : section.questions) {
-      const std::string& strId = question.input.strId;
-      anchors.insert(anchorOf(strId));
-      if (!question.blnTable) continue;
-      for (const TableRow& row : rowsOf(question)) {
-        anchors.insert(anchorOf(strId, row.strId));
-        for (const Input& column : question.columns) {
-          anchors.insert(anchorOf(strId, row.strId, column.strId));
-        }
-      }
-    }
-  }
-  return anchors;
+/// The anchor of the nearest place that the page has for an error: its cell, row, table or
+/// question. Empty when it has none.
+std::string FormWriter::placeOf(const FormError& error) {
+  const Question* const question = form_.page->find(error.strQuestion);
+  if (question == nullptr) return "";
+  const bool blnRow =
+      question->blnTable &&
+      (question->blnDynamic
+           ? std::to_string(rowNumber(error.strRow, rowsOn(*question))) == error.strRow
+           : std::ranges::find(question->rows, error.strRow, &TableRow::strId) !=
+                 question->rows.end());
+  if (!blnRow) return anchorOf(error.strQuestion);
+  const bool blnColumn = std::ranges::find(question->columns, error.strColumn, &Input::strId) !=
+                         question->columns.end();
+  return blnColumn ? anchorOf(error.strQuestion, error.strRow, error.strColumn)
+                   : anchorOf(error.strQuestion, error.strRow);
 }
 
 /// The errors at a place; none without any.
-void FormWriter::writeErrors(const std::string& strAnchor, Listed place, bool blnOutput) {
+void FormWriter::writeErrors(const std::string& strAnchor, const Listed& at, bool blnOutput) {
   const auto found = errors_.find(strAnchor);
   if (found == errors_.end()) return;
+  Listed place = at;
   place.strAnchor = strAnchor;
   view_.begin("errors").set("id", strAnchor + "-error");
   for (const FormError* const error : found->second) {
     const bool blnNarrower = (!error->strRow.empty() && place.strRow.empty()) ||
                              (!error->strColumn.empty() && place.strColumn.empty());
-    place.strMessage = blnNarrower ? error->strInFull : error->strMessage;
+    place.strMessage = blnNarrower ? error->inFull() : error->strMessage;
     view_.begin("error").textPlace(place.strMessage);
     if (blnOutput) view_.add("computed");
     view_.end();
@@ -236,7 +222,13 @@ void FormWriter::writeStoredCount(const Question& table) {
 
 void FormWriter::writeTable(const Question& table) {
   const std::string& strId = table.input.strId;
-  const std::vector<TableRow> rows = rowsOf(table);
+  std::vector<TableRow> rows = table.rows;
+  if (table.blnDynamic) {
+    rows.clear();
+    for (std::int64_t lngRow = 1; lngRow <= rowsOn(table); ++lngRow) {
+      rows.push_back({std::to_string(lngRow), ""});
+    }
+  }
   view_.begin("table")
       .set("anchor", anchorOf(strId))
       .set("id", strId)
@@ -321,7 +313,7 @@ void FormWriter::writeSummary() {
       if (!each.strMessage.empty()) view_.begin("message").textPlace(each.strMessage).end();
     } else {
       const FormError& error = *unplaced->second[at - listed_.size()];
-      view_.setFlag("unmendable", error.strQuestion.empty()).textPlace(error.strInFull);
+      view_.setFlag("unmendable", error.strQuestion.empty()).textPlace(error.inFull());
     }
     view_.end();
     view_.endPart();

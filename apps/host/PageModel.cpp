@@ -331,12 +331,13 @@ void addHint(Input& input, DateOrder order) {
 
 }  // namespace
 
-bool PageModel::has(std::string_view strQuestion) const {
-  return std::ranges::any_of(sections, [&](const Section& section) {
-    return std::ranges::any_of(section.questions, [&](const Question& question) {
-      return question.input.strId == strQuestion;
-    });
-  });
+const Question* PageModel::find(std::string_view strQuestion) const {
+  for (const Section& section : sections) {
+    for (const Question& question : section.questions) {
+      if (question.input.strId == strQuestion) return &question;
+    }
+  }
+  return nullptr;
 }
 
 PageModel readPageModel(const Options& options, const std::string& strPageXml) {

@@ -73,8 +73,8 @@ struct PageModel {
   std::vector<Section> sections;
   std::vector<HiddenField> hidden;
 
-  /// Whether it asks the question with this id.
-  bool has(std::string_view strQuestion) const;
+  /// The question with this id; null when it does not ask it.
+  const Question* find(std::string_view strQuestion) const;
 };
 
 /// `strPageXml` need not exist. Raises CannotRun for what cannot be read.

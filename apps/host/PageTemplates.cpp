@@ -44,8 +44,8 @@ PageTemplates::Template PageTemplates::cutAtPlaces(std::string_view strPage) {
 
 /// Null when the stylesheet writes pages that depend on the texts themselves.
 PageTemplates::Shared PageTemplates::make(const ViewPart& part, bool blnPage) const {
-  const std::optional<std::string> strMade = stylesheet_.applyToPlaces(
-      ViewDocument::parsed(blnPage ? part.strText : "<part>" + part.strText + "</part>"));
+  const std::optional<std::string> strMade = stylesheet_.applyToPlaces(ViewDocument::parsed(
+      blnPage ? std::string(part.strText) : "<part>" + std::string(part.strText) + "</part>"));
   if (!strMade) return nullptr;
   std::string_view strPage = *strMade;
   if (!blnPage) {
@@ -71,7 +71,7 @@ PageTemplates::Shared PageTemplates::templateOf(const ViewPart& part, bool blnPa
     known_.clear();
     lngBytes_ = 0;
   }
-  if (known_.try_emplace(part.strText, made).second) lngBytes_ += lngBytes;
+  if (known_.try_emplace(std::string(part.strText), made).second) lngBytes_ += lngBytes;
   return made;
 }
 
@@ -86,7 +86,8 @@ bool PageTemplates::fill(const ViewText& view, const ViewPart& part, bool blnPag
         break;
       case Kind::value:
       case Kind::valueInTag:
-        appendHtml(strPage, part.values.at(piece.lngPlace), piece.kind == Kind::valueInTag);
+        if (piece.lngPlace >= part.values.size()) return false;
+        appendHtml(strPage, part.values[piece.lngPlace], piece.kind == Kind::valueInTag);
         break;
       case Kind::parts: {
         if (!blnPage) return false;
@@ -103,6 +104,7 @@ bool PageTemplates::fill(const ViewText& view, const ViewPart& part, bool blnPag
 
 std::optional<std::string> PageTemplates::page(const ViewText& view) {
   std::string strPage;
+  strPage.reserve(view.size());
   if (!fill(view, view.page(), true, strPage)) return std::nullopt;
   return strPage;
 }

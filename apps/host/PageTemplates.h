@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -30,6 +31,12 @@ class PageTemplates {
     std::string strText;
     std::size_t lngPlace = 0;
   };
+  struct Hash {
+    using is_transparent = void;
+    std::size_t operator()(std::string_view strText) const {
+      return std::hash<std::string_view>()(strText);
+    }
+  };
   using Template = std::vector<Piece>;
   using Shared = std::shared_ptr<const Template>;
 
@@ -40,6 +47,6 @@ class PageTemplates {
 
   const Stylesheet& stylesheet_;
   std::mutex mutex_;
-  std::unordered_map<std::string, Shared> known_;  // by the text of the view
+  std::unordered_map<std::string, Shared, Hash, std::equal_to<>> known_;  // by the text of the view
   std::size_t lngBytes_ = 0;
 };

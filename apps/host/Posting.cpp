@@ -213,7 +213,7 @@ HttpResponse Application::changeRows(Post& post) {
 /// it: the configuration is to be looked at. Names of elements and reasons, and no answer.
 void Application::logWhatNobodyMends(const Post& post, const RunReport& report) const {
   for (const SchemaViolation& violation : report.violations) {
-    if (post.deployment->page().has(violation.questionId)) continue;
+    if (post.deployment->page().find(violation.questionId) != nullptr) continue;
     logEvent("violation-without-question", {{"form", post.deployment->name()},
                                             {"id", post.stored.strId},
                                             {"kind", violationKindName(violation.kind)},

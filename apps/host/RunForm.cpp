@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <string_view>
+#include <vector>
 
 #include "host/FormDeployment.h"
 #include "varnel_xml_creation/interface/RunDeployment.h"
+#include "varnel_xml_creation/platform/host/WebRequest.h"
 #include "varnel_xml_creation/platform/json/ResultJson.h"
 #include "varnel_xml_creation/result/RuntimeError.h"
 
@@ -12,12 +14,33 @@ using namespace Varnel_Tolv_XML_Creation;
 
 namespace {
 
-/// What a page posts for the host itself. The library would take it for answers that no question
-/// asks for.
-bool isOfThePage(std::string_view strName) {
-  constexpr std::string_view kNames[] = {"_action", "_token", "_version"};
-  return std::ranges::find(kNames, strName) != std::end(kNames);
-}
+/// The answers as the library asks for them, without what a page posts for the host itself: it
+/// would take that for answers to no question.
+class AnswersRequest : public Request {
+ public:
+  explicit AnswersRequest(const Answers& answers) : answers_(answers) {}
+
+  std::string formItem(std::string_view strName) const override {
+    return isOfThePage(strName) ? "" : std::string(answerTo(answers_, strName));
+  }
+
+  std::vector<std::string> formNames(std::string_view strPrefix) const override {
+    std::vector<std::string> names;
+    for (auto each = answers_.lower_bound(strPrefix);
+         each != answers_.end() && each->first.starts_with(strPrefix); ++each) {
+      if (!isOfThePage(each->first)) names.push_back(each->first);
+    }
+    return names;
+  }
+
+ private:
+  static bool isOfThePage(std::string_view strName) {
+    constexpr std::string_view kNames[] = {"_action", "_token", "_version"};
+    return strName.starts_with('_') && std::ranges::find(kNames, strName) != std::end(kNames);
+  }
+
+  const Answers& answers_;
+};
 
 RunOutcome outcomeOf(const RunOutputs& outputs, const RunReport& report, bool blnSubmit) {
   if (!blnSubmit) return outputs.objAck.Success() ? RunOutcome::parked : RunOutcome::failed;
@@ -43,10 +66,7 @@ std::string reasonOf(const Acknowledge& objAck, const RunReport& report) {
 }  // namespace
 
 RunResult runForm(const FormDeployment& deployment, const Answers& answers, bool blnSubmit) {
-  FormCollection request;
-  for (const auto& [strName, strValue] : answers) {
-    if (!isOfThePage(strName)) request.add(strName, strValue);
-  }
+  const AnswersRequest request(answers);
   RunResult run;
   RunOutputs outputs;
   try {

@@ -4,6 +4,8 @@
 
 namespace {
 
+constexpr std::size_t kUsualPage = 16 * 1024;
+
 /// Appends a text so that a parser reads it as it is, in an attribute's value too.
 void appendXml(std::string& strXml, std::string_view strPlain) {
   static constexpr std::array<bool, 256> kEscaped = [] {
@@ -30,6 +32,18 @@ void appendPlace(std::string& strXml, std::string_view strBegin, std::size_t lng
 
 }  // namespace
 
+ViewText::ViewText(Form form) : form_(form) {
+  page_.strText.reserve(kUsualPage);
+  parts_.strText.reserve(form == Form::whole ? 0 : 4 * kUsualPage);
+}
+
+ViewPart ViewText::part(std::size_t lngPart) const {
+  const Bounds& begin = bounds_[lngPart];
+  const Bounds& end = bounds_[lngPart + 1];
+  return {std::string_view(parts_.strText).substr(begin.lngText, end.lngText - begin.lngText),
+          std::span(parts_.values).subspan(begin.lngValue, end.lngValue - begin.lngValue)};
+}
+
 /// Where the content of the element goes that was begun last.
 std::string& ViewText::content() {
   std::string& strText = now().strText;
@@ -44,7 +58,7 @@ void ViewText::value(std::string& strTo, std::string_view strValue, bool blnPlac
     return;
   }
   std::vector<std::string>& values = now().values;
-  appendPlace(strTo, kValueBegin, values.size());
+  appendPlace(strTo, kValueBegin, values.size() - (blnInPart_ ? bounds_.back().lngValue : 0));
   values.emplace_back(strValue);
 }
 
@@ -101,7 +115,7 @@ ViewText& ViewText::textPlace(std::string_view strText) {
 void ViewText::beginPart() {
   content();
   if (form_ == Form::whole) return;
-  parts_.emplace_back();
+  if (bounds_.empty()) bounds_.emplace_back();
   blnInPart_ = true;
 }
 
@@ -109,14 +123,16 @@ void ViewText::beginPart() {
 void ViewText::endPart() {
   if (form_ == Form::whole) return;
   blnInPart_ = false;
-  std::string& strPage = parts_.front().strText;
+  bounds_.push_back({parts_.strText.size(), parts_.values.size()});
+  std::string& strPage = page_.strText;
+  const std::size_t lngParts = bounds_.size() - 1;
   if (!runs_.empty() && strPage.size() == lngBehindRun_) {
-    runs_.back().second = parts_.size();
+    runs_.back().second = lngParts;
     return;
   }
   strPage += "<parts>";
   appendPlace(strPage, kPartsBegin, runs_.size());
   strPage += "</parts>";
   lngBehindRun_ = strPage.size();
-  runs_.emplace_back(parts_.size() - 1, parts_.size());
+  runs_.emplace_back(lngParts - 1, lngParts);
 }

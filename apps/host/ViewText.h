@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -11,10 +12,10 @@
 // written again for the next form that looks alike. A stylesheet has to make something of each such
 // view only once.
 
-/// A part of a page that a stylesheet can be given alone.
+/// A page, or a part of it that a stylesheet can be given alone.
 struct ViewPart {
-  std::string strText;              // XML; "place" and a number where a value is
-  std::vector<std::string> values;  // what stands there
+  std::string_view strText;             // XML, with places
+  std::span<const std::string> values;  // what stands in them
 };
 
 // Around the number of a place. None of these is a character of any text.
@@ -27,7 +28,7 @@ class ViewText {
  public:
   /// The whole of a page as one document, or the page and its parts with places.
   enum class Form { whole, withPlaces };
-  explicit ViewText(Form form) : form_(form), parts_(1) {}
+  explicit ViewText(Form form);
 
   ViewText& begin(const char* name);
   ViewText& end();
@@ -51,20 +52,34 @@ class ViewText {
   void beginPart();
   void endPart();
 
-  /// The page itself, which has places for the parts behind it.
-  const ViewPart& page() const { return parts_.front(); }
-  const ViewPart& part(std::size_t lngPart) const { return parts_[lngPart]; }
+  /// The page itself, which has places for the parts.
+  ViewPart page() const { return {page_.strText, page_.values}; }
+  ViewPart part(std::size_t lngPart) const;
+  std::size_t size() const { return page_.strText.size() + parts_.strText.size(); }
   /// The first part in a place for parts, and the one behind the last.
-  std::pair<std::size_t, std::size_t> run(std::size_t lngPlace) const { return runs_[lngPlace]; }
+  std::pair<std::size_t, std::size_t> run(std::size_t lngPlace) const {
+    return lngPlace < runs_.size() ? runs_[lngPlace] : std::pair<std::size_t, std::size_t>();
+  }
 
  private:
-  ViewPart& now() { return blnInPart_ ? parts_.back() : parts_.front(); }
+  struct Written {
+    std::string strText;
+    std::vector<std::string> values;
+  };
+  struct Bounds {
+    std::size_t lngText = 0;
+    std::size_t lngValue = 0;
+  };
+
+  Written& now() { return blnInPart_ ? parts_ : page_; }
   std::string& content();
   void attribute(const char* name, std::string_view strValue, bool blnPlace);
   void value(std::string& strTo, std::string_view strValue, bool blnPlace);
 
   Form form_;
-  std::vector<ViewPart> parts_;  // the page itself first
+  Written page_;
+  Written parts_;               // one behind the other
+  std::vector<Bounds> bounds_;  // where they begin, and where the last one ends
   std::vector<std::pair<std::size_t, std::size_t>> runs_;
   std::size_t lngBehindRun_ = 0;  // how long the page was behind the last place for parts
   std::vector<const char*> open_;

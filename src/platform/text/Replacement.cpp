@@ -1,10 +1,22 @@
 #include "platform/text/Replacement.h"
 
+#include <algorithm>
+
 namespace Varnel_Tolv_XML_Creation {
+namespace {
+
+/// Whether one that XML cannot hold may begin here.
+bool isSuspect(char letter) {
+  const auto byte = static_cast<unsigned char>(letter);
+  return (byte < ' ' && byte != '\t' && byte != '\n' && byte != '\r') || byte == 0xEF;
+}
+
+}  // namespace
 
 // Only control characters and the two last code points of the first plane can be written in UTF-8
 // and not in XML.
 std::string withXmlCharacters(std::string_view strText) {
+  if (std::ranges::none_of(strText, isSuspect)) return std::string(strText);
   std::string strClean;
   strClean.reserve(strText.size());
   for (std::size_t at = 0; at < strText.size(); ++at) {

@@ -83,7 +83,7 @@ TEST(FormErrors, TellWhatWouldBeLostBehindWhatIsWrong) {
   report.losses = {loss, loss};
   EXPECT_EQ(textsOf(report),
             (Texts{"An answer is missing.", "There is no place for so many lines."}));
-  EXPECT_EQ(errorsOf(report, Catalogue::of("en"))[1].strInFull,
+  EXPECT_EQ(errorsOf(report, Catalogue::of("en"))[1].inFull(),
             "Address: there is no place for so many lines.");
   EXPECT_EQ(errorsOf(report, *Catalogue::known("de-AT"))[0].strMessage, "Eine Antwort fehlt.");
 }

@@ -1,5 +1,6 @@
 #include "host/FormErrors.h"
 
+#include <memory>
 #include <set>
 #include <tuple>
 #include <utility>
@@ -30,10 +31,30 @@ std::string causeOf(const SchemaViolation& violation) {
          violation.limit + '\n' + violation.attribute;
 }
 
+std::string_view answerAt(const SchemaViolation& violation, const Answers& answers) {
+  if (violation.columnId.empty()) return answerTo(answers, fieldNameOf(violation.questionId));
+  return answerTo(answers,
+                  violation.questionId + "___" + violation.columnId + '_' + violation.rowIndex);
+}
+
+/// The violation as one of a missing answer, when that is what it comes of; else null.
+std::shared_ptr<const SchemaViolation> asMissing(const SchemaViolation& violation,
+                                                 const Answers& answers) {
+  if (violation.kind != ViolationKind::unexpectedChild || violation.questionId.empty() ||
+      answerAt(violation, answers).find_first_not_of(" \t\r\n") != std::string_view::npos) {
+    return nullptr;
+  }
+  SchemaViolation missing = violation;
+  missing.kind = ViolationKind::missingChild;
+  return std::make_shared<const SchemaViolation>(std::move(missing));
+}
+
 class ErrorList {
  public:
+  /// `owner` holds the entry when nobody else does.
   template <class Entry>
-  void add(const Entry& entry, std::string strCause, const Catalogue& catalogue) {
+  void add(const Entry& entry, std::string strCause, const Catalogue& catalogue,
+           std::shared_ptr<const void> owner = nullptr) {
     if (entry.questionId.empty()) {
       if (!std::exchange(blnUnmendable_, true)) errors_.push_back({.inFull = [] { return ""; }});
       return;
@@ -44,7 +65,7 @@ class ErrorList {
     }
     errors_.push_back({entry.questionId, entry.rowIndex, entry.columnId,
                        catalogue.textAtPlace(entry),
-                       [&entry, &catalogue] { return catalogue.textForPerson(entry); }});
+                       [&entry, &catalogue, owner] { return catalogue.textForPerson(entry); }});
   }
 
   std::vector<FormError> take() { return std::move(errors_); }
@@ -57,10 +78,12 @@ class ErrorList {
 
 }  // namespace
 
-std::vector<FormError> errorsOf(const RunReport& report, const Catalogue& catalogue) {
+std::vector<FormError> errorsOf(const RunReport& report, const Catalogue& catalogue,
+                                const Answers& answers) {
   ErrorList list;
   for (const SchemaViolation& violation : report.violations) {
-    list.add(violation, causeOf(violation), catalogue);
+    const auto missing = asMissing(violation, answers);
+    list.add(missing ? *missing : violation, causeOf(violation), catalogue, missing);
   }
   for (const AnswerLoss& loss : report.losses) list.add(loss, "loss\n" + loss.reason, catalogue);
   return list.take();

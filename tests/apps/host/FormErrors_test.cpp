@@ -25,7 +25,7 @@ SchemaViolation wrong(std::string strFacet, std::string strLimit, std::string st
 
 std::vector<std::string> textsOf(const RunReport& report) {
   std::vector<std::string> texts;
-  for (const FormError& error : errorsOf(report, Catalogue::of("en"))) {
+  for (const FormError& error : errorsOf(report, Catalogue::of("en"), {})) {
     texts.push_back(error.strMessage);
   }
   return texts;
@@ -73,6 +73,33 @@ TEST(FormErrors, TellOneForEachPlaceAndCause) {
   }
 }
 
+TEST(FormErrors, TellThatAnAnswerIsMissingWhereTheNextElementCameTooEarly) {
+  RunReport report;
+  report.violations = {violation(ViolationKind::unexpectedChild, "Q"),
+                       violation(ViolationKind::unexpectedChild, "t", "2", "c")};
+  for (SchemaViolation& each : report.violations) each.path = "/m:a[1]/m:b[1]";
+  const Catalogue& texts = Catalogue::of("en");
+  const struct {
+    const char* says;
+    Answers answers;
+    bool missing, cellMissing;
+  } cases[] = {
+      {"nothing is answered", {}, true, true},
+      {"blanks are no answer", {{"q", " "}, {"t___c_2", ""}}, true, true},
+      {"the question is answered", {{"q", "x"}}, false, true},
+      {"the cell is answered", {{"t___c_2", "x"}}, true, false},
+      {"another row is", {{"t___c_1", "x"}}, true, true},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    const std::vector<FormError> errors = errorsOf(report, texts, c.answers);
+    ASSERT_EQ(errors.size(), 2u);
+    EXPECT_EQ(errors[0].strMessage == "An answer is missing.", c.missing);
+    EXPECT_EQ(errors[1].strMessage == "An answer is missing.", c.cellMissing);
+    EXPECT_EQ(errors[0].inFull() == "Q: an answer is missing.", c.missing);
+  }
+}
+
 TEST(FormErrors, TellWhatWouldBeLostBehindWhatIsWrong) {
   RunReport report;
   report.violations = {violation(ViolationKind::missingChild, "q")};
@@ -83,9 +110,9 @@ TEST(FormErrors, TellWhatWouldBeLostBehindWhatIsWrong) {
   report.losses = {loss, loss};
   EXPECT_EQ(textsOf(report),
             (Texts{"An answer is missing.", "There is no place for so many lines."}));
-  EXPECT_EQ(errorsOf(report, Catalogue::of("en"))[1].inFull(),
+  EXPECT_EQ(errorsOf(report, Catalogue::of("en"), {})[1].inFull(),
             "Address: there is no place for so many lines.");
-  EXPECT_EQ(errorsOf(report, *Catalogue::known("de-AT"))[0].strMessage, "Eine Antwort fehlt.");
+  EXPECT_EQ(errorsOf(report, *Catalogue::known("de-AT"), {})[0].strMessage, "Eine Antwort fehlt.");
 }
 
 }  // namespace

@@ -81,6 +81,9 @@ void Deployments::refresh(Entry& entry) {
 }
 
 std::shared_ptr<const FormDeployment> Deployments::find(std::string_view strName) {
+  // Whoever comes while another looks is served what there is. Taken ahead of the copy, which else
+  // could be older than what the other made.
+  const std::unique_lock refreshing(refreshing_, std::try_to_lock);
   Entry entry;
   {
     const std::scoped_lock lock(mutex_);
@@ -88,8 +91,6 @@ std::shared_ptr<const FormDeployment> Deployments::find(std::string_view strName
     if (found == entries_.end()) return nullptr;
     entry = found->second;
   }
-  // Whoever comes while another looks is served what there is.
-  const std::unique_lock refreshing(refreshing_, std::try_to_lock);
   if (!refreshing.owns_lock()) return entry.deployment;
   refresh(entry);
   const std::scoped_lock lock(mutex_);

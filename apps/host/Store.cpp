@@ -1,6 +1,8 @@
 #include "host/Store.h"
 
+#include <fcntl.h>
 #include <soci/soci.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <mutex>
@@ -67,6 +69,9 @@ Place placeOf(const std::string& strStore) {
   if (strFile.find('"') != std::string::npos) {
     throw CannotRun("--store: a quote in the file's name");
   }
+  // Answers are nobody else's to read. SQLite gives the files beside it the rights of this one.
+  const int descriptor = ::open(strFile.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+  if (descriptor >= 0) ::close(descriptor);
   // Every commit is on the disk before it is acknowledged; a lock is waited for.
   return {"sqlite3", "db=\"" + strFile + "\" timeout=3 synchronous=full"};
 }

@@ -284,6 +284,16 @@ TEST_F(Start, LetsNoThreadBeInterruptedByTheSignalsThatEndIt) {
   const Host host(words({"--deliver", "directory:" + inbox().string(), "--workers", "3"}));
   ASSERT_NE(parked(host, exampleForm("draft.form")), "");
   int lngThreads = 0;
+TEST_F(Start, LetsNobodyElseReadTheStore) {
+  const Host host(words());
+  for (const auto& entry : fs::directory_iterator(directory_.at(""))) {
+    if (!entry.path().filename().string().starts_with("store.sqlite")) continue;
+    EXPECT_EQ(entry.status().permissions(), fs::perms::owner_read | fs::perms::owner_write)
+        << entry.path();
+  }
+  EXPECT_TRUE(fs::exists(directory_.at("store.sqlite")));
+}
+
   for (const auto& thread :
        fs::directory_iterator("/proc/" + std::to_string(host.process()) + "/task")) {
     EXPECT_TRUE(blocksStopSignals(thread.path() / "status"));

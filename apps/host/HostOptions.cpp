@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "CannotRun.h"
+#include "host/HttpPost.h"
 
 namespace {
 
@@ -44,9 +45,9 @@ void check(const HostOptions& options) {
     throw CannotRun("--store: \"" + strStore + "\" is neither sqlite:FILE nor postgresql://...");
   }
   const std::string& strDeliver = options.strDeliver;
-  if (!strDeliver.empty() && !strDeliver.starts_with("directory:") &&
-      !strDeliver.starts_with("http://")) {
-    throw CannotRun("--deliver: \"" + strDeliver + "\" is neither directory:DIR nor http://...");
+  if (!strDeliver.empty() && !strDeliver.starts_with("directory:") && !isHttpUrl(strDeliver)) {
+    throw CannotRun("--deliver: \"" + strDeliver +
+                    "\" is neither directory:DIR nor http://HOST[:PORT]/PATH");
   }
 }
 

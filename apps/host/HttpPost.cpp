@@ -5,9 +5,9 @@
 #include <boost/asio/use_future.hpp>
 #include <boost/beast/core.hpp>
 #include <boost/beast/http.hpp>
+#include <charconv>
 #include <chrono>
-
-#include "CannotRun.h"
+#include <cstdint>
 
 namespace asio = boost::asio;
 namespace beast = boost::beast;
@@ -15,6 +15,7 @@ namespace http = boost::beast::http;
 
 namespace {
 
+constexpr std::string_view kScheme = "http://";
 constexpr auto kTimeout = std::chrono::seconds(20);
 
 struct Url {
@@ -24,7 +25,6 @@ struct Url {
 };
 
 Url urlOf(const std::string& strUrl) {
-  constexpr std::string_view kScheme = "http://";
   Url url;
   std::string strRest = strUrl.substr(kScheme.size());
   const std::size_t lngSlash = strRest.find('/');
@@ -32,19 +32,24 @@ Url urlOf(const std::string& strUrl) {
     url.strPath = strRest.substr(lngSlash);
     strRest.erase(lngSlash);
   }
-  const std::size_t lngColon = strRest.rfind(':');
+  // A host that holds colons stands in brackets.
+  const bool blnBrackets = strRest.starts_with('[') && strRest.find(']') != std::string::npos;
+  const std::size_t lngColon = strRest.find(':', blnBrackets ? strRest.find(']') : 0);
   url.strHost = strRest.substr(0, lngColon);
   if (lngColon != std::string::npos) url.strPort = strRest.substr(lngColon + 1);
+  if (blnBrackets) url.strHost = url.strHost.substr(1, url.strHost.find(']') - 1);
   return url;
 }
 
 }  // namespace
 
-void checkUrl(const std::string& strUrl) {
+bool isHttpUrl(const std::string& strUrl) {
+  if (!strUrl.starts_with(kScheme) || strUrl.find('@') != std::string::npos) return false;
   const Url url = urlOf(strUrl);
-  if (url.strHost.empty() || url.strPort.empty() || strUrl.find('@') != std::string::npos) {
-    throw CannotRun("--deliver " + strUrl + ": is no address of the form http://HOST[:PORT]/PATH");
-  }
+  const char* const end = url.strPort.data() + url.strPort.size();
+  std::uint16_t lngPort = 0;
+  const auto [last, problem] = std::from_chars(url.strPort.data(), end, lngPort);
+  return !url.strHost.empty() && problem == std::errc() && last == end && lngPort > 0;
 }
 
 unsigned httpPost(const std::string& strUrl,
@@ -64,7 +69,9 @@ unsigned httpPost(const std::string& strUrl,
   done(stream.async_connect(places, asio::use_future));
 
   http::request<http::string_body> request(http::verb::post, url.strPath, 11);
-  request.set(http::field::host, url.strHost + ':' + url.strPort);
+  const bool blnColons = url.strHost.find(':') != std::string::npos;
+  request.set(http::field::host,
+              (blnColons ? '[' + url.strHost + ']' : url.strHost) + ':' + url.strPort);
   request.set(http::field::connection, "close");
   for (const auto& [strName, strValue] : headers) request.set(strName, strValue);
   request.body() = strBody;

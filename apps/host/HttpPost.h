@@ -4,8 +4,8 @@
 #include <utility>
 #include <vector>
 
-/// Raises CannotRun for what is no http:// address.
-void checkUrl(const std::string& strUrl);
+/// Whether it is an address of the form http://HOST[:PORT]/PATH.
+bool isHttpUrl(const std::string& strUrl);
 
 /// Posts a body and tells the status of the answer. Raises std::exception when there is none within
 /// 20 seconds.

@@ -91,8 +91,6 @@ Outbox::Outbox(std::string strTarget, Store& store, Metrics& metrics)
       throw CannotRun("--deliver " + strTarget_ + ": " + std::generic_category().message(errno));
     }
     strTarget_ = std::string(kDirectory) + fs::weakly_canonical(directory).string();
-  } else if (!strTarget_.empty()) {
-    checkUrl(strTarget_);
   }
   if (strTarget_.empty()) return;
   thread_ = std::jthread([this](const std::stop_token& stop) { work(stop); });

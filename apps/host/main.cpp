@@ -94,8 +94,10 @@ int serve(const HostOptions& options, const StopSignals& signals) {
              logEvent("stopping");
            }},
       metrics, signals);
-  const std::string strUrl =
-      "http://" + options.strAddress + ':' + std::to_string(server.port()) + '/';
+  const bool blnColons = options.strAddress.find(':') != std::string::npos;  // as of IPv6
+  const std::string strUrl = "http://" +
+                             (blnColons ? '[' + options.strAddress + ']' : options.strAddress) +
+                             ':' + std::to_string(server.port()) + '/';
   logEvent("listening", {{"url", strUrl}});
   writeStandardOutput(strUrl + '\n');
   server.run();

@@ -48,6 +48,10 @@ TEST_F(Start, WithBadOptionsTellsWhy) {
        {"--deployment", strFolder, "--store", "sqlite:/nowhere/at/all"},
        "--store"},
       {"an unknown target", {"--deployment", strFolder, "--deliver", "ftp://x"}, "--deliver"},
+      {"a target without a host", {"--deployment", strFolder, "--deliver", "http:///x"}, "--deliver"},
+      {"a target's port that is none",
+       {"--deployment", strFolder, "--deliver", "http://h:99999999/x"},
+       "--deliver"},
       {"a port that is none", {"--deployment", strFolder, "--listen", "127.0.0.1:x"}, "--listen"},
       {"an option that does not exist", {"--deployment", strFolder, "--burn"}, "--burn"},
   };
@@ -280,10 +284,6 @@ bool blocksStopSignals(const std::string& strStatusFile) {
   return false;
 }
 
-TEST_F(Start, LetsNoThreadBeInterruptedByTheSignalsThatEndIt) {
-  const Host host(words({"--deliver", "directory:" + inbox().string(), "--workers", "3"}));
-  ASSERT_NE(parked(host, exampleForm("draft.form")), "");
-  int lngThreads = 0;
 TEST_F(Start, LetsNobodyElseReadTheStore) {
   const Host host(words());
   for (const auto& entry : fs::directory_iterator(directory_.at(""))) {
@@ -294,6 +294,10 @@ TEST_F(Start, LetsNobodyElseReadTheStore) {
   EXPECT_TRUE(fs::exists(directory_.at("store.sqlite")));
 }
 
+TEST_F(Start, LetsNoThreadBeInterruptedByTheSignalsThatEndIt) {
+  const Host host(words({"--deliver", "directory:" + inbox().string(), "--workers", "3"}));
+  ASSERT_NE(parked(host, exampleForm("draft.form")), "");
+  int lngThreads = 0;
   for (const auto& thread :
        fs::directory_iterator("/proc/" + std::to_string(host.process()) + "/task")) {
     EXPECT_TRUE(blocksStopSignals(thread.path() / "status"));

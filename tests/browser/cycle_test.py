@@ -1,9 +1,11 @@
 """A form from the list of forms to its receipt, as people go through it."""
 
+import sqlite3
 import subprocess
 import unittest
 
 from browser import EXAMPLE, BrowserTest, answers_of
+from selenium.webdriver.common.action_chains import ActionChains
 from selenium.webdriver.common.by import By
 
 MISTAKES = {
@@ -136,6 +138,50 @@ class Rows(BrowserTest):
         self.answer("meters___reading_2", "18")
         self.press("park")
         self.assertEqual(self.value("meters___reading_2"), "18")
+
+
+class DoubleClick(BrowserTest):
+    def test_on_a_form_with_mistakes_shows_them(self):
+        self.open("/forms/inspection")
+        self.fill({**answers_of("complete.form"), **MISTAKES})
+        self.press("park")
+        page = self.find("html")
+        submit = self.find(".actions button[value=submit]")
+        ActionChains(self.driver).double_click(submit).perform()
+        self.wait(lambda: self.is_gone(page) and self.all("#summary"))
+        self.assertEqual(self.state(), "Saved, not sent: it has errors")
+        self.assertEqual(len(self.all("#summary a")), len(MISTAKES))
+
+
+class StoreThatIsLocked(BrowserTest):
+    def refused(self, action):
+        """Presses a button while nothing can be written."""
+        store = sqlite3.connect(self.host.folder / "store.sqlite", isolation_level=None)
+        store.execute("BEGIN EXCLUSIVE")
+        self.press(action)
+        store.execute("ROLLBACK")
+        store.close()
+        self.assertIn("cannot be reached", self.find("[role=alert]").text)
+        complaints = [entry["message"] for entry in self.driver.get_log("browser")]
+        self.assertEqual([each for each in complaints if "status of 503" not in each], [])
+
+    def test_costs_nobody_what_was_typed(self):
+        self.open("/forms/inspection")
+        self.answer("town", "Brønnsund")
+        self.refused("park")
+        self.assertEqual(self.value("town"), "Brønnsund")
+        self.press("park")
+        self.assertEqual(self.state(), "Saved, not sent yet")
+        self.assertEqual(self.value("town"), "Brønnsund")
+        self.answer("town", "Sandvik")
+        self.refused("submit")
+        self.assertEqual(self.value("town"), "Sandvik")
+        self.press("park")
+        self.assertEqual(self.value("town"), "Sandvik")
+
+
+class StoreThatIsLockedWithoutScripts(StoreThatIsLocked):
+    scripts = False
 
 
 class Conflict(BrowserTest):

@@ -16,7 +16,7 @@
 #include "host/Store.h"
 
 /// What the host does with a request: pages, parking, submitting, receipts. It keeps nothing
-/// between two requests. Several threads may call it at a time.
+/// between two requests. Several threads may call it at the same time.
 class Application {
  public:
   /// `onAccepted` is called after a message was put into the outbox. What is given must outlive the

@@ -64,7 +64,7 @@ Form filledIn(const HttpAnswer& page, const Form& answers, const std::string& st
 /// A form of the example, as it was posted.
 Form exampleForm(std::string_view strName);
 
-/// The body of an element with this id, up to `strEnd`; empty when there is none.
+/// The page from `strBegin` up to `strEnd`; empty when there is none.
 std::string partOf(const HttpAnswer& page, std::string_view strBegin, std::string_view strEnd);
 
 /// Waits until it is so; false when it is not within a long time.

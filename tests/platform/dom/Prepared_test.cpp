@@ -98,8 +98,14 @@ TEST_F(Prepared, GoesOnWhereTheLastPathLedAsLongAsThatIsTheFirstWay) {
     lngState = lngState * 1664525 + 1013904223;
     return static_cast<std::size_t>(lngState >> 8) % lngOf;
   };
+  std::vector<PreparedPath> colDeep;
+  for (const char* strPath : {"/m:r/a", "/m:r/a/b", "/m:r/w/x", "/m:r/w/x/y", "/m:r/d/e"}) {
+    colDeep.emplace_back(strPath, names_);
+  }
   for (int lngChange = 0; lngChange < 400; ++lngChange) {
     SCOPED_TRACE(lngChange);
+    const PreparedPath& path = colDeep.at(pick(colDeep.size()));
+    selectSingleNode(objDocument, path.view());  // the last path before the change
     const Node objRoot = objDocument.documentElement();
     const NodeList colBelow = objRoot.getElementsByTagName("*").value();
     const Node objAny = colBelow.length() == 0 ? objRoot : colBelow.item(pick(colBelow.length()));
@@ -125,6 +131,8 @@ TEST_F(Prepared, GoesOnWhereTheLastPathLedAsLongAsThatIsTheFirstWay) {
         if (objAny == objRoot) objAny.appendChild(objNew);
         break;
     }
+    EXPECT_EQ(selectSingleNode(objDocument, path.view()),
+              objDocument.selectSingleNode(path.text()));
     expectWhatTheTextsSelect(objDocument);
   }
 }

@@ -36,7 +36,7 @@ Node readMessageItem(const Node& objMessageItem, ObjectMapperInfo& info);
 
 /// An entry with the paths that it names.
 struct MessageItem {
-  ObjectMapperInfo info;         // in a mapping without its action, which a run copies for itself
+  ObjectMapperInfo info;         // in a mapping without its action
   const void* action = nullptr;  // in a mapping: the identity of its action, or null
   std::size_t lngLine = 0;       // of the file
   NodePath place;

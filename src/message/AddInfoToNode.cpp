@@ -14,6 +14,7 @@
 namespace Varnel_Tolv_XML_Creation {
 namespace {
 
+constexpr std::string_view kProcedure = "AddInfoToNode";
 constexpr std::string_view kUserMessage = "An error occurred adding information to the node";
 constexpr std::string_view kParameterUserMessage =
     "An error occurred retrieving the value from the parameter object";
@@ -44,7 +45,17 @@ Acknowledge AddInfoToNode(const Session& session, const Node& prtobjct, const Do
                           std::string_view strParentXPath, const Document& objParkXML,
                           std::string_view strNode, std::string_view strFieldLabel,
                           std::string_view strValue, const Node& objAction) {
-  return Guarded("AddInfoToNode", [&]() -> Acknowledge {
+  return Guarded(kProcedure, [&] {
+    return AddInfoToNode(session, prtobjct, objSendXML, NodePath(strParentXPath, strNode),
+                         objParkXML, strFieldLabel, strValue, objAction);
+  });
+}
+
+Acknowledge AddInfoToNode(const Session& session, const Node& prtobjct, const Document& objSendXML,
+                          const NodePath& place, const Document& objParkXML,
+                          std::string_view strFieldLabel, std::string_view strValue,
+                          const Node& objAction) {
+  return Guarded(kProcedure, [&]() -> Acknowledge {
     const std::string strLabelLine = replaceAll(strFieldLabel, "\r\n", "");
     const std::string strValueLine = replaceAll(strValue, "\r\n", "");
     if (!prtobjct) {
@@ -86,7 +97,7 @@ Acknowledge AddInfoToNode(const Session& session, const Node& prtobjct, const Do
 
     Node objNode;
     // deliberate: only the node counts, not what the lookup of its namespace says.
-    static_cast<void>(buildXPath(session, strParentXPath, strNode, objSendXML, objNode));
+    static_cast<void>(buildXPath(session, place, objSendXML, objNode));
     if (!objNode) {
       return Failure(SVC_RET_XML_CREATION_CREATE_NODE_FAILED,
                      "An error occurred creating the node for the information", kUserMessage);

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "config/Session.h"
+#include "deployment/NodePath.h"
 #include "result/Acknowledge.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -19,6 +20,12 @@ Acknowledge AddInfoToNode(const Session& session, const Node& prtobjct, const Do
                           std::string_view strParentXPath, const Document& objParkXML,
                           std::string_view strNode, std::string_view strFieldLabel,
                           std::string_view strValue, const Node& objAction);
+
+/// The same at a place that is known.
+Acknowledge AddInfoToNode(const Session& session, const Node& prtobjct, const Document& objSendXML,
+                          const NodePath& place, const Document& objParkXML,
+                          std::string_view strFieldLabel, std::string_view strValue,
+                          const Node& objAction);
 
 /// The value that a parameter of "addinfotonode" names, in `strResult`: the value of another object
 /// (`item`), the field's value (`formvalue`) or its label (`formlabel`), the first of these that is

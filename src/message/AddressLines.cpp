@@ -1,5 +1,7 @@
 #include "message/AddressLines.h"
 
+#include <algorithm>
+
 #include "platform/text/Text.h"
 #include "result/Guarded.h"
 
@@ -11,16 +13,15 @@ constexpr std::size_t kLines = 4;
 /// `strText` without blanks around commas, and with each run of commas made one.
 std::string tidyCommas(std::string_view strText) {
   std::string strTidy;
-  for (std::size_t lngNext = 0; lngNext < strText.size();) {
-    const char letter = strText[lngNext++];
-    if (letter == ',') {
-      while (!strTidy.empty() && strTidy.back() == ' ') strTidy.pop_back();
-      while (lngNext < strText.size() && strText[lngNext] == ' ') ++lngNext;
-      if (!strTidy.empty() && strTidy.back() == ',') continue;
-    }
-    strTidy += letter;
+  strTidy.reserve(strText.size());
+  for (;;) {
+    const std::size_t lngComma = strText.find(',');
+    strTidy.append(strText.substr(0, lngComma));
+    if (lngComma == std::string_view::npos) return strTidy;
+    while (!strTidy.empty() && strTidy.back() == ' ') strTidy.pop_back();
+    if (strTidy.empty() || strTidy.back() != ',') strTidy += ',';
+    strText.remove_prefix(std::min(strText.find_first_not_of(' ', lngComma + 1), strText.size()));
   }
-  return strTidy;
 }
 
 }  // namespace

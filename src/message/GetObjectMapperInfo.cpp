@@ -29,16 +29,22 @@ Acknowledge GetObjectMapperInfo(const Node& objMessageItem, ObjectMapperInfo& in
   });
 }
 
+Acknowledge copyAction(const FoundMessageItem& found, Node& objAction) {
+  return Guarded(kProcedure, [&]() -> Acknowledge {
+    objAction = found.own ? found.objAction : ownAction(found.objAction);
+    return {};
+  });
+}
+
 Acknowledge findMessageItem(const Document& objObjectMapper, std::string_view strId,
                             EntryKind kind, FoundMessageItem& found) {
   const auto* const mapping = modelOf<ObjectMapping>(objObjectMapper);
   if (mapping && ObjectMapping::isPlainId(strId)) {
     found.item = mapping->find(strId, kind);
-    if (!found.item || !found.item->action) return {};
-    return Guarded(kProcedure, [&]() -> Acknowledge {
-      found.objAction = ownAction(nodeOf(objObjectMapper, found.item->action));
-      return {};
-    });
+    if (found.item && found.item->action) {
+      found.objAction = nodeOf(objObjectMapper, found.item->action);
+    }
+    return {};
   }
   const Node objMessageItem = objObjectMapper.selectSingleNode(messageItemPath(strId, kind));
   if (!objMessageItem) return {};

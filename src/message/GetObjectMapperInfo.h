@@ -17,9 +17,13 @@ Acknowledge GetObjectMapperInfo(const Node& objMessageItem, ObjectMapperInfo& in
 /// An entry as one object of a run meets it. It stays where it is: `item` may lead into it.
 struct FoundMessageItem {
   const MessageItem* item = nullptr;  // null: there is none
-  Node objAction;                     // a copy of its action, or Nothing
+  Node objAction;                     // its action, or Nothing
   std::optional<MessageItem> own;     // the entry, where the compiled mapper has it not ready
 };
+
+/// Leads `objAction` to a copy of the entry's action that stands alone, so that nothing but its own
+/// parameters is found from it. Has no errors but run-time errors.
+Acknowledge copyAction(const FoundMessageItem& found, Node& objAction);
 
 /// Finds the entry with this id. The compiled object mapper has it ready; where there is no such,
 /// or the id makes something else of the path, its path is selected and the entry is read. Has no

@@ -163,8 +163,8 @@ Acknowledge FieldPlacement::placeByAction() {
   if (toLower(strAction) == kJoinAction) {
     trace(session_, kProcedure, {"addinfotonode"});
     strValue_ = replaceAll(strValue_, "\r\n", "");
-    return AddInfoToNode(session_, prtobjct_, objSendXML_, info().strParentXPath, objParkXML_,
-                         info().strNode, strLabel_, strValue_, found_.objAction);
+    return AddInfoToNode(session_, prtobjct_, objSendXML_, found_.item->place, objParkXML_,
+                         strLabel_, strValue_, found_.objAction);
   }
   return placeComplexType(strAction);
 }
@@ -181,11 +181,13 @@ Acknowledge FieldPlacement::placeComplexType(const std::string& strAction) {
     }
   }
 
+  Node objAction;
+  Acknowledge objAck = copyAction(found_, objAction);
+  if (!objAck.Success()) return objAck;
   Node objChildNode;
-  const Acknowledge objChildAck =
-      GetChildNode(session_, prtobjct_, objSchemaTypeMapper_, found_.objAction, strLabel_,
-                   strValue_, objChildNode, arrAddressLines, std::nullopt, std::nullopt,
-                   std::nullopt, blnMultiValue, objSendXML_);
+  const Acknowledge objChildAck = GetChildNode(
+      session_, prtobjct_, objSchemaTypeMapper_, objAction, strLabel_, strValue_, objChildNode,
+      arrAddressLines, std::nullopt, std::nullopt, std::nullopt, blnMultiValue, objSendXML_);
   // deliberate: whatever was wrong with the child, its absence is what is told.
   if (!objChildAck.Success() || !objChildNode) {
     return failure(SVC_RET_XML_CREATION_CHILD_NODE_MISSING, "child node missing (" + strId_ + ")");
@@ -195,7 +197,7 @@ Acknowledge FieldPlacement::placeComplexType(const std::string& strAction) {
         {"Set objAck = buildXPath(", info().strParentXPath, ", ", info().strNode,
          ", objXmlDocument, objCurrentNode)"});
   Node objCurrentNode;
-  Acknowledge objAck = buildXPath(session_, found_.item->place, objSendXML_, objCurrentNode);
+  objAck = buildXPath(session_, found_.item->place, objSendXML_, objCurrentNode);
   if (!objAck.Success()) return objAck;
   if (!objCurrentNode) {
     return failure(SVC_RET_XML_CREATION_CURRENT_NODE_MISSING,

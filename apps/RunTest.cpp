@@ -238,7 +238,9 @@ std::vector<std::string> Case::differences() const {
     blnAny = true;
     compare(file, lines);
   }
-  if (!blnAny) lines.emplace_back("nothing is expected: no park.xml, send.xml or result.json, which --update writes");
+  if (!blnAny)
+    lines.emplace_back(
+        "nothing is expected: no park.xml, send.xml or result.json, which --update writes");
   return lines;
 }
 

@@ -36,8 +36,8 @@ Acknowledge copyAction(const FoundMessageItem& found, Node& objAction) {
   });
 }
 
-Acknowledge findMessageItem(const Document& objObjectMapper, std::string_view strId,
-                            EntryKind kind, FoundMessageItem& found) {
+Acknowledge findMessageItem(const Document& objObjectMapper, std::string_view strId, EntryKind kind,
+                            FoundMessageItem& found) {
   const auto* const mapping = modelOf<ObjectMapping>(objObjectMapper);
   if (mapping && ObjectMapping::isPlainId(strId)) {
     found.item = mapping->find(strId, kind);

@@ -30,7 +30,7 @@ Acknowledge copyAction(const FoundMessageItem& found, Node& objAction);
 /// handler.
 ///
 /// Errors: those of `GetObjectMapperInfo`; there is an `item` then all the same.
-Acknowledge findMessageItem(const Document& objObjectMapper, std::string_view strId,
-                            EntryKind kind, FoundMessageItem& found);
+Acknowledge findMessageItem(const Document& objObjectMapper, std::string_view strId, EntryKind kind,
+                            FoundMessageItem& found);
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -47,7 +47,10 @@ TEST_F(TestCommand, ComparesOnlyWhatIsThere) {
   remove("one/result.json");
   const ProgramRun run = test();
   EXPECT_EQ(run.status, 1);
-  EXPECT_THAT(run.out, HasSubstr("nothing is expected: no park.xml, send.xml or result.json, which --update writes"));
+  EXPECT_THAT(
+      run.out,
+      HasSubstr(
+          "nothing is expected: no park.xml, send.xml or result.json, which --update writes"));
 }
 
 TEST_F(TestCommand, ShowsADifferenceByQuestion) {

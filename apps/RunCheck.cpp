@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include "CannotRun.h"
 #include "DeploymentFindings.h"
 #include "Files.h"
 #include "FindingText.h"

@@ -12,7 +12,6 @@
 #include <string_view>
 
 #include "Check.h"
-#include "platform/schema/SchemaReport.h"
 #include "platform/schema/ValidatingReader.h"
 #include "result/RuntimeError.h"
 
@@ -60,6 +59,7 @@ const Schema& schemaNamed(std::string_view strName) {
 
 class Counter : public SaxHandler {
  public:
+  void documentLocator(const SaxLocator&) override {}
   void startElement(std::string_view, std::string_view, std::string_view,
                     const SaxAttributes&) override {
     ++lngDepth_;
@@ -67,11 +67,12 @@ class Counter : public SaxHandler {
   void endElement(std::string_view, std::string_view, std::string_view) override {
     require(--lngDepth_ >= 0, "no element ends that did not start");
   }
-  void error(const SaxLocator&, const SchemaReport& report) override {
-    require(!report.strMessage.empty(), "an error says what is wrong");
+  void error(const SaxLocator&, std::string_view strErrorMessage, std::int32_t) override {
+    require(!strErrorMessage.empty(), "an error says what is wrong");
     ++lngErrors;
   }
   void fatalError(const SaxLocator&, std::string_view, std::int32_t) override {}
+  void ignorableWarning(const SaxLocator&, std::string_view, std::int32_t) override {}
 
   bool isClosed() const { return lngDepth_ == 0; }
 

@@ -1,39 +1,58 @@
 #include "validation/SaxValidator.h"
 
-#include <utility>
+#include <array>
+#include <optional>
 
 #include "config/Utility.h"
-#include "platform/schema/SchemaReport.h"
+#include "platform/text/RegularExpression.h"
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {
 
 constexpr std::string_view kProcedure = "SaxValidator";
 
-/// A value that is too short and too long, by two facets, counts as too short.
-SchemaErrorKind kindOf(const SchemaReport& report) noexcept {
-  switch (report.kind) {
-    case ViolationKind::missingChild:
-      return kContentIncomplete;
-    case ViolationKind::unexpectedChild:
-      return kContentInvalid;
-    case ViolationKind::undeclaredElement:
-      return kUndeclaredElement;
-    case ViolationKind::text:
-      return kTextNotAllowed;
-    case ViolationKind::undeclaredAttribute:
-      return kUndeclaredAttribute;
-    case ViolationKind::value:
-    case ViolationKind::attributeValue:
-      if (report.failed(Facet::minLength)) return kTooShort;
-      if (report.failed(Facet::maxLength)) return kTooLong;
-      return report.kind == ViolationKind::value ? kInvalidValue : kUnclassified;
-    case ViolationKind::missingAttribute:
-    case ViolationKind::identity:
-    case ViolationKind::other:
-      break;
+struct KindPattern {
+  RegularExpression pattern;
+  SchemaErrorKind kind;
+};
+
+/// The sentences of the reader's reports. Of several that match, the last one tells the kind.
+const std::array<KindPattern, 8>& kindPatterns() {
+  static const std::array<KindPattern, 8> kPatterns = {{
+      {RegularExpression("Element content is incomplete according to the DTD/Schema."),
+       kContentIncomplete},
+      {RegularExpression("Element content is invalid according to the DTD/Schema."),
+       kContentInvalid},
+      {RegularExpression("The element: '.*'  has an invalid value according to its data type."),
+       kInvalidValue},
+      {RegularExpression("MaxLength constraint failed."), kTooLong},
+      {RegularExpression("MinLength constraint failed."), kTooShort},
+      {RegularExpression("The element '(.*)' is used but not declared in the DTD/Schema."),
+       kUndeclaredElement},
+      {RegularExpression("Text is not allowed in this context according to DTD/Schema."),
+       kTextNotAllowed},
+      {RegularExpression("The attribute '.*' on this element is not defined in the DTD/Schema."),
+       kUndeclaredAttribute},
+  }};
+  return kPatterns;
+}
+
+struct Classification {
+  SchemaErrorKind kind = kUnclassified;
+  std::string strUndeclaredElement;
+};
+
+Classification classify(std::string_view strErrorMessage) {
+  Classification classification;
+  for (const KindPattern& candidate : kindPatterns()) {
+    const std::optional<RegularExpression::Match> match =
+        candidate.pattern.Execute(strErrorMessage);
+    if (!match) continue;
+    classification.kind = candidate.kind;
+    classification.strUndeclaredElement =
+        match->subMatches.empty() ? std::string() : match->subMatches.front();
   }
-  return kUnclassified;
+  return classification;
 }
 
 }  // namespace
@@ -80,17 +99,9 @@ std::string SaxValidator::elementPath() const {
   return strPath;
 }
 
-void SaxValidator::error(const SaxLocator& /*oLocator*/, const SchemaReport& report) {
-  const SchemaErrorKind kind = kindOf(report);
-  if (kind == kUndeclaredAttribute) return;
-  const auto& [strQuestionId, strRowIndex, strColumnId] = *inForce_;
-  std::string strPath = elementPath();
-  trace(session_, kProcedure,
-        {"error: ", report.strMessage, ", questionId: ", strQuestionId, ", rowIndex: ", strRowIndex,
-         ", columnId: ", strColumnId});
-  trace(session_, kProcedure, {"xpath: ", strPath});
-  if (kind == kUndeclaredElement) strPath.append("/").append(report.strName);
-  addError(kind, report.strMessage, std::move(strPath));
+void SaxValidator::error(const SaxLocator& /*oLocator*/, std::string_view strErrorMessage,
+                         std::int32_t /*nErrorCode*/) {
+  addError(strErrorMessage, true);
 }
 
 void SaxValidator::fatalError(const SaxLocator& oLocator, std::string_view strErrorMessage,
@@ -101,16 +112,31 @@ void SaxValidator::fatalError(const SaxLocator& oLocator, std::string_view strEr
         {"fatalError: ", strErrorMessage, ", code ", std::to_string(nErrorCode), ", line ",
          std::to_string(oLocator.lineNumber), ", column ", std::to_string(oLocator.columnNumber)});
   }
-  addError(kUnclassified, strErrorMessage, elementPath());
+  addError(strErrorMessage, false);
 }
 
-void SaxValidator::addError(SchemaErrorKind kind, std::string_view strErrorMessage,
-                            std::string strPath) {
+void SaxValidator::ignorableWarning(const SaxLocator& /*oLocator*/,
+                                    std::string_view strErrorMessage, std::int32_t /*nErrorCode*/) {
+  addError(strErrorMessage, false);
+}
+
+void SaxValidator::addError(std::string_view strErrorMessage, bool blnTracePlace) {
+  const Classification classification = classify(strErrorMessage);
+  if (classification.kind == kUndeclaredAttribute) return;
   const auto& [strQuestionId, strRowIndex, strColumnId] = *inForce_;
+  std::string strPath = elementPath();
+  if (blnTracePlace) {
+    trace(session_, kProcedure,
+          {"error: ", strErrorMessage, ", questionId: ", strQuestionId, ", rowIndex: ", strRowIndex,
+           ", columnId: ", strColumnId});
+    trace(session_, kProcedure, {"xpath: ", strPath});
+  }
+
   SchemaValidationErr error;
-  error.kind = kind;
+  error.kind = classification.kind;
   error.message = strErrorMessage;
   error.xpath = std::move(strPath);
+  if (error.kind == kUndeclaredElement) error.xpath += "/" + classification.strUndeclaredElement;
   error.questionId = strQuestionId;
   error.rowIndex = strRowIndex;
   error.columnId = strColumnId;

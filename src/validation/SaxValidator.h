@@ -27,13 +27,17 @@ class SaxValidator : public SaxHandler {
   /// Borrows the session, for the trace.
   explicit SaxValidator(const Session& session) : session_(session) {}
 
+  void documentLocator(const SaxLocator& /*oLocator*/) override {}
   void startElement(std::string_view strNamespaceURI, std::string_view strLocalName,
                     std::string_view strQName, const SaxAttributes& oAttributes) override;
   void endElement(std::string_view strNamespaceURI, std::string_view strLocalName,
                   std::string_view strQName) override;
-  void error(const SaxLocator& oLocator, const SchemaReport& report) override;
+  void error(const SaxLocator& oLocator, std::string_view strErrorMessage,
+             std::int32_t nErrorCode) override;
   void fatalError(const SaxLocator& oLocator, std::string_view strErrorMessage,
                   std::int32_t nErrorCode) override;
+  void ignorableWarning(const SaxLocator& oLocator, std::string_view strErrorMessage,
+                        std::int32_t nErrorCode) override;
 
   /// The records, in the order reported.
   const std::vector<SchemaValidationErr>& errors() const noexcept { return errors_; }
@@ -60,7 +64,8 @@ class SaxValidator : public SaxHandler {
   Place* placeBelow(std::string_view strQName);
   std::string elementPath() const;
 
-  void addError(SchemaErrorKind kind, std::string_view strErrorMessage, std::string strPath);
+  /// Records what is not an undeclared attribute; the trace may tell of its place before.
+  void addError(std::string_view strErrorMessage, bool blnTracePlace);
 
   const Session& session_;
   std::string strLastElement_;

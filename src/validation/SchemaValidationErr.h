@@ -5,7 +5,7 @@
 
 namespace Varnel_Tolv_XML_Creation {
 
-/// What kind of violation a record tells of.
+/// What kind of violation a report of the schema tells of.
 enum SchemaErrorKind : std::int16_t {
   kUnclassified = -1,
   kUndeclaredAttribute = 0,  // never recorded

@@ -3,13 +3,8 @@
 #include <gmock/gmock.h>
 
 #include <map>
-#include <optional>
-#include <regex>
-#include <set>
 #include <utility>
 
-#include "platform/schema/SchemaReport.h"
-#include "support/Documents.h"
 #include "support/Host.h"
 
 namespace Varnel_Tolv_XML_Creation::test {
@@ -41,7 +36,9 @@ class Reading {
   TestHost host;
   Session session = host.session();
   SaxValidator validator{session};
-  SaxLocator locator{.lineNumber = 7, .columnNumber = 9};
+  SaxLocator locator{.lineNumber = 7, .columnNumber = 9, .publicId = "", .systemId = ""};
+
+  Reading() { validator.documentLocator(locator); }
 
   Reading& start(std::string_view strQName, std::string_view strQuestionId = "",
                  std::string_view strRowIndex = "", std::string_view strColumnId = "") {
@@ -64,171 +61,104 @@ class Reading {
   }
 
   /// An error here; its record as "path|question|row|column".
-  std::string error(const SchemaReport& report = {.strMessage = "wrong"}) {
-    validator.error(locator, report);
+  std::string error(std::string_view strMessage = "wrong") {
+    validator.error(locator, strMessage, 1871);
     const SchemaValidationErr& last = validator.errors().back();
     return last.xpath + "|" + last.questionId + "|" + last.rowIndex + "|" + last.columnId;
   }
 };
 
-SchemaReport undeclared(std::string_view strName) {
-  return {.kind = ViolationKind::undeclaredElement, .strMessage = "text", .strName = strName};
+/// The kind of an error with this text, in /message; 99 for one that is not recorded.
+int kindOf(std::string_view strMessage) {
+  Reading reading;
+  reading.start("message");
+  reading.validator.error(reading.locator, strMessage, 0);
+  if (reading.validator.errors().empty()) return 99;
+  EXPECT_EQ(reading.validator.errors()[0].message, strMessage);
+  return reading.validator.errors()[0].kind;
 }
 
+constexpr int kNotRecorded = 99;
+
 TEST(SaxValidator, TellsTheKindsOfErrorApart) {
-  using Kind = ViolationKind;
-  using Facets = std::vector<ValueFaults::FailedFacet>;
-  const ValueFaults::FailedFacet tooLong = {Facet::maxLength, "3"};
-  const ValueFaults::FailedFacet tooShort = {Facet::minLength, "2"};
-  const ValueFaults::FailedFacet pattern = {Facet::pattern, "a"};
   const struct {
-    const char* says;
-    Kind told;
-    Facets facets;
-    std::optional<SchemaErrorKind> recorded;
+    const char *says, *message;
+    int kind;
   } cases[] = {
-      {"incomplete", Kind::missingChild, {}, kContentIncomplete},
-      {"invalid content", Kind::unexpectedChild, {}, kContentInvalid},
-      {"value", Kind::value, {}, kInvalidValue},
-      {"value, by another facet", Kind::value, {pattern}, kInvalidValue},
-      {"not declared", Kind::undeclaredElement, {}, kUndeclaredElement},
-      {"text", Kind::text, {}, kTextNotAllowed},
-      {"too long", Kind::value, {tooLong}, kTooLong},
-      {"too long, and another facet", Kind::value, {tooLong, pattern}, kTooLong},
-      {"too short", Kind::value, {tooShort}, kTooShort},
-      {"both", Kind::value, {tooShort, tooLong}, kTooShort},
-      {"both, the other way round", Kind::value, {tooLong, tooShort}, kTooShort},
-      {"undeclared attribute", Kind::undeclaredAttribute, {}, std::nullopt},
-      {"attribute's value", Kind::attributeValue, {}, kUnclassified},
-      {"attribute's value, by another facet", Kind::attributeValue, {pattern}, kUnclassified},
-      {"attribute too long", Kind::attributeValue, {tooLong}, kTooLong},
-      {"attribute too short", Kind::attributeValue, {tooShort}, kTooShort},
-      {"missing attribute", Kind::missingAttribute, {}, kUnclassified},
-      {"key", Kind::identity, {}, kUnclassified},
-      {"anything", Kind::other, {}, kUnclassified},
+      {"incomplete", "Element content is incomplete according to the DTD/Schema.", 1},
+      {"incomplete, with what is expected",
+       "Element content is incomplete according to the DTD/Schema.\r\nExpecting: {urn:m}a, b.", 1},
+      {"invalid content", "Element content is invalid according to the DTD/Schema.", 2},
+      {"value", "The element: 'p:a'  has an invalid value according to its data type.", 3},
+      {"value of an element without a name",
+       "The element: ''  has an invalid value according to its data type.", 3},
+      {"value, with a single blank",
+       "The element: 'p:a' has an invalid value according to its data type.", -1},
+      {"not declared", "The element 'a' is used but not declared in the DTD/Schema.", 4},
+      {"text", "Text is not allowed in this context according to DTD/Schema.", 5},
+      {"too long", "MaxLength constraint failed.", 6},
+      {"too short", "MinLength constraint failed.", 7},
+      {"undeclared attribute",
+       "The attribute 'x' on this element is not defined in the DTD/Schema.", kNotRecorded},
+      {"attribute's value", "The attribute: 'x'  has an invalid value according to its data type.",
+       -1},
+      {"missing attribute", "Required attribute 'x' is missing.", -1},
+      {"another facet", "Pattern constraint failed.", -1},
+      {"anything", "no such sentence", -1},
+      {"nothing", "", -1},
+      {"within other words", "before MaxLength constraint failed. after", 6},
+      {"capitals count", "maxLength constraint failed.", -1},
+      {"the full stop stands for any character", "MaxLength constraint failed!", 6},
+      {"but there must be one", "MaxLength constraint failed", -1},
+      {"so for the attribute", "The attribute 'x' on this element is not defined in the DTD/Schema",
+       -1},
+      {"bytes that are no text",
+       "The element: '\xff\xfe'  has an invalid value according to its data type.", 3},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.says);
-    Reading reading;
-    reading.start("message");
-    reading.validator.error(reading.locator,
-                            {.kind = c.told, .strMessage = "text", .facets = c.facets});
-    std::optional<SchemaErrorKind> recorded;
-    for (const SchemaValidationErr& error : reading.validator.errors()) {
-      recorded = error.kind;
-      EXPECT_EQ(error.message, "text");
-    }
-    EXPECT_EQ(recorded, c.recorded);
+    EXPECT_EQ(kindOf(c.message), c.kind);
   }
 }
 
-/// The kind of an error by its sentences: of several that it has, the last one here counts.
-SchemaErrorKind kindBySentences(const std::string& strMessage) {
-  const struct {
-    const char* sentence;
-    SchemaErrorKind kind;
-  } sentences[] = {
-      {"Element content is incomplete according to the DTD/Schema.", kContentIncomplete},
-      {"Element content is invalid according to the DTD/Schema.", kContentInvalid},
-      {"The element: '.*'  has an invalid value according to its data type.", kInvalidValue},
-      {"MaxLength constraint failed.", kTooLong},
-      {"MinLength constraint failed.", kTooShort},
-      {"The element '(.*)' is used but not declared in the DTD/Schema.", kUndeclaredElement},
-      {"Text is not allowed in this context according to DTD/Schema.", kTextNotAllowed},
-  };
-  SchemaErrorKind kind = kUnclassified;
-  for (const auto& one : sentences) {
-    if (std::regex_search(strMessage, std::regex(one.sentence))) kind = one.kind;
-  }
-  return kind;
-}
-
-/// The records of a message that is checked against the schema below.
-std::vector<SchemaValidationErr> errorsOf(const std::string& strContent) {
-  const TemporaryDirectory directory;
-  directory.file("schema.xsd", R"(
-<xs:schema xmlns:xs="http://www.w3.org/2001/XMLSchema" targetNamespace="urn:m" xmlns="urn:m"
-           xmlns:m="urn:m" elementFormDefault="qualified">
-  <xs:element name="r">
-    <xs:complexType>
-      <xs:sequence>
-        <xs:element name="text" type="between" minOccurs="0" maxOccurs="unbounded"/>
-        <xs:element name="so" fixed="so" type="xs:string" minOccurs="0"/>
-        <xs:element name="some" minOccurs="0">
-          <xs:complexType>
-            <xs:sequence><xs:element name="one" type="xs:int"/></xs:sequence>
-            <xs:attribute name="a" type="between"/>
-            <xs:attribute name="must" use="required"/>
-          </xs:complexType>
-        </xs:element>
-      </xs:sequence>
-    </xs:complexType>
-    <xs:unique name="each"><xs:selector xpath="m:text"/><xs:field xpath="."/></xs:unique>
-  </xs:element>
-  <xs:simpleType name="short">
-    <xs:restriction base="xs:string"><xs:maxLength value="3"/></xs:restriction>
-  </xs:simpleType>
-  <xs:simpleType name="between">
-    <xs:restriction base="short"><xs:minLength value="2"/><xs:pattern value="[a-z]*"/></xs:restriction>
-  </xs:simpleType>
-</xs:schema>)");
-  Reading reading;
-  SchemaCollection colSchemas;
-  colSchemas.add("urn:m", directory.at("schema.xsd"));
-  const auto reader = ValidatingReader::create();
-  reader->putFeature("schema-validation", true);
-  reader->putFeature("exhaustive-errors", true);
-  reader->schemas(colSchemas);
-  reader->contentHandler(&reading.validator);
-  reader->errorHandler(&reading.validator);
-  EXPECT_FALSE(reader->parse("<m:r xmlns:m='urn:m'>" + strContent + "</m:r>"));
-  return reading.validator.errors();
-}
-
-TEST(SaxValidator, RecordsTheKindThatTheSentencesTell) {
-  const char* const contents[] = {
-      "<m:text>long</m:text><m:text>a</m:text><m:text>LONG</m:text><m:text>AB</m:text><m:text/>",
-      "<m:text>ab</m:text><m:text>ab</m:text><m:so>x</m:so>",
-      "<m:some must='' x=''/><m:text>ab</m:text><m:nix>x</m:nix><p:nix xmlns:p='urn:p'/>",
-      "x<m:some a='long'>x<m:one/></m:some>",
-      "<m:some a='a'><m:one>1</m:one><m:one>x</m:one></m:some>",
-      "<m:some a='AB' must=''><m:text>LONGER</m:text></m:some>",
-  };
-  std::set<SchemaErrorKind> kinds;
-  for (const char* content : contents) {
-    SCOPED_TRACE(content);
-    const std::vector<SchemaValidationErr> errors = errorsOf(content);
-    EXPECT_GT(errors.size(), 1U);
-    for (const SchemaValidationErr& error : errors) {
-      EXPECT_EQ(error.kind, kindBySentences(error.message)) << error.message;
-      kinds.insert(error.kind);
-    }
-  }
-  EXPECT_THAT(kinds, ElementsAre(kUnclassified, kContentIncomplete, kContentInvalid, kInvalidValue,
-                                 kUndeclaredElement, kTextNotAllowed, kTooLong, kTooShort));
-}
-
-TEST(SaxValidator, TakesNoQuotedTextForASentence) {
-  const std::vector<SchemaValidationErr> errors =
-      errorsOf("<m:so>MaxLength constraint failed.</m:so>");
-  ASSERT_EQ(errors.size(), 1U);
-  EXPECT_EQ(errors[0].kind, kInvalidValue);
-  EXPECT_EQ(errors[0].message,
-            "Element '{urn:m}so': The actual value 'MaxLength constraint failed.' does not match "
-            "the fixed value constraint 'so'.\r\n"
-            "The element: 'm:so'  has an invalid value according to its data type.");
+TEST(SaxValidator, TakesTheLastKindThatMatches) {
+  const std::string strValue =
+      "The element: 'a'  has an invalid value according to its data type.\r\n";
+  const std::string strIncomplete =
+      "Element content is incomplete according to the DTD/Schema.\r\n";
+  const std::string strInvalid = "Element content is invalid according to the DTD/Schema.\r\n";
+  const std::string strLong = "MaxLength constraint failed.\r\n";
+  const std::string strShort = "MinLength constraint failed.\r\n";
+  const std::string strUndeclared =
+      "The element 'b' is used but not declared in the DTD/Schema.\r\n";
+  const std::string strText = "Text is not allowed in this context according to DTD/Schema.\r\n";
+  const std::string strAttribute =
+      "The attribute 'x' on this element is not defined in the DTD/Schema.\r\n";
+  EXPECT_EQ(kindOf(strInvalid + strIncomplete), 2);
+  EXPECT_EQ(kindOf(strValue + strInvalid), 3);
+  EXPECT_EQ(kindOf(strLong + strValue), 6);
+  EXPECT_EQ(kindOf(strShort + strLong + strValue), 7);
+  EXPECT_EQ(kindOf(strUndeclared + strShort), 4);
+  EXPECT_EQ(kindOf(strText + strUndeclared), 5);
+  EXPECT_EQ(kindOf(strAttribute + strText), kNotRecorded);
 }
 
 TEST(SaxValidator, ExtendsThePathByAnUndeclaredElement) {
   Reading reading;
   reading.start("message", "q").start("body", "q2", "3", "c");
-  EXPECT_EQ(reading.error(undeclared("pbr:Foo")), "/message/body/pbr:Foo|q2|3|c");
+  EXPECT_EQ(reading.error("The element 'pbr:Foo' is used but not declared in the DTD/Schema."),
+            "/message/body/pbr:Foo|q2|3|c");
   EXPECT_EQ(reading.validator.errors()[0].kind, kUndeclaredElement);
+
+  EXPECT_EQ(reading.error("The element 'pbr:Foo' is used but not declared in the DTD/Schema.\r\n"
+                          "Text is not allowed in this context according to DTD/Schema."),
+            "/message/body|q2|3|c")
+      << "the kind is another one then";
 }
 
 TEST(SaxValidator, ExtendsTheEmptyPathByAnUndeclaredRoot) {
   Reading reading;
-  EXPECT_EQ(reading.error(undeclared("r")), "/r|||");
+  EXPECT_EQ(reading.error("The element 'r' is used but not declared in the DTD/Schema."), "/r|||");
 }
 
 TEST(SaxValidator, FollowsTheElementPath) {
@@ -297,7 +227,7 @@ TEST(SaxValidator, TracesAnErrorAndItsRecord) {
   Reading reading;
   reading.start("message").start("a", "q", "2", "c");
   EXPECT_THAT(reading.host.traceLines(), IsEmpty());
-  reading.error({.strMessage = "MaxLength constraint failed."});
+  reading.error("MaxLength constraint failed.");
   EXPECT_THAT(reading.host.traceLines(),
               ElementsAre("SaxValidator: error: MaxLength constraint failed., questionId: q, "
                           "rowIndex: 2, columnId: c",
@@ -307,16 +237,17 @@ TEST(SaxValidator, TracesAnErrorAndItsRecord) {
 
 TEST(SaxValidator, TracesThePathWithoutTheUndeclaredElement) {
   Reading reading;
-  reading.start("m").error(undeclared("x"));
+  reading.start("m").error("The element 'x' is used but not declared in the DTD/Schema.");
   EXPECT_EQ(reading.host.traceLines().at(1), "SaxValidator: xpath: /m");
 }
 
 TEST(SaxValidator, PassesOverAnUndeclaredAttributeInSilence) {
   Reading reading;
   reading.start("message", "q");
-  reading.validator.error(
-      reading.locator,
-      {.kind = ViolationKind::undeclaredAttribute, .strMessage = "text", .strName = "questionId"});
+  reading.validator.error(reading.locator,
+                          "The attribute 'questionId' on this element is not defined in the "
+                          "DTD/Schema.",
+                          1866);
   EXPECT_THAT(reading.validator.errors(), IsEmpty());
   EXPECT_THAT(reading.host.traceLines(), IsEmpty());
 }
@@ -337,6 +268,29 @@ TEST(SaxValidator, RecordsFatalErrorsLikeErrors) {
   EXPECT_EQ(err.xpath + "|" + err.questionId + "|" + err.rowIndex + "|" + err.columnId,
             "/message|q|1|c");
   EXPECT_EQ(err.lastElement, "b");
+}
+
+TEST(SaxValidator, RecordsWarningsLikeErrors) {
+  Reading reading;
+  reading.start("message", "q");
+  reading.validator.ignorableWarning(reading.locator, "MinLength constraint failed.", 3);
+  EXPECT_THAT(reading.host.traceLines(),
+              ElementsAre("SaxValidator: Adding error: MinLength constraint failed."));
+  ASSERT_EQ(reading.validator.errors().size(), 1U);
+  EXPECT_EQ(reading.validator.errors()[0].kind, kTooShort);
+  EXPECT_EQ(reading.validator.errors()[0].questionId, "q");
+}
+
+TEST(SaxValidator, TracesAnUndeclaredAttributeOnlyInAFatalError) {
+  const std::string strMessage =
+      "The attribute 'x' on this element is not defined in the DTD/Schema.";
+  Reading reading;
+  reading.validator.ignorableWarning(reading.locator, strMessage, 3);
+  EXPECT_THAT(reading.host.traceLines(), IsEmpty());
+  reading.validator.fatalError(reading.locator, strMessage, -5);
+  EXPECT_THAT(reading.host.traceLines(), ElementsAre("SaxValidator: fatalError: " + strMessage +
+                                                     ", code -5, line 7, column 9"));
+  EXPECT_THAT(reading.validator.errors(), IsEmpty());
 }
 
 TEST(SaxValidator, TracesNothingForElements) {

@@ -93,7 +93,7 @@ void AttributeChecks::takeUnstated(const TypeDefinition& type) {
     const ExpandedName& expanded = components_.names()[use.declaration->name];
     if (use.blnRequired) {
       const std::string strName = expanded.text();
-      reporter_.report({.kind = ViolationKind::missingAttribute,
+      reporter_.report({.kind = Violation::Kind::missingAttribute,
                         .lngCode = XML_SCHEMAV_CVC_COMPLEX_TYPE_4,
                         .strName = strName});
     } else if (use.value.kind != ValueConstraint::Kind::none) {
@@ -110,7 +110,7 @@ void AttributeChecks::takeUnstated(const TypeDefinition& type) {
 void AttributeChecks::reportValue(const Stated& attribute, std::int32_t lngCode,
                                   std::vector<ValueFaults::FailedFacet> facets,
                                   std::string strWords, const SimpleType* type) {
-  reporter_.report({.kind = ViolationKind::attributeValue,
+  reporter_.report({.kind = Violation::Kind::attributeValue,
                     .lngCode = lngCode,
                     .strName = attribute.name.strWritten,
                     .facets = std::move(facets),
@@ -121,7 +121,7 @@ void AttributeChecks::reportValue(const Stated& attribute, std::int32_t lngCode,
 
 void AttributeChecks::reportUndeclared(const Stated& attribute, std::int32_t lngCode) {
   if (!reporter_.wantsUndeclared(attribute.name)) return;
-  reporter_.report({.kind = ViolationKind::undeclaredAttribute,
+  reporter_.report({.kind = Violation::Kind::undeclaredAttribute,
                     .lngCode = lngCode,
                     .strName = attribute.name.strWritten,
                     .strValue = tag_->value(attribute.lngIndex)});

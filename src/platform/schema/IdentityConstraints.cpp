@@ -320,7 +320,7 @@ std::string IdentityConstraints::designation(const IdentityConstraint& constrain
 
 void IdentityConstraints::report(const IdentityConstraint& constraint, const Violation& violation) {
   Violation told = violation;
-  told.kind = ViolationKind::identity;
+  told.kind = Violation::Kind::identity;
   told.lngCode = XML_SCHEMAV_CVC_IDC;
   const std::string strName = names_[constraint.name].text();
   told.strConstraint = strName;

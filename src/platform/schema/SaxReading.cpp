@@ -147,6 +147,7 @@ std::optional<RuntimeError> SaxReading::read(const Tree& tree) {
 template <class Body>
 std::optional<RuntimeError> SaxReading::readBy(const Body& body) {
   try {
+    if (settings_.contentHandler) settings_.contentHandler->documentLocator(locator_);
     body();
     return outcome();
   } catch (const RuntimeError& error) {
@@ -325,7 +326,9 @@ void SaxReading::flushText() {
 
 void SaxReading::onViolation(const SchemaReport& report) {
   if (blnStopped_) return;
-  if (settings_.errorHandler) settings_.errorHandler->error(here(), report);
+  if (settings_.errorHandler) {
+    settings_.errorHandler->error(here(), report.strMessage, report.lngCode);
+  }
   if (!settings_.blnExhaustive) stop();
 }
 

@@ -15,7 +15,6 @@ class FaultInjector;
 class FileCache;
 class Tree;
 class ViolationHandler;
-struct SchemaReport;
 
 // A streaming reader that checks a text against an XML Schema while it hands out its elements. It
 // reports every violation, in document order, before the content handler hears of the event that
@@ -52,10 +51,12 @@ class SchemaCollection {
   std::unique_ptr<Impl> impl_;
 };
 
-/// Where the reader is in its text; 0 in that of a tree.
+/// Where the reader is in its text.
 struct SaxLocator {
   int lineNumber = 0;
   int columnNumber = 0;
+  std::string publicId;
+  std::string systemId;
 };
 
 /// The attributes of a start tag.
@@ -74,16 +75,20 @@ class SaxHandler {
  public:
   virtual ~SaxHandler() = default;
 
+  virtual void documentLocator(const SaxLocator& oLocator) = 0;
   virtual void startElement(std::string_view strNamespaceURI, std::string_view strLocalName,
                             std::string_view strQName, const SaxAttributes& oAttributes) = 0;
   virtual void endElement(std::string_view strNamespaceURI, std::string_view strLocalName,
                           std::string_view strQName) = 0;
 
-  /// A violation of the schema.
-  virtual void error(const SaxLocator& oLocator, const SchemaReport& report) = 0;
+  /// A violation of the schema: whole sentences, joined by CR LF.
+  virtual void error(const SaxLocator& oLocator, std::string_view strErrorMessage,
+                     std::int32_t nErrorCode) = 0;
   /// The text is not well-formed; the parse fails when this returns.
   virtual void fatalError(const SaxLocator& oLocator, std::string_view strErrorMessage,
                           std::int32_t nErrorCode) = 0;
+  virtual void ignorableWarning(const SaxLocator& oLocator, std::string_view strErrorMessage,
+                                std::int32_t nErrorCode) = 0;
 };
 
 class ValidatingReader {

@@ -1,6 +1,7 @@
 #include "platform/schema/Violation.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 #include "platform/text/Text.h"
@@ -16,8 +17,42 @@ constexpr std::string_view kNewLine = "\r\n";
 constexpr std::size_t kMaxNamesTold = 1'000'000;
 constexpr std::size_t kFewNames = 128;
 
+// A report is known by its sentences, so the library's words must have none of them, whatever text
+// of the message they quote: it is shown with what is told apart here.
+constexpr std::array<std::array<std::string_view, 2>, 3> kToldApart = {
+    {{"DTD/Schema", "DTD / Schema"},
+     {"constraint failed", "constraint  failed"},
+     {"its data type", "its  data type"}}};
+
 void append(std::string& strText, std::initializer_list<std::string_view> parts) {
   for (const std::string_view part : parts) strText += part;
+}
+
+ViolationKind kindOf(Violation::Kind kind) noexcept {
+  using Kind = Violation::Kind;
+  switch (kind) {
+    case Kind::undeclaredElement:
+      return ViolationKind::undeclaredElement;
+    case Kind::invalidContent:
+      return ViolationKind::unexpectedChild;
+    case Kind::incompleteContent:
+      return ViolationKind::missingChild;
+    case Kind::textNotAllowed:
+      return ViolationKind::text;
+    case Kind::undeclaredAttribute:
+      return ViolationKind::undeclaredAttribute;
+    case Kind::missingAttribute:
+      return ViolationKind::missingAttribute;
+    case Kind::elementValue:
+      return ViolationKind::value;
+    case Kind::attributeValue:
+      return ViolationKind::attributeValue;
+    case Kind::identity:
+      return ViolationKind::identity;
+    case Kind::other:
+      break;
+  }
+  return ViolationKind::other;
 }
 
 void addFacets(std::string& strMessage, const std::vector<ValueFaults::FailedFacet>& facets) {
@@ -36,6 +71,9 @@ std::string libraryWords(const MessageName& element, std::string_view strWhat,
   append(strWords, {"Element '", element.expanded(), "'"});
   if (!strAttribute.empty()) append(strWords, {", attribute '", strAttribute, "'"});
   append(strWords, {": ", strWhat});
+  for (const auto& [strPart, strApart] : kToldApart) {
+    strWords = replaceAll(strWords, strPart, strApart);
+  }
   return oneLine(strWords);
 }
 
@@ -45,7 +83,7 @@ void ViolationReporter::report(const Violation& violation) {
 }
 
 void ViolationReporter::reportSentences(const Violation& violation) {
-  using Kind = ViolationKind;
+  using Kind = Violation::Kind;
   if (!sink_ || (violation.kind == Kind::undeclaredAttribute && !blnUndeclaredAttributes_)) return;
   strMessage_.clear();
   switch (violation.kind) {
@@ -53,15 +91,15 @@ void ViolationReporter::reportSentences(const Violation& violation) {
       append(strMessage_,
              {"The element '", violation.strName, "' is used but not declared in the DTD/Schema."});
       break;
-    case Kind::unexpectedChild:
+    case Kind::invalidContent:
       strMessage_ = "Element content is invalid according to the DTD/Schema.";
       addExpected(violation.expected);
       break;
-    case Kind::missingChild:
+    case Kind::incompleteContent:
       strMessage_ = "Element content is incomplete according to the DTD/Schema.";
       addExpected(violation.expected);
       break;
-    case Kind::text:
+    case Kind::textNotAllowed:
       strMessage_ = "Text is not allowed in this context according to DTD/Schema.";
       break;
     case Kind::undeclaredAttribute:
@@ -71,12 +109,12 @@ void ViolationReporter::reportSentences(const Violation& violation) {
     case Kind::missingAttribute:
       append(strMessage_, {"Required attribute '", violation.strName, "' is missing."});
       break;
-    case Kind::value:
+    case Kind::elementValue:
     case Kind::attributeValue:
       if (!violation.strWords.empty()) append(strMessage_, {violation.strWords, kNewLine});
       addFacets(strMessage_, violation.facets);
       append(strMessage_,
-             {violation.kind == Kind::value ? "The element: '" : "The attribute: '",
+             {violation.kind == Kind::elementValue ? "The element: '" : "The attribute: '",
               violation.strName, "'  has an invalid value according to its data type."});
       break;
     case Kind::identity:
@@ -84,11 +122,7 @@ void ViolationReporter::reportSentences(const Violation& violation) {
       strMessage_ = violation.strWords;
       break;
   }
-  sink_({.kind = violation.kind,
-         .strMessage = strMessage_,
-         .strName = violation.strName,
-         .facets = violation.facets,
-         .lngCode = violation.lngCode});
+  sink_({strMessage_, violation.lngCode});
 }
 
 void ViolationReporter::reportOther(std::int32_t lngCode, std::string strWords,
@@ -97,7 +131,7 @@ void ViolationReporter::reportOther(std::int32_t lngCode, std::string strWords,
 }
 
 void ViolationReporter::tellParts(const Violation& violation) {
-  const bool blnOfAttribute = violation.kind == ViolationKind::undeclaredAttribute;
+  const bool blnOfAttribute = violation.kind == Violation::Kind::undeclaredAttribute;
   const std::string_view strAttribute = blnOfAttribute ? violation.strName : violation.strAttribute;
   const auto& aside = parts_.setAside;
   if (std::find(aside.begin(), aside.end(), strAttribute) != aside.end()) return;
@@ -105,12 +139,12 @@ void ViolationReporter::tellParts(const Violation& violation) {
 }
 
 ViolationParts ViolationReporter::partsOf(const Violation& violation) const {
-  using Kind = ViolationKind;
+  using Kind = Violation::Kind;
   const bool blnNamed = violation.kind == Kind::undeclaredAttribute ||
                         violation.kind == Kind::missingAttribute ||
                         violation.kind == Kind::attributeValue;
   ViolationParts parts;
-  parts.kind = violation.kind;
+  parts.kind = kindOf(violation.kind);
   parts.place = violation.place ? *violation.place : here_;
   parts.strAttribute = blnNamed ? violation.strName : violation.strAttribute;
   parts.strValue = violation.strValue;

@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "platform/schema/MessageNames.h"
-#include "platform/schema/SchemaReport.h"
 #include "platform/schema/ViolationParts.h"
 #include "platform/schema/component/Components.h"
 
@@ -17,7 +16,20 @@ namespace Varnel_Tolv_XML_Creation {
 
 /// What is wrong in one place of a message, in parts.
 struct Violation {
-  ViolationKind kind = ViolationKind::other;
+  enum class Kind : std::uint8_t {
+    undeclaredElement,
+    invalidContent,
+    incompleteContent,
+    textNotAllowed,
+    undeclaredAttribute,
+    missingAttribute,
+    elementValue,
+    attributeValue,
+    identity,  // these two: what the library has words of its own for
+    other,
+  };
+
+  Kind kind = Kind::other;
   std::int32_t lngCode = 0;    // the library's number
   std::string_view strName{};  // borrowed: of the element or attribute as written, `{uri}local` of
                                // an attribute that is missing
@@ -40,6 +52,12 @@ struct Violation {
 /// line.
 std::string libraryWords(const MessageName& element, std::string_view strWhat,
                          std::string_view strAttribute = "");
+
+/// Sentences joined by CR LF, and the library's number of the violation.
+struct SchemaReport {
+  std::string_view strMessage;
+  std::int32_t lngCode = 0;
+};
 
 /// Who hears of the parts of violations. Those of attributes in no namespace with one of the names
 /// set aside are not told.

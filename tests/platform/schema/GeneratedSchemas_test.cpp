@@ -105,10 +105,9 @@ TEST(GeneratedSchemas, AreJudgedByOtherEnginesAsByTheDefinition) {
       strList += expected.back().first + "\n";
     }
   });
-  const std::map<std::string, EngineVerdict> others =
-      otherVerdicts(directory.write("list", strList));
+  const std::map<std::string, Verdict> others = otherVerdicts(directory.write("list", strList));
   for (const auto& [strPath, blnValid] : expected) {
-    const EngineVerdict& other = others.at(strPath);
+    const Verdict& other = others.at(strPath);
     EXPECT_FALSE(other.blnSchemaRefused) << strPath;
     EXPECT_EQ(other.blnValid, blnValid) << strPath;
   }

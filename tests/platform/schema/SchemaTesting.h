@@ -11,7 +11,6 @@
 #include <vector>
 
 #include "platform/dom/Document.h"
-#include "platform/schema/SchemaReport.h"
 #include "platform/schema/ValidatingReader.h"
 
 // What the tests of the validating reader share.
@@ -61,6 +60,7 @@ inline std::string schemaText(std::string_view strDeclarations, std::string_view
 /// path of the open elements and the sentences, joined by " + ".
 class Recorder : public SaxHandler {
  public:
+  void documentLocator(const SaxLocator& oLocator) override { locator = &oLocator; }
   void startElement(std::string_view strNamespaceURI, std::string_view strLocalName,
                     std::string_view strQName, const SaxAttributes& /*oAttributes*/) override {
     strNamespace = strNamespaceURI;
@@ -73,20 +73,26 @@ class Recorder : public SaxHandler {
     strPath.resize(strPath.rfind('/'));
     if (blnEvents) lines.push_back(">" + std::string(strQName));
   }
-  void error(const SaxLocator& /*oLocator*/, const SchemaReport& report) override {
-    lines.push_back(strPath + ": " + joined(report.strMessage));
-    codes.push_back(report.lngCode);
+  void error(const SaxLocator& /*oLocator*/, std::string_view strErrorMessage,
+             std::int32_t nErrorCode) override {
+    lines.push_back(strPath + ": " + joined(strErrorMessage));
+    codes.push_back(nErrorCode);
   }
   void fatalError(const SaxLocator& oLocator, std::string_view strErrorMessage,
                   std::int32_t nErrorCode) override {
     lines.push_back("fatal " + std::to_string(nErrorCode) + ", line " +
                     std::to_string(oLocator.lineNumber) + ": " + joined(strErrorMessage));
   }
+  void ignorableWarning(const SaxLocator& /*oLocator*/, std::string_view strErrorMessage,
+                        std::int32_t /*nErrorCode*/) override {
+    lines.push_back("warning: " + joined(strErrorMessage));
+  }
 
   bool blnEvents = true;
   std::vector<std::string> lines;
   std::vector<std::int32_t> codes;
   std::string strNamespace, strLocal;
+  const SaxLocator* locator = nullptr;
 
  private:
   static std::string joined(std::string_view strMessage) {

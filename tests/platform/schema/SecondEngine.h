@@ -23,23 +23,23 @@ namespace Varnel_Tolv_XML_Creation {
 inline constexpr const char* kProgram = "/usr/bin/SAX2Count";  // Debian: libxerces-c-samples
 
 /// What a validator has to say of one message.
-struct EngineVerdict {
+struct Verdict {
   bool blnSchemaRefused = false;  // nothing else counts then
   bool blnValid = true;
   std::set<int> badValues;  // the lines that they end in; each element without children has its own
-  bool operator==(const EngineVerdict&) const = default;
+  bool operator==(const Verdict&) const = default;
 };
 
-inline EngineVerdict readersVerdict(const SchemaCollection& colSchemas,
-                                    const std::string& strText) {
+inline Verdict readersVerdict(const SchemaCollection& colSchemas, const std::string& strText) {
   class Lines : public Recorder {
    public:
-    void error(const SaxLocator& oLocator, const SchemaReport& report) override {
+    void error(const SaxLocator& oLocator, std::string_view strErrorMessage,
+               std::int32_t /*nErrorCode*/) override {
       verdict.blnValid = false;
-      if (report.strMessage.find("has an invalid value") == std::string_view::npos) return;
+      if (strErrorMessage.find("has an invalid value") == std::string_view::npos) return;
       verdict.badValues.insert(oLocator.lineNumber);
     }
-    EngineVerdict verdict;
+    Verdict verdict;
   } recorder;
   const auto reader = ValidatingReader::create();
   reader->putFeature("schema-validation", true);
@@ -61,11 +61,11 @@ inline std::string outputOf(const std::string& strCommand) {
 }
 
 /// The other validator's verdict on each of the files that `strList` names.
-inline std::map<std::string, EngineVerdict> otherVerdicts(const std::string& strList) {
+inline std::map<std::string, Verdict> otherVerdicts(const std::string& strList) {
   const std::string strOutput =
       outputOf(std::string(kProgram) + " -v=always -f -l '" + strList + "' 2>&1");
-  std::map<std::string, EngineVerdict> verdicts;
-  EngineVerdict* verdict = nullptr;
+  std::map<std::string, Verdict> verdicts;
+  Verdict* verdict = nullptr;
   std::string strFile;
   std::istringstream lines(strOutput);
   int lngLine = 0;
@@ -118,14 +118,13 @@ inline void expectAgreement(const SchemaDirectory& directory, const SchemaCollec
     paths.push_back(directory.write("m" + std::to_string(number) + ".xml", messages[number]));
     strList += paths.back() + "\n";
   }
-  const std::map<std::string, EngineVerdict> others =
-      otherVerdicts(directory.write("list", strList));
+  const std::map<std::string, Verdict> others = otherVerdicts(directory.write("list", strList));
   ASSERT_EQ(others.size(), messages.size());
   std::size_t lngValid = 0;
   std::size_t lngBadValues = 0;
   for (std::size_t number = 0; number < messages.size(); ++number) {
-    const EngineVerdict own = readersVerdict(colSchemas, messages[number]);
-    EngineVerdict other = others.at(paths[number]);
+    const Verdict own = readersVerdict(colSchemas, messages[number]);
+    Verdict other = others.at(paths[number]);
     // It repeats bad values at the end of an element whose keys they are.
     std::erase_if(other.badValues,
                   [&](int lngLine) { return isEndTag(messages[number], lngLine); });

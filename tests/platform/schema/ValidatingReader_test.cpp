@@ -78,9 +78,11 @@ TEST(ValidatingReader, HandsOutElementsWithTheirNamesAndAttributes) {
       strPlain = oAttributes.getValueFromName("", "a").value_or("none");
       strOther = oAttributes.getValueFromName("urn:x", "a").value_or("none");
       blnMissing = !oAttributes.getValueFromName("urn:x", "b");
+      lngLine = locator->lineNumber;
     }
     std::string strPlain, strOther;
     bool blnMissing = false;
+    int lngLine = 0;
   } recorder;
   const auto reader = ValidatingReader::create();
   reader->contentHandler(&recorder);
@@ -93,6 +95,7 @@ TEST(ValidatingReader, HandsOutElementsWithTheirNamesAndAttributes) {
   EXPECT_EQ(recorder.strOther, "&amp;&#38;");
   EXPECT_EQ(recorder.strPlain, "<\xc3\xa4");
   EXPECT_TRUE(recorder.blnMissing);
+  EXPECT_EQ(recorder.lngLine, 2);
 }
 
 TEST(ValidatingReader, KnowsNamespacesHoweverTheirCharactersAreWritten) {

@@ -177,11 +177,11 @@ TEST(ViolationReports, TellOnceOfEachValueWithItsFacets) {
        {"a value in pieces is one value",
         "<n><![CDATA[1]]><!-- -->&#x30;</n>",
         {"/n: MaxInclusive constraint failed. + " + badValue("n")}},
-       {"a value that quotes a sentence",
+       {"a value that quotes a sentence, which it is not to be taken for",
         "<fixed>MaxLength constraint failed.</fixed>",
         {"/fixed: " +
          words("fixed",
-               "The actual value 'MaxLength constraint failed.' does not match the fixed value "
+               "The actual value 'MaxLength constraint  failed.' does not match the fixed value "
                "constraint 'so'.") +
          " + " + badValue("fixed")}},
        {"another value than the fixed one",

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -52,21 +53,32 @@ std::string nameOfType(const SimpleType& type) {
   return "a value of the type '" + std::string(strType) + "'";
 }
 
-std::string count(const ViolationParts& parts) {
-  if (parts.type && parts.type->variety() == SimpleType::Variety::list) return "items";
-  return "characters";
+bool isList(const ViolationParts& parts) {
+  return parts.type && parts.type->variety() == SimpleType::Variety::list;
+}
+
+/// So many of something.
+std::string counted(const std::string& strLimit, std::string strOne, std::string_view strEnd = "") {
+  if (strLimit != "1") strOne += 's';
+  return strLimit + ' ' + strOne.append(strEnd);
+}
+
+bool isOfLength(const ValueFaults::FailedFacet& failed) {
+  return failed.facet == Facet::maxLength || failed.facet == Facet::minLength ||
+         failed.facet == Facet::length;
 }
 
 /// What one facet demands.
 std::string demand(const ViolationParts& parts, const ValueFaults::FailedFacet& failed) {
   const std::string& strLimit = failed.strLimit;
+  const char* const item = isList(parts) ? "item" : "character";
   switch (failed.facet) {
     case Facet::maxLength:
-      return "have at most " + strLimit + " " + count(parts);
+      return "have at most " + counted(strLimit, item);
     case Facet::minLength:
-      return "have at least " + strLimit + " " + count(parts);
+      return "have at least " + counted(strLimit, item);
     case Facet::length:
-      return "have exactly " + strLimit + " " + count(parts);
+      return "have exactly " + counted(strLimit, item);
     case Facet::pattern:
       return "have the form " + strLimit;
     case Facet::enumeration:
@@ -80,9 +92,9 @@ std::string demand(const ViolationParts& parts, const ValueFaults::FailedFacet& 
     case Facet::minExclusive:
       return "be more than " + strLimit;
     case Facet::totalDigits:
-      return "have at most " + strLimit + " digits";
+      return "have at most " + counted(strLimit, "digit");
     case Facet::fractionDigits:
-      return "have at most " + strLimit + " digits behind the point";
+      return "have at most " + counted(strLimit, "digit", " behind the point");
     case Facet::whiteSpace:
       break;
   }
@@ -96,14 +108,15 @@ std::string valueWords(const ViolationParts& parts, const std::string& strWhat) 
     if (!parts.strWords.empty()) return strWords + ": " + parts.strWords;
     return parts.type ? strWords + "; it must be " + nameOfType(*parts.type) : strWords;
   }
-  for (const ValueFaults::FailedFacet& failed : parts.facets) {
-    strWords += &failed == parts.facets.data() ? "; it must " : " and ";
+  // The length comes last: behind it is told how long the value is.
+  std::vector<ValueFaults::FailedFacet> facets = parts.facets;
+  std::ranges::stable_partition(facets, std::not_fn(isOfLength));
+  for (const ValueFaults::FailedFacet& failed : facets) {
+    strWords += &failed == facets.data() ? "; it must " : " and ";
     strWords += demand(parts, failed);
-    const bool blnLength = failed.facet == Facet::maxLength || failed.facet == Facet::length ||
-                           failed.facet == Facet::minLength;
-    if (blnLength && count(parts) == "characters" && !parts.strValue.empty()) {
-      strWords += ", and has " + std::to_string(characterCount(parts.strValue));
-    }
+  }
+  if (isOfLength(facets.back()) && !isList(parts) && !parts.strValue.empty()) {
+    strWords += ", and has " + std::to_string(characterCount(parts.strValue));
   }
   return strWords;
 }

@@ -58,9 +58,13 @@ TEST(ViolationWords, SayWhatAValueMustBe) {
        "The value is not allowed; it must have at least 2 characters, and has 1."},
       {ofValue("abc", "string", {{Facet::length, "2"}}),
        "The value is not allowed; it must have exactly 2 characters, and has 3."},
+      {ofValue("abc", "string", {{Facet::maxLength, "1"}}),
+       "The value is not allowed; it must have at most 1 character, and has 3."},
       {ofValue("x", "string", {{Facet::maxLength, "0"}, {Facet::pattern, "[0-9]*"}}),
-       "The value is not allowed; it must have at most 0 characters, and has 1 and have the form "
-       "[0-9]*."},
+       "The value is not allowed; it must have the form [0-9]* and have at most 0 characters, and "
+       "has 1."},
+      {ofValue("", "string", {{Facet::minLength, "1"}, {Facet::pattern, "[0-9]+"}}),
+       "The value is empty; it must have the form [0-9]+ and have at least 1 character."},
       {ofValue("9", "int", {{Facet::maxInclusive, "5"}}),
        "The value is not allowed; it must be at most 5."},
       {ofValue("5", "int", {{Facet::maxExclusive, "5"}}),
@@ -72,9 +76,11 @@ TEST(ViolationWords, SayWhatAValueMustBe) {
       {ofValue("123", "decimal", {{Facet::totalDigits, "2"}}),
        "The value is not allowed; it must have at most 2 digits."},
       {ofValue("1.23", "decimal", {{Facet::fractionDigits, "1"}}),
-       "The value is not allowed; it must have at most 1 digits behind the point."},
+       "The value is not allowed; it must have at most 1 digit behind the point."},
       {ofValue("a b", "NMTOKENS", {{Facet::maxLength, "1"}}),
-       "The value is not allowed; it must have at most 1 items."},
+       "The value is not allowed; it must have at most 1 item."},
+      {ofValue("a b c", "NMTOKENS", {{Facet::length, "2"}}),
+       "The value is not allowed; it must have exactly 2 items."},
   };
   for (const auto& c : cases) EXPECT_EQ(violationWords(c.parts, "m:a", ""), c.words);
 }

@@ -117,6 +117,9 @@ std::string Catalogue::listed(const Names& names) const {
 /// The most particular text that there is for it.
 std::string Catalogue::keyOf(const SchemaViolation& violation) const {
   const std::string strKey = "violation." + std::string(violationKindName(violation.kind));
+  if (const std::string strByCause = strKey + '.' + violation.cause; knows(strByCause)) {
+    return strByCause;
+  }
   switch (violation.kind) {
     case ViolationKind::missingChild:
     case ViolationKind::unexpectedChild:
@@ -128,7 +131,9 @@ std::string Catalogue::keyOf(const SchemaViolation& violation) const {
       const std::string strFacet =
           strKey + '.' + (violation.type.empty() ? violation.facet : typeKey(violation.type));
       const bool blnNothingToName = violation.facet == "enumeration" && violation.allowed.empty();
-      return knows(strFacet) && !blnNothingToName ? strFacet : strKey;
+      if (!knows(strFacet) || blnNothingToName) return strKey;
+      const std::string strOfOne = strFacet + ".one";
+      return violation.limit == "1" && knows(strOfOne) ? strOfOne : strFacet;
     }
     default:
       return strKey;

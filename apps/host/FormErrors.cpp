@@ -28,7 +28,7 @@ std::string causeOf(const SchemaViolation& violation) {
       break;
   }
   return std::string(violationKindName(violation.kind)) + '\n' + violation.facet + '\n' +
-         violation.limit + '\n' + violation.attribute;
+         violation.limit + '\n' + violation.attribute + '\n' + violation.cause;
 }
 
 std::string_view answerAt(const SchemaViolation& violation, const Answers& answers) {

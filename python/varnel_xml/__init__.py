@@ -56,6 +56,8 @@ class Violation(TypedDict):
     rowIndex: str
     columnId: str
     columnText: str
+    cause: str
+    constraint: str
 
 
 @dataclass(frozen=True)

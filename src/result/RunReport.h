@@ -60,8 +60,13 @@ struct SchemaViolation {
   std::string columnId;
   std::string columnText;
   // Of a text that is no value of its type at all: the type of XML Schema that it comes from, such
-  // as "date"; else empty.
+  // as "date". Of `identity`: "key", "unique", "keyref", "ID" or "IDREF". Else empty.
   std::string type = {};
+  // What is known of it beside its kind: of the two of children "answer-missing" when the element
+  // of the question is not there and could stand here; of `identity` "duplicate", "no-match",
+  // "many-matches" or "incomplete". Else empty.
+  std::string cause = {};
+  std::string constraint = {};  // of a key, unique or keyref its name, `{uri}local`; else empty
 };
 
 /// An attribute of the message which the schema declares for its element, and which is gone from

@@ -2,6 +2,7 @@
 #include <regex>
 #include <set>
 
+#include "Catalogue.h"
 #include "CatalogueFiles.h"
 #include "Program.h"
 #include "result/RunReport.h"
@@ -20,6 +21,9 @@ constexpr const char* kFacets[] = {"length",       "minLength",    "maxLength",
                                    "pattern",      "enumeration",  "whiteSpace",
                                    "maxInclusive", "maxExclusive", "minInclusive",
                                    "minExclusive", "totalDigits",  "fractionDigits"};
+constexpr const char* kCounting[] = {"length", "minLength", "maxLength", "totalDigits",
+                                     "fractionDigits"};
+constexpr const char* kCauses[] = {"duplicate", "no-match", "many-matches", "incomplete"};
 constexpr const char* kTypes[] = {
     "date",   "time",    "dateTime",           "gYear",          "boolean",        "gYearMonth",
     "number", "integer", "nonNegativeInteger", "limitedInteger", "positiveInteger"};
@@ -48,10 +52,15 @@ std::vector<std::string> codes() {
       all.push_back("violation." + name + ".unknown");
       all.push_back("violation." + name + ".question");
     }
+    if (name == "unexpected-child") all.push_back("violation." + name + ".answer-missing");
+    if (name == "identity") {
+      for (const char* cause : kCauses) all.push_back("violation." + name + "." + cause);
+    }
     if (name != "value" && name != "attribute-value") continue;
     all.push_back("violation." + name + ".empty");
     for (const char* facet : kFacets) all.push_back("violation." + name + "." + facet);
     for (const char* type : kTypes) all.push_back("violation." + name + ".type." + type);
+    for (const char* facet : kCounting) all.push_back("violation." + name + "." + facet + ".one");
   }
   for (int verdict = 0; verdict <= static_cast<int>(Verdict::notChecked); ++verdict) {
     all.push_back("verdict." + std::string(verdictName(static_cast<Verdict>(verdict))));
@@ -148,8 +157,7 @@ TEST_F(CatalogueOfARun, WordsWhatIsWrong) {
       {"visitors", "", "", "Visitors expected: “many” is not a whole number from 1 on.",
        "Visitors expected: „many“ ist keine ganze Zahl ab 1."},
       {"organiser", "", "",
-       "Organiser: an answer is missing before ev:Email, or ev:Email may not stand here.",
-       "Organiser: Vor ev:Email fehlt eine Antwort, oder ev:Email darf hier nicht stehen."},
+       "Organiser: an answer is missing.", "Organiser: Eine Antwort fehlt."},
       {"closures", "2", "day", "Streets to be closed, row 2, On: “soon” is not a date.",
        "Streets to be closed, Zeile 2, On: „soon“ ist kein Datum."},
       {"closures", "3", "day", "Streets to be closed, row 3, On: an answer is needed.",
@@ -172,6 +180,55 @@ TEST_F(CatalogueOfARun, WordsWhatIsWrong) {
     SCOPED_TRACE(c.question);
     EXPECT_EQ(textAt(english, c), c.english);
     EXPECT_EQ(textAt(german, c), c.german);
+  }
+}
+
+TEST(Catalogue, WordsAViolationByItsCauseAndInTheSingular) {
+  SchemaViolation violation{.questionId = "q", .questionText = "Parcels"};
+  violation.path = "/m:r[1]/m:row[2]";
+  violation.value = "12/9";
+  const struct {
+    ViolationKind kind;
+    const char *facet, *limit, *cause, *english, *german;
+  } cases[] = {
+      {ViolationKind::identity, "", "", "duplicate", "“12/9” is there twice.",
+       "„12/9“ kommt doppelt vor."},
+      {ViolationKind::identity, "", "", "no-match",
+       "“12/9” refers to something that is not there.",
+       "„12/9“ verweist auf etwas, das nicht da ist."},
+      {ViolationKind::identity, "", "", "many-matches", "“12/9” refers to several things.",
+       "„12/9“ verweist auf mehreres."},
+      {ViolationKind::identity, "", "", "incomplete",
+       "an answer is missing by which this is told from others.",
+       "Eine Antwort fehlt, an der man das von anderem unterscheidet."},
+      {ViolationKind::identity, "", "", "", "it cannot be seen which value tells this from others.",
+       "Es ist nicht zu erkennen, welcher Wert das von anderem unterscheidet."},
+      {ViolationKind::unexpectedChild, "", "", "answer-missing", "an answer is missing.",
+       "Eine Antwort fehlt."},
+      {ViolationKind::missingChild, "", "", "answer-missing", "an answer is missing.",
+       "Eine Antwort fehlt."},
+      {ViolationKind::value, "maxLength", "1", "", "at most 1 character is allowed.",
+       "Es darf höchstens 1 Zeichen sein."},
+      {ViolationKind::value, "maxLength", "11", "", "at most 11 characters are allowed.",
+       "Es dürfen höchstens 11 Zeichen sein."},
+      {ViolationKind::value, "minLength", "1", "", "at least 1 character is needed.",
+       "Es muss mindestens 1 Zeichen sein."},
+      {ViolationKind::value, "fractionDigits", "1", "",
+       "“12/9” has more than 1 digit behind the point.",
+       "„12/9“ hat mehr als 1 Nachkommastelle."},
+      {ViolationKind::value, "maxInclusive", "1", "",
+       "“12/9” is above the most that is allowed, 1.",
+       "„12/9“ liegt über dem größten erlaubten Wert 1."},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.english);
+    violation.kind = c.kind;
+    violation.facet = c.facet;
+    violation.limit = c.limit;
+    violation.cause = c.cause;
+    const std::string strPlace = "Parcels: ";
+    EXPECT_EQ(::Catalogue::of("en").text(violation), strPlace + c.english);
+    EXPECT_EQ(::Catalogue::of("de").text(violation), strPlace + c.german);
   }
 }
 

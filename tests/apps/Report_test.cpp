@@ -56,7 +56,7 @@ TEST_F(Report, HasItsKeysInAFixedOrder) {
   EXPECT_THAT(keysOf(report["violations"].front()),
               ElementsAre("kind", "facet", "path", "attribute", "value", "limit", "expected",
                           "message", "questionId", "questionText", "rowIndex", "columnId",
-                          "columnText", "allowed", "type"));
+                          "columnText", "allowed", "type", "cause", "constraint"));
   EXPECT_THAT(keysOf(result("faulty.form", {"--explain"})["report"]),
               ElementsAre("verdict", "reason", "violations", "losses", "journal"));
 }
@@ -149,7 +149,8 @@ TEST_F(Report, TellsAViolationWhole) {
                 "message": "The value is not allowed; it must be one of 'low', 'medium', 'high'.",
                 "questionId": "defects", "questionText": "Defects", "rowIndex": "1",
                 "columnId": "severity", "columnText": "Severity",
-                "allowed": ["low", "medium", "high"], "type": ""})"));
+                "allowed": ["low", "medium", "high"], "type": "", "cause": "",
+                "constraint": ""})"));
   EXPECT_EQ(of("town//"), Json::parse(R"({
                 "kind": "missing-child", "facet": "",
                 "path": "/InspectionReport[1]/Building[1]/bld:Location[1]",
@@ -157,7 +158,8 @@ TEST_F(Report, TellsAViolationWhole) {
                 "expected": ["{urn:example:inspection:building}Town"],
                 "message": "In 'bld:Location' 'Town' is missing.",
                 "questionId": "town", "questionText": "Town", "rowIndex": "", "columnId": "",
-                "columnText": "", "allowed": [], "type": ""})"));
+                "columnText": "", "allowed": [], "type": "", "cause": "answer-missing",
+                "constraint": ""})"));
 }
 
 TEST_F(Report, NamesTheObjectListWhereThatDecides) {

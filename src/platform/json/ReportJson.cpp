@@ -52,7 +52,9 @@ class Writer {
                        {"columnId", violation.columnId},
                        {"columnText", violation.columnText},
                        {"allowed", violation.allowed},
-                       {"type", violation.type}});
+                       {"type", violation.type},
+                       {"cause", violation.cause},
+                       {"constraint", violation.constraint}});
   }
 
   static Json toJson(const TakenAttribute& taken) {

@@ -3,6 +3,7 @@
 #include <libxml/xmlerror.h>
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 #include "result/RuntimeError.h"
@@ -41,6 +42,11 @@ bool leadsToLast(const std::vector<IdentityPath>& alternatives,
                  const std::vector<OpenElement>& open, std::size_t lngFrom) noexcept {
   return std::any_of(alternatives.begin(), alternatives.end(),
                      [&](const IdentityPath& path) { return leadsToLast(path, open, lngFrom); });
+}
+
+std::string_view kindName(const IdentityConstraint& constraint) noexcept {
+  if (constraint.kind == IdentityConstraint::Kind::key) return "key";
+  return constraint.kind == IdentityConstraint::Kind::unique ? "unique" : "keyref";
 }
 
 /// How far below its target a field of a constraint may lead.
@@ -148,6 +154,7 @@ void IdentityConstraints::take(const FieldOfTarget& field, const OpenElement& el
   Target& target = targets_[field.lngTarget];
   const IdentityConstraint& constraint = *scopes_[target.lngScope].constraint;
   char32_t& number = target.fields.key[field.lngField];
+  target.fields.lngElement = reporter_.here().lngElement;
   const auto refuse = [&](std::string_view strWhat) {
     countOne();
     std::string strWords("The XPath '");
@@ -192,12 +199,8 @@ void IdentityConstraints::closeTarget(const Target& target, const OpenElement& e
   Table& table = *tableAt(&constraint, scope.lngDepth);
   const auto [entry, blnNew] = table.entries.try_emplace(target.fields.key, own);
   if (!blnNew && entry->second.lngDepth == scope.lngDepth && !entry->second.blnConflict) {
-    const std::string strKey = shown(target.fields);
-    const std::string strWhat =
-        "Duplicate key-sequence " + strKey + " in " + designation(constraint) + ".";
-    return report(constraint, {.strWords = libraryWords(*element.name, strWhat),
-                               .strValue = strKey,
-                               .identity = IdentityFault::duplicate});
+    return reportKey(constraint, IdentityFault::duplicate,
+                     {target.fields, element.name, reporter_.here()}, "Duplicate");
   }
   entry->second = own;  // whatever came from further down
 }
@@ -207,25 +210,19 @@ void IdentityConstraints::closeScope(const Scope& scope) {
   --askedFor_[scope.constraint->refer];
   const Table* table = tableAt(scope.constraint->refer, scope.lngDepth);
   for (const Reference& reference : scope.references) {
-    const char* found = "No match";
+    const char* found = "No match found for";
     IdentityFault fault = IdentityFault::noMatch;
     if (table) {
       const auto entry = table->entries.find(reference.fields.key);
       if (entry != table->entries.end()) {
         if (!entry->second.blnConflict) continue;
         if (entry->second.lngDepth == scope.lngDepth) {
-          found = "More than one match";
+          found = "More than one match found for";
           fault = IdentityFault::manyMatches;
         }
       }
     }
-    const std::string strKey = shown(reference.fields);
-    const std::string strWhat = std::string(found) + " found for key-sequence " + strKey +
-                                " of keyref '" + names_[scope.constraint->name].text() + "'.";
-    report(*scope.constraint, {.strWords = libraryWords(*reference.element, strWhat),
-                               .strValue = strKey,
-                               .identity = fault,
-                               .place = &reference.place});
+    reportKey(*scope.constraint, fault, reference, found);
   }
 }
 
@@ -300,22 +297,38 @@ void IdentityConstraints::takeValue(Fields& fields, std::size_t lngField, const 
   fields.types[lngField] = knownType->second;
 }
 
-/// `['a', 'b']`
-std::string IdentityConstraints::shown(const Fields& fields) const {
+/// The values of all fields.
+std::string IdentityConstraints::shown(const Fields& fields, std::string_view strBetween) const {
   std::string strShown;
   for (std::size_t field = 0; field < fields.key.size(); ++field) {
-    strShown += field == 0 ? "['" : "', '";
+    if (field > 0) strShown += strBetween;
     const std::string& strValue = values_[fields.key[field] - kUnknown - 1];
     strShown += types_[fields.types[field]]->canonical(strValue, lookup_);
   }
-  return strShown + "']";
+  return strShown;
 }
 
 std::string IdentityConstraints::designation(const IdentityConstraint& constraint) const {
-  const char* kind = "keyref";
-  if (constraint.kind == IdentityConstraint::Kind::key) kind = "key";
-  if (constraint.kind == IdentityConstraint::Kind::unique) kind = "unique";
-  return std::string(kind) + " identity-constraint '" + names_[constraint.name].text() + "'";
+  return std::string(kindName(constraint)) + " identity-constraint '" +
+         names_[constraint.name].text() + "'";
+}
+
+/// What was found of the values of a target: the sentence has them as `['a', 'b']`.
+void IdentityConstraints::reportKey(const IdentityConstraint& constraint, IdentityFault fault,
+                                    const Reference& target, std::string_view strFound) {
+  const std::string strKey = " key-sequence ['" + shown(target.fields, "', '") + "']";
+  const std::string strWhat =
+      std::string(strFound) + strKey +
+      (fault == IdentityFault::duplicate ? " in " + designation(constraint)
+                                         : " of keyref '" + names_[constraint.name].text() + "'");
+  const std::string strValue = shown(target.fields, ", ");
+  const bool blnOneField = constraint.fields.size() == 1;
+  report(constraint,
+         {.strWords = libraryWords(*target.element, strWhat + "."),
+          .strValue = strValue,
+          .identity = fault,
+          .lngField = blnOneField ? std::optional(target.fields.lngElement) : std::nullopt,
+          .place = &target.place});
 }
 
 void IdentityConstraints::report(const IdentityConstraint& constraint, const Violation& violation) {
@@ -324,6 +337,7 @@ void IdentityConstraints::report(const IdentityConstraint& constraint, const Vio
   told.lngCode = XML_SCHEMAV_CVC_IDC;
   const std::string strName = names_[constraint.name].text();
   told.strConstraint = strName;
+  told.strConstraintKind = kindName(constraint);
   reporter_.report(told);
 }
 

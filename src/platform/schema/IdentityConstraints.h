@@ -83,7 +83,8 @@ class IdentityConstraints {
   /// What the fields of a target have led to.
   struct Fields {
     KeySequence key;
-    std::u32string types;  // of the values, by their numbers in `types_`; to tell them
+    std::u32string types;        // of the values, by their numbers in `types_`; to tell them
+    std::size_t lngElement = 0;  // the number of the one where the last value was found
 
     explicit Fields(std::size_t lngCount) : key(lngCount, kAbsent), types(lngCount, 0) {}
   };
@@ -131,9 +132,11 @@ class IdentityConstraints {
   Table* tableAt(const IdentityConstraint* constraint, std::size_t lngDepth);
   void takeValue(Fields& fields, std::size_t lngField, const SimpleType& type,
                  std::string_view strText);
-  std::string shown(const Fields& fields) const;
+  std::string shown(const Fields& fields, std::string_view strBetween) const;
   std::string designation(const IdentityConstraint& constraint) const;
   void report(const IdentityConstraint& constraint, const Violation& violation);
+  void reportKey(const IdentityConstraint& constraint, IdentityFault fault, const Reference& target,
+                 std::string_view strFound);
   void countOne();
 
   const NameTable& names_;

@@ -154,6 +154,8 @@ ViolationParts ViolationReporter::partsOf(const Violation& violation) const {
   parts.missing = namesOf(violation.missing);
   parts.identity = violation.identity;
   parts.strConstraint = violation.strConstraint;
+  parts.strConstraintKind = violation.strConstraintKind;
+  parts.lngField = violation.lngField;
   parts.strWords = violation.strWords;
   return parts;
 }

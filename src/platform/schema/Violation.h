@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -44,6 +45,8 @@ struct Violation {
   std::string_view strAttribute{};   // borrowed: of `other` and `identity`
   IdentityFault identity = IdentityFault::none;
   std::string_view strConstraint{};                  // borrowed: of `identity`, `{uri}local`
+  std::string_view strConstraintKind{};              // "key", "unique", "keyref"
+  std::optional<std::size_t> lngField{};             // the element with the value of its only field
   std::vector<const ElementDeclaration*> missing{};  // what `expected` has to begin with
   const MessagePlace* place = nullptr;               // null: where the reporter is
 };

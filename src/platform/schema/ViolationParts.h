@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -36,14 +37,16 @@ struct ViolationParts {
   ViolationKind kind = ViolationKind::other;
   MessagePlace place;
   std::string strAttribute;          // as written, `{uri}local` of one that is missing; or empty
-  std::string strValue;              // as written; of an identity constraint: the key sequence
+  std::string strValue;              // as written; of an identity constraint: those of its fields
   const SimpleType* type = nullptr;  // that the value is none of; of the schema, so borrowed
   std::vector<ValueFaults::FailedFacet> facets;
   std::vector<ExpandedName> expected;  // what could stand there
   std::vector<ExpandedName> missing;   // the fewest elements without which it may not go on here
   IdentityFault identity = IdentityFault::none;
-  std::string strConstraint;  // its name, `{uri}local`; empty for ID and IDREF
-  std::string strWords;       // the library's own, where there are any
+  std::string strConstraint;           // its name, `{uri}local`; empty for ID and IDREF
+  std::string_view strConstraintKind;  // "key", "unique", "keyref"
+  std::optional<std::size_t> lngField;  // the number of the element which holds its only field
+  std::string strWords;                 // the library's own, where there are any
 };
 
 /// Hears of every violation, in no order but that of `MessagePlace::lngTag`: one that can only be

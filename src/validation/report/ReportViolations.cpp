@@ -1,6 +1,7 @@
 #include "validation/report/ReportViolations.h"
 
 #include <optional>
+#include <string_view>
 #include <unordered_map>
 #include <utility>
 
@@ -19,6 +20,8 @@ namespace {
 // cells, each of which could have any of thousands of codes.
 constexpr std::size_t kMostAllowedValues = 100'000;
 
+constexpr std::string_view kAnswerMissing = "answer-missing";
+
 /// One report in the making.
 class Violations {
  public:
@@ -32,7 +35,10 @@ class Violations {
   void add(const std::vector<ViolationParts>& violations,
            const std::vector<ViolationRecorder::DeclaredMark>& declaredMarks) {
     std::vector<std::size_t> wanted;
-    for (const ViolationParts& parts : violations) wanted.push_back(parts.place.lngElement);
+    for (const ViolationParts& parts : violations) {
+      wanted.push_back(parts.place.lngElement);
+      if (parts.lngField) wanted.push_back(*parts.lngField);
+    }
     for (const auto& mark : declaredMarks) wanted.push_back(mark.place.lngElement);
     elements_ = markedElements(documents_.message(), std::move(wanted));
     for (const ViolationParts& parts : violations) add(parts);
@@ -40,12 +46,20 @@ class Violations {
   }
 
  private:
+  /// Whose a violation is, and what is known of it beside its kind.
+  struct Origin {
+    Marks marks;
+    std::string_view strCause;
+  };
+
   void add(const ViolationParts& parts) {
     const MarkedElement& element = elements_[parts.place.lngElement];
     const bool blnAtEnd = parts.kind == ViolationKind::missingChild;
     const bool blnBefore = parts.kind == ViolationKind::unexpectedChild && !parts.missing.empty();
     if (blnAtEnd || blnBefore) return addMissing(parts, element);
-    addAt(parts, element.strPath, element, composed_.atFault(parts, marksFor(element)));
+    const MarkedElement& holder = parts.lngField ? elements_.at(*parts.lngField) : element;
+    addAt(parts, element.strPath, element,
+          {composed_.atFault(parts, marksFor(holder)), identityCause(parts)});
   }
 
   /// One violation for each element that is missing; the first is the one that the schema tells of.
@@ -72,18 +86,19 @@ class Violations {
 
   /// The question of the first of these elements whose question is known; else that of the element
   /// in which they are missing.
-  Marks missingMarks(const std::string& strParent, const std::vector<ExpandedName>& names,
-                     const Marks& around) {
+  Origin missingMarks(const std::string& strParent, const std::vector<ExpandedName>& names,
+                      const Marks& around) {
     for (const ExpandedName& name : names) {
       if (std::optional<Marks> marks = missing_.find(strParent, name.strLocal, around)) {
-        return *std::move(marks);
+        return {*std::move(marks), kAnswerMissing};
       }
     }
-    return around;
+    return {around, {}};
   }
 
   void addAt(const ViolationParts& parts, const std::string& strPath, const MarkedElement& element,
-             const Marks& marks) {
+             const Origin& origin) {
+    const Marks& marks = origin.marks;
     const std::string strId = park_.idOf(marks.strQuestionId);
     SchemaViolation violation;
     violation.kind = parts.kind;
@@ -91,7 +106,10 @@ class Violations {
       violation.facet = facetName(parts.facets.front().facet);
       violation.limit = parts.facets.front().strLimit;
     }
-    violation.type = typeOfNoValue(parts);
+    violation.type =
+        parts.kind == ViolationKind::identity ? identityType(parts) : typeOfNoValue(parts);
+    violation.cause = origin.strCause;
+    violation.constraint = parts.strConstraint;
     violation.path = strPath;
     violation.attribute = parts.strAttribute;
     violation.value = parts.strValue;

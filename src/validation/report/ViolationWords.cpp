@@ -138,7 +138,7 @@ std::string contentWords(const ViolationParts& parts, const std::string& strElem
 
 std::string identityWords(const ViolationParts& parts, const std::string& strRow) {
   const bool blnKey = !parts.strConstraint.empty();
-  const std::string strValue = blnKey ? parts.strValue : "'" + parts.strValue + "'";
+  const std::string strValue = "'" + parts.strValue + "'";
   const std::string strKey = " '" + parts.strConstraint + "'";
   const std::string strWhere = strRow.empty() ? "" : " (row " + strRow + ")";
   switch (parts.identity) {
@@ -209,6 +209,28 @@ std::string typeOfNoValue(const ViolationParts& parts) {
   const bool blnNoValue = blnOfValue && parts.facets.empty() && parts.strWords.empty();
   if (!blnNoValue || !parts.type || parts.type->variety() != SimpleType::Variety::atomic) return {};
   return std::string(parts.type->builtInName());
+}
+
+std::string identityType(const ViolationParts& parts) {
+  if (!parts.strConstraint.empty()) return std::string(parts.strConstraintKind);
+  return parts.identity == IdentityFault::duplicate ? "ID" : "IDREF";
+}
+
+std::string_view identityCause(const ViolationParts& parts) {
+  switch (parts.identity) {
+    case IdentityFault::duplicate:
+      return "duplicate";
+    case IdentityFault::noMatch:
+      return "no-match";
+    case IdentityFault::manyMatches:
+      return "many-matches";
+    case IdentityFault::incomplete:
+      return "incomplete";
+    case IdentityFault::noField:
+    case IdentityFault::none:
+      break;
+  }
+  return {};
 }
 
 std::string violationWords(const ViolationParts& parts, const std::string& strElement,

@@ -23,6 +23,12 @@ SchemaViolation wrong(std::string strFacet, std::string strLimit, std::string st
   return made;
 }
 
+SchemaViolation because(const char* cause, SchemaViolation made) {
+  made.cause = cause;
+  made.value = "7";
+  return made;
+}
+
 std::vector<std::string> textsOf(const RunReport& report) {
   std::vector<std::string> texts;
   for (const FormError& error : errorsOf(report, Catalogue::of("en"), {})) {
@@ -60,6 +66,14 @@ TEST(FormErrors, TellOneForEachPlaceAndCause) {
        {violation(ViolationKind::missingChild, "t", "1", "c"),
         violation(ViolationKind::missingChild, "t", "1", "d")},
        {"An answer is missing.", "An answer is missing."}},
+      {"an answer is missing before another element",
+       {because("answer-missing", violation(ViolationKind::unexpectedChild, "q"))},
+       {"An answer is missing."}},
+      {"a value is there twice, in two keys, and refers to nothing",
+       {because("duplicate", violation(ViolationKind::identity, "q")),
+        because("duplicate", violation(ViolationKind::identity, "q")),
+        because("no-match", violation(ViolationKind::identity, "q"))},
+       {"“7” is there twice.", "“7” refers to something that is not there."}},
       {"no answer is to blame, twice",
        {violation(ViolationKind::identity, ""), violation(ViolationKind::text, "")},
        {""}},

@@ -42,7 +42,10 @@ class PartsRecorder : public ViolationHandler {
       }
       if (!parts.expected.empty()) strLine += " expected:" + joined(parts.expected);
       if (!parts.missing.empty()) strLine += " missing:" + joined(parts.missing);
-      if (!parts.strConstraint.empty()) strLine += " key " + parts.strConstraint;
+      if (!parts.strConstraint.empty()) {
+        strLine += " " + std::string(parts.strConstraintKind) + " " + parts.strConstraint;
+      }
+      if (parts.lngField) strLine += " in " + std::to_string(*parts.lngField);
       lines.push_back(strLine);
     }
     return lines;
@@ -227,15 +230,29 @@ TEST(ViolationParts, TellTheKeyItsValueAndTheElement) {
       kKeys,
       {{"a value that is there already",
         "<r><m><id>1</id></m><m><id>01</id></m></r>",
-        {"3 identity '['1']' key ids"}},
+        {"3 identity '1' key ids in 4"}},
        {"a part without a value", "<r><m><id>1</id></m><m/></r>", {"3 identity key ids"}},
        {"a reference to nothing, told where it stands",
         "<r><m><id>1</id><ref>2</ref></m><m><id>x</id></m></r>",
-        {"1 identity '['2']' key refs", "5 value 'x'"}},
+        {"1 identity '2' keyref refs in 3", "5 value 'x'"}},
        {"an identifier that is there already", "<ids><i>a</i><i>a</i></ids>", {"2 identity 'a'"}},
        {"a reference to no identifier, told where it stands",
         "<ids><i>a</i><to r='b'/><to r='a'/></ids>",
         {"2 identity @r 'b'"}}});
+}
+
+TEST(ViolationParts, TellTheValuesOfAKeyOfSeveralFieldsAndNoElementOfThem) {
+  expectParts("<xs:element name='r'><xs:complexType><xs:sequence>"
+              "<xs:element name='m' maxOccurs='unbounded'><xs:complexType>"
+              "<xs:attribute name='a' type='xs:int'/><xs:attribute name='b'/></xs:complexType>"
+              "</xs:element></xs:sequence></xs:complexType>"
+              "<xs:unique name='both'><xs:selector xpath='m'/><xs:field xpath='@a'/>"
+              "<xs:field xpath='@b'/></xs:unique>"
+              "<xs:unique name='one'><xs:selector xpath='m'/><xs:field xpath='@a'/></xs:unique>"
+              "</xs:element>",
+              {{"two attributes of the element itself",
+                "<r><m a='1' b='x'/><m a='01' b='x'/></r>",
+                {"2 identity '1, x' unique both", "2 identity '1' unique one in 2"}}});
 }
 
 TEST(ViolationParts, SayWhatIsWrongWithAKey) {

@@ -145,11 +145,74 @@ TEST(ReportedViolations, TellTheKeyItsValueAndTheRow) {
   ASSERT_EQ(violations.size(), 1U);
   EXPECT_EQ(violations[0].kind, ViolationKind::identity);
   EXPECT_EQ(violations[0].path, "/m:r[1]/m:row[2]");
-  EXPECT_EQ(violations[0].value, "['7']");
+  EXPECT_EQ(violations[0].type, "key");
+  EXPECT_EQ(violations[0].cause, "duplicate");
+  EXPECT_EQ(violations[0].constraint, "{urn:m}numbers");
+  EXPECT_EQ(violations[0].facet, "");
+  EXPECT_EQ(violations[0].value, "7");
   EXPECT_EQ(violations[0].message,
-            "The value ['7'] of the key '{urn:m}numbers' is there a second time (row 3).");
+            "The value '7' of the key '{urn:m}numbers' is there a second time (row 3).");
   EXPECT_EQ(violations[0].questionId, "t");
   EXPECT_EQ(violations[0].rowIndex, "3");
+  EXPECT_EQ(violations[0].columnId, "no");
+  EXPECT_EQ(violations[0].columnText, "Number");
+}
+
+TEST(ReportedViolations, NameNoColumnOfAKeyOfSeveralFields) {
+  std::string strRows = kRows;
+  const std::string strField = "<xs:field xpath='m:no'/>";
+  strRows.replace(strRows.find(strField), strField.size(), strField + "<xs:field xpath='m:day'/>");
+  ReportedMessage message(strRows);
+  message.strPark = kTable;
+  const std::string strDay = "<m:day>2026-01-02</m:day>";
+  const std::vector<SchemaViolation> violations =
+      message.violations(markedRow("1", "7", strDay) + markedRow("3", "7", strDay));
+  ASSERT_EQ(violations.size(), 1U);
+  EXPECT_EQ(violations[0].value, "7, 2026-01-02");
+  EXPECT_EQ(violations[0].rowIndex, "3");
+  EXPECT_EQ(violations[0].columnId, "");
+}
+
+TEST(ReportedViolations, TellWhatIsWrongWithAKeyAReferenceOrAnIdentifier) {
+  const std::string strOf =
+      "<xs:element name='main' minOccurs='0' type='xs:int'/><xs:element name='ids' minOccurs='0'>"
+      "<xs:complexType><xs:sequence><xs:element name='id' type='xs:ID' maxOccurs='9'/>"
+      "<xs:element name='to' type='xs:IDREF' minOccurs='0'/></xs:sequence></xs:complexType>"
+      "</xs:element>";
+  const struct {
+    const char *says, *content, *type, *cause, *constraint, *value, *whose;
+  } cases[] = {
+      {"a reference to nothing", "<m:main questionId='main'>8</m:main>", "keyref", "no-match",
+       "{urn:m}mains", "8", "main//"},
+      {"a key without its value", "<m:row/>", "key", "incomplete", "{urn:m}numbers", "", "//"},
+      {"an identifier twice", "<m:ids><m:id>a</m:id><m:id questionId='q'>a</m:id></m:ids>", "ID",
+       "duplicate", "", "a", "q//"},
+      {"a reference to no identifier",
+       "<m:ids><m:id>a</m:id><m:to questionId='q'>b</m:to></m:ids>", "IDREF", "no-match", "", "b",
+       "q//"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    ReportedMessage message(
+        "<xs:element name='r'><xs:complexType><xs:choice minOccurs='0' maxOccurs='9'>"
+        "<xs:element name='row'><xs:complexType><xs:sequence>"
+        "<xs:element name='no' type='xs:int' minOccurs='0'/></xs:sequence></xs:complexType>"
+        "</xs:element>" +
+        strOf +
+        "</xs:choice></xs:complexType>"
+        "<xs:key name='numbers'><xs:selector xpath='m:row'/><xs:field xpath='m:no'/></xs:key>"
+        "<xs:keyref name='mains' refer='m:numbers'><xs:selector xpath='m:main'/>"
+        "<xs:field xpath='.'/></xs:keyref></xs:element>");
+    const std::vector<SchemaViolation> violations = message.violations(c.content);
+    ASSERT_EQ(violations.size(), 1U);
+    const SchemaViolation& one = violations.front();
+    EXPECT_EQ(one.kind, ViolationKind::identity);
+    EXPECT_EQ(one.type, c.type);
+    EXPECT_EQ(one.cause, c.cause);
+    EXPECT_EQ(one.constraint, c.constraint);
+    EXPECT_EQ(one.value, c.value);
+    EXPECT_EQ(one.questionId + "/" + one.rowIndex + "/" + one.columnId, c.whose);
+  }
 }
 
 TEST(ReportedViolations, LeadAMarkInLowerCaseToTheObjectAsItIsWritten) {
@@ -262,6 +325,58 @@ TEST(ReportedViolations, NameTheQuestionWhoseElementIsMissing) {
     message.strTypes = c.strTypes;
     message.strPark = c.strPark;
     EXPECT_THAT(message.check(c.strContent), ElementsAre(c.strFound));
+  }
+}
+
+TEST(ReportedViolations, TellWhetherTheElementOfTheQuestionIsMissing) {
+  const std::string strQuestions =
+      question("no", "/m:r/m:head/m:no") + question("owner", "/m:r/m:site/m:owner/m:name");
+  const std::string strSite = "<m:site>" + std::string(kOwner) + "</m:site>";
+  const struct {
+    const char *says, *questions;
+    std::string strContent;
+    const char *found, *cause;
+  } cases[] = {
+      {"at the end of its parent", strQuestions.c_str(), "<m:head/>" + strSite,
+       "missing-child no", "answer-missing"},
+      {"before another element", strQuestions.c_str(),
+       "<m:head><m:kind>x</m:kind></m:head>" + strSite, "unexpected-child no", "answer-missing"},
+      {"the element around its place", strQuestions.c_str(),
+       std::string(kHead) + "<m:site><m:row><m:a/><m:b/></m:row></m:site>",
+       "unexpected-child owner", "answer-missing"},
+      {"not when nobody knows whose it is", "", "<m:head><m:kind>x</m:kind></m:head>" + strSite,
+       "unexpected-child ", ""},
+      {"nor of the question of the element around it", "",
+       std::string(kHead) + "<m:site><m:owner questionId='owner'/></m:site>",
+       "missing-child owner", ""},
+      {"nor of one that may stand nowhere here", strQuestions.c_str(),
+       std::string(kHead) + strSite + "<m:head questionId='no'/>", "unexpected-child no", ""},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    ReportedMessage message(kSite);
+    message.strQuestions = c.questions;
+    message.strPark = field("no", "") + field("owner", "");
+    const std::vector<SchemaViolation> violations = message.violations(c.strContent);
+    ASSERT_FALSE(violations.empty());
+    const SchemaViolation& first = violations.front();
+    EXPECT_EQ(std::string(violationKindName(first.kind)) + " " + first.questionId, c.found);
+    EXPECT_EQ(first.cause, c.cause);
+  }
+}
+
+TEST(ReportedViolations, KnowAnAnswerAsMissingOfARequiredChoice) {
+  ReportedMessage message(
+      "<xs:element name='r'><xs:complexType><xs:sequence><xs:choice>"
+      "<xs:element name='mail'/><xs:element name='phone'/></xs:choice>"
+      "<xs:element name='end'/></xs:sequence></xs:complexType></xs:element>");
+  message.strPark = field("mail", "") + field("phone", "");
+  for (const char* const strOf : {"mail", "phone"}) {
+    message.strQuestions = question(strOf, ("/m:r/m:" + std::string(strOf)).c_str());
+    const std::vector<SchemaViolation> violations = message.violations("<m:end/>");
+    ASSERT_EQ(violations.size(), 1U);
+    EXPECT_EQ(violations.front().questionId, strOf);
+    EXPECT_EQ(violations.front().cause, "answer-missing");
   }
 }
 

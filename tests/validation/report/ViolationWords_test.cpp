@@ -134,15 +134,15 @@ TEST(ViolationWords, NameAKeyItsValueAndTheRow) {
     ViolationParts parts;
     const char *row, *words;
   } cases[] = {
-      {ofKey(IdentityFault::duplicate, "['7']", "meters"), "3",
-       "The value ['7'] of the key 'meters' is there a second time (row 3)."},
+      {ofKey(IdentityFault::duplicate, "7", "meters"), "3",
+       "The value '7' of the key 'meters' is there a second time (row 3)."},
       {ofKey(IdentityFault::duplicate, "a", ""), "", "The identifier 'a' is there a second time."},
-      {ofKey(IdentityFault::noMatch, "['7']", "{urn:m}of"), "",
-       "The value ['7'] of the reference '{urn:m}of' leads to nothing that is there."},
+      {ofKey(IdentityFault::noMatch, "7", "{urn:m}of"), "",
+       "The value '7' of the reference '{urn:m}of' leads to nothing that is there."},
       {ofKey(IdentityFault::noMatch, "a", ""), "2",
        "The reference 'a' leads to nothing that is there (row 2)."},
-      {ofKey(IdentityFault::manyMatches, "['7']", "of"), "",
-       "The value ['7'] of the reference 'of' leads to more than one."},
+      {ofKey(IdentityFault::manyMatches, "7", "of"), "",
+       "The value '7' of the reference 'of' leads to more than one."},
       {ofKey(IdentityFault::incomplete, "", "meters"), "1",
        "A part of the key 'meters' has no value (row 1)."},
       {ofKey(IdentityFault::noField, "", "meters"), "", "the words of the library."},

@@ -42,6 +42,7 @@ Explanation explain(const Options& options, const SubmissionOutputs& run) {
   Explanation explanation;
   explanation.strForm = options.form.value_or("");
   if (!run.objAck.Success()) explanation.strFailure = run.objAck.ErrorDetail();
+  if (!report.failedAt.empty()) explanation.strFailure += ": " + report.failedAt;
   explanation.strVerdict = verdictName(report.verdict);
   if (!report.reason.empty()) explanation.strVerdict += ": " + report.reason;
   auto loss = report.losses.begin();  // one for each lost answer of the journal, in its order

@@ -52,15 +52,16 @@ RunOutcome outcomeOf(const RunOutputs& outputs, const RunReport& report, bool bl
   return report.losses.empty() ? RunOutcome::accepted : RunOutcome::refused;
 }
 
-/// The code of the failure and the kind of the reason. What stands behind its colon may quote an
-/// answer; the report that is kept with the form has it.
+/// The code of the failure, the kind of the reason and where the run failed. What else stands
+/// behind its colon may quote an answer; the report that is kept with the form has it.
 std::string reasonOf(const Acknowledge& objAck, const RunReport& report) {
   std::string strReason = report.reason.substr(0, report.reason.find(':'));
   if (objAck.Success()) return strReason;
   if (!strReason.empty()) strReason += ": ";
   const auto strName = ReturnValueName(objAck.ErrorCode());
-  return strReason +
-         (strName ? std::string(*strName) : "run-time error " + std::to_string(objAck.ErrorCode()));
+  strReason +=
+      strName ? std::string(*strName) : "run-time error " + std::to_string(objAck.ErrorCode());
+  return report.failedAt.empty() ? strReason : strReason + ": " + report.failedAt;
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "platform/dom/Document.h"
@@ -117,6 +118,9 @@ class AnswerLog {
   /// A hidden field was listed with its value.
   void hiddenField(const Node& objHiddenField, std::string_view strValue);
 
+  /// The run fails here, as `RunReport::failedAt` has it.
+  void fails(std::string strWhere) { strFailure_ = std::move(strWhere); }
+
   /// All of the form is parked.
   void parked() { blnParked_ = true; }
 
@@ -160,6 +164,7 @@ class AnswerLog {
 
   // What was noted.
 
+  const std::string& failure() const noexcept { return strFailure_; }
   bool wasParked() const noexcept { return blnParked_; }
   bool hasJournal() const noexcept { return blnJournal_; }
   /// The names of the submitted fields that were never read.
@@ -195,6 +200,7 @@ class AnswerLog {
   std::optional<FormReads> reads_;
   std::optional<NodeList> colObjects_;
   Node objEndMark_;
+  std::string strFailure_;
   bool blnParked_ = false;
   bool blnBoxNotOn_ = false;
   std::vector<Table> tables_;

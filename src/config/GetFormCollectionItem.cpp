@@ -1,5 +1,7 @@
 #include "config/GetFormCollectionItem.h"
 
+#include <algorithm>
+
 #include "config/AnswerLog.h"
 #include "platform/host/WebRequest.h"
 #include "result/Guarded.h"
@@ -40,6 +42,16 @@ bool readsEmpty(const Session& session, std::string_view strFieldName) {
     return {};
   });
   return objAck.Success() && blnEmpty;
+}
+
+bool isSubmitted(const Session& session, std::string_view strFieldName) {
+  bool blnSubmitted = false;
+  const Acknowledge objAck = Guarded("isSubmitted", [&]() -> Acknowledge {
+    const std::vector<std::string> names = submittedFieldNames(session, strFieldName);
+    blnSubmitted = std::ranges::find(names, strFieldName) != names.end();
+    return {};
+  });
+  return objAck.Success() && blnSubmitted;
 }
 
 std::vector<std::string> submittedFieldNames(const Session& session, std::string_view strPrefix) {

@@ -20,6 +20,10 @@ Acknowledge GetFormCollectionItem(const Session& session, std::string_view strFi
 /// Whether reading this field succeeds and gives the empty text. It is not noted as read.
 bool readsEmpty(const Session& session, std::string_view strFieldName);
 
+/// Whether the request has a field of this name; no when that cannot be told. It is not noted as
+/// read.
+bool isSubmitted(const Session& session, std::string_view strFieldName);
+
 /// The names of the submitted form fields that begin with `strPrefix`: every other name with that
 /// prefix reads as the empty text. Raises run-time error 91 where there is no request.
 std::vector<std::string> submittedFieldNames(const Session& session, std::string_view strPrefix);

@@ -16,6 +16,7 @@
 #include "park/BuildParkXML.h"
 #include "park/addHiddenFieldsToParkXML.h"
 #include "park/addHiddenFlds.h"
+#include "platform/text/Text.h"
 #include "platform/xml/CancellationHeld.h"
 #include "result/Guarded.h"
 #include "validation/ValidateXMLAgainstSchema.h"
@@ -62,9 +63,19 @@ void giveReason(RunReport& report, std::string_view strWhat, const std::string& 
   if (!report.reason.empty()) return;
   const Acknowledge objAck = Guarded("giveReason", [&]() -> Acknowledge {
     report.reason = std::string(strWhat) + ": " + strCause;
+    if (!report.failedAt.empty()) report.reason += ": " + report.failedAt;
     return {};
   });
   static_cast<void>(objAck);  // the run's own result is not the report's matter
+}
+
+/// Where the run failed, as far as a stage has noted it. When no memory is left it is not told.
+void tellFailure(RunReport& report, const AnswerLog& log) noexcept {
+  const Acknowledge objAck = Guarded("tellFailure", [&]() -> Acknowledge {
+    report.failedAt = oneLine(log.failure());
+    return {};
+  });
+  static_cast<void>(objAck);
 }
 
 Node asElement(const Node& objNode) {
@@ -246,6 +257,7 @@ Acknowledge BuildXML::buildXML(std::string_view strTemplateXML, std::string_view
     objSendXML = objMsgXML;
     return objAck;
   });
+  if (answers.log() && !objAckRun.Success()) tellFailure(*report, *answers.log());
   if (report && report->verdict == Verdict::notChecked) {
     giveReason(*report, "The run ended before the message was checked", objAckRun.ErrorDetail());
   }

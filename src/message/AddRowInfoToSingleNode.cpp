@@ -77,7 +77,13 @@ Acknowledge AddRowInfoToSingleNode(const Session& session, const Document& objSe
       }
       RowCells cells;
       Acknowledge objAck = readCells(objRow, cells);
-      if (!objAck.Success()) return objAck;
+      if (!objAck.Success()) {
+        if (session.answers) {
+          session.answers->fails("table \"" + strTableId + "\", row \"" + std::string(strRowId) +
+                                 "\" of the object list");
+        }
+        return objAck;
+      }
 
       strText.append(" ").append(cells.strCells);
       trimEnd(strText);

@@ -48,6 +48,19 @@ class GridRows {
   std::unordered_map<double, Node> firstByNumber_;
 };
 
+/// Notes for the report at which form field the parking of a table ends, and why.
+void noteFailure(const Session& session, const std::string& strTableId, std::string_view strWhy) {
+  if (!session.answers) return;
+  std::string strWhere = "table \"" + strTableId + "\", form field \"";
+  session.answers->fails(strWhere.append(rowCountNameOf(strTableId)).append("\" ").append(strWhy));
+}
+
+std::string_view whyNoRowCount(const Session& session, const std::string& strTableId,
+                               std::string_view strRowCount) {
+  if (!isBlank(strRowCount)) return "is no number";
+  return isSubmitted(session, rowCountNameOf(strTableId)) ? "is empty" : "was not posted";
+}
+
 /// One table while it is being parked.
 class TableParking {
  public:
@@ -55,7 +68,8 @@ class TableParking {
                std::string_view strType, std::int32_t lngRowCount)
       : session_(session),
         objTable_(objTable),
-        strCellPrefix_(cellPrefixOf(strId)),
+        strId_(strId),
+        strCellPrefix_(cellPrefixOf(strId_)),
         blnFixed_(strType == "table"),
         blnNumbered_(strType == "dynatable"),
         lngRowCount_(lngRowCount) {}
@@ -89,6 +103,7 @@ class TableParking {
 
   const Session& session_;
   const Node& objTable_;
+  const std::string strId_;
   const std::string strCellPrefix_;
   const bool blnFixed_;
   const bool blnNumbered_;
@@ -147,7 +162,11 @@ Acknowledge TableParking::parkGridRows() {
   const GridRows rows(objTable_);
   for (std::int64_t lngRow = 1; lngRow <= lngRowCount_; ++lngRow) {
     const Node objRow = rows.find(lngRow);
-    if (!objRow) return rowMissing();
+    if (!objRow) {
+      noteFailure(session_, strId_,
+                  "asks for row " + std::to_string(lngRow) + ", which the object list lacks");
+      return rowMissing();
+    }
     Acknowledge objAck = readDefinitions();
     if (!objAck.Success()) return objAck;
 
@@ -319,8 +338,11 @@ Acknowledge ParkProtTable(const Session& session, const Node& objTable) {
 
     std::string strRowCount;
     // deliberate: a form that cannot be read is told like a row count that is no number.
-    if (!GetFormCollectionItem(session, rowCountNameOf(strId), strRowCount).Success() ||
-        !isNumeric(strRowCount)) {
+    const bool blnRead =
+        GetFormCollectionItem(session, rowCountNameOf(strId), strRowCount).Success();
+    if (!blnRead || !isNumeric(strRowCount)) {
+      noteFailure(session, strId,
+                  blnRead ? whyNoRowCount(session, strId, strRowCount) : "cannot be read");
       return Failure(SVC_RET_XML_CREATION_PROT_TBL_ROWCOUNT_INVALID, "The object list is missing",
                      "An error occurred because object list is missing");
     }

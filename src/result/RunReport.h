@@ -118,6 +118,9 @@ struct RunReport {
   std::vector<TakenAttribute> takenAttributes;  // in document order
   std::vector<AnswerLoss> losses;               // in document order
   std::vector<JournalEntry> journal;            // in document order; only on request
+  // Where a failed run ended, if that is known more exactly than its fixed texts tell: the table,
+  // its row or the form field concerned. There is no answer in it.
+  std::string failedAt = {};
 };
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -58,6 +58,18 @@ TEST_F(Explain, TellsWhyARunFailed) {
             "    mapper.xml\n");
 }
 
+TEST_F(Explain, NamesTheTableAndTheFormFieldWithoutWhichARunFails) {
+  write("objects.xml",
+        "<prtobjcts><prtobjct id='T' objecttype='table' type='dynatable' dynamic='false'>"
+        "<column id='a' columnlabel='A'/></prtobjct><hdnflds/></prtobjcts>");
+  const ProgramRun run = explainForm("T___a_1=x");
+  EXPECT_EQ(run.status, 1);
+  EXPECT_THAT(run.out, HasSubstr("The run failed: The object list is missing: table \"T\", form "
+                                 "field \"t_rowCount\" was not posted\n"));
+  EXPECT_THAT(explainForm("T_rowCount=1", {"--format", "html"}).out,
+              HasSubstr("form field \"t_rowCount\" was not posted"));
+}
+
 TEST_F(Explain, GivesTheSameJsonAsABuild) {
   write("answers.form", "name=Ada&shoe=42");
   const ProgramRun run = explain({"--form", "answers.form", "--format", "json"});

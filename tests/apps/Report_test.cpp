@@ -162,6 +162,42 @@ TEST_F(Report, TellsAViolationWhole) {
                 "constraint": ""})"));
 }
 
+TEST_F(Report, NamesTheTableAndTheFormFieldWithoutWhichARunFails) {
+  std::string strForm = textOfFile(std::filesystem::path(kExample) / "complete.form");
+  strForm = strForm.substr(0, strForm.find_last_not_of("\r\n") + 1);
+  const auto resultWith = [&](std::string_view strFrom, std::string_view strTo) {
+    std::string strChanged = strForm;
+    strChanged.replace(strChanged.find(strFrom), strFrom.size(), strTo);
+    write("one.form", strChanged);
+    return Json::parse(build({"--deployment", kExample, "--form", "one.form", "--submit",
+                              "--validate", "--report"})
+                           .out);
+  };
+  const struct {
+    const char *from, *to, *detail, *failedAt;
+  } cases[] = {
+      {"meters_rowCount=2&", "", "The object list is missing",
+       "table \"meters\", form field \"meters_rowCount\" was not posted"},
+      {"meters_rowCount=2&", "meters_rowCount=&", "The object list is missing",
+       "table \"meters\", form field \"meters_rowCount\" is empty"},
+      {"meters_rowCount=2&", "meters_rowCount=two&", "The object list is missing",
+       "table \"meters\", form field \"meters_rowCount\" is no number"},
+      {"areas_rowCount=6&", "areas_rowCount=8&", "The protocol table row is missing",
+       "table \"areas\", form field \"areas_rowCount\" asks for row 7, which the object list "
+       "lacks"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.failedAt);
+    const Json failed = resultWith(c.from, c.to);
+    EXPECT_EQ(failed["errorDetail"], c.detail);
+    EXPECT_EQ(failed["report"]["verdict"], "not-checked");
+    EXPECT_EQ(failed["report"]["failedAt"], c.failedAt);
+    EXPECT_EQ(failed["report"]["reason"], "The run ended before the message was checked: " +
+                                              std::string(c.detail) + ": " + c.failedAt);
+  }
+  EXPECT_FALSE(resultWith("meters_rowCount=2&", "meters_rowCount=2&")["report"].contains("failedAt"));
+}
+
 TEST_F(Report, NamesTheObjectListWhereThatDecides) {
   const std::string strForm = textOfFile(std::filesystem::path(kExample) / "complete.form");
   const std::string strMore =

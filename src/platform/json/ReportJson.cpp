@@ -104,6 +104,7 @@ Json reportJson(const ReportInResult& reported) {
   if (!report.takenAttributes.empty()) {
     json["takenAttributes"] = writer.list(report.takenAttributes);
   }
+  if (!report.failedAt.empty()) json["failedAt"] = report.failedAt;
   return json;
 }
 

@@ -1,8 +1,9 @@
+#include "Catalogue.h"
+
 #include <nlohmann/json.hpp>
 #include <regex>
 #include <set>
 
-#include "Catalogue.h"
 #include "CatalogueFiles.h"
 #include "Program.h"
 #include "result/RunReport.h"
@@ -156,8 +157,7 @@ TEST_F(CatalogueOfARun, WordsWhatIsWrong) {
        "Number of days: „15“ liegt über dem größten erlaubten Wert 14."},
       {"visitors", "", "", "Visitors expected: “many” is not a whole number from 1 on.",
        "Visitors expected: „many“ ist keine ganze Zahl ab 1."},
-      {"organiser", "", "",
-       "Organiser: an answer is missing.", "Organiser: Eine Antwort fehlt."},
+      {"organiser", "", "", "Organiser: an answer is missing.", "Organiser: Eine Antwort fehlt."},
       {"closures", "2", "day", "Streets to be closed, row 2, On: “soon” is not a date.",
        "Streets to be closed, Zeile 2, On: „soon“ ist kein Datum."},
       {"closures", "3", "day", "Streets to be closed, row 3, On: an answer is needed.",
@@ -193,8 +193,7 @@ TEST(Catalogue, WordsAViolationByItsCauseAndInTheSingular) {
   } cases[] = {
       {ViolationKind::identity, "", "", "duplicate", "“12/9” is there twice.",
        "„12/9“ kommt doppelt vor."},
-      {ViolationKind::identity, "", "", "no-match",
-       "“12/9” refers to something that is not there.",
+      {ViolationKind::identity, "", "", "no-match", "“12/9” refers to something that is not there.",
        "„12/9“ verweist auf etwas, das nicht da ist."},
       {ViolationKind::identity, "", "", "many-matches", "“12/9” refers to several things.",
        "„12/9“ verweist auf mehreres."},
@@ -214,8 +213,7 @@ TEST(Catalogue, WordsAViolationByItsCauseAndInTheSingular) {
       {ViolationKind::value, "minLength", "1", "", "at least 1 character is needed.",
        "Es muss mindestens 1 Zeichen sein."},
       {ViolationKind::value, "fractionDigits", "1", "",
-       "“12/9” has more than 1 digit behind the point.",
-       "„12/9“ hat mehr als 1 Nachkommastelle."},
+       "“12/9” has more than 1 digit behind the point.", "„12/9“ hat mehr als 1 Nachkommastelle."},
       {ViolationKind::value, "maxInclusive", "1", "",
        "“12/9” is above the most that is allowed, 1.",
        "„12/9“ liegt über dem größten erlaubten Wert 1."},

@@ -195,7 +195,8 @@ TEST_F(Report, NamesTheTableAndTheFormFieldWithoutWhichARunFails) {
     EXPECT_EQ(failed["report"]["reason"], "The run ended before the message was checked: " +
                                               std::string(c.detail) + ": " + c.failedAt);
   }
-  EXPECT_FALSE(resultWith("meters_rowCount=2&", "meters_rowCount=2&")["report"].contains("failedAt"));
+  EXPECT_FALSE(
+      resultWith("meters_rowCount=2&", "meters_rowCount=2&")["report"].contains("failedAt"));
 }
 
 TEST_F(Report, NamesTheObjectListWhereThatDecides) {

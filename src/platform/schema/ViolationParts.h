@@ -43,8 +43,8 @@ struct ViolationParts {
   std::vector<ExpandedName> expected;  // what could stand there
   std::vector<ExpandedName> missing;   // the fewest elements without which it may not go on here
   IdentityFault identity = IdentityFault::none;
-  std::string strConstraint;           // its name, `{uri}local`; empty for ID and IDREF
-  std::string_view strConstraintKind;  // "key", "unique", "keyref"
+  std::string strConstraint;            // its name, `{uri}local`; empty for ID and IDREF
+  std::string_view strConstraintKind;   // "key", "unique", "keyref"
   std::optional<std::size_t> lngField;  // the number of the element which holds its only field
   std::string strWords;                 // the library's own, where there are any
 };

@@ -242,17 +242,18 @@ TEST(ViolationParts, TellTheKeyItsValueAndTheElement) {
 }
 
 TEST(ViolationParts, TellTheValuesOfAKeyOfSeveralFieldsAndNoElementOfThem) {
-  expectParts("<xs:element name='r'><xs:complexType><xs:sequence>"
-              "<xs:element name='m' maxOccurs='unbounded'><xs:complexType>"
-              "<xs:attribute name='a' type='xs:int'/><xs:attribute name='b'/></xs:complexType>"
-              "</xs:element></xs:sequence></xs:complexType>"
-              "<xs:unique name='both'><xs:selector xpath='m'/><xs:field xpath='@a'/>"
-              "<xs:field xpath='@b'/></xs:unique>"
-              "<xs:unique name='one'><xs:selector xpath='m'/><xs:field xpath='@a'/></xs:unique>"
-              "</xs:element>",
-              {{"two attributes of the element itself",
-                "<r><m a='1' b='x'/><m a='01' b='x'/></r>",
-                {"2 identity '1, x' unique both", "2 identity '1' unique one in 2"}}});
+  expectParts(
+      "<xs:element name='r'><xs:complexType><xs:sequence>"
+      "<xs:element name='m' maxOccurs='unbounded'><xs:complexType>"
+      "<xs:attribute name='a' type='xs:int'/><xs:attribute name='b'/></xs:complexType>"
+      "</xs:element></xs:sequence></xs:complexType>"
+      "<xs:unique name='both'><xs:selector xpath='m'/><xs:field xpath='@a'/>"
+      "<xs:field xpath='@b'/></xs:unique>"
+      "<xs:unique name='one'><xs:selector xpath='m'/><xs:field xpath='@a'/></xs:unique>"
+      "</xs:element>",
+      {{"two attributes of the element itself",
+        "<r><m a='1' b='x'/><m a='01' b='x'/></r>",
+        {"2 identity '1, x' unique both", "2 identity '1' unique one in 2"}}});
 }
 
 TEST(ViolationParts, SayWhatIsWrongWithAKey) {

@@ -187,9 +187,8 @@ TEST(ReportedViolations, TellWhatIsWrongWithAKeyAReferenceOrAnIdentifier) {
       {"a key without its value", "<m:row/>", "key", "incomplete", "{urn:m}numbers", "", "//"},
       {"an identifier twice", "<m:ids><m:id>a</m:id><m:id questionId='q'>a</m:id></m:ids>", "ID",
        "duplicate", "", "a", "q//"},
-      {"a reference to no identifier",
-       "<m:ids><m:id>a</m:id><m:to questionId='q'>b</m:to></m:ids>", "IDREF", "no-match", "", "b",
-       "q//"},
+      {"a reference to no identifier", "<m:ids><m:id>a</m:id><m:to questionId='q'>b</m:to></m:ids>",
+       "IDREF", "no-match", "", "b", "q//"},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.says);
@@ -337,8 +336,8 @@ TEST(ReportedViolations, TellWhetherTheElementOfTheQuestionIsMissing) {
     std::string strContent;
     const char *found, *cause;
   } cases[] = {
-      {"at the end of its parent", strQuestions.c_str(), "<m:head/>" + strSite,
-       "missing-child no", "answer-missing"},
+      {"at the end of its parent", strQuestions.c_str(), "<m:head/>" + strSite, "missing-child no",
+       "answer-missing"},
       {"before another element", strQuestions.c_str(),
        "<m:head><m:kind>x</m:kind></m:head>" + strSite, "unexpected-child no", "answer-missing"},
       {"the element around its place", strQuestions.c_str(),
@@ -347,8 +346,8 @@ TEST(ReportedViolations, TellWhetherTheElementOfTheQuestionIsMissing) {
       {"not when nobody knows whose it is", "", "<m:head><m:kind>x</m:kind></m:head>" + strSite,
        "unexpected-child ", ""},
       {"nor of the question of the element around it", "",
-       std::string(kHead) + "<m:site><m:owner questionId='owner'/></m:site>",
-       "missing-child owner", ""},
+       std::string(kHead) + "<m:site><m:owner questionId='owner'/></m:site>", "missing-child owner",
+       ""},
       {"nor of one that may stand nowhere here", strQuestions.c_str(),
        std::string(kHead) + strSite + "<m:head questionId='no'/>", "unexpected-child no", ""},
   };

@@ -184,7 +184,9 @@ TEST_F(CatalogueOfARun, WordsWhatIsWrong) {
 }
 
 TEST(Catalogue, WordsAViolationByItsCauseAndInTheSingular) {
-  SchemaViolation violation{.questionId = "q", .questionText = "Parcels"};
+  SchemaViolation violation;
+  violation.questionId = "q";
+  violation.questionText = "Parcels";
   violation.path = "/m:r[1]/m:row[2]";
   violation.value = "12/9";
   const struct {

@@ -1,5 +1,6 @@
 #include "park/ParkProtTable.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <optional>
@@ -48,9 +49,8 @@ class GridRows {
   std::unordered_map<double, Node> firstByNumber_;
 };
 
-/// Notes for the report at which form field the parking of a table ends, and why.
+/// Notes in the log of answers, which is there, at which form field the parking of a table ends.
 void noteFailure(const Session& session, const std::string& strTableId, std::string_view strWhy) {
-  if (!session.answers) return;
   std::string strWhere = "table \"" + strTableId + "\", form field \"";
   session.answers->fails(strWhere.append(rowCountNameOf(strTableId)).append("\" ").append(strWhy));
 }
@@ -142,8 +142,8 @@ Acknowledge TableParking::parkNewRows(const std::vector<std::int32_t>& rows) {
   return {};
 }
 
-/// The columns of which a row reads the form: only what it finds there makes it differ from a row
-/// that leaves no trace.
+/// The columns of which a row reads the form, each once: only what it finds there makes it differ
+/// from a row that leaves no trace.
 std::vector<std::string_view> TableParking::columnsRead() const {
   std::vector<std::string_view> columns;
   for (const CellDefinition& cell : *cells_) {
@@ -154,6 +154,8 @@ std::vector<std::string_view> TableParking::columnsRead() const {
       columns.push_back(cell.strId);
     }
   }
+  std::ranges::sort(columns);
+  columns.erase(std::ranges::unique(columns).begin(), columns.end());
   return columns;
 }
 
@@ -163,8 +165,10 @@ Acknowledge TableParking::parkGridRows() {
   for (std::int64_t lngRow = 1; lngRow <= lngRowCount_; ++lngRow) {
     const Node objRow = rows.find(lngRow);
     if (!objRow) {
-      noteFailure(session_, strId_,
-                  "asks for row " + std::to_string(lngRow) + ", which the object list lacks");
+      if (session_.answers) {
+        noteFailure(session_, strId_,
+                    "asks for row " + std::to_string(lngRow) + ", which the object list lacks");
+      }
       return rowMissing();
     }
     Acknowledge objAck = readDefinitions();
@@ -341,8 +345,10 @@ Acknowledge ParkProtTable(const Session& session, const Node& objTable) {
     const bool blnRead =
         GetFormCollectionItem(session, rowCountNameOf(strId), strRowCount).Success();
     if (!blnRead || !isNumeric(strRowCount)) {
-      noteFailure(session, strId,
-                  blnRead ? whyNoRowCount(session, strId, strRowCount) : "cannot be read");
+      if (session.answers) {
+        noteFailure(session, strId,
+                    blnRead ? whyNoRowCount(session, strId, strRowCount) : "cannot be read");
+      }
       return Failure(SVC_RET_XML_CREATION_PROT_TBL_ROWCOUNT_INVALID, "The object list is missing",
                      "An error occurred because object list is missing");
     }

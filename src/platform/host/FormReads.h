@@ -1,9 +1,9 @@
 #pragma once
 
 #include <functional>
+#include <set>
 #include <string>
 #include <string_view>
-#include <unordered_set>
 #include <vector>
 
 #include "platform/host/WebRequest.h"
@@ -27,17 +27,10 @@ class FormReads {
   std::vector<std::string> unread() const;
 
  private:
-  struct TextHash {
-    using is_transparent = void;
-    std::size_t operator()(std::string_view strText) const noexcept {
-      return std::hash<std::string_view>()(strText);
-    }
-  };
-
   const Request& request_;
-  const FormCollection* const collection_;  // the request, where it is one and nothing more
-  std::vector<bool> wasRead_;               // the collection's fields by their numbers
-  std::unordered_set<std::string, TextHash, std::equal_to<>> names_;  // of any other request
+  const FormCollection* const collection_;    // the request, where it is one and nothing more
+  std::vector<bool> wasRead_;                 // the collection's fields by their numbers
+  std::set<std::string, std::less<>> names_;  // of any other request
 };
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -254,6 +254,7 @@ void SaxReading::onStart(const xmlChar* local, const xmlChar* prefix, const xmlC
   if (validator_) validator_->start(tag);
   if (validatorAside_) startAside(tag);
   if (blnStopped_ || !settings_.contentHandler) return;
+  here();  // a handler may look at the locator that it was given
   settings_.contentHandler->startElement(tag.name->strUri, tag.name->strLocal, tag.name->strWritten,
                                          TagAttributes(tag));
 }
@@ -314,6 +315,7 @@ void SaxReading::onEnd() {
   const MessageName& name = *open_.back();
   open_.pop_back();
   if (!settings_.contentHandler) return;
+  here();
   settings_.contentHandler->endElement(name.strUri, name.strLocal, name.strWritten);
 }
 

@@ -57,7 +57,7 @@ class Violations {
     const bool blnAtEnd = parts.kind == ViolationKind::missingChild;
     const bool blnBefore = parts.kind == ViolationKind::unexpectedChild && !parts.missing.empty();
     if (blnAtEnd || blnBefore) return addMissing(parts, element);
-    const MarkedElement& holder = parts.lngField ? elements_.at(*parts.lngField) : element;
+    const MarkedElement& holder = parts.lngField ? elements_[*parts.lngField] : element;
     addAt(parts, element.strPath, element,
           {composed_.atFault(parts, marksFor(holder)), identityCause(parts)});
   }

@@ -22,7 +22,7 @@ import os
 import urllib.parse
 from dataclasses import dataclass
 from decimal import Decimal
-from typing import Any, Callable, Dict, Iterator, List, Mapping, Optional, Tuple, TypedDict, Union
+from typing import Any, Callable, Dict, Iterator, List, Mapping, Optional, Sequence, TypedDict, Union
 
 from ._library import Handle, Option, Settings, Submission, TraceFunction, call, library
 
@@ -30,7 +30,7 @@ __all__ = ["Deployment", "DeploymentError", "Outcome", "Violation", "version"]
 
 Path = Union[str, "os.PathLike[str]"]
 Answer = Union[str, int, float, Decimal]
-Answers = Mapping[str, Union[Answer, List[Answer], Tuple[Answer, ...]]]
+Answers = Mapping[str, Union[Answer, Sequence[Answer]]]
 Form = Union[str, bytes, Answers]
 
 

@@ -45,6 +45,7 @@ class Submission(ctypes.Structure):
         ("trace", TraceFunction),
         ("trace_context", ctypes.c_void_p),
         ("replace_unstorable", ctypes.c_int32),
+        ("reserved", ctypes.c_int32),
     ]
 
 

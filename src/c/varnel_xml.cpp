@@ -65,6 +65,10 @@ Structure known(const Structure* given, std::size_t lngFirstSize) {
 #define VARNEL_SIZE_UP_TO(STRUCTURE, MEMBER) \
   (offsetof(STRUCTURE, MEMBER) + sizeof(STRUCTURE::MEMBER))
 
+// A byte that belongs to no member would be taken for one of a later version.
+static_assert(sizeof(varnel_xml_submission) == VARNEL_SIZE_UP_TO(varnel_xml_submission, reserved));
+static_assert(sizeof(varnel_xml_settings) == VARNEL_SIZE_UP_TO(varnel_xml_settings, run_bytes));
+
 std::string_view textOf(const char* text, std::size_t lngLength) {
   require(text != nullptr || lngLength == 0, "a text is NULL and has a length");
   return text == nullptr ? std::string_view() : std::string_view(text, lngLength);
@@ -172,6 +176,7 @@ std::string_view objectListFile(const Deployment& deployment,
 
 std::unique_ptr<varnel_xml_result> resultOf(varnel_xml_deployment& opened,
                                             const varnel_xml_submission& submission) {
+  require(submission.reserved == 0, "a structure asks for what this version does not know");
   FormCollection form(textOf(submission.form, submission.form_length));
   if (submission.replace_unstorable != 0) form.replaceUnstorable();
   Deployment deployment = opened.deployment;

@@ -97,9 +97,10 @@ typedef struct varnel_xml_submission {
   int32_t replace_unstorable; /* not 0: U+FFFD takes the place of each character in an answer that
                               no XML document can hold, such as U+000B. Else the run fails at the
                               first of them, and what it parked ends there */
+  int32_t reserved;           /* 0 */
 } varnel_xml_submission;
 #define VARNEL_XML_SUBMISSION_INIT \
-  { sizeof(varnel_xml_submission), NULL, 0, 0, 0, 0, 0, NULL, 0, NULL, NULL, 0 }
+  { sizeof(varnel_xml_submission), NULL, 0, 0, 0, 0, 0, NULL, 0, NULL, NULL, 0, 0 }
 
 /* "16.0.0" */
 VARNEL_XML_API const char* varnel_xml_version(void);

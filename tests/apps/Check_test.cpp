@@ -109,12 +109,14 @@ TEST_F(Check, TellsWhatNoFileIsNamedForAtTheDeployment) {
 TEST_F(Check, CannotRunWithoutADeployment) {
   const char* const strCure = "name the folder of a deployment with --deployment";
   EXPECT_TRUE(CouldNotRun(runProgram(directory_.path(), {"check"}), strCure));
-  EXPECT_TRUE(
-      CouldNotRun(runProgram(directory_.path(), {"check", "--template", "template.xml"}), strCure));
+  EXPECT_TRUE(CouldNotRun(runProgram(directory_.path(), {"check", "--format", "json"}), strCure));
   EXPECT_TRUE(CouldNotRun(runProgram(directory_.path(), {"check", "."}), "."));
 }
 
 TEST_F(Check, TakesTheOptionsOfABuild) {
+  const ProgramRun single = runProgram(directory_.path(), {"check", "--template", "template.xml"});
+  EXPECT_EQ(single.status, 1);
+  EXPECT_NE(single.out.find("No file is named for \"object-list\""), std::string::npos);
   const ProgramRun run = check({"--questions", "none.xml"});
   EXPECT_EQ(run.status, 1);
   EXPECT_TRUE(run.out.starts_with("none.xml:1: error: ")) << run.out;

@@ -215,6 +215,15 @@ TEST(ReplacesWhatNoDocumentCanHoldOnRequest) {
   varnel_xml_free(result);
 
   submission.replace_unstorable = 1;
+  submission.size = offsetof(varnel_xml_submission, replace_unstorable); /* the first version's */
+  result = run(deployment, &submission);
+  EXPECT(varnel_xml_error_code(result) != 0);
+  varnel_xml_free(result);
+
+  submission.size = sizeof submission;
+  submission.reserved = 1;
+  EXPECT(varnel_xml_run(deployment, &submission, &result, NULL) == VARNEL_XML_BAD_ARGUMENT);
+  submission.reserved = 0;
   result = run(deployment, &submission);
   EXPECT(varnel_xml_error_code(result) == 0);
   EXPECT(strstr(varnel_xml_park(result, NULL),

@@ -63,6 +63,7 @@ TEST(Disrepair, IsToldOnLinesThatAreThere) {
       ASSERT_NE(std::ranges::find(kFiles, finding.file), std::end(kFiles)) << summary(finding);
       const std::string strTold = deployment.text(finding.file);
       const auto lngLines = 1 + std::ranges::count(strTold, '\n');
+      EXPECT_GE(finding.line, 1U) << summary(finding);
       EXPECT_LE(finding.line, static_cast<std::size_t>(lngLines)) << summary(finding);
     }
   }

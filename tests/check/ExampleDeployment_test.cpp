@@ -314,6 +314,8 @@ class Example {
   TemporaryDirectory directory_;
 };
 
+static_assert(std::size(kPlants) >= 40);
+
 TEST(ExampleDeployment, HasNoFinding) {
   for (const Finding& finding : checkDeployment(Example().files)) {
     ADD_FAILURE() << finding.file << ":" << finding.line << " " << finding.code << " "

@@ -24,6 +24,7 @@ TEST(Words, TellSlipsFromOtherWords) {
       {"", "field", false},
       {"chekedvalu", "checkedvalue", true},
       {"seperator", "separator", true},
+      {"separator", "seperator", true},
   };
   for (const auto& c : cases) {
     EXPECT_EQ(isSlipOf(c.word, c.known), c.slip) << c.word << ", " << c.known;

@@ -171,5 +171,17 @@ TEST(TableLosses, TellOfCellsThatTheMappingHasNoPlaceFor) {
   }
 }
 
+TEST(TableLosses, ComeWithTheTableAndTheRowThatCannotBeWrittenAsAText) {
+  AnswerStory story;
+  story.strObjects = grid("<column id='c' columnlabel='C'/><column id='d'/>");
+  story.strEntries =
+      "<messageitem id='t' type='dynatable' toschema='true'><parentxpath>/m:r</parentxpath>"
+      "<node>row</node><action id='rowinfotovalue'/></messageitem>";
+  story.strForm = "t_rowCount=1&t___c_1=x&t___d_1=y";
+  static_cast<void>(story.losses());
+  EXPECT_EQ(story.objAck.ErrorDetail(), "Selecting the column label has failed");
+  EXPECT_EQ(story.report.failedAt, "table \"t\", row \"1\" of the object list");
+}
+
 }  // namespace
 }  // namespace Varnel_Tolv_XML_Creation::test

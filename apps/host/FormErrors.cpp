@@ -1,10 +1,12 @@
 #include "host/FormErrors.h"
 
+#include <algorithm>
 #include <memory>
 #include <set>
 #include <tuple>
 #include <utility>
 
+#include "Words.h"
 #include "host/FormAnswers.h"
 #include "varnel_xml_creation/platform/host/WebRequest.h"
 #include "varnel_xml_creation/platform/text/Replacement.h"
@@ -19,8 +21,10 @@ namespace {
 std::string causeOf(const SchemaViolation& violation) {
   switch (violation.kind) {
     case ViolationKind::missingChild:
-    case ViolationKind::unexpectedChild:
       return "missing";
+    case ViolationKind::unexpectedChild:
+      if (violation.cause == "answer-missing") return "missing";
+      break;
     case ViolationKind::value:
       if (violation.value.empty()) return "missing";
       break;
@@ -31,17 +35,26 @@ std::string causeOf(const SchemaViolation& violation) {
          violation.limit + '\n' + violation.attribute + '\n' + violation.cause;
 }
 
-std::string_view answerAt(const SchemaViolation& violation, const Answers& answers) {
-  if (violation.columnId.empty()) return answerTo(answers, fieldNameOf(violation.questionId));
-  return answerTo(answers,
-                  violation.questionId + "___" + violation.columnId + '_' + violation.rowIndex);
+/// Whether the page asks for an answer there and has none. A table and a row are no answers, and
+/// nobody answers hidden fields and what a run computes: of these there may be one too many.
+bool isUnanswered(const SchemaViolation& violation, const PageModel& page,
+                  const Answers& answers) {
+  const Question* const question = page.find(violation.questionId);
+  if (question == nullptr) return false;
+  if (!question->blnTable) {
+    return isNoAnswer(answerTo(answers, fieldNameOf(violation.questionId)));
+  }
+  const auto column = std::ranges::find(question->columns, violation.columnId, &Input::strId);
+  if (column == question->columns.end() || column->blnOutput) return false;
+  return isNoAnswer(answerTo(
+      answers, cellNameOf(violation.questionId, violation.columnId, violation.rowIndex)));
 }
 
 /// The violation as one of a missing answer, when that is what it comes of; else null.
 std::shared_ptr<const SchemaViolation> asMissing(const SchemaViolation& violation,
-                                                 const Answers& answers) {
-  if (violation.kind != ViolationKind::unexpectedChild || violation.questionId.empty() ||
-      answerAt(violation, answers).find_first_not_of(" \t\r\n") != std::string_view::npos) {
+                                                 const PageModel& page, const Answers& answers) {
+  if (violation.kind != ViolationKind::unexpectedChild ||
+      !isUnanswered(violation, page, answers)) {
     return nullptr;
   }
   SchemaViolation missing = violation;
@@ -79,11 +92,12 @@ class ErrorList {
 }  // namespace
 
 std::vector<FormError> errorsOf(const RunReport& report, const Catalogue& catalogue,
-                                const Answers& answers) {
+                                const PageModel& page, const Answers& answers) {
   ErrorList list;
   for (const SchemaViolation& violation : report.violations) {
-    const auto missing = asMissing(violation, answers);
-    list.add(missing ? *missing : violation, causeOf(violation), catalogue, missing);
+    const auto missing = asMissing(violation, page, answers);
+    const SchemaViolation& told = missing ? *missing : violation;
+    list.add(told, causeOf(told), catalogue, missing);
   }
   for (const AnswerLoss& loss : report.losses) list.add(loss, "loss\n" + loss.reason, catalogue);
   return list.take();

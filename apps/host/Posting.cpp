@@ -361,7 +361,8 @@ HttpResponse Application::submit(Post& post) {
   }
   if (result.outcome != RunOutcome::refused) return saveWithoutVerdict(post, result);
 
-  std::vector<FormError> errors = errorsOf(result.report, post.deployment->texts(), post.answers);
+  std::vector<FormError> errors = errorsOf(result.report, post.deployment->texts(),
+                                           post.deployment->page(), post.answers);
   std::ranges::move(unreadableAnswers(post.deployment->page(), post.answers, mostRowsShown()),
                     std::back_inserter(errors));
   StoredForm form = next(post, result, "refused");

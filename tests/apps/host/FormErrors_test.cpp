@@ -29,9 +29,28 @@ SchemaViolation because(const char* cause, SchemaViolation made) {
   return made;
 }
 
+/// The page asks the question `Q`, and of each row of the table `t` the columns `c` and `d`; `sum`
+/// is computed.
+PageModel pageOfTest() {
+  Question question;
+  question.input.strId = "Q";
+  Question table;
+  table.input.strId = "t";
+  table.blnTable = table.blnDynamic = true;
+  for (const char* const id : {"c", "d", "sum"}) {
+    Input column;
+    column.strId = id;
+    column.blnOutput = column.strId == "sum";
+    table.columns.push_back(std::move(column));
+  }
+  PageModel page;
+  page.sections.emplace_back().questions = {std::move(question), std::move(table)};
+  return page;
+}
+
 std::vector<std::string> textsOf(const RunReport& report) {
   std::vector<std::string> texts;
-  for (const FormError& error : errorsOf(report, Catalogue::of("en"), {})) {
+  for (const FormError& error : errorsOf(report, Catalogue::of("en"), pageOfTest(), {})) {
     texts.push_back(error.strMessage);
   }
   return texts;
@@ -106,11 +125,33 @@ TEST(FormErrors, TellThatAnAnswerIsMissingWhereTheNextElementCameTooEarly) {
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.says);
-    const std::vector<FormError> errors = errorsOf(report, texts, c.answers);
+    const std::vector<FormError> errors = errorsOf(report, texts, pageOfTest(), c.answers);
     ASSERT_EQ(errors.size(), 2u);
     EXPECT_EQ(errors[0].strMessage == "An answer is missing.", c.missing);
     EXPECT_EQ(errors[1].strMessage == "An answer is missing.", c.cellMissing);
     EXPECT_EQ(errors[0].inFull() == "Q: an answer is missing.", c.missing);
+  }
+}
+
+TEST(FormErrors, TellThatAnAnswerIsMissingOnlyWhereThePageAsksForOne) {
+  const struct {
+    const char *says, *question, *row, *column;
+  } cases[] = {
+      {"a row too many", "t", "2", ""},
+      {"a table too many", "t", "", ""},
+      {"a hidden field's output", "sender", "", ""},
+      {"a cell that is computed", "t", "1", "sum"},
+      {"a column that the page has not", "t", "1", "e"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    RunReport report;
+    report.violations = {violation(ViolationKind::missingChild, c.question, c.row, c.column),
+                         violation(ViolationKind::unexpectedChild, c.question, c.row, c.column)};
+    report.violations[1].path = "/m:a[1]/m:b[3]";
+    EXPECT_EQ(textsOf(report),
+              (Texts{"An answer is missing.",
+                     "An answer is missing before m:b, or m:b may not stand here."}));
   }
 }
 
@@ -124,9 +165,10 @@ TEST(FormErrors, TellWhatWouldBeLostBehindWhatIsWrong) {
   report.losses = {loss, loss};
   EXPECT_EQ(textsOf(report),
             (Texts{"An answer is missing.", "There is no place for so many lines."}));
-  EXPECT_EQ(errorsOf(report, Catalogue::of("en"), {})[1].inFull(),
+  EXPECT_EQ(errorsOf(report, Catalogue::of("en"), pageOfTest(), {})[1].inFull(),
             "Address: there is no place for so many lines.");
-  EXPECT_EQ(errorsOf(report, *Catalogue::known("de-AT"), {})[0].strMessage, "Eine Antwort fehlt.");
+  EXPECT_EQ(errorsOf(report, *Catalogue::known("de-AT"), pageOfTest(), {})[0].strMessage,
+            "Eine Antwort fehlt.");
 }
 
 }  // namespace

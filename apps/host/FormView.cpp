@@ -13,8 +13,6 @@ using Varnel_Tolv_XML_Creation::fieldNameOf;
 
 namespace {
 
-constexpr std::size_t kMostListed = 200;  // in the summary
-
 std::string anchorOf(const std::string& strQuestion) { return "q-" + strQuestion; }
 std::string anchorOf(const std::string& strQuestion, const std::string& strRow) {
   return anchorOf(strQuestion) + '-' + strRow;
@@ -291,7 +289,7 @@ void FormWriter::writeSections() {
   }
 }
 
-/// All of them stand at their places; the list of very many would only be longer than the page.
+/// A link to each of them, and behind these what stands nowhere else.
 void FormWriter::writeSummary() {
   const auto unplaced = errors_.find("");
   const std::size_t lngUnplaced = unplaced == errors_.end() ? 0 : unplaced->second.size();
@@ -299,8 +297,7 @@ void FormWriter::writeSummary() {
   if (lngProblems == 0) return;
   view_.begin("problems").setPlace("count", std::to_string(lngProblems));
   view_.setFlag("one", lngProblems == 1);
-  if (lngProblems > kMostListed) view_.set("listed", std::to_string(kMostListed));
-  for (std::size_t at = 0; at < std::min(lngProblems, kMostListed); ++at) {
+  for (std::size_t at = 0; at < lngProblems; ++at) {
     view_.beginPart();
     view_.begin("problem");
     if (at < listed_.size()) {

@@ -173,9 +173,6 @@
       <xsl:if test="not(@conflict)">
         <p>The form was saved and not sent. Mend what is wrong and send it again.</p>
       </xsl:if>
-      <xsl:if test="problems/@listed">
-        <p>The first <xsl:value-of select="problems/@listed"/> are listed here; the others stand beside their questions, or are told when these are mended.</p>
-      </xsl:if>
       <ul>
         <xsl:apply-templates select="problems/*"/>
       </ul>

@@ -235,10 +235,11 @@ TEST_F(BadInput, OfTooManyCellsLosesNoAnswer) {
   EXPECT_LT(answer.body.size(), 5000u);
 }
 
-TEST_F(BadInput, WithVeryManyErrorsIsToldEachAtItsPlaceAndTheFirstInTheSummary) {
+TEST_F(BadInput, WithVeryManyErrorsIsToldEachAtItsPlaceAndInTheSummary) {
   constexpr int kRows = 300;
   const Host host(words());
   Form form = exampleForm("complete.form");
+  form["ghost"] = "lost answer \xFF";  // which the page does not ask for
   form["meters_rowCount"] = std::to_string(kRows);
   for (int row = 1; row <= kRows; ++row) {
     const std::string strRow = std::to_string(row);
@@ -249,12 +250,14 @@ TEST_F(BadInput, WithVeryManyErrorsIsToldEachAtItsPlaceAndTheFirstInTheSummary) 
   const std::string strPlace = parked(host, form);
   const HttpAnswer answer = host.post(strPlace, filledIn(host.get(strPlace), form, "submit"));
   EXPECT_EQ(answer.status, 422);
-  EXPECT_TRUE(answer.shows("There are 300 errors"));
-  EXPECT_TRUE(answer.shows("The first 200 are listed here"));
+  EXPECT_TRUE(answer.shows("There are 301 errors"));
   const std::string strSummary = partOf(answer, "id=\"summary\"", "</div>");
-  EXPECT_NE(strSummary.find("#q-meters-200-reading"), std::string::npos);
-  EXPECT_EQ(strSummary.find("#q-meters-201-reading"), std::string::npos);
-  EXPECT_TRUE(answer.shows("id=\"q-meters-300-reading-error\""));
+  for (int row = 1; row <= kRows; ++row) {
+    const std::string strCell = "q-meters-" + std::to_string(row) + "-reading";
+    EXPECT_NE(strSummary.find("\"#" + strCell + '"'), std::string::npos) << strCell;
+    EXPECT_TRUE(answer.shows("id=\"" + strCell + "-error\"")) << strCell;
+  }
+  EXPECT_NE(strSummary.find("ghost: A character did not arrive"), std::string::npos);
 }
 
 TEST_F(BadInput, WithATokenThatIsNotGoodLosesNoAnswer) {

@@ -19,6 +19,7 @@ constexpr const char* kHtml = "text/html; charset=utf-8";
 constexpr const char* kXml = "application/xml; charset=utf-8";
 // A script can add rows where the limit is reached already: so many more are still shown.
 constexpr std::int64_t kMoreRows = 100;
+constexpr std::int64_t kUsualCells = 10'000;
 
 /// Whether the words behind a kind say that it is not wanted: "q=0".
 bool isUnwanted(std::string_view strWords) {
@@ -303,6 +304,12 @@ std::string Application::token(const std::string& strPath) const {
 }
 
 std::int64_t Application::mostRowsShown() const { return mostRows() + kMoreRows; }
+
+/// The bound is for tables together: unless it was given, one alone may have all its rows.
+std::int64_t Application::mostCells(const PageModel& page) const {
+  if (options_.lngMaxCells) return static_cast<std::int64_t>(*options_.lngMaxCells);
+  return std::max(kUsualCells, mostRows() * mostColumns(page));
+}
 
 FormView Application::viewFor(const Post& post) const {
   const StoredForm& stored = post.stored;

@@ -87,7 +87,7 @@ class Application {
   static void logRefusal(const HttpRequest& request, unsigned lngStatus, const char* title);
   std::string token(const std::string& strPath) const;
   std::int64_t mostRows() const { return static_cast<std::int64_t>(options_.lngMaxRows); }
-  std::int64_t mostCells() const { return static_cast<std::int64_t>(options_.lngMaxCells); }
+  std::int64_t mostCells(const PageModel& page) const;
   std::int64_t mostRowsShown() const;
   nlohmann::ordered_json stateJson(const StoredForm& form, const RunResult* run,
                                    const std::string& strError = "") const;

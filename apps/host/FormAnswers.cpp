@@ -57,6 +57,18 @@ std::int64_t rowCount(const Question& table, const Answers& answers, std::int64_
   return lngCount;
 }
 
+std::int64_t mostColumns(const PageModel& page) {
+  std::size_t lngMost = 0;
+  for (const Section& section : page.sections) {
+    for (const Question& question : section.questions) {
+      if (question.blnTable && question.blnDynamic) {
+        lngMost = std::max(lngMost, question.columns.size());
+      }
+    }
+  }
+  return static_cast<std::int64_t>(lngMost);
+}
+
 std::int64_t cellCount(const PageModel& page, const Answers& answers, std::int64_t lngMost) {
   std::int64_t lngCells = 0;
   for (const Section& section : page.sections) {

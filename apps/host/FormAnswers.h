@@ -21,6 +21,9 @@ const Question* findTable(const PageModel& page, std::string_view strId);
 /// cell. More than `lngMost` is told as `lngMost + 1`.
 std::int64_t rowCount(const Question& table, const Answers& answers, std::int64_t lngMost);
 
+/// How many columns the widest dynamic table has.
+std::int64_t mostColumns(const PageModel& page);
+
 /// How many cells the answers give all dynamic tables together.
 std::int64_t cellCount(const PageModel& page, const Answers& answers, std::int64_t lngMost);
 

@@ -37,8 +37,7 @@ std::string causeOf(const SchemaViolation& violation) {
 
 /// Whether the page asks for an answer there and has none. A table and a row are no answers, and
 /// nobody answers hidden fields and what a run computes: of these there may be one too many.
-bool isUnanswered(const SchemaViolation& violation, const PageModel& page,
-                  const Answers& answers) {
+bool isUnanswered(const SchemaViolation& violation, const PageModel& page, const Answers& answers) {
   const Question* const question = page.find(violation.questionId);
   if (question == nullptr) return false;
   if (!question->blnTable) {
@@ -46,15 +45,14 @@ bool isUnanswered(const SchemaViolation& violation, const PageModel& page,
   }
   const auto column = std::ranges::find(question->columns, violation.columnId, &Input::strId);
   if (column == question->columns.end() || column->blnOutput) return false;
-  return isNoAnswer(answerTo(
-      answers, cellNameOf(violation.questionId, violation.columnId, violation.rowIndex)));
+  return isNoAnswer(
+      answerTo(answers, cellNameOf(violation.questionId, violation.columnId, violation.rowIndex)));
 }
 
 /// The violation as one of a missing answer, when that is what it comes of; else null.
 std::shared_ptr<const SchemaViolation> asMissing(const SchemaViolation& violation,
                                                  const PageModel& page, const Answers& answers) {
-  if (violation.kind != ViolationKind::unexpectedChild ||
-      !isUnanswered(violation, page, answers)) {
+  if (violation.kind != ViolationKind::unexpectedChild || !isUnanswered(violation, page, answers)) {
     return nullptr;
   }
   SchemaViolation missing = violation;

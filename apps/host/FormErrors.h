@@ -22,9 +22,9 @@ struct FormError {
 
 /// The errors of a report at the places where they can be mended, in its order: first the schema's,
 /// then the answers that would be lost. One for each place and cause, however many elements of the
-/// message the cause makes wrong; one alone for all that no answer can mend. Where the page asks for
-/// an answer and has none, that is told, also where the schema finds that the element behind it may
-/// not stand there. Report and catalogue must outlive them.
+/// message the cause makes wrong; one alone for all that no answer can mend. Where the page asks
+/// for an answer and has none, that is told, also where the schema finds that the element behind it
+/// may not stand there. Report and catalogue must outlive them.
 std::vector<FormError> errorsOf(const Varnel_Tolv_XML_Creation::RunReport& report,
                                 const Catalogue& catalogue, const PageModel& page,
                                 const Answers& answers);

@@ -80,11 +80,12 @@ HostCommandLine readHostCommandLine(std::vector<std::string> words) {
       ->type_name("N")
       ->check(CLI::Range(std::size_t{1}, std::size_t{1} << 20))
       ->capture_default_str();
-  app.add_option("--max-cells", options.lngMaxCells,
-                 "the most cells that the rows of all tables of a form may have")
+  app.add_option(
+         "--max-cells", options.lngMaxCells,
+         "the most cells that the rows of all tables of a form may have (default: 10000, or "
+         "as many as one table has with --max-rows rows)")
       ->type_name("N")
-      ->check(CLI::Range(std::size_t{1}, std::size_t{1} << 20))
-      ->capture_default_str();
+      ->check(CLI::Range(std::size_t{1}, std::size_t{1} << 20));
   app.add_option("--workers", options.lngWorkers, "how many forms are worked on at a time")
       ->type_name("N")
       ->check(CLI::Range(std::size_t{1}, kMostWorkers))

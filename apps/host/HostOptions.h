@@ -13,8 +13,10 @@ struct HostOptions {
   std::string strStore;    // "sqlite:FILE" or "postgresql://..."
   std::string strDeliver;  // "directory:DIR", "http://..."; empty: messages are kept for download
   std::size_t lngMaxBody = std::size_t{2} << 20;
-  std::size_t lngMaxRows = 5000;    // rows of a table, and fields of a body
-  std::size_t lngMaxCells = 10000;  // of all tables that people add rows to
+  std::size_t lngMaxRows = 5000;  // rows of a table, and fields of a body
+  // Of all tables that people add rows to; none: 10000, or more where one table alone may have
+  // more.
+  std::optional<std::size_t> lngMaxCells;
   std::size_t lngWorkers = 2;
   std::size_t lngQueue = 64;
 };

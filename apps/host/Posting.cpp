@@ -117,9 +117,10 @@ HttpResponse Application::post(const HttpRequest& request, std::string_view strN
     return trouble(request, 404, "There is no such form", "The address may be incomplete.");
   }
   post.strAction = answerTo(post.answers, "_action");
-  completeAnswers(post.deployment->page(), post.answers, mostRowsShown());
+  const PageModel& page = post.deployment->page();
+  completeAnswers(page, post.answers, mostRowsShown());
 
-  if (cellCount(post.deployment->page(), post.answers, mostRowsShown()) > 2 * mostCells()) {
+  if (cellCount(page, post.answers, mostRowsShown()) > 2 * mostCells(page)) {
     return tooLarge(request);
   }
 
@@ -144,8 +145,9 @@ HttpResponse Application::post(const HttpRequest& request, std::string_view strN
 bool Application::isTooLarge(const Post& post) const {
   if (fieldsIn(post.request) > options_.lngMaxRows) return true;
   const std::int64_t lngMost = mostRows();
-  if (cellCount(post.deployment->page(), post.answers, lngMost) > mostCells()) return true;
-  for (const Section& section : post.deployment->page().sections) {
+  const PageModel& page = post.deployment->page();
+  if (cellCount(page, post.answers, lngMost) > mostCells(page)) return true;
+  for (const Section& section : page.sections) {
     for (const Question& question : section.questions) {
       if (question.blnTable && rowCount(question, post.answers, lngMost) > lngMost) return true;
     }
@@ -190,16 +192,17 @@ HttpResponse Application::changeRows(Post& post) {
         lngColon == std::string_view::npos ? 0 : rowNumber(strTable.substr(lngColon + 1), lngMost);
     strTable = strTable.substr(0, lngColon);
   }
-  const Question* const table = findTable(post.deployment->page(), strTable);
+  const PageModel& page = post.deployment->page();
+  const Question* const table = findTable(page, strTable);
   const std::int64_t lngCount = table == nullptr ? 0 : rowCount(*table, post.answers, lngMost);
   const bool blnKnown = table != nullptr && table->blnDynamic;
   if (!blnKnown || (!blnAdd && (lngRow < 1 || lngRow > lngCount))) {
     return trouble(post.request, 422, "The row cannot be added or removed",
                    "There is no such table or row.");
   }
-  const std::int64_t lngCells = cellCount(post.deployment->page(), post.answers, lngMost);
+  const std::int64_t lngCells = cellCount(page, post.answers, lngMost);
   if (blnAdd && (lngCount >= mostRows() ||
-                 lngCells + static_cast<std::int64_t>(table->columns.size()) > mostCells())) {
+                 lngCells + static_cast<std::int64_t>(table->columns.size()) > mostCells(page))) {
     logRefusal(post.request, 422, "The table has as many rows as are taken");
     return asTyped(post, 422, "rows");
   }
@@ -361,8 +364,8 @@ HttpResponse Application::submit(Post& post) {
   }
   if (result.outcome != RunOutcome::refused) return saveWithoutVerdict(post, result);
 
-  std::vector<FormError> errors = errorsOf(result.report, post.deployment->texts(),
-                                           post.deployment->page(), post.answers);
+  std::vector<FormError> errors =
+      errorsOf(result.report, post.deployment->texts(), post.deployment->page(), post.answers);
   std::ranges::move(unreadableAnswers(post.deployment->page(), post.answers, mostRowsShown()),
                     std::back_inserter(errors));
   StoredForm form = next(post, result, "refused");

@@ -235,6 +235,34 @@ TEST_F(BadInput, OfTooManyCellsLosesNoAnswer) {
   EXPECT_LT(answer.body.size(), 5000u);
 }
 
+/// A bound of cells is for tables together; only one that was asked for holds for a single table.
+TEST_F(BadInput, OfOneTableWithAllTheRowsThatThereMayBeIsTaken) {
+  const struct {
+    const char* says;
+    std::vector<std::string> words;
+    const char *defects, *meters;  // rows of 9 and of 3 cells
+    int status;
+  } cases[] = {
+      {"one table", {}, "2000", "0", 303},
+      {"as many rows as there may be", {"--max-rows", "2000"}, "2000", "0", 303},
+      {"a bound that was asked for", {"--max-cells", "17999"}, "2000", "0", 422},
+      {"likewise, kept to", {"--max-cells", "18000"}, "2000", "0", 303},
+      {"two tables with the cells of one", {"--max-rows", "1200"}, "1000", "600", 303},
+      {"two tables with more", {"--max-rows", "1200"}, "1000", "601", 422},
+      {"10,000 cells", {"--max-rows", "1000"}, "1000", "333", 303},
+      {"more than 10,000", {"--max-rows", "1000"}, "1000", "334", 422},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    const Host host(words(c.words));
+    Form form{{"defects_rowCount", c.defects}, {"meters_rowCount", c.meters}};
+    form["_token"] = hiddenInputs(host.get("/forms/inspection").body)["_token"];
+    const HttpAnswer answer =
+        host.post("/forms/inspection", form, {{"Accept", "application/json"}});
+    EXPECT_EQ(answer.status, c.status);
+  }
+}
+
 TEST_F(BadInput, WithVeryManyErrorsIsToldEachAtItsPlaceAndInTheSummary) {
   constexpr int kRows = 300;
   const Host host(words());

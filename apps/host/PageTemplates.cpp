@@ -7,8 +7,9 @@
 
 namespace {
 
-// A form has some hundred views; only somebody who wants to fills this.
-constexpr std::size_t kMostBytes = std::size_t{16} << 20;
+// Each cell has its row in its view. Those of a page with more would push out what everybody's
+// pages are made of, and are made faster in one.
+constexpr std::size_t kMostParts = 4000;
 
 }  // namespace
 
@@ -42,7 +43,7 @@ PageTemplates::Template PageTemplates::cutAtPlaces(std::string_view strPage) {
   return pieces;
 }
 
-/// Null when the stylesheet writes pages that depend on the texts themselves.
+/// Null when the stylesheet writes pages that depend on the texts themselves; that is kept too.
 PageTemplates::Shared PageTemplates::make(const ViewPart& part, bool blnPage) const {
   const std::optional<std::string> strMade = stylesheet_.applyToPlaces(ViewDocument::parsed(
       blnPage ? std::string(part.strText) : "<part>" + std::string(part.strText) + "</part>"));
@@ -63,11 +64,14 @@ PageTemplates::Shared PageTemplates::templateOf(const ViewPart& part, bool blnPa
     if (found != known_.end()) return found->second;
   }
   Shared made = make(part, blnPage);
-  if (made == nullptr) return made;
   std::size_t lngBytes = part.strText.size();
-  for (const Piece& piece : *made) lngBytes += sizeof(Piece) + piece.strText.size();
+  if (made != nullptr) {
+    for (const Piece& piece : *made) lngBytes += sizeof(Piece) + piece.strText.size();
+  }
   const std::scoped_lock lock(mutex_);
-  if (lngBytes_ + lngBytes > kMostBytes) {
+  ++lngMade_;
+  if (lngBytes > lngMostBytes_ / 4) return made;  // too much would make room for it
+  if (lngBytes_ + lngBytes > lngMostBytes_) {
     known_.clear();
     lngBytes_ = 0;
   }
@@ -103,8 +107,14 @@ bool PageTemplates::fill(const ViewText& view, const ViewPart& part, bool blnPag
 }
 
 std::optional<std::string> PageTemplates::page(const ViewText& view) {
+  if (view.parts() > kMostParts) return std::nullopt;
   std::string strPage;
   strPage.reserve(view.size());
   if (!fill(view, view.page(), true, strPage)) return std::nullopt;
   return strPage;
+}
+
+PageTemplates::Figures PageTemplates::figures() const {
+  const std::scoped_lock lock(mutex_);
+  return {.lngKept = known_.size(), .lngBytes = lngBytes_, .lngMade = lngMade_};
 }

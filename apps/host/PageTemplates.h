@@ -18,11 +18,22 @@
 /// time.
 class PageTemplates {
  public:
-  /// The stylesheet takes places and outlives the object.
-  explicit PageTemplates(const Stylesheet& stylesheet) : stylesheet_(stylesheet) {}
+  /// What is kept, and how much was made for it and for single pages.
+  struct Figures {
+    std::size_t lngKept = 0;
+    std::size_t lngBytes = 0;
+    std::size_t lngMade = 0;
+  };
 
-  /// The page; none when the stylesheet has to be given the whole.
+  /// The stylesheet takes places and outlives the object.
+  explicit PageTemplates(const Stylesheet& stylesheet,
+                         std::size_t lngMostBytes = std::size_t{16} << 20)
+      : stylesheet_(stylesheet), lngMostBytes_(lngMostBytes) {}
+
+  /// The page; none when the stylesheet has to be given the whole, as of one with very many parts.
   std::optional<std::string> page(const ViewText& view);
+
+  Figures figures() const;
 
  private:
   enum class Kind { text, value, valueInTag, parts };
@@ -46,7 +57,9 @@ class PageTemplates {
   bool fill(const ViewText& view, const ViewPart& part, bool blnPage, std::string& strPage);
 
   const Stylesheet& stylesheet_;
-  std::mutex mutex_;
+  const std::size_t lngMostBytes_;  // a form has some hundred views: only who wants to reaches it
+  mutable std::mutex mutex_;
   std::unordered_map<std::string, Shared, Hash, std::equal_to<>> known_;  // by the text of the view
   std::size_t lngBytes_ = 0;
+  std::size_t lngMade_ = 0;
 };

@@ -55,6 +55,7 @@ class ViewText {
   /// The page itself, which has places for the parts.
   ViewPart page() const { return {page_.strText, page_.values}; }
   ViewPart part(std::size_t lngPart) const;
+  std::size_t parts() const { return bounds_.empty() ? 0 : bounds_.size() - 1; }
   std::size_t size() const { return page_.strText.size() + parts_.strText.size(); }
   /// The first part in a place for parts, and the one behind the last.
   std::pair<std::size_t, std::size_t> run(std::size_t lngPlace) const {

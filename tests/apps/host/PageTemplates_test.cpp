@@ -1,6 +1,7 @@
 #include "host/PageTemplates.h"
 
 #include <fstream>
+#include <thread>
 
 #include "apps/host/Host.h"
 #include "host/Embedded.h"
@@ -87,6 +88,100 @@ TEST_F(PageTemplatesTest, ShowTextsAsTheyAre) {
   ViewText view(ViewText::Form::withPlaces);
   view.begin("form").setPlace("token", "\"><b x='1' \"").end();
   EXPECT_NE(page(view).find("value=\"&quot;&gt;&lt;b x='1' &quot;\""), std::string::npos);
+}
+
+/// A form without parts, whose title stands in the view itself.
+ViewText viewTitled(const std::string& strTitle, const std::string& strSaved) {
+  ViewText view(ViewText::Form::withPlaces);
+  view.begin("form").set("title", strTitle).set("state", "parked");
+  view.setPlace("action", "/parked/1").setPlace("saved", strSaved).end();
+  return view;
+}
+
+/// A form with so many lines in its summary, all of one view.
+ViewText viewOfParts(int lngParts, const std::string& strAnchor) {
+  ViewText view(ViewText::Form::withPlaces);
+  view.begin("form").set("title", "A title").set("state", "parked").setPlace("action", "/parked/1");
+  view.begin("problems").setPlace("count", std::to_string(lngParts));
+  for (int each = 0; each < lngParts; ++each) {
+    view.beginPart();
+    view.begin("problem").begin("place").set("anchor", strAnchor).textPlace("A line").end().end();
+    view.endPart();
+  }
+  view.end().end();
+  return view;
+}
+
+TEST_F(PageTemplatesTest, KeepNoMoreThanTheyMay) {
+  constexpr std::size_t kMost = 100'000;
+  PageTemplates templates(*stylesheet_, kMost);
+  bool blnCleared = false;
+  std::size_t lngBefore = 0;
+  for (int each = 0; each < 60; ++each) {
+    const std::string strTitle = std::to_string(each) + std::string(2000, 't');
+    for (const char* const strSaved : {"Monday", "Friday"}) {
+      const std::string strPage = templates.page(viewTitled(strTitle, strSaved)).value_or("");
+      EXPECT_NE(strPage.find(strTitle), std::string::npos);
+      EXPECT_NE(strPage.find(strSaved), std::string::npos);
+    }
+    const PageTemplates::Figures figures = templates.figures();
+    EXPECT_EQ(figures.lngMade, static_cast<std::size_t>(each) + 1);  // the second found the first's
+    EXPECT_LE(figures.lngBytes, kMost);
+    EXPECT_GE(figures.lngKept, 1u);
+    blnCleared = blnCleared || figures.lngKept < lngBefore;
+    lngBefore = figures.lngKept;
+  }
+  EXPECT_TRUE(blnCleared);
+}
+
+TEST_F(PageTemplatesTest, KeepNothingThatTakesMoreThanAQuarterOfThat) {
+  PageTemplates templates(*stylesheet_, 100'000);
+  ASSERT_TRUE(templates.page(viewTitled("Short", "Monday")));
+  const std::size_t lngBytes = templates.figures().lngBytes;
+  for (std::size_t lngTime = 1; lngTime <= 2; ++lngTime) {
+    const std::string strTitle(30'000, 't');
+    const std::string strPage = templates.page(viewTitled(strTitle, "Friday")).value_or("");
+    EXPECT_NE(strPage.find(strTitle), std::string::npos);
+    const PageTemplates::Figures figures = templates.figures();
+    EXPECT_EQ(figures.lngKept, 1u);
+    EXPECT_EQ(figures.lngBytes, lngBytes);
+    EXPECT_EQ(figures.lngMade, 1 + lngTime);
+  }
+}
+
+TEST_F(PageTemplatesTest, LeaveAPageOfVeryManyPartsToTheStylesheet) {
+  EXPECT_EQ(templates_->page(viewOfParts(4001, "q")), std::nullopt);
+  EXPECT_EQ(templates_->figures().lngMade, 0u);
+  EXPECT_TRUE(templates_->page(viewOfParts(4000, "q")));
+  EXPECT_EQ(templates_->figures().lngKept, 2u);  // the page and the one view of its parts
+}
+
+TEST_F(PageTemplatesTest, KeepThatThereIsNoneOfAView) {
+  for (int time = 0; time < 2; ++time) {
+    EXPECT_EQ(templates_->page(viewOfParts(2, "<!--")), std::nullopt);
+    EXPECT_EQ(templates_->figures().lngKept, 2u);
+    EXPECT_EQ(templates_->figures().lngMade, 2u);
+  }
+}
+
+TEST_F(PageTemplatesTest, GiveSeveralThreadsTheirPagesAtTheSameTime) {
+  PageTemplates templates(*stylesheet_, 50'000);  // so that they are cleared meanwhile
+  std::vector<std::jthread> people;
+  for (int person = 0; person < 4; ++person) {
+    people.emplace_back([&templates, person] {
+      for (int time = 0; time < 40; ++time) {
+        const std::string strTitle = std::to_string(time % 11) + std::string(2000, 't');
+        const std::string strSaved =
+            "Person " + std::to_string(person) + " at " + std::to_string(time);
+        const std::string strPage = templates.page(viewTitled(strTitle, strSaved)).value_or("");
+        EXPECT_NE(strPage.find(strTitle), std::string::npos);
+        EXPECT_NE(strPage.find(strSaved), std::string::npos);
+      }
+    });
+  }
+  people.clear();
+  EXPECT_LE(templates.figures().lngBytes, 50'000u);
+  EXPECT_GT(templates.figures().lngMade, 11u);  // what was cleared was made again
 }
 
 /// A stylesheet that may look at what people typed is given the whole view at once, and makes the

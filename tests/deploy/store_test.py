@@ -4,10 +4,10 @@ store waits, and the host can be stopped.
 The environment tells VARNEL_HOST_PROGRAM and VARNEL_SOURCE_DIR.
 """
 
+import re
 import shutil
 import subprocess
 import threading
-import time
 import unittest
 import urllib.parse
 
@@ -36,10 +36,17 @@ class LockedDatabase(unittest.TestCase):
             [self.database.bin / "psql", "-q", "-h", "127.0.0.1", "-p", str(self.database.port),
              "-U", "varnel", "varnel"],
             stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
+        self.addCleanup(session.wait)
+        self.addCleanup(session.kill)
         session.stdin.write("BEGIN; LOCK TABLE form IN ACCESS EXCLUSIVE MODE;\n\\echo locked\n")
         session.stdin.flush()
         self.assertEqual(session.stdout.readline(), "locked\n")
         return session
+
+    def others(self):
+        """How many are being answered beside the one who asks."""
+        metrics = request(self.host.port, "GET", "/metrics")[2]
+        return int(re.search(r"^varnel_requests_in_flight (\d+)$", metrics, re.MULTILINE)[1]) - 1
 
     def test_holds_up_neither_those_who_need_it_nor_others_nor_the_end(self):
         answers = {**form_of("complete.form"), "town": "Typed"}
@@ -53,7 +60,9 @@ class LockedDatabase(unittest.TestCase):
             self.post("/forms/inspection", page, answers, "park"))) for _ in range(3)]
         for each in people:
             each.start()
+        self.assertTrue(becomes(lambda: self.others() == len(people)))
         self.assertEqual(request(self.host.port, "GET", "/healthz")[0], 200)
+        self.assertEqual(told, [], "it waited for those who need the store")
         for each in people:
             each.join()
         for status, headers, text in told:
@@ -65,11 +74,15 @@ class LockedDatabase(unittest.TestCase):
         self.assertIn("store-problem", self.host.log.read_text(encoding="utf-8"))
 
         # A stop waits for what is being answered, and no longer.
-        last = threading.Thread(target=lambda: self.post(place, form, answers, "submit"))
+        self.assertTrue(becomes(lambda: self.others() == 0))
+        told.clear()
+        last = threading.Thread(target=lambda: told.append(
+            self.post(place, form, answers, "submit")))
         last.start()
-        time.sleep(0.5)
+        self.assertTrue(becomes(lambda: self.others() == 1))
         self.host.close()
         last.join()
+        self.assertEqual([answer[0] for answer in told], [503])
         session.communicate("ROLLBACK;\n")
 
         self.host.start()

@@ -1,5 +1,3 @@
-#include <arpa/inet.h>
-#include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -19,16 +17,13 @@ namespace {
 /// Takes posts, and refuses the first ones.
 class Receiver {
  public:
-  explicit Receiver(int refusals)
-      : refusals_(refusals), listener_(::socket(AF_INET, SOCK_STREAM, 0)) {
-    sockaddr_in place{};
-    place.sin_family = AF_INET;
-    place.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t lngSize = sizeof(place);
-    ::bind(listener_, reinterpret_cast<sockaddr*>(&place), sizeof(place));
+  explicit Receiver(int refusals, bool blnIpv6 = false)
+      : refusals_(refusals), listener_(::socket(blnIpv6 ? AF_INET6 : AF_INET, SOCK_STREAM, 0)) {
+    LocalPlace place(0, blnIpv6);
+    ::bind(listener_, place.get(), place.lngSize);
     ::listen(listener_, 16);
-    ::getsockname(listener_, reinterpret_cast<sockaddr*>(&place), &lngSize);
-    port_ = ntohs(place.sin_port);
+    ::getsockname(listener_, place.get(), &place.lngSize);
+    strPlace_ = (blnIpv6 ? "[::1]:" : "127.0.0.1:") + std::to_string(place.port());
     thread_ = std::jthread([this](const std::stop_token& stop) { serve(stop); });
   }
   ~Receiver() {
@@ -36,7 +31,8 @@ class Receiver {
     thread_.join();
     ::close(listener_);
   }
-  std::string url() const { return "http://127.0.0.1:" + std::to_string(port_) + "/in"; }
+  const std::string& place() const { return strPlace_; }
+  std::string url() const { return "http://" + strPlace_ + "/in"; }
   std::vector<std::string> requests() const {
     const std::scoped_lock lock(mutex_);
     return requests_;
@@ -71,7 +67,7 @@ class Receiver {
 
   const int refusals_;
   const int listener_;
-  int port_ = 0;
+  std::string strPlace_;
   mutable std::mutex mutex_;
   std::vector<std::string> requests_;
   std::jthread thread_;
@@ -105,6 +101,19 @@ TEST_F(Delivery, PostsUntilTheMessageIsTaken) {
   }
   EXPECT_NE(host.log().find("the receiver answered 503"), std::string::npos);
   EXPECT_TRUE(host.get("/metrics").shows("varnel_delivery_failures_total 2\n"));
+}
+
+TEST_F(Delivery, PostsToAnAddressOfIpv6) {
+  if (!hasIpv6()) GTEST_SKIP() << "this machine has no ::1";
+  const Receiver receiver(0, true);
+  const Host host(words({"--deliver", receiver.url()}));
+  const std::string strId = accepted(host);
+  ASSERT_TRUE(becomes([&] { return hasDelivered(host, 1); }));
+  const std::vector<std::string> requests = receiver.requests();
+  ASSERT_EQ(requests.size(), 1U);
+  EXPECT_TRUE(requests[0].starts_with("POST /in HTTP/1.1\r\n"));
+  EXPECT_NE(requests[0].find("\r\nHost: " + receiver.place() + "\r\n"), std::string::npos);
+  EXPECT_TRUE(host.get("/messages/" + strId).shows("To " + receiver.url() + ", delivered 20"));
 }
 
 TEST_F(Delivery, GoesOnWhereAKilledHostStopped) {

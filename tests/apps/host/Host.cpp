@@ -57,14 +57,43 @@ HttpAnswer answerIn(const std::string& strBytes) {
 
 }  // namespace
 
-Connection::Connection(int port) : descriptor_(::socket(AF_INET, SOCK_STREAM, 0)) {
-  sockaddr_in place{};
-  place.sin_family = AF_INET;
-  place.sin_port = htons(static_cast<std::uint16_t>(port));
-  place.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+LocalPlace::LocalPlace(int port, bool blnIpv6) {
+  const in_port_t lngPort = htons(static_cast<std::uint16_t>(port));
+  if (blnIpv6) {
+    auto& place = reinterpret_cast<sockaddr_in6&>(storage);
+    place.sin6_family = AF_INET6;
+    place.sin6_port = lngPort;
+    place.sin6_addr = in6addr_loopback;
+    lngSize = sizeof(place);
+  } else {
+    auto& place = reinterpret_cast<sockaddr_in&>(storage);
+    place.sin_family = AF_INET;
+    place.sin_port = lngPort;
+    place.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    lngSize = sizeof(place);
+  }
+}
+
+int LocalPlace::port() const {
+  return ntohs(storage.ss_family == AF_INET6
+                   ? reinterpret_cast<const sockaddr_in6&>(storage).sin6_port
+                   : reinterpret_cast<const sockaddr_in&>(storage).sin_port);
+}
+
+bool hasIpv6() {
+  LocalPlace place(0, true);
+  const int descriptor = ::socket(AF_INET6, SOCK_STREAM, 0);
+  const bool blnHas = descriptor >= 0 && ::bind(descriptor, place.get(), place.lngSize) == 0;
+  if (descriptor >= 0) ::close(descriptor);
+  return blnHas;
+}
+
+Connection::Connection(int port, bool blnIpv6)
+    : descriptor_(::socket(blnIpv6 ? AF_INET6 : AF_INET, SOCK_STREAM, 0)) {
+  LocalPlace place(port, blnIpv6);
   ::setsockopt(descriptor_, SOL_SOCKET, SO_RCVTIMEO, &kSocketTime, sizeof(kSocketTime));
   ::setsockopt(descriptor_, SOL_SOCKET, SO_SNDTIMEO, &kSocketTime, sizeof(kSocketTime));
-  if (::connect(descriptor_, reinterpret_cast<sockaddr*>(&place), sizeof(place)) != 0) {
+  if (::connect(descriptor_, place.get(), place.lngSize) != 0) {
     ::close(descriptor_);
     throw std::runtime_error("connect");
   }
@@ -168,7 +197,10 @@ bool becomes(const std::function<bool()>& condition) {
 
 void Host::start(std::vector<std::string> words, std::size_t lngMostFileBytes,
                  std::size_t lngMostFiles) {
-  words.insert(words.begin(), {VARNEL_HOST_PROGRAM, "--listen", "127.0.0.1:0"});
+  if (std::ranges::find(words, "--listen") == words.end()) {
+    words.insert(words.begin(), {"--listen", "127.0.0.1:0"});
+  }
+  words.insert(words.begin(), VARNEL_HOST_PROGRAM);
   child_ = ::fork();
   if (child_ < 0) throw std::runtime_error("fork");
   if (child_ == 0) {
@@ -207,6 +239,7 @@ Host::Host(std::vector<std::string> words, std::size_t lngMostFileBytes, std::si
   const std::string strOut = out();
   const std::size_t lngColon = strOut.rfind(':');
   if (strOut.starts_with("http://")) port_ = std::atoi(strOut.c_str() + lngColon + 1);
+  blnIpv6_ = strOut.starts_with("http://[");
 }
 
 Host::~Host() {
@@ -244,11 +277,11 @@ HttpAnswer Host::post(std::string_view strPath, const Form& form, const Headers&
 HttpAnswer Host::request(std::string_view strMethod, std::string_view strPath,
                          const Headers& headers, std::string_view strBody) const {
   std::string strHead = std::string(strMethod) + ' ' + std::string(strPath) +
-                        " HTTP/1.1\r\nHost: 127.0.0.1:" + std::to_string(port_) +
-                        "\r\nConnection: close\r\n";
+                        " HTTP/1.1\r\nHost: " + (blnIpv6_ ? "[::1]:" : "127.0.0.1:") +
+                        std::to_string(port_) + "\r\nConnection: close\r\n";
   for (const auto& [strName, strValue] : headers) strHead += strName + ": " + strValue + "\r\n";
   if (!strBody.empty()) strHead += "Content-Length: " + std::to_string(strBody.size()) + "\r\n";
-  const Connection connection(port_);
+  const Connection connection(port_, blnIpv6_);
   connection.send(strHead + "\r\n");
   connection.send(strBody);
   return connection.receive();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <sys/socket.h>
 #include <sys/types.h>
 
 #include <chrono>
@@ -31,10 +32,23 @@ struct HttpAnswer {
   bool shows(std::string_view strText) const { return body.find(strText) != std::string::npos; }
 };
 
+/// A port of this machine, at 127.0.0.1 or at ::1.
+struct LocalPlace {
+  LocalPlace(int port, bool blnIpv6);
+  sockaddr* get() { return reinterpret_cast<sockaddr*>(&storage); }
+  int port() const;
+
+  sockaddr_storage storage{};
+  socklen_t lngSize = 0;
+};
+
+/// Whether this machine has ::1.
+bool hasIpv6();
+
 /// A connection to a port of this machine.
 class Connection {
  public:
-  explicit Connection(int port);
+  explicit Connection(int port, bool blnIpv6 = false);
   ~Connection();
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
@@ -72,7 +86,8 @@ bool becomes(const std::function<bool()>& condition);
 
 class Host {
  public:
-  /// Starts the host with these words, on a port of its own, and waits until it listens or ends.
+  /// Starts the host with these words, on a port of its own unless they have --listen, and waits
+  /// until it listens or ends.
   /// With limits no file that it writes can be longer, and it can have no more open.
   explicit Host(std::vector<std::string> words, std::size_t lngMostFileBytes = 0,
                 std::size_t lngMostFiles = 0);
@@ -106,6 +121,7 @@ class Host {
   TemporaryDirectory directory_;
   pid_t child_ = -1;
   int port_ = 0;
+  bool blnIpv6_ = false;
 };
 
 /// A folder with a copy of the example deployment, a store and a directory for messages.

@@ -262,6 +262,17 @@ TEST_F(Start, UsesTheDateOrderOfTheDeployment) {
   EXPECT_TRUE(host.get("/forms/inspection").shows("month/day/year"));
 }
 
+TEST_F(Start, ListensOnAnAddressOfIpv6) {
+  if (!hasIpv6()) GTEST_SKIP() << "this machine has no ::1";
+  const Host host(words({"--listen", "[::1]:0"}));
+  const std::string strHere = "http://[::1]:" + std::to_string(host.port());
+  EXPECT_EQ(host.out(), strHere + "/\n");
+  const Form form = filledIn(host.get("/forms/inspection"), exampleForm("draft.form"), "park");
+  const HttpAnswer answer = host.post("/forms/inspection", form, {{"Origin", strHere}});
+  EXPECT_EQ(answer.status, 303);
+  EXPECT_TRUE(host.get(answer.header("location")).shows("Havnehuset"));
+}
+
 TEST_F(Start, IsEndedCleanlyBySigterm) {
   Host host(words());
   const Connection silent(host.port());

@@ -325,7 +325,8 @@ FormView Application::viewFor(const Post& post) const {
   view.strToken = token(view.strAction);
   view.answers = &post.answers;
   view.lngMostRows = mostRowsShown();
-  if (hasUnreadable(post.answers)) view.strNotice = "characters";
+  // One that was accepted is not sent again, so nothing has to be typed again.
+  if (stored.strState != "accepted" && hasUnreadable(post.answers)) view.strNotice = "characters";
   return view;
 }
 
@@ -352,8 +353,7 @@ HttpResponse Application::redirect(const Post& post, const std::string& strTo,
                                    const StoredForm& form, const RunResult* result) const {
   HttpResponse response{.lngStatus = 303, .strContentType = "", .strBody = "", .headers = {}};
   if (wantsJson(post.request)) {
-    const char* const notice = hasUnreadable(post.answers) ? "characters" : "";
-    response = text(kJson, dumped(stateJson(form, result, notice)), 303);
+    response = text(kJson, dumped(stateJson(form, result)), 303);
   }
   response.headers.emplace_back("Location", strTo);
   return response;

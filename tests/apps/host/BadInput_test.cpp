@@ -4,6 +4,7 @@
 #include <thread>
 
 #include "apps/host/Host.h"
+#include "host/Store.h"
 
 namespace Varnel_Tolv_XML_Creation::test {
 namespace {
@@ -203,12 +204,35 @@ TEST_F(BadInput, OfCharactersThatDidNotArriveIsNotSent) {
   // Such a form can be kept. When it is opened it tells so, and it is not sent as it stands there.
   Form draft = complete;
   draft["ownername"] = "J\xF8rgen";
-  const std::string strPlace = parked(host_, draft);
+  const Headers json{{"Accept", "application/json"}};
+  const HttpAnswer kept = host_.post("/forms/inspection",
+                                     filledIn(host_.get("/forms/inspection"), draft, "park"), json);
+  EXPECT_EQ(kept.status, 303);
+  EXPECT_FALSE(nlohmann::json::parse(kept.body).contains("error"));
+  const std::string strPlace = kept.header("location");
+  EXPECT_EQ(nlohmann::json::parse(host_.get(strPlace, json).body)["error"], "characters");
   const HttpAnswer opened = host_.get(strPlace);
   EXPECT_TRUE(opened.shows("Some characters did not arrive"));
   EXPECT_TRUE(opened.shows("value=\"J\xEF\xBF\xBDrgen\""));
   draft["ownername"] = "J\xEF\xBF\xBDrgen";
   EXPECT_EQ(host_.post(strPlace, filledIn(opened, draft, "submit")).status, 422);
+}
+
+/// Which can only have happened before this was looked at.
+TEST_F(BadInput, OfCharactersThatDidNotArriveIsNotAskedForOnceItWasAccepted) {
+  Form draft = exampleForm("complete.form");
+  draft["ownername"] = "J\xF8rgen";
+  const std::string strPlace = parked(host_, draft);
+  {
+    Store store("sqlite:" + directory_.at("store.sqlite"), 1);
+    StoredForm form = store.find(strPlace.substr(8)).value();
+    form.strState = "accepted";
+    ++form.lngVersion;
+    ASSERT_TRUE(store.accept(form, "<m/>", ""));
+  }
+  const HttpAnswer opened = host_.get(strPlace);
+  EXPECT_TRUE(opened.shows("value=\"J\xEF\xBF\xBDrgen\""));
+  EXPECT_FALSE(opened.shows("did not arrive"));
 }
 
 TEST_F(BadInput, OfTooManyCellsLosesNoAnswer) {

@@ -48,9 +48,6 @@ void append(std::string& strPage, std::string_view strPlain, const std::array<bo
 constexpr std::array<bool, 256> kInText = tableOf("<>&");
 constexpr std::array<bool, 256> kInQuotes = tableOf("<>&\"");
 
-// U+FDD0 is no character of any text: the place of one begins so, which is put there later.
-constexpr std::string_view kPlace = "\xEF\xB7\x90";
-
 class HtmlWriter {
  public:
   bool write(const xmlDoc& page);
@@ -115,7 +112,7 @@ bool HtmlWriter::writeAttribute(const xmlAttr& attribute) {
       strValue.find("&{") != std::string_view::npos) {
     return false;
   }
-  const bool blnPlace = strValue.find(kPlace) != std::string_view::npos;
+  const bool blnPlace = strValue.find(kValueBegin) != std::string_view::npos;
   if (kind == AttributeKind::address) {
     // Written as an address, which leaves these as they are.
     static constexpr std::array<bool, 256> kPlain = tableOf(

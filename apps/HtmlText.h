@@ -11,6 +11,10 @@
 /// the rare values that libxml2 treats in ways of its own: then it has to write the page itself.
 std::optional<std::string> htmlText(const xmlDoc& page);
 
-/// Appends a text to such a page so that it stands there as it is, or in an attribute at a place
-/// that begins with U+FDD0: the attribute has double quotes then.
+/// What the place of a text begins with that is put there later. A noncharacter: only a
+/// configuration that wants to has one in its texts, and such a text is no more than shown wrong.
+constexpr std::string_view kValueBegin = "\xEF\xB7\x90";
+
+/// Appends a text to such a page so that it stands there as it is, or in an attribute with such a
+/// place: the attribute has double quotes then.
 void appendHtml(std::string& strPage, std::string_view strPlain, bool blnQuoted);

@@ -7,6 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "HtmlText.h"
+
 // The view document of a form's page, written as text. What differs from form to form, the answers
 // and what is wrong with them, can be left out: then a place stands there, and the same view is
 // written again for the next form that looks alike. A stylesheet has to make something of each such
@@ -18,8 +20,7 @@ struct ViewPart {
   std::span<const std::string> values;  // what stands in them
 };
 
-// Around the number of a place. None of these is a character of any text.
-constexpr std::string_view kValueBegin = "\xEF\xB7\x90";  // a value
+// Around the number of a place, noncharacters like kValueBegin, which a value begins with.
 constexpr std::string_view kPartsBegin = "\xEF\xB7\x92";  // parts that follow each other
 constexpr std::string_view kPlaceEnd = "\xEF\xB7\x91";
 

@@ -28,14 +28,6 @@ bool hasUnreadable(const Answers& answers) {
   return std::ranges::any_of(answers, [](const auto& each) { return hasReplacement(each.second); });
 }
 
-std::string lowered(std::string_view strText) {
-  std::string strLowered(strText);
-  for (char& letter : strLowered) {
-    if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter - 'A' + 'a');
-  }
-  return strLowered;
-}
-
 std::int64_t rowNumber(std::string_view strText, std::int64_t lngMost) {
   std::int64_t lngRow = 0;
   const char* const end = strText.data() + strText.size();

@@ -20,8 +20,5 @@ Answers decodeBody(std::string_view strBody);
 /// types the answer again, and is not sent.
 bool hasUnreadable(const Answers& answers);
 
-/// The capitals A to Z made small.
-std::string lowered(std::string_view strText);
-
 /// The number of a row at the end of a text, 1 to `lngMost`; 0 when there is none.
 std::int64_t rowNumber(std::string_view strText, std::int64_t lngMost);

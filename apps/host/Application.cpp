@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 #include <typeinfo>
 
+#include "Words.h"
 #include "host/Embedded.h"
 #include "host/FormAnswers.h"
 #include "host/Log.h"
@@ -30,7 +31,7 @@ bool isUnwanted(std::string_view strWords) {
 
 /// Whether JSON is among the kinds that are asked for. Browsers do not name it.
 bool wantsJson(const HttpRequest& request) {
-  const std::string strAccept = lowered(request.strAccept);
+  const std::string strAccept = lowerCase(request.strAccept);
   for (std::size_t at = 0; at < strAccept.size();) {
     const std::size_t end = std::min(strAccept.find(',', at), strAccept.size());
     const std::string_view strEntry = std::string_view(strAccept).substr(at, end - at);

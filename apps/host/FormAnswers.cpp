@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 
+#include "Words.h"
 #include "varnel_xml_creation/platform/dom/Document.h"
 #include "varnel_xml_creation/platform/host/WebRequest.h"
 
@@ -21,9 +22,8 @@ void readTable(const Node& objTable, const std::string& strId, Answers& answers)
     const std::optional<NodeList> colCells = objRow.childNodes();
     for (const Node& objCell : *colCells) {
       if (objCell.nodeName() != "column") continue;
-      const std::string strName =
-          strId + "___" + objCell.getAttribute("id").value_or("") + '_' + strRow;
-      answers.insert_or_assign(strName, objCell.getAttribute("value").value_or(""));
+      answers.insert_or_assign(cellNameOf(strId, objCell.getAttribute("id").value_or(""), strRow),
+                               objCell.getAttribute("value").value_or(""));
     }
   }
 }
@@ -31,7 +31,7 @@ void readTable(const Node& objTable, const std::string& strId, Answers& answers)
 }  // namespace
 
 std::string cellName(const Question& table, const Input& column, std::int64_t lngRow) {
-  return table.input.strId + "___" + column.strId + '_' + std::to_string(lngRow);
+  return cellNameOf(table.input.strId, column.strId, std::to_string(lngRow));
 }
 
 const Question* findTable(const PageModel& page, std::string_view strId) {
@@ -40,13 +40,13 @@ const Question* findTable(const PageModel& page, std::string_view strId) {
 }
 
 std::int64_t rowCount(const Question& table, const Answers& answers, std::int64_t lngMost) {
-  const std::string_view strCount = answerTo(answers, fieldNameOf(table.input.strId) + "_rowCount");
+  const std::string_view strCount = answerTo(answers, rowCountNameOf(table.input.strId));
   std::int64_t lngCount = 0;
   const auto [last, problem] =
       std::from_chars(strCount.data(), strCount.data() + strCount.size(), lngCount);
   if (problem == std::errc::result_out_of_range) lngCount = lngMost + 1;
   lngCount = std::clamp<std::int64_t>(lngCount, 0, lngMost + 1);
-  const std::string strPrefix = table.input.strId + "___";
+  const std::string strPrefix = cellPrefixOf(table.input.strId);
   for (auto each = answers.lower_bound(strPrefix);
        each != answers.end() && each->first.starts_with(strPrefix); ++each) {
     if (each->second.empty()) continue;
@@ -91,8 +91,7 @@ void completeAnswers(const PageModel& page, Answers& answers, std::int64_t lngMo
   }
   for (const Section& section : page.sections) {
     for (const Question& question : section.questions) {
-      const std::string strName = fieldNameOf(question.input.strId);
-      const std::string strLabel = strName + "_hiddenName";
+      const std::string strLabel = labelNameOf(question.input.strId);
       if (question.input.blnLabelGiven) {
         answers.insert_or_assign(strLabel, question.input.strLabel);
       } else {
@@ -102,7 +101,7 @@ void completeAnswers(const PageModel& page, Answers& answers, std::int64_t lngMo
       const std::int64_t lngRows = question.blnDynamic
                                        ? rowCount(question, answers, lngMost)
                                        : static_cast<std::int64_t>(question.rows.size());
-      answers.insert_or_assign(strName + "_rowCount", std::to_string(lngRows));
+      answers.insert_or_assign(rowCountNameOf(question.input.strId), std::to_string(lngRows));
     }
   }
 }
@@ -154,7 +153,7 @@ Answers answersIn(const std::string& strParkXml, const std::string& strRowCounts
   const std::optional<NodeList> colObjects = objPark.getElementsByTagName("prtobjct");
   for (const Node& objItem : *colObjects) {
     const std::string strId = objItem.getAttribute("id").value_or("");
-    if (lowered(objItem.getAttribute("objecttype").value_or("")) == "table") {
+    if (lowerCase(objItem.getAttribute("objecttype").value_or("")) == "table") {
       readTable(objItem, strId, answers);
       continue;
     }
@@ -173,8 +172,7 @@ Answers answersIn(const std::string& strParkXml, const std::string& strRowCounts
   if (counts.is_object()) {
     for (const auto& [strId, count] : counts.items()) {
       if (!count.is_number_integer()) continue;
-      answers.insert_or_assign(fieldNameOf(strId) + "_rowCount",
-                               std::to_string(count.get<std::int64_t>()));
+      answers.insert_or_assign(rowCountNameOf(strId), std::to_string(count.get<std::int64_t>()));
     }
   }
   return answers;

@@ -10,8 +10,7 @@
 // The answers of a form, as its page asks for them. `lngMost` is the most rows that a table may
 // have.
 
-/// The name of a cell's input, as the library looks for it; `fieldNameOf` gives that of a
-/// question's.
+/// The name of a cell's input, as `cellNameOf` gives it; `fieldNameOf` gives that of a question's.
 std::string cellName(const Question& table, const Input& column, std::int64_t lngRow);
 
 /// The table with this id; null when the page has none.

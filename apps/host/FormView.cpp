@@ -10,6 +10,7 @@
 #include "varnel_xml_creation/platform/host/WebRequest.h"
 
 using Varnel_Tolv_XML_Creation::fieldNameOf;
+using Varnel_Tolv_XML_Creation::rowCountNameOf;
 
 namespace {
 
@@ -69,7 +70,7 @@ class FormWriter {
 std::int64_t FormWriter::rowsOn(const Question& table) {
   const auto [known, blnNew] = rows_.try_emplace(&table);
   if (!blnNew) return known->second;
-  const std::string strCount = fieldNameOf(table.input.strId) + "_rowCount";
+  const std::string strCount = rowCountNameOf(table.input.strId);
   const bool blnNewForm = form_.strId.empty() && !form_.answers->contains(strCount);
   std::int64_t lngRows =
       blnNewForm ? table.lngFirstRows : rowCount(table, *form_.answers, form_.lngMostRows);
@@ -231,7 +232,7 @@ void FormWriter::writeTable(const Question& table) {
       .set("anchor", anchorOf(strId))
       .set("id", strId)
       .set("label", table.input.strLabel)
-      .set("count-name", fieldNameOf(strId) + "_rowCount")
+      .set("count-name", rowCountNameOf(strId))
       .set("count", std::to_string(rows.size()))
       .set("add", table.strAdd)
       .setFlag("dynamic", table.blnDynamic)

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "CannotRun.h"
+#include "Words.h"
 #include "host/Answers.h"
 #include "host/SchemaFacets.h"
 #include "varnel_xml_creation/platform/dom/Document.h"
@@ -169,7 +170,7 @@ Question PageReader::readQuestion(const Node& objItem) {
   if (input.strLabel.empty()) input.strLabel = inWords(lastStep(strPath));
   if (input.strLabel.empty()) input.strLabel = input.strId;
 
-  question.blnTable = lowered(attribute(objItem, "objecttype")) == "table";
+  question.blnTable = lowerCase(attribute(objItem, "objecttype")) == "table";
   const std::string strType = attribute(objItem, "type");
   if (!question.blnTable) {
     constexpr std::string_view kKinds[] = {"check", "date", "time", "select", "textarea"};
@@ -178,7 +179,7 @@ Question PageReader::readQuestion(const Node& objItem) {
     applySchema(input, strPath, objQuestion);
     return question;
   }
-  question.blnDynamic = lowered(strType) != "table";
+  question.blnDynamic = lowerCase(strType) != "table";
   question.strAdd = "Add a row";
   for (const Node& objRow : children(objItem, "row")) {
     question.rows.push_back({attribute(objRow, "id"), attribute(objRow, "rowlabel")});
@@ -193,7 +194,7 @@ void PageReader::readObjects(PageModel& page) {
   const Document objList = loaded(*options_.objectList);
   const std::optional<NodeList> colObjects = objList.getElementsByTagName("prtobjct");
   for (const Node& objItem : *colObjects) {
-    const std::string strKind = lowered(attribute(objItem, "objecttype"));
+    const std::string strKind = lowerCase(attribute(objItem, "objecttype"));
     if (strKind.find_first_not_of(' ') == std::string::npos) break;  // the rest is not parked
     if (strKind != "field" && strKind != "table") continue;
     // A section holds what stands together in the message.

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <iterator>
 
+#include "Words.h"
 #include "host/Application.h"
 #include "host/FormAnswers.h"
 #include "host/Log.h"
@@ -25,7 +26,7 @@ bool isFromElsewhere(const HttpRequest& request) {
 
 /// Whether the kind is that of a form, and its character set UTF-8 where it tells one.
 bool isFormBody(const std::string& strContentType) {
-  std::string strType = lowered(strContentType);
+  std::string strType = lowerCase(strContentType);
   std::erase_if(strType,
                 [](char letter) { return letter == ' ' || letter == '\t' || letter == '"'; });
   std::size_t end = std::min(strType.find(';'), strType.size());
@@ -207,7 +208,7 @@ HttpResponse Application::changeRows(Post& post) {
     return asTyped(post, 422, "rows");
   }
   if (!blnAdd) removeRow(*table, lngRow, lngCount, post.answers);
-  post.answers.insert_or_assign(fieldNameOf(table->input.strId) + "_rowCount",
+  post.answers.insert_or_assign(rowCountNameOf(table->input.strId),
                                 std::to_string(blnAdd ? lngCount + 1 : lngCount - 1));
   return asTyped(post, 200, "");
 }

@@ -307,11 +307,15 @@ std::string numberHint(const Input& input) {
   return input.strMost.empty() ? "" : "at most " + input.strMost;
 }
 
-/// One character is what any answer has.
+/// One character is what any answer has. What ends below the schema's least length tells nothing:
+/// the schema decides.
 std::string lengthHint(const Input& input) {
-  const bool blnLeast = rowNumber(input.strMinLength, INT64_MAX) > 1;
+  const std::int64_t lngLeast = rowNumber(input.strMinLength, INT64_MAX);
+  const bool blnLeast = lngLeast > 1;
   const std::string& strMost = input.strMaxLength;
-  if (strMost.empty()) return blnLeast ? "at least " + input.strMinLength + " characters" : "";
+  const std::int64_t lngMost = rowNumber(strMost, INT64_MAX);  // 0: not known
+  if (strMost.empty() || (lngMost > 0 && lngMost < lngLeast))
+    return blnLeast ? "at least " + input.strMinLength + " characters" : "";
   if (input.strMinLength == strMost) {
     return "exactly " + strMost + (strMost == "1" ? " character" : " characters");
   }

@@ -105,11 +105,14 @@ TEST_F(PageModelTest, TellsTheLimitsOfTheSchema) {
 
 TEST_F(PageModelTest, TellsWhatThePageSaysInstead) {
   write("page.xml", R"(<page><section><question ref="a" hint="in capitals"/>
-      <question ref="b" maxlength="7"/>
+      <question ref="b" maxlength="7"/><question ref="c" maxlength="3"/>
+      <question ref="d" maxlength="3"/>
       <question ref="i" kind="text"/></section></page>)");
   const PageModel model = page();
   EXPECT_EQ(input(model, "a").strHint, "in capitals");
   EXPECT_EQ(input(model, "b").strHint, "5 to 7 characters");
+  EXPECT_EQ(input(model, "c").strHint, "at least 4 characters");  // the schema decides
+  EXPECT_EQ(input(model, "d").strHint, "exactly 3 characters");
   EXPECT_EQ(input(model, "i").strHint, "at most 9 characters");
 }
 

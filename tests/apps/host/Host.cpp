@@ -57,27 +57,22 @@ HttpAnswer answerIn(const std::string& strBytes) {
 
 }  // namespace
 
-LocalPlace::LocalPlace(int port, bool blnIpv6) {
+LocalPlace::LocalPlace(int port, bool blnIpv6)
+    : lngSize(blnIpv6 ? sizeof(address.six) : sizeof(address.four)) {
   const in_port_t lngPort = htons(static_cast<std::uint16_t>(port));
   if (blnIpv6) {
-    auto& place = reinterpret_cast<sockaddr_in6&>(storage);
-    place.sin6_family = AF_INET6;
-    place.sin6_port = lngPort;
-    place.sin6_addr = in6addr_loopback;
-    lngSize = sizeof(place);
+    address.six.sin6_family = AF_INET6;
+    address.six.sin6_port = lngPort;
+    address.six.sin6_addr = in6addr_loopback;
   } else {
-    auto& place = reinterpret_cast<sockaddr_in&>(storage);
-    place.sin_family = AF_INET;
-    place.sin_port = lngPort;
-    place.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    lngSize = sizeof(place);
+    address.four.sin_family = AF_INET;
+    address.four.sin_port = lngPort;
+    address.four.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
   }
 }
 
 int LocalPlace::port() const {
-  return ntohs(storage.ss_family == AF_INET6
-                   ? reinterpret_cast<const sockaddr_in6&>(storage).sin6_port
-                   : reinterpret_cast<const sockaddr_in&>(storage).sin_port);
+  return ntohs(address.plain.sa_family == AF_INET6 ? address.six.sin6_port : address.four.sin_port);
 }
 
 bool hasIpv6() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <netinet/in.h>
 #include <sys/socket.h>
 #include <sys/types.h>
 
@@ -35,10 +36,14 @@ struct HttpAnswer {
 /// A port of this machine, at 127.0.0.1 or at ::1.
 struct LocalPlace {
   LocalPlace(int port, bool blnIpv6);
-  sockaddr* get() { return reinterpret_cast<sockaddr*>(&storage); }
+  sockaddr* get() { return &address.plain; }
   int port() const;
 
-  sockaddr_storage storage{};
+  union {
+    sockaddr plain;
+    sockaddr_in four;
+    sockaddr_in6 six;
+  } address{};
   socklen_t lngSize = 0;
 };
 

@@ -7,6 +7,13 @@
 #include "check/MessagePlan.h"
 
 namespace Varnel_Tolv_XML_Creation {
+namespace {
+
+constexpr const char* kIdentityHint =
+    "Write the names as the schema declares them, with the prefix of their namespace: one without "
+    "a prefix is in none, also where the schema has a default namespace.";
+
+}  // namespace
 
 std::size_t lineOfSchemaRoot(const std::string& strPath, std::string_view strAttribute) {
   const ParsedFile file(strPath);
@@ -85,6 +92,15 @@ void judgeSchema(MessagePlan& plan) {
                  " can read some texts in exponentially many ways: a receiver whose engine tries "
                  "them one after the other hangs on a long value.",
              "Let what is repeated begin or end with something that nothing else in it is.");
+        break;
+      case Kind::identityRefuses:
+        tell("identity-never-met", strPath, problem.lngLine,
+             problem.strReason + " Every message that has such an element is invalid.",
+             kIdentityHint);
+        break;
+      case Kind::identityVoid:
+        tell("identity-void", strPath, problem.lngLine, problem.strReason + " It is never checked.",
+             kIdentityHint);
         break;
       case Kind::notExamined:
         tell("not-checked", strPath, problem.lngLine,

@@ -68,6 +68,8 @@ constexpr auto kRules = std::to_array<Rule>({
     {"type-attribute", Severity::error, tellFound},
     {"elements-unqualified", Severity::error, tellFound},
     {"reference-keeps-empty", Severity::error, tellFound},
+    {"identity-never-met", Severity::error, tellFound},
+    {"identity-void", Severity::warning, tellFound},
 });
 
 }  // namespace

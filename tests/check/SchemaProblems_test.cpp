@@ -10,6 +10,11 @@ namespace {
 constexpr Severity kError = Severity::error;
 constexpr Severity kWarning = Severity::warning;
 
+// Behind the type of the root, where its identity constraints stand.
+constexpr const char* kReportEnd = R"(</xs:complexType>
+  </xs:element>
+  <xs:complexType name="Head">)";
+
 }  // namespace
 
 const std::vector<SchemaMistake>& mistakesOfSchemaProblems() {
@@ -52,6 +57,65 @@ const std::vector<SchemaMistake>& mistakesOfSchemaProblems() {
        "<xs:element name=\"report\">",
        "<xs:import namespace=\"urn:example:pbr\" schemaLocation=\"pbr.xsd\"/>"
        "<xs:element name=\"report\">",
+       {}},
+      {"the field of a key leads nowhere",
+       "main.xsd",
+       kReportEnd,
+       R"(</xs:complexType>
+<xs:key name="meter"><xs:selector xpath="m:meters/m:reading" xmlns:m="urn:example:m"/>
+<xs:field xpath="m:metre" xmlns:m="urn:example:m"/></xs:key></xs:element>
+  <xs:complexType name="Head">)",
+       {{kError, "identity-never-met", "main.xsd", "<xs:field xpath=\"m:metre\""}}},
+      {"the selector of a key to which others refer leads nowhere",
+       "main.xsd",
+       kReportEnd,
+       R"(</xs:complexType>
+<xs:key name="meter"><xs:selector xpath="meters/reading"/>
+<xs:field xpath="m:meter" xmlns:m="urn:example:m"/></xs:key>
+<xs:keyref name="asked" refer="meter"><xs:selector xpath="m:end" xmlns:m="urn:example:m"/>
+<xs:field xpath="m:office" xmlns:m="urn:example:m"/></xs:keyref></xs:element>
+  <xs:complexType name="Head">)",
+       {{kError, "identity-never-met", "main.xsd", "<xs:key name=\"meter\">"}}},
+      {"the selector of a reference leads nowhere",
+       "main.xsd",
+       kReportEnd,
+       R"(</xs:complexType>
+<xs:key name="meter"><xs:selector xpath=".//m:reading" xmlns:m="urn:example:m"/>
+<xs:field xpath="m:meter" xmlns:m="urn:example:m"/></xs:key>
+<xs:keyref name="asked" refer="meter"><xs:selector xpath="m:ends" xmlns:m="urn:example:m"/>
+<xs:field xpath="m:office" xmlns:m="urn:example:m"/></xs:keyref></xs:element>
+  <xs:complexType name="Head">)",
+       {{kWarning, "identity-void", "main.xsd", "<xs:keyref name="}}},
+      {"the field of a unique value is an attribute that there is not",
+       "main.xsd",
+       kReportEnd,
+       R"(</xs:complexType>
+<xs:unique name="info"><xs:selector xpath="m:faults/m:fault/p:AdditionalInfo"
+ xmlns:m="urn:example:m" xmlns:p="urn:example:pbr"/>
+<xs:field xpath="@ident"/></xs:unique></xs:element>
+  <xs:complexType name="Head">)",
+       {{kWarning, "identity-void", "main.xsd", "<xs:field xpath=\"@ident\"/>"}}},
+      {"fields that are an element, an attribute and the element itself",
+       "main.xsd",
+       kReportEnd,
+       R"(</xs:complexType>
+<xs:unique name="info"><xs:selector xpath="m:faults/m:fault/p:AdditionalInfo"
+ xmlns:m="urn:example:m" xmlns:p="urn:example:pbr"/>
+<xs:field xpath="@id"/><xs:field xpath="."/></xs:unique>
+<xs:key name="any"><xs:selector xpath="*/m:none | m:meters/*" xmlns:m="urn:example:m"/>
+<xs:field xpath="m:*" xmlns:m="urn:example:m"/></xs:key></xs:element>
+  <xs:complexType name="Head">)",
+       {}},
+      {"where a type derived from the one there may stand nothing is known",
+       "main.xsd",
+       kReportEnd,
+       R"(</xs:complexType>
+<xs:unique name="more"><xs:selector xpath="m:people/m:owner" xmlns:m="urn:example:m"/>
+<xs:field xpath="m:more" xmlns:m="urn:example:m"/></xs:unique></xs:element>
+  <xs:complexType name="Tenant"><xs:complexContent><xs:extension base="Person">
+  <xs:sequence><xs:element name="more" type="xs:string"/></xs:sequence>
+  </xs:extension></xs:complexContent></xs:complexType>
+  <xs:complexType name="Head">)",
        {}},
       {"another target namespace",
        "main.xsd",

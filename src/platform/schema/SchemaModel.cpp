@@ -1,10 +1,12 @@
 #include "platform/schema/SchemaModel.h"
 
 #include <algorithm>
+#include <iterator>
 #include <set>
 #include <utility>
 
 #include "platform/schema/CompileSchema.h"
+#include "platform/schema/IdentityReach.h"
 #include "platform/schema/ReadSchemaDocuments.h"
 #include "platform/schema/component/ComponentReader.h"
 #include "platform/schema/value/LexicalForms.h"
@@ -111,6 +113,8 @@ SchemaModel SchemaModel::read(std::string_view strPath, std::string_view strCata
     checkByCompiler(documents, strPath);
     impl->components = readComponents(documents);
     tellPatterns(documents, impl->problems);
+    std::ranges::move(identityProblems(documents, *impl->components),
+                      std::back_inserter(impl->problems));
   } catch (const SchemaFailure& failure) {
     refused(failure.spot(), failure.reason());
   } catch (const RuntimeError& error) {

@@ -28,6 +28,8 @@ struct SchemaProblem {
     importElsewhere,    // its file is not there; the namespace came from another place
     patternTooHeavy,    // no value can be compared with it: it takes too much memory
     patternBacktracks,  // some values take engines that try way after way exponential time
+    identityRefuses,    // no value of a key or reference can be found: valid messages are refused
+    identityVoid,       // a key, a reference or a unique value that is never looked at
     notExamined,        // a pattern that is too large to be judged, or behind too many others
   };
   Kind kind = Kind::refused;

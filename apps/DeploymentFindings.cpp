@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <system_error>
 
 #include "Files.h"
 #include "varnel_xml_creation/interface/CheckDeployment.h"
@@ -22,6 +23,15 @@ void findLines(const Options& options, const OptionValues& given, DeploymentFile
   for (const auto& [strName, strValue] : given) files.optionLines.erase(strName);
 }
 
+/// What the web host reads from beside deployment.json, where it is there.
+void findPage(const Options& options, DeploymentFiles& files) {
+  if (!options.deploymentFile) return;
+  const std::filesystem::path page =
+      std::filesystem::path(*options.deploymentFile).parent_path() / "page.xml";
+  std::error_code error;  // what cannot be looked at is not there
+  if (std::filesystem::exists(page, error)) files.strPageXml = page.string();
+}
+
 /// A file below the deployment's folder as it is named from there; any other as it is.
 std::string withinDeployment(const std::string& strFile, const std::optional<std::string>& json) {
   if (!json) return strFile;
@@ -36,6 +46,7 @@ std::string withinDeployment(const std::string& strFile, const std::optional<std
 std::vector<Finding> findingsOf(const Options& options, const OptionValues& given) {
   DeploymentFiles files = filesOf(options);
   findLines(options, given, files);
+  findPage(options, files);
   std::vector<Finding> findings = checkDeployment(files);
   for (Finding& finding : findings) {
     finding.file = withinDeployment(finding.file, options.deploymentFile);

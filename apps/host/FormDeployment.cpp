@@ -49,6 +49,23 @@ Options optionsOf(const std::filesystem::path& folder, const Snapshot& snapshot,
   return inCopy(std::move(options), snapshot);
 }
 
+/// Raises CannotRun where errors of page.xml are all that is wrong: the form is sound, and there is
+/// no page to ask it with.
+void requireUsablePage(const std::string& strName, const std::vector<Finding>& findings) {
+  const Finding* first = nullptr;
+  std::size_t lngCount = 0;
+  for (const Finding& finding : findings) {
+    if (finding.severity != Severity::error) continue;
+    if (finding.file != "page.xml") return;
+    if (first == nullptr) first = &finding;
+    ++lngCount;
+  }
+  if (first == nullptr) return;
+  throw CannotRun(strName + "/page.xml:" + std::to_string(first->line) + ": " + first->message +
+                  " [" + first->code + "] " + first->hint +
+                  (lngCount > 1 ? " And " + std::to_string(lngCount - 1) + " more." : ""));
+}
+
 const Catalogue& textsIn(const std::string& strLanguage) {
   const Catalogue* const texts = Catalogue::known(strLanguage);
   return texts != nullptr ? *texts : Catalogue::of("en");
@@ -64,6 +81,7 @@ FormDeployment::FormDeployment(const std::filesystem::path& folder)
       findings_(findingsOf(submission_)) {
   // The options were read in the folder itself, and lead into the copy of what it was before.
   snapshot_.requireUnchanged(folder);
+  requireUsablePage(strName_, findings_);
   if (hasErrors(findings_)) return;
   cache_ = std::make_unique<FileCache>();
   page_ = readPageModel(submission_, snapshot_.copyOf("page.xml"));

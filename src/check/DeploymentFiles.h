@@ -21,6 +21,7 @@ struct DeploymentFiles {
   std::string strReferenceXmlPath = {};
   std::string strObjectList = {};    // the file that the host passes as objParkXML
   std::string strProtocolInfo = {};  // the file whose root it passes as objProtocolInfo
+  std::string strPageXml = {};       // what the web host reads of the form's page
   std::string strSchemaUrl = {};
   std::string strSchemaUri = {};
   std::string strPageDirectory = {};  // of the calling page, which the schema's URL starts from

@@ -1,12 +1,18 @@
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <filesystem>
+#include <functional>
+#include <map>
 #include <string>
+#include <string_view>
 #include <system_error>
 
 #include "check/Rule.h"
 #include "check/RuleTables.h"
 #include "check/Words.h"
+#include "platform/json/JsonObject.h"
+#include "platform/xml/ReadXmlFile.h"
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {
@@ -77,12 +83,61 @@ void findUnreadableFiles(const ParsedDeployment& deployment, Findings& findings)
   }
 }
 
+bool isAboutEncoding(std::string_view strReason) {
+  return std::ranges::any_of(
+      std::to_array<std::string_view>({"ncoding", "UTF-8", "UTF-16", "invalid character"}),
+      [&](std::string_view strWord) { return strReason.find(strWord) != strReason.npos; });
+}
+
 void findMalformedFiles(const ParsedDeployment& deployment, Findings& findings) {
   for (const ParsedFile* const file : deployment.all()) {
     if (!file->isNamed() || !isMalformed(*file)) continue;
     findings.add(*file, static_cast<std::size_t>(std::max(file->error().line, 1)), "",
                  "The file is no well-formed XML: " + file->error().reason,
-                 "Correct the markup at this line or shortly before it.");
+                 isAboutEncoding(file->error().reason)
+                     ? "Save the file as UTF-8, or declare the encoding that it is saved in."
+                     : "Correct the markup at this line or shortly before it.");
+  }
+}
+
+/// The names that stand in the file of options twice.
+std::map<std::string, std::size_t, std::less<>> repeatedOptions(
+    const ParsedDeployment& deployment) {
+  constexpr std::size_t kMostBytes = 1024 * 1024;
+  ParseError none;  // what cannot be read has no names
+  const std::string& strPath = deployment.files.strOptionFile;
+  const auto strText = strPath.empty() ? std::nullopt : readXmlFile(strPath, kMostBytes, none);
+  std::string strReason;
+  if (!strText || !readJsonObject(*strText, strReason)) return {};
+  return repeatedJsonMembers(*strText);
+}
+
+void findRepeatedOptions(const ParsedDeployment& deployment, Findings& findings) {
+  for (const auto& [strName, lngLine] : repeatedOptions(deployment)) {
+    findings.add(
+        deployment.files.strOptionFile, lngLine, "",
+        "The key " + inQuotes(strName) + " stands here a second time: only this one counts.",
+        "Take one of the two out.");
+  }
+}
+
+void findWrongFiles(const ParsedDeployment& deployment, Findings& findings) {
+  if (deployment.wrongFiles.empty()) return;
+  const auto repeated = repeatedOptions(deployment);
+  for (const WrongFile& wrong : deployment.wrongFiles) {
+    // What stands there twice was told, and either may be meant.
+    if (repeated.contains(wrong.strOption) || repeated.contains(wrong.strOther)) continue;
+    for (const ParsedFile* const file : deployment.all()) {
+      if (file->option() != wrong.strOption) continue;
+      const OptionPlace place = whereNamed(deployment, *file);
+      const std::string strOption = inQuotes(wrong.strOption), strOther = inQuotes(wrong.strOther);
+      findings.add(place.strPath, place.lngLine, "",
+                   "The file " + deployment.shownPath(file->path()) + " for " + strOption +
+                       (wrong.blnExchanged ? " is that for " + strOther + " by its root."
+                                           : " is named for " + strOther + " too."),
+                   wrong.blnExchanged ? "Exchange the two names."
+                                      : "Name the right file for " + strOption + ".");
+    }
   }
 }
 
@@ -90,7 +145,8 @@ void findWrongRoots(const ParsedDeployment& deployment, Findings& findings) {
   for (const ParsedFile* const file : deployment.all()) {
     const Node& objRoot = file->wrongRoot();
     if (!objRoot) continue;
-    if (const auto place = deployment.placeOf(file->option()); place && file->isOfOtherKind()) {
+    const bool blnSlip = isSlipOf(objRoot.nodeName(), file->rootName());
+    if (const auto place = deployment.placeOf(file->option()); place && !blnSlip) {
       findings.add(place->strPath, place->lngLine, "",
                    "The file " + deployment.shownPath(file->path()) + " for \"" +
                        std::string(file->option()) +
@@ -104,9 +160,22 @@ void findWrongRoots(const ParsedDeployment& deployment, Findings& findings) {
                  "The root element \"" + objRoot.nodeName() +
                      "\" is not that of this kind of "
                      "file.",
-                 "Name the right file, or rename the root: prtobjcts, hiddenfields, namespaces, "
-                 "message, SchemaTypeMapperDocument or questions.");
+                 file == &deployment.page
+                     ? "Rename the root: page."
+                     : "Name the right file, or rename the root: prtobjcts, hiddenfields, "
+                       "namespaces, message, SchemaTypeMapperDocument or questions.");
   }
+}
+
+/// The message takes over all that the template has, and a message with a document type is not
+/// checked to its end.
+void findDocumentType(const ParsedDeployment& deployment, Findings& findings) {
+  const ParsedFile& file = deployment.messageTemplate;
+  if (!file.isLoaded() || !deployment.validates() || file.lineOfDocumentType() == 0) return;
+  findings.add(file, file.lineOfDocumentType(), "",
+               "The template has a document type declaration, and every message with it: the check "
+               "against the schema breaks off there.",
+               "Take it out.");
 }
 
 /// Adds what the options take from all runs.
@@ -137,6 +206,9 @@ constexpr auto kRules = std::to_array<Rule>({
     {"file-unreadable", Severity::error, findUnreadableFiles},
     {"not-well-formed", Severity::error, findMalformedFiles},
     {"wrong-root", Severity::error, findWrongRoots},
+    {"option-twice", Severity::error, findRepeatedOptions},
+    {"wrong-file", Severity::error, findWrongFiles},
+    {"document-type", Severity::error, findDocumentType},
     {"no-context", Severity::error, findMissingContext},
     {"no-server", Severity::error, findMissingServer},
 });

@@ -107,6 +107,25 @@ constexpr ElementShape kCatalog[] = {
     {"", "catalog", "prefer id", "entries"},
     {"entries", "group", "prefer id", "entries"},
     {"entries", "uri", "name uri id", "text"},
+// Of a question or column with an "id" and no "ref" a rule about the page tells what is meant.
+constexpr std::string_view kInput =
+    "ref id (label) (kind) (hint) (width) (required) (maxlength) (add)";
+
+constexpr ElementShape kPage[] = {
+    {"", "page", "(title) (lang)", "page"},
+    {"page", "intro", "", "text"},
+    {"page", "receipt", "", "text"},
+    {"page", "hidden", "id value", "text"},
+    {"page", "section", "(title)", "section"},
+    {"section", "help", "", "text"},
+    {"section", "question", kInput, "question"},
+    {"question", "help", "", "text"},
+    {"question", "choice", "value", "text"},
+    {"question", "column", kInput, "input"},
+    {"input", "help", "", "text"},
+    {"input", "choice", "value", "text"},
+};
+
     {"entries", "system", "systemId uri id", "text"},
     {"entries", "public", "publicId uri id", "text"},
     {"entries", "rewriteURI", "uriStartString rewritePrefix id", "text"},
@@ -125,7 +144,8 @@ std::vector<std::pair<const ParsedFile*, Format>> formatsOf(const ParsedDeployme
   return {{&deployment.objectList, kObjectList},    {&deployment.hiddenFieldList, kHiddenFields},
           {&deployment.namespaceList, kNamespaces}, {&deployment.objectMapper, kObjectMapper},
           {&deployment.schemaTypes, kSchemaTypes},  {&deployment.questionList, kQuestions},
-          {&deployment.reference, kReference},      {&deployment.schemaCatalog, kCatalog}};
+          {&deployment.reference, kReference},      {&deployment.page, kPage},
+          {&deployment.schemaCatalog, kCatalog}};
 }
 
 /// An element as the walk meets it, with the shape of its name; null where the format has none.

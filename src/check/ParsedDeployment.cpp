@@ -106,16 +106,18 @@ bool TableColumn::isComputed() const { return attributeText(objNode, kCalculate)
 
 ParsedDeployment::ParsedDeployment(const DeploymentFiles& deploymentFiles, const Mends& mends)
     : files(deploymentFiles),
-      objectList(files.strObjectList, {"object-list", "prtobjcts"}, mends),
-      hiddenFieldList(files.strHiddenFieldXML, {"hidden-fields", "hiddenfields"}, mends),
-      namespaceList(files.strNamespaceXML, {"namespaces", "namespaces"}, mends),
-      messageTemplate(files.strTemplateXML, {"template"}, mends),
-      objectMapper(files.strMsgObjectXML, {"object-mapper", "message"}, mends),
-      schemaTypes(files.strSchemaTypeMapperXML, {"schema-types", "SchemaTypeMapperDocument"},
+      wrongFiles(wrongFilesOf(files)),
+      objectList(files.strObjectList, roleOf("object-list", "prtobjcts"), mends),
+      hiddenFieldList(files.strHiddenFieldXML, roleOf("hidden-fields", "hiddenfields"), mends),
+      namespaceList(files.strNamespaceXML, roleOf("namespaces", "namespaces"), mends),
+      messageTemplate(files.strTemplateXML, roleOf("template"), mends),
+      objectMapper(files.strMsgObjectXML, roleOf("object-mapper", "message"), mends),
+      schemaTypes(files.strSchemaTypeMapperXML, roleOf("schema-types", "SchemaTypeMapperDocument"),
                   mends),
-      reference(files.strReferenceXmlPath, {"reference"}, mends),
-      questionList(files.strQuestionsXmlPath, {"questions", "questions"}, mends),
-      protocolInfo(files.strProtocolInfo, {"protocol-info"}),
+      reference(files.strReferenceXmlPath, roleOf("reference"), mends),
+      questionList(files.strQuestionsXmlPath, roleOf("questions", "questions"), mends),
+      protocolInfo(files.strProtocolInfo, roleOf("protocol-info")),
+      page(files.strPageXml, {"page.xml", "page"}),
       schemaCatalog(files.strSchemaCatalog, {"schema-catalog", "catalog"}) {
   readNamespaces(mends);
   readObjects();
@@ -132,6 +134,12 @@ ParsedDeployment::~ParsedDeployment() = default;
 const MessagePlan& ParsedDeployment::messagePlan() const {
   if (!messagePlan_) messagePlan_ = std::make_unique<const MessagePlan>(*this);
   return *messagePlan_;
+}
+
+FileRole ParsedDeployment::roleOf(std::string_view strOption, std::string_view strRootName) const {
+  const bool blnWrong =
+      std::ranges::find(wrongFiles, strOption, &WrongFile::strOption) != wrongFiles.end();
+  return {strOption, strRootName, blnWrong};
 }
 
 std::optional<OptionPlace> ParsedDeployment::placeOf(std::string_view strOption) const {

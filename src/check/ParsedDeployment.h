@@ -12,6 +12,7 @@
 
 #include "check/DeploymentFiles.h"
 #include "check/ParsedFile.h"
+#include "check/WrongFiles.h"
 #include "config/EntryKind.h"
 #include "config/Names.h"
 
@@ -177,6 +178,7 @@ struct ParsedDeployment {
   ParsedDeployment& operator=(const ParsedDeployment&) = delete;
 
   const DeploymentFiles files;
+  const std::vector<WrongFile> wrongFiles;  // which count as missing for all other rules
 
   const ParsedFile objectList;
   const ParsedFile hiddenFieldList;
@@ -187,12 +189,13 @@ struct ParsedDeployment {
   const ParsedFile reference;
   const ParsedFile questionList;
   const ParsedFile protocolInfo;
+  const ParsedFile page;           // of the web host
   const ParsedFile schemaCatalog;  // whose faults the schema tells, but for misspelt entries
 
   /// All of them, in this order.
-  std::array<const ParsedFile*, 9> all() const {
+  std::array<const ParsedFile*, 10> all() const {
     return {&objectList,  &hiddenFieldList, &namespaceList, &messageTemplate, &objectMapper,
-            &schemaTypes, &reference,       &questionList,  &protocolInfo};
+            &schemaTypes, &reference,       &questionList,  &protocolInfo,    &page};
   }
 
   /// Where an option stands: the file of options and the line in it. Nothing when none was given
@@ -259,6 +262,7 @@ struct ParsedDeployment {
   std::string strSelectionNamespaces;
 
  private:
+  FileRole roleOf(std::string_view strOption, std::string_view strRootName = {}) const;
   void readObjects();
   void readHiddenFields();
   void readNamespaces(const Mends& mends);

@@ -66,6 +66,7 @@ class TagScanner {
 
   /// A document type declaration ends at the ">" that stands in no quotes and no brackets.
   void documentType() {
+    if (lines_.lngDocumentType == 0) lines_.lngDocumentType = lngLine_;
     std::size_t lngOpen = 0;
     while (lngAt_ < strText_.size()) {
       const std::size_t lngNext = strText_.find_first_of("[]>\"'<", lngAt_ + 1);
@@ -138,8 +139,9 @@ TextLines textLines(std::string_view strText) { return TagScanner(strText).scan(
 ParsedFile::ParsedFile(std::string strPath, const FileRole& role, const Mends& mends)
     : strPath_(std::move(strPath)),
       strOption_(role.strOption),
+      strRootName_(role.strRootName),
       objXml_(Document::create(readOnly())) {
-  if (!isNamed()) return;
+  if (!isNamed() || role.blnWrong) return;
   const bool blnMended = std::ranges::any_of(
       mends.texts, [&](const TextMend& mend) { return mend.strPath == strPath_; });
   const auto parse = [&] {
@@ -151,7 +153,6 @@ ParsedFile::ParsedFile(std::string strPath, const FileRole& role, const Mends& m
   if (!parse()) return;
   root_ = objXml_.documentElement();
   if (role.strRootName.empty() ? isRootOfAKind(root_) : root_.nodeName() != role.strRootName) {
-    blnOtherKind_ = isRootOfAKind(root_);
     std::swap(root_, wrongRoot_);
   }
   ParseError ignored;  // the file was read a moment ago

@@ -21,12 +21,14 @@ struct LongStartTag {
 struct TextLines {
   std::map<std::size_t, LongStartTag> longTags;  // by the line on which they end
   std::vector<std::size_t> comments;             // where each begins, in their order
+  std::size_t lngDocumentType = 0;               // where it begins; 0: there is none
 };
 
 /// What a file is to a deployment.
 struct FileRole {
   std::string_view strOption = {};    // that names it
   std::string_view strRootName = {};  // of its kind of file; none where the root may be any other
+  bool blnWrong = false;              // another file is named than is meant: it is not read
 };
 
 /// One file of a deployment, as far as it could be read.
@@ -51,8 +53,8 @@ class ParsedFile {
   /// The root that has another name than it should; else Nothing.
   const Node& wrongRoot() const noexcept { return wrongRoot_; }
 
-  /// Whether that is the root of another kind of file.
-  bool isOfOtherKind() const noexcept { return blnOtherKind_; }
+  /// The name that its root should have; empty where any may.
+  std::string_view rootName() const noexcept { return strRootName_; }
 
   const Document& document() const noexcept { return objXml_; }
 
@@ -66,6 +68,9 @@ class ParsedFile {
   /// name; from 1.
   std::size_t lineOf(const Node& objElement, std::string_view strAttribute = {}) const;
 
+  /// The line on which the document type begins; 0 where there is none.
+  std::size_t lineOfDocumentType() const noexcept { return lines_.lngDocumentType; }
+
   /// The lines on which the children of an element begin; that of a text is where the child before
   /// it begins. Takes time linear in the file.
   std::vector<std::size_t> linesOfChildren(const Node& objElement) const;
@@ -73,10 +78,10 @@ class ParsedFile {
  private:
   std::string strPath_;
   std::string_view strOption_;
+  std::string_view strRootName_;
   Document objXml_;
   Node root_;
   Node wrongRoot_;
-  bool blnOtherKind_ = false;
   TextLines lines_;
 };
 

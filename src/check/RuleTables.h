@@ -53,6 +53,9 @@ std::span<const Rule> questionRules();
 /// The reference XML, against the message that the mapping makes.
 std::span<const Rule> referenceRules();
 
+/// The page of the web host: what it names, and the values that it gives.
+std::span<const Rule> pageRules();
+
 /// Whether the message that is built agrees with the schema, and the schema can be used.
 std::span<const Rule> schemaRules();
 

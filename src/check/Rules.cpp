@@ -22,6 +22,7 @@ std::span<const std::span<const Rule>> ruleTables() {
       documentDataRules(),
       questionRules(),
       referenceRules(),
+      pageRules(),
       schemaRules(),
   });
   return kTables;

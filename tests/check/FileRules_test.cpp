@@ -21,6 +21,20 @@ const std::vector<Mistake>& mistakesOfFileRules() {
   <!-- & -->
 )"}},
        {}},
+      {"document-type",
+       "a document type in front of the template's root",
+       {{"template.xml", "<m:report xmlns:m", R"(<!DOCTYPE
+  m:report>
+<m:report xmlns:m)"}},
+       {{Severity::error, "document-type", "template.xml", "<!DOCTYPE"}}},
+      {"document-type",
+       "a comment that looks like one",
+       {{"template.xml", "<m:report xmlns:m", "<!-- <!DOCTYPE m:report> --><m:report xmlns:m"}},
+       {}},
+      {"document-type",
+       "a document type of another file, which no message takes over",
+       {{"questions.xml", "<questions>", "<!DOCTYPE questions><questions>"}},
+       {}},
       {"wrong-root",
        "a root of another name",
        {{"object-mapper.xml", R"(<message>
@@ -120,6 +134,103 @@ TEST(FileRules, TellOfAFileThatCannotBeReadWhereItIsNamed) {
     EXPECT_EQ(findings[0].line, 7u);
     EXPECT_NE(findings[0].message.find(c.strMessage), std::string::npos) << findings[0].message;
   }
+}
+
+TEST(FileRules, FindKeysThatStandThereTwice) {
+  SmallDeployment deployment;
+  deployment.files.strOptionFile = deployment.at("deployment.json");
+  const struct {
+    const char *says, *json;
+    std::vector<std::string> findings;
+  } cases[] = {
+      {"once", R"({"template": "a.xml", "reference": "template"})", {}},
+      {"twice",
+       "{\"template\": \"a.xml\",\n\"template\": \"b.xml\"}",
+       {"error option-twice deployment.json:2 "}},
+      {"no JSON, which nobody could have read", "{\"template\": 1,\n\"template\": 2", {}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    deployment.write("deployment.json", c.json);
+    EXPECT_EQ(summaries(deployment.check()), c.findings);
+  }
+}
+
+TEST(FileRules, FindTheOptionThatNamesTheFileOfAnother) {
+  const struct {
+    const char* says;
+    std::string DeploymentFiles::*name;
+    const char* file;
+    std::vector<std::string> findings;
+  } cases[] = {
+      {"the template for the reference XML",
+       &DeploymentFiles::strReferenceXmlPath,
+       "template.xml",
+       {"error wrong-file deployment.json:8 "}},
+      {"the reference XML for the template",
+       &DeploymentFiles::strTemplateXML,
+       "reference.xml",
+       {"error wrong-file deployment.json:1 "}},
+      {"the reference XML for the questions",
+       &DeploymentFiles::strQuestionsXmlPath,
+       "./reference.xml",
+       {"error wrong-root deployment.json:7 "}},
+      {"the questions for the template",
+       &DeploymentFiles::strTemplateXML,
+       "questions.xml",
+       {"error wrong-root deployment.json:1 "}},
+      {"the template for the protocol information",
+       &DeploymentFiles::strProtocolInfo,
+       "template.xml",
+       {"error wrong-file deployment.json:2 "}},
+      {"the hidden fields for the namespaces",
+       &DeploymentFiles::strNamespaceXML,
+       "hidden-fields.xml",
+       {"error wrong-root deployment.json:9 "}},
+      {"each its own", &DeploymentFiles::strNamespaceXML, "namespaces.xml", {}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    SmallDeployment deployment;
+    deployment.files.strOptionFile = deployment.at("deployment.json");
+    deployment.files.optionLines = {{"template", 1},
+                                    {"protocol-info", 2},
+                                    {"questions", 7},
+                                    {"reference", 8},
+                                    {"namespaces", 9}};
+    deployment.files.*c.name = deployment.at(c.file);
+    EXPECT_EQ(summaries(deployment.check()), c.findings);
+  }
+}
+
+TEST(FileRules, TellOfTheTemplateAndTheReferenceExchanged) {
+  SmallDeployment deployment;
+  deployment.files.strOptionFile = deployment.at("deployment.json");
+  deployment.files.optionLines = {{"template", 1}, {"reference", 8}};
+  std::swap(deployment.files.strTemplateXML, deployment.files.strReferenceXmlPath);
+  EXPECT_EQ(summaries(deployment.check()),
+            std::vector<std::string>(
+                {"error wrong-file deployment.json:1 ", "error wrong-file deployment.json:8 "}));
+}
+
+TEST(FileRules, TellOfAKeyThatStandsThereTwiceAndNotOfItsFile) {
+  SmallDeployment deployment;
+  deployment.files.strOptionFile = deployment.at("deployment.json");
+  deployment.write("deployment.json",
+                   "{\"template\": \"template.xml\",\n\"template\": \"reference.xml\"}");
+  deployment.files.strTemplateXML = deployment.at("reference.xml");
+  EXPECT_EQ(summaries(deployment.check()),
+            std::vector<std::string>({"error option-twice deployment.json:2 "}));
+}
+
+TEST(FileRules, TellOfAFileOfNoKnownKindWhereItIsNamed) {
+  SmallDeployment deployment;
+  deployment.files.strOptionFile = deployment.at("deployment.json");
+  deployment.files.optionLines = {{"object-mapper", 3}};
+  deployment.write("other.xml", "<m:report xmlns:m='urn:example:m'/>");
+  deployment.files.strMsgObjectXML = deployment.at("other.xml");
+  EXPECT_EQ(summaries(deployment.check()),
+            std::vector<std::string>({"error wrong-root deployment.json:3 "}));
 }
 
 TEST(FileRules, FindWhatTheOptionsTakeFromEveryRun) {

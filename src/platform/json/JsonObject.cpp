@@ -1,6 +1,7 @@
 #include "platform/json/JsonObject.h"
 
 #include <nlohmann/json.hpp>
+#include <utility>
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {
@@ -37,10 +38,13 @@ std::optional<JsonObject> readJsonObject(std::string_view strText, std::string& 
   return object;
 }
 
-// A name is a string of the outermost object that a colon follows; strings end at the quotation
-// mark that no backslash stands before.
-std::map<std::string, std::size_t, std::less<>> jsonMemberLines(std::string_view strText) {
-  std::map<std::string, std::size_t, std::less<>> lines;
+namespace {
+
+/// Visits the names of the members with their lines, in the order of the text. A name is a string
+/// of the outermost object that a colon follows; strings end at the quotation mark that no
+/// backslash stands before.
+template <class Visit>
+void forEachMember(std::string_view strText, const Visit& visit) {
   std::size_t lngDepth = 0;
   std::size_t lngLine = 1;
   for (std::size_t at = 0; at < strText.size(); ++at) {
@@ -56,9 +60,26 @@ std::map<std::string, std::size_t, std::less<>> jsonMemberLines(std::string_view
     if (!blnName || lngDepth != 1) continue;
     const nlohmann::json name =
         nlohmann::json::parse(strText.substr(lngStart, at + 1 - lngStart), nullptr, false);
-    if (name.is_string()) lines[name.get<std::string>()] = lngLine;
+    if (name.is_string()) visit(name.get<std::string>(), lngLine);
   }
+}
+
+}  // namespace
+
+std::map<std::string, std::size_t, std::less<>> jsonMemberLines(std::string_view strText) {
+  std::map<std::string, std::size_t, std::less<>> lines;
+  forEachMember(strText, [&](std::string strName, std::size_t lngLine) {
+    lines.insert_or_assign(std::move(strName), lngLine);
+  });
   return lines;
+}
+
+std::map<std::string, std::size_t, std::less<>> repeatedJsonMembers(std::string_view strText) {
+  std::map<std::string, std::size_t, std::less<>> lines, repeated;
+  forEachMember(strText, [&](const std::string& strName, std::size_t lngLine) {
+    if (!lines.try_emplace(strName, lngLine).second) repeated.insert_or_assign(strName, lngLine);
+  });
+  return repeated;
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

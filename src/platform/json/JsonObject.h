@@ -22,4 +22,7 @@ std::optional<JsonObject> readJsonObject(std::string_view strText, std::string& 
 /// The text must be one that readJsonObject reads. Linear in the text.
 std::map<std::string, std::size_t, std::less<>> jsonMemberLines(std::string_view strText);
 
+/// The names that stand in its text more than once, each with the line of the last.
+std::map<std::string, std::size_t, std::less<>> repeatedJsonMembers(std::string_view strText);
+
 }  // namespace Varnel_Tolv_XML_Creation

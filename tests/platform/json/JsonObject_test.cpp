@@ -54,5 +54,15 @@ TEST(JsonMemberLines, TellsWhereTheNamesOfMembersStand) {
   EXPECT_TRUE(jsonMemberLines("[]").empty());
 }
 
+TEST(RepeatedJsonMembers, TellsOfTheLastOfSeveralWithOneName) {
+  const auto repeated = repeatedJsonMembers(R"({
+  "a": "c", "b": {"a": 1, "b": 2},
+  "c": 0,
+  "c": 1, "\u0063"
+   : 2})");
+  const std::map<std::string, std::size_t, std::less<>> expected = {{"c", 4}};
+  EXPECT_EQ(repeated, expected);
+}
+
 }  // namespace
 }  // namespace Varnel_Tolv_XML_Creation

@@ -191,18 +191,17 @@ class IdentityJudge {
       }
     }
     if (held_.empty()) return {};
-    std::unordered_set<const xmlDoc*> seen;
+    std::unordered_set<const TreeNode*> seen;
     for (const SchemaDocument& document : documents_.documents) {
-      if (!seen.insert(document.document).second) continue;
-      const xmlNode* const root = xmlDocGetRootElement(document.document);
-      for (const xmlNode* node = root; node; node = nextBelow(node, root)) {
+      if (!seen.insert(document.root).second) continue;
+      for (const TreeNode* node = document.root; node; node = nextBelow(node, document.root)) {
         const bool blnConstraint = isSchemaElement(node, "key") ||
                                    isSchemaElement(node, "keyref") ||
                                    isSchemaElement(node, "unique");
         if (!blnConstraint) continue;
-        const xmlAttr* const name = findAttribute(node, "name");
+        const auto name = attributeOf(node, "name");
         if (!name) continue;
-        const std::string strName = textOf(asNode(const_cast<xmlAttr*>(name)));
+        const std::string strName(*name);
         const auto found = held_.find(schema_.names().find(document.strTargetNamespace, strName));
         if (found == held_.end()) continue;
         judgeOne(document.strPath, node, strName, found->second,
@@ -213,7 +212,7 @@ class IdentityJudge {
   }
 
  private:
-  void judgeOne(const std::string& strPath, const xmlNode* node, const std::string& strName,
+  void judgeOne(const std::string& strPath, const TreeNode* node, const std::string& strName,
                 const Held& held, bool blnReferred) {
     using Kind = IdentityConstraint::Kind;
     const IdentityConstraint& constraint = *held.constraint;
@@ -251,19 +250,18 @@ class IdentityJudge {
   }
 
   /// The child with this number among those of a name; the element itself where there is none.
-  static const xmlNode* childOf(const xmlNode* node, std::string_view strName,
-                                std::size_t lngNumber) {
-    for (const xmlNode* child = node->children; child; child = child->next) {
+  static const TreeNode* childOf(const TreeNode* node, std::string_view strName,
+                                 std::size_t lngNumber) {
+    for (const TreeNode* child = node->first; child; child = child->next) {
       if (isSchemaElement(child, strName) && lngNumber-- == 0) return child;
     }
     return node;
   }
 
-  void tell(SchemaProblem::Kind kind, const std::string& strPath, const xmlNode* node,
+  void tell(SchemaProblem::Kind kind, const std::string& strPath, const TreeNode* node,
             const std::string& strPart, const std::string& strOf, const Elements& failed) {
-    const xmlAttr* const xpath = findAttribute(node, "xpath");
-    const std::string strXPath = xpath ? textOf(asNode(const_cast<xmlAttr*>(xpath))) : "";
-    problems_.push_back({kind, strPath, lineOf(node),
+    const std::string strXPath(attributeOf(node, "xpath").value_or(""));
+    problems_.push_back({kind, strPath, asParent(node)->lngLine,
                          strPart + " of the " + strOf + ", '" + strXPath +
                              "', leads to nothing that the schema has there" + whatIsThere(failed) +
                              "."});

@@ -1,4 +1,6 @@
 #include <array>
+#include <cstddef>
+#include <ranges>
 #include <string>
 #include <vector>
 
@@ -23,14 +25,23 @@ void findTablesWithoutAction(const ParsedDeployment& deployment, Findings& findi
 
 void findUnknownActions(const ParsedDeployment& deployment, Findings& findings) {
   if (!deployment.schemaTypes.isLoaded()) return;
+  std::size_t lngCompared = 0;
   for (const MappingEntry& entry : deployment.entries) {
     if (entry.actionKind() != ActionKind::complexType || entry.isLeftOut()) continue;
     if (isBlank(entry.strActionId) || deployment.typeFilledBy(entry)) continue;
+    const ComplexType* meant = nullptr;
+    if (++lngCompared <= kMostCompared) {
+      meant = firstMeant(deployment.complexTypes | std::views::take(kMostCompared),
+                         entry.strActionId, &ComplexType::strId);
+      if (meant && hasCapitals(meant->strId)) meant = nullptr;  // it is told of that one
+    }
     findings.add(deployment.objectMapper, entry.objAction, kId, entry.strId,
                  "There is no action " + inQuotes(entry.strActionId) +
                      ", and no schematype of that name: every form with this answer fails.",
-                 "Name a schematype of the schema types, " +
-                     inQuotes(entry.isTable() ? kRowTextAction : kJoinAction) + ", or nothing.");
+                 meant ? "Write " + inQuotes(meant->strId) + "."
+                       : "Name a schematype of the schema types, " +
+                             inQuotes(entry.isTable() ? kRowTextAction : kJoinAction) +
+                             ", or nothing.");
   }
 }
 

@@ -58,7 +58,7 @@ void findAdditionalInfoPrefix(const ParsedDeployment& deployment, Findings& find
   for (const FormObject& object : deployment.objects) {
     if (object.kind != ObjectKind::table || !object.entry) continue;
     const ComplexType* const type = deployment.typeFilledBy(*object.entry);
-    if (!type) continue;
+    if (!type || !type->blnAdditionalInfo) continue;  // its cells have no place: told of the column
     const std::unordered_set<std::string> places = type->placeIds();
     for (const TableColumn& column : object.columns) {
       if (places.contains(column.strId) || !told.insert(type).second) continue;

@@ -28,8 +28,8 @@ constexpr std::size_t kMostNew = 10;
 
 /// What is mended, one after the other: what decides most comes first.
 constexpr auto kMended = std::to_array<std::string_view>(
-    {"namespace-unusable", "registered-otherwise", "ref-and-name-apart", "prefix-not-registered",
-     "root-undeclared", "default-namespace", "reference-root"});
+    {"misspelt-element", "namespace-unusable", "registered-otherwise", "ref-and-name-apart",
+     "prefix-not-registered", "root-undeclared", "default-namespace", "reference-root"});
 
 std::vector<Found> findAll(const ParsedDeployment& deployment) {
   Findings findings;

@@ -13,7 +13,7 @@ namespace Varnel_Tolv_XML_Creation {
 /// not found either. Where the rule about it knows what it should be, the files are read a second
 /// time as they would be with that: what is found no longer followed from it, and what else is
 /// wrong is seen. Each such reading takes the time of a check, the schema's compilation included;
-/// there is at most one for each rule that knows what is meant, seven, and none of files that are
+/// there is at most one for each rule that knows what is meant, eight, and none of files that are
 /// large, those of the schema included.
 std::vector<Finding> findFaults(const DeploymentFiles& files);
 

@@ -1,9 +1,13 @@
 #include <algorithm>
 #include <array>
+#include <cstddef>
+#include <map>
 #include <ranges>
+#include <set>
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "check/Rule.h"
@@ -103,10 +107,6 @@ constexpr ElementShape kReference[] = {
     {"", "*", "mandatory choice questionIds", ""},
 };
 
-constexpr ElementShape kCatalog[] = {
-    {"", "catalog", "prefer id", "entries"},
-    {"entries", "group", "prefer id", "entries"},
-    {"entries", "uri", "name uri id", "text"},
 // Of a question or column with an "id" and no "ref" a rule about the page tells what is meant.
 constexpr std::string_view kInput =
     "ref id (label) (kind) (hint) (width) (required) (maxlength) (add)";
@@ -126,6 +126,10 @@ constexpr ElementShape kPage[] = {
     {"input", "choice", "value", "text"},
 };
 
+constexpr ElementShape kCatalog[] = {
+    {"", "catalog", "prefer id", "entries"},
+    {"entries", "group", "prefer id", "entries"},
+    {"entries", "uri", "name uri id", "text"},
     {"entries", "system", "systemId uri id", "text"},
     {"entries", "public", "publicId uri id", "text"},
     {"entries", "rewriteURI", "uriStartString rewritePrefix id", "text"},
@@ -201,7 +205,25 @@ std::string objectOf(const Met& met) {
   return {};
 }
 
+// As many as are one slip of the hand, as by a wrong name in a tool, and not each its own.
+constexpr std::size_t kThroughout = 5;
+
+using ElementCounts = std::map<std::pair<const ParsedFile*, std::string>, std::size_t>;
+
+/// How often each element that is none of its place stands in its file.
+ElementCounts unknownElementsIn(const ParsedDeployment& deployment) {
+  ElementCounts counts;
+  for (const auto& [file, format] : formatsOf(deployment)) {
+    walk(*file, format, [&, file = file](const Met& met) {
+      if (!met.shape && !met.strPlace.empty()) ++counts[{file, met.objNode.nodeName()}];
+    });
+  }
+  return counts;
+}
+
 void findUnknownElements(const ParsedDeployment& deployment, Findings& findings, bool blnSlips) {
+  const ElementCounts counts = blnSlips ? unknownElementsIn(deployment) : ElementCounts();
+  std::set<std::pair<const ParsedFile*, std::string>> told;  // of those that stand there throughout
   for (const auto& [file, format] : formatsOf(deployment)) {
     walk(*file, format, [&, file = file, &format = format](const Met& met) {
       if (met.shape || met.strPlace.empty()) return;  // a wrong root has a rule of its own
@@ -211,6 +233,18 @@ void findUnknownElements(const ParsedDeployment& deployment, Findings& findings,
                      });
       const ElementShape* const meant = firstMeant(atPlace, strName, &ElementShape::strName);
       if ((meant != nullptr) != blnSlips) return;
+      const auto count = counts.find({file, strName});
+      if (count != counts.end() && count->second >= kThroughout) {
+        if (!told.insert(count->first).second) return;
+        findings
+            .add(*file, met.objNode, "", objectOf(met),
+                 "The element " + inQuotes(strName) + ", which stands in this file " +
+                     std::to_string(count->second) +
+                     " times, is none that is read here, and what it holds is lost.",
+                 "Write " + inQuotes(meant->strName) + " everywhere.")
+            .mends.addName(file->path(), strName, std::string(meant->strName));
+        return;
+      }
       findings.add(*file, met.objNode, "", objectOf(met),
                    "The element " + inQuotes(strName) + " is none that is read here" +
                        (blnSlips ? ", and what it holds is lost." : "."),

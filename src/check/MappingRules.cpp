@@ -1,4 +1,6 @@
 #include <array>
+#include <cstddef>
+#include <ranges>
 #include <string>
 #include <unordered_set>
 #include <vector>
@@ -23,6 +25,13 @@ std::string lookedUpAs(const FormObject& object) {
     strText += " and the type \"table\" or \"dynatable\"";
   }
   return strText;
+}
+
+/// The type that the entry of an object has.
+std::string typeFor(const FormObject& object) {
+  const bool blnTable = object.kind == ObjectKind::table;
+  if (object.blnDynamic) return blnTable ? "tablegroup" : "group";
+  return !blnTable ? "" : toLower(object.strType) == "table" ? "table" : "dynatable";
 }
 
 /// The entry that was probably meant for an object: one with its id and another type, else one that
@@ -77,11 +86,15 @@ void findUnmapped(const ParsedDeployment& deployment, Findings& findings) {
     const std::string strMessage = "No mapping: the object mapper has no " + lookedUpAs(object) +
                                    " for the object " + inQuotes(object.strId) +
                                    ": every submitted form fails.";
+    const bool blnOfType = meant && meant->strId == object.mappingId();
     const std::string strHint =
-        meant ? "The entry " + inQuotes(meant->strId) + " on line " +
-                    std::to_string(deployment.objectMapper.lineOf(meant->objNode)) +
-                    " is probably meant; correct the one or the other."
-              : "Add a messageitem, toschema=\"false\" for an answer that is not sent.";
+        blnOfType ? "Write type=" + inQuotes(typeFor(object)) + " at the entry " +
+                        inQuotes(meant->strId) + " on line " +
+                        std::to_string(deployment.objectMapper.lineOf(meant->objNode)) + "."
+        : meant ? "The entry " + inQuotes(meant->strId) + " on line " +
+                      std::to_string(deployment.objectMapper.lineOf(meant->objNode)) +
+                      " is probably meant; correct the one or the other."
+                : "Add a messageitem, toschema=\"false\" for an answer that is not sent.";
     if ((!blnQuestion && (!meant || blnMeantIsQuestion)) ||
         (!deployment.questionList.isLoaded() && !meant)) {
       findings.add(*object.file, object.objNode, object.blnHidden ? kOutput : kId, object.strId,
@@ -224,6 +237,7 @@ void findHalfExtraPaths(const ParsedDeployment& deployment, Findings& findings) 
 /// Objects that other entries name.
 void findNamesOfNothing(const ParsedDeployment& deployment, Findings& findings) {
   if (!deployment.knowsObjects()) return;
+  std::size_t lngCompared = 0;
   const auto look = [&](const Node& objNode, std::string_view strAttribute,
                         const std::string& strName, const MappingEntry& entry,
                         const char* consequence) {
@@ -235,6 +249,13 @@ void findNamesOfNothing(const ParsedDeployment& deployment, Findings& findings) 
     if (object && object->kind != ObjectKind::table) return;
     const auto lower = deployment.objectsByLowerId.find(toLower(strName));
     const bool blnCase = !object && lower != deployment.objectsByLowerId.end();
+    const FormObject* meant = nullptr;
+    if (!object && !blnCase && ++lngCompared <= kMostCompared) {
+      auto values =
+          deployment.objects | std::views::take(kMostCompared) |
+          std::views::filter([](const FormObject& one) { return one.kind == ObjectKind::field; });
+      meant = firstMeant(values, strName, &FormObject::strId);
+    }
     findings.add(
         deployment.objectMapper, objNode, strAttribute, entry.strId,
         std::string(strAttribute) + "=" + inQuotes(strName) +
@@ -242,6 +263,7 @@ void findNamesOfNothing(const ParsedDeployment& deployment, Findings& findings) 
             consequence + ".",
         blnCase ? "Write " + inQuotes(deployment.objects[lower->second.front()].strId) +
                       ", as the object list does."
+        : meant ? "Write " + inQuotes(meant->strId) + ", as the object list does."
                 : "Name an object as the object list writes its id.");
   };
   for (const MappingEntry& entry : deployment.entries) {

@@ -232,6 +232,7 @@ class ContentJudge {
       if (strName == "xmlns" || strName.starts_with("xmlns:")) continue;
       if (strName.find(':') != std::string::npos) continue;  // xsi:type and its like
       there.insert({"", strName});
+      if (isMark(strName)) continue;  // a run takes it away again
       if (element.declared.declaresAttribute({"", strName}) || isToldOfType(element)) continue;
       plan_.tell(
           strCode, element,
@@ -257,14 +258,16 @@ class ContentJudge {
                "Give every column a place in the complex type, or take the element out of it.");
   }
 
+  static bool isMark(std::string_view strName) {
+    return strName == kQuestionId || strName == kRowIndex || strName == kColumnId;
+  }
+
   /// Attributes of the schema that bear the names of the library's own marks.
   void judgeMarks(const MessageElement& element) {
     if (!judged_.insert(element.declared.typeKey()).second) return;
     for (const DeclaredAttribute& attribute : element.declared.attributes()) {
       const std::string& strName = attribute.name.strLocal;
-      const bool blnMark = attribute.name.strUri.empty() &&
-                           (strName == kQuestionId || strName == kRowIndex || strName == kColumnId);
-      if (!blnMark) continue;
+      if (!attribute.name.strUri.empty() || !isMark(strName)) continue;
       plan_.tell(
           "mark-declared", element,
           "The schema declares the attribute \"" + strName + "\" of \"" + element.strName +

@@ -160,14 +160,37 @@ class OrderJudge {
       plan_.tell(blnTemplate ? "template-order" : "path-position", at,
                  "\"" + later.strName + "\" comes behind \"" + earlier.strName + "\"" + strIn +
                      ", where the schema wants it in front.",
-                 blnTemplate ? "Change their order in the template."
-                             : "Elements come in the order of the object list, behind those of the "
-                               "template: change the order of the objects, or of the template.");
+                 blnTemplate ? "Change their order in the template." : cureOfOrder(earlier, later));
     } else {
       plan_.tell("choice-both", at,
                  strBoth + " can come together" + strIn + ", where the schema allows one of them.",
                  "Say by absent which of them counts.");
     }
+  }
+
+  /// What decides the order of two elements of which the mapping makes at least the later one.
+  static std::string cureOfOrder(const MessageElement& earlier, const MessageElement& later) {
+    if (earlier.origin == Origin::content && later.origin == Origin::content) {
+      return "Exchange them in the schematype.";
+    }
+    if (earlier.origin == Origin::copy || later.origin == Origin::copy) {
+      return "Copies of the document data come last: name by insertbefore what they are to stand "
+             "in front of, or correct its path.";
+    }
+    const bool blnHidden = later.object && later.object->blnHidden;
+    if (blnHidden && earlier.object && earlier.object->blnHidden) {
+      return "Elements of hidden fields come in the order of their list: exchange the two there.";
+    }
+    if (earlier.origin == Origin::fromFile) {
+      return "What the mapping makes comes behind all that the template has in the same element, "
+             "and no entry puts anything in front: take \"" +
+             earlier.strName +
+             "\" out of the template where an entry can make it by its node path.";
+    }
+    return blnHidden ? "Hidden fields come behind all objects of the object list: let a field of "
+                       "it make what is wanted in front, or put that into the template."
+                     : "Elements come in the order of the object list, behind those of the "
+                       "template: change the order of the objects, or of the template.";
   }
 
   void tellUnchecked() {

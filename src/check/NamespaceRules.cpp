@@ -227,6 +227,25 @@ Mends mendsOfMissing(const ParsedDeployment& deployment, const std::string& strP
                          "/></namespaces"}}};
 }
 
+/// The prefix of the template, where a file of the mapping writes another one throughout that
+/// nobody knows; else empty.
+std::string prefixMeantThroughout(const ParsedDeployment& deployment,
+                                  const std::string& strPrefix) {
+  constexpr std::size_t kThroughout = 5;
+  if (!deployment.messageTemplate.isLoaded()) return {};
+  const std::string strOfTemplate(prefixOf(deployment.messageTemplate.root().nodeName()));
+  if (strOfTemplate.empty() || !deployment.namespaceOf(strOfTemplate)) return {};
+  std::size_t lngUsed = 0;
+  bool blnOther = false;
+  forEachPath(deployment, [&](const MapperPath& path) {
+    for (const std::string& strOne : prefixesOf(path.strText)) {
+      lngUsed += strOne == strPrefix ? 1U : 0U;
+      blnOther = blnOther || strOne == strOfTemplate;
+    }
+  });
+  return lngUsed >= kThroughout && !blnOther ? strOfTemplate : std::string();
+}
+
 /// A prefix that template, schema types or reference XML declare belongs into the list: it is told
 /// there, once. Any other is a slip where it is used.
 void findUnregisteredPrefixes(const ParsedDeployment& deployment, Findings& findings) {
@@ -234,11 +253,31 @@ void findUnregisteredPrefixes(const ParsedDeployment& deployment, Findings& find
   if (!list.isLoaded() || deployment.namespaces.empty()) return;
   const Declarations declared = declarationsOf(deployment);
   std::unordered_set<std::string> toldPrefixes;
+  std::size_t lngAsked = 0;
+  std::string strThroughout;  // the one that the mapper writes throughout, and nobody knows
   const auto use = [&](const ParsedFile& file, const Node& objNode, const std::string& strObject,
                        const std::string& strPrefix, std::string_view strAttribute = {}) {
     if (strPrefix.empty() || strPrefix == "xml" || deployment.namespaceOf(strPrefix)) return false;
     const auto found = declared.find(strPrefix);
     if (found == declared.end()) {
+      if (&file == &deployment.objectMapper && strPrefix == strThroughout) return true;
+      const bool blnFirst = &file == &deployment.objectMapper && toldPrefixes.empty() &&
+                            strThroughout.empty() && lngAsked++ == 0;
+      const std::string strMeant =
+          blnFirst ? prefixMeantThroughout(deployment, strPrefix) : std::string();
+      if (!strMeant.empty()) {
+        strThroughout = strPrefix;
+        Found& told = findings.add(
+            file, objNode, strAttribute, "",
+            "The prefix " + inQuotes(strPrefix) +
+                ", which all paths of the mapping have, is not registered in the namespace list.",
+            "Write " + inQuotes(strMeant) + " for it everywhere, as the template does.");
+        for (const char* const before : {"/", ">", "\"", "[", "(", " "}) {
+          told.mends.texts.push_back(
+              {file.path(), before + strPrefix + ":", before + strMeant + ":"});
+        }
+        return true;
+      }
       findings.add(
           file, objNode, strAttribute, strObject,
           "The prefix " + inQuotes(strPrefix) + " is not registered in the namespace list.",

@@ -1,8 +1,13 @@
+#include <algorithm>
 #include <array>
+#include <cstddef>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
+#include <vector>
 
+#include "check/MessagePlan.h"
 #include "check/MessageShape.h"
 #include "check/Rule.h"
 #include "check/RuleTables.h"
@@ -11,6 +16,8 @@
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {
+
+constexpr std::size_t kMostAsked = 20;  // paths of which it is found out what is meant
 
 /// The object of a trouble as its mapping has it: of a group the group.
 const std::string& idOf(const PathTrouble& trouble) { return trouble.object->entry->strId; }
@@ -39,20 +46,86 @@ void findMalformed(const ParsedDeployment& deployment, Findings& findings) {
 
 /// Adds what is wrong with the path of a trouble.
 void addAtPath(const ParsedDeployment& deployment, Findings& findings, const PathTrouble& trouble,
-               const std::string& strWrong, const char* hint) {
+               const std::string& strWrong, const std::string& strHint) {
   const std::string strPath = trouble.objPath.text();
   findings
       .add(deployment.objectMapper, trouble.objPath, "", idOf(trouble),
-           "The path " + inQuotes(strPath) + strWrong, hint)
+           "The path " + inQuotes(strPath) + strWrong, strHint)
       .strPath = strPath;
 }
 
+/// A name in a path at which nothing is found, and the one that is probably meant.
+struct MeantStep {
+  std::string strWritten, strMeant;
+
+  explicit operator bool() const { return !strMeant.empty(); }
+  std::string hint() const {
+    return "Write " + inQuotes(strMeant) + " for " + inQuotes(strWritten) + ".";
+  }
+};
+
+/// The element of the template that a name is probably meant to find: one whose name differs in a
+/// slip or in its prefix. Where there is a schema it has that element, and none of the name.
+MeantStep stepMeantBelow(const ParsedDeployment& deployment, const Node& objParent,
+                         const std::string& strStep) {
+  const SchemaModel* const schema = deployment.messagePlan().schema();
+  const std::size_t lngColon = strStep.find(':');
+  const bool blnPrefix = lngColon != std::string::npos;
+  const std::string strLocal = blnPrefix ? strStep.substr(lngColon + 1) : strStep;
+  const NamespaceEntry* const entry =
+      deployment.namespaceOf(blnPrefix ? strStep.substr(0, lngColon) : std::string());
+  std::vector<QualifiedName> path;
+  for (Node objAbove = objParent; objAbove && objAbove.nodeType() == NodeType::element;
+       objAbove = objAbove.parentNode()) {
+    path.push_back({objAbove.namespaceUri(), objAbove.baseName()});
+  }
+  std::ranges::reverse(path);
+  const auto isDeclared = [&](QualifiedName name) {
+    path.push_back(std::move(name));
+    const bool blnDeclared = schema->at(path).kind != DeclaredChild::Kind::undeclared;
+    path.pop_back();
+    return blnDeclared;
+  };
+  std::size_t lngCompared = 0;
+  for (const Node& objChild : childElements(objParent)) {
+    if (++lngCompared > kMostCompared) break;
+    const std::string strName = objChild.nodeName();
+    if (strName == strStep) continue;
+    if (objChild.baseName() != strLocal && !isSlipOf(strStep, strName)) continue;
+    const bool blnRight = !schema || (isDeclared({objChild.namespaceUri(), objChild.baseName()}) &&
+                                      !isDeclared({entry ? entry->strName : "", strLocal}));
+    if (blnRight) return {strStep, strName};
+  }
+  return {};
+}
+
+/// Where a path of names leads nowhere below an element of the template.
+MeantStep stepMeant(const ParsedDeployment& deployment, const std::string& strPath) {
+  if (!strPath.starts_with('/') || strPath.find_first_of("[(*") != std::string::npos) return {};
+  Node objParent = deployment.messageTemplate.document();
+  std::string strReason, strTried;
+  for (const std::string& strStep : split(std::string_view(strPath).substr(1), "/")) {
+    strTried += "/" + strStep;
+    const Node objFound =
+        deployment.shape().select(deployment.shape().document(), strTried, strReason);
+    if (!strReason.empty()) return {};
+    if (!objFound) return stepMeantBelow(deployment, objParent, strStep);
+    objParent = deployment.shape().templateElement(objFound);
+    if (!objParent) return {};
+  }
+  return {};
+}
+
 void findNoParents(const ParsedDeployment& deployment, Findings& findings) {
+  std::size_t lngAsked = 0;
   forEachTrouble(deployment, PathTrouble::noParent, [&](const PathTrouble& trouble) {
+    const MeantStep meant =
+        ++lngAsked <= kMostAsked ? stepMeant(deployment, trouble.objPath.text()) : MeantStep();
     addAtPath(deployment, findings, trouble,
               " finds nothing in the template, nor in what entries before make: every form with "
               "this answer fails.",
-              "Correct the path, or let the template hold the element; capitals count.");
+              meant ? meant.hint()
+                    : "Correct the path, or let the template hold the element; capitals count.");
   });
   forEachTrouble(deployment, PathTrouble::noElement, [&](const PathTrouble& trouble) {
     findings.add(deployment.objectMapper, trouble.objPath, "", idOf(trouble),
@@ -137,7 +210,10 @@ void findSamePlaces(const ParsedDeployment& deployment, Findings& findings) {
                  "The answers to " + inQuotes(trouble.strDetail) + " and " +
                      inQuotes(trouble.object->strId) +
                      " go to the same place, where the second replaces the first.",
-                 "Give each a place of its own, or one of them absent or checkexists.");
+                 other && other->entry == trouble.object->entry
+                     ? "Choose a free place of the template for each by a condition of the path, "
+                       "as [not(m:name/text())]."
+                     : "Give each a place of its own, or one of them absent or checkexists.");
   });
 }
 
@@ -169,6 +245,16 @@ void findMissingFromTemplate(const ParsedDeployment& deployment, Findings& findi
     const Node* const slip =
         firstSlip(children, strMissing.substr(strMissing.find(':') + 1), &Node::baseName);
     const Node& objPlace = slip ? *slip : objDeepest;
+    const bool blnSchema = counts.size() <= kMostAsked && deployment.messagePlan().schema();
+    if (const MeantStep meant = blnSchema ? stepMeant(deployment, strPath) : MeantStep()) {
+      findings
+          .add(deployment.objectMapper, trouble.objPath, "", "",
+               "Template and schema have no element " + inQuotes(strPath) +
+                   ", below which several entries of the mapping write.",
+               meant.hint())
+          .strPath = strPath;
+      continue;
+    }
     findings
         .add(deployment.messageTemplate, objPlace, "", "",
              "The template has no element " + inQuotes(strPath) +

@@ -21,6 +21,12 @@ bool asksQuestions(const ParsedDeployment& deployment) {
   return deployment.questionList.isLoaded() && deployment.knowsObjects();
 }
 
+/// Whether an object should have an id in lower case, as its question does: told of the object.
+bool isWrittenInCapitals(const ParsedDeployment& deployment, const FormObject& object) {
+  return object.kind == ObjectKind::field && deployment.validates() && hasCapitals(object.strId) &&
+         deployment.questionsById.contains(object.strLowerId);
+}
+
 /// Questions for no object. Where another object lacks a question and the id is a slip, it is the
 /// id that is wrong.
 void findQuestionsWithoutObject(const ParsedDeployment& deployment, Findings& findings) {
@@ -30,6 +36,10 @@ void findQuestionsWithoutObject(const ParsedDeployment& deployment, Findings& fi
     if (deployment.lacksHiddenObject(question.strId)) continue;
     const auto lower = deployment.objectsByLowerId.find(toLower(question.strId));
     const bool blnCase = lower != deployment.objectsByLowerId.end();
+    if (blnCase && isWrittenInCapitals(deployment, deployment.objects[lower->second.front()]) &&
+        !hasCapitals(question.strId)) {
+      continue;
+    }
     findings.add(
         deployment.questionList, question.objNode, kId, question.strId,
         "The question " + inQuotes(question.strId) +
@@ -57,6 +67,7 @@ void findObjectsWithoutQuestion(const ParsedDeployment& deployment, Findings& fi
       before = own;
       continue;
     }
+    if (isWrittenInCapitals(deployment, object)) continue;
     const bool blnField = object.kind == ObjectKind::field;
     const std::string& strMark = blnField ? object.strLowerId : object.strId;
     if (!object.entry || isBlank(object.strId) || !deployment.shape().isPlaced(strMark)) continue;

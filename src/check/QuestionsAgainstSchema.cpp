@@ -100,6 +100,7 @@ class QuestionJudge {
                  const MessageElement& element) {
     const auto rules = element.declared.value();
     if (!rules || rules->variety != ValueRules::Variety::atomic || question.strType.empty()) return;
+    if (object.blnHidden) return;  // nobody is asked for it
     const bool blnDate = toLower(question.strType) == "date";
     const bool blnWanted = rules->strPrimitive == "date";
     // A text may hold a date, and does when the object says so.

@@ -1,9 +1,13 @@
 #include <algorithm>
+#include <cstddef>
 #include <map>
+#include <ranges>
 #include <set>
+#include <string>
 
 #include "check/KeptEmpty.h"
 #include "check/MessagePlan.h"
+#include "check/Words.h"
 #include "config/Attributes.h"
 #include "platform/text/Text.h"
 
@@ -113,7 +117,39 @@ class ReferenceJudge {
              plan_.pathOf(element.lngParent) +
              "\", which the schema requires: it is removed when it is empty, and nobody is told "
              "that it is missing.",
-         "Add it, with mandatory=\"true\".");
+         slipIn(objAt, element, "Add it, with mandatory=\"true\"."));
+  }
+
+  /// What to do about an element that is missing: correct the name of one there, or else.
+  std::string slipIn(const Node& objAt, const MessageElement& element, std::string strOtherwise) {
+    if (element.lngParent == 0 || ++lngCompared_ > kMostCompared) return strOtherwise;
+    const std::string& strName = element.strName;
+    const ContentOutline& content = plan_.contentOf(elements_[element.lngParent].declared);
+    for (const Node& objChild : childElements(objAt) | std::views::take(kMostCompared)) {
+      if (!isSlipOf(objChild.nodeName(), strName)) continue;
+      const QualifiedName name{element.strUri, objChild.baseName()};
+      if (content.child(name).kind != Kind::undeclared) continue;  // it is the one that it says
+      return "Write \"" + strName + "\" for \"" + objChild.nodeName() + "\" on line " +
+             std::to_string(file_.lineOf(objChild)) + ".";
+    }
+    return strOtherwise;
+  }
+
+  /// The same about one that the schema does not have.
+  std::string meantBelow(const ContentOutline& content, const Node& objParent, const Node& objAt) {
+    const std::string strOtherwise = "Correct its name or its place.";
+    if (++lngCompared_ > kMostCompared) return strOtherwise;
+    const std::string strPrefix(
+        objAt.nodeName().substr(0, objAt.nodeName().size() - objAt.baseName().size()));
+    std::set<std::string> there;
+    for (const Node& objChild : childElements(objParent)) there.insert(objChild.baseName());
+    for (const auto& child : content.children() | std::views::take(kMostCompared)) {
+      if (!child.element || child.element.name().strUri != objAt.namespaceUri()) continue;
+      const std::string strLocal = child.element.name().strLocal;
+      if (there.contains(strLocal) || !isSlipOf(objAt.baseName(), strLocal)) continue;
+      return "Write \"" + strPrefix + strLocal + "\".";
+    }
+    return strOtherwise;
   }
 
   void judgeMandatory(const Entry& entry) {
@@ -151,11 +187,20 @@ class ReferenceJudge {
                       "refuses it so.",
                   "Say mandatory=\"false\".", "mandatory");
     }
+    if (isOfOthersQuestions(entry.objNode, element)) return;
     tell("reference-mandatory", entry.objNode,
          strWhat +
              "an empty one is kept and makes the message invalid where its type refuses the empty "
              "text.",
          "Say mandatory=\"false\".", "mandatory");
+  }
+
+  /// Whether it is mandatory for the elements of some questions alone, and this one never bears the
+  /// mark of any: then it goes when it is empty.
+  static bool isOfOthersQuestions(const Node& objReference, const MessageElement& element) {
+    const bool blnMarked = element.origin == MessageElement::Origin::value ||
+                           element.origin == MessageElement::Origin::row || element.blnFilled;
+    return !blnMarked && !attributeText(objReference, "questionIds").empty();
   }
 
   Node referenceOf(std::size_t lngElement) const {
@@ -183,7 +228,7 @@ class ReferenceJudge {
       return tell("reference-undeclared", entry.objNode,
                   "The schema declares no element " + shown(name) + " in \"" +
                       above.objNode.nodeName() + "\": this says nothing about any message.",
-                  "Correct its name or its place.");
+                  meantBelow(content, above.objNode, entry.objNode));
     }
     entry.declared = child.element;
     entry.blnKnown = true;
@@ -197,6 +242,7 @@ class ReferenceJudge {
   std::map<std::size_t, std::size_t> found_;  // message's element to entry
   std::set<std::pair<std::size_t, std::string>> told_;
   KeptEmpty keptEmpty_;
+  std::size_t lngCompared_ = 0;  // names that were compared with others
 };
 
 }  // namespace

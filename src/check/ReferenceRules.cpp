@@ -149,18 +149,22 @@ void findMissingPaths(const ParsedDeployment& deployment, Findings& findings) {
     if (!objPlace) objPlace = deployment.reference.root();
     if (!told.insert(std::to_string(lngAbove) + "/" + strMissing).second) return;
     const bool blnCompared = told.size() <= kMostCompared;
+    bool blnSlip = false;
     for (const Node& objChild : blnCompared ? childElements(objPlace) : std::vector<Node>()) {
       const std::string strName = objChild.nodeName();
       const bool blnOfMessage = lngMessage && message.find(*lngMessage, strName);
       if (blnOfMessage || !isSlipOf(strName, strMissing)) continue;
       objPlace = objChild;
+      blnSlip = true;
       break;
     }
     findings
         .add(deployment.reference, objPlace, "", strObject,
              "The reference XML has no element " + inQuotes(strMissing) + " at the path " +
                  inQuotes(strPath) + ": empty ones go, and an error there can lose the verdict.",
-             "Add it, with mandatory=\"true\" or \"false\".")
+             blnSlip ? "Write " + inQuotes(strMissing) + " for " + inQuotes(objPlace.nodeName()) +
+                           ", as the message has it."
+                     : "Add it, with mandatory=\"true\" or \"false\".")
         .strPath = strPath;
   };
   for (const Question& question : deployment.questions) {

@@ -142,11 +142,25 @@ void findWrongFiles(const ParsedDeployment& deployment, Findings& findings) {
 }
 
 void findWrongRoots(const ParsedDeployment& deployment, Findings& findings) {
+  const auto isOfAKind = [&](const ParsedFile* file) {
+    return file->wrongRoot() && std::ranges::any_of(deployment.all(), [&](const ParsedFile* kind) {
+             return kind->rootName() == file->wrongRoot().nodeName();
+           });
+  };
+  const bool blnExchanged = std::ranges::any_of(deployment.all(), isOfAKind);
+  // One of no kind may be the template or the reference XML, where that is named for another
+  // option.
+  const auto isOther = [&](const ParsedFile& file) {
+    return blnExchanged || std::ranges::any_of(deployment.all(), [&](const ParsedFile* other) {
+             return other != &file && other->isNamed() &&
+                    std::filesystem::path(other->path()).lexically_normal() ==
+                        std::filesystem::path(file.path()).lexically_normal();
+           });
+  };
   for (const ParsedFile* const file : deployment.all()) {
     const Node& objRoot = file->wrongRoot();
     if (!objRoot) continue;
-    const bool blnSlip = isSlipOf(objRoot.nodeName(), file->rootName());
-    if (const auto place = deployment.placeOf(file->option()); place && !blnSlip) {
+    if (const auto place = deployment.placeOf(file->option()); place && isOther(*file)) {
       findings.add(place->strPath, place->lngLine, "",
                    "The file " + deployment.shownPath(file->path()) + " for \"" +
                        std::string(file->option()) +

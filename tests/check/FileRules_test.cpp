@@ -223,14 +223,18 @@ TEST(FileRules, TellOfAKeyThatStandsThereTwiceAndNotOfItsFile) {
             std::vector<std::string>({"error option-twice deployment.json:2 "}));
 }
 
-TEST(FileRules, TellOfAFileOfNoKnownKindWhereItIsNamed) {
+TEST(FileRules, TellOfAFileOfNoKindWhereItIsNamedOnlyWhenTwoAreExchanged) {
   SmallDeployment deployment;
   deployment.files.strOptionFile = deployment.at("deployment.json");
-  deployment.files.optionLines = {{"object-mapper", 3}};
-  deployment.write("other.xml", "<m:report xmlns:m='urn:example:m'/>");
-  deployment.files.strMsgObjectXML = deployment.at("other.xml");
+  deployment.files.optionLines = {{"template", 1}, {"object-mapper", 3}};
+  std::swap(deployment.files.strTemplateXML, deployment.files.strMsgObjectXML);
   EXPECT_EQ(summaries(deployment.check()),
-            std::vector<std::string>({"error wrong-root deployment.json:3 "}));
+            std::vector<std::string>(
+                {"error wrong-root deployment.json:1 ", "error wrong-root deployment.json:3 "}));
+  std::swap(deployment.files.strTemplateXML, deployment.files.strMsgObjectXML);
+  deployment.write("object-mapper.xml", "<a/>");
+  EXPECT_EQ(summaries(deployment.check()),
+            std::vector<std::string>({"error wrong-root object-mapper.xml:1 "}));
 }
 
 TEST(FileRules, FindWhatTheOptionsTakeFromEveryRun) {

@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 #include <tuple>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -118,9 +119,13 @@ void findUnknownNames(const ParsedDeployment& deployment, Findings& findings) {
     for (const FormObject& object : deployment.objects) {
       if (isAsked(object) && asked.size() < kMostCompared) asked.push_back(object.strId);
     }
+    std::unordered_set<std::string>
+        mapped;  // a question that only the object list lacks is told of it
+    for (const MappingEntry& entry : deployment.entries) mapped.insert(entry.strId);
     const auto visitQuestion = [&](const Asked& question) {
       if (question.object) return;
       const std::string strRef = attributeText(question.objNode, "ref");
+      if (mapped.contains(strRef)) return;
       tellNameless(deployment, question.objNode,
                    "In the object list there is no question " + inQuotes(strRef) + ".",
                    meant.hint(asked, strRef, "Write the id of a field or a table."), findings);

@@ -119,9 +119,10 @@ void findUnknownNames(const ParsedDeployment& deployment, Findings& findings) {
     for (const FormObject& object : deployment.objects) {
       if (isAsked(object) && asked.size() < kMostCompared) asked.push_back(object.strId);
     }
-    std::unordered_set<std::string>
-        mapped;  // a question that only the object list lacks is told of it
+    // A question that only the object list lacks is told of there.
+    std::unordered_set<std::string> mapped;
     for (const MappingEntry& entry : deployment.entries) mapped.insert(entry.strId);
+    for (const HiddenField& hidden : deployment.hiddenFields) mapped.erase(hidden.strOutput);
     const auto visitQuestion = [&](const Asked& question) {
       if (question.object) return;
       const std::string strRef = attributeText(question.objNode, "ref");

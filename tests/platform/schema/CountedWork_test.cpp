@@ -272,14 +272,15 @@ TEST_P(CountedGrowth, IsLinearFor) {
   const Work once = workOf(GetParam(), GetParam().size);
   const Work twice = workOf(GetParam(), 2 * GetParam().size);
   const Work fourTimes = workOf(GetParam(), 4 * GetParam().size);
-  // What is the same for every size is in neither difference.
+  // What is the same for every size is in neither difference, but for some thousand blocks by chance:
+  // tables by address take other ways in each process.
   const auto growth = [](std::uint64_t lngFrom, std::uint64_t lngTo) {
     return lngTo > lngFrom ? static_cast<std::int64_t>(lngTo - lngFrom) : 0;
   };
   EXPECT_LE(growth(twice.lngForSchema, fourTimes.lngForSchema),
-            growth(once.lngForSchema, twice.lngForSchema) * 5 / 2 + 1000);
+            growth(once.lngForSchema, twice.lngForSchema) * 5 / 2 + 5000);
   EXPECT_LE(growth(twice.lngForMessage, fourTimes.lngForMessage),
-            growth(once.lngForMessage, twice.lngForMessage) * 5 / 2 + 1000);
+            growth(once.lngForMessage, twice.lngForMessage) * 5 / 2 + 5000);
 }
 
 INSTANTIATE_TEST_SUITE_P(Shapes, CountedGrowth, testing::ValuesIn(kShapes),

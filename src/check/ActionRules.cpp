@@ -1,6 +1,5 @@
 #include <array>
 #include <cstddef>
-#include <ranges>
 #include <string>
 #include <vector>
 
@@ -31,8 +30,7 @@ void findUnknownActions(const ParsedDeployment& deployment, Findings& findings) 
     if (isBlank(entry.strActionId) || deployment.typeFilledBy(entry)) continue;
     const ComplexType* meant = nullptr;
     if (++lngCompared <= kMostCompared) {
-      meant = firstMeant(deployment.complexTypes | std::views::take(kMostCompared),
-                         entry.strActionId, &ComplexType::strId);
+      meant = firstMeant(deployment.complexTypes, entry.strActionId, &ComplexType::strId);
       if (meant && hasCapitals(meant->strId)) meant = nullptr;  // it is told of that one
     }
     findings.add(deployment.objectMapper, entry.objAction, kId, entry.strId,

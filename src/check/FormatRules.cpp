@@ -2,7 +2,6 @@
 #include <array>
 #include <cstddef>
 #include <map>
-#include <ranges>
 #include <set>
 #include <span>
 #include <string>
@@ -228,10 +227,9 @@ void findUnknownElements(const ParsedDeployment& deployment, Findings& findings,
     walk(*file, format, [&, file = file, &format = format](const Met& met) {
       if (met.shape || met.strPlace.empty()) return;  // a wrong root has a rule of its own
       const std::string strName = met.objNode.nodeName();
-      auto atPlace = format | std::views::filter([&](const ElementShape& shape) {
-                       return shape.strPlace == met.strPlace;
-                     });
-      const ElementShape* const meant = firstMeant(atPlace, strName, &ElementShape::strName);
+      const ElementShape* const meant =
+          firstMeant(format, strName, &ElementShape::strName,
+                     [&](const ElementShape& shape) { return shape.strPlace == met.strPlace; });
       if ((meant != nullptr) != blnSlips) return;
       const auto count = counts.find({file, strName});
       if (count != counts.end() && count->second >= kThroughout) {

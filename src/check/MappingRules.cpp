@@ -1,6 +1,5 @@
 #include <array>
 #include <cstddef>
-#include <ranges>
 #include <string>
 #include <unordered_set>
 #include <vector>
@@ -251,10 +250,8 @@ void findNamesOfNothing(const ParsedDeployment& deployment, Findings& findings) 
     const bool blnCase = !object && lower != deployment.objectsByLowerId.end();
     const FormObject* meant = nullptr;
     if (!object && !blnCase && ++lngCompared <= kMostCompared) {
-      auto values =
-          deployment.objects | std::views::take(kMostCompared) |
-          std::views::filter([](const FormObject& one) { return one.kind == ObjectKind::field; });
-      meant = firstMeant(values, strName, &FormObject::strId);
+      meant = firstMeant(deployment.objects, strName, &FormObject::strId,
+                         [](const FormObject& one) { return one.kind == ObjectKind::field; });
     }
     findings.add(
         deployment.objectMapper, objNode, strAttribute, entry.strId,

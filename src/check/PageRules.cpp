@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <functional>
 #include <map>
-#include <ranges>
 #include <set>
 #include <span>
 #include <string>
@@ -88,7 +87,7 @@ class Meant {
   std::string hint(const Known& known, std::string_view strName, std::string strOtherwise,
                    Text text = {}) {
     if (++lngAsked_ > kMostCompared) return strOtherwise;
-    const auto* const meant = firstMeant(known | std::views::take(kMostCompared), strName, text);
+    const auto* const meant = firstMeant(known, strName, text);
     return meant ? "Write " + inQuotes(std::invoke(text, *meant)) + "." : strOtherwise;
   }
 

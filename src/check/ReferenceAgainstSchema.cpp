@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <map>
-#include <ranges>
 #include <set>
 #include <string>
 
@@ -125,7 +124,8 @@ class ReferenceJudge {
     if (element.lngParent == 0 || ++lngCompared_ > kMostCompared) return strOtherwise;
     const std::string& strName = element.strName;
     const ContentOutline& content = plan_.contentOf(elements_[element.lngParent].declared);
-    for (const Node& objChild : childElements(objAt) | std::views::take(kMostCompared)) {
+    const std::vector<Node> colChildren = childElements(objAt);
+    for (const Node& objChild : mostCompared(colChildren)) {
       if (!isSlipOf(objChild.nodeName(), strName)) continue;
       const QualifiedName name{element.strUri, objChild.baseName()};
       if (content.child(name).kind != Kind::undeclared) continue;  // it is the one that it says
@@ -143,7 +143,7 @@ class ReferenceJudge {
         objAt.nodeName().substr(0, objAt.nodeName().size() - objAt.baseName().size()));
     std::set<std::string> there;
     for (const Node& objChild : childElements(objParent)) there.insert(objChild.baseName());
-    for (const auto& child : content.children() | std::views::take(kMostCompared)) {
+    for (const auto& child : mostCompared(content.children())) {
       if (!child.element || child.element.name().strUri != objAt.namespaceUri()) continue;
       const std::string strLocal = child.element.name().strLocal;
       if (there.contains(strLocal) || !isSlipOf(objAt.baseName(), strLocal)) continue;

@@ -1,6 +1,5 @@
 #include <array>
 #include <optional>
-#include <ranges>
 #include <string>
 #include <unordered_set>
 #include <vector>
@@ -245,14 +244,13 @@ void findUnknown(const ParsedDeployment& deployment, Findings& findings, bool bl
   walkBesideMessage(deployment, [&](std::size_t lngPath, const std::vector<Node>& colChildren) {
     std::unordered_set<std::string> present;
     for (const Node& objChild : colChildren) present.insert(objChild.nodeName());
-    auto missing = namesBelow[lngPath] | std::views::filter([&](const std::string& strName) {
-                     return !present.contains(strName);
-                   });
+    const auto missing = [&](const std::string& strName) { return !present.contains(strName); };
     for (const Node& objChild : colChildren) {
       const std::string strName = objChild.nodeName();
       if (shape.paths().find(lngPath, strName)) continue;
       const bool blnCompared = ++lngUnknown <= kMostCompared;
-      const std::string* const meant = blnCompared ? firstMeant(missing, strName) : nullptr;
+      const std::string* const meant =
+          blnCompared ? firstMeant(namesBelow[lngPath], strName, {}, missing) : nullptr;
       if ((meant != nullptr) != blnSlips) continue;
       if (meant && asked.contains(*shape.paths().find(lngPath, *meant))) continue;
       findings

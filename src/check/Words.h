@@ -7,8 +7,10 @@
 #include <memory>
 #include <optional>
 #include <ranges>
+#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace Varnel_Tolv_XML_Creation {
 
@@ -24,13 +26,28 @@ bool isSlipOf(std::string_view strWord, std::string_view strKnown);
 /// its letters.
 inline constexpr std::size_t kMostCompared = 500;
 
-/// The first of the known ones that this word is a slip of, by a text of theirs; null when there is
-/// none.
-template <std::ranges::forward_range Known, class Text = std::identity>
-auto firstMeant(Known&& known, std::string_view strWord, Text text = {}) {
-  const auto found = std::ranges::find_if(
-      known, [&](std::string_view strKnown) { return isSlipOf(strWord, strKnown); }, text);
-  return found == std::ranges::end(known) ? nullptr : std::addressof(*found);
+/// As many of them as are compared.
+template <class One>
+std::span<const One> mostCompared(const std::vector<One>& all) {
+  return std::span(all).first(std::min(all.size(), kMostCompared));
+}
+
+struct AdmitsAll {
+  bool operator()(const auto&) const { return true; }
+};
+
+/// Of the known ones that `admits` takes the first that this word is a slip of, by a text of
+/// theirs; null when there is none. No more than kMostCompared are compared.
+template <std::ranges::forward_range Known, class Text = std::identity, class Admits = AdmitsAll>
+const std::ranges::range_value_t<Known>* firstMeant(const Known& known, std::string_view strWord,
+                                                    Text text = {}, Admits admits = {}) {
+  std::size_t lngCompared = 0;
+  for (const auto& one : known) {
+    if (!admits(one)) continue;
+    if (++lngCompared > kMostCompared) break;
+    if (isSlipOf(strWord, std::invoke(text, one))) return std::addressof(one);
+  }
+  return nullptr;
 }
 
 /// The other way round: the first that is a slip of a known word.

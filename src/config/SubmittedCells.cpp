@@ -13,7 +13,7 @@ namespace {
 
 void sortOut(std::vector<std::int32_t>& rows) {
   std::ranges::sort(rows);
-  rows.erase(std::ranges::unique(rows).begin(), rows.end());
+  rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
 }
 
 /// Calls `found(column, row)` for each name of a cell.

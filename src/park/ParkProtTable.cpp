@@ -155,7 +155,7 @@ std::vector<std::string_view> TableParking::columnsRead() const {
     }
   }
   std::ranges::sort(columns);
-  columns.erase(std::ranges::unique(columns).begin(), columns.end());
+  columns.erase(std::unique(columns.begin(), columns.end()), columns.end());
   return columns;
 }
 

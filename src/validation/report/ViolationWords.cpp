@@ -110,7 +110,7 @@ std::string valueWords(const ViolationParts& parts, const std::string& strWhat) 
   }
   // The length comes last: behind it is told how long the value is.
   std::vector<ValueFaults::FailedFacet> facets = parts.facets;
-  std::ranges::stable_partition(facets, std::not_fn(isOfLength));
+  std::stable_partition(facets.begin(), facets.end(), std::not_fn(isOfLength));
   for (const ValueFaults::FailedFacet& failed : facets) {
     strWords += &failed == facets.data() ? "; it must " : " and ";
     strWords += demand(parts, failed);

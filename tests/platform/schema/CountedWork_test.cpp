@@ -272,8 +272,8 @@ TEST_P(CountedGrowth, IsLinearFor) {
   const Work once = workOf(GetParam(), GetParam().size);
   const Work twice = workOf(GetParam(), 2 * GetParam().size);
   const Work fourTimes = workOf(GetParam(), 4 * GetParam().size);
-  // What is the same for every size is in neither difference, but for some thousand blocks by chance:
-  // tables by address take other ways in each process.
+  // What is the same for every size is in neither difference, but for some thousand blocks by
+  // chance: tables by address take other ways in each process.
   const auto growth = [](std::uint64_t lngFrom, std::uint64_t lngTo) {
     return lngTo > lngFrom ? static_cast<std::int64_t>(lngTo - lngFrom) : 0;
   };

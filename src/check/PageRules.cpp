@@ -240,6 +240,23 @@ void findOtherBoxes(const ParsedDeployment& deployment, Findings& findings) {
   visitQuestions(deployment, visitQuestion, [](const Asked&) {});
 }
 
+/// What a choice posts is its value; its text is only shown.
+void findChoicesWithoutValue(const ParsedDeployment& deployment, Findings& findings) {
+  const auto look = [&](const Asked& asked) {
+    for (const Node& objChoice : childrenNamed(asked.objNode, "choice")) {
+      if (objChoice.getAttribute("value")) continue;
+      // A slip of the attribute's name another rule tells.
+      const std::vector<NodeAttribute> attributes = objChoice.attributes();
+      if (firstSlip(attributes, "value", &NodeAttribute::strName)) continue;
+      findings.add(deployment.page, objChoice, "", attributeText(asked.objNode, "ref"),
+                   "The choice " + inQuotes(trim(oneLine(objChoice.text()))) +
+                       " has no value: whoever takes it gives no answer.",
+                   "Write value=\"...\" with the answer, or value=\"\" where none is meant.");
+    }
+  };
+  visitQuestions(deployment, look, look);
+}
+
 /// Where the values of the page's inputs go in the message, as they are.
 class WrittenElements {
  public:
@@ -391,6 +408,7 @@ constexpr auto kRules = std::to_array<Rule>({
     {"page-word", Severity::warning, findUnknownWords},
     {"page-placeholder", Severity::error, findUnknownPlaceholders},
     {"page-check-box", Severity::error, findOtherBoxes},
+    {"page-choice-without-value", Severity::error, findChoicesWithoutValue},
     {"page-value-refused", Severity::error, findRefusedValues},
     {"page-value-missing", Severity::error, findMissingValues},
 });

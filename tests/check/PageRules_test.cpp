@@ -198,6 +198,22 @@ TEST(PageRules, FindBoxesThatAreNone) {
   });
 }
 
+TEST(PageRules, FindChoicesWithoutAValue) {
+  expectOfPage({
+      {"a choice of a question",
+       {{"page.xml", "<choice value=\"owner\">", "<choice>"}},
+       {"error page-choice-without-value page.xml:11 role"},
+       "value=\"...\""},
+      {"a choice of a column",
+       {{"page.xml", "<choice value=\"roof\">", "<choice>"}},
+       {"error page-choice-without-value page.xml:18 fault"}},
+      {"a slip in the name of the attribute",
+       {{"page.xml", "<choice value=\"owner\">", "<choice vlaue=\"owner\">"}},
+       {"error misspelt-attribute page.xml:11 "}},
+      {"a choice that is no answer", {{"page.xml", "value=\"owner\"", "value=\"\""}}, {}},
+  });
+}
+
 TEST(PageRules, FindPlaceholdersThatAreNone) {
   expectOfPage({
       {"capitals",

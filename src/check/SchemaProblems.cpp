@@ -1,10 +1,15 @@
 #include "check/SchemaProblems.h"
 
+#include <algorithm>
 #include <filesystem>
+#include <map>
+#include <optional>
 #include <system_error>
 #include <utility>
 
 #include "check/MessagePlan.h"
+#include "check/Words.h"
+#include "config/Attributes.h"
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {
@@ -12,6 +17,95 @@ namespace {
 constexpr const char* kIdentityHint =
     "Write the names as the schema declares them, with the prefix of their namespace: one without "
     "a prefix is in none, also where the schema has a default namespace.";
+
+constexpr std::string_view kNotThere = "The system cannot locate the object specified.";
+
+bool isOfSchema(const Node& objNode, std::string_view strName) {
+  return objNode.baseName() == strName &&
+         objNode.namespaceUri() == "http://www.w3.org/2001/XMLSchema";
+}
+
+/// Why a schema cannot be used, and where that is to be mended.
+struct Refusal {
+  std::string strPath;
+  std::size_t lngLine = 0;  // 0: the document as a whole
+  std::string strReason;
+  std::string strHint = "Correct it: until then no message is checked.";
+};
+
+/// What includes a document that is not there, by the line of it; the reason does not name it.
+std::optional<Refusal> missingDocument(const Refusal& refusal) {
+  if (refusal.strReason != kNotThere) return std::nullopt;
+  const ParsedFile file(refusal.strPath);
+  for (const Node& objChild : childElements(file.root())) {
+    const bool blnThere = static_cast<std::size_t>(objChild.lineNumber()) == refusal.lngLine;
+    if (!blnThere || !(isOfSchema(objChild, "include") || isOfSchema(objChild, "redefine")))
+      continue;
+    return Refusal{file.path(), file.lineOf(objChild, "schemaLocation"),
+                   "There is no file " + inQuotes(attributeText(objChild, "schemaLocation")) +
+                       ", which this " + objChild.baseName() + " names.",
+                   "Correct the location: until then no message is checked."};
+  }
+  return std::nullopt;
+}
+
+/// An import for another namespace than its document has, where the reason is about one of the two:
+/// it then names what refers to the namespace, and not the import. It is told of the one that the
+/// importing document does not declare for its own names.
+std::optional<Refusal> wrongImport(const Refusal& refusal, const SchemaModel& schema) {
+  std::map<std::string, const SchemaFile*> files;
+  for (const SchemaFile& file : schema.files()) files.try_emplace(file.strPath, &file);
+  const auto isInReason = [&](const std::string& strUri) {  // by itself, or before a name
+    return refusal.strReason.find("'" + strUri + "'") != std::string::npos ||
+           refusal.strReason.find("{" + strUri + "}") != std::string::npos;
+  };
+  for (const auto& [strPath, importing] : files) {
+    if (strPath.find("://") != std::string::npos) continue;  // one of the library's own
+    const ParsedFile file(strPath);
+    for (const Node& objImport : childElements(file.root())) {
+      const std::string strLocation = attributeText(objImport, "schemaLocation");
+      if (!isOfSchema(objImport, "import") || strLocation.empty()) continue;
+      const auto imported = files.find(
+          (std::filesystem::path(strPath).parent_path() / strLocation).lexically_normal().string());
+      if (imported == files.end()) continue;
+      const std::string strSaid = attributeText(objImport, "namespace");
+      const std::string& strTarget = imported->second->strTargetNamespace;
+      if (strSaid == strTarget || !(isInReason(strSaid) || isInReason(strTarget))) continue;
+      const auto isDeclared = [&](const std::string& strUri) {
+        return std::ranges::any_of(importing->prefixes,
+                                   [&](const auto& prefix) { return prefix.second == strUri; });
+      };
+      const bool blnSaid = isDeclared(strSaid), blnTarget = isDeclared(strTarget);
+      const std::string strWrite = blnSaid == blnTarget
+                                       ? std::string("Make both the same")
+                                       : "Write " + inQuotes(blnSaid ? strSaid : strTarget);
+      const std::string strHint = strWrite + ": until then no message is checked.";
+      const std::string strName = std::filesystem::path(imported->first).filename().string();
+      if (blnSaid && !blnTarget) {
+        return Refusal{imported->first, lineOfSchemaRoot(imported->first, "targetNamespace"),
+                       "Its target namespace is " + inQuotes(strTarget) +
+                           ", and it is imported for " + inQuotes(strSaid) + ".",
+                       strHint};
+      }
+      return Refusal{strPath, file.lineOf(objImport, "namespace"),
+                     "The import is for " + inQuotes(strSaid) + ", and the target namespace of " +
+                         inQuotes(strName) + " is " + inQuotes(strTarget) + ".",
+                     strHint};
+    }
+  }
+  return std::nullopt;
+}
+
+/// As it is told: where the mistake stands, which may be elsewhere than where it was noticed.
+Refusal refusalOf(const SchemaProblem& problem, const std::string& strMain,
+                  const SchemaModel& schema) {
+  Refusal refusal{problem.strPath.empty() ? strMain : problem.strPath, problem.lngLine,
+                  problem.strReason};
+  if (auto missing = missingDocument(refusal)) return *missing;
+  if (auto import = wrongImport(refusal, schema)) return *import;
+  if (refusal.lngLine == 0) refusal.lngLine = lineOfSchemaRoot(refusal.strPath);
+  return refusal;
+}
 
 }  // namespace
 
@@ -61,12 +155,12 @@ void judgeSchema(MessagePlan& plan) {
     using Kind = SchemaProblem::Kind;
     const std::string& strPath = problem.strPath.empty() ? plan.schemaPath() : problem.strPath;
     switch (problem.kind) {
-      case Kind::refused:
-        tell("schema-unusable", strPath,
-             problem.lngLine != 0 ? problem.lngLine : lineOfSchemaRoot(strPath),
-             "The schema cannot be used: " + problem.strReason,
-             "Correct it: until then no message is checked.");
+      case Kind::refused: {
+        Refusal refusal = refusalOf(problem, plan.schemaPath(), *schema);
+        tell("schema-unusable", std::move(refusal.strPath), refusal.lngLine,
+             "The schema cannot be used: " + refusal.strReason, std::move(refusal.strHint));
         break;
+      }
       case Kind::importMissing:
         tell("import-missing", strPath, problem.lngLine, problem.strReason,
              "Correct the location, or let a catalog name the file" + strCatalog);

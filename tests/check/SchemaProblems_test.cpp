@@ -40,6 +40,21 @@ const std::vector<SchemaMistake>& mistakesOfSchemaProblems() {
        "schemaLocation=\"prb.xsd\"",
        {{kWarning, "import-missing", "main.xsd"},
         {kError, "schema-unusable", "main.xsd", "ref=\"pbr:AdditionalInfo\""}}},
+      {"an include of a file that is not there",
+       "main.xsd",
+       "<xs:element name=\"report\">",
+       "<xs:include\n schemaLocation=\"gone.xsd\"/><xs:element name=\"report\">",
+       {{kError, "schema-unusable", "main.xsd", "schemaLocation=\"gone.xsd\""}}},
+      {"an import for another namespace than its document has",
+       "main.xsd",
+       "<xs:import namespace=\"urn:example:pbr\"",
+       "<xs:import namespace=\"urn:example:prb\"",
+       {{kError, "schema-unusable", "main.xsd"}}},
+      {"a document with another namespace than it is imported for",
+       "pbr.xsd",
+       "targetNamespace=\"urn:example:pbr\"",
+       "targetNamespace=\"urn:example:prb\"",
+       {{kError, "schema-unusable", "pbr.xsd"}}},
       {"a location on another machine",
        "main.xsd",
        "schemaLocation=\"pbr.xsd\"",
@@ -183,6 +198,34 @@ TEST(SchemaProblems, FindASchemaThatIsNotNamedOrIsAnothers) {
       << "nobody asks for a verdict";
   deployment.files.blnValidateAgainstSchema = true;
   EXPECT_EQ(foundBesideSchema(deployment), std::vector<std::string>{"error no-schema :1 "});
+}
+
+/// What the only finding says and what it says to do.
+std::string toldOf(const Replacement& mistake) {
+  SmallDeployment deployment;
+  addSchema(deployment);
+  deployment.replace(mistake.file, mistake.find, mistake.text);
+  const std::vector<Finding> findings = deployment.check();
+  if (findings.size() != 1) return ::testing::PrintToString(summaries(findings));
+  return findings[0].message + " " + findings[0].hint;
+}
+
+TEST(SchemaProblems, NameTheDocumentAndTheNamespaceThatAreMeant) {
+  EXPECT_EQ(toldOf({"main.xsd", "<xs:element name=\"report\">",
+                    "<xs:include schemaLocation=\"gone.xsd\"/><xs:element name=\"report\">"}),
+            "The schema cannot be used: There is no file \"gone.xsd\", which this include names. "
+            "Correct the location: until then no message is checked.");
+  EXPECT_EQ(
+      toldOf({"main.xsd", "<xs:import namespace=\"urn:example:pbr\"",
+              "<xs:import namespace=\"urn:example:prb\""}),
+      "The schema cannot be used: The import is for \"urn:example:prb\", and the target "
+      "namespace of \"pbr.xsd\" is \"urn:example:pbr\". Write \"urn:example:pbr\": until then "
+      "no message is checked.");
+  EXPECT_EQ(toldOf({"pbr.xsd", "targetNamespace=\"urn:example:pbr\"",
+                    "targetNamespace=\"urn:example:prb\""}),
+            "The schema cannot be used: Its target namespace is \"urn:example:prb\", and it is "
+            "imported for \"urn:example:pbr\". Write \"urn:example:pbr\": until then no message is "
+            "checked.");
 }
 
 TEST(SchemaProblems, LookForTheSchemaWhereARunDoes) {

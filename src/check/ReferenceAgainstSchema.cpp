@@ -160,10 +160,9 @@ class ReferenceJudge {
     const MessageElement& parent = elements_[element.lngParent];
     if (blnRequired) {
       return tell("reference-optional", entry.objNode,
-                  "\"" + element.strName +
-                      "\" is not mandatory here, and the schema requires it in \"" +
-                      parent.strName +
-                      "\": it is removed when it is empty, and nobody is told that it is missing.",
+                  "\"" + element.strName + "\" is not mandatory here, and the schema requires it" +
+                      (element.lngParent == 0 ? "" : " in \"" + parent.strName + "\"") +
+                      ": it is removed when it is empty, and nobody is told that it is missing.",
                   "Say mandatory=\"true\".", "mandatory");
     }
     const ContentOutline& content = plan_.contentOf(parent.declared);
@@ -174,6 +173,7 @@ class ReferenceJudge {
         if (declared && declared.name() == element.name()) return;  // one of them is mandatory
       }
     }
+    if (isOnlySubstitute(element)) return;
     const std::string strWhat = "\"" + element.strName +
                                 "\" is mandatory here, and the schema lets \"" + parent.strName +
                                 "\" be without it: ";
@@ -193,6 +193,36 @@ class ReferenceJudge {
              "an empty one is kept and makes the message invalid where its type refuses the empty "
              "text.",
          "Say mandatory=\"false\".", "mandatory");
+  }
+
+  /// Whether it is the only element of its parent that stands for one which the schema requires, or
+  /// for a substitute of that. The content of each type is looked at once, and so are the children
+  /// of each parent.
+  bool isOnlySubstitute(const MessageElement& element) {
+    const MessageElement& parent = elements_[element.lngParent];
+    const ContentOutline& content = plan_.contentOf(parent.declared);
+    const auto [heads, blnNew] = headsOf_.try_emplace(&content);
+    if (blnNew) {
+      for (const ContentOutline::Child& child : content.children()) {
+        if (!child.blnRequired) continue;
+        heads->second.try_emplace(child.element.name(), child.element.name());
+        for (const DeclaredElement& other : child.element.substitutes()) {
+          heads->second.try_emplace(other.name(), child.element.name());
+        }
+      }
+    }
+    const auto head = heads->second.find(element.name());
+    if (head == heads->second.end()) return false;
+    const auto [members, blnUncounted] = membersOf_.try_emplace(element.lngParent);
+    if (blnUncounted) {
+      for (const std::size_t lngChild : parent.children) {
+        const auto found = heads->second.find(elements_[lngChild].name());
+        if (found != heads->second.end()) {
+          members->second[found->second].insert(elements_[lngChild].name());
+        }
+      }
+    }
+    return members->second[head->second].size() == 1;
   }
 
   /// Whether it is mandatory for the elements of some questions alone, and this one never bears the
@@ -242,6 +272,10 @@ class ReferenceJudge {
   std::map<std::size_t, std::size_t> found_;  // message's element to entry
   std::set<std::pair<std::size_t, std::string>> told_;
   KeptEmpty keptEmpty_;
+  // The required element that one of this name can stand for, by the content of its parent.
+  std::map<const ContentOutline*, std::map<QualifiedName, QualifiedName>> headsOf_;
+  // By the parent and the required element: the names of those in the message that stand for it.
+  std::map<std::size_t, std::map<QualifiedName, std::set<QualifiedName>>> membersOf_;
   std::size_t lngCompared_ = 0;  // names that were compared with others
 };
 

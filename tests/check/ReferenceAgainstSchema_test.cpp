@@ -75,5 +75,44 @@ TEST(ReferenceAgainstSchema, FindEachMistakeAndNothingElse) {
   expectBesideSchema(mistakesOfReferenceAgainstSchema());
 }
 
+// The schema requires a mark, and the message has one in its place.
+TEST(ReferenceAgainstSchema, AllowsTheOnlySubstituteOfWhatIsRequiredToBeMandatory) {
+  const Replacement kMarks{"main.xsd", R"(  <xs:element name="report">)",
+                           R"(  <xs:element name="mark" type="xs:string"/>
+  <xs:element name="urgent" type="Yes" substitutionGroup="mark"/>
+  <xs:element name="report">)"};
+  const Replacement kMandatory{"reference.xml", R"(<m:urgent mandatory="false"/>)",
+                               R"(<m:urgent mandatory="true"/>)"};
+  const auto mark = [](const char* text) {
+    return Replacement{"main.xsd", R"(<xs:element name="urgent" type="Yes" minOccurs="0"/>)", text};
+  };
+  const std::string strTold = "warning reference-mandatory reference.xml:9 ";
+  const struct {
+    const char* says;
+    std::vector<Replacement> replacements;
+    std::vector<std::string> findings;
+  } cases[] = {
+      {"the only one", {kMarks, kMandatory, mark(R"(<xs:element ref="mark"/>)")}, {}},
+      {"of an element that may be missing",
+       {kMarks, kMandatory, mark(R"(<xs:element ref="mark" minOccurs="0"/>)")},
+       {strTold}},
+      {"beside the element itself",
+       {kMarks,
+        kMandatory,
+        mark(R"(<xs:element ref="mark" maxOccurs="2"/>)"),
+        {"object-mapper.xml", "<node>m:seen</node>", "<node>m:mark</node>"},
+        {"questions.xml", "/m:head/m:seen<", "/m:head/m:mark<"},
+        {"reference.xml", R"(<m:seen mandatory="false"/>)", R"(<m:mark mandatory="true"/>)"}},
+       {strTold}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    SmallDeployment deployment;
+    addSchema(deployment);
+    for (const Replacement& one : c.replacements) deployment.replace(one.file, one.find, one.text);
+    EXPECT_EQ(foundBesideSchema(deployment), c.findings);
+  }
+}
+
 }  // namespace
 }  // namespace Varnel_Tolv_XML_Creation::test

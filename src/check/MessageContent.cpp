@@ -102,6 +102,10 @@ class ContentJudge {
            .strElementPath = "/" + element.strName,
            .mends = mendsOfRoot(element)});
     }
+    if (element.origin == Origin::content && parent.origin != Origin::content &&
+        parent.kind == Kind::element && !parent.declared.holdsElements()) {
+      return tellNothingThere(element.lngParent);
+    }
     std::string strHint = "The schema has there: " + choicesIn(parent.declared) + ".";
     for (const ContentOutline::Child& child : plan_.contentOf(parent.declared).children()) {
       if (child.element && child.element.name().strLocal == element.name().strLocal) {
@@ -117,6 +121,17 @@ class ContentJudge {
                "The schema declares no element " + shown(element.name()) + " in \"" +
                    parent.strName + "\" (" + plan_.pathOf(element.lngParent) + ").",
                strHint);
+  }
+
+  /// The path of an entry leads to an element that holds no others, and a complex type brings some.
+  void tellNothingThere(std::size_t lngElement) {
+    if (!withoutElements_.insert(lngElement).second) return;
+    const MessageElement& element = elements_[lngElement];
+    plan_.tell("path-undeclared", element,
+               "The complex type puts elements into \"" + element.strName +
+                   "\", in which the schema has none (" + plan_.pathOf(lngElement) + ").",
+               "Let the path lead to the element that holds those of the complex type, or take the "
+               "action out.");
   }
 
   /// A schema document whose elements have no namespace because it does not say that they have: the
@@ -281,6 +296,7 @@ class ContentJudge {
   std::set<const void*> judged_;
   std::map<std::string, std::size_t> unqualified_;             // by namespace
   std::set<std::pair<std::size_t, std::string>> toldOfTypes_;  // lines and names of elements
+  std::set<std::size_t> withoutElements_;                      // of which that was told
   std::size_t lngTypesSaid_ = 0;
 };
 

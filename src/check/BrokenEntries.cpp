@@ -37,6 +37,8 @@ constexpr auto kBreaking = std::to_array<std::string_view>({"misspelt-element",
                                                             "place-misspelt",
                                                             "parameter-without-place",
                                                             "path-undeclared",
+                                                            "no-text-there",
+                                                            "hidden-word-not-true",
                                                             "step-without-prefix",
                                                             "prefix-not-registered",
                                                             "path-names-nothing",
@@ -44,6 +46,7 @@ constexpr auto kBreaking = std::to_array<std::string_view>({"misspelt-element",
                                                             "malformed-node-path",
                                                             "same-place",
                                                             "table-without-action",
+                                                            "duplicate-object",
                                                             "group-apart",
                                                             "end-mark",
                                                             "unknown-objecttype"});
@@ -75,6 +78,20 @@ class ByLine {
 
 }  // namespace
 
+const MappingEntry* entryOfMissingObject(const ParsedDeployment& deployment) {
+  if (!deployment.knowsObjects()) return nullptr;
+  const MappingEntry* missing = nullptr;
+  for (const MappingEntry& entry : deployment.entries) {
+    const bool blnObject = !entry.users.empty() || entry.isGroup() ||
+                           deployment.objectsByLowerId.contains(toLower(entry.strId)) ||
+                           deployment.lacksHiddenObject(entry.strId);
+    if (blnObject || !deployment.question(entry.strId)) continue;
+    if (missing) return nullptr;
+    missing = &entry;
+  }
+  return missing;
+}
+
 BrokenEntries::BrokenEntries(const ParsedDeployment& deployment, const std::vector<Found>& findings)
     : deployment_(deployment) {
   std::vector<const Found*> causes;
@@ -100,7 +117,22 @@ BrokenEntries::BrokenEntries(const ParsedDeployment& deployment, const std::vect
   for (const ComplexType& type : deployment.complexTypes) {
     types.add(deployment.schemaTypes.lineOf(type.objNode), &type);
   }
+  bool blnLooked = false;
   for (const Found* const cause : causes) {
+    // What is written into an element of a complex type spoils that, and makes what it should.
+    if (cause->code == "no-text-there" && cause->file != mapper.path()) continue;
+    // A hidden field that does not go into the message is no object of it.
+    if (cause->code == "hidden-word-not-true") {
+      if (const MappingEntry* const entry = deployment.entry(toLower(cause->object))) add(*entry);
+      continue;
+    }
+    // Of two objects with one id the second may be that of an entry which lacks its object.
+    if (cause->code == "duplicate-object") {
+      if (!std::exchange(blnLooked, true)) {
+        if (const MappingEntry* const entry = entryOfMissingObject(deployment)) add(*entry);
+      }
+      continue;
+    }
     // What has no entry at all is told at that of the object before.
     const bool blnThere = cause->code != "no-mapping";
     if (blnThere && cause->file == mapper.path()) {

@@ -13,6 +13,10 @@
 
 namespace Varnel_Tolv_XML_Creation {
 
+/// The one entry that has a question and no object: where an object has the id of another, that of
+/// this entry is probably meant. Null when there is none, or more than one.
+const MappingEntry* entryOfMissingObject(const ParsedDeployment& deployment);
+
 /// The entries of the mapping in which an error was found that keeps them from what they are for,
 /// and what they were meant to do: which elements they should make, by what their questions say,
 /// and the answers of which other objects they take along.

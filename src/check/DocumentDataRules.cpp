@@ -55,12 +55,35 @@ void findUnknownInfos(const ParsedDeployment& deployment, Findings& findings) {
     if (objInfo.nodeName() != "docinfo") continue;
     const std::string strId = attributeText(objInfo, kId);
     if (strId == kNameInfo || strId == kDateInfo || strId == kTimeInfo) continue;
-    findings.add(deployment.objectMapper, objInfo, kId, "",
-                 "The docinfo " + inQuotes(strId) +
-                     " is none of protocolname, attestationdate and "
-                     "attestationtime: it is never read.",
-                 "Correct the id, in lower case.");
+    const std::string_view strMeant = intendedWord(strId, {kNameInfo, kDateInfo, kTimeInfo});
+    Found& found = findings.add(
+        deployment.objectMapper, objInfo, kId, "",
+        "The docinfo " + inQuotes(strId) +
+            " is none of protocolname, attestationdate and attestationtime: it is "
+            "never read.",
+        strMeant.empty() ? "Correct the id, in lower case." : "Write " + inQuotes(strMeant) + ".");
+    found.strPath = childText(objInfo, "parentxpath") + "/" + childText(objInfo, "node");
   }
+}
+
+/// Of an attribute and a slip of it the one is right that the parameter's id has behind "prot".
+void tellMissingPart(const ParsedDeployment& deployment, const Node& objParameter,
+                     const std::string& strAttribute, Findings& findings) {
+  const ParsedFile& file = deployment.protocolInfo;
+  const std::vector<NodeAttribute> attributes = file.root().attributes();
+  const auto* const meant = firstSlip(attributes, strAttribute, &NodeAttribute::strName);
+  if (meant && "prot" + strAttribute == attributeText(objParameter, kId)) {
+    findings.add(file, file.root(), meant->strName, "",
+                 "The attribute " + inQuotes(meant->strName) + " is not " + inQuotes(strAttribute) +
+                     ", which the document data asks for: this part of the name is left out.",
+                 "Write " + inQuotes(strAttribute) + ".");
+    return;
+  }
+  findings.add(deployment.objectMapper, objParameter, "attribute", "",
+               "The protocol information has no attribute " + inQuotes(strAttribute) +
+                   ": this part of the name is left out.",
+               meant ? "Write " + inQuotes(meant->strName) + ", or correct it there."
+                     : "Name one that is there.");
 }
 
 void findNameParameters(const ParsedDeployment& deployment, Findings& findings) {
@@ -89,17 +112,7 @@ void findNameParameters(const ParsedDeployment& deployment, Findings& findings) 
                    "Add it.");
     } else if (deployment.protocolInfo.isLoaded() &&
                !deployment.protocolInfo.root().getAttribute(strAttribute)) {
-      findings.add(mapper, objParameter, "attribute", "",
-                   "The protocol information has no attribute " + inQuotes(strAttribute) +
-                       ": this part of the name is left out.",
-                   "Name one that is there.");
-      for (const NodeAttribute& attribute : deployment.protocolInfo.root().attributes()) {
-        if (!isSlipOf(attribute.strName, strAttribute)) continue;
-        findings.add(deployment.protocolInfo, deployment.protocolInfo.root(), attribute.strName, "",
-                     "The attribute " + inQuotes(attribute.strName) + " is not " +
-                         inQuotes(strAttribute) + ", which the document data asks for.",
-                     "Correct the one or the other.");
-      }
+      tellMissingPart(deployment, objParameter, strAttribute, findings);
     }
   }
 }

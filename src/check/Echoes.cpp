@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <iterator>
 #include <map>
 #include <set>
 #include <span>
@@ -48,8 +49,35 @@ constexpr std::string_view kOfElement[] = {"mandatory-unfilled", "docnode-names-
                                            "reference-unknown"};
 constexpr std::string_view kBelowTemplate[] = {"path-names-nothing", "docinfo-names-nothing"};
 constexpr std::string_view kOfDocData[] = {"mandatory-unfilled", "reference-unknown"};
-constexpr std::string_view kEntryPath[] = {"path-undeclared", "step-without-prefix",
-                                           "prefix-not-registered"};
+constexpr std::string_view kEntryPath[] = {"path-undeclared", "no-text-there",
+                                           "step-without-prefix", "prefix-not-registered"};
+
+/// What is found at the same place of the same slip: at one line of a file, and, where an attribute
+/// is missing because it is misspelt, that of this name.
+struct SameLine {
+  std::string_view strCause, strEcho;
+  std::string_view strAttribute = {};
+};
+constexpr SameLine kSameLine[] = {
+    {"unknown-type", "date-not-converted"},
+    {"unknown-columntype", "date-not-converted"},
+    {"flag-not-true", "constant-refused"},
+    {"unknown-docinfo", "docdata-incomplete"},
+    {"misspelt-attribute", "reference-optional", "\"mandatory\""},
+    {"misspelt-attribute", "date-not-converted", "\"type\""},
+    {"misspelt-attribute", "date-not-converted", "\"columntype\""},
+};
+
+/// What is found of one element because another stands there by mistake: both have its path.
+struct SamePath {
+  std::string_view strCause, strEcho;
+};
+constexpr SamePath kSamePath[] = {
+    {"no-text-there", "path-position"},     // behind what an answer should not have made
+    {"path-in-template", "path-repeated"},  // copies of the element and of the second one
+    {"path-in-template", "mandatory-unfilled"},
+    {"unknown-docinfo", "mandatory-unfilled"},
+};
 
 bool contains(Codes codes, std::string_view strCode) {
   return std::ranges::find(codes, strCode) != codes.end();
@@ -62,6 +90,8 @@ class EchoFinder {
 
   std::vector<bool> left() {
     leaveOutOfEntries();
+    leaveOutOfSamePlaces();
+    leaveOutOfCopies();
     leaveOutOfTemplate();
     leaveOutOfDocumentData();
     leaveOutOfNamespaces();
@@ -112,6 +142,65 @@ class EchoFinder {
     constexpr std::string_view kOfQuestion[] = {"question-path", "question-not-sent"};
     leaveOut(kOfQuestion, 1,
              [&](const Found& finding) { return objects.contains(finding.object); });
+  }
+
+  /// One slip that several rules see.
+  void leaveOutOfSamePlaces() {
+    using Line = std::pair<std::string, std::size_t>;
+    for (const SameLine& pair : kSameLine) {
+      std::set<Line> lines;
+      forEachError(std::span(&pair.strCause, 1), [&](const Found& cause) {
+        if (cause.hint.find(pair.strAttribute) != std::string::npos) {
+          lines.emplace(cause.file, cause.line);
+        }
+      });
+      if (lines.empty()) continue;
+      leaveOut(std::span(&pair.strEcho, 1), 1, [&](const Found& finding) {
+        return lines.contains({finding.file, finding.line});
+      });
+    }
+    for (const SamePath& pair : kSamePath) {
+      std::set<std::string> paths;
+      forEachError(std::span(&pair.strCause, 1), [&](const Found& cause) {
+        if (!cause.strPath.empty()) paths.insert(cause.strPath);
+      });
+      if (paths.empty()) continue;
+      leaveOut(std::span(&pair.strEcho, 1), 1,
+               [&](const Found& finding) { return paths.contains(finding.strPath); });
+    }
+    constexpr std::string_view kDouble[] = {"duplicate-object"};
+    constexpr std::string_view kWithout[] = {"mapping-without-question", "question-without-object"};
+    bool blnDouble = false;
+    forEachError(kDouble, [&](const Found&) { blnDouble = true; });
+    const MappingEntry* const missing = blnDouble ? entryOfMissingObject(deployment_) : nullptr;
+    if (missing) {
+      leaveOut(kWithout, 1, [&](const Found& finding) { return finding.object == missing->strId; });
+    }
+    // A flag that does not count is why the answer is not used.
+    std::set<std::string> flagged;
+    constexpr std::string_view kFlag[] = {"flag-not-true"}, kUnused[] = {"answer-not-used"};
+    forEachError(kFlag, [&](const Found& cause) { flagged.insert(cause.object); });
+    leaveOut(kUnused, 1, [&](const Found& finding) { return flagged.contains(finding.object); });
+  }
+
+  /// Where a copy goes in front of something that is not there it comes last.
+  void leaveOutOfCopies() {
+    constexpr std::string_view kCause[] = {"insertbefore-names-nothing"};
+    constexpr std::string_view kOrder[] = {"path-position"};
+    const ParsedFile& mapper = deployment_.objectMapper;
+    std::set<std::size_t> starts;  // of the rules
+    for (const Node& objRule : deployment_.copyRules()) starts.insert(mapper.lineOf(objRule));
+    const auto ruleAt = [&](std::size_t lngLine) {
+      const auto next = starts.upper_bound(lngLine);
+      return next == starts.begin() ? std::size_t{0} : *std::prev(next);
+    };
+    std::set<std::size_t> rules;
+    forEachError(kCause, [&](const Found& cause) { rules.insert(ruleAt(cause.line)); });
+    if (rules.empty()) return;
+    leaveOut(kOrder, 1, [&](const Found& finding) {
+      return finding.file == mapper.path() && finding.object.empty() &&
+             rules.contains(ruleAt(finding.line));
+    });
   }
 
   /// An element of the template that many look for; few are told too, as one of them may be wrong.

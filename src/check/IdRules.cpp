@@ -5,6 +5,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "check/BrokenEntries.h"
 #include "check/Rule.h"
 #include "check/RuleTables.h"
 #include "check/Words.h"
@@ -145,13 +146,17 @@ void findCapitals(const ParsedDeployment& deployment, Findings& findings) {
 
 void findDuplicateObjects(const ParsedDeployment& deployment, Findings& findings) {
   std::unordered_set<std::string> seen;
+  const MappingEntry* const missing = entryOfMissingObject(deployment);
   for (const FormObject& object : deployment.objects) {
     if (!object.isQuestion()) continue;
     if (isBlank(object.strId) || seen.insert(object.strLowerId).second) continue;
     findings.add(*object.file, object.objNode, object.blnHidden ? kOutput : kId, object.strId,
                  "There is another object with the id " + inQuotes(object.strId) +
                      " before this one: both read the same form field.",
-                 "Give each object an id of its own; capitals do not make a difference.");
+                 missing ? "Give each object an id of its own: " + inQuotes(missing->strId) +
+                               " has a question and an entry, and no object."
+                         : "Give each object an id of its own; capitals do not make a "
+                           "difference.");
   }
   for (const FormObject& object : deployment.objects) {
     std::unordered_set<std::string> columns;

@@ -57,7 +57,7 @@ class OrderJudge {
         "The template has \"" + plan_.pathOf(lngFirst) +
             "\" already: the answer goes into that element, and a second one is made and stays "
             "empty.",
-        "Take the element out of the template.");
+        "Take the element out of the template.", "", plan_.pathOf(lngFirst));
   }
 
   static bool isPlainValue(const MessageElement& element) {
@@ -140,13 +140,14 @@ class OrderJudge {
       for (const std::size_t lngOther : others) {
         const MessageElement& other = elements_[lngOther];
         if (isExempt(other, child)) continue;
-        return tellOrder(parent, content, other, child);
+        return tellOrder(parent, content, lngOther, child);
       }
     }
   }
 
   void tellOrder(const MessageElement& parent, const ContentOutline& content,
-                 const MessageElement& earlier, const MessageElement& later) {
+                 std::size_t lngEarlier, const MessageElement& later) {
+    const MessageElement& earlier = elements_[lngEarlier];
     const bool blnTemplate = earlier.origin == Origin::fromFile && later.origin == Origin::fromFile;
     const MessageElement& at = later.origin == Origin::fromFile && !blnTemplate ? earlier : later;
     const std::string strIn = " in \"" + parent.strName + "\"";
@@ -155,12 +156,14 @@ class OrderJudge {
       plan_.tell(blnTemplate ? "template-order" : "path-repeated", at,
                  "\"" + later.strName + "\" comes a second time" + strIn +
                      ", where the schema allows one.",
-                 "Let one entry make it, or say by absent or checkexists which of them counts.");
+                 "Let one entry make it, or say by absent or checkexists which of them counts.", "",
+                 later.origin == Origin::copy ? plan_.pathOf(later.lngSource) : std::string());
     } else if (content.mayFollow(later.name(), earlier.name())) {
       plan_.tell(blnTemplate ? "template-order" : "path-position", at,
                  "\"" + later.strName + "\" comes behind \"" + earlier.strName + "\"" + strIn +
                      ", where the schema wants it in front.",
-                 blnTemplate ? "Change their order in the template." : cureOfOrder(earlier, later));
+                 blnTemplate ? "Change their order in the template." : cureOfOrder(earlier, later),
+                 "", plan_.pathOf(lngEarlier));
     } else {
       plan_.tell("choice-both", at,
                  strBoth + " can come together" + strIn + ", where the schema allows one of them.",

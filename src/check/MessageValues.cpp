@@ -104,7 +104,8 @@ class ValueJudge {
                              : write.object           ? write.object->strId
                                                       : "",
                 .strMessage = std::move(strMessage),
-                .strHint = std::move(strHint)});
+                .strHint = std::move(strHint),
+                .strElementPath = plan_.pathOf(write.lngElement)});
   }
 
   void judgeWrite(const MessageWrite& write, const MessageElement& element) {

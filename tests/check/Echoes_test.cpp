@@ -95,6 +95,37 @@ const Planted kWrongQuestionPath{{{"questions.xml", "<xpath>/m:report/m:head/m:s
 const Planted kWrongDocInfo{{{"object-mapper.xml", "<node>m:form</node>", "<node>m:from</node>"}},
                             {"docinfo-names-nothing"}};
 
+const Planted kWrongText{{{"object-mapper.xml", "<node>m:urgent</node>", "<node>m:contact</node>"}},
+                         {"no-text-there"}};
+const Planted kInTemplate{{{"template.xml", "<m:time/>", "<m:time/>\n    <m:title/>"}},
+                          {"path-in-template"}};
+const Planted kDouble{{{"object-list.xml", R"(id="phone2")", R"(id="phone1")"},
+                       {"reference.xml", R"("phone1;phone2")", R"("phone1")"}},
+                      {"duplicate-object"}};
+const Planted kUnsentHidden{{{"hidden-fields.xml", R"(toschema="true")", R"(toschema="True")"}},
+                            {"hidden-word-not-true"}};
+const Planted kWrongType{{{"object-list.xml", R"(type="date" dynamic)", R"(type="dat" dynamic)"}},
+                         {"unknown-type"}};
+const Planted kNotConverted{
+    {{"object-list.xml", R"(columnlabel="Found" columntype="date")", R"(columnlabel="Found")"}},
+    {"date-not-converted"}};
+const Planted kWrongTimeInfo{{{"object-mapper.xml", R"(<docinfo id="attestationtime">)",
+                               R"(<docinfo id="attestationTime">)"}},
+                             {"unknown-docinfo"}};
+const Planted kWrongFlag{{{"main.xsd", R"(<xs:element name="name" type="xs:string"/>)",
+                           R"(<xs:element name="name" type="Title"/>)"},
+                          {"questions.xml", R"(<question id="owner">)",
+                           R"(<question id="owner" maxLength="60" minLength="2">)"},
+                          {"object-mapper.xml", R"(<parameter id="name" formvalue="true"/>)",
+                           R"(<parameter id="name" formvalue="True"/>)"}},
+                         {"flag-not-true"}};
+const Planted kMisspeltMandatory{
+    {{"reference.xml", R"(<m:day mandatory="true"/>)", R"(<m:day mandatry="true"/>)"}},
+    {"misspelt-attribute"}};
+const Planted kNotMandatory{{{"reference.xml", R"(<m:form mandatory="true"/>)",
+                              R"(<m:form mandatory="false" quetsionIds="title"/>)"}},
+                            {"misspelt-attribute", "reference-optional"}};
+
 /// The one that hides much and the other, which has nothing to do with it.
 struct Pair {
   const char* says;
@@ -173,6 +204,14 @@ TEST(Echoes, HideNoMistakeThatHasNothingToDoWithTheirCause) {
       {"elements of the schema without a namespace, and an entry",
        {{{"main.xsd", "elementFormDefault=\"qualified\"", ""}}, {"elements-unqualified"}},
        kWrongParent},
+      {"a text where there is none, and the path of a question", kWrongText, kWrongQuestionPath},
+      {"an element that is in the template, and one that nobody fills", kInTemplate, kUnfilled},
+      {"an id that is there twice, and an element that nobody fills", kDouble, kUnfilled},
+      {"a hidden field that is not sent, and what is copied", kUnsentHidden, kWrongDocNode},
+      {"the type of an object, and that of a column", kWrongType, kNotConverted},
+      {"the docinfo of the time, and an element that nobody fills", kWrongTimeInfo, kUnfilled},
+      {"a flag, and the path of another question", kWrongFlag, kWrongQuestionPath},
+      {"a slip of mandatory, and another word for it", kMisspeltMandatory, kNotMandatory},
       {"an element of the template, and the document data", kTemplate, kWrongDocInfo},
       {"the document data, and an entry",
        {{{"object-mapper.xml", "<docdata>", "<docdate>"},
@@ -196,6 +235,30 @@ TEST(Echoes, HideNoMistakeThatHasNothingToDoWithTheirCause) {
         EXPECT_TRUE(!blnCause || std::ranges::binary_search(both, strLine)) << strLine;
       }
     }
+  }
+}
+
+TEST(Echoes, AreNotToldOfASlipThatSeveralRulesSee) {
+  const struct {
+    const char* says;
+    const Planted& planted;
+    std::string told;
+  } cases[] = {
+      {"a text where the schema has none", kWrongText, "no-text-there object-mapper.xml urgent"},
+      {"an element that is in the template", kInTemplate,
+       "path-in-template object-mapper.xml title"},
+      {"an id that is there twice", kDouble, "duplicate-object object-list.xml phone1"},
+      {"a hidden field that is not sent", kUnsentHidden,
+       "hidden-word-not-true hidden-fields.xml office"},
+      {"the type of an object", kWrongType, "unknown-type object-list.xml seen"},
+      {"the docinfo of the time", kWrongTimeInfo, "unknown-docinfo object-mapper.xml "},
+      {"a flag", kWrongFlag, "flag-not-true object-mapper.xml owner"},
+      {"a slip of mandatory", kMisspeltMandatory, "misspelt-attribute reference.xml "},
+      {"where a copy goes", kWrongInsertBefore, "insertbefore-names-nothing object-mapper.xml "},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    EXPECT_EQ(foundWith({&c.planted}), std::vector<std::string>{c.told});
   }
 }
 

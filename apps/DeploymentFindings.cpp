@@ -7,9 +7,11 @@
 #include <system_error>
 
 #include "Files.h"
+#include "OptionFiles.h"
 #include "varnel_xml_creation/interface/CheckDeployment.h"
 #include "varnel_xml_creation/interface/Deployment.h"
 #include "varnel_xml_creation/platform/text/FileNames.h"
+#include "varnel_xml_creation/result/RuntimeError.h"
 
 using namespace Varnel_Tolv_XML_Creation;
 
@@ -50,6 +52,24 @@ std::vector<Finding> findingsOf(const Options& options, const OptionValues& give
   std::vector<Finding> findings = checkDeployment(files);
   for (Finding& finding : findings) {
     finding.file = withinDeployment(finding.file, options.deploymentFile);
+  }
+  return findings;
+}
+
+std::vector<Finding> findingsOfOptions(const std::string& strDirectory) {
+  DeploymentFiles files;
+  files.strOptionFile = deploymentFileOf(strDirectory);
+  std::error_code error;  // what cannot be looked at is not there
+  if (!std::filesystem::is_regular_file(files.strOptionFile, error)) return {};
+  try {
+    deploymentValues(readFile("--deployment", files.strOptionFile), files.strOptionFile);
+    return {};
+  } catch (const RuntimeError& refusal) {
+    files.strOptionReason = refusal.description().substr(files.strOptionFile.size() + 2);
+  }
+  std::vector<Finding> findings = checkDeployment(files);
+  for (Finding& finding : findings) {
+    finding.file = withinDeployment(finding.file, files.strOptionFile);
   }
   return findings;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "Options.h"
@@ -10,6 +11,10 @@
 /// deployment.json, which should name one. Raises CannotRun when that cannot be read.
 std::vector<Varnel_Tolv_XML_Creation::Finding> findingsOf(const Options& options,
                                                           const OptionValues& given = {});
+
+/// What keeps the deployment.json of a folder from being used: nothing where it can be, or is not
+/// there.
+std::vector<Varnel_Tolv_XML_Creation::Finding> findingsOfOptions(const std::string& strDirectory);
 
 /// Whether one of them is an error: some form fails, or loses an answer or its verdict.
 bool hasErrors(const std::vector<Varnel_Tolv_XML_Creation::Finding>& findings);

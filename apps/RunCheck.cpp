@@ -8,6 +8,7 @@
 #include "DeploymentFindings.h"
 #include "Files.h"
 #include "FindingText.h"
+#include "OptionFiles.h"
 #include "Options.h"
 #include "ReportPage.h"
 
@@ -23,6 +24,24 @@ bool namesSomething(const OptionValues& values) {
          });
 }
 
+/// The options; without a usable deployment.json the check cannot run, and says why as it tells
+/// everything else: in plain words, and as JSON where that is wanted.
+Options optionsOf(const OptionValues& values, const std::string& strFormat) {
+  try {
+    return readOptions(values);
+  } catch (const CannotRun&) {
+    const std::optional<std::string> strDirectory = valueOf(values, "deployment");
+    if (!strDirectory) throw;
+    const std::vector<Finding> findings = findingsOfOptions(*strDirectory);
+    if (findings.empty()) throw;
+    if (strFormat == "json") writeStandardOutput(findingsJson(findings));
+    std::string strReason = findings[0].message;
+    strReason.pop_back();  // its full stop
+    throw CannotRun(nameOf("--deployment", deploymentFileOf(*strDirectory)) + ": " + strReason +
+                    " (line " + std::to_string(findings[0].line) + ')');
+  }
+}
+
 }  // namespace
 
 ExitStatus runCheck(OptionValues values, const std::vector<std::string>& /*operands*/) {
@@ -30,7 +49,7 @@ ExitStatus runCheck(OptionValues values, const std::vector<std::string>& /*opera
   if (!namesSomething(values)) {
     throw CannotRun("name the folder of a deployment with --deployment, or its files one by one");
   }
-  const Options options = readOptions(values);
+  const Options options = optionsOf(values, strFormat);
   const std::vector<Finding> findings = findingsOf(options, values);
   const bool blnHints = isSet(values, "hints") || ::isatty(STDOUT_FILENO) == 1;
   writeStandardOutput(strFormat == "json" ? findingsJson(findings)

@@ -36,6 +36,9 @@ struct DeploymentFiles {
   // has no line was named elsewhere, or not at all.
   std::string strOptionFile = {};
   std::map<std::string, std::size_t, std::less<>> optionLines = {};
+  // Why the options cannot be used, though they are JSON: as deploymentValues says it, without the
+  // name of the file.
+  std::string strOptionReason = {};
 };
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <system_error>
 
+#include "check/OptionFaults.h"
 #include "check/Rule.h"
 #include "check/RuleTables.h"
 #include "check/Words.h"
@@ -216,6 +217,7 @@ void findMissingServer(const ParsedDeployment& deployment, Findings& findings) {
 }
 
 constexpr auto kRules = std::to_array<Rule>({
+    {kOptionsUnusable, Severity::error, findOptionFaults},
     {"file-missing", Severity::error, findMissingFiles},
     {"file-unreadable", Severity::error, findUnreadableFiles},
     {"not-well-formed", Severity::error, findMalformedFiles},

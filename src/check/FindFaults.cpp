@@ -15,6 +15,7 @@
 
 #include "check/Echoes.h"
 #include "check/MessagePlan.h"
+#include "check/OptionFaults.h"
 #include "check/Rule.h"
 #include "check/RuleTables.h"
 
@@ -99,6 +100,10 @@ std::size_t errorsIn(const std::vector<Found>& findings) {
 std::vector<Finding> findFaults(const DeploymentFiles& files) {
   auto deployment = std::make_unique<const ParsedDeployment>(files);
   std::vector<Found> found = findAll(*deployment);
+  const auto isOfOptions = [](const Found& one) { return one.code == kOptionsUnusable; };
+  if (const auto cause = std::ranges::find_if(found, isOfOptions); cause != found.end()) {
+    return {*cause};
+  }
   std::vector<Found> causes;
   Mends mends;
   for (const std::string_view strCode : kMended) {

@@ -1,4 +1,5 @@
 #include <cstdlib>
+#include <nlohmann/json.hpp>
 
 #include "Program.h"
 
@@ -138,6 +139,38 @@ TEST_F(Check, CannotRunWithOptionsThatItCannotUse) {
   EXPECT_TRUE(CouldNotRun(check({"--form", "complete.form"}), "--form"));
   replace("deployment.json", "\"template\"", "\"tempalte\"");
   EXPECT_TRUE(CouldNotRun(check(), "is an unknown key"));
+}
+
+TEST_F(Check, TellsWhatKeepsTheOptionsFromBeingUsed) {
+  const struct {
+    const char *says, *find, *text, *told;
+    int line;
+  } cases[] = {
+      {"a comma too many", "\n}", ",\n}", "The comma at the end is one too many.", 14},
+      {"an unknown key", "\"template\"", "\"tempalte\"", "\"tempalte\" is an unknown key.", 2},
+      {"no text", "\"template.xml\"", "1", "\"template\" is no text.", 2},
+  };
+  const std::string strWhole = textOfFile(directory_.at("deployment/deployment.json"));
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    replace("deployment.json", c.find, c.text);
+    const ProgramRun text = check();
+    const std::string strTold(c.told, std::string_view(c.told).size() - 1);
+    EXPECT_TRUE(CouldNotRun(
+        text, "deployment.json: " + strTold + " (line " + std::to_string(c.line) + ')'));
+    const ProgramRun json = check({"--format", "json"});
+    EXPECT_EQ(json.status, 2);
+    EXPECT_EQ(json.err, text.err);
+    const auto result = nlohmann::json::parse(json.out);
+    EXPECT_EQ(result["errors"], 1);
+    ASSERT_EQ(result["findings"].size(), 1u);
+    const auto& finding = result["findings"][0];
+    EXPECT_EQ(finding["code"], "options-unusable");
+    EXPECT_EQ(finding["file"], "deployment.json");
+    EXPECT_EQ(finding["line"], c.line);
+    EXPECT_EQ(finding["message"], c.told);
+    directory_.file("deployment/deployment.json", strWhole);
+  }
 }
 
 }  // namespace

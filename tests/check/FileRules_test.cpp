@@ -147,7 +147,9 @@ TEST(FileRules, FindKeysThatStandThereTwice) {
       {"twice",
        "{\"template\": \"a.xml\",\n\"template\": \"b.xml\"}",
        {"error option-twice deployment.json:2 "}},
-      {"no JSON, which nobody could have read", "{\"template\": 1,\n\"template\": 2", {}},
+      {"no JSON, which nobody could have read",
+       "{\"template\": 1,\n\"template\": 2",
+       {"error options-unusable deployment.json:2 "}},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.says);

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <optional>
-#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -16,19 +15,45 @@
 #include "message/GetComplexTypeFromAction.h"
 #include "message/SetAttributesUpwards.h"
 #include "platform/dom/Prepared.h"
+#include "platform/xml/XmlCharacters.h"
 #include "result/Guarded.h"
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {
 
+constexpr std::string_view kAdditionalInfo = "pbr:AdditionalInfo";
 constexpr std::string_view kUserMessage = "An error occurred adding complex type from table rows";
 
-// deliberate: untrimmed, so a value of blanks counts here.
-bool isFilledIn(const NodeList& colColumns) {
-  return std::any_of(colColumns.begin(), colColumns.end(), [](const Node& objColumn) {
-    return !attributeView(objColumn, kValue).empty();
-  });
+/// A cell of the parked form, whose texts are borrowed from there.
+struct Cell {
+  Node objColumn;
+  std::string_view strId;
+  std::string_view strValue;
+};
+
+/// What the cells of a row are marked with.
+struct RowIds {
+  const std::string& strTableId;
+  std::string strRowId;
+};
+
+std::vector<Cell> readCells(const NodeList& colColumns) {
+  std::vector<Cell> cells;
+  cells.reserve(colColumns.length());
+  for (const Node& objColumn : colColumns) {
+    cells.push_back({objColumn, attributeView(objColumn, kId), attributeView(objColumn, kValue)});
+  }
+  return cells;
 }
+
+// deliberate: untrimmed, so a value of blanks counts here.
+bool isFilledIn(const std::vector<Cell>& cells) {
+  return std::any_of(cells.begin(), cells.end(),
+                     [](const Cell& cell) { return !cell.strValue.empty(); });
+}
+
+/// Whether an id makes something else of the expression that selects its placeholders.
+bool breaksExpression(const Cell& cell) { return cell.strId.find('\'') != std::string_view::npos; }
 
 /// Whether a node still stands in the row model.
 bool standsIn(const Node& objModel, const Node& objNode) {
@@ -37,59 +62,32 @@ bool standsIn(const Node& objModel, const Node& objNode) {
   return bool{objTop};
 }
 
-/// The placeholders of a complex type by their ids: where they stand among all of each copy of it.
-class PlaceholderIds {
- public:
-  explicit PlaceholderIds(const NodeList& colPlaceholders) {
-    for (std::size_t lngAt = 0; lngAt < colPlaceholders.length(); ++lngAt) {
-      if (auto strId = colPlaceholders.item(lngAt).getAttribute(kId)) {
-        places_.emplace_back(*std::move(strId), lngAt);
-      }
-    }
-    std::sort(places_.begin(), places_.end());
-  }
-
-  using Place = std::pair<std::string, std::size_t>;
-
-  /// Those with this id, in document order.
-  std::span<const Place> find(std::string_view strId) const {
-    const auto less = [](const auto& place, const auto& id) { return idOf(place) < idOf(id); };
-    const auto [begin, end] = std::equal_range(places_.begin(), places_.end(), strId, less);
-    return {begin, end};
-  }
-
- private:
-  static std::string_view idOf(const Place& place) { return place.first; }
-  static std::string_view idOf(std::string_view strId) { return strId; }
-
-  std::vector<Place> places_;
-};
-
 NodeList placeholders(const Node& objModel) { return required(objModel.selectNodes("//value")); }
 
-/// The places of one row model in which its cells go.
+/// A copy of any complex type on its way to become a row.
 class RowModel {
  public:
-  RowModel(const Node& objModel, const PlaceholderIds& ids)
-      : objModel_(objModel),
-        colPlaceholders_(placeholders(objModel)),
-        ids_(ids),
+  RowModel(Node objModel, const SchemaType& type)
+      : objModel_(std::move(objModel)),
+        colPlaceholders_(placeholders(objModel_)),
+        type_(type),
         taken_(colPlaceholders_.length()) {}
 
-  void placeCell(const Session& session, const Node& objColumn, const std::string& strTableId,
-                 const std::string& strRowId);
+  Node takePlace(const Cell& cell);
+  Node additionalInfo() const { return objModel_.selectSingleNode(kAdditionalInfo); }
+  const Node& type() const { return objModel_; }
+  Node marked() const { return {}; }
   void removePlaceholders() const;
 
  private:
-  Node placeholderOf(std::string_view strColumnId);
+  Node placeholderOf(const Cell& cell);
   bool isLeft(std::size_t lngPlaceholder) const;
 
-  const Node& objModel_;
+  const Node objModel_;
   const NodeList colPlaceholders_;
-  const PlaceholderIds& ids_;
+  const SchemaType& type_;
   std::vector<bool> taken_;     // of the placeholders
   bool blnOthersGone_ = false;  // one may have gone that was not taken
-  Node objMarked_;              // what the element of the last cell stands in
 };
 
 /// Whether the placeholder at this place still stands.
@@ -99,59 +97,28 @@ bool RowModel::isLeft(std::size_t lngPlaceholder) const {
 }
 
 /// The first placeholder with this id that is left, or Nothing.
-Node RowModel::placeholderOf(std::string_view strColumnId) {
-  // What an apostrophe makes of the expression is the selection's business.
-  if (strColumnId.find('\'') != std::string_view::npos) {
+Node RowModel::placeholderOf(const Cell& cell) {
+  if (breaksExpression(cell)) {  // what it makes of it is the selection's business
     blnOthersGone_ = true;
-    return objModel_.selectSingleNode("//value[@id='" + std::string(strColumnId) + "']");
+    return objModel_.selectSingleNode("//value[@id='" + std::string(cell.strId) + "']");
   }
-  for (const auto& [strId, lngAt] : ids_.find(strColumnId)) {
-    if (!isLeft(lngAt)) continue;
-    taken_[lngAt] = true;
-    return colPlaceholders_.item(lngAt);
+  for (const SchemaType::Placeholder& placeholder : type_.find(cell.strId)) {
+    if (!isLeft(placeholder.lngAt)) continue;
+    taken_[placeholder.lngAt] = true;
+    return colPlaceholders_.item(placeholder.lngAt);
   }
   return {};
 }
 
-/// Puts one cell into the row model, where it has a place for it.
-void RowModel::placeCell(const Session& session, const Node& objColumn,
-                         const std::string& strTableId, const std::string& strRowId) {
-  const std::string_view strColumnId = attributeView(objColumn, kId);  // of the parked form
-  const std::string strValue = convertAnswer(session, attributeView(objColumn, "columntype"),
-                                             attributeView(objColumn, kValue));
-
-  const Node objPlaceholder = placeholderOf(strColumnId);
-  if (objPlaceholder) {
-    const Node objParent = objPlaceholder.parentNode();
-    required(objParent.removeChild(objPlaceholder));
-    // What stands in the placeholder goes with it, and the text is written over what stands beside.
-    if (objPlaceholder.hasChildNodes() || objParent.hasChildNodes()) blnOthersGone_ = true;
-    if (session.answers) session.answers->writeFrom(objColumn, objParent, strValue);
-    objParent.setText(strValue);
-    const std::array<std::string_view, 3> identifiers = {strTableId, strRowId, strColumnId};
-    const bool blnSplit = std::any_of(identifiers.begin(), identifiers.end(), [](auto strId) {
-      return strId.find(kIdentifierDelimiter) != std::string_view::npos;
-    });
-    if (!blnSplit) {
-      SetAttributesUpwards(objParent, kIdentifierNames, identifiers, objMarked_);
-      objMarked_ = objParent.parentNode();
-      return;
-    }
-    // deliberate: what holds the delimiter is several values.
-    SetAttributesUpwards(objParent, kIdentifiers,
-                         strTableId + "~" + strRowId + "~" + std::string(strColumnId));
-    return;
-  }
-  const Node objAdditionalInfo = objModel_.selectSingleNode("pbr:AdditionalInfo");
-  if (!objAdditionalInfo) {  // the cell has no place in the message
-    if (session.answers) session.answers->loseCell(objColumn, reason::kCellWithoutPlace, objModel_);
-    return;
-  }
-  const Node objCopy = objAdditionalInfo.cloneFor(objAdditionalInfo, true);
-  objCopy.setText(strValue);
-  objCopy.setAttribute(kId, strColumnId);
-  const Node objPlaced = required(objAdditionalInfo.parentNode().appendChild(objCopy));
-  if (session.answers) session.answers->writeFrom(objColumn, objPlaced, strValue);
+/// The element whose placeholder gives way to the cell, or Nothing.
+Node RowModel::takePlace(const Cell& cell) {
+  const Node objPlaceholder = placeholderOf(cell);
+  if (!objPlaceholder) return {};
+  Node objPlace = objPlaceholder.parentNode();
+  required(objPlace.removeChild(objPlaceholder));
+  // What stands in the placeholder goes with it, and the text is written over what stands beside.
+  if (objPlaceholder.hasChildNodes() || objPlace.hasChildNodes()) blnOthersGone_ = true;
+  return objPlace;
 }
 
 void RowModel::removePlaceholders() const {
@@ -162,9 +129,125 @@ void RowModel::removePlaceholders() const {
   }
 }
 
+/// The rows of a plain complex type. An element that holds the type without its placeholders is
+/// made once for the table and copied for each row, which knows by the compiled type where its
+/// cells go: nothing is taken out, looked for or moved for a row.
+class PlainRows {
+ public:
+  PlainRows(const SchemaType& type, const Node& objType, const Node& objModel,
+            const Node& objPattern);
+
+  /// Begins a row, which is a copy of the element in the document of `objParentNode`.
+  Node begin(const Node& objParentNode);
+
+  Node takePlace(const Cell& cell);
+  Node additionalInfo();
+  const Node& type() const { return objType_; }
+  const Node& marked() const { return objRow_; }
+
+ private:
+  const SchemaType& type_;
+  const Node objType_;  // where it was read
+  const Node objPattern_;
+  std::optional<std::size_t> lngAdditionalInfo_;  // its place, once asked for, or beyond the last
+  // Of the row at work.
+  Node objRow_;
+  std::optional<NodeList> colElements_;  // those of the type
+  std::vector<bool> taken_;              // of the placeholders
+};
+
+/// `objModel` is a copy of the type, which is used up.
+PlainRows::PlainRows(const SchemaType& type, const Node& objType, const Node& objModel,
+                     const Node& objPattern)
+    : type_(type), objType_(objType), objPattern_(objPattern) {
+  for (const Node& objPlaceholder : placeholders(objModel)) {
+    required(objPlaceholder.parentNode().removeChild(objPlaceholder));
+  }
+  for (const Node& objChild : required(objModel.childNodes())) {
+    required(objPattern_.appendChild(objChild));
+  }
+}
+
+Node PlainRows::begin(const Node& objParentNode) {
+  objRow_ = objPattern_.cloneFor(objParentNode, true);
+  colElements_ = required(objRow_.getElementsByTagName("*"));
+  taken_.assign(type_.placeholders(), false);
+  return objRow_;
+}
+
+/// The element whose placeholder gave way to the cell, or Nothing.
+Node PlainRows::takePlace(const Cell& cell) {
+  for (const SchemaType::Placeholder& placeholder : type_.find(cell.strId)) {
+    if (taken_[placeholder.lngAt]) continue;
+    taken_[placeholder.lngAt] = true;
+    return colElements_->item(placeholder.lngElement);
+  }
+  return {};
+}
+
+/// The copy of what the type has for cells without a placeholder, or Nothing.
+Node PlainRows::additionalInfo() {
+  if (!lngAdditionalInfo_) {
+    const std::vector<const void*>& elements = type_.elements();
+    const void* const element = objType_.selectSingleNode(kAdditionalInfo).identity();
+    const auto place = std::find(elements.begin(), elements.end(), element);
+    lngAdditionalInfo_ = static_cast<std::size_t>(place - elements.begin());
+  }
+  return colElements_->item(*lngAdditionalInfo_);
+}
+
+/// Marks an element with its cell, and what it stands in, up to `objMarked`, with the row.
+void mark(const Node& objPlace, const RowIds& ids, std::string_view strColumnId,
+          const Node& objMarked) {
+  const std::array<std::string_view, 3> identifiers = {ids.strTableId, ids.strRowId, strColumnId};
+  const bool blnSplit = std::any_of(identifiers.begin(), identifiers.end(), [](auto strId) {
+    return strId.find(kIdentifierDelimiter) != std::string_view::npos;
+  });
+  if (!blnSplit) return SetAttributesUpwards(objPlace, kIdentifierNames, identifiers, objMarked);
+  // deliberate: what holds the delimiter is several values.
+  SetAttributesUpwards(objPlace, kIdentifiers,
+                       ids.strTableId + "~" + ids.strRowId + "~" + std::string(strColumnId));
+}
+
+/// Puts one cell into a row, where that has a place for it.
+template <class Row>
+void placeCell(const Session& session, Row& row, const Cell& cell, const RowIds& ids) {
+  const std::string strValue =
+      convertAnswer(session, attributeView(cell.objColumn, "columntype"), cell.strValue);
+  if (const Node objPlace = row.takePlace(cell)) {
+    if (session.answers) session.answers->writeFrom(cell.objColumn, objPlace, strValue);
+    objPlace.setText(strValue);
+    return mark(objPlace, ids, cell.strId, row.marked());
+  }
+  const Node objAdditionalInfo = row.additionalInfo();
+  if (!objAdditionalInfo) {  // the cell has no place in the message
+    if (session.answers) {
+      session.answers->loseCell(cell.objColumn, reason::kCellWithoutPlace, row.type());
+    }
+    return;
+  }
+  const Node objCopy = objAdditionalInfo.cloneFor(objAdditionalInfo, true);
+  objCopy.setText(strValue);
+  objCopy.setAttribute(kId, cell.strId);
+  const Node objPlaced = required(objAdditionalInfo.parentNode().appendChild(objCopy));
+  if (session.answers) session.answers->writeFrom(cell.objColumn, objPlaced, strValue);
+}
+
+void setRowIds(const Node& objRowElement, const RowIds& ids) {
+  objRowElement.setAttribute(kRowIndex, ids.strRowId);
+  objRowElement.setAttribute(kQuestionId, ids.strTableId);
+}
+
+/// An element that a row of the table can be a copy of: its marks stand in their order.
+Node rowElement(const Document& objSendXML, std::string_view strNodeName,
+                const std::string& strTableId) {
+  Node objRowElement = required(objSendXML.createElement(strNodeName));
+  setRowIds(objRowElement, {strTableId, ""});
+  return objRowElement;
+}
+
 Acknowledge appendRow(const Session& session, const Document& objSendXML, const Node& objParentNode,
-                      const Node& objModel, std::string_view strNodeName,
-                      std::string_view strTableId, std::string_view strRowId) {
+                      const Node& objModel, std::string_view strNodeName, const RowIds& ids) {
   const Node objRowElement = objSendXML.createElement(strNodeName);
   if (!objRowElement || !objModel) return {};
 
@@ -178,8 +261,7 @@ Acknowledge appendRow(const Session& session, const Document& objSendXML, const 
     if (session.answers) session.answers->placed(objChild, objPlaced);
   }
   required(objParentNode.appendChild(objRowElement));
-  objRowElement.setAttribute(kRowIndex, strRowId);
-  objRowElement.setAttribute(kQuestionId, strTableId);
+  setRowIds(objRowElement, ids);
   return {};
 }
 
@@ -191,9 +273,10 @@ Acknowledge AddComplexTypeFromTableRows(const Session& session, const Document& 
                                         const Node& objParkTable, const Node& objAction,
                                         std::string_view strNodeName) {
   return Guarded("AddComplexTypeFromTableRows", [&]() -> Acknowledge {
+    const std::string strActionId = attributeText(objAction, kId);
     Node objComplexType;
-    Acknowledge objAck = GetComplexTypeFromAction(
-        objSchemaTypeMapper, attributeText(objAction, kId), objComplexType, objParentNode);
+    Acknowledge objAck =
+        GetComplexTypeFromAction(objSchemaTypeMapper, strActionId, objComplexType, objParentNode);
     if (!objAck.Success()) return objAck;
 
     const std::string strTableId = attributeText(objParkTable, kId);
@@ -202,11 +285,16 @@ Acknowledge AddComplexTypeFromTableRows(const Session& session, const Document& 
       const std::string_view strDetail = "An error occurred retrieving the table rows";
       return Failure(SVC_RET_XML_CREATION_TBL_ROW_SELECTION_FAILED, strDetail, strDetail);
     }
-    const PlaceholderIds ids(placeholders(objComplexType));
+    const SchemaType* const compiled = compiledType(objSchemaTypeMapper, strActionId);
+    // A name that is none is an error of the first row, behind those of its cells.
+    const bool blnPlain = compiled && compiled->isPlain() && isQualifiedName(strNodeName) &&
+                          prefixOf(strNodeName) != "xmlns";
+    std::optional<PlainRows> plainRows;  // once a row needs it
+    std::optional<SchemaType> ownType;   // the same
     for (const Node& objRow : *colRows) {
-      const std::string strRowId = attributeText(objRow, kId);
-      const Node objModel = objComplexType.cloneFor(objParentNode, true);
-      if (!objModel) {
+      const RowIds ids{strTableId, attributeText(objRow, kId)};
+      const Node objModel = blnPlain ? Node() : objComplexType.cloneFor(objParentNode, true);
+      if (!blnPlain && !objModel) {
         return Failure(SVC_RET_XML_CREATION_CMPLX_TYPE_CLONE_FAILED,
                        "Cloning the complex type has failed", kUserMessage);
       }
@@ -215,15 +303,26 @@ Acknowledge AddComplexTypeFromTableRows(const Session& session, const Document& 
         return Failure(SVC_RET_XML_CREATION_CLMN_FRM_ROW_SELECTION_FAILED,
                        "Selecting the columns from the row has failed", kUserMessage);
       }
-      if (!isFilledIn(*colColumns)) continue;
+      const std::vector<Cell> cells = readCells(*colColumns);
+      if (!isFilledIn(cells)) continue;
 
-      RowModel model(objModel, ids);
-      for (const Node& objColumn : *colColumns) {
-        model.placeCell(session, objColumn, strTableId, strRowId);
+      if (blnPlain && std::none_of(cells.begin(), cells.end(), breaksExpression)) {
+        if (!plainRows) {
+          plainRows.emplace(*compiled, nodeOf(objSchemaTypeMapper, compiled->element()),
+                            objComplexType.cloneFor(objParentNode, true),
+                            rowElement(objSendXML, strNodeName, strTableId));
+        }
+        const Node objRowElement = plainRows->begin(objParentNode);
+        for (const Cell& cell : cells) placeCell(session, *plainRows, cell, ids);
+        required(objParentNode.appendChild(objRowElement));
+        setRowIds(objRowElement, ids);
+        continue;
       }
+      if (!ownType) ownType.emplace(objComplexType);
+      RowModel model(objModel ? objModel : objComplexType.cloneFor(objParentNode, true), *ownType);
+      for (const Cell& cell : cells) placeCell(session, model, cell, ids);
       model.removePlaceholders();
-      objAck = appendRow(session, objSendXML, objParentNode, objModel, strNodeName, strTableId,
-                         strRowId);
+      objAck = appendRow(session, objSendXML, objParentNode, model.type(), strNodeName, ids);
       if (!objAck.Success()) return objAck;
     }
     return {};

@@ -2,7 +2,9 @@
 
 #include <string>
 
-#include "platform/dom/Document.h"
+#include "deployment/ObjectMapping.h"
+#include "platform/dom/KeptModels.h"
+#include "platform/dom/Prepared.h"
 #include "platform/text/Text.h"
 #include "result/Guarded.h"
 
@@ -12,6 +14,17 @@ namespace {
 Acknowledge failure(eReturnValues lngErrorCode, std::string_view strDetail) {
   return Failure(lngErrorCode, strDetail,
                  "An error occurred getting the complex type from the action");
+}
+
+/// What the path of an id selects. The compiled mapper has it ready; where there is no such, or the
+/// id makes something else of the path, that is selected.
+Node schemaType(const Document& objSchemaTypeMapper, std::string_view strId) {
+  const auto* const types = modelOf<SchemaTypes>(objSchemaTypeMapper);
+  if (!types || !ObjectMapping::isPlainId(strId)) {
+    return objSchemaTypeMapper.selectSingleNode(schemaTypePath(strId));
+  }
+  const SchemaType* const type = types->find(strId);
+  return type ? nodeOf(objSchemaTypeMapper, type->element()) : Node();
 }
 
 }  // namespace
@@ -25,8 +38,7 @@ Acknowledge GetComplexTypeFromAction(const Document& objSchemaTypeMapper,
     if (strId.empty()) {
       return failure(SVC_RET_XML_CREATION_ACTION_MISSING, "The action is missing");
     }
-    const Node objSchemaType = objSchemaTypeMapper.selectSingleNode(
-        "SchemaTypeMapperDocument/schematypes/schematype[@id='" + strId + "']");
+    const Node objSchemaType = schemaType(objSchemaTypeMapper, strId);
     if (!objSchemaType) {
       return failure(SVC_RET_XML_CREATION_CMPLX_TYPE_MISSING, "The complex type is missing");
     }
@@ -38,6 +50,12 @@ Acknowledge GetComplexTypeFromAction(const Document& objSchemaTypeMapper,
     }
     return {};
   });
+}
+
+const SchemaType* compiledType(const Document& objSchemaTypeMapper, std::string_view strActionId) {
+  const std::string strId = toLower(strActionId);
+  const auto* const types = modelOf<SchemaTypes>(objSchemaTypeMapper);
+  return types && ObjectMapping::isPlainId(strId) ? types->find(strId) : nullptr;
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

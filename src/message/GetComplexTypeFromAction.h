@@ -2,12 +2,10 @@
 
 #include <string_view>
 
-#include "platform/dom/Node.h"
+#include "deployment/SchemaTypes.h"
 #include "result/Acknowledge.h"
 
 namespace Varnel_Tolv_XML_Creation {
-
-class Document;
 
 /// A copy, standing alone, of the complex type (`schematype`) whose id is the lower-cased
 /// `strActionId`, in `objComplexType`; Nothing after a failure. One that will be placed in the
@@ -18,5 +16,9 @@ class Document;
 Acknowledge GetComplexTypeFromAction(const Document& objSchemaTypeMapper,
                                      std::string_view strActionId, Node& objComplexType,
                                      const Node& objTarget = {});
+
+/// What the compiled schema type mapper says of that complex type; null where there is none, or
+/// only the document can tell. Has no handler.
+const SchemaType* compiledType(const Document& objSchemaTypeMapper, std::string_view strActionId);
 
 }  // namespace Varnel_Tolv_XML_Creation

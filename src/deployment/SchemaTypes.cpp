@@ -1,0 +1,74 @@
+#include "deployment/SchemaTypes.h"
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+#include "config/Attributes.h"
+#include "config/Names.h"
+
+namespace Varnel_Tolv_XML_Creation {
+namespace {
+
+constexpr const char* kTypes = "SchemaTypeMapperDocument/schematypes/schematype";
+
+bool isPlaceholder(const Node& objElement) {
+  return objElement.nodeName() == kValue && objElement.namespaceUri().empty();
+}
+
+}  // namespace
+
+// In document order an element that holds others comes right before the first of them, and what is
+// in an element or stands beside it comes right after it. So a look at its two neighbours in the
+// list tells whether a placeholder stands alone.
+SchemaType::SchemaType(const Node& objSchemaType) : element_(objSchemaType.identity()) {
+  Node objBefore;
+  Node objLast;  // the placeholder, where that is one
+  for (const Node& objElement : required(objSchemaType.getElementsByTagName("*"))) {
+    const Node objAbove = objElement.parentNode();
+    if (objLast && (objAbove == objLast || objAbove == objLast.parentNode())) blnPlain_ = false;
+    objLast = {};
+    if (isPlaceholder(objElement)) {
+      if (objAbove != objBefore) blnPlain_ = false;
+      if (std::optional<std::string> strId = objElement.getAttribute(kId)) {
+        placeholders_.push_back(
+            {*std::move(strId), lngPlaceholders_, elements_.empty() ? 0 : elements_.size() - 1});
+      }
+      ++lngPlaceholders_;
+      objLast = objElement;
+    } else {
+      elements_.push_back(objElement.identity());
+    }
+    objBefore = objElement;
+  }
+  std::stable_sort(placeholders_.begin(), placeholders_.end(),
+                   [](const auto& left, const auto& right) { return left.strId < right.strId; });
+}
+
+std::span<const SchemaType::Placeholder> SchemaType::find(std::string_view strId) const {
+  const auto begin = std::lower_bound(
+      placeholders_.begin(), placeholders_.end(), strId,
+      [](const Placeholder& placeholder, std::string_view id) { return placeholder.strId < id; });
+  const auto end = std::find_if(begin, placeholders_.end(), [&](const Placeholder& placeholder) {
+    return placeholder.strId != strId;
+  });
+  return {begin, end};
+}
+
+SchemaTypes::SchemaTypes(const Document& objSchemaTypeMapper) {
+  for (const Node& objSchemaType : required(objSchemaTypeMapper.selectNodes(kTypes))) {
+    const std::optional<std::string> strId = objSchemaType.getAttribute(kId);
+    if (strId && !byId_.contains(*strId)) byId_.emplace(*strId, objSchemaType);
+  }
+}
+
+const SchemaType* SchemaTypes::find(std::string_view strId) const {
+  const auto type = byId_.find(strId);
+  return type == byId_.end() ? nullptr : &type->second;
+}
+
+std::string schemaTypePath(std::string_view strId) {
+  return std::string(kTypes).append("[@id='").append(strId).append("']");
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -150,10 +151,13 @@ class PlainRows {
   const Node objType_;  // where it was read
   const Node objPattern_;
   std::optional<std::size_t> lngAdditionalInfo_;  // its place, once asked for, or beyond the last
+  // The placeholders of the column that was last met at a place: mostly each row has the same.
+  std::vector<std::span<const SchemaType::Placeholder>> ofColumns_;
   // Of the row at work.
   Node objRow_;
   std::optional<NodeList> colElements_;  // those of the type
-  std::vector<bool> taken_;              // of the placeholders
+  std::size_t lngColumn_ = 0;
+  std::vector<bool> taken_;  // of the placeholders
 };
 
 /// `objModel` is a copy of the type, which is used up.
@@ -171,13 +175,17 @@ PlainRows::PlainRows(const SchemaType& type, const Node& objType, const Node& ob
 Node PlainRows::begin(const Node& objParentNode) {
   objRow_ = objPattern_.cloneFor(objParentNode, true);
   colElements_ = required(objRow_.getElementsByTagName("*"));
+  lngColumn_ = 0;
   taken_.assign(type_.placeholders(), false);
   return objRow_;
 }
 
 /// The element whose placeholder gave way to the cell, or Nothing.
 Node PlainRows::takePlace(const Cell& cell) {
-  for (const SchemaType::Placeholder& placeholder : type_.find(cell.strId)) {
+  if (lngColumn_ == ofColumns_.size()) ofColumns_.emplace_back();
+  std::span<const SchemaType::Placeholder>& places = ofColumns_[lngColumn_++];
+  if (places.empty() || places.front().strId != cell.strId) places = type_.find(cell.strId);
+  for (const SchemaType::Placeholder& placeholder : places) {
     if (taken_[placeholder.lngAt]) continue;
     taken_[placeholder.lngAt] = true;
     return colElements_->item(placeholder.lngElement);

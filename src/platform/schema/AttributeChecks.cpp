@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/schema/ElementTypes.h"
+#include "platform/xml/XmlTree.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

@@ -6,6 +6,7 @@
 #include <optional>
 #include <utility>
 
+#include "platform/xml/TreeLimits.h"
 #include "result/RuntimeError.h"
 
 namespace Varnel_Tolv_XML_Creation {

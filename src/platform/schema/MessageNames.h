@@ -1,15 +1,12 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "platform/schema/component/Names.h"
-#include "platform/xml/XmlTree.h"
+#include "platform/xml/NamesByPlace.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
@@ -18,7 +15,7 @@ enum class InstanceAttribute : std::uint8_t { none, type, nil, location };
 
 /// A name in a message, and what a schema calls it. It lasts as long as the parse.
 struct MessageName {
-  std::string strWritten;  // with its prefix
+  std::string_view strWritten;  // with its prefix
   std::string_view strLocal;
   std::string_view strUri;
   NameId id = kNoName;
@@ -29,8 +26,7 @@ struct MessageName {
   std::string expanded() const;
 };
 
-/// The names of one message. The parser has one text for each, so that a name is made out of its
-/// texts once and known by their addresses from then on.
+/// The names of one message, each made out of its texts once.
 class MessageNames {
  public:
   /// `schemaNames` is null where there is no schema. The names set aside must live as long.
@@ -41,21 +37,12 @@ class MessageNames {
   const MessageName& of(const xmlChar* local, const xmlChar* prefix, const xmlChar* uri);
 
  private:
-  struct Slot {
-    const xmlChar* local = nullptr;  // null: free
-    const xmlChar* prefix = nullptr;
-    const xmlChar* uri = nullptr;
-    const MessageName* name = nullptr;
-  };
-
-  Slot& slotFor(const xmlChar* local, const xmlChar* prefix, const xmlChar* uri) noexcept;
-  const MessageName& make(const xmlChar* local, const xmlChar* prefix, const xmlChar* uri);
-  void grow();
+  MessageName make(const xmlChar* local, const xmlChar* prefix, const xmlChar* uri);
 
   const NameTable* schemaNames_;
   const std::span<const std::string_view> setAside_;
-  std::deque<MessageName> names_;  // which never moves them
-  std::vector<Slot> slots_;        // a power of two of them, at most half of them taken
+  Arena written_;  // the names with a prefix
+  NamesByPlace<MessageName> names_;
 };
 
 }  // namespace Varnel_Tolv_XML_Creation

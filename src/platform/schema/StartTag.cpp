@@ -1,6 +1,7 @@
 #include "platform/schema/StartTag.h"
 
 #include "platform/xml/NamespaceUris.h"
+#include "platform/xml/XmlTree.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

@@ -2,10 +2,10 @@
 
 #include <array>
 #include <cstddef>
-#include <cstdint>
 #include <optional>
 #include <string>
 
+#include "platform/xml/NamesByPlace.h"
 #include "platform/xml/TreeLimits.h"
 #include "platform/xml/XmlCharacters.h"
 #include "platform/xml/XmlTree.h"
@@ -61,16 +61,9 @@ class TreeBuilder {
     linkNode(open_, tree_.newLeaf(kind, name, strValue), nullptr);
   }
 
-  /// The name of these parts, which the parser keeps in one place each: it is looked up once for
-  /// many nodes.
   const TreeName* name(const xmlChar* local, const xmlChar* prefix, const xmlChar* uri) {
-    const auto place = [](const xmlChar* part) { return reinterpret_cast<std::uintptr_t>(part); };
-    const std::uintptr_t mixed = place(local) + 3 * place(prefix) + 5 * place(uri);
-    Known& known = known_[(mixed ^ (mixed >> 8)) % kKept];
-    if (known.local != local || known.prefix != prefix || known.uri != uri) {
-      known = {local, prefix, uri, tree_.name(view(prefix), view(local), view(uri))};
-    }
-    return known.name;
+    return names_.get(local, prefix, uri,
+                      [&] { return tree_.name(view(prefix), view(local), view(uri)); });
   }
 
   /// The XML declaration, if there is one; `standalone` as libxml2 tells of it.
@@ -99,14 +92,6 @@ class TreeBuilder {
     strText_.clear();
   }
 
-  static constexpr std::size_t kKept = 64;
-  struct Known {
-    const xmlChar* local = nullptr;
-    const xmlChar* prefix = nullptr;
-    const xmlChar* uri = nullptr;
-    const TreeName* name = nullptr;
-  };
-
   Tree& tree_;
   TreeNode* open_;                      // the element that is not ended yet, or the document
   TreeNode** lastAttribute_ = nullptr;  // where the next one is linked
@@ -114,7 +99,7 @@ class TreeBuilder {
   std::string strText_;
   std::array<bool, kMaxDepth + 1> keepsSpace_ = {};  // for each open element
   std::size_t depth_ = 0;
-  std::array<Known, kKept> known_ = {};
+  NamesByPlace<const TreeName*> names_{128};
 };
 
 void onStartDocument(void* context) {

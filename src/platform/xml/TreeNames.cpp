@@ -4,6 +4,7 @@
 #include <cstring>
 #include <utility>
 
+#include "platform/xml/QualifiedName.h"
 #include "result/RuntimeError.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -115,18 +116,13 @@ const TreeName* TreeNames::make(Arena& arena, std::string_view strPrefix, std::s
   const bool blnPlain = strPrefix.empty();
   if (blnPlain && !strLocal.empty()) countOne();
   const TreeName* const plain = blnPlain ? nullptr : get(arena, {}, strLocal, strUri);
-  const std::size_t lngBefore = blnPlain ? 0 : strPrefix.size() + 1;
-  char* const qualified = arena.room(lngBefore + strLocal.size() + 1);
-  char* end = std::copy(strPrefix.begin(), strPrefix.end(), qualified);
-  if (!blnPlain) *end++ = ':';
-  end = std::copy(strLocal.begin(), strLocal.end(), end);
-  *end = '\0';
+  const std::string_view strQualified = qualifiedName(arena, strPrefix, strLocal);
 
   auto* const name = arena.make<TreeName>();
   name->prefix = part(arena, strPrefix);
   name->uri = plain ? plain->uri : part(arena, strUri);
-  name->strQualified = {qualified, end};
-  name->strLocal = name->strQualified.substr(lngBefore);
+  name->strQualified = strQualified;
+  name->strLocal = strQualified.substr(strQualified.size() - strLocal.size());
   name->plain = plain ? plain : name;
   name->blnColon = strUri.empty() && strLocal.find(':') != std::string_view::npos;
   if (name->blnColon) name->nextWithColon = std::exchange(withColon_, name);

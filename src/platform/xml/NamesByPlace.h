@@ -1,0 +1,76 @@
+#pragma once
+
+#include <libxml/xmlstring.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include "platform/xml/Arena.h"
+
+namespace Varnel_Tolv_XML_Creation {
+
+/// What is known of the names of a document, by the places of their parts. A parser keeps each part
+/// in one place for as long as it reads, so that the texts of a name have to be looked at once.
+///
+/// A table with open addressing, at most half full. Where the places are is chance, and decides no
+/// more than how far a name is from its slot: a look takes one or two comparisons on average.
+template <class Known>
+class NamesByPlace {
+ public:
+  /// Room for half as many names as slots, which are a power of two, before they become more.
+  explicit NamesByPlace(std::size_t lngSlots) : slots_(lngSlots) {}
+
+  /// What is known of a name, for as long as this lives: what `make` returns when the name is new.
+  /// Prefix and URI are null for none.
+  template <class Make>
+  const Known& get(const xmlChar* local, const xmlChar* prefix, const xmlChar* uri,
+                   const Make& make) {
+    const Entry*& slot = slotFor(local, prefix, uri);
+    if (slot) return slot->known;
+    const Known known = make();
+    auto* const entry = arena_.make<Entry>();
+    *entry = {local, prefix, uri, known};
+    slot = entry;
+    if (2 * ++lngEntries_ > slots_.size()) grow();
+    return entry->known;
+  }
+
+ private:
+  struct Entry {
+    const xmlChar* local;
+    const xmlChar* prefix;
+    const xmlChar* uri;
+    Known known;
+  };
+  static_assert(std::is_trivially_destructible_v<Known>);
+
+  /// The slot of a name: a null one, where it belongs, for one that is new.
+  const Entry*& slotFor(const xmlChar* local, const xmlChar* prefix, const xmlChar* uri) noexcept {
+    constexpr std::uint64_t kSpread = 0x9E3779B97F4A7C15U;
+    const auto place = [](const xmlChar* part) { return reinterpret_cast<std::uintptr_t>(part); };
+    std::uint64_t lngHash = (place(local) ^ place(prefix) << 1U ^ place(uri) << 2U) * kSpread;
+    lngHash = (lngHash ^ lngHash >> 32U) * kSpread;  // no text can tell where its names meet
+    const std::size_t lngMask = slots_.size() - 1;
+    for (std::size_t at = lngHash >> 32U & lngMask;; at = (at + 1) & lngMask) {
+      const Entry*& slot = slots_[at];
+      if (!slot || (slot->local == local && slot->prefix == prefix && slot->uri == uri))
+        return slot;
+    }
+  }
+
+  void grow() {
+    const auto before = std::exchange(slots_, std::vector<const Entry*>(2 * slots_.size()));
+    for (const Entry* entry : before) {
+      if (entry) slotFor(entry->local, entry->prefix, entry->uri) = entry;
+    }
+  }
+
+  Arena arena_;
+  std::vector<const Entry*> slots_;
+  std::size_t lngEntries_ = 0;
+};
+
+}  // namespace Varnel_Tolv_XML_Creation

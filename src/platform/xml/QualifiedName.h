@@ -1,0 +1,23 @@
+#pragma once
+
+#include <algorithm>
+#include <string_view>
+
+#include "platform/xml/Arena.h"
+
+namespace Varnel_Tolv_XML_Creation {
+
+/// A name as written: with its prefix and a colon before it, unless the prefix is empty. A NUL
+/// stands behind it.
+inline std::string_view qualifiedName(Arena& arena, std::string_view strPrefix,
+                                      std::string_view strLocal) {
+  if (strPrefix.empty()) return arena.copy(strLocal);
+  const std::size_t lngSize = strPrefix.size() + 1 + strLocal.size();
+  char* const name = arena.room(lngSize + 1);
+  char* end = std::copy(strPrefix.begin(), strPrefix.end(), name);
+  *end++ = ':';
+  *std::copy(strLocal.begin(), strLocal.end(), end) = '\0';
+  return {name, lngSize};
+}
+
+}  // namespace Varnel_Tolv_XML_Creation

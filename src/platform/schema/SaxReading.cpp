@@ -1,7 +1,5 @@
 #include "platform/schema/SaxReading.h"
 
-#include <libxml/SAX2.h>
-
 #include <algorithm>
 #include <climits>
 #include <new>
@@ -114,11 +112,7 @@ struct SaxReading::Callbacks {
   static void documentType(void* context, const xmlChar* /*name*/, const xmlChar* /*publicId*/,
                            const xmlChar* /*systemId*/) {
     SaxReading& reading = of(context);
-    guarded(reading, [&] {
-      const SaxLocator& at = reading.here();
-      reading.refuse(XML_ERR_INTERNAL_ERROR, "A document type declaration is not allowed.",
-                     at.lineNumber, at.columnNumber);
-    });
+    guarded(reading, [&] { reading.refuseHere("A document type declaration is not allowed."); });
   }
 
   static void report(void* context, xmlError* report) {
@@ -217,7 +211,7 @@ void SaxReading::parse(std::string_view strText) {
   if (mayGoOn()) xmlParseChunk(parser_.get(), nullptr, 0, 1);
   if (!exception_) memory.check();
   if (mayGoOn() && (parser_->disableSAX || !parser_->wellFormed)) {
-    refuse(XML_ERR_INTERNAL_ERROR, parserReason(nullptr), here().lineNumber, here().columnNumber);
+    refuseHere(parserReason(nullptr));
   }
 }
 
@@ -225,13 +219,12 @@ void SaxReading::parse(std::string_view strText) {
 bool SaxReading::isWithinLimits(std::size_t lngAttributes) {
   constexpr std::size_t kOwnNames = 16;
   const auto lngNames = static_cast<std::size_t>(xmlDictSize(parser_->dict));
-  const char* const why = lngNames > kMaxNames + kOwnNames ? kTooManyNames
-                          : lngAttributes > kMaxAttributes ? kTooManyAttributes
-                                                           : nullptr;
-  if (!why) return true;
-  const SaxLocator& at = here();
-  refuse(XML_ERR_INTERNAL_ERROR, why, at.lineNumber, at.columnNumber);
-  return false;
+  if (lngNames > kMaxNames + kOwnNames) {
+    refuseHere(kTooManyNames);
+  } else if (lngAttributes > kMaxAttributes) {
+    refuseHere(kTooManyAttributes);
+  }
+  return !fault_;
 }
 
 void SaxReading::onStart(const xmlChar* local, const xmlChar* prefix, const xmlChar* uri,
@@ -244,10 +237,7 @@ void SaxReading::onStart(const xmlChar* local, const xmlChar* prefix, const xmlC
   tag.namespaces = namespaces;
   tag.attributeCount = attributeCount;
   tag.attributes = attributes;
-  if (open_.size() == static_cast<std::size_t>(kMaxDepth)) {
-    const SaxLocator& at = here();
-    return refuse(XML_ERR_INTERNAL_ERROR, kTooDeep, at.lineNumber, at.columnNumber);
-  }
+  if (open_.size() == static_cast<std::size_t>(kMaxDepth)) return refuseHere(kTooDeep);
   open_.push_back(tag.name);
   flushText();
   if (blnStopped_) return;
@@ -340,6 +330,11 @@ void SaxReading::refuse(int code, std::string_view strReason, int line, int colu
   locator_.columnNumber = column;
 }
 
+void SaxReading::refuseHere(std::string_view strReason) {
+  const SaxLocator& at = here();
+  refuse(XML_ERR_INTERNAL_ERROR, strReason, at.lineNumber, at.columnNumber);
+}
+
 void SaxReading::stop() noexcept {
   blnStopped_ = true;
   if (parser_) xmlStopParser(parser_.get());
@@ -348,8 +343,10 @@ void SaxReading::stop() noexcept {
 /// A tree has no places.
 const SaxLocator& SaxReading::here() {
   if (!parser_) return locator_;
-  locator_.lineNumber = xmlSAX2GetLineNumber(parser_.get());
-  locator_.columnNumber = xmlSAX2GetColumnNumber(parser_.get());
+  if (const xmlParserInput* input = parser_->input) {
+    locator_.lineNumber = input->line;
+    locator_.columnNumber = input->col;
+  }
   return locator_;
 }
 

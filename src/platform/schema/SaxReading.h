@@ -57,6 +57,7 @@ class SaxReading {
   void onViolation(const SchemaReport& report);
   void flushText();
   void refuse(int code, std::string_view strReason, int line, int column);
+  void refuseHere(std::string_view strReason);
   void stop() noexcept;
   const SaxLocator& here();
   void tellRest();

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <optional>
-#include <string>
 #include <string_view>
 
 #include "platform/schema/Violation.h"
@@ -9,10 +8,10 @@
 
 namespace Varnel_Tolv_XML_Creation {
 
-/// What a message itself says of an element: its xsi:type and xsi:nil, as written.
+/// What a message itself says of an element: its xsi:type and xsi:nil, as written. Borrowed.
 struct InstanceValues {
-  std::optional<std::string> strType;
-  std::optional<std::string> strNil;
+  std::optional<std::string_view> strType;
+  std::optional<std::string_view> strNil;
 };
 
 /// As what an element is to be checked.

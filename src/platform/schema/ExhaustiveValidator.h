@@ -40,8 +40,8 @@ class ExhaustiveValidator {
   ExhaustiveValidator(const ExhaustiveValidator&) = delete;
   ExhaustiveValidator& operator=(const ExhaustiveValidator&) = delete;
 
-  /// To be called before anybody else hears of the event; a run of text as a whole. They raise what
-  /// the sink raises.
+  /// To be called before anybody else hears of the event; a run of text as a whole, which stays
+  /// where it is until the next event has been told. They raise what the sink raises.
   void start(const StartTag& tag);
   void text(std::string_view strText);
   void end();
@@ -93,7 +93,7 @@ class ExhaustiveValidator {
   std::vector<OpenElement> open_;  // the outermost first
   std::size_t lngStarted_ = 0;     // elements, those that are passed over included
   std::size_t lngPassedOver_ = 0;  // the open elements that nothing is checked in
-  std::string strText_;            // of the element that was opened last
+  std::string_view strText_;       // of the element that was opened last
 
   // Of the start tag that is being read.
   std::vector<const MessageName*> attributeNames_;

@@ -240,6 +240,7 @@ void SaxReading::onStart(const xmlChar* local, const xmlChar* prefix, const xmlC
   if (open_.size() == static_cast<std::size_t>(kMaxDepth)) return refuseHere(kTooDeep);
   open_.push_back(tag.name);
   flushText();
+  strText_.clear();
   if (blnStopped_) return;
   if (validator_) validator_->start(tag);
   if (validatorAside_) startAside(tag);
@@ -301,6 +302,7 @@ void SaxReading::onEnd() {
   if (blnStopped_) return;
   if (validator_) validator_->end();
   if (validatorAside_) validatorAside_->end();
+  strText_.clear();
   if (blnStopped_) return;
   const MessageName& name = *open_.back();
   open_.pop_back();
@@ -313,7 +315,6 @@ void SaxReading::flushText() {
   if (strText_.empty()) return;
   validator_->text(strText_);
   if (validatorAside_) validatorAside_->text(strText_);
-  strText_.clear();
 }
 
 void SaxReading::onViolation(const SchemaReport& report) {

@@ -99,8 +99,7 @@ std::optional<ExhaustiveValidator::Placement> ExhaustiveValidator::place(const M
     // What is declared for one place only is not what a strict wildcard stands for. Where it is
     // taken for that, the cursor has to be as it was before.
     std::optional<ContentCursor> before;
-    const Wildcard* wildcard = type.model->find(kNoName, name.strUri).wildcard;
-    if (wildcard && isLocal(name.id) && !namesItsType()) before = parent.cursor;
+    if (type.model->hasWildcards() && isLocal(name.id) && !namesItsType()) before = parent.cursor;
     const ContentMatch match = parent.cursor->accept(name.id, name.strUri);
     const bool blnByMistake =
         before && match.wildcard && match.wildcard->process == Wildcard::Process::strict;

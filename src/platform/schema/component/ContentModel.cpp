@@ -53,6 +53,10 @@ ContentModel::~ContentModel() = default;
 
 bool ContentModel::emptiable() const noexcept { return impl_->tree.nodes[0].blnEmptiable; }
 
+bool ContentModel::hasWildcards() const noexcept {
+  return impl_->index.wildcards.first != impl_->index.wildcards.last;
+}
+
 ContentMatch ContentModel::find(NameId name, std::string_view strUri) const noexcept {
   return impl_->find(name, strUri);
 }

@@ -67,6 +67,9 @@ class ContentModel {
   /// Whether no child at all is enough.
   bool emptiable() const noexcept;
 
+  /// Whether there is a wildcard anywhere in it.
+  bool hasWildcards() const noexcept;
+
   /// What a child of this name is anywhere in the model, if it may stand in it at all: an element
   /// declaration, or else a wildcard. All elements of one name in a model have one type.
   ContentMatch find(NameId name, std::string_view strUri) const noexcept;

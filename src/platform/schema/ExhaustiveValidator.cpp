@@ -246,18 +246,18 @@ FieldContent ExhaustiveValidator::checkValue(const OpenElement& element) {
     }
     return content;
   }
-  if (!blnByDefault && !isFixedValue(element, content.strText)) {
+  if (constraint.kind == ValueConstraint::Kind::fixed && !blnByDefault &&
+      !isFixedValue(element, content.strText)) {
     reportNotFixed(element, XML_SCHEMAV_CVC_ELT_5_2_2_2_2, "actual", content.strText);
   }
   identifiers_.add(type, content.strText, lookup_, *element.name, nullptr);
   return content;
 }
 
-/// Whether a value is the one that is demanded, if one is. A type that the message names may tell
-/// values apart in another way than the declared one.
+/// Whether a value is the one that is demanded. A type that the message names may tell values apart
+/// in another way than the declared one.
 bool ExhaustiveValidator::isFixedValue(const OpenElement& element, std::string_view strText) const {
   const ValueConstraint& constraint = constraintOf(element);
-  if (constraint.kind != ValueConstraint::Kind::fixed) return true;
   const SimpleType& type = *element.type->simple;
   const std::string strKey = type.valueKey(strText, lookup_);
   return strKey == constraint.strKey || (element.type != element.declaration->type &&

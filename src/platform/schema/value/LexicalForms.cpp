@@ -67,6 +67,7 @@ std::optional<double> parseNumber(std::string_view strText) noexcept {
 Normalised::Normalised(std::string_view strText, WhiteSpace whiteSpace) : strView_(strText) {
   if (whiteSpace == WhiteSpace::preserve) return;
   if (whiteSpace == WhiteSpace::collapse) strView_ = withoutXmlSpaceAround(strView_);
+  if (std::none_of(strView_.begin(), strView_.end(), isXmlSpace)) return;
   // From the first place on that has to change the text is made anew.
   bool blnAfterBlank = false;
   std::size_t at = 0;

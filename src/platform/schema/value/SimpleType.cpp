@@ -74,7 +74,10 @@ SimpleType::Variety SimpleType::variety() const noexcept { return impl_->variety
 
 bool SimpleType::check(std::string_view strText, const PrefixLookup& lookup,
                        ValueFaults* faults) const {
-  if (faults) *faults = {};
+  if (faults) {
+    faults->lngCode = 0;
+    faults->facets.clear();
+  }
   return impl_->accepts(strText, lookup, faults);
 }
 

@@ -120,8 +120,9 @@ bool SimpleType::Impl::meets(const Limit& limit, std::string_view strValue,
   switch (limit.facet) {
     case Facet::length:
       return length().value_or(limit.lngCount) == limit.lngCount;
-    case Facet::minLength:
-      return length().value_or(limit.lngCount) >= limit.lngCount;
+    case Facet::minLength:  // of a text at least a quarter of its bytes
+      return (listsTexts() && strValue.size() / 4 >= limit.lngCount) ||
+             length().value_or(limit.lngCount) >= limit.lngCount;
     case Facet::maxLength:  // of no value more than its bytes
       return strValue.size() <= limit.lngCount ||
              length().value_or(limit.lngCount) <= limit.lngCount;

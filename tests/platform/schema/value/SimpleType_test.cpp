@@ -274,6 +274,11 @@ TEST(SimpleType, MeasuresEachKindOfValueItsOwnWay) {
     std::vector<std::string> faults;
   } cases[] = {
       {"characters", "string", {{Facet::length, "3"}}, "\xc3\xa4\xf0\x9f\x98\x80x", {}},
+      {"characters of four bytes",
+       "string",
+       {{Facet::minLength, "2"}},
+       "\xf0\x9f\x98\x80",
+       {"1831", "minLength 2"}},
       {"as they stand", "string", {{Facet::length, "3"}}, " a ", {}},
       {"after white space is normalised", "token", {{Facet::length, "1"}}, " a ", {}},
       {"also by the same derivation",

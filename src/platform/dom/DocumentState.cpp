@@ -1,10 +1,9 @@
 #include "platform/dom/DocumentState.h"
 
-#include <algorithm>
-#include <cstdint>
 #include <new>
 #include <utility>
 
+#include "platform/text/ShortText.h"
 #include "platform/xml/CopyTree.h"
 #include "platform/xml/FileCacheEntry.h"
 #include "platform/xml/LoadTree.h"
@@ -21,7 +20,7 @@ constexpr std::string_view kReadOnlyInUse =
 /// Whether the index of ids may tell of an attribute, or of `top` or what is below it. What it does
 /// not tell of comes and goes without changing it.
 bool holdsId(const TreeNode* top) noexcept {
-  if (isAttribute(top)) return top->name->strQualified == "id";
+  if (isAttribute(top)) return isSame(top->name->strQualified, "id");
   for (const TreeNode* node = top; node; node = nextBelow(node, top)) {
     if (isElement(node) && findAttribute(node, "id")) return true;
   }
@@ -74,6 +73,7 @@ bool DocumentContent::replace(std::size_t lngExpected, bool blnKeepBefore,
   libraryTree.drop();
   models.forget();
   attributeNames = {};
+  attributeValues = {};
   target.setDocument(document);
   if (!blnKeepBefore) {
     tree = std::move(fresh);
@@ -164,40 +164,18 @@ std::optional<TreeNode*> DocumentState::firstOf(const PathView& path) {
   return boundNames_.first(path, content_->tree, content_->childNames, namespaces());
 }
 
-DocumentContent& DocumentState::changeable() {
-  if (settings.blnReadOnly) refuse("The document is read-only.");
-  return const_cast<DocumentContent&>(*content_);  // only read-only documents share it with others
-}
-
-const TreeName* DocumentState::attributeName(std::string_view strName) {
-  auto& content = const_cast<DocumentContent&>(*content_);
-  if (strName.empty() || settings.blnReadOnly) return nullptr;
-  const auto lngAddress = reinterpret_cast<std::uintptr_t>(strName.data());
-  const TreeName*& name =
-      content.attributeNames[(lngAddress ^ lngAddress >> 4) % content.attributeNames.size()];
-  if (!name || name->strQualified != strName) name = content.tree.names().find(strName, {});
-  return name;
-}
-
 DocumentSettings DocumentState::settingsOfCopy() const {
   DocumentSettings copied = settings;
   copied.blnReadOnly = false;
   return copied;
 }
 
-void DocumentState::grow(std::size_t lngBytes, std::size_t lngBefore) {
-  const std::size_t lngKept = lngWrittenBytes_ - std::min(lngWrittenBytes_, lngBefore);
-  if (lngBytes > settings.lngMaxBytes || lngKept > settings.lngMaxBytes - lngBytes) {
-    refuse(kTextTooLarge + std::to_string(settings.lngMaxBytes) + " bytes.");
-  }
-  lngWrittenBytes_ = lngKept + lngBytes;
+void DocumentState::refuseSize() const {
+  refuse(kTextTooLarge + std::to_string(settings.lngMaxBytes) + " bytes.");
 }
 
-void DocumentState::changing(const TreeNode* parent, const TreeNode* ids) noexcept {
-  if (!parent) return;
-  auto& content = const_cast<DocumentContent&>(*content_);
-  content.libraryTree.changed(parent);
-  if (!ids || content.idIndex.isUnwanted()) return;
+void DocumentState::changingIds(DocumentContent& content, const TreeNode* parent,
+                                const TreeNode* ids) noexcept {
   if (holdsId(ids) && topOf(parent) == content.tree.document()) content.idIndex.drop();
 }
 

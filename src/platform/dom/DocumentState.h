@@ -1,7 +1,9 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -13,6 +15,7 @@
 #include "platform/dom/KeptModels.h"
 #include "platform/dom/Node.h"
 #include "platform/fault/InjectedFault.h"
+#include "platform/text/ShortText.h"
 #include "platform/xml/GuardedParser.h"
 #include "platform/xml/Tree.h"
 #include "platform/xpath/ChildNameIndex.h"
@@ -48,6 +51,10 @@ struct DocumentContent {
 
   /// The names of attributes that were set, by where their texts lie: most are constants.
   std::array<const TreeName*, 16> attributeNames{};
+
+  /// The values of attributes that were added last, by where their texts lay: the rows of a table
+  /// have many that are the same.
+  std::array<std::string_view, 16> attributeValues{};
 };
 
 /// What the handles of one document share. Its tree owns every node that a handle can point to,
@@ -101,16 +108,38 @@ struct DocumentState {
 
   /// The name as written of elements and attributes in no namespace; null when the document has
   /// none of them. For who writes to the document.
-  const TreeName* attributeName(std::string_view strName);
+  const TreeName* attributeName(std::string_view strName) {
+    auto& content = const_cast<DocumentContent&>(*content_);
+    if (strName.empty() || settings.blnReadOnly) return nullptr;
+    const TreeName*& name = entryFor(content.attributeNames, strName.data());
+    if (!name || !isSame(name->strQualified, strName)) {
+      name = content.tree.names().find(strName, {});
+    }
+    return name;
+  }
+
+  /// The value of the attribute that was added last with a value that lay there, or near.
+  std::string_view& lastValueFrom(const char* value) {
+    return entryFor(const_cast<DocumentContent&>(*content_).attributeValues, value);
+  }
 
   /// Accounts for text that is about to be written, in place of `lngBefore` bytes that go. Refuses,
   /// with kXmlFailure, to write more than an input may hold.
-  void grow(std::size_t lngBytes, std::size_t lngBefore = 0);
+  void grow(std::size_t lngBytes, std::size_t lngBefore = 0) {
+    const std::size_t lngKept = lngWrittenBytes_ - std::min(lngWrittenBytes_, lngBefore);
+    if (lngBytes > settings.lngMaxBytes || lngKept > settings.lngMaxBytes - lngBytes) refuseSize();
+    lngWrittenBytes_ = lngKept + lngBytes;
+  }
 
   /// To be called before children, attributes or text of `parent`, null for none, change; `ids` is
   /// what comes, goes or changes if it may be or hold an attribute `id`, else null. What stands
   /// nowhere in the document concerns none of its indexes.
-  void changing(const TreeNode* parent, const TreeNode* ids) noexcept;
+  void changing(const TreeNode* parent, const TreeNode* ids) noexcept {
+    if (!parent) return;
+    auto& content = const_cast<DocumentContent&>(*content_);
+    content.libraryTree.changed(parent);
+    if (ids && !content.idIndex.isUnwanted()) changingIds(content, parent, ids);
+  }
 
   /// What a selection at `node` needs. `strXPath` tells whether an index would help.
   SelectionContext selectionContext(TreeNode* node, std::string_view strXPath) const;
@@ -151,7 +180,10 @@ struct DocumentState {
   const std::shared_ptr<DocumentState>& host() const noexcept { return host_; }
 
   /// The content to be changed. kXmlFailure for a document that is read-only.
-  DocumentContent& changeable();
+  DocumentContent& changeable() {
+    if (settings.blnReadOnly) refuse("The document is read-only.");
+    return const_cast<DocumentContent&>(*content_);  // only read-only ones share it with others
+  }
 
   const DocumentSettings settings;
   const bool blnFragment;
@@ -160,6 +192,16 @@ struct DocumentState {
   std::vector<std::pair<const void*, KeptModels::Model>> models;   // that were asked for
 
  private:
+  /// The entry that the address of a text chooses.
+  template <class Entry, std::size_t lngSize>
+  static Entry& entryFor(std::array<Entry, lngSize>& table, const char* text) noexcept {
+    const auto lngAddress = reinterpret_cast<std::uintptr_t>(text);
+    return table[(lngAddress ^ lngAddress >> 4) % lngSize];
+  }
+
+  static void changingIds(DocumentContent& content, const TreeNode* parent,
+                          const TreeNode* ids) noexcept;
+  [[noreturn]] void refuseSize() const;
   void becomeOther(ParseError error);
   const SelectionNamespaces& namespaces() const;
 

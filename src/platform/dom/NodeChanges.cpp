@@ -5,6 +5,7 @@
 
 #include "platform/dom/DocumentState.h"
 #include "platform/dom/Node.h"
+#include "platform/text/ShortText.h"
 #include "platform/text/Text.h"
 #include "platform/xml/CopyTree.h"
 #include "platform/xml/TreeLimits.h"
@@ -36,6 +37,12 @@ void setContent(DocumentState& state, TreeNode* element, std::string_view strTex
   content.childNames.emptying(element);
   while (element->first) unlinkNode(element->first);
   linkNode(element, text, nullptr);
+}
+
+/// Whether an attribute has this name: the one of the document, or null and as it is written.
+bool isNamed(const TreeNode* attribute, const TreeName* name, std::string_view strName) noexcept {
+  if (name) return attribute->name == name;
+  return isAttribute(attribute) && isSame(attribute->name->strQualified, strName);
 }
 
 bool hasElementChild(const TreeNode* document, const TreeNode* except) {
@@ -77,6 +84,8 @@ int levels(const TreeNode* top, int limit) {
 /// A tree deeper than what can be loaded could not be read again.
 void requireDepth(const TreeNode* parent, const TreeNode* child) {
   if (!isElement(child)) return;
+  // One that holds nothing stands no deeper than one that is there.
+  if (!child->first && parent->first && isElement(parent->first)) return;
   int above = 0;
   for (; parent && isElement(parent); parent = parent->parent) ++above;
   if (above + levels(child, kMaxDepth - above) > kMaxDepth) refuse(kTooDeep);
@@ -119,11 +128,20 @@ void takeOut(DocumentState& state, DocumentContent& content, TreeNode* node) noe
   unlinkNode(node);
 }
 
-/// The same for an attribute, or nothing for null.
-void takeOut(DocumentState& state, TreeNode* element, TreeNode* attribute) noexcept {
+/// The same for the attribute to which a link of its element's leads; nothing for null.
+void takeOut(DocumentState& state, TreeNode* element, TreeNode** link) noexcept {
+  TreeNode* const attribute = *link;
   if (!attribute) return;
   state.changing(element, attribute);
-  unlinkNode(attribute);
+  *link = attribute->next;
+  attribute->parent = attribute->next = nullptr;
+}
+
+/// What leads to the attribute of an element with this name, as `isNamed`; to null behind the last.
+TreeNode** linkTo(TreeNode* element, const TreeName* name, std::string_view strName) noexcept {
+  TreeNode** link = &asParent(element)->attributes;
+  while (*link && !isNamed(*link, name, strName)) link = &(*link)->next;
+  return link;
 }
 
 Node place(const Node& objParent, const Node& objChild, TreeNode* before) {
@@ -167,34 +185,43 @@ void Node::setAttribute(std::string_view strName, std::string_view strValue) con
   const TreeName* name = state_->attributeName(strName);
   if (name && name->blnColon) name = nullptr;
   const bool blnPrefixed = !name && strName.find(':') != std::string_view::npos;
-  TreeNode* const present = name ? findAttribute(element, name) : findAttribute(element, strName);
-  if (present && valueOf(present) == strValue) {  // nothing to write, where it may be written
+  TreeNode** link = &asParent(element)->attributes;
+  std::size_t lngCount = 1;
+  for (; *link && !isNamed(*link, name, strName); link = &(*link)->next) ++lngCount;
+  TreeNode* const present = *link;
+  if (present && isSame(valueOf(present), strValue)) {  // nothing to write, where it may be written
     state_->changeable();
     return;
   }
   // A name without a colon that the document has already is one, so it is not looked at again.
   if (!present && !name) requireQualifiedName(strName);
-  if (strName == "xmlns" || (blnPrefixed && prefixOf(strName) == "xmlns")) {
+  if (isSame(strName, "xmlns") || (blnPrefixed && prefixOf(strName) == "xmlns")) {
     refuse("A namespace declaration cannot be set as an attribute.");
   }
-  requireXmlText(strValue);
-  if (present) return setValue(*state_, present, strValue);
+  if (present) {
+    requireXmlText(strValue);
+    return setValue(*state_, present, strValue);
+  }
+  std::string_view& strLast = state_->lastValueFrom(strValue.data());
+  const bool blnAgain = name && !strValue.empty() && isSame(strLast, strValue);
+  if (!blnAgain) requireXmlText(strValue);
   Tree& tree = state_->changeable().tree;
-  std::size_t lngCount = 1;
-  for (const TreeNode* item = asParent(element)->attributes; item; item = item->next) ++lngCount;
   tree.hasAttributes(lngCount);
   if (!name) name = tree.name({}, strName, {});
-  TreeNode* const attribute = tree.newLeaf(NodeKind::attribute, name, strValue);
+  TreeNode* const attribute = blnAgain ? tree.newLeafWith(NodeKind::attribute, name, strLast)
+                                       : tree.newLeaf(NodeKind::attribute, name, strValue);
   state_->grow(strValue.size());
   state_->changing(element, attribute);
-  linkAttribute(element, attribute);
+  attribute->parent = element;
+  *link = attribute;
+  strLast = valueOf(attribute);
 }
 
 void Node::removeAttribute(std::string_view strName) const {
   TreeNode* element = DocumentState::targetElement(*this);
   state_->mayFail(DomOperation::removeAttribute);
   state_->changeable();
-  takeOut(*state_, element, findAttribute(element, strName));
+  takeOut(*state_, element, linkTo(element, nullptr, strName));
 }
 
 bool Node::removeAttributes(std::span<const std::string_view> names) const {
@@ -215,7 +242,7 @@ bool Node::removeAttributes(std::span<const std::string_view> names) const {
     for (const TreeName* name : known) {
       state_->mayFail(DomOperation::removeAttribute);
       state_->changeable();
-      takeOut(*state_, node, name ? findAttribute(node, name) : nullptr);
+      if (name) takeOut(*state_, node, linkTo(node, name, {}));
     }
   }
   return true;

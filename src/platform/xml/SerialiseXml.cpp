@@ -9,6 +9,7 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/text/ShortText.h"
 #include "platform/xml/NamespaceScope.h"
 #include "result/RuntimeError.h"
 
@@ -42,26 +43,6 @@ std::string_view reference(char byte) {
       return "&#9;";
     default:
       return "&#10;";
-  }
-}
-
-/// Without a call for the few bytes that most pieces are.
-inline void copyBytes(char* out, const char* in, std::size_t lngBytes) {
-  const auto copyEnds = [=](auto piece) {  // which may overlap
-    std::memcpy(&piece, in, sizeof piece);
-    auto last = piece;
-    std::memcpy(&last, in + lngBytes - sizeof piece, sizeof piece);
-    std::memcpy(out, &piece, sizeof piece);
-    std::memcpy(out + lngBytes - sizeof piece, &last, sizeof piece);
-  };
-  if (lngBytes > 2 * sizeof(std::uint64_t)) {
-    std::memcpy(out, in, lngBytes);
-  } else if (lngBytes >= sizeof(std::uint64_t)) {
-    copyEnds(std::uint64_t{});
-  } else if (lngBytes >= sizeof(std::uint32_t)) {
-    copyEnds(std::uint32_t{});
-  } else {
-    for (std::size_t at = 0; at < lngBytes; ++at) out[at] = in[at];
   }
 }
 

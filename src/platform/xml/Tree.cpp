@@ -6,16 +6,13 @@
 #include <limits>
 #include <new>
 
+#include "platform/text/ShortText.h"
 #include "platform/xml/SerialiseXml.h"
 #include "result/RuntimeError.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
 static_assert(sizeof(TreeNode) == 48 && sizeof(TreeElement) == 72);
-
-bool isDeclaration(const TreeNode* node) noexcept {
-  return node->kind == NodeKind::instruction && node->name->strQualified == "xml";
-}
 
 TreeNode* rootOf(const TreeNode* document) noexcept {
   TreeNode* child = document->first;
@@ -32,17 +29,8 @@ TreeNode* firstAttribute(const TreeNode* node) noexcept {
 
 TreeNode* findAttribute(const TreeNode* element, std::string_view strName) noexcept {
   TreeNode* attribute = firstAttribute(element);
-  while (attribute && attribute->name->strQualified != strName) attribute = attribute->next;
+  while (attribute && !isSame(attribute->name->strQualified, strName)) attribute = attribute->next;
   return attribute;
-}
-
-TreeNode* nextBelow(const TreeNode* node, const TreeNode* top) noexcept {
-  if (TreeNode* child = firstChild(node)) return child;
-  while (node != top) {
-    if (node->next) return node->next;
-    node = node->parent;
-  }
-  return nullptr;
 }
 
 TreeNode* topOf(TreeNode* node) noexcept {
@@ -82,16 +70,6 @@ void unlinkNode(TreeNode* node) noexcept {
     --parent->lngSize;
   }
   node->parent = node->next = node->prev = nullptr;
-}
-
-void linkNode(TreeNode* parent, TreeNode* node, TreeNode* before) noexcept {
-  TreeElement* const owner = asParent(parent);
-  node->parent = owner;
-  node->next = before;
-  node->prev = before ? before->prev : owner->last;
-  (node->prev ? node->prev->next : owner->first) = node;
-  (before ? before->prev : owner->last) = node;
-  ++owner->lngSize;
 }
 
 void linkAttribute(TreeNode* element, TreeNode* attribute) noexcept {
@@ -153,29 +131,23 @@ TreeNode* Tree::newLeaf(NodeKind kind, const TreeName* name, std::string_view st
   countNode();
   auto* const leaf = arena_.make<TreeNode>();
   char* const value = arena_.room(strValue.size());
-  if (!strValue.empty()) std::memcpy(value, strValue.data(), strValue.size());
+  copyBytes(value, strValue.data(), strValue.size());
   leaf->kind = kind;
   leaf->name = name;
   leaf->value = value;
   leaf->lngSize = static_cast<std::uint32_t>(strValue.size());
   lngLongest_ = std::max(lngLongest_, strValue.size());
-  const bool blnOtherAttribute = kind == NodeKind::attribute && name->blnColon;
-  if (kind == NodeKind::cdata || kind == NodeKind::documentType || blnOtherAttribute) {
-    blnOther_ = true;
+  if (kind == NodeKind::attribute) {
+    blnOther_ |= name->blnColon;
+  } else {
+    blnOther_ |= kind == NodeKind::cdata || kind == NodeKind::documentType;
   }
   return leaf;
 }
 
 TreeNode* Tree::copyLeaf(const TreeNode* leaf) {
   if (leaf->lngRoom != 0) return newLeaf(leaf->kind, leaf->name, valueOf(leaf));
-  countNode();
-  auto* const copy = arena_.make<TreeNode>();
-  copy->kind = leaf->kind;
-  copy->name = leaf->name;
-  copy->value = leaf->value;
-  copy->lngSize = leaf->lngSize;
-  lngShared_ += leaf->lngSize;
-  return copy;
+  return newLeafWith(leaf->kind, leaf->name, valueOf(leaf));
 }
 
 void Tree::setValue(TreeNode* leaf, std::string_view strValue) {

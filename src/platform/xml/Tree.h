@@ -67,7 +67,9 @@ inline const TreeElement* asParent(const TreeNode* node) noexcept {
 }
 
 /// Whether a node is the XML declaration.
-bool isDeclaration(const TreeNode* node) noexcept;
+inline bool isDeclaration(const TreeNode* node) noexcept {
+  return node->kind == NodeKind::instruction && node->name->strQualified == "xml";
+}
 
 /// The value of a node that is neither a document nor an element.
 inline std::string_view valueOf(const TreeNode* node) noexcept {
@@ -109,7 +111,14 @@ inline std::optional<std::string_view> attributeOf(const TreeNode* element,
 }
 
 /// The node after `node` in document order among those below `top`; null after the last.
-TreeNode* nextBelow(const TreeNode* node, const TreeNode* top) noexcept;
+inline TreeNode* nextBelow(const TreeNode* node, const TreeNode* top) noexcept {
+  if (TreeNode* child = firstChild(node)) return child;
+  while (node != top) {
+    if (node->next) return node->next;
+    node = node->parent;
+  }
+  return nullptr;
+}
 
 /// The document, or the node without a parent, that `node` stands below.
 TreeNode* topOf(TreeNode* node) noexcept;
@@ -127,7 +136,15 @@ bool hasText(const TreeNode* node) noexcept;
 void unlinkNode(TreeNode* node) noexcept;
 
 /// Puts a node without a parent below `parent`: before `before`, or at the end when that is null.
-void linkNode(TreeNode* parent, TreeNode* node, TreeNode* before) noexcept;
+inline void linkNode(TreeNode* parent, TreeNode* node, TreeNode* before) noexcept {
+  TreeElement* const owner = asParent(parent);
+  node->parent = owner;
+  node->next = before;
+  node->prev = before ? before->prev : owner->last;
+  (node->prev ? node->prev->next : owner->first) = node;
+  (before ? before->prev : owner->last) = node;
+  ++owner->lngSize;
+}
 
 /// Puts an attribute without a parent at the end of an element's.
 void linkAttribute(TreeNode* element, TreeNode* attribute) noexcept;
@@ -161,6 +178,18 @@ class Tree {
   TreeNode* newDocument();
   TreeNode* newElement(const TreeName* name);
   TreeNode* newLeaf(NodeKind kind, const TreeName* name, std::string_view strValue);
+
+  /// A leaf with a value that lies in this tree already and that nothing writes over.
+  TreeNode* newLeafWith(NodeKind kind, const TreeName* name, std::string_view strOwn) {
+    countNode();
+    auto* const leaf = arena_.make<TreeNode>();
+    leaf->kind = kind;
+    leaf->name = name;
+    leaf->value = strOwn.data();
+    leaf->lngSize = static_cast<std::uint32_t>(strOwn.size());
+    lngShared_ += strOwn.size();
+    return leaf;
+  }
 
   /// A copy of a leaf of this tree, which shares its value where nothing writes over that.
   TreeNode* copyLeaf(const TreeNode* leaf);

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <utility>
 
+#include "platform/text/ShortText.h"
 #include "platform/xml/QualifiedName.h"
 #include "result/RuntimeError.h"
 
@@ -86,8 +87,9 @@ void TreeNames::Buckets<Entry>::add(Arena& arena, Entry* entry) {
 const TreeName* TreeNames::find(std::string_view strPrefix, std::string_view strLocal,
                                 std::string_view strUri, std::size_t lngHash) const noexcept {
   const TreeName* name = names_.first(lngHash);
-  while (name && (name->lngHash != lngHash || name->strLocal != strLocal ||
-                  name->uri->strText != strUri || name->prefix->strText != strPrefix)) {
+  while (name &&
+         (name->lngHash != lngHash || !isSame(name->strLocal, strLocal) ||
+          !isSame(name->uri->strText, strUri) || !isSame(name->prefix->strText, strPrefix))) {
     name = name->nextOfHash;
   }
   return name;

@@ -29,17 +29,12 @@ void ChildNameIndex::addParent(TreeNode* parent) {
   parent->blnIndexed = true;
 }
 
-void ChildNameIndex::prepare(TreeNode* parent, const TreeNode* child) {
-  if (!isElement(child)) return;
-  if (!parent->blnIndexed) {
-    if (parent->lngSize < kManyChildren) return;
-    addParent(parent);
-  }
+void ChildNameIndex::prepareMany(TreeNode* parent, const TreeNode* child) {
+  if (!parent->blnIndexed) addParent(parent);
   parents_.find(parent)->second.children.try_emplace(child->name->plain);
 }
 
-void ChildNameIndex::added(TreeNode* child) noexcept {
-  if (child->next != nullptr) ++lngChanges_;
+void ChildNameIndex::addedToMany(TreeNode* child) noexcept {
   Names* const names = namesAround(child);
   if (names == nullptr) return;
   const auto found = names->children.find(child->name->plain);

@@ -25,10 +25,17 @@ class ChildNameIndex {
   void add(TreeNode* document);
 
   /// Makes room for the name of `child` below `parent`. std::bad_alloc leaves all as it was.
-  void prepare(TreeNode* parent, const TreeNode* child);
+  void prepare(TreeNode* parent, const TreeNode* child) {
+    if (isElement(child) && (parent->blnIndexed || parent->lngSize >= kManyChildren)) {
+      prepareMany(parent, child);
+    }
+  }
 
   /// To be told of each child that was linked.
-  void added(TreeNode* child) noexcept;
+  void added(TreeNode* child) noexcept {
+    if (child->next != nullptr) ++lngChanges_;
+    if (child->parent->blnIndexed) addedToMany(child);
+  }
 
   /// To be told of each node that will be unlinked.
   void removing(const TreeNode* child) noexcept;
@@ -77,6 +84,8 @@ class ChildNameIndex {
   };
 
   void addParent(TreeNode* parent);
+  void prepareMany(TreeNode* parent, const TreeNode* child);
+  void addedToMany(TreeNode* child) noexcept;
   static void findFirsts(const TreeNode* parent, Names& names) noexcept;
   static bool isFirst(const TreeNode* child, const Children& others) noexcept;
   Names* namesAround(const TreeNode* child) noexcept;

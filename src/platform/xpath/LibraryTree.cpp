@@ -186,10 +186,10 @@ xmlNs* LibraryTree::namespaceOf(const TreeName* name) {
   return &ns;
 }
 
-void LibraryTreeCache::changed(const TreeNode* parent) noexcept {
+void LibraryTreeCache::note(const TreeNode* parent) noexcept {
   // What has no copy is copied when it comes in. What was taken out still has one, and may come
   // back.
-  if (!tree_ || !tree_->copyOf(parent)) return;
+  if (!tree_->copyOf(parent)) return;
   if (!changed_.empty() && changed_.back() == parent) return;
   if (changed_.size() == kMostChanges) return drop();
   changed_.push_back(parent);

@@ -53,7 +53,9 @@ class LibraryTree {
 class LibraryTreeCache {
  public:
   /// To be told of each node whose children, attributes or text change.
-  void changed(const TreeNode* parent) noexcept;
+  void changed(const TreeNode* parent) noexcept {
+    if (tree_) note(parent);
+  }
 
   /// To be called when the document becomes another.
   void drop() noexcept { tree_.reset(); }
@@ -61,6 +63,8 @@ class LibraryTreeCache {
   std::shared_ptr<const LibraryTree> get(TreeNode* document) const;
 
  private:
+  void note(const TreeNode* parent) noexcept;
+
   static constexpr std::size_t kMostChanges = 64;  // with more it is copied anew
 
   mutable std::mutex mutex_;  // guards what is below, except against the writer

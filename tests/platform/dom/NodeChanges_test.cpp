@@ -307,6 +307,30 @@ TEST(NodeChanges, SetAttributeKnowsEachNameByItsText) {
   EXPECT_EQ(objDocument.documentElement().xml(), "<r aa=\"new\"/>");
 }
 
+TEST(NodeChanges, SetAttributeKnowsEachValueByItsText) {
+  // One place in memory for values that differ, and one for some that elements share.
+  std::string strValue = "one";
+  const Document objDocument = loaded("<r><a/><b/><c/></r>");
+  const NodeList colElements = *objDocument.documentElement().childNodes();
+  const auto setAll = [&](std::string_view strName) {
+    for (const Node& objElement : colElements) objElement.setAttribute(strName, strValue);
+  };
+  setAll("x");
+  strValue.assign("two");
+  setAll("y");
+  EXPECT_EQ(objDocument.documentElement().xml(),
+            "<r><a x=\"one\" y=\"two\"/><b x=\"one\" y=\"two\"/><c x=\"one\" y=\"two\"/></r>");
+  colElements.item(0).setAttribute("x", "ONE");
+  colElements.item(1).getNamedItem("y").setText("");
+  EXPECT_EQ(objDocument.documentElement().xml(),
+            "<r><a x=\"ONE\" y=\"two\"/><b x=\"one\" y=\"\"/><c x=\"one\" y=\"two\"/></r>");
+  ASSERT_TRUE(objDocument.loadXML("<r/>"));
+  objDocument.documentElement().setAttribute("z", strValue);
+  EXPECT_EQ(objDocument.documentElement().xml(), "<r z=\"two\"/>");
+  strValue.assign("t\x01o");
+  EXPECT_THROW(objDocument.documentElement().setAttribute("w", strValue), RuntimeError);
+}
+
 TEST(NodeChanges, ANodeOfAnotherDocumentIsCopiedAndTakenOutThere) {
   Document objTarget = loaded("<t xmlns='urn:t' xmlns:p='urn:other'/>");
   Node objCopy, objOriginal;

@@ -1,0 +1,37 @@
+#include "platform/text/ShortText.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace Varnel_Tolv_XML_Creation {
+namespace {
+
+constexpr std::size_t kLongest = 40;
+const std::string kText = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOP";
+
+TEST(ShortText, IsTheSameWhenNoByteDiffers) {
+  for (std::size_t lngSize = 0; lngSize <= kLongest; ++lngSize) {
+    SCOPED_TRACE(lngSize);
+    const std::string strText = kText.substr(0, lngSize);
+    EXPECT_TRUE(isSame(strText, std::string(strText)));
+    EXPECT_FALSE(isSame(strText, kText.substr(0, lngSize + 1))) << "one is longer";
+    for (std::size_t lngAt = 0; lngAt < lngSize; ++lngAt) {
+      std::string strOther = strText;
+      strOther[lngAt] = '\0';
+      EXPECT_FALSE(isSame(strText, strOther)) << lngAt;
+    }
+  }
+}
+
+TEST(ShortText, IsCopiedWholeAndNoFurther) {
+  for (std::size_t lngSize = 0; lngSize <= kLongest; ++lngSize) {
+    SCOPED_TRACE(lngSize);
+    std::string strOut(kLongest + 2, '-');
+    copyBytes(strOut.data() + 1, kText.data(), lngSize);
+    EXPECT_EQ(strOut, "-" + kText.substr(0, lngSize) + std::string(kLongest + 1 - lngSize, '-'));
+  }
+}
+
+}  // namespace
+}  // namespace Varnel_Tolv_XML_Creation

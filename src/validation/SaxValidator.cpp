@@ -5,6 +5,7 @@
 
 #include "config/Utility.h"
 #include "platform/text/RegularExpression.h"
+#include "platform/text/ShortText.h"
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {
@@ -63,9 +64,12 @@ void SaxValidator::startElement(std::string_view /*strNamespaceURI*/,
   here_ = placeBelow(strQName);
   ended_ = nullptr;
   for (std::size_t index = 0; index < kCount; ++index) {
-    started_[index] = oAttributes.getValueFromName("", kIdentifierNames[index]).value_or("");
+    const std::string_view strValue =
+        oAttributes.mark(index, kIdentifierNames[index]).value_or(std::string_view());
+    // Most are those of the element before.
+    if (!isSame(started_[index], strValue)) started_[index] = strValue;
     // deliberate: the first element at a path keeps its identifiers, those after it add none.
-    if (here_->first[index].empty()) here_->first[index] = started_[index];
+    if (here_->first[index].empty() && !strValue.empty()) here_->first[index] = strValue;
   }
   inForce_ = &started_;
 }

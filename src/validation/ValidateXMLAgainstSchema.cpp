@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "config/Names.h"
 #include "config/Utility.h"
 #include "platform/fault/InjectedFault.h"
 #include "platform/host/WebRequest.h"
@@ -39,6 +40,7 @@ void parseMessage(const Session& session, ValidatingReader& objSaxXmlReader,
   objSaxXmlReader.putFeature("exhaustive-errors", true);
   // The message is full of the form's own marks, and SaxValidator records no attribute.
   objSaxXmlReader.putFeature("undeclared-attributes", false);
+  objSaxXmlReader.marks(kIdentifierNames);
   objSaxXmlReader.schemas(colSchemas);
   objSaxXmlReader.contentHandler(&oValidator);
   objSaxXmlReader.errorHandler(&oValidator);

@@ -22,7 +22,15 @@ namespace {
 /// The attributes of the start tag that is being read.
 class TagAttributes : public SaxAttributes {
  public:
-  explicit TagAttributes(const StartTag& tag) : tag_(tag) {}
+  TagAttributes(const StartTag& tag, std::span<const std::string_view> marks)
+      : tag_(tag), marks_(marks) {}
+
+  std::optional<std::string_view> mark(std::size_t lngNumber,
+                                       std::string_view strName) const override {
+    if (marks_.empty()) return getValueFromName("", strName);
+    const std::string_view strValue = marks_[lngNumber];
+    return strValue.data() ? std::optional(strValue) : std::nullopt;
+  }
 
   std::optional<std::string_view> getValueFromName(std::string_view strNamespaceURI,
                                                    std::string_view strLocalName) const override {
@@ -45,6 +53,7 @@ class TagAttributes : public SaxAttributes {
   }
 
   const StartTag& tag_;
+  const std::span<const std::string_view> marks_;  // if not among the tag's attributes
 };
 
 /// How much of the text the parser is given at once: the library refuses to look ten million bytes
@@ -160,7 +169,8 @@ void SaxReading::walk(const Tree& tree) {
         std::vector<const xmlChar*>& attributes = events.attributes();
         onStart(events.local(), events.prefix(), events.uri(), namespaces.size() / 2,
                 namespaces.data(), attributes.size() / StartTag::kPointersPerAttribute,
-                attributes.data());
+                attributes.data(), events.marks());
+        if (open_.size() == 1 && mayLeaveOutMarks()) events.leaveOut(settings_.marks);
         break;
       }
       case Event::end:
@@ -229,7 +239,8 @@ bool SaxReading::isWithinLimits(std::size_t lngAttributes) {
 
 void SaxReading::onStart(const xmlChar* local, const xmlChar* prefix, const xmlChar* uri,
                          std::size_t namespaceCount, const xmlChar** namespaces,
-                         std::size_t attributeCount, const xmlChar** attributes) {
+                         std::size_t attributeCount, const xmlChar** attributes,
+                         std::span<const std::string_view> marks) {
   if (open_.empty()) openNames(uri);
   StartTag tag;
   tag.name = &names_->of(local, prefix, uri);
@@ -247,7 +258,7 @@ void SaxReading::onStart(const xmlChar* local, const xmlChar* prefix, const xmlC
   if (blnStopped_ || !settings_.contentHandler) return;
   here();  // a handler may look at the locator that it was given
   settings_.contentHandler->startElement(tag.name->strUri, tag.name->strLocal, tag.name->strWritten,
-                                         TagAttributes(tag));
+                                         TagAttributes(tag, marks));
 }
 
 /// Made at the root, whose namespace decides which schema a message is checked against.
@@ -255,6 +266,7 @@ void SaxReading::openNames(const xmlChar* rootUri) {
   const SchemaComponents* components =
       settings_.schemas ? settings_.schemas->schemaFor(view(rootUri)) : nullptr;
   const auto& aside = settings_.parts.setAside;
+  components_ = components;
   names_.emplace(components ? &components->names() : nullptr, aside);
   if (!components) return;
   const bool blnKnown = settings_.parts.handler &&
@@ -267,6 +279,19 @@ void SaxReading::openNames(const xmlChar* rootUri) {
   if (blnKnown) {
     validatorAside_.emplace(*components, *names_, nullptr, false, settings_.parts);
   }
+}
+
+/// Whether nobody hears of the marks but the content handler: then they need not be told among the
+/// attributes.
+bool SaxReading::mayLeaveOutMarks() const {
+  if (settings_.blnUndeclaredAttributes) return false;
+  if (components_ && components_->judgesUnknownAttributes()) return false;
+  const PartsSettings& parts = settings_.parts;
+  return std::ranges::all_of(settings_.marks, [&](std::string_view strName) {
+    const bool blnKnown = components_ && components_->names().find("", strName) != kNoName;
+    return !blnKnown &&
+           (!parts.handler || std::ranges::find(parts.setAside, strName) != parts.setAside.end());
+  });
 }
 
 /// Checks a start tag as it is without the attributes that are set aside.

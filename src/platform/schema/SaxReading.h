@@ -4,6 +4,7 @@
 
 #include <exception>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -29,6 +30,7 @@ class SaxReading {
     bool blnExhaustive = false;
     bool blnUndeclaredAttributes = true;  // are reported
     PartsSettings parts;
+    std::span<const std::string_view> marks{};  // see ValidatingReader
   };
 
   explicit SaxReading(const Settings& settings) : settings_(settings) {}
@@ -50,7 +52,8 @@ class SaxReading {
   bool isWithinLimits(std::size_t lngAttributes);
   void onStart(const xmlChar* local, const xmlChar* prefix, const xmlChar* uri,
                std::size_t namespaceCount, const xmlChar** namespaces, std::size_t attributeCount,
-               const xmlChar** attributes);
+               const xmlChar** attributes, std::span<const std::string_view> marks = {});
+  bool mayLeaveOutMarks() const;
   void openNames(const xmlChar* rootUri);
   void onEnd();
   void startAside(const StartTag& tag);
@@ -66,6 +69,7 @@ class SaxReading {
   Settings settings_;
   OwnedXmlParser parser_;  // of a text: the names in the validator are its own
   std::optional<MessageNames> names_;
+  const SchemaComponents* components_ = nullptr;  // to check against, if any
   std::optional<ExhaustiveValidator> validator_;
   // Of the message without the attributes that are set aside, where that makes a difference: the
   // schema has a use for one of their names. It tells the parts, and nothing else.

@@ -1,5 +1,6 @@
 #include "platform/schema/TreeEvents.h"
 
+#include <algorithm>
 #include <cstddef>
 
 #include "platform/schema/StartTag.h"
@@ -90,6 +91,23 @@ TreeEvents::Event TreeEvents::next() {
   }
 }
 
+void TreeEvents::leaveOut(std::span<const std::string_view> names) {
+  for (const std::string_view strName : names) {
+    markNames_.push_back(tree_.names().find(strName, {}));
+  }
+  marks_.resize(names.size());
+}
+
+/// Keeps the value of an attribute that is left out. Whether it is one.
+bool TreeEvents::takeMark(const TreeNode* attribute) noexcept {
+  for (std::size_t lngMark = 0; lngMark < markNames_.size(); ++lngMark) {
+    if (attribute->name != markNames_[lngMark]) continue;
+    marks_[lngMark] = valueOf(attribute);
+    return true;
+  }
+  return false;
+}
+
 void TreeEvents::readTag() {
   const TreeName& name = *node_->name;
   std::size_t lngTag = name.strQualified.size();
@@ -120,7 +138,12 @@ void TreeEvents::readTag() {
   for (const TreeNode* item = first; item; item = item->next) ++lngCount;
   attributes_.resize(lngCount * StartTag::kPointersPerAttribute);
   const xmlChar** parts = attributes_.data();
+  std::fill(marks_.begin(), marks_.end(), std::string_view());
   for (const TreeNode* item = first; item; item = item->next) {
+    if (takeMark(item)) {
+      --lngCount;
+      continue;
+    }
     const TreeName& stated = *item->name;
     const xmlChar* const value = reinterpret_cast<const xmlChar*>(item->value);
     *parts++ = xmlText(stated.strLocal);
@@ -132,6 +155,7 @@ void TreeEvents::readTag() {
     lngTag += stated.strQualified.size() + item->lngSize;
     if (stated.strQualified.size() > kLongName) blnExact_ = false;
   }
+  attributes_.resize(lngCount * StartTag::kPointersPerAttribute);
   if (lngTag > kLong || name.strQualified.size() > kLongName) blnExact_ = false;
 }
 

@@ -3,6 +3,7 @@
 #include <libxml/xmlstring.h>
 
 #include <cstdint>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -37,11 +38,19 @@ class TreeEvents {
   std::vector<const xmlChar*>& namespaces() noexcept { return namespaces_; }
   std::vector<const xmlChar*>& attributes() noexcept { return attributes_; }
 
+  /// From the next start tag on these attributes in no namespace are not among the others.
+  void leaveOut(std::span<const std::string_view> names);
+
+  /// The values of those that the tag has, by the number of their names, and no text for the
+  /// others; empty where none are left out. Borrowed like the attributes.
+  std::span<const std::string_view> marks() const noexcept { return marks_; }
+
   /// A piece of text; several can follow one another.
   std::string_view text() const noexcept { return valueOf(node_); }
 
  private:
   void readTag();
+  bool takeMark(const TreeNode* attribute) noexcept;
   bool bindsAllPrefixes() const;
   const NamePart* prefixOf(const TreeName& name) const;
 
@@ -55,6 +64,8 @@ class TreeEvents {
   const xmlChar* uri_ = nullptr;
   std::vector<const xmlChar*> namespaces_;
   std::vector<const xmlChar*> attributes_;
+  std::vector<const TreeName*> markNames_;  // null: no node has the name
+  std::vector<std::string_view> marks_;
 };
 
 }  // namespace Varnel_Tolv_XML_Creation

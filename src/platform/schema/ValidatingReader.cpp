@@ -44,6 +44,10 @@ void ValidatingReader::contentHandler(SaxHandler* handler) {
 
 void ValidatingReader::errorHandler(SaxHandler* handler) { impl_->settings.errorHandler = handler; }
 
+void ValidatingReader::marks(std::span<const std::string_view> names) {
+  impl_->settings.marks = names;
+}
+
 void ValidatingReader::violationHandler(ViolationHandler* handler,
                                         std::span<const std::string_view> setAside) {
   impl_->settings.parts = {handler, setAside};

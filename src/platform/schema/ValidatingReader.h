@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -67,6 +68,13 @@ class SaxAttributes {
   /// The value of an attribute by its namespace (empty for none) and local name.
   virtual std::optional<std::string_view> getValueFromName(std::string_view strNamespaceURI,
                                                            std::string_view strLocalName) const = 0;
+
+  /// The value of a mark, an attribute in no namespace, by its number among those of
+  /// `ValidatingReader::marks` and its name.
+  virtual std::optional<std::string_view> mark(std::size_t /*lngNumber*/,
+                                               std::string_view strName) const {
+    return getValueFromName("", strName);
+  }
 };
 
 /// Receives what the reader reads and what it has to report. What a handler throws ends the parse:
@@ -108,6 +116,10 @@ class ValidatingReader {
   /// Who receives elements, and who violations; borrowed. Either may be missing.
   void contentHandler(SaxHandler* handler);
   void errorHandler(SaxHandler* handler);
+
+  /// The names of attributes in no namespace that the content handler asks every element for. Where
+  /// the schema has nothing to say of them they are not checked. Borrowed.
+  void marks(std::span<const std::string_view> names);
 
   /// Who hears of each violation in parts, whether or not there is an error handler and whether or
   /// not undeclared attributes are reported to it. The parts are those of the text without the

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <utility>
 
 namespace Varnel_Tolv_XML_Creation {
 
@@ -22,5 +23,12 @@ void TypeDefinition::indexAttributes() {
     return attributes[left].declaration->name < attributes[right].declaration->name;
   });
 }
+
+SchemaComponents::SchemaComponents(ComponentStore store)
+    : store_(std::move(store)),
+      blnJudgesUnknownAttributes_(std::ranges::any_of(store_.types, [](const TypeDefinition& type) {
+        const auto& wildcard = type.attributeWildcard;
+        return wildcard && wildcard->process == Wildcard::Process::strict && wildcard->admits("");
+      })) {}
 
 }  // namespace Varnel_Tolv_XML_Creation

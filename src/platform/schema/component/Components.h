@@ -135,7 +135,7 @@ struct ComponentStore {
 /// All components of one schema, those of imported namespaces included.
 class SchemaComponents {
  public:
-  explicit SchemaComponents(ComponentStore store) : store_(std::move(store)) {}
+  explicit SchemaComponents(ComponentStore store);
 
   const NameTable& names() const noexcept { return store_.names; }
 
@@ -151,6 +151,10 @@ class SchemaComponents {
   }
   const TypeDefinition& anyType() const noexcept { return *store_.anyType; }
 
+  /// Whether it may refuse an attribute in no namespace whose name it does not know otherwise than
+  /// as one that is not declared: a wildcard demands that there is a declaration.
+  bool judgesUnknownAttributes() const noexcept { return blnJudgesUnknownAttributes_; }
+
   /// Whether an element of this name is declared anywhere, globally or inside a type.
   bool declaresElement(NameId name) const noexcept { return store_.declared.find(name) != 0; }
 
@@ -161,6 +165,7 @@ class SchemaComponents {
 
  private:
   ComponentStore store_;
+  bool blnJudgesUnknownAttributes_;
 };
 
 }  // namespace Varnel_Tolv_XML_Creation

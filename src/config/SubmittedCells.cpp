@@ -11,7 +11,20 @@
 namespace Varnel_Tolv_XML_Creation {
 namespace {
 
+/// Puts each row once, ascending. Each was named for several columns most often, and nearly all of
+/// them: then their numbers are marked in a list instead of being sorted.
 void sortOut(std::vector<std::int32_t>& rows) {
+  if (rows.empty()) return;
+  const auto lngLast = static_cast<std::size_t>(std::ranges::max(rows));
+  if (lngLast <= 4 * rows.size()) {
+    std::vector<char> named(lngLast + 1);
+    for (const std::int32_t lngRow : rows) named[static_cast<std::size_t>(lngRow)] = 1;
+    rows.clear();
+    for (std::size_t lngRow = 0; lngRow <= lngLast; ++lngRow) {
+      if (named[lngRow] != 0) rows.push_back(static_cast<std::int32_t>(lngRow));
+    }
+    return;
+  }
   std::ranges::sort(rows);
   rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
 }

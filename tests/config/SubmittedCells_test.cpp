@@ -24,6 +24,12 @@ TEST(SubmittedCells, OfAPrefixNameTheRowsFromTwoToTheRowCount) {
   EXPECT_THAT(namedRows(host.session(), "none", 10), IsEmpty());
 }
 
+TEST(SubmittedCells, OfAPrefixNameFewRowsFarApartLikeManySideBySide) {
+  const TestHost host({{"t___a_2000000000", "x"}, {"t___a_7", "x"}, {"t___b_7", "x"}});
+  EXPECT_THAT(namedRows(host.session(), "t___", 2'000'000'000), ElementsAre(7, 2'000'000'000));
+  EXPECT_THAT(namedRows(host.session(), "t___", 7), ElementsAre(7));
+}
+
 TEST(SubmittedCells, TellTheRowsInWhichOneOfTheColumnsIsFilled) {
   const TestHost host(kFields);
   const Session session = host.session();

@@ -1,5 +1,6 @@
 #include "message/RemoveEmptyElements.h"
 
+#include <memory_resource>
 #include <string>
 #include <unordered_set>
 
@@ -16,10 +17,12 @@ bool isHollow(const NodeList& colChildren) {
   return objChild.nodeType() == NodeType::text && !objChild.hasText();
 }
 
+using Ways = std::pmr::unordered_set<const void*>;
+
 /// What holds nothing and, as the walk has to come to it, what that stands in. Elsewhere nothing
 /// goes.
-std::unordered_set<const void*> waysToEmptyNodes(const Node& objTop) {
-  std::unordered_set<const void*> ways;
+Ways waysToEmptyNodes(const Node& objTop, std::pmr::memory_resource& memory) {
+  Ways ways(&memory);
   for (Node objNode : objTop.emptyNodes()) {
     while (objNode && ways.insert(objNode.identity()).second) objNode = objNode.parentNode();
   }
@@ -28,8 +31,7 @@ std::unordered_set<const void*> waysToEmptyNodes(const Node& objTop) {
 
 /// `strPath` is the path of what `objNode` stands in, and is so again at the end.
 bool removeEmpty(const Session& session, const Node& objNode, const Document& objReferenceXML,
-                 std::string& strPath, CleanUp& cleanUp,
-                 const std::unordered_set<const void*>& ways) {
+                 std::string& strPath, CleanUp& cleanUp, const Ways& ways) {
   if (!objNode.hasChildNodes()) return !objNode.hasText();
 
   const std::size_t lngPathAbove = strPath.size();
@@ -72,8 +74,9 @@ bool RemoveEmptyElements(const Session& session, const Node& objNode,
                          const Document& objReferenceXML, std::string strPath) {
   if (!objNode) return false;
   CleanUp cleanUp;
+  std::pmr::monotonic_buffer_resource memory;
   return removeEmpty(session, objNode, objReferenceXML, strPath, cleanUp,
-                     waysToEmptyNodes(objNode));
+                     waysToEmptyNodes(objNode, memory));
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -84,6 +84,8 @@ class TableParking {
     explicit RowValues(std::int32_t lngNumber)
         : lngRow(lngNumber), strSuffix("_" + std::to_string(lngNumber)) {}
 
+    std::string_view number() const { return std::string_view(strSuffix).substr(1); }
+
     const std::int32_t lngRow;
     const std::string strSuffix;      // of the names of its form fields
     std::vector<std::string> values;  // one for each definition, as far as they were read
@@ -96,8 +98,8 @@ class TableParking {
   Acknowledge parkNewRow(std::int32_t lngRow);
   Acknowledge readDefinitions();
   std::vector<std::string_view> columnsRead() const;
-  Acknowledge readCell(const CellDefinition& cell, RowValues& row) const;
-  Acknowledge readRow(RowValues& row) const;
+  Acknowledge readCell(const CellDefinition& cell, RowValues& row);
+  Acknowledge readRow(RowValues& row);
   Acknowledge addCell(const Node& objRow, std::size_t lngCell, const RowValues& row) const;
   void noteBlank(const RowValues& row) { blnOnlyRowBlank_ = lngRowCount_ == 1 && row.blnBlank; }
 
@@ -111,6 +113,7 @@ class TableParking {
   const Document objDocument_ = objTable_.ownerDocument();
   std::optional<std::vector<CellDefinition>> cells_;  // read with the first row
   bool blnOnlyRowBlank_ = false;
+  std::string strName_ = strCellPrefix_;  // of the form field that is read
 };
 
 Acknowledge rowMissing() {
@@ -206,7 +209,7 @@ Acknowledge TableParking::parkNewRow(std::int32_t lngRow) {
 
   if (!objRow) objRow = objDocument_.createElement(kRow);
   if (!objRow) return rowMissing();
-  if (blnNumbered_) objRow.setAttribute(kId, std::to_string(lngRow));
+  if (blnNumbered_) objRow.setAttribute(kId, row.number());
   for (std::size_t lngCell = 0; lngCell < cells_->size(); ++lngCell) {
     objAck = addCell(objRow, lngCell, row);
     if (!objAck.Success()) return objAck;
@@ -233,7 +236,7 @@ Acknowledge TableParking::readDefinitions() {
 
 /// Reads all cells before the first is written. As if each were written before the next is read,
 /// a character that no document may hold is told before what is wrong in a later cell.
-Acknowledge TableParking::readRow(RowValues& row) const {
+Acknowledge TableParking::readRow(RowValues& row) {
   std::size_t lngWritable = 0;
   const auto requireWritable = [&](std::size_t lngCells) {
     while (lngWritable < lngCells) requireXmlText(row.values[lngWritable++]);
@@ -269,14 +272,13 @@ Acknowledge TableParking::addCell(const Node& objRow, std::size_t lngCell,
 }
 
 /// Reads or computes the value of the next cell of a row.
-Acknowledge TableParking::readCell(const CellDefinition& cell, RowValues& row) const {
+Acknowledge TableParking::readCell(const CellDefinition& cell, RowValues& row) {
   if (row.values.empty()) row.values.reserve(cells_->size());
   std::string& strValue = row.values.emplace_back();
   const auto readForm = [&](const std::string& strColumnId, std::string& strSubmitted) {
-    std::string strName;
-    strName.reserve(strCellPrefix_.size() + strColumnId.size() + row.strSuffix.size());
-    strName.append(strCellPrefix_).append(strColumnId).append(row.strSuffix);
-    return GetFormCollectionItem(session_, strName, strSubmitted);
+    strName_.resize(strCellPrefix_.size());  // with which all names begin
+    strName_.append(strColumnId).append(row.strSuffix);
+    return GetFormCollectionItem(session_, strName_, strSubmitted);
   };
 
   Acknowledge objAck;
@@ -302,7 +304,7 @@ Acknowledge TableParking::readCell(const CellDefinition& cell, RowValues& row) c
     if (!strValue.empty()) row.blnBlank = false;
   }
   // The unit of a duration that could not be computed says nothing.
-  if (cell.strId == "timedimension" && row.blnInvalidOperand) {
+  if (row.blnInvalidOperand && cell.strId == "timedimension") {
     if (session_.answers) {
       session_.answers->unused(objTable_, row.lngRow, cell.strId, strValue,
                                reason::kUnitWithoutDuration);

@@ -253,7 +253,8 @@ HttpResponse Application::parkedForm(const HttpRequest& request, std::string_vie
 HttpResponse Application::receipt(const HttpRequest& request, std::string_view strId) {
   const std::optional<StoredMessage> message = store_.message(std::string(strId));
   const std::optional<StoredForm> form = message ? store_.find(std::string(strId)) : std::nullopt;
-  if (!form) {
+  const Deployment deployment = form ? deployments_.find(form->strDeployment) : nullptr;
+  if (deployment == nullptr) {
     return trouble(request, 404, "There is no such receipt",
                    "The form was not accepted, or the address is incomplete.");
   }
@@ -264,29 +265,32 @@ HttpResponse Application::receipt(const HttpRequest& request, std::string_view s
     json["delivered"] = orNull(message->strDelivered);
     return text(kJson, dumped(json));
   }
-  const Deployment deployment = deployments_.find(form->strDeployment);
   const ViewDocument view("receipt");
   view.root()
       .set("id", strId)
       .set("form", form->strDeployment)
-      .set("title", deployment ? deployment->page().strTitle : form->strDeployment)
+      .set("title", deployment->page().strTitle)
       .set("accepted", forPeople(message->strAccepted))
       .set("size", std::to_string(message->strXml.size()))
       .set("target", placeOf(message->strTarget))
       .set("delivered", forPeople(message->strDelivered));
-  if (deployment && !deployment->page().strReceipt.empty()) {
+  if (!deployment->page().strReceipt.empty()) {
     view.root().add("note", deployment->page().strReceipt);
   }
-  return render(200, view, deployment ? deployment->stylesheet() : builtIn_);
+  return render(200, view, deployment->stylesheet());
 }
 
 HttpResponse Application::document(const HttpRequest& request, std::string_view strId,
                                    bool blnMessage) {
   std::string strXml;
-  if (blnMessage) {
-    if (const auto message = store_.message(std::string(strId))) strXml = message->strXml;
-  } else if (const auto form = store_.find(std::string(strId))) {
-    strXml = form->strParkXml;
+  auto form = store_.find(std::string(strId));
+  // What this host does not serve it does not show, as with the pages.
+  if (form && deployments_.find(form->strDeployment) != nullptr) {
+    if (!blnMessage) {
+      strXml = std::move(form->strParkXml);
+    } else if (auto message = store_.message(std::string(strId))) {
+      strXml = std::move(message->strXml);
+    }
   }
   if (strXml.empty()) {
     return trouble(request, 404, "There is no such document",

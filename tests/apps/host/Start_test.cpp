@@ -474,6 +474,26 @@ TEST_F(Start, ServesSeveralDeployments) {
   EXPECT_EQ(host.get("/forms/second").status, 200);
 }
 
+TEST_F(Start, ShowsNothingOfAFormThatIsServedElsewhere) {
+  std::string strPlace;
+  {
+    const Host host(words());
+    strPlace = parked(host, exampleForm("complete.form"));
+    const Form form = filledIn(host.get(strPlace), exampleForm("complete.form"), "submit");
+    ASSERT_EQ(host.post(strPlace, form).header("location"), "/messages" + strPlace.substr(7));
+  }
+  fs::rename(deployment(), directory_.at("second"));
+  const Host host({"--deployment", directory_.at("second"), "--store",
+                   "sqlite:" + directory_.at("store.sqlite")});
+  const std::string strReceipt = "/messages" + strPlace.substr(7);
+  for (const std::string& strPath :
+       {strPlace, strPlace + ".xml", strReceipt, strReceipt + ".xml"}) {
+    SCOPED_TRACE(strPath);
+    EXPECT_EQ(host.get(strPath).status, 404);
+    EXPECT_EQ(host.get(strPath, {{"Accept", "application/json"}}).status, 404);
+  }
+}
+
 TEST_F(Start, CountsInTheTextOfPrometheus) {
   const Host host(words());
   const std::string strPlace = parked(host, exampleForm("draft.form"));

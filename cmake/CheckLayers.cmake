@@ -36,7 +36,7 @@ set(src/c               "^((result|platform|interface)/|varnel_xml\\.h$)")
 set(guests "^(re2/|utf8proc)"       "^libxml/" "^libxslt/" "^(boost/|soci/|openssl/)"
   "^(nlohmann/|CLI/)"   "^(gtest/|gmock/)")
 set(hosts  "^(src|tests)/platform/" "^(src|tests)/platform/|^apps/Stylesheet|^(apps|tests/apps)/HtmlText"
-  "^apps/Stylesheet" "^apps/host/"
+  "^apps/Stylesheet" "^(apps|tests/apps)/host/"
   "^(apps|tests/apps)/|^(src|tests)/platform/json/" "^tests/")
 file(READ "${TREE}/src/CMakeLists.txt" listing)
 string(REGEX MATCH "set\\(installed_headers[^)]*" listing "${listing}")

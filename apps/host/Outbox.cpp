@@ -14,6 +14,7 @@
 #include "Files.h"
 #include "host/HttpPost.h"
 #include "host/Log.h"
+#include "host/Token.h"
 
 namespace fs = std::filesystem;
 
@@ -25,39 +26,52 @@ constexpr std::int64_t kFirstDelay = 500;
 constexpr std::int64_t kLongestDelay = 300'000;
 constexpr auto kLookAgain = std::chrono::seconds(1);
 
+/// Closes a file that was opened.
+struct Descriptor {
+  ~Descriptor() { ::close(descriptor); }
+  int descriptor;
+};
+
 fs::path directoryOf(const std::string& strTarget) { return strTarget.substr(kDirectory.size()); }
 
-void flush(const fs::path& path, int flags) {
-  const int descriptor = ::open(path.c_str(), flags | O_CLOEXEC);
+void flush(int descriptor, const fs::path& path) {
+  if (::fsync(descriptor) != 0 && errno != EINVAL) fail(path.string());
+}
+
+void flushDirectory(const fs::path& path) {
+  const int descriptor = ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (descriptor < 0) fail(path.string());
-  const int error = ::fsync(descriptor) == 0 ? 0 : errno;
-  ::close(descriptor);
-  if (error != 0 && error != EINVAL) fail(path.string(), error);
+  const Descriptor owned{descriptor};
+  flush(descriptor, path);
 }
 
 void writeWhole(const fs::path& path, const std::string& strText) {
   const int descriptor = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
   if (descriptor < 0) fail(path.string());
-  try {
-    writeAll(descriptor, strText, path.string());
-  } catch (...) {
-    ::close(descriptor);
-    throw;
-  }
-  if (::close(descriptor) != 0) fail(path.string());
-  flush(path, O_RDONLY);
+  const Descriptor owned{descriptor};
+  writeAll(descriptor, strText, path.string());
+  flush(descriptor, path);
 }
 
 /// Where a message stands in a directory. It is written to `unfinished`; renaming that to
 /// `finished` delivers it. The mark tells that it was written to this directory and not to another
 /// one, also when it was fetched from there; it is made before the store learns that the message
-/// was written, and taken away after the store learned that it was delivered.
+/// was written, and taken away after the store learned that it was delivered. Each attempt has
+/// names of its own, which no other host writes to, however late this one goes on.
 struct Places {
-  Places(const std::string& strTarget, const std::string& strId)
-      : directory(directoryOf(strTarget)),
-        unfinished(directory / ('.' + strId + ".tmp")),
-        mark(directory / ('.' + strId + ".mark.tmp")),
-        finished(directory / (strId + ".xml")) {}
+  Places(const std::string& strTarget, const std::string& strId, std::int64_t lngAttempt)
+      : directory(directoryOf(strTarget)), finished(directory / (strId + ".xml")) {
+    const std::string strName =
+        '.' + strId + (lngAttempt == 0 ? "" : '.' + std::to_string(lngAttempt));
+    unfinished = directory / (strName + ".tmp");
+    mark = directory / (strName + ".mark.tmp");
+  }
+
+  void takeAway() const {
+    std::error_code error;  // what stays is of no more meaning
+    fs::remove(unfinished, error);
+    fs::remove(mark, error);
+  }
 
   fs::path directory;
   fs::path unfinished;
@@ -65,11 +79,24 @@ struct Places {
   fs::path finished;
 };
 
+/// Takes away what hosts left that were killed, of messages that are delivered by now.
+void takeAwayForsaken(const fs::path& directory, Store& store) {
+  std::error_code error;
+  for (const auto& entry : fs::directory_iterator(directory, error)) {
+    const std::string strName = entry.path().filename().string();
+    if (!strName.starts_with('.') || !strName.ends_with(".tmp")) continue;
+    const std::string strId = strName.substr(1, strName.find('.', 1) - 1);
+    if (!isId(strId)) continue;
+    const std::optional<StoredMessage> message = store.message(strId);
+    if (message && !message->strDelivered.empty()) fs::remove(entry.path(), error);
+  }
+}
+
 /// Whether neither the message nor the mark is in the directory: another host wrote it to a
 /// directory of its own, or the directory was made anew. One that is not there at all may come
 /// back.
 bool isLost(const OutboxItem& item) {
-  const Places places(item.strTarget, item.strId);
+  const Places places(item.strTarget, item.strId, item.lngWritten);
   return fs::exists(places.directory) && !fs::exists(places.unfinished) && !fs::exists(places.mark);
 }
 
@@ -109,6 +136,11 @@ void Outbox::wake() {
 }
 
 void Outbox::work(const std::stop_token& stop) {
+  try {
+    if (strTarget_.starts_with(kDirectory)) takeAwayForsaken(directoryOf(strTarget_), store_);
+  } catch (const std::exception& error) {
+    logEvent("outbox-problem", {{"reason", error.what()}});
+  }
   while (!stop.stop_requested()) {
     bool blnIdle = true;
     try {
@@ -156,8 +188,9 @@ void Outbox::deliver(OutboxItem item) {
   if (blnTaken) {
     if (!store_.markDelivered(item, strTarget)) return;
     if (strTarget.starts_with(kDirectory)) {
-      std::error_code error;  // a mark that stays is of no more meaning
-      fs::remove(Places(strTarget, item.strId).mark, error);
+      for (std::int64_t lngAttempt = 0; lngAttempt <= item.lngAttempts; ++lngAttempt) {
+        Places(strTarget, item.strId, lngAttempt).takeAway();
+      }
     }
     metrics_.countDelivered();
     logEvent("delivered", {{"id", item.strId}, {"attempts", item.lngAttempts}});
@@ -171,19 +204,30 @@ void Outbox::deliver(OutboxItem item) {
 
 /// Writes under another name, notes that in the store, renames. Whoever goes on after a crash sees
 /// by the store and the names which of the three was done last, also when the file was fetched from
-/// the directory meanwhile: a rename is never done twice.
-bool Outbox::toDirectory(const OutboxItem& item, const std::string& strTarget) {
-  const Places places(strTarget, item.strId);
-  if (item.strState == "waiting") {
-    writeWhole(places.unfinished, item.strMessage);
-    writeWhole(places.mark, "");
-    flush(places.directory, O_RDONLY | O_DIRECTORY);
-    if (!store_.markWritten(item, strTarget)) return false;
+/// the directory meanwhile: a rename is never done twice. A host that was held up for longer than
+/// its lease takes away what it wrote: the store does not know of it.
+bool Outbox::toDirectory(OutboxItem& item, const std::string& strTarget) {
+  const bool blnWrite = item.strState == "waiting";
+  if (blnWrite) item.lngWritten = item.lngAttempts;
+  const Places places(strTarget, item.strId, item.lngWritten);
+  if (blnWrite) {
+    try {
+      writeWhole(places.unfinished, item.strMessage);
+      writeWhole(places.mark, "");
+      flushDirectory(places.directory);
+    } catch (...) {
+      places.takeAway();
+      throw;
+    }
+    if (!store_.markWritten(item, strTarget)) {
+      places.takeAway();
+      return false;
+    }
   }
   if (std::rename(places.unfinished.c_str(), places.finished.c_str()) != 0 && errno != ENOENT) {
     fail(places.finished.string());
   }
-  flush(places.directory, O_RDONLY | O_DIRECTORY);
+  flushDirectory(places.directory);
   return true;
 }
 

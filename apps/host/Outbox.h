@@ -23,7 +23,7 @@ class Outbox {
  private:
   void work(const std::stop_token& stop);
   void deliver(OutboxItem item);
-  bool toDirectory(const OutboxItem& item, const std::string& strTarget);
+  bool toDirectory(OutboxItem& item, const std::string& strTarget);
   void toReceiver(const OutboxItem& item, const std::string& strTarget);
 
   std::string strTarget_;

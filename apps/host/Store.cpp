@@ -288,12 +288,12 @@ std::optional<OutboxItem> Store::claim(std::int64_t lngLeaseMilliseconds) {
     OutboxItem item;
     const std::int64_t lngNow = millisecondsNow();
     std::int64_t lngDue = 0;
-    sql << "SELECT o.id, o.state, o.target, o.attempts, o.due, m.message FROM outbox o "
+    sql << "SELECT o.id, o.state, o.target, o.attempts, o.written, o.due, m.message FROM outbox o "
            "JOIN message m ON m.id = o.id WHERE o.state <> 'delivered' AND o.due <= :n "
            "ORDER BY o.due LIMIT 1",
         soci::use(lngNow), soci::into(item.strId), soci::into(item.strState),
-        soci::into(item.strTarget), soci::into(item.lngAttempts), soci::into(lngDue),
-        soci::into(item.strMessage);
+        soci::into(item.strTarget), soci::into(item.lngAttempts), soci::into(item.lngWritten),
+        soci::into(lngDue), soci::into(item.strMessage);
     if (!sql.got_data()) return std::nullopt;
     // The moment at which the lease ends also tells whose it is: a later claim moves it on.
     item.lngLease = lngNow + lngLeaseMilliseconds;
@@ -310,9 +310,10 @@ std::optional<OutboxItem> Store::claim(std::int64_t lngLeaseMilliseconds) {
 
 bool Store::markWritten(const OutboxItem& item, const std::string& strTarget) {
   return pool_->write([&](soci::session& sql) {
-    return changedBy((sql.prepare << "UPDATE outbox SET state = 'written', target = :t "
-                                     "WHERE id = :i AND due = :l AND state = 'waiting'",
-                      soci::use(strTarget), soci::use(item.strId), soci::use(item.lngLease))) == 1;
+    return changedBy((sql.prepare << "UPDATE outbox SET state = 'written', target = :t, "
+                                     "written = :w WHERE id = :i AND due = :l AND state = 'waiting'",
+                      soci::use(strTarget), soci::use(item.lngWritten), soci::use(item.strId),
+                      soci::use(item.lngLease))) == 1;
   });
 }
 

@@ -38,7 +38,8 @@ struct OutboxItem {
   std::string strId;
   std::string strState;   // "waiting" or "written"
   std::string strTarget;  // of one that is "written": where to; else where it was to go at first
-  std::int64_t lngAttempts = 0;
+  std::int64_t lngAttempts = 0;  // this one included
+  std::int64_t lngWritten = 0;   // of one that is "written": in which attempt; 0: an earlier version
   std::int64_t lngLease = 0;  // who holds the item knows this number
   std::string strMessage;
 };
@@ -72,8 +73,9 @@ class Store {
   std::optional<OutboxItem> claim(std::int64_t lngLeaseMilliseconds);
 
   /// The next four are done only while the lease is held; else they say false. The first two also
-  /// keep the target, which may not be the one that was meant when the form was accepted. The third
-  /// is for an item that was written and is not where it was written to.
+  /// keep the target, which may not be the one that was meant when the form was accepted, and the
+  /// first the attempt in `lngWritten`. The third is for an item that was written and is not where
+  /// it was written to.
   bool markWritten(const OutboxItem& item, const std::string& strTarget);
   bool markDelivered(const OutboxItem& item, const std::string& strTarget);
   bool markLost(const OutboxItem& item);

@@ -1,7 +1,10 @@
 #include <poll.h>
+#include <soci/soci.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <csignal>
 #include <fstream>
@@ -165,6 +168,15 @@ TEST_F(Delivery, IsFinishedInTheDirectoryWhereItWasBegun) {
   EXPECT_TRUE(host.get("/messages/" + strId).shows("To " + strTarget + ", delivered 20"));
 }
 
+std::vector<std::string> namesIn(const std::filesystem::path& directory) {
+  std::vector<std::string> names;
+  for (const auto& entry : std::filesystem::directory_iterator(directory)) {
+    names.push_back(entry.path().filename().string());
+  }
+  std::ranges::sort(names);
+  return names;
+}
+
 /// To a directory, where one host ends in the middle and another goes on.
 class DirectoryDelivery : public Delivery {
  protected:
@@ -194,7 +206,7 @@ TEST_F(DirectoryDelivery, BeginsAgainWhereNothingIsLeftOfWhatWasWritten) {
     ASSERT_TRUE(becomes([&] { return hasDelivered(host, 1); }));
     EXPECT_EQ(textOfFile(directory / (strId + ".xml")),
               host.get("/messages/" + strId + ".xml").body);
-    EXPECT_FALSE(std::filesystem::exists(directory / ('.' + strId + ".mark.tmp")));
+    EXPECT_EQ(namesIn(directory), std::vector{strId + ".xml"});
     EXPECT_NE(host.log().find("\"written-anew\",\"id\":\"" + strId), std::string::npos);
     EXPECT_TRUE(host.get("/messages/" + strId).shows("To directory:" + directory.string()));
   }
@@ -203,11 +215,91 @@ TEST_F(DirectoryDelivery, BeginsAgainWhereNothingIsLeftOfWhatWasWritten) {
 TEST_F(DirectoryDelivery, DoesNotHappenTwiceWhenTheMessageWasFetched) {
   const std::string strId = writtenTo(inbox());
   // What a host leaves behind that is killed after the renaming, when the message was fetched.
-  std::filesystem::remove(inbox() / ('.' + strId + ".tmp"));
-  EXPECT_EQ(delivered(), std::vector{'.' + strId + ".mark.tmp"});
+  std::filesystem::remove(inbox() / ('.' + strId + ".1.tmp"));
+  EXPECT_EQ(delivered(), std::vector{'.' + strId + ".1.mark.tmp"});
   const Host host(words({"--deliver", "directory:" + inbox().string()}));
   ASSERT_TRUE(becomes([&] { return hasDelivered(host, 1); }));
   EXPECT_EQ(delivered(), std::vector<std::string>());
+}
+
+TEST_F(DirectoryDelivery, LeavesNothingOfAHostThatWasKilledWhileItWrote) {
+  std::string strId;
+  {
+    Host host(words({"--deliver", "http://127.0.0.1:1/nobody"}));
+    strId = accepted(host);
+    EXPECT_TRUE(becomes([&] { return host.log().find("delivery-failed") != std::string::npos; }));
+    host.stop(SIGKILL);
+  }
+  std::filesystem::create_directory(inbox());
+  {
+    Store store("sqlite:" + directory_.at("store.sqlite"), 1);
+    std::optional<OutboxItem> item;
+    ASSERT_TRUE(becomes([&] { return (item = store.claim(0)).has_value(); }));
+    const std::string strAttempt = std::to_string(item->lngAttempts);
+    std::ofstream(inbox() / ('.' + strId + '.' + strAttempt + ".tmp")) << "half a mess";
+  }
+  const Host host(words({"--deliver", "directory:" + inbox().string()}));
+  ASSERT_TRUE(becomes([&] { return hasDelivered(host, 1); }));
+  EXPECT_TRUE(becomes([&] { return delivered() == std::vector{strId + ".xml"}; }));
+}
+
+TEST_F(DirectoryDelivery, BeginsWithTakingAwayWhatIsLeftOfDeliveredMessages) {
+  const std::vector<std::string> all = words({"--deliver", "directory:" + inbox().string()});
+  std::string strId;
+  {
+    const Host host(all);
+    strId = accepted(host);
+    ASSERT_TRUE(becomes([&] { return hasDelivered(host, 1); }));
+  }
+  const std::string strUnknown(32, 'a');
+  std::vector<std::string> kept = {".other.tmp", '.' + strUnknown + ".1.tmp", strId + ".xml"};
+  for (const std::string& strName :
+       {kept[0], kept[1], '.' + strId + ".2.tmp", '.' + strId + ".2.mark.tmp"}) {
+    std::ofstream(inbox() / strName) << "left";
+  }
+  std::ranges::sort(kept);
+  const Host host(all);
+  EXPECT_TRUE(becomes([&] { return delivered() == kept; }));
+}
+
+/// A host that is held up while it writes, for so long that another one takes the message over. It
+/// writes into a pipe, which holds it up until somebody reads.
+TEST_F(DirectoryDelivery, IsNotDisturbedByAHostThatGoesOnLate) {
+  const std::vector<std::string> all = words({"--deliver", "directory:" + inbox().string()});
+  const Host late(all);
+  const std::string strId = parked(late, exampleForm("complete.form")).substr(8);
+  const std::string strPlace = "/parked/" + strId;
+  const std::string strPipe = inbox() / ('.' + strId + ".1.tmp");
+  ASSERT_EQ(::mkfifo(strPipe.c_str(), 0600), 0);
+  ASSERT_EQ(::link(strPipe.c_str(), directory_.at("pipe").c_str()), 0);
+  const Form form = filledIn(late.get(strPlace), exampleForm("complete.form"), "submit");
+  ASSERT_EQ(late.post(strPlace, form).status, 303);
+  const std::string strStore = "db=\"" + directory_.at("store.sqlite") + "\" timeout=10";
+  {
+    soci::session sql("sqlite3", strStore);
+    int lngAttempts = 0;
+    ASSERT_TRUE(becomes([&] {
+      sql << "SELECT attempts FROM outbox", soci::into(lngAttempts);
+      return lngAttempts == 1;
+    }));
+    sql << "UPDATE outbox SET due = 0";  // its lease has ended
+  }
+  {
+    Host other(all);
+    ASSERT_TRUE(becomes([&] { return hasDelivered(other, 1); }));
+    EXPECT_TRUE(becomes([&] { return delivered() == std::vector{strId + ".xml"}; }));
+    EXPECT_EQ(other.stop(SIGTERM), 0);
+  }
+  const std::string strMessage = late.get("/messages/" + strId + ".xml").body;
+  EXPECT_EQ(textOfFile(directory_.at("pipe")), strMessage);
+
+  const std::string strNext = accepted(late);
+  ASSERT_TRUE(becomes([&] { return hasDelivered(late, 1); }));
+  std::vector<std::string> both = {strId + ".xml", strNext + ".xml"};
+  std::ranges::sort(both);
+  EXPECT_TRUE(becomes([&] { return delivered() == both; }));
+  EXPECT_EQ(textOfFile(inbox() / (strId + ".xml")), strMessage);
+  EXPECT_EQ(late.log().find("delivery-failed"), std::string::npos) << late.log();
 }
 
 TEST_F(Delivery, OfManyHostsOnOneStoreHappensOnce) {

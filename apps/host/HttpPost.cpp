@@ -2,12 +2,15 @@
 
 #include <boost/asio/connect.hpp>
 #include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/post.hpp>
 #include <boost/asio/use_future.hpp>
 #include <boost/beast/core.hpp>
 #include <boost/beast/http.hpp>
 #include <charconv>
 #include <chrono>
 #include <cstdint>
+
+#include "host/ResultBy.h"
 
 namespace asio = boost::asio;
 namespace beast = boost::beast;
@@ -54,18 +57,25 @@ bool isHttpUrl(const std::string& strUrl) {
 
 unsigned httpPost(const std::string& strUrl,
                   const std::vector<std::pair<std::string, std::string>>& headers,
-                  const std::string& strBody) {
+                  const std::string& strBody, const std::stop_token& cut) {
   const Url url = urlOf(strUrl);
+  const auto end = std::chrono::steady_clock::now() + kTimeout;
+  const auto places = resultBy(end, cut, [url] {
+    asio::io_context context;
+    return asio::ip::tcp::resolver(context).resolve(url.strHost, url.strPort);
+  });
+
   asio::io_context context;
   beast::tcp_stream stream(context);
+  const std::stop_callback closing(cut,
+                                   [&] { asio::post(context, [&stream] { stream.close(); }); });
   // One step at a time; the stream's deadline ends each of them.
   const auto done = [&](auto future) {
     context.restart();
     context.run();
     return future.get();
   };
-  stream.expires_after(kTimeout);
-  const auto places = asio::ip::tcp::resolver(context).resolve(url.strHost, url.strPort);
+  stream.expires_at(end);
   done(stream.async_connect(places, asio::use_future));
 
   http::request<http::string_body> request(http::verb::post, url.strPath, 11);

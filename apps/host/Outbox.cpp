@@ -123,9 +123,16 @@ Outbox::Outbox(std::string strTarget, Store& store, Metrics& metrics)
   thread_ = std::jthread([this](const std::stop_token& stop) { work(stop); });
 }
 
-Outbox::~Outbox() {
+Outbox::~Outbox() { stop(std::chrono::steady_clock::now()); }
+
+void Outbox::stop(std::chrono::steady_clock::time_point end) {
   if (!thread_.joinable()) return;
   thread_.request_stop();
+  {
+    std::unique_lock lock(mutex_);
+    ended_.wait_until(lock, end, [this] { return blnEnded_; });
+  }
+  cut_.request_stop();
   thread_.join();
 }
 
@@ -159,6 +166,9 @@ void Outbox::work(const std::stop_token& stop) {
     wakened_.wait_for(lock, stop, kLookAgain, [this] { return blnWakened_; });
     blnWakened_ = false;
   }
+  const std::scoped_lock lock(mutex_);
+  blnEnded_ = true;
+  ended_.notify_one();
 }
 
 /// What was written is finished where it was written to, also when the host delivers to another
@@ -183,7 +193,7 @@ void Outbox::deliver(OutboxItem item) {
   } catch (const StoreProblem&) {
     throw;  // the lease ends by itself
   } catch (const std::exception& error) {
-    strReason = error.what();
+    strReason = cut_.stop_requested() ? "the host is being stopped" : error.what();
   }
   if (blnTaken) {
     if (!store_.markDelivered(item, strTarget)) return;
@@ -199,7 +209,7 @@ void Outbox::deliver(OutboxItem item) {
   metrics_.countDeliveryFailure();
   logEvent("delivery-failed",
            {{"id", item.strId}, {"attempts", item.lngAttempts}, {"reason", strReason}});
-  store_.postpone(item, delayAfter(item.lngAttempts));
+  store_.postpone(item, cut_.stop_requested() ? 0 : delayAfter(item.lngAttempts));
 }
 
 /// Writes under another name, notes that in the store, renames. Whoever goes on after a crash sees
@@ -235,7 +245,7 @@ void Outbox::toReceiver(const OutboxItem& item, const std::string& strTarget) {
   const unsigned lngStatus = httpPost(
       strTarget,
       {{"Content-Type", "application/xml; charset=utf-8"}, {"Idempotency-Key", item.strId}},
-      item.strMessage);
+      item.strMessage, cut_.get_token());
   if (lngStatus < 200 || lngStatus > 299) {
     throw std::runtime_error("the receiver answered " + std::to_string(lngStatus));
   }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <condition_variable>
 #include <mutex>
 #include <stop_token>
@@ -10,7 +11,7 @@
 #include "host/Store.h"
 
 /// Takes messages out of the store's outbox and delivers them, in a thread of its own, until it is
-/// destroyed; what is being delivered then is finished. Any number of hosts may work on one outbox.
+/// stopped or destroyed. Any number of hosts may work on one outbox.
 class Outbox {
  public:
   /// `strTarget` is "directory:DIR" or "http://..."; empty: nothing is delivered. Raises CannotRun.
@@ -19,6 +20,10 @@ class Outbox {
 
   /// Something was put in.
   void wake();
+
+  /// Takes nothing more out, and ends. What is being posted has its time until `end`; then it is
+  /// left to another host or a later start.
+  void stop(std::chrono::steady_clock::time_point end);
 
  private:
   void work(const std::stop_token& stop);
@@ -32,5 +37,8 @@ class Outbox {
   std::mutex mutex_;
   std::condition_variable_any wakened_;
   bool blnWakened_ = false;
+  bool blnEnded_ = false;
+  std::condition_variable_any ended_;
+  std::stop_source cut_;
   std::jthread thread_;
 };

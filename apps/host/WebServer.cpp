@@ -33,7 +33,6 @@ constexpr auto kHeadTime = std::chrono::seconds(15);
 constexpr auto kBodyTime = std::chrono::seconds(60);
 constexpr auto kAnswerTime = std::chrono::seconds(60);
 constexpr auto kDrainTime = std::chrono::seconds(5);
-constexpr auto kStopTime = std::chrono::seconds(30);
 constexpr std::uint32_t kMaxHead = 16 * 1024;
 constexpr std::size_t kMaxDrained = std::size_t{64} << 20;
 constexpr std::size_t kSpareFiles = 128;  // for the store, deployments and deliveries

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <functional>
 #include <memory>
@@ -8,6 +9,9 @@
 #include "host/Http.h"
 #include "host/Metrics.h"
 #include "host/StopSignals.h"
+
+/// How long what runs may take to its end when the host is asked to stop.
+constexpr std::chrono::seconds kStopTime{30};
 
 /// What the server asks of the program.
 struct WebHandlers {

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <chrono>
 #include <memory>
 #include <string>
@@ -21,10 +22,13 @@
 
 namespace {
 
+using Clock = std::chrono::steady_clock;
+
 constexpr int kStopped = 0;
 constexpr int kUnsound = 1;
 constexpr int kStoreAttempts = 20;
 constexpr auto kStorePause = std::chrono::milliseconds(50);
+constexpr auto kLastDeliveryTime = std::chrono::seconds(5);
 
 struct Refusal {
   const char* title;
@@ -70,6 +74,7 @@ int serve(const HostOptions& options, const StopSignals& signals) {
   if (store == nullptr) return kStopped;
   Outbox outbox(options.strDeliver, *store, metrics);
   Application application(options, *store, deployments, metrics, [&] { outbox.wake(); });
+  Clock::time_point end;  // of what runs when the host is asked to stop
   WebServer server(
       {.strAddress = options.strAddress,
        .lngPort = options.lngPort,
@@ -90,6 +95,7 @@ int serve(const HostOptions& options, const StopSignals& signals) {
            },
        .stopping =
            [&] {
+             end = Clock::now() + kStopTime;
              application.drain();
              logEvent("stopping");
            }},
@@ -101,6 +107,7 @@ int serve(const HostOptions& options, const StopSignals& signals) {
   logEvent("listening", {{"url", strUrl}});
   writeStandardOutput(strUrl + '\n');
   server.run();
+  outbox.stop(std::min(end, Clock::now() + kLastDeliveryTime));
   logEvent("stopped");
   return kStopped;
 }

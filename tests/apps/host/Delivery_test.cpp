@@ -134,6 +134,33 @@ TEST_F(Delivery, GoesOnWhereAKilledHostStopped) {
   EXPECT_EQ(delivered(), std::vector{strId + ".xml"});
 }
 
+/// To a receiver that takes the message and says nothing.
+TEST_F(Delivery, IsCutShortWhenTheHostIsStopped) {
+  const int listener = ::socket(AF_INET, SOCK_STREAM, 0);
+  LocalPlace place(0, false);
+  ASSERT_EQ(::bind(listener, place.get(), place.lngSize), 0);
+  ASSERT_EQ(::listen(listener, 1), 0);
+  ::getsockname(listener, place.get(), &place.lngSize);
+  const std::string strUrl = "http://127.0.0.1:" + std::to_string(place.port()) + "/in";
+  Host host(words({"--deliver", strUrl}));
+  const std::string strId = accepted(host);
+  const int descriptor = ::accept(listener, nullptr, nullptr);
+  EXPECT_EQ(host.stop(SIGTERM), 0);
+  ::close(descriptor);
+  ::close(listener);
+
+  // The last line is the end, and the message is nobody's any more.
+  const std::string strLog = host.log();
+  const std::size_t lngFailed = strLog.find("\"delivery-failed\",\"id\":\"" + strId);
+  EXPECT_LT(lngFailed, strLog.find("\"stopped\"")) << strLog;
+  EXPECT_NE(strLog.find("the host is being stopped"), std::string::npos) << strLog;
+  EXPECT_TRUE(strLog.ends_with("\"event\":\"stopped\"}\n")) << strLog;
+  Store store("sqlite:" + directory_.at("store.sqlite"), 1);
+  const std::optional<OutboxItem> item = store.claim(0);
+  ASSERT_TRUE(item);
+  EXPECT_EQ(item->strId, strId);
+}
+
 /// A message that one host wrote into a directory, and did not rename before it was killed. The
 /// store of the tests plays that host.
 TEST_F(Delivery, IsFinishedInTheDirectoryWhereItWasBegun) {

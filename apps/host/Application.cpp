@@ -209,6 +209,7 @@ HttpResponse Application::home(const HttpRequest& request) {
 }
 
 HttpResponse Application::ready(const HttpRequest& request) {
+  if (blnDraining_) return trouble(request, 503, "Not ready", "The host is being stopped.");
   try {
     store_.ping();
   } catch (const StoreProblem& problem) {
@@ -216,7 +217,6 @@ HttpResponse Application::ready(const HttpRequest& request) {
     return trouble(request, 503, "Not ready", "The store cannot be reached.");
   }
   // Deployments that do not pass their check are never served.
-  if (blnDraining_) return trouble(request, 503, "Not ready", "The host is being stopped.");
   return text("text/plain", "ready\n");
 }
 

@@ -33,6 +33,10 @@ constexpr auto kHeadTime = std::chrono::seconds(15);
 constexpr auto kBodyTime = std::chrono::seconds(60);
 constexpr auto kAnswerTime = std::chrono::seconds(60);
 constexpr auto kDrainTime = std::chrono::seconds(5);
+// A balancer asks whether the host is ready at least this often, and needs so long to see that it is
+// not. Longer than the check of deploy/haproxy.cfg takes: inter and fastinter.
+constexpr auto kWatchedTime = std::chrono::seconds(60);
+constexpr auto kNoticeTime = std::chrono::seconds(5);
 constexpr std::uint32_t kMaxHead = 16 * 1024;
 constexpr std::size_t kMaxDrained = std::size_t{64} << 20;
 constexpr std::size_t kSpareFiles = 128;  // for the store, deployments and deliveries
@@ -74,6 +78,7 @@ struct WebServer::Impl : std::enable_shared_from_this<WebServer::Impl> {
   void accept();
   bool makeRoom();
   void stop();
+  void closeListener();
 
   WebSettings settings;
   WebHandlers handlers;
@@ -81,7 +86,10 @@ struct WebServer::Impl : std::enable_shared_from_this<WebServer::Impl> {
   asio::io_context context{1};
   tcp::acceptor acceptor{context};
   asio::posix::stream_descriptor signals{context};
-  asio::steady_timer timer{context};
+  asio::steady_timer retry{context};
+  asio::steady_timer notice{context};
+  asio::steady_timer end{context};
+  std::optional<std::chrono::steady_clock::time_point> lastProbe;
   std::list<std::weak_ptr<Connection>> connections;  // the oldest first
   std::size_t lngMostConnections = mostConnections();
   bool blnStopping = false;
@@ -185,6 +193,7 @@ class Connection : public std::enable_shared_from_this<Connection> {
       return;
     }
     const bool blnProbe = server_->handlers.isProbe(*request);
+    if (blnProbe) server_->lastProbe = std::chrono::steady_clock::now();
     WorkerPool& pool = blnProbe ? *server_->probes : *server_->workers;
     const bool blnTaken = pool.enqueue([self = shared_from_this(), request]() mutable {
       // What was made goes back to the server's thread, with all that holds the connection.
@@ -296,12 +305,12 @@ bool WebServer::Impl::makeRoom() {
 
 void WebServer::Impl::accept() {
   acceptor.async_accept([self = shared_from_this()](beast::error_code error, tcp::socket socket) {
-    if (self->blnStopping) return;
+    if (!self->acceptor.is_open()) return;
     if (error) {
       // Out of files, most likely: what is open has to end first.
-      self->timer.expires_after(std::chrono::milliseconds(50));
-      self->timer.async_wait([self](beast::error_code) {
-        if (!self->blnStopping) self->accept();
+      self->retry.expires_after(std::chrono::milliseconds(50));
+      self->retry.async_wait([self](beast::error_code) {
+        if (self->acceptor.is_open()) self->accept();
       });
       return;
     }
@@ -318,21 +327,33 @@ void WebServer::Impl::accept() {
   });
 }
 
-/// Takes no more connections and closes those that ask for nothing; the rest goes on to its end.
+/// From now on the host tells that it is not ready. Where somebody looks, connections are taken
+/// until that was seen; who would be refused before could not know why.
 void WebServer::Impl::stop() {
   blnStopping = true;
   handlers.stopping();
+  end.expires_after(kStopTime);
+  end.async_wait([this](beast::error_code error) {
+    if (!error) context.stop();
+  });
+  if (!lastProbe || std::chrono::steady_clock::now() - *lastProbe > kWatchedTime) {
+    closeListener();
+    return;
+  }
+  notice.expires_after(kNoticeTime);
+  notice.async_wait([this](beast::error_code) { closeListener(); });
+}
+
+/// Takes no more connections and closes those that ask for nothing; the rest goes on to its end.
+void WebServer::Impl::closeListener() {
   beast::error_code ignored;
   acceptor.close(ignored);
+  retry.cancel();
   for (const auto& each : connections) {
     if (const auto connection = each.lock(); connection && connection->isIdle()) {
       connection->close();
     }
   }
-  timer.expires_after(kStopTime);
-  timer.async_wait([this](beast::error_code error) {
-    if (!error) context.stop();
-  });
 }
 
 WebServer::WebServer(WebSettings settings, WebHandlers handlers, Metrics& metrics,
@@ -358,7 +379,7 @@ void WebServer::run() {
   impl_->probes = std::make_unique<WorkerPool>(1, kProbesWaiting);
   impl_->accept();
   // Ends when nothing is left to wait for, or when what is left takes too long.
-  while (!impl_->blnStopping || !impl_->connections.empty()) {
+  while (impl_->acceptor.is_open() || !impl_->connections.empty()) {
     if (impl_->context.run_one_for(std::chrono::milliseconds(100)) == 0 &&
         impl_->context.stopped()) {
       break;

@@ -285,6 +285,22 @@ TEST_F(Start, IsEndedCleanlyBySigterm) {
   EXPECT_TRUE(next.get(strPlace).shows("Havnehuset"));
 }
 
+TEST_F(Start, TellsABalancerThatItIsBeingStoppedBeforeItRefusesConnections) {
+  Host host(words());
+  EXPECT_EQ(host.get("/readyz").status, 200);
+  ASSERT_EQ(::kill(host.process(), SIGTERM), 0);
+  HttpAnswer probe;
+  EXPECT_TRUE(becomes([&] { return (probe = host.get("/readyz")).status != 200; }));
+  EXPECT_EQ(probe.status, 503);
+  EXPECT_TRUE(probe.shows("The host is being stopped."));
+  // Who has not heard of it yet is served all the same.
+  const HttpAnswer form = host.get("/forms/inspection");
+  EXPECT_EQ(form.status, 200);
+  EXPECT_EQ(form.header("connection"), "close");
+  EXPECT_EQ(host.waitForEnd(), 0);
+  EXPECT_NE(host.log().find("\"stopped\""), std::string::npos);
+}
+
 /// Whether a thread, by its file of /proc, has both signals blocked that ask the host to stop.
 bool blocksStopSignals(const std::string& strStatusFile) {
   std::istringstream lines(textOfFile(strStatusFile));

@@ -33,8 +33,8 @@ constexpr auto kHeadTime = std::chrono::seconds(15);
 constexpr auto kBodyTime = std::chrono::seconds(60);
 constexpr auto kAnswerTime = std::chrono::seconds(60);
 constexpr auto kDrainTime = std::chrono::seconds(5);
-// A balancer asks whether the host is ready at least this often, and needs so long to see that it is
-// not. Longer than the check of deploy/haproxy.cfg takes: inter and fastinter.
+// A balancer asks whether the host is ready at least this often, and needs so long to see that it
+// is not. Longer than the check of deploy/haproxy.cfg takes: inter and fastinter.
 constexpr auto kWatchedTime = std::chrono::seconds(60);
 constexpr auto kNoticeTime = std::chrono::seconds(5);
 constexpr std::uint32_t kMaxHead = 16 * 1024;
@@ -111,6 +111,7 @@ class Connection : public std::enable_shared_from_this<Connection> {
 
   bool isIdle() const { return blnIdle_; }
   bool isReading() const { return blnReading_; }
+  bool isAnswered() const { return blnAnswered_; }
   bool isOpen() const { return stream_.socket().is_open(); }
   void close() {
     beast::error_code ignored;
@@ -176,7 +177,7 @@ class Connection : public std::enable_shared_from_this<Connection> {
 
   void refuse(unsigned lngStatus) {
     blnIdle_ = blnReading_ = false;
-    blnLast_ = true;
+    blnLast_ = blnUnread_ = true;
     ++server_->metrics.inFlight;
     write(server_->handlers.refuse(requestOf(parser_->get()), lngStatus));
   }
@@ -244,10 +245,13 @@ class Connection : public std::enable_shared_from_this<Connection> {
   }
 
   /// Reads what still comes, so that the answer is not lost with it when the connection is closed.
+  /// Of a request that was refused before it was read that is as much as a browser may take to
+  /// send.
   void drain() {
+    blnAnswered_ = true;
     beast::error_code ignored;
     stream_.socket().shutdown(tcp::socket::shutdown_send, ignored);
-    stream_.expires_after(kDrainTime);
+    stream_.expires_after(blnUnread_ ? kBodyTime : kDrainTime);
     readRest();
   }
 
@@ -271,6 +275,8 @@ class Connection : public std::enable_shared_from_this<Connection> {
   bool blnIdle_ = true;     // between two requests
   bool blnReading_ = true;  // no request is there yet
   bool blnLast_ = false;    // closed behind the answer
+  bool blnUnread_ = false;  // refused before all of it was read
+  bool blnAnswered_ = false;
 };
 
 void WebServer::Impl::listen() {
@@ -289,10 +295,11 @@ void WebServer::Impl::listen() {
   }
 }
 
-/// Ends the connection that has been silent longest, or else the oldest that has not sent its
-/// request yet, as slow as it may do that. False when there is neither: all are being answered.
+/// Ends the connection that has been silent longest, or else the oldest that has its answer, or
+/// else the oldest that has not sent its request yet, as slow as it may do that. False when there
+/// is none: all are being answered.
 bool WebServer::Impl::makeRoom() {
-  for (const auto wanted : {&Connection::isIdle, &Connection::isReading}) {
+  for (const auto wanted : {&Connection::isIdle, &Connection::isAnswered, &Connection::isReading}) {
     for (const auto& each : connections) {
       const auto connection = each.lock();
       if (!connection || !connection->isOpen() || !((*connection).*wanted)()) continue;

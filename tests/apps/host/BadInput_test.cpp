@@ -374,6 +374,22 @@ TEST_F(BadInput, ThatIsNoHttpIsAnswered) {
   }
 }
 
+/// Over a slow connection: the browser shows the answer when it could send all.
+TEST_F(BadInput, ThatIsTooLongIsLetInToItsEnd) {
+  const std::string strPiece(400'000, 'a');
+  constexpr int kPieces = 8;
+  const Connection connection(host_.port());
+  EXPECT_TRUE(connection.send("POST /forms/inspection HTTP/1.1\r\nHost: x\r\nContent-Length: " +
+                              std::to_string(kPieces * strPiece.size()) + "\r\n\r\n"));
+  for (int lngPiece = 1; lngPiece <= kPieces; ++lngPiece) {
+    EXPECT_TRUE(connection.send(strPiece)) << lngPiece;
+    std::this_thread::sleep_for(std::chrono::seconds(1));
+  }
+  const HttpAnswer answer = connection.receive();
+  EXPECT_EQ(answer.status, 413);
+  EXPECT_TRUE(answer.shows("The form is too large"));
+}
+
 TEST_F(BadInput, InPiecesOrWithAWordAheadIsTakenAsAWhole) {
   const std::string strBody = "_token=" + token("/forms/inspection") + "&town=Here";
   char length[8];

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <charconv>
 #include <mutex>
 #include <string_view>
 #include <utility>
@@ -25,15 +26,42 @@ struct Place {
   bool isSqlite() const { return strBackend == "sqlite3"; }
 };
 
-/// "USER@HOST:PORT/DB?NAME=VALUE" as the list of name=value pairs that the back end takes.
-std::string postgresqlParameters(std::string_view strUrl) {
-  if (strUrl.find_first_of(" '\"\\") != std::string_view::npos) {
+/// A part of an address with its escapes read.
+std::string unescaped(std::string_view strPart) {
+  std::string strText;
+  for (std::size_t at = 0; at < strPart.size(); ++at) {
+    if (strPart[at] != '%') {
+      strText += strPart[at];
+      continue;
+    }
+    const std::string_view strDigits = strPart.substr(at + 1, 2);
+    const char* const end = strDigits.data() + strDigits.size();
+    unsigned char byte = 0;
+    const auto [last, problem] = std::from_chars(strDigits.data(), end, byte, 16);
+    if (strDigits.size() < 2 || problem != std::errc() || last != end) {
+      throw CannotRun("--store: a \"%\" in the address without two hexadecimal digits");
+    }
+    strText += static_cast<char>(byte);
+    at += 2;
+  }
+  // The back end has no way to write these.
+  const auto blnBad = [](char letter) {
+    return static_cast<unsigned char>(letter) <= ' ' || letter == '\'' || letter == '"' ||
+           letter == '\\';
+  };
+  if (std::ranges::any_of(strText, blnBad)) {
     throw CannotRun("--store: a blank, quote or backslash in the address");
   }
+  return strText;
+}
+
+/// "USER@HOST:PORT/DB?NAME=VALUE" as the list of name=value pairs that the back end takes. A host
+/// that holds colons stands in brackets.
+std::string postgresqlParameters(std::string_view strUrl) {
   // A server that is gone without a word is given up after a while.
   std::string strParameters = "connect_timeout=5 tcp_user_timeout=10000";
-  const auto add = [&](const char* name, std::string_view strValue) {
-    if (!strValue.empty()) strParameters += std::string(" ") + name + '=' + std::string(strValue);
+  const auto add = [&](std::string_view strName, std::string_view strValue) {
+    if (!strValue.empty()) strParameters += ' ' + unescaped(strName) + '=' + unescaped(strValue);
   };
   // Takes the part behind the last such mark off the address.
   const auto takeBehind = [&](char mark) -> std::string_view {
@@ -43,8 +71,7 @@ std::string postgresqlParameters(std::string_view strUrl) {
     strUrl = strUrl.substr(0, lngMark);
     return strPart;
   };
-  std::string strMore(takeBehind('?'));
-  std::ranges::replace(strMore, '&', ' ');
+  std::string_view strMore = takeBehind('?');
   add("dbname", takeBehind('/'));
   const std::size_t lngAt = strUrl.rfind('@');
   if (lngAt != std::string_view::npos) {
@@ -54,9 +81,21 @@ std::string postgresqlParameters(std::string_view strUrl) {
     add("user", strUser.substr(0, lngColon));
     if (lngColon != std::string_view::npos) add("password", strUser.substr(lngColon + 1));
   }
-  add("port", takeBehind(':'));
+  if (!strUrl.ends_with(']')) add("port", takeBehind(':'));
+  if (strUrl.starts_with('[') && strUrl.ends_with(']')) {
+    strUrl = strUrl.substr(1, strUrl.size() - 2);
+  }
   add("host", strUrl);
-  return strMore.empty() ? strParameters : strParameters + ' ' + strMore;
+  while (!strMore.empty()) {
+    const std::string_view strPair = strMore.substr(0, strMore.find('&'));
+    strMore.remove_prefix(std::min(strPair.size() + 1, strMore.size()));
+    const std::size_t lngEqual = strPair.find('=');
+    if (lngEqual == std::string_view::npos) {
+      throw CannotRun("--store: behind the \"?\" of an address stands NAME=VALUE");
+    }
+    add(strPair.substr(0, lngEqual), strPair.substr(lngEqual + 1));
+  }
+  return strParameters;
 }
 
 Place placeOf(const std::string& strStore) {
@@ -310,10 +349,11 @@ std::optional<OutboxItem> Store::claim(std::int64_t lngLeaseMilliseconds) {
 
 bool Store::markWritten(const OutboxItem& item, const std::string& strTarget) {
   return pool_->write([&](soci::session& sql) {
-    return changedBy((sql.prepare << "UPDATE outbox SET state = 'written', target = :t, "
-                                     "written = :w WHERE id = :i AND due = :l AND state = 'waiting'",
-                      soci::use(strTarget), soci::use(item.lngWritten), soci::use(item.strId),
-                      soci::use(item.lngLease))) == 1;
+    return changedBy(
+               (sql.prepare << "UPDATE outbox SET state = 'written', target = :t, "
+                               "written = :w WHERE id = :i AND due = :l AND state = 'waiting'",
+                soci::use(strTarget), soci::use(item.lngWritten), soci::use(item.strId),
+                soci::use(item.lngLease))) == 1;
   });
 }
 

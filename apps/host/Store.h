@@ -39,8 +39,8 @@ struct OutboxItem {
   std::string strState;   // "waiting" or "written"
   std::string strTarget;  // of one that is "written": where to; else where it was to go at first
   std::int64_t lngAttempts = 0;  // this one included
-  std::int64_t lngWritten = 0;   // of one that is "written": in which attempt; 0: an earlier version
-  std::int64_t lngLease = 0;  // who holds the item knows this number
+  std::int64_t lngWritten = 0;  // of one that is "written": in which attempt; 0: an earlier version
+  std::int64_t lngLease = 0;    // who holds the item knows this number
   std::string strMessage;
 };
 

@@ -1,4 +1,6 @@
+#include <poll.h>
 #include <sys/resource.h>
+#include <unistd.h>
 
 #include <chrono>
 #include <csignal>
@@ -47,6 +49,15 @@ TEST_F(Start, WithBadOptionsTellsWhy) {
       {"a store that cannot be opened",
        {"--deployment", strFolder, "--store", "sqlite:/nowhere/at/all"},
        "--store"},
+      {"an escape that is none",
+       {"--deployment", strFolder, "--store", "postgresql://u@h/d%2"},
+       "two hexadecimal digits"},
+      {"an escape for a blank",
+       {"--deployment", strFolder, "--store", "postgresql://u:p%20q@h/d"},
+       "a blank, quote or backslash"},
+      {"a name without a value",
+       {"--deployment", strFolder, "--store", "postgresql://u@h/d?sslmode"},
+       "NAME=VALUE"},
       {"an unknown target", {"--deployment", strFolder, "--deliver", "ftp://x"}, "--deliver"},
       {"a target without a host",
        {"--deployment", strFolder, "--deliver", "http:///x"},
@@ -271,6 +282,36 @@ TEST_F(Start, ListensOnAnAddressOfIpv6) {
   const HttpAnswer answer = host.post("/forms/inspection", form, {{"Origin", strHere}});
   EXPECT_EQ(answer.status, 303);
   EXPECT_TRUE(host.get(answer.header("location")).shows("Havnehuset"));
+}
+
+/// The first that a server of PostgreSQL hears of the host has the user and the database.
+TEST_F(Start, ReadsTheAddressOfAStoreWithBracketsAndEscapes) {
+  if (!hasIpv6()) GTEST_SKIP() << "this machine has no ::1";
+  const int listener = ::socket(AF_INET6, SOCK_STREAM, 0);
+  LocalPlace place(0, true);
+  ASSERT_EQ(::bind(listener, place.get(), place.lngSize), 0);
+  ASSERT_EQ(::listen(listener, 1), 0);
+  ::getsockname(listener, place.get(), &place.lngSize);
+  const std::string strPort = std::to_string(place.port());
+  for (const std::string& strAddress : {"u%40v@[::1]:" + strPort + "/a%2fb?sslmode=disable",
+                                        "u%40v@[::1]/a%2Fb?port=" + strPort + "&sslmode=disable"}) {
+    SCOPED_TRACE(strAddress);
+    const auto host = Host::started(
+        {"--deployment", deployment().string(), "--store", "postgresql://" + strAddress});
+    pollfd waiting{.fd = listener, .events = POLLIN, .revents = 0};
+    ASSERT_EQ(::poll(&waiting, 1, 60'000), 1) << host->log();
+    const int descriptor = ::accept(listener, nullptr, nullptr);
+    char buffer[1024];
+    const ssize_t lngRead = ::recv(descriptor, buffer, sizeof(buffer), 0);
+    ::close(descriptor);
+    const std::string strHeard(buffer, lngRead > 0 ? static_cast<std::size_t>(lngRead) : 0);
+    const std::string strNull(1, '\0');
+    for (const std::string& strSaid :
+         {"user" + strNull + "u@v" + strNull, "database" + strNull + "a/b" + strNull}) {
+      EXPECT_NE(strHeard.find(strSaid), std::string::npos) << strHeard;
+    }
+  }
+  ::close(listener);
 }
 
 TEST_F(Start, IsEndedCleanlyBySigterm) {

@@ -153,6 +153,49 @@ class DoubleClick(BrowserTest):
         self.assertEqual(len(self.all("#summary a")), len(MISTAKES))
 
 
+class SavingByItself(BrowserTest):
+    """The page's clock and what comes back to it are held by the test."""
+
+    HELD = """
+        window.setInterval = function (save) { window.saveByItself = save; };
+        const fetched = window.fetch;
+        window.fetch = (...words) => fetched(...words).then(answer => new Promise(done => {
+          window.letAnswerCome = () => done(answer);
+        }));"""
+
+    def setUp(self):
+        super().setUp()
+        self.driver.execute_cdp_cmd("Page.addScriptToEvaluateOnNewDocument", {"source": self.HELD})
+
+    def press_while_saving(self, action, answer):
+        """Answers, and presses a button before the answer to the saving has come."""
+        self.answer("town", "Somewhere")
+        self.driver.execute_script("window.saveByItself()")
+        self.wait(lambda: self.driver.execute_script("return !!window.letAnswerCome"))
+        self.answer("town", answer)
+        page = self.find("html")
+        self.all(f".actions button[value='{action}']")[0].click()
+        if not self.is_gone(page):
+            self.driver.execute_script("window.letAnswerCome()")
+        self.wait(lambda: self.is_gone(page) and self.all("main"))
+
+    def test_makes_no_second_form_when_a_button_is_pressed_meanwhile(self):
+        self.open("/forms/inspection")
+        self.press_while_saving("park", "Sandvik")
+        self.assertEqual(self.state(), "Saved, not sent yet")
+        self.assertEqual(self.value("town"), "Sandvik")
+        with sqlite3.connect(self.host.folder / "store.sqlite") as store:
+            self.assertEqual(store.execute("SELECT COUNT(*) FROM form").fetchall(), [(1,)])
+
+    def test_is_no_conflict_with_a_button_that_is_pressed_meanwhile(self):
+        self.open("/forms/inspection")
+        self.fill(answers_of("complete.form"))
+        self.press("park")
+        parked = self.path()
+        self.press_while_saving("submit", "Sandvik")
+        self.assertEqual(self.path(), "/messages/" + parked.rsplit("/", 1)[1])
+
+
 class StoreThatIsLocked(BrowserTest):
     def refused(self, action):
         """Presses a button while nothing can be written."""

@@ -13,6 +13,7 @@
   var state = document.getElementById("state");
   var changed = form.dataset.unsaved === "true";
   var saving = false;
+  var pressed = null;  // the button that waits
   var edits = 0;
 
   function noteChange() {
@@ -27,7 +28,14 @@
     event.preventDefault();
     event.returnValue = "";
   });
-  form.addEventListener("submit", function () { changed = false; });
+  // A button that is pressed while the form is being saved by itself waits for that: what it sends
+  // begins with what was saved then, and would be taken for somebody else's otherwise.
+  form.addEventListener("submit", function (event) {
+    changed = false;
+    if (!saving || !event.submitter) return;
+    event.preventDefault();
+    pressed = event.submitter;
+  });
 
   // Rows
 
@@ -129,7 +137,12 @@
         });
       })
       .catch(function () { tell("Could not be saved by itself: please save"); })
-      .then(function () { saving = false; });
+      .then(function () {
+        saving = false;
+        var button = pressed;
+        pressed = null;
+        if (button) button.click();
+      });
   }
   // Which of two answers is kept after a conflict is for a person to say.
   if (form.dataset.notice !== "conflict") window.setInterval(save, 30000);

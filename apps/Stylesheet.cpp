@@ -29,6 +29,9 @@ constexpr int kParserOptions =
 thread_local std::string strComplaint;
 thread_local std::string strPlaces;
 
+// Of the stylesheet that is being read in this thread.
+thread_local const Translation* translationNow = nullptr;
+
 // Set once, before any thread.
 xsltDocLoaderFunc standardLoader = nullptr;
 BuiltInFile builtInFile = nullptr;
@@ -78,8 +81,11 @@ xmlDocPtr builtInDocument(const std::string& strUri, xmlDictPtr dictionary) {
     xmlDictReference(dictionary);
   }
   const std::string_view strText = builtInFile(strUri.substr(kBuiltIn.size()));
-  return xmlCtxtReadMemory(parser.get(), strText.data(), static_cast<int>(strText.size()),
-                           strUri.c_str(), nullptr, kParserOptions);
+  xmlDocPtr const document =
+      xmlCtxtReadMemory(parser.get(), strText.data(), static_cast<int>(strText.size()),
+                        strUri.c_str(), nullptr, kParserOptions);
+  if (document != nullptr && translationNow != nullptr) translate(*document, *translationNow);
+  return document;
 }
 
 /// Gives the built-in stylesheets to those that import them.
@@ -192,6 +198,17 @@ ViewDocument ViewDocument::parsed(const std::string& strXml) {
   return ViewDocument(document);
 }
 
+namespace {
+
+struct TranslationNow {
+  explicit TranslationNow(const Translation* translation) { translationNow = translation; }
+  ~TranslationNow() { translationNow = nullptr; }
+  TranslationNow(const TranslationNow&) = delete;
+  TranslationNow& operator=(const TranslationNow&) = delete;
+};
+
+}  // namespace
+
 struct Stylesheet::Compiled {
   struct Free {
     void operator()(xsltStylesheetPtr stylesheet) const { xsltFreeStylesheet(stylesheet); }
@@ -217,9 +234,11 @@ struct Stylesheet::Compiled {
   bool blnFixed = false;  // the built-in one, or with no more than fixed content beside it
 };
 
-Stylesheet::Stylesheet(const std::string& strFile, const std::string& strBuiltIn)
+Stylesheet::Stylesheet(const std::string& strFile, const std::string& strBuiltIn,
+                       const Translation& translation)
     : compiled_(std::make_unique<Compiled>()) {
   forgetComplaints();
+  const TranslationNow now(translation ? &translation : nullptr);
   const bool blnOwn = !strFile.empty() && std::filesystem::exists(strFile);
   xmlDocPtr const document = blnOwn ? xmlReadFile(strFile.c_str(), nullptr, kParserOptions)
                                     : builtInDocument(std::string(kBuiltIn) + strBuiltIn, nullptr);

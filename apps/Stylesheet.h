@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include "StylesheetTexts.h"
+
 /// An element of a document that a page is made from. The document owns it.
 class ViewElement {
  public:
@@ -49,8 +51,9 @@ class Stylesheet {
  public:
   /// The stylesheet of the file, or the built-in one of this name when there is no such file. It
   /// may import a built-in one, "built-in:page.xsl"; it reads and writes nothing else but files
-  /// beside it. Raises CannotRun.
-  explicit Stylesheet(const std::string& strFile = "", const std::string& strBuiltIn = "page.xsl");
+  /// beside it. With a translation the built-in ones are in another language. Raises CannotRun.
+  explicit Stylesheet(const std::string& strFile = "", const std::string& strBuiltIn = "page.xsl",
+                      const Translation& translation = nullptr);
   ~Stylesheet();
 
   /// The page as text. Raises std::runtime_error when the stylesheet gives up.

@@ -270,6 +270,7 @@ HttpResponse Application::receipt(const HttpRequest& request, std::string_view s
       .set("id", strId)
       .set("form", form->strDeployment)
       .set("title", deployment->page().strTitle)
+      .set("lang", deployment->page().strLanguage)
       .set("accepted", forPeople(message->strAccepted))
       .set("size", std::to_string(message->strXml.size()))
       .set("target", placeOf(message->strTarget))

@@ -2,6 +2,7 @@
 
 #include "CannotRun.h"
 #include "DeploymentFindings.h"
+#include "host/PageTexts.h"
 #include "varnel_xml_creation/platform/host/WebRequest.h"
 
 using namespace Varnel_Tolv_XML_Creation;
@@ -87,7 +88,12 @@ FormDeployment::FormDeployment(const std::filesystem::path& folder)
   page_ = readPageModel(submission_, snapshot_.copyOf("page.xml"));
   if (page_.strTitle.empty()) page_.strTitle = strName_;
   texts_ = &textsIn(page_.strLanguage);
-  stylesheet_ = std::make_unique<Stylesheet>(snapshot_.copyOf("page.xsl"));
+  const PageTexts& texts = PageTexts::of(page_.strLanguage);
+  Translation translation;
+  if (!texts.isEnglish()) {
+    translation = [&](std::string_view strEnglish) { return texts.translated(strEnglish); };
+  }
+  stylesheet_ = std::make_unique<Stylesheet>(snapshot_.copyOf("page.xsl"), "page.xsl", translation);
   if (stylesheet_->takesPlaces()) templates_ = std::make_unique<PageTemplates>(*stylesheet_);
 }
 

@@ -8,6 +8,7 @@
 
 #include "Words.h"
 #include "host/FormAnswers.h"
+#include "host/PageTexts.h"
 #include "varnel_xml_creation/platform/host/WebRequest.h"
 #include "varnel_xml_creation/platform/text/Replacement.h"
 
@@ -105,12 +106,13 @@ std::vector<FormError> unreadableAnswers(const PageModel& page, const Answers& a
                                          std::int64_t lngMostRows) {
   std::vector<FormError> errors;
   if (!hasUnreadable(answers)) return errors;
+  const std::string strMessage = PageTexts::of(page.strLanguage)(
+      "A character did not arrive; where it was there is a \xEF\xBF\xBD. Please type it again.");
   std::set<std::string, std::less<>> known;
   const auto look = [&](const std::string& strName, FormError error, const std::string& strPlace) {
     known.insert(strName);
     if (!hasReplacement(answerTo(answers, strName))) return;
-    error.strMessage =
-        "A character did not arrive; where it was there is a \xEF\xBF\xBD. Please type it again.";
+    error.strMessage = strMessage;
     error.inFull = [strText = strPlace + ": " + error.strMessage] { return strText; };
     errors.push_back(std::move(error));
   };

@@ -7,6 +7,7 @@
 #include "host/FormAnswers.h"
 #include "host/FormControl.h"
 #include "host/Moment.h"
+#include "host/PageTexts.h"
 #include "varnel_xml_creation/platform/host/WebRequest.h"
 
 using Varnel_Tolv_XML_Creation::fieldNameOf;
@@ -27,7 +28,8 @@ std::string anchorOf(const std::string& strQuestion, const std::string& strRow,
 /// page has no such cell or row.
 class FormWriter {
  public:
-  FormWriter(const FormView& form, ViewText& view) : form_(form), view_(view) {
+  FormWriter(const FormView& form, ViewText& view)
+      : form_(form), view_(view), texts_(PageTexts::of(form.page->strLanguage)) {
     for (const FormError& error : form.errors) errors_[placeOf(error)].push_back(&error);
   }
 
@@ -40,6 +42,7 @@ class FormWriter {
     std::string strAnchor = {};
     std::string strLabel = {};
     std::string strRow = {};
+    bool blnRowNumber = false;  // no more than that is known of the row
     std::string strColumn = {};
     std::string strMessage = {};
   };
@@ -55,11 +58,15 @@ class FormWriter {
   bool isStoredOtherwise(const Input& input, const std::string& strName) const;
   void writeStored(const Input& input, const std::string& strName, const std::string& strAnchor,
                    const Listed& place);
+  const char* rowLanguage(const Listed& place) const {
+    return place.blnRowNumber ? texts_.language() : "";
+  }
   bool hasErrors(const std::string& strAnchor) const { return errors_.contains(strAnchor); }
   void addHelp(const std::string& strHelp, const std::string& strId = "");
 
   const FormView& form_;
   ViewText& view_;
+  const PageTexts& texts_;
   std::map<std::string, std::vector<const FormError*>> errors_;  // by anchor; "": without a place
   std::map<const Question*, std::int64_t> rows_;                 // of dynamic tables
   std::vector<Listed> listed_;                                   // in the order of the page
@@ -109,7 +116,7 @@ void FormWriter::writeErrors(const std::string& strAnchor, const Listed& at, boo
     const bool blnNarrower = (!error->strRow.empty() && place.strRow.empty()) ||
                              (!error->strColumn.empty() && place.strColumn.empty());
     place.strMessage = blnNarrower ? error->inFull() : error->strMessage;
-    view_.begin("error").textPlace(place.strMessage);
+    view_.begin("error").set("lang", texts_.language()).textPlace(place.strMessage);
     if (blnOutput) view_.add("computed");
     view_.end();
     listed_.push_back(place);
@@ -174,7 +181,7 @@ void FormWriter::writePart(const char* element, const Input& input, const std::s
   const auto writeLabel = [&] {
     view_.begin(blnGroup ? "legend" : "label").set("for", blnGroup ? "" : strAnchor);
     view_.text(input.strLabel);
-    if (blnCell) view_.add("of", place.strRow);
+    if (blnCell) view_.begin("of").set("lang", rowLanguage(place)).text(place.strRow).end();
     if (!blnCell && input.blnRequired) view_.add("required");
     view_.end();
   };
@@ -190,7 +197,8 @@ void FormWriter::writePart(const char* element, const Input& input, const std::s
   if (!blnTick) writeLabel();
   if (blnHelp) addHelp(input.strHelp, strAnchor + "-help");
   if (!input.strHint.empty()) {
-    view_.begin("hint").set("id", strAnchor + "-hint").text(input.strHint).end();
+    view_.begin("hint").set("id", strAnchor + "-hint").set("lang", input.strHintLanguage);
+    view_.text(input.strHint).end();
   }
   writeErrors(strAnchor, place, input.blnOutput);
   if (blnStored) writeStored(input, strName, strAnchor, place);
@@ -213,8 +221,10 @@ void FormWriter::writeStoredCount(const Question& table) {
   const std::string strAnchor = anchorOf(table.input.strId);
   view_.begin("stored").set("id", strAnchor + "-stored");
   view_.setFlag("sent", form_.strState == "accepted").set("as", "count");
-  view_.textPlace(std::to_string(lngStored) + (lngStored == 1 ? " row" : " rows") + ", here " +
-                  std::to_string(lngHere));
+  view_.set("lang", texts_.language());
+  view_.textPlace(
+      texts_(lngStored == 1 ? "1 row, here {here}" : "{stored} rows, here {here}",
+             {{"stored", std::to_string(lngStored)}, {"here", std::to_string(lngHere)}}));
   view_.end();
   listed_.push_back({.strAnchor = strAnchor, .strLabel = table.input.strLabel});
 }
@@ -235,6 +245,7 @@ void FormWriter::writeTable(const Question& table) {
       .set("count-name", rowCountNameOf(strId))
       .set("count", std::to_string(rows.size()))
       .set("add", table.strAdd)
+      .set("add-lang", table.strAddLanguage)
       .setFlag("dynamic", table.blnDynamic)
       .setFlag("wide", table.columns.size() > 5);
   writeErrors(anchorOf(strId), {.strLabel = table.input.strLabel});
@@ -243,7 +254,9 @@ void FormWriter::writeTable(const Question& table) {
   for (const Input& column : table.columns) {
     view_.begin("column").text(column.strLabel);
     if (column.blnRequired) view_.add("required");
-    if (!column.strHint.empty()) view_.add("hint", column.strHint);
+    if (!column.strHint.empty()) {
+      view_.begin("hint").set("lang", column.strHintLanguage).text(column.strHint).end();
+    }
     addHelp(column.strHelp);
     view_.end();
   }
@@ -255,8 +268,10 @@ void FormWriter::writeRow(const Question& table, const TableRow& row) {
   const std::string& strId = table.input.strId;
   const std::string strAnchor = anchorOf(strId, row.strId);
   const std::int64_t lngRow = rowNumber(row.strId, INT32_MAX);
-  Listed place{.strLabel = table.input.strLabel,
-               .strRow = row.strLabel.empty() ? "row " + row.strId : row.strLabel};
+  Listed place{
+      .strLabel = table.input.strLabel,
+      .strRow = row.strLabel.empty() ? texts_("row {row}", {{"row", row.strId}}) : row.strLabel,
+      .blnRowNumber = row.strLabel.empty()};
   view_.begin("row").set("anchor", strAnchor).set("number", row.strId).set("label", row.strLabel);
   writeErrors(strAnchor, place);
   for (const Input& column : table.columns) {
@@ -304,14 +319,18 @@ void FormWriter::writeSummary() {
     if (at < listed_.size()) {
       const Listed& each = listed_[at];
       view_.begin("place").setPlace("anchor", each.strAnchor).textPlace(each.strLabel);
-      for (const std::string& strPart : {each.strRow, each.strColumn}) {
-        if (!strPart.empty()) view_.begin("part").textPlace(strPart).end();
+      if (!each.strRow.empty()) {
+        view_.begin("part").set("lang", rowLanguage(each)).textPlace(each.strRow).end();
       }
+      if (!each.strColumn.empty()) view_.begin("part").textPlace(each.strColumn).end();
       view_.end();
-      if (!each.strMessage.empty()) view_.begin("message").textPlace(each.strMessage).end();
+      if (!each.strMessage.empty()) {
+        view_.begin("message").set("lang", texts_.language()).textPlace(each.strMessage).end();
+      }
     } else {
       const FormError& error = *unplaced->second[at - listed_.size()];
-      view_.setFlag("unmendable", error.strQuestion.empty()).textPlace(error.inFull());
+      view_.setFlag("unmendable", error.strQuestion.empty()).set("lang", texts_.language());
+      view_.textPlace(error.inFull());
     }
     view_.end();
     view_.endPart();

@@ -8,6 +8,7 @@
 #include "CannotRun.h"
 #include "Words.h"
 #include "host/Answers.h"
+#include "host/PageTexts.h"
 #include "host/SchemaFacets.h"
 #include "varnel_xml_creation/platform/dom/Document.h"
 #include "varnel_xml_creation/platform/host/WebRequest.h"
@@ -180,7 +181,6 @@ Question PageReader::readQuestion(const Node& objItem) {
     return question;
   }
   question.blnDynamic = lowerCase(strType) != "table";
-  question.strAdd = "Add a row";
   for (const Node& objRow : children(objItem, "row")) {
     question.rows.push_back({attribute(objRow, "id"), attribute(objRow, "rowlabel")});
   }
@@ -299,39 +299,41 @@ void PageReader::refine(PageModel& page, const Document& objPage) {
   page.sections = std::move(wanted);
 }
 
-std::string numberHint(const Input& input) {
-  if (!input.strLeast.empty() && !input.strMost.empty()) {
-    return input.strLeast + " to " + input.strMost;
-  }
-  if (!input.strLeast.empty()) return "at least " + input.strLeast;
-  return input.strMost.empty() ? "" : "at most " + input.strMost;
+std::string numberHint(const Input& input, const PageTexts& texts) {
+  const PageTexts::Values values{{"least", input.strLeast}, {"most", input.strMost}};
+  if (!input.strLeast.empty() && !input.strMost.empty()) return texts("{least} to {most}", values);
+  if (!input.strLeast.empty()) return texts("at least {least}", values);
+  return input.strMost.empty() ? "" : texts("at most {most}", values);
 }
 
 /// One character is what any answer has. What ends below the schema's least length tells nothing:
 /// the schema decides.
-std::string lengthHint(const Input& input) {
+std::string lengthHint(const Input& input, const PageTexts& texts) {
+  const PageTexts::Values values{{"least", input.strMinLength}, {"most", input.strMaxLength}};
   const std::int64_t lngLeast = rowNumber(input.strMinLength, INT64_MAX);
   const bool blnLeast = lngLeast > 1;
   const std::string& strMost = input.strMaxLength;
   const std::int64_t lngMost = rowNumber(strMost, INT64_MAX);  // 0: not known
   if (strMost.empty() || (lngMost > 0 && lngMost < lngLeast))
-    return blnLeast ? "at least " + input.strMinLength + " characters" : "";
+    return blnLeast ? texts("at least {least} characters", values) : "";
+  const bool blnOne = strMost == "1";
   if (input.strMinLength == strMost) {
-    return "exactly " + strMost + (strMost == "1" ? " character" : " characters");
+    return blnOne ? texts("exactly 1 character") : texts("exactly {most} characters", values);
   }
-  if (blnLeast) return input.strMinLength + " to " + strMost + " characters";
-  return "at most " + strMost + (strMost == "1" ? " character" : " characters");
+  if (blnLeast) return texts("{least} to {most} characters", values);
+  return blnOne ? texts("at most 1 character") : texts("at most {most} characters", values);
 }
 
 /// Tells the form and the limits of an answer, where page.xml does not.
-void addHint(Input& input, DateOrder order) {
+void addHint(Input& input, DateOrder order, const PageTexts& texts) {
   constexpr std::string_view kFree[] = {"text", "textarea", "email", "tel"};
   if (!input.strHint.empty() || input.blnOutput) return;
-  if (input.strKind == "date") input.strHint = dateHint(order);
-  if (input.strKind == "number") input.strHint = numberHint(input);
+  if (input.strKind == "date") input.strHint = texts(dateHint(order));
+  if (input.strKind == "number") input.strHint = numberHint(input, texts);
   if (std::ranges::find(kFree, input.strKind) != std::end(kFree)) {
-    input.strHint = lengthHint(input);
+    input.strHint = lengthHint(input, texts);
   }
+  if (!input.strHint.empty()) input.strHintLanguage = texts.language();
 }
 
 }  // namespace
@@ -351,10 +353,14 @@ PageModel readPageModel(const Options& options, const std::string& strPageXml) {
   reader.readObjects(page);
   reader.readHidden(page);
   if (std::filesystem::exists(strPageXml)) reader.refine(page, loaded(strPageXml));
+  const PageTexts& texts = PageTexts::of(page.strLanguage);
   for (Section& section : page.sections) {
     for (Question& question : section.questions) {
-      addHint(question.input, options.dateOrder);
-      for (Input& column : question.columns) addHint(column, options.dateOrder);
+      addHint(question.input, options.dateOrder, texts);
+      for (Input& column : question.columns) addHint(column, options.dateOrder, texts);
+      if (!question.strAdd.empty()) continue;
+      question.strAdd = texts("Add a row");
+      question.strAddLanguage = texts.language();
     }
   }
   return page;

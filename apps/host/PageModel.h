@@ -22,9 +22,10 @@ struct Input {
   std::string strLabel;
   bool blnLabelGiven = false;  // by page.xml: then it is the label, whatever is posted
   std::string strHelp;
-  std::string strHint;    // the form of an answer, in few words
-  std::string strWidth;   // short, medium or long
-  std::string strOutput;  // a cell that nobody fills in: its fixed text
+  std::string strHint;          // the form of an answer, in few words
+  std::string strHintLanguage;  // where that is not the page's
+  std::string strWidth;         // short, medium or long
+  std::string strOutput;        // a cell that nobody fills in: its fixed text
   bool blnOutput = false;
   bool blnRequired = false;
   std::string strMinLength;  // in characters
@@ -42,8 +43,9 @@ struct TableRow {
 struct Question {
   Input input;
   bool blnTable = false;
-  bool blnDynamic = false;  // rows come and go
-  std::string strAdd;       // what the button says that adds a row
+  bool blnDynamic = false;     // rows come and go
+  std::string strAdd;          // what the button says that adds a row
+  std::string strAddLanguage;  // where that is not the page's
   std::int64_t lngFirstRows = 1;
   std::vector<TableRow> rows;  // of a fixed grid
   std::vector<Input> columns;

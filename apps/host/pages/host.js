@@ -58,8 +58,9 @@
       });
       if (each.value && each.name === "_action") each.value = "remove-row:" + id + ":" + number;
     });
+    var word = new RegExp("\\b(" + row.querySelector(".row-word").textContent.trim() + ") \\d+", "i");
     row.querySelectorAll(".hidden").forEach(function (each) {
-      each.textContent = each.textContent.replace(/\brow \d+/, "row " + number);
+      each.textContent = each.textContent.replace(word, "$1 " + number);
     });
   }
 
@@ -112,7 +113,9 @@
 
   // Saving by itself
 
-  function tell(text) { state.querySelector("strong").textContent = text; }
+  // Where the text has an element of its own, that tells its language.
+  function write(place, text) { (place.firstElementChild || place).textContent = text; }
+  function tell(text) { write(state.querySelector("strong"), text); }
 
   function save() {
     if (!changed || saving) return;
@@ -127,16 +130,16 @@
           form.elements._version.value = String(json.version);
           form.elements._token.value = json.token;
           if (edits === before) changed = false;
-          tell("Saved, not sent yet");
+          tell(form.dataset.textSaved);
           if (form.getAttribute("action") !== "/parked/" + json.id) {
             // The form has its address now; the page that can send it stands there.
             form.setAttribute("action", "/parked/" + json.id);
             history.replaceState(null, "", "/parked/" + json.id);
-            document.getElementById("first-save").textContent = "Save and go on to sending";
+            write(document.getElementById("first-save"), form.dataset.textSend);
           }
         });
       })
-      .catch(function () { tell("Could not be saved by itself: please save"); })
+      .catch(function () { tell(form.dataset.textUnsaved); })
       .then(function () {
         saving = false;
         var button = pressed;

@@ -30,6 +30,8 @@
        below take texts as they are and never ask what they say. -->
   <xsl:template match="/part"><xsl:apply-templates/></xsl:template>
 
+  <!-- The texts are put into other languages by texts.<language>.json, in which they stand as keys. -->
+
   <!-- What a deployment is most likely to want otherwise. -->
   <xsl:template name="head"/>
   <xsl:template name="masthead"><a href="/">Forms</a></xsl:template>
@@ -83,7 +85,9 @@
       </nav>
     </xsl:if>
     <form method="post" action="{@action}" accept-charset="UTF-8" id="form" novalidate="novalidate"
-          data-state="{@state}" data-unsaved="{@unsaved}" data-notice="{@notice}" autocomplete="off">
+          data-state="{@state}" data-unsaved="{@unsaved}" data-notice="{@notice}" autocomplete="off"
+          data-text-saved="Saved, not sent yet" data-text-unsaved="Could not be saved by itself: please save"
+          data-text-send="Save and go on to sending">
       <!-- Its button is the form's first, so the one that the Enter key presses. -->
       <xsl:call-template name="bar"/>
       <input type="hidden" name="_token" value="{@token}"/>
@@ -155,7 +159,7 @@
       </xsl:choose>
     </xsl:variable>
     <xsl:if test="string($text)">
-      <div class="notice notice-{@notice}" role="alert"><p><xsl:value-of select="$text"/></p></div>
+      <div class="notice notice-{@notice}" role="alert"><p><xsl:copy-of select="$text"/></p></div>
     </xsl:if>
   </xsl:template>
 
@@ -179,7 +183,7 @@
     </div>
   </xsl:template>
 
-  <xsl:template match="problem"><li><xsl:apply-templates/></li></xsl:template>
+  <xsl:template match="problem"><li><xsl:copy-of select="@lang"/><xsl:apply-templates/></li></xsl:template>
 
   <xsl:template match="problem[@unmendable]">
     <li>The message made of this form is not valid, and no answer is to blame. Those who run this form have been told.</li>
@@ -187,7 +191,9 @@
 
   <xsl:template match="place"><a href="#{@anchor}"><xsl:apply-templates/></a></xsl:template>
   <xsl:template match="part">, <xsl:apply-templates/></xsl:template>
+  <xsl:template match="part[@lang]">, <span lang="{@lang}"><xsl:apply-templates/></span></xsl:template>
   <xsl:template match="message">: <xsl:apply-templates/></xsl:template>
+  <xsl:template match="message[@lang]">: <span lang="{@lang}"><xsl:apply-templates/></span></xsl:template>
 
   <xsl:template match="wrong"/>
 
@@ -214,14 +220,15 @@
   <xsl:template match="required"><xsl:text> </xsl:text><span class="required">(required)</span></xsl:template>
 
   <xsl:template match="help"><p class="help"><xsl:copy-of select="@id"/><xsl:apply-templates/></p></xsl:template>
-  <xsl:template match="hint"><p class="hint" id="{@id}"><xsl:apply-templates/></p></xsl:template>
+  <xsl:template match="hint"><p class="hint" id="{@id}"><xsl:copy-of select="@lang"/><xsl:apply-templates/></p></xsl:template>
 
   <xsl:template match="errors"><p class="error" id="{@id}"><xsl:apply-templates/></p></xsl:template>
-  <xsl:template match="error"><span><span class="hidden">Error: </span><xsl:apply-templates/></span></xsl:template>
+  <xsl:template match="error"><span><xsl:copy-of select="@lang"/><span class="hidden">Error: </span><xsl:apply-templates/></span></xsl:template>
   <xsl:template match="computed"> It is computed from other answers.</xsl:template>
 
   <xsl:template match="stored">
       <p class="stored" id="{@id}">
+        <xsl:copy-of select="@lang"/>
         <xsl:choose>
           <xsl:when test="@sent">Sent: </xsl:when>
           <xsl:otherwise>Saved elsewhere: </xsl:otherwise>
@@ -266,7 +273,9 @@
         <tbody><xsl:apply-templates select="row"/></tbody>
       </table>
       <xsl:if test="@dynamic">
-        <p><button class="plain add" name="_action" value="add-row:{@id}"><xsl:value-of select="@add"/></button></p>
+        <p><button class="plain add" name="_action" value="add-row:{@id}">
+          <xsl:if test="@add-lang"><xsl:attribute name="lang"><xsl:value-of select="@add-lang"/></xsl:attribute></xsl:if>
+          <xsl:value-of select="@add"/></button></p>
       </xsl:if>
     </div>
   </xsl:template>
@@ -278,7 +287,7 @@
   </xsl:template>
 
   <xsl:template match="column"><th scope="col"><xsl:apply-templates/></th></xsl:template>
-  <xsl:template match="column/hint"><span class="hint"><xsl:apply-templates/></span></xsl:template>
+  <xsl:template match="column/hint"><span class="hint"><xsl:copy-of select="@lang"/><xsl:apply-templates/></span></xsl:template>
   <xsl:template match="column/help"><span class="help"><xsl:apply-templates/></span></xsl:template>
 
   <xsl:template match="row">
@@ -302,8 +311,8 @@
 
   <xsl:template match="cell"><td class="{@class}"><xsl:apply-templates/></td></xsl:template>
   <xsl:template match="cell/label"><label class="cell-label" for="{@for}"><xsl:apply-templates/></label></xsl:template>
-  <xsl:template match="of"><span class="hidden">, <xsl:apply-templates/></span></xsl:template>
-  <xsl:template match="cell/hint"><p class="cell-hint hint" id="{@id}"><xsl:apply-templates/></p></xsl:template>
+  <xsl:template match="of"><span class="hidden"><xsl:copy-of select="@lang"/>, <xsl:apply-templates/></span></xsl:template>
+  <xsl:template match="cell/hint"><p class="cell-hint hint" id="{@id}"><xsl:copy-of select="@lang"/><xsl:apply-templates/></p></xsl:template>
 
   <!-- The receipt -->
 

@@ -53,6 +53,16 @@ bool isId(std::string_view strText) {
          strText.find_first_not_of("0123456789abcdef") == std::string_view::npos;
 }
 
+std::string digestOf(std::string_view strId) {
+  std::array<unsigned char, EVP_MAX_MD_SIZE> digest{};
+  unsigned int lngSize = 0;
+  if (::EVP_Digest(strId.data(), strId.size(), digest.data(), &lngSize, ::EVP_sha256(), nullptr) !=
+      1) {
+    throw std::runtime_error("EVP_Digest");
+  }
+  return hexadecimal(std::span(digest).first(8));
+}
+
 std::string makeToken(std::string_view strKey, std::string_view strSubject, std::int64_t lngNow) {
   const std::string strMoment = std::to_string(lngNow);
   return strMoment + '.' + signature(strKey, strMoment, strSubject);

@@ -10,6 +10,10 @@ std::string randomId();
 /// Whether the text could be one of them.
 bool isId(std::string_view strText);
 
+/// What tells an id in the log, where nobody can open a form with it: the first 16 digits of its
+/// SHA-256.
+std::string digestOf(std::string_view strId);
+
 enum class TokenState { good, stale, forged };
 
 /// Proof that a page came from a host which knows the key, and for which address; it is good for a

@@ -13,6 +13,7 @@
 #include <thread>
 
 #include "apps/host/Host.h"
+#include "host/Token.h"
 
 namespace fs = std::filesystem;
 
@@ -251,6 +252,26 @@ TEST_F(Start, LogsNothingOfWhatAPageSays) {
   for (std::string strLine; std::getline(lines, strLine);) {
     EXPECT_TRUE(Json::accept(strLine)) << strLine;
   }
+}
+
+/// Whoever knows an id can open its form, and others than those who may do that read the log.
+TEST_F(Start, LogsNoIdOfAForm) {
+  const std::string strInbox = "directory:" + inbox().string();
+  const Host host(words({"--deliver", strInbox}));
+  const std::string strPlace = parked(host, exampleForm("complete.form"));
+  const std::string strId = strPlace.substr(8);
+  fs::create_directories(inbox() / (strId + ".xml") / "in the way");
+  EXPECT_EQ(host.request("PUT", strPlace, {}, "").status, 405);
+  const Form form = filledIn(host.get(strPlace), exampleForm("complete.form"), "submit");
+  EXPECT_EQ(host.post(strPlace, form).status, 303);
+  ASSERT_TRUE(becomes([&] { return !eventsOf(host, "delivery-failed").empty(); }));
+  EXPECT_EQ(host.log().find(strId), std::string::npos);
+
+  const std::string strDigest = digestOf(strId);
+  for (const char* const strEvent : {"parked", "accepted", "delivery-failed"}) {
+    EXPECT_EQ(eventsOf(host, strEvent)[0]["id"], strDigest) << strEvent;
+  }
+  EXPECT_EQ(eventsOf(host, "request-refused")[0]["path"], "/parked/" + strDigest);
 }
 
 TEST_F(Start, MakesAPageFromTheObjectListAloneWhereNoneIsGiven) {

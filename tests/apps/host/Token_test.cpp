@@ -17,6 +17,11 @@ TEST(Token, IsGoodForItsAddressForADay) {
   EXPECT_EQ(checkToken("other", "/parked/1", strToken, kDay), TokenState::forged);
 }
 
+TEST(DigestOf, IsTheBeginningOfTheSha256) {
+  EXPECT_EQ(digestOf("abc"), "ba7816bf8f01cfea");
+  EXPECT_EQ(digestOf(std::string(32, '0')), "84e0c0eafaa95a34");
+}
+
 TEST(RandomId, IsAnIdAndNeverTheSame) {
   std::set<std::string> ids;
   for (int each = 0; each < 1000; ++each) {

@@ -59,7 +59,8 @@ std::optional<Refusal> wrongImport(const Refusal& refusal, const SchemaModel& sc
     return refusal.strReason.find("'" + strUri + "'") != std::string::npos ||
            refusal.strReason.find("{" + strUri + "}") != std::string::npos;
   };
-  for (const auto& [strPath, importing] : files) {
+  for (const auto& [strPath, schemaFile] : files) {
+    const SchemaFile& importing = *schemaFile;
     if (strPath.find("://") != std::string::npos) continue;  // one of the library's own
     const ParsedFile file(strPath);
     for (const Node& objImport : childElements(file.root())) {
@@ -72,7 +73,7 @@ std::optional<Refusal> wrongImport(const Refusal& refusal, const SchemaModel& sc
       const std::string& strTarget = imported->second->strTargetNamespace;
       if (strSaid == strTarget || !(isInReason(strSaid) || isInReason(strTarget))) continue;
       const auto isDeclared = [&](const std::string& strUri) {
-        return std::ranges::any_of(importing->prefixes,
+        return std::ranges::any_of(importing.prefixes,
                                    [&](const auto& prefix) { return prefix.second == strUri; });
       };
       const bool blnSaid = isDeclared(strSaid), blnTarget = isDeclared(strTarget);

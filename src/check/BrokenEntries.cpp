@@ -80,6 +80,11 @@ class ByLine {
 
 const MappingEntry* entryOfMissingObject(const ParsedDeployment& deployment) {
   if (!deployment.knowsObjects()) return nullptr;
+  std::unordered_set<std::string_view> seen;
+  const bool blnDouble = std::ranges::any_of(deployment.objects, [&](const FormObject& object) {
+    return object.isQuestion() && !isBlank(object.strId) && !seen.insert(object.strLowerId).second;
+  });
+  if (!blnDouble) return nullptr;
   const MappingEntry* missing = nullptr;
   for (const MappingEntry& entry : deployment.entries) {
     const bool blnObject = !entry.users.empty() || entry.isGroup() ||

@@ -13,8 +13,9 @@
 
 namespace Varnel_Tolv_XML_Creation {
 
-/// The one entry that has a question and no object: where an object has the id of another, that of
-/// this entry is probably meant. Null when there is none, or more than one.
+/// The one entry that has a question and no object, where an object has the id of another: that of
+/// this entry is probably meant. Null when there is none or more than one, and where no two objects
+/// have one id.
 const MappingEntry* entryOfMissingObject(const ParsedDeployment& deployment);
 
 /// The entries of the mapping in which an error was found that keeps them from what they are for,

@@ -168,12 +168,8 @@ class EchoFinder {
       leaveOut(std::span(&pair.strEcho, 1), 1,
                [&](const Found& finding) { return paths.contains(finding.strPath); });
     }
-    constexpr std::string_view kDouble[] = {"duplicate-object"};
     constexpr std::string_view kWithout[] = {"mapping-without-question", "question-without-object"};
-    bool blnDouble = false;
-    forEachError(kDouble, [&](const Found&) { blnDouble = true; });
-    const MappingEntry* const missing = blnDouble ? entryOfMissingObject(deployment_) : nullptr;
-    if (missing) {
+    if (const MappingEntry* const missing = entryOfMissingObject(deployment_)) {
       leaveOut(kWithout, 1, [&](const Found& finding) { return finding.object == missing->strId; });
     }
     // A flag that does not count is why the answer is not used.

@@ -102,6 +102,15 @@ const Planted kInTemplate{{{"template.xml", "<m:time/>", "<m:time/>\n    <m:titl
 const Planted kDouble{{{"object-list.xml", R"(id="phone2")", R"(id="phone1")"},
                        {"reference.xml", R"("phone1;phone2")", R"("phone1")"}},
                       {"duplicate-object"}};
+const Planted kDoubleColumn{
+    {{"object-list.xml", R"(<column id="damp" columnlabel="Damp"/>)",
+      R"(<column id="state" columnlabel="Damp"/>)"}},
+    {"duplicate-object"}};
+const Planted kWithoutObject{
+    {{"object-list.xml",
+      R"(<prtobjct id="seen" objecttype="field" type="date" dynamic="false" letterlabel="Seen on"/>)",
+      ""}},
+    {"mapping-without-question", "question-without-object"}};
 const Planted kUnsentHidden{{{"hidden-fields.xml", R"(toschema="true")", R"(toschema="True")"}},
                             {"hidden-word-not-true"}};
 const Planted kWrongType{{{"object-list.xml", R"(type="date" dynamic)", R"(type="dat" dynamic)"}},
@@ -207,6 +216,7 @@ TEST(Echoes, HideNoMistakeThatHasNothingToDoWithTheirCause) {
       {"a text where there is none, and the path of a question", kWrongText, kWrongQuestionPath},
       {"an element that is in the template, and one that nobody fills", kInTemplate, kUnfilled},
       {"an id that is there twice, and an element that nobody fills", kDouble, kUnfilled},
+      {"two columns with one id, and an object that is missing", kDoubleColumn, kWithoutObject},
       {"a hidden field that is not sent, and what is copied", kUnsentHidden, kWrongDocNode},
       {"the type of an object, and that of a column", kWrongType, kNotConverted},
       {"the docinfo of the time, and an element that nobody fills", kWrongTimeInfo, kUnfilled},

@@ -38,12 +38,18 @@ std::optional<Refusal> missingDocument(const Refusal& refusal) {
   if (refusal.strReason != kNotThere) return std::nullopt;
   const ParsedFile file(refusal.strPath);
   for (const Node& objChild : childElements(file.root())) {
-    const bool blnThere = static_cast<std::size_t>(objChild.lineNumber()) == refusal.lngLine;
+    const bool blnThere = objChild.lineNumber() == refusal.lngLine;
     if (!blnThere || !(isOfSchema(objChild, "include") || isOfSchema(objChild, "redefine")))
       continue;
+    const std::string strLocation = attributeText(objChild, "schemaLocation");
+    std::error_code error;  // what cannot be looked at is not there
+    if (std::filesystem::is_regular_file(
+            std::filesystem::path(file.path()).parent_path() / strLocation, error)) {
+      continue;  // it is another one on this line
+    }
     return Refusal{file.path(), file.lineOf(objChild, "schemaLocation"),
-                   "There is no file " + inQuotes(attributeText(objChild, "schemaLocation")) +
-                       ", which this " + objChild.baseName() + " names.",
+                   "There is no file " + inQuotes(strLocation) + ", which this " +
+                       objChild.baseName() + " names.",
                    "Correct the location: until then no message is checked."};
   }
   return std::nullopt;

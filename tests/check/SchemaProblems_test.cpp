@@ -228,6 +228,19 @@ TEST(SchemaProblems, NameTheDocumentAndTheNamespaceThatAreMeant) {
             "checked.");
 }
 
+TEST(SchemaProblems, NameNoIncludeThatIsThere) {
+  SmallDeployment deployment;
+  addSchema(deployment);
+  deployment.write("there.xsd", "<xs:schema xmlns:xs=\"http://www.w3.org/2001/XMLSchema\"/>");
+  deployment.replace("main.xsd", "<xs:element name=\"report\">",
+                     "<xs:include schemaLocation=\"there.xsd\"/>"
+                     "<xs:include schemaLocation=\"gone.xsd\"/><xs:element name=\"report\">");
+  const std::vector<Finding> findings = deployment.check();
+  ASSERT_EQ(findings.size(), 1u) << ::testing::PrintToString(summaries(findings));
+  EXPECT_EQ(findings[0].message,
+            "The schema cannot be used: There is no file \"gone.xsd\", which this include names.");
+}
+
 TEST(SchemaProblems, LookForTheSchemaWhereARunDoes) {
   SmallDeployment deployment;
   addSchema(deployment);

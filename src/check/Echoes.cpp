@@ -14,6 +14,7 @@
 #include "check/BrokenEntries.h"
 #include "check/PathStep.h"
 #include "check/StepNames.h"
+#include "config/Names.h"
 #include "platform/text/Text.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -172,10 +173,12 @@ class EchoFinder {
     if (const MappingEntry* const missing = entryOfMissingObject(deployment_)) {
       leaveOut(kWithout, 1, [&](const Found& finding) { return finding.object == missing->strId; });
     }
-    // A flag that does not count is why the answer is not used.
+    // A flag that does not count is why the answer is not used; that of the label is not.
     std::set<std::string> flagged;
     constexpr std::string_view kFlag[] = {"flag-not-true"}, kUnused[] = {"answer-not-used"};
-    forEachError(kFlag, [&](const Found& cause) { flagged.insert(cause.object); });
+    forEachError(kFlag, [&](const Found& cause) {
+      if (cause.hint.find(kFormValue) != std::string::npos) flagged.insert(cause.object);
+    });
     leaveOut(kUnused, 1, [&](const Found& finding) { return flagged.contains(finding.object); });
   }
 

@@ -128,6 +128,13 @@ const Planted kWrongFlag{{{"main.xsd", R"(<xs:element name="name" type="xs:strin
                           {"object-mapper.xml", R"(<parameter id="name" formvalue="true"/>)",
                            R"(<parameter id="name" formvalue="True"/>)"}},
                          {"flag-not-true"}};
+const Planted kWrongLabelFlag{
+    {{"object-mapper.xml", R"(<parameter id="caption" formlabel="true"/>)",
+      R"(<parameter id="caption" formlabel="True"/>)"}},
+    {"flag-not-true"}};
+const Planted kUnusedAnswer{{{"object-mapper.xml", R"(<parameter id="name" formvalue="true"/>)",
+                              R"(<parameter id="name">x</parameter>)"}},
+                            {"answer-not-used"}};
 const Planted kMisspeltMandatory{
     {{"reference.xml", R"(<m:day mandatory="true"/>)", R"(<m:day mandatry="true"/>)"}},
     {"misspelt-attribute"}};
@@ -221,6 +228,7 @@ TEST(Echoes, HideNoMistakeThatHasNothingToDoWithTheirCause) {
       {"the type of an object, and that of a column", kWrongType, kNotConverted},
       {"the docinfo of the time, and an element that nobody fills", kWrongTimeInfo, kUnfilled},
       {"a flag, and the path of another question", kWrongFlag, kWrongQuestionPath},
+      {"the flag of a label, and an answer that is not used", kWrongLabelFlag, kUnusedAnswer},
       {"a slip of mandatory, and another word for it", kMisspeltMandatory, kNotMandatory},
       {"an element of the template, and the document data", kTemplate, kWrongDocInfo},
       {"the document data, and an entry",

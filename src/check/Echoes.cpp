@@ -53,13 +53,13 @@ constexpr std::string_view kOfDocData[] = {"mandatory-unfilled", "reference-unkn
 constexpr std::string_view kEntryPath[] = {"path-undeclared", "no-text-there",
                                            "step-without-prefix", "prefix-not-registered"};
 
-/// What is found at the same place of the same slip: at one line of a file, and, where an attribute
-/// is missing because it is misspelt, that of this name.
-struct SameLine {
+/// What is found at the same place of the same slip: at one element, and, where an attribute is
+/// missing because it is misspelt, that of this name.
+struct SameElement {
   std::string_view strCause, strEcho;
   std::string_view strAttribute = {};
 };
-constexpr SameLine kSameLine[] = {
+constexpr SameElement kSameElement[] = {
     {"unknown-type", "date-not-converted"},
     {"unknown-columntype", "date-not-converted"},
     {"flag-not-true", "constant-refused"},
@@ -147,18 +147,15 @@ class EchoFinder {
 
   /// One slip that several rules see.
   void leaveOutOfSamePlaces() {
-    using Line = std::pair<std::string, std::size_t>;
-    for (const SameLine& pair : kSameLine) {
-      std::set<Line> lines;
+    for (const SameElement& pair : kSameElement) {
+      std::set<const void*> elements;
       forEachError(std::span(&pair.strCause, 1), [&](const Found& cause) {
-        if (cause.hint.find(pair.strAttribute) != std::string::npos) {
-          lines.emplace(cause.file, cause.line);
-        }
+        const bool blnNamed = cause.hint.find(pair.strAttribute) != std::string::npos;
+        if (blnNamed && cause.element) elements.insert(cause.element);
       });
-      if (lines.empty()) continue;
-      leaveOut(std::span(&pair.strEcho, 1), 1, [&](const Found& finding) {
-        return lines.contains({finding.file, finding.line});
-      });
+      if (elements.empty()) continue;
+      leaveOut(std::span(&pair.strEcho, 1), 1,
+               [&](const Found& finding) { return elements.contains(finding.element); });
     }
     for (const SamePath& pair : kSamePath) {
       std::set<std::string> paths;

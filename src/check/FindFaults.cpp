@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <deque>
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <set>
 #include <span>
@@ -69,15 +71,20 @@ bool isAboutNamespaces(std::string_view strCode) {
 }
 
 /// What follows from the causes is gone from `again`, and what they hid has come. What is told of
-/// the namespaces themselves stays, as one more cause.
+/// the namespaces themselves stays, as one more cause. What stays is told as it was found at first,
+/// and stands at the element of the second reading: of several with one key each at its own.
 std::vector<Found> withWhatWasHidden(std::vector<Found> found, std::vector<Found> again,
                                      std::vector<Found>& causes) {
-  std::set<Key> before, after;
+  std::set<Key> before;
+  std::map<Key, std::deque<const void*>> after;  // the elements
   for (const Found& one : found) before.insert(keyOf(one));
-  for (const Found& one : again) after.insert(keyOf(one));
+  for (const Found& one : again) after[keyOf(one)].push_back(one.element);
   std::vector<Found> rest;
   for (Found& one : found) {
-    if (after.contains(keyOf(one))) {
+    if (const auto same = after.find(keyOf(one)); same != after.end()) {
+      std::deque<const void*>& elements = same->second;
+      one.element = elements.empty() ? nullptr : elements.front();
+      if (!elements.empty()) elements.pop_front();
       rest.push_back(std::move(one));
     } else if (isAboutNamespaces(one.code)) {
       causes.push_back(std::move(one));

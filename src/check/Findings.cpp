@@ -18,8 +18,10 @@ void Findings::begin(const Rule& rule) {
 Found& Findings::add(const ParsedFile& file, const Node& objElement, std::string_view strAttribute,
                      std::string_view strObject, std::string strMessage, std::string strHint) {
   const bool blnKept = lngOfRule_ < kMostOfOneRule;
-  return add(file, blnKept ? file.lineOf(objElement, strAttribute) : 1, strObject,
-             std::move(strMessage), std::move(strHint));
+  Found& found = add(file, blnKept ? file.lineOf(objElement, strAttribute) : 1, strObject,
+                     std::move(strMessage), std::move(strHint));
+  found.element = objElement.identity();
+  return found;
 }
 
 Found& Findings::add(const ParsedFile& file, std::size_t lngLine, std::string_view strObject,

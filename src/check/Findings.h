@@ -15,6 +15,8 @@ struct Rule;
 
 /// A finding with what tells whether it follows from another one.
 struct Found : Finding {
+  // The element where it stands, while the document is there; null where it stands at none.
+  const void* element = nullptr;
   // Of the element of the message that it is about, or of several joined by "|"; or empty.
   std::string strPath = {};
   Mends mends = {};  // by which what is wrong would be right; none where that is not known

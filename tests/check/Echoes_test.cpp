@@ -102,10 +102,9 @@ const Planted kInTemplate{{{"template.xml", "<m:time/>", "<m:time/>\n    <m:titl
 const Planted kDouble{{{"object-list.xml", R"(id="phone2")", R"(id="phone1")"},
                        {"reference.xml", R"("phone1;phone2")", R"("phone1")"}},
                       {"duplicate-object"}};
-const Planted kDoubleColumn{
-    {{"object-list.xml", R"(<column id="damp" columnlabel="Damp"/>)",
-      R"(<column id="state" columnlabel="Damp"/>)"}},
-    {"duplicate-object"}};
+const Planted kDoubleColumn{{{"object-list.xml", R"(<column id="damp" columnlabel="Damp"/>)",
+                              R"(<column id="state" columnlabel="Damp"/>)"}},
+                            {"duplicate-object"}};
 const Planted kWithoutObject{
     {{"object-list.xml",
       R"(<prtobjct id="seen" objecttype="field" type="date" dynamic="false" letterlabel="Seen on"/>)",
@@ -135,6 +134,17 @@ const Planted kWrongLabelFlag{
 const Planted kUnusedAnswer{{{"object-mapper.xml", R"(<parameter id="name" formvalue="true"/>)",
                               R"(<parameter id="name">x</parameter>)"}},
                             {"answer-not-used"}};
+// Columns of one line, as programs write them.
+const Planted kWrongColumnTypeOfLine{
+    {{"object-list.xml", "columnlabel=\"Found\" columntype=\"date\"/>\n",
+      "columnlabel=\"Found\" columntype=\"dat\"/>"}},
+    {"unknown-columntype"}};
+const Planted kNotConvertedNext{
+    {{"object-list.xml", R"(columnlabel="Mended" columntype="date")", R"(columnlabel="Mended")"}},
+    {"date-not-converted"}};
+const Planted kMisspeltOnOtherLine{
+    {{"reference.xml", R"(<m:day mandatory="true"/>)", "<m:day\n mandatry=\"true\"/>"}},
+    {"misspelt-attribute"}};
 const Planted kMisspeltMandatory{
     {{"reference.xml", R"(<m:day mandatory="true"/>)", R"(<m:day mandatry="true"/>)"}},
     {"misspelt-attribute"}};
@@ -229,6 +239,8 @@ TEST(Echoes, HideNoMistakeThatHasNothingToDoWithTheirCause) {
       {"the docinfo of the time, and an element that nobody fills", kWrongTimeInfo, kUnfilled},
       {"a flag, and the path of another question", kWrongFlag, kWrongQuestionPath},
       {"the flag of a label, and an answer that is not used", kWrongLabelFlag, kUnusedAnswer},
+      {"the type of a column, and that of the next one on its line", kWrongColumnTypeOfLine,
+       kNotConvertedNext},
       {"a slip of mandatory, and another word for it", kMisspeltMandatory, kNotMandatory},
       {"an element of the template, and the document data", kTemplate, kWrongDocInfo},
       {"the document data, and an entry",
@@ -272,12 +284,24 @@ TEST(Echoes, AreNotToldOfASlipThatSeveralRulesSee) {
       {"the docinfo of the time", kWrongTimeInfo, "unknown-docinfo object-mapper.xml "},
       {"a flag", kWrongFlag, "flag-not-true object-mapper.xml owner"},
       {"a slip of mandatory", kMisspeltMandatory, "misspelt-attribute reference.xml "},
+      {"a slip of mandatory that stands behind the line of its tag", kMisspeltOnOtherLine,
+       "misspelt-attribute reference.xml "},
       {"where a copy goes", kWrongInsertBefore, "insertbefore-names-nothing object-mapper.xml "},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.says);
     EXPECT_EQ(foundWith({&c.planted}), std::vector<std::string>{c.told});
   }
+}
+
+// What was found before it and what it hid stand in different readings of the files.
+TEST(Echoes, AreKnownWhereAnotherMistakeIsMendedFirst) {
+  const Planted kNamespace{
+      {{"template.xml", "xmlns:m=\"urn:example:m\"", "xmlns:m=\"urn:example:mm\""}},
+      {"registered-otherwise"}};
+  const std::vector<std::string> expected = {"misspelt-attribute reference.xml ",
+                                             "registered-otherwise template.xml "};
+  EXPECT_EQ(foundWith({&kNamespace, &kMisspeltMandatory}), expected);
 }
 
 // The root of the template decides about each path of the mapping.

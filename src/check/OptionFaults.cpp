@@ -65,14 +65,16 @@ constexpr auto kWordings = std::to_array<Wording>({
     {"control character", "A text has no closing quotation mark on its line.", "Write it."},
     {"unexpected end of input", "The file ends before its last \"}\".", "Write what is missing.",
      true},
-    {"expected '}'", "A comma is missing behind this.", "Write one.", true},
+    {"parsing object -", "A comma is missing behind this.", "Write one.", true},
     {"parsing object key", "Here a key in quotation marks is wanted.",
      "Write the key in double quotation marks."},
-    {"expected ':'", "A colon is missing behind the key.", "Write one.", true},
+    {"parsing object separator", "A colon is missing behind the key.", "Write one.", true},
 });
 
-/// The reader's reason has line and column of the last letter that it took.
-Fault faultOf(std::string_view strText, const std::string& strReason) {
+/// The reader's reason has line and column of the last letter that it took, and at the end words of
+/// the text, which are looked at for nothing: they may be like its own.
+Fault faultOf(std::string_view strText, std::string strReason) {
+  strReason.resize(std::min(strReason.size(), strReason.find("; last read: ")));
   const std::size_t lngColumn = numberBehind(strReason, ", column ");
   std::size_t lngLine = std::max<std::size_t>(numberBehind(strReason, "at line "), 1);
   if (lngColumn == 0 && lngLine > 1) --lngLine;  // the last was the end of the line
@@ -126,7 +128,8 @@ void findOptionFaults(const ParsedDeployment& deployment, Findings& findings) {
   std::string strReason;
   const bool blnJson = readJsonObject(*strText, strReason).has_value();
   if (blnJson && files.strOptionReason.empty()) return;
-  Fault fault = blnJson ? refusedBy(files.strOptionReason) : faultOf(*strText, strReason);
+  Fault fault =
+      blnJson ? refusedBy(files.strOptionReason) : faultOf(*strText, std::move(strReason));
   findings.add(files.strOptionFile, fault.lngLine, "", std::move(fault.strMessage),
                std::move(fault.strHint));
 }

@@ -29,6 +29,10 @@ TEST(OptionFaults, AreToldInPlainWordsAtTheirLine) {
   const std::string strKey =
       "Here a key in quotation marks is wanted. Write the key in double quotation marks.";
   const std::string strOpen = "A text has no closing quotation mark on its line. Write it.";
+  const std::string strBackslash =
+      "A backslash in a text begins an escape, and this is none. Write \"/\" in names of files, or "
+      "two backslashes.";
+  const std::string strColon = "A colon is missing behind the key. Write one.";
   const std::string strEnd = "The file ends before its last \"}\". Write what is missing.";
   const struct {
     const char* says;
@@ -44,10 +48,12 @@ TEST(OptionFaults, AreToldInPlainWordsAtTheirLine) {
       {"a key without quotation marks", "{\n\"a\": 1,\nb: 2}", "3 " + strKey},
       {"in single ones", "{'a': 2}", "1 " + strKey},
       {"a text that is not ended", "{\n\"a\": \"b,\n\"c\": \"d\"\n}", "2 " + strOpen},
-      {"a backslash", "{\n\"a\": \"b\\p.xsd\"\n}",
-       "2 A backslash in a text begins an escape, and this is none. Write \"/\" in names of files, "
-       "or two backslashes."},
-      {"no colon", "{\n\"a\" \"b\"\n}", "2 A colon is missing behind the key. Write one."},
+      {"a backslash", "{\n\"a\": \"b\\p.xsd\"\n}", "2 " + strBackslash},
+      {"behind what is like a place", "{\"a\": \"at line 77, column 9 \\q\"}", "1 " + strBackslash},
+      {"behind a word of another reason", "{\"a\": \"UTF-8 \\q\"}", "1 " + strBackslash},
+      {"no colon", "{\n\"a\" \"b\"\n}", "2 " + strColon},
+      {"no colon before what is no value", "{\n\"a\" b\n}", "2 " + strColon},
+      {"no comma before it", "{\n\"a\": \"b\" c\n}", "2 " + strMissing},
       {"no end", "{\n\"a\": \"b\"\n\n", "2 " + strEnd},
       {"nothing", "", "1 " + strEnd},
       {"bytes that are not UTF-8", "{\n\"a\": \"\xFC\"\n}",

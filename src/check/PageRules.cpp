@@ -240,11 +240,12 @@ void findOtherBoxes(const ParsedDeployment& deployment, Findings& findings) {
   visitQuestions(deployment, visitQuestion, [](const Asked&) {});
 }
 
-/// What a choice posts is its value; its text is only shown.
+/// What a choice posts is its value; its text is only shown. Where both are missing no answer is
+/// meant.
 void findChoicesWithoutValue(const ParsedDeployment& deployment, Findings& findings) {
   const auto look = [&](const Asked& asked) {
     for (const Node& objChoice : childrenNamed(asked.objNode, "choice")) {
-      if (objChoice.getAttribute("value")) continue;
+      if (objChoice.getAttribute("value") || isBlank(objChoice.text())) continue;
       // A slip of the attribute's name another rule tells.
       const std::vector<NodeAttribute> attributes = objChoice.attributes();
       if (firstSlip(attributes, "value", &NodeAttribute::strName)) continue;

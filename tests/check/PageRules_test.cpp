@@ -211,6 +211,10 @@ TEST(PageRules, FindChoicesWithoutAValue) {
        {{"page.xml", "<choice value=\"owner\">", "<choice vlaue=\"owner\">"}},
        {"error misspelt-attribute page.xml:11 "}},
       {"a choice that is no answer", {{"page.xml", "value=\"owner\"", "value=\"\""}}, {}},
+      {"one that says so by itself",
+       {{"page.xml", "<choice value=\"owner\">",
+         "<choice/><choice> </choice><choice value=\"owner\">"}},
+       {}},
   });
 }
 

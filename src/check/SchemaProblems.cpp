@@ -90,13 +90,17 @@ std::optional<Refusal> wrongImport(const Refusal& refusal, const SchemaModel& sc
       const std::string strName = std::filesystem::path(imported->first).filename().string();
       if (blnSaid && !blnTarget) {
         return Refusal{imported->first, lineOfSchemaRoot(imported->first, "targetNamespace"),
-                       "Its target namespace is " + inQuotes(strTarget) +
+                       (strTarget.empty() ? "It has no target namespace"
+                                          : "Its target namespace is " + inQuotes(strTarget)) +
                            ", and it is imported for " + inQuotes(strSaid) + ".",
                        strHint};
       }
       return Refusal{strPath, file.lineOf(objImport, "namespace"),
-                     "The import is for " + inQuotes(strSaid) + ", and the target namespace of " +
-                         inQuotes(strName) + " is " + inQuotes(strTarget) + ".",
+                     "The import is for " + (strSaid.empty() ? "no namespace" : inQuotes(strSaid)) +
+                         ", and " +
+                         (strTarget.empty() ? inQuotes(strName) + " has no target namespace."
+                                            : "the target namespace of " + inQuotes(strName) +
+                                                  " is " + inQuotes(strTarget) + "."),
                      strHint};
     }
   }

@@ -226,6 +226,14 @@ TEST(SchemaProblems, NameTheDocumentAndTheNamespaceThatAreMeant) {
             "The schema cannot be used: Its target namespace is \"urn:example:prb\", and it is "
             "imported for \"urn:example:pbr\". Write \"urn:example:pbr\": until then no message is "
             "checked.");
+  EXPECT_EQ(
+      toldOf({"main.xsd", "<xs:import namespace=\"urn:example:pbr\"", "<xs:import"}),
+      "The schema cannot be used: The import is for no namespace, and the target namespace of "
+      "\"pbr.xsd\" is \"urn:example:pbr\". Write \"urn:example:pbr\": until then no message "
+      "is checked.");
+  EXPECT_EQ(toldOf({"pbr.xsd", "targetNamespace=\"urn:example:pbr\"", ""}),
+            "The schema cannot be used: It has no target namespace, and it is imported for "
+            "\"urn:example:pbr\". Write \"urn:example:pbr\": until then no message is checked.");
 }
 
 TEST(SchemaProblems, NameNoIncludeThatIsThere) {

@@ -65,7 +65,9 @@ std::vector<Finding> findingsOfOptions(const std::string& strDirectory) {
     deploymentValues(readFile("--deployment", files.strOptionFile), files.strOptionFile);
     return {};
   } catch (const RuntimeError& refusal) {
-    files.strOptionReason = refusal.description().substr(files.strOptionFile.size() + 2);
+    files.strOptionReason = refusal.description();
+    const std::string strFile = files.strOptionFile + ": ";
+    if (files.strOptionReason.starts_with(strFile)) files.strOptionReason.erase(0, strFile.size());
   }
   std::vector<Finding> findings = checkDeployment(files);
   for (Finding& finding : findings) {

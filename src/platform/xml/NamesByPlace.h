@@ -15,8 +15,8 @@ namespace Varnel_Tolv_XML_Creation {
 /// What is known of the names of a document, by the places of their parts. A parser keeps each part
 /// in one place for as long as it reads, so that the texts of a name have to be looked at once.
 ///
-/// A table with open addressing, at most half full. Where the places are is chance, and decides no
-/// more than how far a name is from its slot: a look takes one or two comparisons on average.
+/// A table with open addressing, at most half full. Where the places are decides no more than how
+/// far a name is from its slot: a look takes one or two comparisons on average.
 template <class Known>
 class NamesByPlace {
  public:
@@ -38,6 +38,19 @@ class NamesByPlace {
     return entry->known;
   }
 
+  /// What chooses the slot of a name. Each part is spread before the next one comes in: a text
+  /// decides how far apart the places of its names are, and parts that were only added up would
+  /// meet.
+  static std::uint64_t hashOf(const xmlChar* local, const xmlChar* prefix,
+                              const xmlChar* uri) noexcept {
+    const auto place = [](const xmlChar* part) { return reinterpret_cast<std::uintptr_t>(part); };
+    const auto spread = [](std::uint64_t lngBits) {
+      lngBits *= 0x9E3779B97F4A7C15U;
+      return lngBits ^ lngBits >> 32U;
+    };
+    return spread(spread(spread(place(local)) ^ place(prefix)) ^ place(uri));
+  }
+
  private:
   struct Entry {
     const xmlChar* local;
@@ -49,12 +62,8 @@ class NamesByPlace {
 
   /// The slot of a name: a null one, where it belongs, for one that is new.
   const Entry*& slotFor(const xmlChar* local, const xmlChar* prefix, const xmlChar* uri) noexcept {
-    constexpr std::uint64_t kSpread = 0x9E3779B97F4A7C15U;
-    const auto place = [](const xmlChar* part) { return reinterpret_cast<std::uintptr_t>(part); };
-    std::uint64_t lngHash = (place(local) ^ place(prefix) << 1U ^ place(uri) << 2U) * kSpread;
-    lngHash = (lngHash ^ lngHash >> 32U) * kSpread;  // no text can tell where its names meet
     const std::size_t lngMask = slots_.size() - 1;
-    for (std::size_t at = lngHash >> 32U & lngMask;; at = (at + 1) & lngMask) {
+    for (std::size_t at = hashOf(local, prefix, uri) & lngMask;; at = (at + 1) & lngMask) {
       const Entry*& slot = slots_[at];
       if (!slot || (slot->local == local && slot->prefix == prefix && slot->uri == uri))
         return slot;

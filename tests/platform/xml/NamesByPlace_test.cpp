@@ -4,6 +4,8 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
+#include <unordered_set>
 #include <vector>
 
 namespace Varnel_Tolv_XML_Creation {
@@ -42,6 +44,24 @@ TEST(NamesByPlace, TellsNamesApartByEachOfTheirParts) {
       }
     }
   }
+}
+
+// A parser lays the names that it meets one after the other side by side.
+TEST(NamesByPlace, HaveSlotsOfTheirOwnThoughEachPrefixMeetsEachLocalName) {
+  constexpr std::size_t kParts = 300;
+  constexpr std::size_t kBytes = 4;  // of each
+  constexpr std::uint64_t kSlots = 1U << 18U;
+  const std::vector<xmlChar> texts(2 * kParts * kBytes);
+  std::unordered_set<std::uint64_t> slots;
+  for (std::size_t prefix = 0; prefix < kParts; ++prefix) {
+    for (std::size_t local = kParts; local < 2 * kParts; ++local) {
+      slots.insert(
+          NamesByPlace<int>::hashOf(&texts[local * kBytes], &texts[prefix * kBytes], texts.data()) %
+          kSlots);
+    }
+  }
+  // Chance gives 90,000 names some 76,000 of these slots.
+  EXPECT_GT(slots.size(), 65'000U);
 }
 
 }  // namespace

@@ -99,7 +99,10 @@ std::optional<ExhaustiveValidator::Placement> ExhaustiveValidator::place(const M
     // What is declared for one place only is not what a strict wildcard stands for. Where it is
     // taken for that, the cursor has to be as it was before.
     std::optional<ContentCursor> before;
-    if (type.model->hasWildcards() && isLocal(name.id) && !namesItsType()) before = parent.cursor;
+    if (type.model->hasWildcards() && isLocal(name.id) && !namesItsType() &&
+        type.model->find(kNoName, name.strUri).wildcard) {
+      before = parent.cursor;
+    }
     const ContentMatch match = parent.cursor->accept(name.id, name.strUri);
     const bool blnByMistake =
         before && match.wildcard && match.wildcard->process == Wildcard::Process::strict;

@@ -118,7 +118,8 @@ class ValidatingReader {
   void errorHandler(SaxHandler* handler);
 
   /// The names of attributes in no namespace that the content handler asks every element for. Where
-  /// the schema has nothing to say of them they are not checked. Borrowed.
+  /// the schema has nothing to say of them they are not checked. The handler asks for them by
+  /// `SaxAttributes::mark` alone: they may not be among the others. Borrowed.
   void marks(std::span<const std::string_view> names);
 
   /// Who hears of each violation in parts, whether or not there is an error handler and whether or

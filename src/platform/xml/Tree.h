@@ -179,7 +179,8 @@ class Tree {
   TreeNode* newElement(const TreeName* name);
   TreeNode* newLeaf(NodeKind kind, const TreeName* name, std::string_view strValue);
 
-  /// A leaf with a value that lies in this tree already and that nothing writes over.
+  /// A leaf of a kind, and with a name and a value, that newLeaf was told of before: the value lies
+  /// in this tree already, and nothing writes over it.
   TreeNode* newLeafWith(NodeKind kind, const TreeName* name, std::string_view strOwn) {
     countNode();
     auto* const leaf = arena_.make<TreeNode>();

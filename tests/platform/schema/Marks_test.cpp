@@ -1,10 +1,14 @@
 #include <gmock/gmock.h>
 
 #include <array>
+#include <functional>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "platform/schema/SchemaTesting.h"
 #include "platform/schema/TreeEvents.h"
+#include "platform/schema/ViolationParts.h"
 
 // Marks are left out of the check of a tree where nobody would hear of them. The content handler
 // is told of them, and whoever else would be, as if they were not.
@@ -12,8 +16,12 @@
 namespace Varnel_Tolv_XML_Creation {
 namespace {
 
+using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::Not;
 
 constexpr std::array<std::string_view, 2> kMarks = {"m", "n"};
 
@@ -31,7 +39,9 @@ class MarkRecorder : public Recorder {
 };
 
 template <class Text>
-std::vector<std::string> readMarked(const SchemaCollection& colSchemas, const Text& text) {
+std::vector<std::string> readMarked(
+    const SchemaCollection& colSchemas, const Text& text,
+    const std::function<void(ValidatingReader&)>& prepare = [](ValidatingReader&) {}) {
   MarkRecorder recorder;
   const auto reader = ValidatingReader::create();
   reader->putFeature("schema-validation", true);
@@ -41,6 +51,7 @@ std::vector<std::string> readMarked(const SchemaCollection& colSchemas, const Te
   reader->contentHandler(&recorder);
   reader->errorHandler(&recorder);
   reader->marks(kMarks);
+  prepare(*reader);
   EXPECT_FALSE(reader->parse(text));
   return recorder.lines;
 }
@@ -100,6 +111,46 @@ TEST(Marks, AreRefusedByAWildcardThatDemandsDeclarations) {
                                    "declaration available, but demanded by the strict wildcard.",
                                    "<c 2 -", ">c", ">r"));
   }
+}
+
+/// Writes down the attributes of violations.
+class AttributesOfViolations : public ViolationHandler {
+ public:
+  void violation(ViolationParts parts) override { names.push_back(parts.strAttribute); }
+  void declaredAside(const MessagePlace&, std::string_view, std::string_view) override {}
+
+  std::vector<std::string> names;
+};
+
+TEST(Marks, AreCheckedWhereSomebodyIsToldOfUndeclaredAttributes) {
+  const SchemaDirectory directory;
+  const SchemaCollection colSchemas =
+      schemasOf(directory,
+                schemaText("<xs:element name='r'><xs:complexType><xs:sequence><xs:element name='c'>"
+                           "<xs:complexType/></xs:element></xs:sequence></xs:complexType>"
+                           "</xs:element>"));
+  const Document objDocument = Document::create();
+  ASSERT_TRUE(objDocument.loadXML("<r><c m='2'/></r>"));
+  const auto read = [&](const auto& text) {
+    const std::string strUndeclared =
+        "The attribute 'm' on this element is not defined in the DTD/Schema.";
+    EXPECT_THAT(readMarked(colSchemas, text,
+                           [](ValidatingReader& reader) {
+                             reader.putFeature("undeclared-attributes", true);
+                           }),
+                Contains(HasSubstr(strUndeclared)));
+    EXPECT_THAT(readMarked(colSchemas, text), Not(Contains(HasSubstr(strUndeclared))));
+    AttributesOfViolations all;
+    AttributesOfViolations others;
+    readMarked(colSchemas, text,
+               [&](ValidatingReader& reader) { reader.violationHandler(&all, {}); });
+    readMarked(colSchemas, text,
+               [&](ValidatingReader& reader) { reader.violationHandler(&others, kMarks); });
+    EXPECT_THAT(all.names, ElementsAre("m"));
+    EXPECT_THAT(others.names, IsEmpty());
+  };
+  read(objDocument.tree());
+  read(objDocument.xml());
 }
 
 TEST(Marks, ThatAreLeftOutAreNotAmongTheAttributes) {

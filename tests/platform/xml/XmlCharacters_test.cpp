@@ -24,6 +24,18 @@ TEST(XmlCharacters, TellsTextThatADocumentCanHold) {
   EXPECT_FALSE(isXmlText(std::string(1, '\0')));
 }
 
+TEST(XmlCharacters, FindsABadByteWhereverItStands) {
+  for (std::size_t size = 1; size <= 20; ++size) {
+    for (std::size_t at = 0; at < size; ++at) {
+      for (const char bad : {'\x01', '\x80'}) {
+        std::string strText(size, 'a');
+        strText[at] = bad;
+        EXPECT_FALSE(isXmlText(strText)) << size << " " << at;
+      }
+    }
+  }
+}
+
 TEST(XmlCharacters, TellsQualifiedNames) {
   for (const char* strName :
        {"a", "_", "a:b", "a-1.b", "\xC3\xA9", "a\xCC\x81", "\xF0\x90\x80\x80", "xmlfoo"}) {

@@ -77,7 +77,6 @@ class RowModel {
   Node takePlace(const Cell& cell);
   Node additionalInfo() const { return objModel_.selectSingleNode(kAdditionalInfo); }
   const Node& type() const { return objModel_; }
-  Node marked() const { return {}; }
   void removePlaceholders() const;
 
  private:
@@ -144,7 +143,6 @@ class PlainRows {
   Node takePlace(const Cell& cell);
   Node additionalInfo();
   const Node& type() const { return objType_; }
-  const Node& marked() const { return objRow_; }
 
  private:
   const SchemaType& type_;
@@ -154,7 +152,6 @@ class PlainRows {
   // The placeholders of the column that was last met at a place: mostly each row has the same.
   std::vector<std::span<const SchemaType::Placeholder>> ofColumns_;
   // Of the row at work.
-  Node objRow_;
   std::optional<NodeList> colElements_;  // those of the type
   std::size_t lngColumn_ = 0;
   std::vector<bool> taken_;  // of the placeholders
@@ -173,11 +170,11 @@ PlainRows::PlainRows(const SchemaType& type, const Node& objType, const Node& ob
 }
 
 Node PlainRows::begin(const Node& objParentNode) {
-  objRow_ = objPattern_.cloneFor(objParentNode, true);
-  colElements_ = required(objRow_.getElementsByTagName("*"));
+  Node objRowElement = objPattern_.cloneFor(objParentNode, true);
+  colElements_ = required(objRowElement.getElementsByTagName("*"));
   lngColumn_ = 0;
   taken_.assign(type_.placeholders(), false);
-  return objRow_;
+  return objRowElement;
 }
 
 /// The element whose placeholder gave way to the cell, or Nothing.
@@ -204,28 +201,45 @@ Node PlainRows::additionalInfo() {
   return colElements_->item(*lngAdditionalInfo_);
 }
 
-/// Marks an element with its cell, and what it stands in, up to `objMarked`, with the row.
-void mark(const Node& objPlace, const RowIds& ids, std::string_view strColumnId,
-          const Node& objMarked) {
-  const std::array<std::string_view, 3> identifiers = {ids.strTableId, ids.strRowId, strColumnId};
+/// The marks of one row: an element with a cell has those of the cell, what it stands in those of
+/// the row. Cells that follow each other in one element mark that once: deep in a type they take as
+/// many steps as there are cells and levels, not their product.
+class RowMarks {
+ public:
+  /// `objMarked` gets the row's marks elsewhere, or is Nothing.
+  RowMarks(const RowIds& ids, Node objMarked) : ids_(ids), objMarked_(std::move(objMarked)) {}
+
+  void mark(const Node& objPlace, std::string_view strColumnId);
+
+ private:
+  const RowIds& ids_;
+  Node objMarked_;  // it and all above it need the row's marks no more
+};
+
+void RowMarks::mark(const Node& objPlace, std::string_view strColumnId) {
+  const std::array<std::string_view, 3> identifiers = {ids_.strTableId, ids_.strRowId, strColumnId};
   const bool blnSplit = std::any_of(identifiers.begin(), identifiers.end(), [](auto strId) {
     return strId.find(kIdentifierDelimiter) != std::string_view::npos;
   });
-  if (!blnSplit) return SetAttributesUpwards(objPlace, kIdentifierNames, identifiers, objMarked);
+  if (!blnSplit) {
+    SetAttributesUpwards(objPlace, kIdentifierNames, identifiers, objMarked_);
+    objMarked_ = objPlace.parentNode();
+    return;
+  }
   // deliberate: what holds the delimiter is several values.
   SetAttributesUpwards(objPlace, kIdentifiers,
-                       ids.strTableId + "~" + ids.strRowId + "~" + std::string(strColumnId));
+                       ids_.strTableId + "~" + ids_.strRowId + "~" + std::string(strColumnId));
 }
 
 /// Puts one cell into a row, where that has a place for it.
 template <class Row>
-void placeCell(const Session& session, Row& row, const Cell& cell, const RowIds& ids) {
+void placeCell(const Session& session, Row& row, RowMarks& marks, const Cell& cell) {
   const std::string strValue =
       convertAnswer(session, attributeView(cell.objColumn, "columntype"), cell.strValue);
   if (const Node objPlace = row.takePlace(cell)) {
     if (session.answers) session.answers->writeFrom(cell.objColumn, objPlace, strValue);
     objPlace.setText(strValue);
-    return mark(objPlace, ids, cell.strId, row.marked());
+    return marks.mark(objPlace, cell.strId);
   }
   const Node objAdditionalInfo = row.additionalInfo();
   if (!objAdditionalInfo) {  // the cell has no place in the message
@@ -321,14 +335,16 @@ Acknowledge AddComplexTypeFromTableRows(const Session& session, const Document& 
                             rowElement(objSendXML, strNodeName, strTableId));
         }
         const Node objRowElement = plainRows->begin(objParentNode);
-        for (const Cell& cell : cells) placeCell(session, *plainRows, cell, ids);
+        RowMarks marks(ids, objRowElement);
+        for (const Cell& cell : cells) placeCell(session, *plainRows, marks, cell);
         required(objParentNode.appendChild(objRowElement));
         setRowIds(objRowElement, ids);
         continue;
       }
       if (!ownType) ownType.emplace(objComplexType);
       RowModel model(objModel ? objModel : objComplexType.cloneFor(objParentNode, true), *ownType);
-      for (const Cell& cell : cells) placeCell(session, model, cell, ids);
+      RowMarks marks(ids, {});
+      for (const Cell& cell : cells) placeCell(session, model, marks, cell);
       model.removePlaceholders();
       objAck = appendRow(session, objSendXML, objParentNode, model.type(), strNodeName, ids);
       if (!objAck.Success()) return objAck;

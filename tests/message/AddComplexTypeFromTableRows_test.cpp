@@ -2,8 +2,11 @@
 
 #include <gmock/gmock.h>
 
+#include <array>
+#include <cstddef>
 #include <initializer_list>
 #include <span>
+#include <string>
 
 #include "SchemaTypes.h"
 #include "support/Faults.h"
@@ -201,6 +204,13 @@ TEST(AddComplexTypeFromTableRows, PutsCellsInThePlaceOfTheirPlaceholders) {
        "<g questionId=\"T1\" rowIndex=\"1\">"
        "<a questionId=\"T1\" rowIndex=\"1\" columnId=\"c\">v</a>"
        "<b questionId=\"T1\" rowIndex=\"1\" columnId=\"d\">w</b></g>"},
+      {"cells of two elements by turns",
+       "<g><a><value id='c'/></a><b><value id='e'/></b></g><h><value id='d'/></h>",
+       "<column id='c' value='v'/><column id='d' value='w'/><column id='e' value='x'/>",
+       "<g questionId=\"T1\" rowIndex=\"1\">"
+       "<a questionId=\"T1\" rowIndex=\"1\" columnId=\"c\">v</a>"
+       "<b questionId=\"T1\" rowIndex=\"1\" columnId=\"e\">x</b></g>"
+       "<h questionId=\"T1\" rowIndex=\"1\" columnId=\"d\">w</h>"},
       {"a cell above, marked before, and one beside it",
        "<g><a><value id='c'/></a><value id='d'/></g><h><value id='e'/></h>",
        "<column id='c' value='v'/><column id='d' value='w'/><column id='e' value='x'/>",
@@ -223,6 +233,36 @@ TEST(AddComplexTypeFromTableRows, PutsCellsInThePlaceOfTheirPlaceholders) {
        "<a questionId=\"T1\" rowIndex=\"1\" columnId=\"c\">&lt;&amp;&#13;</a>"},
   };
   expectRows(cases);
+}
+
+TEST(AddComplexTypeFromTableRows, MarksWhatManyCellsStandInOnce) {
+  constexpr std::size_t kLevels = 200, kCells = 100;
+  std::string strType;
+  std::string strColumns;
+  for (std::size_t i = 0; i < kLevels; ++i) strType += "<g>";
+  for (std::size_t i = 0; i < kCells; ++i) {
+    const std::string strId = std::to_string(i);
+    strType += "<a><value id='" + strId + "'/></a>";
+    strColumns += "<column id='" + strId + "' value='v'/>";
+  }
+  for (std::size_t i = 0; i < kLevels; ++i) strType += "</g>";
+  for (const bool blnCompiled : {true, false}) {
+    SCOPED_TRACE(blnCompiled);
+    CountedOperations operations(1'000'000);
+    // A row is made as a copy in the message, or of a type that may change, beside that.
+    Scene scene(strType, "<row id='1'>" + strColumns + "</row>",
+                {.types = blnCompiled ? nullptr : &operations, .message = &operations},
+                blnCompiled);
+    EXPECT_TRUE(Succeeded(scene.add()));
+    const std::size_t lngSet = operations.of(DomOperation::setAttribute);
+    // Three for each cell, two for each level, and a few for the row itself.
+    EXPECT_GE(lngSet, 3 * kCells + 2 * kLevels) << "all are counted";
+    EXPECT_LE(lngSet, 3 * kCells + 2 * kLevels + 6);
+    EXPECT_EQ(scene.objSendXML.selectNodes("//a[@questionId='T1'][@rowIndex='1']")->length(),
+              kCells);
+    EXPECT_EQ(scene.objSendXML.selectNodes("//g[@questionId='T1'][@rowIndex='1']")->length(),
+              kLevels);
+  }
 }
 
 TEST(AddComplexTypeFromTableRows, ConvertsDatesAndTimes) {
@@ -309,6 +349,18 @@ TEST(AddComplexTypeFromTableRows, SplitsTheIdentifiersWhereTheyHoldTheDelimiter)
   EXPECT_EQ(scene.rows(),
             "<row rowIndex=\"r\" questionId=\"t~1\">"
             "<a questionId=\"t\" rowIndex=\"1\" columnId=\"r\">v</a></row>");
+}
+
+TEST(AddComplexTypeFromTableRows, MarksCellsBesideOneWhoseIdIsSplit) {
+  expectRows(std::array{
+      RowCase{"the delimiter is in a column's id",
+              "<g><a><value id='c'/></a><b><value id='d~x'/></b></g><h><i><value id='e'/></i></h>",
+              "<column id='c' value='v'/><column id='d~x' value='w'/><column id='e' value='x'/>",
+              "<g questionId=\"T1\" rowIndex=\"1\">"
+              "<a questionId=\"T1\" rowIndex=\"1\" columnId=\"c\">v</a>"
+              "<b questionId=\"T1\" rowIndex=\"1\" columnId=\"d\">w</b></g>"
+              "<h questionId=\"T1\" rowIndex=\"1\">"
+              "<i questionId=\"T1\" rowIndex=\"1\" columnId=\"e\">x</i></h>"}});
 }
 
 TEST(AddComplexTypeFromTableRows, WritesATableWithoutAnId) {

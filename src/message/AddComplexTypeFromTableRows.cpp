@@ -312,7 +312,7 @@ Acknowledge AddComplexTypeFromTableRows(const Session& session, const Document& 
     const bool blnPlain = compiled && compiled->isPlain() && isQualifiedName(strNodeName) &&
                           prefixOf(strNodeName) != "xmlns";
     std::optional<PlainRows> plainRows;  // once a row needs it
-    std::optional<SchemaType> ownType;   // the same
+    std::optional<SchemaType> ownType;   // the same, where none is compiled
     for (const Node& objRow : *colRows) {
       const RowIds ids{strTableId, attributeText(objRow, kId)};
       const Node objModel = blnPlain ? Node() : objComplexType.cloneFor(objParentNode, true);
@@ -341,8 +341,9 @@ Acknowledge AddComplexTypeFromTableRows(const Session& session, const Document& 
         setRowIds(objRowElement, ids);
         continue;
       }
-      if (!ownType) ownType.emplace(objComplexType);
-      RowModel model(objModel ? objModel : objComplexType.cloneFor(objParentNode, true), *ownType);
+      if (!compiled && !ownType) ownType.emplace(objComplexType);
+      RowModel model(objModel ? objModel : objComplexType.cloneFor(objParentNode, true),
+                     compiled ? *compiled : *ownType);
       RowMarks marks(ids, {});
       for (const Cell& cell : cells) placeCell(session, model, marks, cell);
       model.removePlaceholders();

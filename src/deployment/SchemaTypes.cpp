@@ -49,9 +49,9 @@ std::span<const SchemaType::Placeholder> SchemaType::find(std::string_view strId
   const auto begin = std::lower_bound(
       placeholders_.begin(), placeholders_.end(), strId,
       [](const Placeholder& placeholder, std::string_view id) { return placeholder.strId < id; });
-  const auto end = std::find_if(begin, placeholders_.end(), [&](const Placeholder& placeholder) {
-    return placeholder.strId != strId;
-  });
+  const auto end = std::upper_bound(
+      begin, placeholders_.end(), strId,
+      [](std::string_view id, const Placeholder& placeholder) { return id < placeholder.strId; });
   return {begin, end};
 }
 

@@ -175,8 +175,13 @@ class SavingByItself(BrowserTest):
         self.answer("town", answer)
         page = self.find("html")
         self.all(f".actions button[value='{action}']")[0].click()
-        if not self.is_gone(page):
-            self.driver.execute_script("window.letAnswerCome()")
+        self.assertFalse(self.is_gone(page))
+        # What was typed since is in no store yet, so who leaves the page now is warned.
+        self.assertTrue(self.driver.execute_script(
+            "const leaving = new Event('beforeunload', {cancelable: true});"
+            "window.dispatchEvent(leaving);"
+            "return leaving.defaultPrevented;"))
+        self.driver.execute_script("window.letAnswerCome()")
         self.wait(lambda: self.is_gone(page) and self.all("main"))
 
     def test_makes_no_second_form_when_a_button_is_pressed_meanwhile(self):

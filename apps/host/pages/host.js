@@ -31,10 +31,12 @@
   // A button that is pressed while the form is being saved by itself waits for that: what it sends
   // begins with what was saved then, and would be taken for somebody else's otherwise.
   form.addEventListener("submit", function (event) {
+    if (saving && event.submitter) {
+      event.preventDefault();
+      pressed = event.submitter;  // nothing is sent yet: who leaves the page is still warned
+      return;
+    }
     changed = false;
-    if (!saving || !event.submitter) return;
-    event.preventDefault();
-    pressed = event.submitter;
   });
 
   // Rows

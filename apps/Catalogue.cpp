@@ -7,6 +7,7 @@
 
 #include "CannotRun.h"
 #include "CatalogueFiles.h"
+#include "Words.h"
 
 using namespace Varnel_Tolv_XML_Creation;
 
@@ -55,7 +56,7 @@ const Catalogue::Catalogues& Catalogue::all() {
 }
 
 const Catalogue* Catalogue::known(std::string_view strTag) {
-  const auto found = all().find(strTag.substr(0, strTag.find('-')));
+  const auto found = all().find(lowerCase(strTag.substr(0, strTag.find('-'))));
   return found == all().end() ? nullptr : &found->second;
 }
 

@@ -167,8 +167,11 @@ TEST(FormErrors, TellWhatWouldBeLostBehindWhatIsWrong) {
             (Texts{"An answer is missing.", "There is no place for so many lines."}));
   EXPECT_EQ(errorsOf(report, Catalogue::of("en"), pageOfTest(), {})[1].inFull(),
             "Address: there is no place for so many lines.");
-  EXPECT_EQ(errorsOf(report, *Catalogue::known("de-AT"), pageOfTest(), {})[0].strMessage,
-            "Eine Antwort fehlt.");
+  for (const char* const strTag : {"de-AT", "DE-ch"}) {  // language tags have no case
+    ASSERT_TRUE(Catalogue::known(strTag)) << strTag;
+    EXPECT_EQ(errorsOf(report, *Catalogue::known(strTag), pageOfTest(), {})[0].strMessage,
+              "Eine Antwort fehlt.");
+  }
 }
 
 }  // namespace

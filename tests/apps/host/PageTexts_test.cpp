@@ -102,7 +102,7 @@ TEST_F(PageLanguage, IsThatOfAllTextsInGerman) {
         "Gespeichert, nicht gesendet: es enthält Fehler", "aria-label=\"Abschnitte\"",
         "<span class=\"required\">(erforderlich)</span>", "Tag.Monat.Jahr, wie 31.10.2026",
         "<span class=\"row-word\">Zeile </span>1", "Entfernen<span class=\"hidden\"> Zeile 1 von ",
-        "<span class=\"hidden\">Fehler: </span>",
+        "<span class=\"hidden\">Fehler: </span>„much“ ist keine Zahl.",
         "data-text-send=\"Speichern und weiter zum Senden\""}) {
     EXPECT_TRUE(refused.shows(strText)) << strText;
   }
@@ -112,6 +112,14 @@ TEST_F(PageLanguage, IsThatOfAllTextsInGerman) {
     EXPECT_FALSE(page->shows(" lang=\"en\""));
     EXPECT_FALSE(page->shows(">Save") || page->shows("error<") || page->shows(">Receipt<"));
   }
+}
+
+TEST_F(PageLanguage, IsTheSameWithCapitalsInItsTag) {
+  writePageIn("DE-CH");
+  const auto [refused, receipt] = pages();
+  EXPECT_TRUE(refused.shows("Es gibt 1 Fehler"));
+  EXPECT_TRUE(refused.shows("<span class=\"hidden\">Fehler: </span>„much“ ist keine Zahl."));
+  EXPECT_FALSE(refused.shows("is not a number") || refused.shows(" lang=\"en\""));
 }
 
 TEST_F(PageLanguage, IsToldOfEnglishTextsInAnother) {

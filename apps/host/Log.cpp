@@ -10,16 +10,17 @@
 
 namespace {
 
-/// An id can stand in a path or a reason too. It has exactly 32 digits: a longer run is none.
+/// An id can stand in a path or a reason too, also in capitals or with digits beside it.
 std::string withoutIds(std::string_view strLine) {
-  constexpr std::string_view kDigits = "0123456789abcdef";
+  constexpr std::string_view kDigits = "0123456789abcdefABCDEF";
+  constexpr std::size_t kIdLength = 32;
   std::string strText;
   while (!strLine.empty()) {
     const std::size_t lngPlain = std::min(strLine.find_first_of(kDigits), strLine.size());
     strText += strLine.substr(0, lngPlain);
     strLine.remove_prefix(lngPlain);
     const std::string_view strRun = strLine.substr(0, strLine.find_first_not_of(kDigits));
-    strText += isId(strRun) ? digestOf(strRun) : std::string(strRun);
+    strText += strRun.size() < kIdLength ? std::string(strRun) : digestOf(strRun);
     strLine.remove_prefix(strRun.size());
   }
   return strText;

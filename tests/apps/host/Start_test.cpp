@@ -2,6 +2,7 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <cctype>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
@@ -265,7 +266,16 @@ TEST_F(Start, LogsNoIdOfAForm) {
   const Form form = filledIn(host.get(strPlace), exampleForm("complete.form"), "submit");
   EXPECT_EQ(host.post(strPlace, form).status, 303);
   ASSERT_TRUE(becomes([&] { return !eventsOf(host, "delivery-failed").empty(); }));
+  // A link that was copied with too much, or came through what writes in capitals.
+  std::string strCapitals = strId;
+  for (char& letter : strCapitals) letter = static_cast<char>(std::toupper(letter));
+  for (const std::string& strOther :
+       {strPlace + "0", "/parked/ab" + strId, "/parked/" + strCapitals}) {
+    EXPECT_EQ(host.request("PUT", strOther, {}, "").status, 404) << strOther;
+  }
+  EXPECT_EQ(eventsOf(host, "request-refused").size(), 4);
   EXPECT_EQ(host.log().find(strId), std::string::npos);
+  EXPECT_EQ(host.log().find(strCapitals), std::string::npos);
 
   const std::string strDigest = digestOf(strId);
   for (const char* const strEvent : {"parked", "accepted", "delivery-failed"}) {

@@ -246,17 +246,18 @@ class Connection : public std::enable_shared_from_this<Connection> {
 
   /// Reads what still comes, so that the answer is not lost with it when the connection is closed.
   /// Of a request that was refused before it was read that is as much as a browser may take to
-  /// send.
+  /// send, but only while it does send.
   void drain() {
     blnAnswered_ = true;
     beast::error_code ignored;
     stream_.socket().shutdown(tcp::socket::shutdown_send, ignored);
-    stream_.expires_after(blnUnread_ ? kBodyTime : kDrainTime);
+    drainEnd_ = std::chrono::steady_clock::now() + (blnUnread_ ? kBodyTime : kDrainTime);
     readRest();
   }
 
   void readRest() {
     buffer_.clear();
+    stream_.expires_at(std::min(drainEnd_, std::chrono::steady_clock::now() + kDrainTime));
     stream_.async_read_some(
         buffer_.prepare(64 * 1024),
         [self = shared_from_this()](beast::error_code error, std::size_t lngRead) {
@@ -272,6 +273,7 @@ class Connection : public std::enable_shared_from_this<Connection> {
   std::optional<http::request_parser<http::string_body>> parser_;
   http::response<http::string_body> response_;
   std::size_t lngDrained_ = 0;
+  std::chrono::steady_clock::time_point drainEnd_;
   bool blnIdle_ = true;     // between two requests
   bool blnReading_ = true;  // no request is there yet
   bool blnLast_ = false;    // closed behind the answer

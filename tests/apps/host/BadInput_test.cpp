@@ -1,6 +1,10 @@
 #include <atomic>
+#include <filesystem>
 #include <memory>
 #include <nlohmann/json.hpp>
+#include <set>
+#include <string>
+#include <system_error>
 #include <thread>
 
 #include "apps/host/Host.h"
@@ -376,9 +380,29 @@ TEST_F(BadInput, ThatIsNoHttpIsAnswered) {
 }
 
 /// Over a slow connection: the browser shows the answer when it could send all.
+/// The sockets that a process has open.
+std::set<std::string> socketsOf(pid_t process) {
+  std::set<std::string> sockets;
+  for (const auto& entry :
+       std::filesystem::directory_iterator("/proc/" + std::to_string(process) + "/fd")) {
+    std::error_code gone;
+    const std::string strFile = std::filesystem::read_symlink(entry.path(), gone).string();
+    if (strFile.starts_with("socket:")) sockets.insert(strFile);
+  }
+  return sockets;
+}
+
+/// Who has the answer and sends nothing more is let go meanwhile.
 TEST_F(BadInput, ThatIsTooLongIsLetInToItsEnd) {
   const std::string strPiece(400'000, 'a');
   constexpr int kPieces = 8;
+  const std::set<std::string> before = socketsOf(host_.process());
+  const Connection silent(host_.port());
+  EXPECT_TRUE(silent.send("POST / HTTP/1.1\r\nHost: x\r\nContent-Length: 99999999\r\n\r\nabc"));
+  EXPECT_EQ(silent.receive().status, 413);
+  std::set<std::string> silentOnes = socketsOf(host_.process());
+  std::erase_if(silentOnes, [&](const std::string& each) { return before.contains(each); });
+  ASSERT_EQ(silentOnes.size(), 1);
   const Connection connection(host_.port());
   EXPECT_TRUE(connection.send("POST /forms/inspection HTTP/1.1\r\nHost: x\r\nContent-Length: " +
                               std::to_string(kPieces * strPiece.size()) + "\r\n\r\n"));
@@ -386,6 +410,7 @@ TEST_F(BadInput, ThatIsTooLongIsLetInToItsEnd) {
     EXPECT_TRUE(connection.send(strPiece)) << lngPiece;
     std::this_thread::sleep_for(std::chrono::seconds(1));
   }
+  EXPECT_FALSE(socketsOf(host_.process()).contains(*silentOnes.begin()));
   const HttpAnswer answer = connection.receive();
   EXPECT_EQ(answer.status, 413);
   EXPECT_TRUE(answer.shows("The form is too large"));

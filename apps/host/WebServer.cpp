@@ -15,6 +15,7 @@
 #include <chrono>
 #include <list>
 #include <optional>
+#include <utility>
 
 #include "CannotRun.h"
 #include "Files.h"
@@ -33,8 +34,9 @@ constexpr auto kHeadTime = std::chrono::seconds(15);
 constexpr auto kBodyTime = std::chrono::seconds(60);
 constexpr auto kAnswerTime = std::chrono::seconds(60);
 constexpr auto kDrainTime = std::chrono::seconds(5);
-// A balancer asks whether the host is ready at least this often, and needs so long to see that it
-// is not. Longer than the check of deploy/haproxy.cfg takes: inter and fastinter.
+// A balancer asks whether the host is ready at least twice in this time, and needs so long to see
+// that it is not. Who asks once waits for the host to start. Longer than the check of
+// deploy/haproxy.cfg takes: inter and fastinter.
 constexpr auto kWatchedTime = std::chrono::seconds(60);
 constexpr auto kNoticeTime = std::chrono::seconds(5);
 constexpr std::uint32_t kMaxHead = 16 * 1024;
@@ -90,6 +92,7 @@ struct WebServer::Impl : std::enable_shared_from_this<WebServer::Impl> {
   asio::steady_timer notice{context};
   asio::steady_timer end{context};
   std::optional<std::chrono::steady_clock::time_point> lastProbe;
+  std::optional<std::chrono::steady_clock::time_point> probeBefore;
   std::list<std::weak_ptr<Connection>> connections;  // the oldest first
   std::size_t lngMostConnections = mostConnections();
   bool blnStopping = false;
@@ -194,7 +197,9 @@ class Connection : public std::enable_shared_from_this<Connection> {
       return;
     }
     const bool blnProbe = server_->handlers.isProbe(*request);
-    if (blnProbe) server_->lastProbe = std::chrono::steady_clock::now();
+    if (blnProbe) {
+      server_->probeBefore = std::exchange(server_->lastProbe, std::chrono::steady_clock::now());
+    }
     WorkerPool& pool = blnProbe ? *server_->probes : *server_->workers;
     const bool blnTaken = pool.enqueue([self = shared_from_this(), request]() mutable {
       // What was made goes back to the server's thread, with all that holds the connection.
@@ -345,7 +350,7 @@ void WebServer::Impl::stop() {
   end.async_wait([this](beast::error_code error) {
     if (!error) context.stop();
   });
-  if (!lastProbe || std::chrono::steady_clock::now() - *lastProbe > kWatchedTime) {
+  if (!probeBefore || std::chrono::steady_clock::now() - *probeBefore > kWatchedTime) {
     closeListener();
     return;
   }

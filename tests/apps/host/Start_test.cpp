@@ -359,7 +359,7 @@ TEST_F(Start, IsEndedCleanlyBySigterm) {
 
 TEST_F(Start, TellsABalancerThatItIsBeingStoppedBeforeItRefusesConnections) {
   Host host(words());
-  EXPECT_EQ(host.get("/readyz").status, 200);
+  for (int probe = 0; probe < 2; ++probe) EXPECT_EQ(host.get("/readyz").status, 200);
   ASSERT_EQ(::kill(host.process(), SIGTERM), 0);
   HttpAnswer probe;
   EXPECT_TRUE(becomes([&] { return (probe = host.get("/readyz")).status != 200; }));
@@ -371,6 +371,24 @@ TEST_F(Start, TellsABalancerThatItIsBeingStoppedBeforeItRefusesConnections) {
   EXPECT_EQ(form.header("connection"), "close");
   EXPECT_EQ(host.waitForEnd(), 0);
   EXPECT_NE(host.log().find("\"stopped\""), std::string::npos);
+}
+
+TEST_F(Start, RefusesConnectionsAtOnceWhereReadinessWasAskedForOnce) {
+  Host host(words());
+  EXPECT_EQ(host.get("/readyz").status, 200);  // as a script does that starts a host
+  ASSERT_EQ(::kill(host.process(), SIGTERM), 0);
+  ASSERT_TRUE(becomes([&] { return host.log().find("\"stopping\"") != std::string::npos; }));
+  int lngServed = 0;
+  EXPECT_TRUE(becomes([&] {
+    try {
+      if (host.get("/healthz").status == 200) ++lngServed;
+      return false;
+    } catch (const std::runtime_error&) {
+      return true;  // refused
+    }
+  }));
+  EXPECT_EQ(lngServed, 0);
+  EXPECT_EQ(host.waitForEnd(), 0);
 }
 
 /// Whether a thread, by its file of /proc, has both signals blocked that ask the host to stop.

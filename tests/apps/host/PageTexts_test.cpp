@@ -46,7 +46,9 @@ TEST(PageTexts, AreAllThereInGerman) {
         "day.month.year, as 31.10.2026", "month/day/year, as 10/31/2026",
         "year-month-day, as 2026-10-31", "{least} to {most}", "at least {least}", "at most {most}",
         "at least {least} characters", "exactly 1 character", "exactly {most} characters",
-        "{least} to {most} characters", "at most 1 character", "at most {most} characters"}) {
+        "{least} to {most} characters", "at most 1 character", "at most {most} characters",
+        "A character did not arrive; where it was there is a \xEF\xBF\xBD. Please type it "
+        "again."}) {
     EXPECT_NE(texts.translated(strEnglish), "") << strEnglish;
   }
 }

@@ -60,7 +60,7 @@ unsigned httpPost(const std::string& strUrl,
                   const std::string& strBody, const std::stop_token& cut) {
   const Url url = urlOf(strUrl);
   const auto end = std::chrono::steady_clock::now() + kTimeout;
-  const auto places = resultBy(end, cut, [url] {
+  const auto places = resultBy(end, cut, "the lookup of the name takes too long", [url] {
     asio::io_context context;
     return asio::ip::tcp::resolver(context).resolve(url.strHost, url.strPort);
   });

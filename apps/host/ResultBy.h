@@ -11,10 +11,11 @@
 #include <utility>
 
 /// The result of a function that cannot be interrupted, as one that looks up a name. Raises
-/// std::runtime_error at the moment `end`, or when somebody cuts it short; the function then goes
-/// on in a thread of its own, so it may refer to nothing that others have.
+/// std::runtime_error with the text `late` at the moment `end`, or when somebody cuts it short; the
+/// function then goes on in a thread of its own, so it may refer to nothing that others have.
 template <class Body>
-auto resultBy(std::chrono::steady_clock::time_point end, const std::stop_token& cut, Body body) {
+auto resultBy(std::chrono::steady_clock::time_point end, const std::stop_token& cut,
+              const char* late, Body body) {
   struct Work {
     explicit Work(Body work) : task(std::move(work)) {}
     std::packaged_task<decltype(body())()> task;
@@ -32,7 +33,7 @@ auto resultBy(std::chrono::steady_clock::time_point end, const std::stop_token& 
   }).detach();
   std::unique_lock lock(work->mutex);
   if (!work->done.wait_until(lock, cut, end, [&] { return work->blnDone; })) {
-    throw std::runtime_error("it takes too long");
+    throw std::runtime_error(late);
   }
   return result.get();
 }

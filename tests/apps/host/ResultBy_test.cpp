@@ -12,8 +12,8 @@ using Clock = std::chrono::steady_clock;
 
 TEST(ResultBy, IsThatOfTheFunction) {
   const auto end = Clock::now() + std::chrono::hours(1);
-  EXPECT_EQ(resultBy(end, {}, [] { return std::string("here"); }), "here");
-  EXPECT_THROW(resultBy(end, {}, []() -> int { throw std::out_of_range("none"); }),
+  EXPECT_EQ(resultBy(end, {}, "late", [] { return std::string("here"); }), "here");
+  EXPECT_THROW(resultBy(end, {}, "late", []() -> int { throw std::out_of_range("none"); }),
                std::out_of_range);
 }
 
@@ -26,10 +26,15 @@ TEST(ResultBy, DoesNotWaitForOneThatDoesNotEnd) {
     ended->count_down();
     return 1;
   };
-  EXPECT_THROW(resultBy(Clock::now(), {}, stuck), std::runtime_error);
+  try {
+    resultBy(Clock::now(), {}, "the name takes too long", stuck);
+    ADD_FAILURE();
+  } catch (const std::runtime_error& error) {
+    EXPECT_STREQ(error.what(), "the name takes too long");
+  }
   std::stop_source cut;
   std::jthread other([&] { cut.request_stop(); });
-  EXPECT_THROW(resultBy(Clock::now() + std::chrono::hours(1), cut.get_token(), stuck),
+  EXPECT_THROW(resultBy(Clock::now() + std::chrono::hours(1), cut.get_token(), "late", stuck),
                std::runtime_error);
   released->count_down();
   ended->wait();

@@ -12,6 +12,7 @@
 #include <array>
 #include <cstdarg>
 #include <cstdio>
+#include <exception>
 #include <filesystem>
 #include <stdexcept>
 #include <utility>
@@ -31,6 +32,9 @@ thread_local std::string strPlaces;
 
 // Of the stylesheet that is being read in this thread.
 thread_local const Translation* translationNow = nullptr;
+
+// What `loadDocument` threw in this thread: no exception may pass through libxslt, which calls it.
+thread_local std::exception_ptr thrownWithin;
 
 // Set once, before any thread.
 xsltDocLoaderFunc standardLoader = nullptr;
@@ -81,19 +85,30 @@ xmlDocPtr builtInDocument(const std::string& strUri, xmlDictPtr dictionary) {
     xmlDictReference(dictionary);
   }
   const std::string_view strText = builtInFile(strUri.substr(kBuiltIn.size()));
-  xmlDocPtr const document =
+  std::unique_ptr<xmlDoc, void (*)(xmlDocPtr)> document(
       xmlCtxtReadMemory(parser.get(), strText.data(), static_cast<int>(strText.size()),
-                        strUri.c_str(), nullptr, kParserOptions);
-  if (document != nullptr && translationNow != nullptr) translate(*document, *translationNow);
-  return document;
+                        strUri.c_str(), nullptr, kParserOptions),
+      xmlFreeDoc);
+  if (document && translationNow != nullptr) translate(*document, *translationNow);
+  return document.release();
 }
 
 /// Gives the built-in stylesheets to those that import them.
 xmlDocPtr loadDocument(const xmlChar* uri, xmlDictPtr dictionary, int options, void* context,
                        xsltLoadType type) {
-  const std::string strUri(reinterpret_cast<const char*>(uri));
-  if (strUri.starts_with(kBuiltIn)) return builtInDocument(strUri, dictionary);
+  try {
+    const std::string strUri(reinterpret_cast<const char*>(uri));
+    if (strUri.starts_with(kBuiltIn)) return builtInDocument(strUri, dictionary);
+  } catch (...) {
+    thrownWithin = std::current_exception();
+    return nullptr;
+  }
   return standardLoader(uri, dictionary, options | XML_PARSE_NONET, context, type);
+}
+
+/// To be called behind each call of libxslt that may load documents.
+void throwWhatWasThrownWithin() {
+  if (thrownWithin) std::rethrow_exception(std::exchange(thrownWithin, nullptr));
 }
 
 xsltSecurityPrefsPtr restrictions() {
@@ -245,6 +260,7 @@ Stylesheet::Stylesheet(const std::string& strFile, const std::string& strBuiltIn
   compiled_->blnFixed = document != nullptr && (!blnOwn || isFixed(*document));
   // The stylesheet owns its document, unless there is none.
   if (document != nullptr) compiled_->stylesheet.reset(xsltParseStylesheetDoc(document));
+  throwWhatWasThrownWithin();
   if (!compiled_->stylesheet || compiled_->stylesheet->errors != 0) {
     throw CannotRun((blnOwn ? "page.xsl: " : "the built-in stylesheet: ") +
                     complaint(document != nullptr));
@@ -265,6 +281,7 @@ std::unique_ptr<xmlDoc, void (*)(xmlDocPtr)> Stylesheet::Compiled::transformed(
       xsltApplyStylesheetUser(stylesheet.get(), view.get(), nullptr, nullptr, nullptr,
                               context.get()),
       xmlFreeDoc);
+  throwWhatWasThrownWithin();
   if (context->state != XSLT_STATE_OK) page.reset();
   if (page && blnPlainHtml) htmlSetMetaEncoding(page.get(), characters("UTF-8"));
   return page;

@@ -5,6 +5,9 @@
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <set>
+#include <stdexcept>
+#include <string>
+#include <string_view>
 
 #include "Stylesheet.h"
 #include "apps/host/Host.h"
@@ -30,6 +33,21 @@ std::set<std::string> placesIn(const std::string& strText) {
     places.insert(strText.substr(at, strText.find('}', at) - at));
   }
   return places;
+}
+
+// libxslt asks for a stylesheet that another imports.
+TEST(PageTexts, FailWithWhatTheirTranslationFailsWithWhoeverAskedForThem) {
+  prepareStylesheets(pageFile, [](const std::string&) {});
+  const TemporaryDirectory directory;
+  const std::string strFile = directory.file(
+      "page.xsl",
+      "<xsl:stylesheet version='1.0' xmlns:xsl='http://www.w3.org/1999/XSL/Transform'>"
+      "<xsl:import href='built-in:page.xsl'/></xsl:stylesheet>");
+  const auto fail = [](std::string_view) -> std::string { throw std::out_of_range("no word"); };
+  for (const std::string& strOwn : {std::string(), strFile}) {
+    EXPECT_THROW(Stylesheet(strOwn, "page.xsl", fail), std::out_of_range) << strOwn;
+    EXPECT_NO_THROW(Stylesheet(strOwn, "page.xsl", {})) << strOwn;
+  }
 }
 
 TEST(PageTexts, AreAllThereInGerman) {

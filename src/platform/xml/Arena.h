@@ -50,6 +50,9 @@ class Arena {
     return new (take(lngCount * sizeof(Type*), alignof(Type*))) Type* [lngCount] {};
   }
 
+  /// Room for objects, aligned as any pointer.
+  char* objects(std::size_t lngBytes) { return static_cast<char*>(take(lngBytes, alignof(void*))); }
+
   /// Room for a text.
   char* room(std::size_t lngBytes) { return static_cast<char*>(take(lngBytes, 1)); }
 

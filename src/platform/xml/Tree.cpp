@@ -127,22 +127,24 @@ TreeNode* Tree::newElement(const TreeName* name) {
 }
 
 TreeNode* Tree::newLeaf(NodeKind kind, const TreeName* name, std::string_view strValue) {
-  if (strValue.size() > std::numeric_limits<std::uint32_t>::max()) throw std::bad_alloc();
   countNode();
   auto* const leaf = arena_.make<TreeNode>();
-  char* const value = arena_.room(strValue.size());
-  copyBytes(value, strValue.data(), strValue.size());
   leaf->kind = kind;
   leaf->name = name;
-  leaf->value = value;
+  leaf->value = newValue(strValue);
   leaf->lngSize = static_cast<std::uint32_t>(strValue.size());
-  lngLongest_ = std::max(lngLongest_, strValue.size());
   if (kind == NodeKind::attribute) {
     blnOther_ |= name->blnColon;
   } else {
     blnOther_ |= kind == NodeKind::cdata || kind == NodeKind::documentType;
   }
   return leaf;
+}
+
+char* Tree::newNodes(std::size_t lngCount, std::size_t lngBytes, std::size_t lngShared) {
+  for (std::size_t lngNode = 0; lngNode < lngCount; ++lngNode) countNode();
+  lngShared_ += lngShared;
+  return arena_.objects(lngBytes);
 }
 
 TreeNode* Tree::copyLeaf(const TreeNode* leaf) {

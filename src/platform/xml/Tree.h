@@ -1,12 +1,16 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <memory>
+#include <new>
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "platform/text/ShortText.h"
 #include "platform/xml/Arena.h"
 #include "platform/xml/TreeNames.h"
 
@@ -194,6 +198,19 @@ class Tree {
 
   /// A copy of a leaf of this tree, which shares its value where nothing writes over that.
   TreeNode* copyLeaf(const TreeNode* leaf);
+
+  /// A value for a leaf of this tree.
+  const char* newValue(std::string_view strValue) {
+    if (strValue.size() > std::numeric_limits<std::uint32_t>::max()) throw std::bad_alloc();
+    char* const value = arena_.room(strValue.size());
+    copyBytes(value, strValue.data(), strValue.size());
+    lngLongest_ = std::max(lngLongest_, strValue.size());
+    return value;
+  }
+
+  /// Room for copies of nodes of this tree, `lngBytes` for all. Of their values `lngShared` bytes
+  /// lie in this tree already, and nothing writes over them.
+  char* newNodes(std::size_t lngCount, std::size_t lngBytes, std::size_t lngShared);
 
   /// To be told how many attributes and declarations an element has got. kXmlFailure when they are
   /// too many.

@@ -86,10 +86,12 @@ void AnswerLog::write(const Node& objTarget, std::string_view strText) {
 }
 
 void AnswerLog::writeFrom(const Node& objSource, const Node& objTarget, std::string_view strText) {
-  const AnswerRule& rule = carried_.back().rule;
-  overwrite(objTarget, strText, rule);
-  if (!objSource) return;
-  writes_.push_back({objTarget, objSource, rule, strText.empty(), {}, {}});
+  overwrite(objTarget, strText, carried_.back().rule);
+  if (objSource) writeNew(objSource, objTarget, strText);
+}
+
+void AnswerLog::writeNew(const Node& objSource, const Node& objTarget, std::string_view strText) {
+  writes_.push_back({objTarget, objSource, carried_.back().rule, strText.empty(), {}, {}});
 }
 
 void AnswerLog::writeRow(const Node& objRow, const Node& objTarget) {

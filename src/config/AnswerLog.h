@@ -146,6 +146,8 @@ class AnswerLog {
   /// `strText` is about to be written to an element, as the answer of the source.
   void write(const Node& objTarget, std::string_view strText);
   void writeFrom(const Node& objSource, const Node& objTarget, std::string_view strText);
+  /// The same of an element that was made with the text.
+  void writeNew(const Node& objSource, const Node& objTarget, std::string_view strText);
   /// A text of all cells of a row is about to be written to an element.
   void writeRow(const Node& objRow, const Node& objTarget);
   /// An element stands for the answer in hand as a whole, unless it is decided already.

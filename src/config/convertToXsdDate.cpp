@@ -20,10 +20,15 @@ std::string convertToXsdDate(const Session& session, std::string_view strDataTyp
   return strResult;
 }
 
+bool isConverted(std::string_view strDataType) {
+  return strDataType.size() == 4 &&
+         (equalsLower(strDataType, "date") || equalsLower(strDataType, "time"));
+}
+
 std::string convertAnswer(const Session& session, std::string_view strDataType,
                           std::string_view strAnswer) {
-  const bool blnDate = equalsLower(strDataType, "date") || equalsLower(strDataType, "time");
-  return blnDate ? convertToXsdDate(session, strDataType, strAnswer) : std::string(strAnswer);
+  return isConverted(strDataType) ? convertToXsdDate(session, strDataType, strAnswer)
+                                  : std::string(strAnswer);
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -13,8 +13,10 @@ namespace Varnel_Tolv_XML_Creation {
 std::string convertToXsdDate(const Session& session, std::string_view strDataType,
                              std::string_view strValue);
 
-/// The same for an answer whose data type is "date" or "time" in any case; any other answer comes
-/// back unchanged.
+/// Whether that is done to answers of a data type: "date" or "time" in any case.
+bool isConverted(std::string_view strDataType);
+
+/// The same for an answer of such a data type; any other answer comes back unchanged.
 std::string convertAnswer(const Session& session, std::string_view strDataType,
                           std::string_view strAnswer);
 

@@ -12,34 +12,16 @@ namespace {
 
 constexpr const char* kTypes = "SchemaTypeMapperDocument/schematypes/schematype";
 
-bool isPlaceholder(const Node& objElement) {
-  return objElement.nodeName() == kValue && objElement.namespaceUri().empty();
-}
-
 }  // namespace
 
-// In document order an element that holds others comes right before the first of them, and what is
-// in an element or stands beside it comes right after it. So a look at its two neighbours in the
-// list tells whether a placeholder stands alone.
 SchemaType::SchemaType(const Node& objSchemaType) : element_(objSchemaType.identity()) {
-  Node objBefore;
-  Node objLast;  // the placeholder, where that is one
-  for (const Node& objElement : required(objSchemaType.getElementsByTagName("*"))) {
-    const Node objAbove = objElement.parentNode();
-    if (objLast && (objAbove == objLast || objAbove == objLast.parentNode())) blnPlain_ = false;
-    objLast = {};
-    if (isPlaceholder(objElement)) {
-      if (objAbove != objBefore) blnPlain_ = false;
-      if (std::optional<std::string> strId = objElement.getAttribute(kId)) {
-        placeholders_.push_back(
-            {*std::move(strId), lngPlaceholders_, elements_.empty() ? 0 : elements_.size() - 1});
-      }
-      ++lngPlaceholders_;
-      objLast = objElement;
-    } else {
-      elements_.push_back(objElement.identity());
+  std::size_t lngAt = 0;
+  for (const Node& objElement : required(objSchemaType.getElementsByTagName(kValue))) {
+    if (!objElement.namespaceUri().empty()) continue;
+    if (std::optional<std::string> strId = objElement.getAttribute(kId)) {
+      placeholders_.push_back({*std::move(strId), lngAt});
     }
-    objBefore = objElement;
+    ++lngAt;
   }
   std::stable_sort(placeholders_.begin(), placeholders_.end(),
                    [](const auto& left, const auto& right) { return left.strId < right.strId; });

@@ -12,15 +12,13 @@
 
 namespace Varnel_Tolv_XML_Creation {
 
-/// A complex type (`schematype`), whose children go into the message, with the places of its
-/// placeholders: the elements `value`, which give way to what the form says.
-/// `docs/formats.md` describes both.
+/// A complex type (`schematype`), whose children go into the message, with its placeholders: the
+/// elements `value`, which give way to what the form says. `docs/formats.md` describes both.
 class SchemaType {
  public:
   struct Placeholder {
     std::string strId;
-    std::size_t lngAt = 0;       // among all of them, in document order
-    std::size_t lngElement = 0;  // what it stands in, among `elements`; of a plain type
+    std::size_t lngAt = 0;  // among all of them, in document order
   };
 
   explicit SchemaType(const Node& objSchemaType);
@@ -28,25 +26,12 @@ class SchemaType {
   /// The identity of the `schematype`.
   const void* element() const noexcept { return element_; }
 
-  /// The identities of the elements below it, placeholders left out, in document order.
-  const std::vector<const void*>& elements() const noexcept { return elements_; }
-
-  /// Whether each placeholder is the only element in one below the type, and holds none itself.
-  /// What takes its place then leaves all other placeholders and elements alone.
-  bool isPlain() const noexcept { return blnPlain_; }
-
   /// The placeholders with this id, in document order.
   std::span<const Placeholder> find(std::string_view strId) const;
 
-  /// How many there are, those without an id included.
-  std::size_t placeholders() const noexcept { return lngPlaceholders_; }
-
  private:
   const void* element_;
-  std::vector<const void*> elements_;
   std::vector<Placeholder> placeholders_;  // those with an id, by that and their places
-  std::size_t lngPlaceholders_ = 0;
-  bool blnPlain_ = true;
 };
 
 /// The complex types of a schema type mapper, each read once and found by its id.

@@ -5,6 +5,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -15,8 +16,8 @@
 #include "config/convertToXsdDate.h"
 #include "message/GetComplexTypeFromAction.h"
 #include "message/SetAttributesUpwards.h"
+#include "platform/dom/NodePattern.h"
 #include "platform/dom/Prepared.h"
-#include "platform/xml/XmlCharacters.h"
 #include "result/Guarded.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -54,7 +55,12 @@ bool isFilledIn(const std::vector<Cell>& cells) {
 }
 
 /// Whether an id makes something else of the expression that selects its placeholders.
-bool breaksExpression(const Cell& cell) { return cell.strId.find('\'') != std::string_view::npos; }
+bool breaksExpression(std::string_view strId) { return strId.find('\'') != std::string_view::npos; }
+
+/// Whether an id becomes several values where it marks an element.
+bool isSplit(std::string_view strId) {
+  return strId.find(kIdentifierDelimiter) != std::string_view::npos;
+}
 
 /// Whether a node still stands in the row model.
 bool standsIn(const Node& objModel, const Node& objNode) {
@@ -98,7 +104,7 @@ bool RowModel::isLeft(std::size_t lngPlaceholder) const {
 
 /// The first placeholder with this id that is left, or Nothing.
 Node RowModel::placeholderOf(const Cell& cell) {
-  if (breaksExpression(cell)) {  // what it makes of it is the selection's business
+  if (breaksExpression(cell.strId)) {  // what it makes of it is the selection's business
     blnOthersGone_ = true;
     return objModel_.selectSingleNode("//value[@id='" + std::string(cell.strId) + "']");
   }
@@ -129,85 +135,12 @@ void RowModel::removePlaceholders() const {
   }
 }
 
-/// The rows of a plain complex type. An element that holds the type without its placeholders is
-/// made once for the table and copied for each row, which knows by the compiled type where its
-/// cells go: nothing is taken out, looked for or moved for a row.
-class PlainRows {
- public:
-  PlainRows(const SchemaType& type, const Node& objType, const Node& objModel,
-            const Node& objPattern);
-
-  /// Begins a row, which is a copy of the element in the document of `objParentNode`.
-  Node begin(const Node& objParentNode);
-
-  Node takePlace(const Cell& cell);
-  Node additionalInfo();
-  const Node& type() const { return objType_; }
-
- private:
-  const SchemaType& type_;
-  const Node objType_;  // where it was read
-  const Node objPattern_;
-  std::optional<std::size_t> lngAdditionalInfo_;  // its place, once asked for, or beyond the last
-  // The placeholders of the column that was last met at a place: mostly each row has the same.
-  std::vector<std::span<const SchemaType::Placeholder>> ofColumns_;
-  // Of the row at work.
-  std::optional<NodeList> colElements_;  // those of the type
-  std::size_t lngColumn_ = 0;
-  std::vector<bool> taken_;  // of the placeholders
-};
-
-/// `objModel` is a copy of the type, which is used up.
-PlainRows::PlainRows(const SchemaType& type, const Node& objType, const Node& objModel,
-                     const Node& objPattern)
-    : type_(type), objType_(objType), objPattern_(objPattern) {
-  for (const Node& objPlaceholder : placeholders(objModel)) {
-    required(objPlaceholder.parentNode().removeChild(objPlaceholder));
-  }
-  for (const Node& objChild : required(objModel.childNodes())) {
-    required(objPattern_.appendChild(objChild));
-  }
-}
-
-Node PlainRows::begin(const Node& objParentNode) {
-  Node objRowElement = objPattern_.cloneFor(objParentNode, true);
-  colElements_ = required(objRowElement.getElementsByTagName("*"));
-  lngColumn_ = 0;
-  taken_.assign(type_.placeholders(), false);
-  return objRowElement;
-}
-
-/// The element whose placeholder gave way to the cell, or Nothing.
-Node PlainRows::takePlace(const Cell& cell) {
-  if (lngColumn_ == ofColumns_.size()) ofColumns_.emplace_back();
-  std::span<const SchemaType::Placeholder>& places = ofColumns_[lngColumn_++];
-  if (places.empty() || places.front().strId != cell.strId) places = type_.find(cell.strId);
-  for (const SchemaType::Placeholder& placeholder : places) {
-    if (taken_[placeholder.lngAt]) continue;
-    taken_[placeholder.lngAt] = true;
-    return colElements_->item(placeholder.lngElement);
-  }
-  return {};
-}
-
-/// The copy of what the type has for cells without a placeholder, or Nothing.
-Node PlainRows::additionalInfo() {
-  if (!lngAdditionalInfo_) {
-    const std::vector<const void*>& elements = type_.elements();
-    const void* const element = objType_.selectSingleNode(kAdditionalInfo).identity();
-    const auto place = std::find(elements.begin(), elements.end(), element);
-    lngAdditionalInfo_ = static_cast<std::size_t>(place - elements.begin());
-  }
-  return colElements_->item(*lngAdditionalInfo_);
-}
-
 /// The marks of one row: an element with a cell has those of the cell, what it stands in those of
 /// the row. Cells that follow each other in one element mark that once: deep in a type they take as
 /// many steps as there are cells and levels, not their product.
 class RowMarks {
  public:
-  /// `objMarked` gets the row's marks elsewhere, or is Nothing.
-  RowMarks(const RowIds& ids, Node objMarked) : ids_(ids), objMarked_(std::move(objMarked)) {}
+  explicit RowMarks(const RowIds& ids) : ids_(ids) {}
 
   void mark(const Node& objPlace, std::string_view strColumnId);
 
@@ -218,10 +151,7 @@ class RowMarks {
 
 void RowMarks::mark(const Node& objPlace, std::string_view strColumnId) {
   const std::array<std::string_view, 3> identifiers = {ids_.strTableId, ids_.strRowId, strColumnId};
-  const bool blnSplit = std::any_of(identifiers.begin(), identifiers.end(), [](auto strId) {
-    return strId.find(kIdentifierDelimiter) != std::string_view::npos;
-  });
-  if (!blnSplit) {
+  if (std::none_of(identifiers.begin(), identifiers.end(), isSplit)) {
     SetAttributesUpwards(objPlace, kIdentifierNames, identifiers, objMarked_);
     objMarked_ = objPlace.parentNode();
     return;
@@ -231,28 +161,41 @@ void RowMarks::mark(const Node& objPlace, std::string_view strColumnId) {
                        ids_.strTableId + "~" + ids_.strRowId + "~" + std::string(strColumnId));
 }
 
+/// Where a cell went.
+struct CellPlace {
+  Node objElement;         // Nothing: nowhere
+  bool blnMarked = false;  // it and what it stands in have the row's marks
+};
+
+std::string_view typeOf(const Cell& cell) { return attributeView(cell.objColumn, "columntype"); }
+
+/// The cell has no place in the message.
+void noteLost(const Session& session, const Cell& cell, const Node& objType) {
+  if (session.answers) {
+    session.answers->loseCell(cell.objColumn, reason::kCellWithoutPlace, objType);
+  }
+}
+
 /// Puts one cell into a row, where that has a place for it.
-template <class Row>
-void placeCell(const Session& session, Row& row, RowMarks& marks, const Cell& cell) {
-  const std::string strValue =
-      convertAnswer(session, attributeView(cell.objColumn, "columntype"), cell.strValue);
+CellPlace placeCell(const Session& session, RowModel& row, RowMarks& marks, const Cell& cell) {
+  const std::string strValue = convertAnswer(session, typeOf(cell), cell.strValue);
   if (const Node objPlace = row.takePlace(cell)) {
     if (session.answers) session.answers->writeFrom(cell.objColumn, objPlace, strValue);
     objPlace.setText(strValue);
-    return marks.mark(objPlace, cell.strId);
+    marks.mark(objPlace, cell.strId);
+    return {objPlace, true};
   }
   const Node objAdditionalInfo = row.additionalInfo();
-  if (!objAdditionalInfo) {  // the cell has no place in the message
-    if (session.answers) {
-      session.answers->loseCell(cell.objColumn, reason::kCellWithoutPlace, row.type());
-    }
-    return;
+  if (!objAdditionalInfo) {
+    noteLost(session, cell, row.type());
+    return {};
   }
   const Node objCopy = objAdditionalInfo.cloneFor(objAdditionalInfo, true);
   objCopy.setText(strValue);
   objCopy.setAttribute(kId, cell.strId);
   const Node objPlaced = required(objAdditionalInfo.parentNode().appendChild(objCopy));
   if (session.answers) session.answers->writeFrom(cell.objColumn, objPlaced, strValue);
+  return {objPlaced, false};
 }
 
 void setRowIds(const Node& objRowElement, const RowIds& ids) {
@@ -260,16 +203,10 @@ void setRowIds(const Node& objRowElement, const RowIds& ids) {
   objRowElement.setAttribute(kQuestionId, ids.strTableId);
 }
 
-/// An element that a row of the table can be a copy of: its marks stand in their order.
-Node rowElement(const Document& objSendXML, std::string_view strNodeName,
-                const std::string& strTableId) {
-  Node objRowElement = required(objSendXML.createElement(strNodeName));
-  setRowIds(objRowElement, {strTableId, ""});
-  return objRowElement;
-}
-
 Acknowledge appendRow(const Session& session, const Document& objSendXML, const Node& objParentNode,
-                      const Node& objModel, std::string_view strNodeName, const RowIds& ids) {
+                      const Node& objModel, std::string_view strNodeName, const RowIds& ids,
+                      Node& objPlacedRow) {
+  objPlacedRow = Node();
   const Node objRowElement = objSendXML.createElement(strNodeName);
   if (!objRowElement || !objModel) return {};
 
@@ -282,9 +219,111 @@ Acknowledge appendRow(const Session& session, const Document& objSendXML, const 
     const Node objPlaced = required(objRowElement.appendChild(objChild));
     if (session.answers) session.answers->placed(objChild, objPlaced);
   }
-  required(objParentNode.appendChild(objRowElement));
+  objPlacedRow = required(objParentNode.appendChild(objRowElement));
   setRowIds(objRowElement, ids);
   return {};
+}
+
+/// A row that was made cell by cell. As long as the rows of a table have the same columns they
+/// differ in their ids and values only, so others can be copies of it.
+class MadeRow {
+ public:
+  MadeRow(Node objRow, const RowIds& ids, const std::vector<Cell>& cells,
+          std::vector<CellPlace> places);
+
+  /// Whether another row can be a copy.
+  bool isLike(const RowIds& ids, const std::vector<Cell>& cells);
+
+  /// That row, which stands nowhere yet.
+  Node copyFor(const Session& session, const RowIds& ids, const std::vector<Cell>& cells,
+               const Node& objType) const;
+
+ private:
+  std::optional<NodePattern> makePattern() const;
+
+  Node objRow_;
+  std::vector<std::string_view> columns_;  // the ids of its cells, borrowed as they are
+  std::vector<CellPlace> places_;          // of the cells
+  std::size_t lngTableId_;                 // the bytes of the table's id
+  bool blnOnlyOne_;                        // an id is split or breaks the expression, or so
+  std::optional<NodePattern> pattern_;     // once another row is a copy
+};
+
+MadeRow::MadeRow(Node objRow, const RowIds& ids, const std::vector<Cell>& cells,
+                 std::vector<CellPlace> places)
+    : objRow_(std::move(objRow)),
+      places_(std::move(places)),
+      lngTableId_(ids.strTableId.size()),
+      blnOnlyOne_(isSplit(ids.strTableId) || isSplit(ids.strRowId)) {
+  columns_.reserve(cells.size());
+  for (const Cell& cell : cells) {
+    columns_.push_back(cell.strId);
+    blnOnlyOne_ = blnOnlyOne_ || isSplit(cell.strId) || breaksExpression(cell.strId);
+  }
+}
+
+bool MadeRow::isLike(const RowIds& ids, const std::vector<Cell>& cells) {
+  if (blnOnlyOne_ || isSplit(ids.strRowId) || cells.size() != columns_.size()) return false;
+  for (std::size_t lngCell = 0; lngCell < cells.size(); ++lngCell) {
+    if (cells[lngCell].strId != columns_[lngCell]) return false;
+  }
+  if (!pattern_) pattern_ = makePattern();
+  blnOnlyOne_ = !pattern_;
+  return !blnOnlyOne_;
+}
+
+/// The values of a copy are those of the cells and the id of the row. There is no pattern where a
+/// cell has been written over, nor where a cell without a place is beside one that has its place in
+/// the model of additional information: its marks are not told from what that had before.
+std::optional<NodePattern> MadeRow::makePattern() const {
+  if (!NodePattern::isPossible(objRow_)) return std::nullopt;
+  const std::size_t lngRowId = places_.size();
+  std::vector<NodePattern::Place> leaves = {{objRow_.getNamedItem(kRowIndex), lngRowId}};
+  std::size_t lngWritten = lngTableId_;
+  std::unordered_set<const void*> marked = {objRow_.identity()};  // all above is marked too
+  for (std::size_t lngCell = 0; lngCell < places_.size(); ++lngCell) {
+    const auto& [objElement, blnMarked] = places_[lngCell];
+    if (!objElement) continue;
+    const Node objText = required(objElement.childNodes()).item(0);
+    if (!objText) return std::nullopt;
+    leaves.push_back({objText, lngCell});
+    lngWritten += columns_[lngCell].size();
+    if (!blnMarked && objElement.getNamedItem(kRowIndex)) return std::nullopt;
+    for (Node objMark = blnMarked ? objElement : objRow_; marked.insert(objMark.identity()).second;
+         objMark = objMark.parentNode()) {
+      if (!objMark) return std::nullopt;
+      leaves.push_back({objMark.getNamedItem(kRowIndex), lngRowId});
+      lngWritten += lngTableId_;
+    }
+  }
+  return NodePattern::of(objRow_, leaves, lngWritten);
+}
+
+Node MadeRow::copyFor(const Session& session, const RowIds& ids, const std::vector<Cell>& cells,
+                      const Node& objType) const {
+  std::vector<std::string> converted;
+  converted.reserve(cells.size());
+  std::vector<std::string_view> values;
+  values.reserve(cells.size() + 1);
+  for (const Cell& cell : cells) {
+    const std::string_view strType = typeOf(cell);
+    values.push_back(isConverted(strType)
+                         ? converted.emplace_back(convertToXsdDate(session, strType, cell.strValue))
+                         : cell.strValue);
+  }
+  values.push_back(ids.strRowId);
+  if (!session.answers) return pattern_->copy(values);
+
+  std::vector<Node> filled(values.size());
+  Node objRow = pattern_->copy(values, filled);
+  for (std::size_t lngCell = 0; lngCell < cells.size(); ++lngCell) {
+    if (places_[lngCell].objElement) {
+      session.answers->writeNew(cells[lngCell].objColumn, filled[lngCell], values[lngCell]);
+    } else {
+      noteLost(session, cells[lngCell], objType);
+    }
+  }
+  return objRow;
 }
 
 }  // namespace
@@ -308,15 +347,12 @@ Acknowledge AddComplexTypeFromTableRows(const Session& session, const Document& 
       return Failure(SVC_RET_XML_CREATION_TBL_ROW_SELECTION_FAILED, strDetail, strDetail);
     }
     const SchemaType* const compiled = compiledType(objSchemaTypeMapper, strActionId);
-    // A name that is none is an error of the first row, behind those of its cells.
-    const bool blnPlain = compiled && compiled->isPlain() && isQualifiedName(strNodeName) &&
-                          prefixOf(strNodeName) != "xmlns";
-    std::optional<PlainRows> plainRows;  // once a row needs it
-    std::optional<SchemaType> ownType;   // the same, where none is compiled
+    std::optional<SchemaType> ownType;  // the same, where none is compiled
+    std::optional<MadeRow> madeRow;     // the last one
     for (const Node& objRow : *colRows) {
       const RowIds ids{strTableId, attributeText(objRow, kId)};
-      const Node objModel = blnPlain ? Node() : objComplexType.cloneFor(objParentNode, true);
-      if (!blnPlain && !objModel) {
+      const Node objModel = compiled ? Node() : objComplexType.cloneFor(objParentNode, true);
+      if (!compiled && !objModel) {
         return Failure(SVC_RET_XML_CREATION_CMPLX_TYPE_CLONE_FAILED,
                        "Cloning the complex type has failed", kUserMessage);
       }
@@ -328,27 +364,22 @@ Acknowledge AddComplexTypeFromTableRows(const Session& session, const Document& 
       const std::vector<Cell> cells = readCells(*colColumns);
       if (!isFilledIn(cells)) continue;
 
-      if (blnPlain && std::none_of(cells.begin(), cells.end(), breaksExpression)) {
-        if (!plainRows) {
-          plainRows.emplace(*compiled, nodeOf(objSchemaTypeMapper, compiled->element()),
-                            objComplexType.cloneFor(objParentNode, true),
-                            rowElement(objSendXML, strNodeName, strTableId));
-        }
-        const Node objRowElement = plainRows->begin(objParentNode);
-        RowMarks marks(ids, objRowElement);
-        for (const Cell& cell : cells) placeCell(session, *plainRows, marks, cell);
-        required(objParentNode.appendChild(objRowElement));
-        setRowIds(objRowElement, ids);
+      if (madeRow && madeRow->isLike(ids, cells)) {
+        required(objParentNode.appendChild(madeRow->copyFor(session, ids, cells, objComplexType)));
         continue;
       }
       if (!compiled && !ownType) ownType.emplace(objComplexType);
       RowModel model(objModel ? objModel : objComplexType.cloneFor(objParentNode, true),
                      compiled ? *compiled : *ownType);
-      RowMarks marks(ids, {});
-      for (const Cell& cell : cells) placeCell(session, model, marks, cell);
+      RowMarks marks(ids);
+      std::vector<CellPlace> places;
+      for (const Cell& cell : cells) places.push_back(placeCell(session, model, marks, cell));
       model.removePlaceholders();
-      objAck = appendRow(session, objSendXML, objParentNode, model.type(), strNodeName, ids);
+      Node objPlacedRow;
+      objAck = appendRow(session, objSendXML, objParentNode, model.type(), strNodeName, ids,
+                         objPlacedRow);
       if (!objAck.Success()) return objAck;
+      if (compiled && objPlacedRow) madeRow.emplace(objPlacedRow, ids, cells, std::move(places));
     }
     return {};
   });

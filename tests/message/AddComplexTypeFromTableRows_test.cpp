@@ -9,6 +9,7 @@
 #include <string>
 
 #include "SchemaTypes.h"
+#include "config/AnswerLog.h"
 #include "support/Faults.h"
 #include "support/Messages.h"
 
@@ -246,22 +247,102 @@ TEST(AddComplexTypeFromTableRows, MarksWhatManyCellsStandInOnce) {
     strColumns += "<column id='" + strId + "' value='v'/>";
   }
   for (std::size_t i = 0; i < kLevels; ++i) strType += "</g>";
-  for (const bool blnCompiled : {true, false}) {
-    SCOPED_TRACE(blnCompiled);
+  const std::string strRow = "<row id='1'>" + strColumns + "</row>";
+  {
+    // A row is made of a type that may change, beside the message.
     CountedOperations operations(1'000'000);
-    // A row is made as a copy in the message, or of a type that may change, beside that.
-    Scene scene(strType, "<row id='1'>" + strColumns + "</row>",
-                {.types = blnCompiled ? nullptr : &operations, .message = &operations},
-                blnCompiled);
+    Scene scene(strType, strRow, {.types = &operations, .message = &operations});
     EXPECT_TRUE(Succeeded(scene.add()));
     const std::size_t lngSet = operations.of(DomOperation::setAttribute);
     // Three for each cell, two for each level, and a few for the row itself.
     EXPECT_GE(lngSet, 3 * kCells + 2 * kLevels) << "all are counted";
     EXPECT_LE(lngSet, 3 * kCells + 2 * kLevels + 6);
-    EXPECT_EQ(scene.objSendXML.selectNodes("//a[@questionId='T1'][@rowIndex='1']")->length(),
-              kCells);
-    EXPECT_EQ(scene.objSendXML.selectNodes("//g[@questionId='T1'][@rowIndex='1']")->length(),
-              kLevels);
+  }
+  // The second row is a copy of the first.
+  Scene scene(strType, strRow + strRow);
+  EXPECT_TRUE(Succeeded(scene.add()));
+  EXPECT_EQ(scene.objSendXML.selectNodes("//a[@questionId='T1'][@rowIndex='1']")->length(),
+            2 * kCells);
+  EXPECT_EQ(scene.objSendXML.selectNodes("//g[@questionId='T1'][@rowIndex='1']")->length(),
+            2 * kLevels);
+}
+
+/// What the rows of a table become, and what is noted of each cell.
+std::string madeOf(const std::string& strType, const std::string& strRows, bool blnReadOnly) {
+  Scene scene(strType, strRows, blnReadOnly);
+  AnswerLog log(true);
+  log.take(scene.objParkTable);
+  scene.session.answers = &log;
+  const Acknowledge objAck = scene.add();
+  std::string strMade = objAck.Success() ? scene.rows() : objAck.ErrorDetail();
+  const NodeList colElements = *scene.objSendXML.documentElement().getElementsByTagName("*");
+  for (const AnswerLog::Write& write : log.writes()) {
+    std::size_t lngElement = 0;
+    while (lngElement < colElements.length() &&
+           colElements.item(lngElement).identity() != write.objTarget.identity()) {
+      ++lngElement;
+    }
+    strMade += "\n" + write.objSource.xml() + " to " + std::to_string(lngElement) +
+               (write.blnEmpty ? " empty " : " ") + std::string(write.strGone);
+  }
+  for (const AnswerLog::Loss& loss : log.losses()) {
+    strMade += "\n" + loss.objSource.xml() + " " + std::string(loss.strReason) + " at line " +
+               std::to_string(loss.rule.lngLine);
+  }
+  return strMade;
+}
+
+// Of a type that may change each row is made by itself.
+TEST(AddComplexTypeFromTableRows, MakesTheSameOfManyRowsAsOfEach) {
+  const std::string types[] = {
+      "<m:name><value id='a'/></m:name><m:dose k='v'>t<value id='b'/></m:dose><z/>",
+      "<g rowIndex='5'><h><x><value id='b'/></x></h><y><value id='a'/></y></g><h rowIndex=''/>",
+      "<x><value id='a'/><value id='b'/></x><y/>",     // one place for both
+      "<x><y><value id='b'/></y><value id='a'/></x>",  // written over
+      "<value id='a'/><x><value id='b'/></x>",         // at the top
+      "<x><value id='a'><value id='b'/></value></x>",  // one in the other
+      "<x><value id='a'/></x><pbr:AdditionalInfo k='v'><u/></pbr:AdditionalInfo>",
+      "<pbr:AdditionalInfo><value id='a'/></pbr:AdditionalInfo>",  // marked, then copied
+      "<pbr:AdditionalInfo rowIndex='5'><y><value id='b'/></y></pbr:AdditionalInfo>",
+      "<x><value id='b'/></x><pbr:AdditionalInfo rowIndex='5'/>",
+      "<x><pbr:AdditionalInfo/><value id='a'/></x>",   // not at the top
+      "<x><value id='a'/></x><y><value id='a'/></y>",  // two places for one
+      "\n<x>\n<value id='b'/></x>",                    // none for the other
+      "<x xmlns='urn:x'><value xmlns='' id='a'/></x><m:y m:rowIndex='3'><value id='b'/></m:y>",
+      "",
+  };
+  const std::string rows[] = {
+      "<row id='1'><column id='a' value='A'/><column id='b' value='B'/></row>",
+      "<row id='2'><column id='a' value=''/><column id='b' value='b &amp; c'/></row>",
+      "<row id='3'><column id='a' value=' '/><column id='b'/></row>",
+      "<row><column id='a' value='no id'/><column id='b' value='7'/></row>",
+      "<row id='5'><column id='a' value=''/><column id='b' value=''/></row>",  // blank
+      "<row id='6~7'><column id='a' value='split'/><column id='b' value='v'/></row>",
+      "<row id='7'><column id='b' value='other'/><column id='a' value='order'/></row>",
+      "<row id='8'><column id='b' value='again'/><column id='a' value='so'/></row>",
+      "<row id='9'><column id='a' value='less'/></row>",
+      "<row id='10'><column id='a' value='1'/><column id='a' value='2'/></row>",
+      "<row id='11'><column id='a' value='3'/><column id='a' value=''/></row>",
+      "<row id='12'><column id='a' columntype='date' value='5 March 2026'/>"
+      "<column id='b' columntype='TIME' value='5 March 2026'/></row>",
+      "<row id='13'><column id='a' columntype='date' value='never'/>"
+      "<column id='b' value='5 March 2026'/></row>",
+      "<row id='14'><column id='a~b' value='1'/><column value='2'/></row>",
+      "<row id='15'><column id='a~b' value='3'/><column value='4'/></row>",
+      "<row id='16'><column id=\"' or '1'='1\" value='5'/><column id='b' value='6'/></row>",
+      "<row id='17'><column id=\"' or '1'='1\" value='7'/><column id='b' value='8'/></row>",
+      "<row id='18'><column id=\"it's\" value='9'/></row>",
+  };
+  std::string strAll;
+  for (const std::string& strRow : rows) strAll += strRow;
+  for (const std::string& strType : types) {
+    SCOPED_TRACE(strType);
+    EXPECT_EQ(madeOf(strType, strAll, true), madeOf(strType, strAll, false));
+    for (const std::string& strRow : rows) {
+      const std::string strThree = strRow + rows[0] + rows[1] + strRow + strRow;
+      SCOPED_TRACE(strThree);
+      EXPECT_EQ(madeOf(strType, strThree, true), madeOf(strType, strThree, false));
+    }
   }
 }
 

@@ -1,11 +1,10 @@
 #include "park/ParkProtTable.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -16,38 +15,16 @@
 #include "config/Names.h"
 #include "config/SubmittedCells.h"
 #include "park/ComputedCell.h"
+#include "park/GridRows.h"
+#include "platform/dom/NodePattern.h"
 #include "platform/host/WebRequest.h"
 #include "platform/text/Conversions.h"
 #include "platform/text/Text.h"
 #include "platform/xml/XmlCharacters.h"
-#include "platform/xpath/XPathNumber.h"
 #include "result/Guarded.h"
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {
-
-/// The rows of a fixed grid by their number, all read once: what a selection of row[@id=N] finds.
-/// Ids like "01" are numbers too.
-class GridRows {
- public:
-  explicit GridRows(const Node& objTable) {
-    const std::optional<NodeList> colRows = objTable.selectNodes(kRow);
-    if (!colRows) return;
-    for (const Node& objRow : *colRows) {
-      const double dblNumber = xpathNumber(attributeText(objRow, kId));
-      if (!std::isnan(dblNumber)) firstByNumber_.try_emplace(dblNumber, objRow);
-    }
-  }
-
-  /// The first row with this number, or Nothing.
-  Node find(std::int64_t lngNumber) const {
-    const auto found = firstByNumber_.find(static_cast<double>(lngNumber));
-    return found == firstByNumber_.end() ? Node() : found->second;
-  }
-
- private:
-  std::unordered_map<double, Node> firstByNumber_;
-};
 
 /// Notes in the log of answers, which is there, at which form field the parking of a table ends.
 void noteFailure(const Session& session, const std::string& strTableId, std::string_view strWhy) {
@@ -100,7 +77,10 @@ class TableParking {
   std::vector<std::string_view> columnsRead() const;
   Acknowledge readCell(const CellDefinition& cell, RowValues& row);
   Acknowledge readRow(RowValues& row);
+  Acknowledge makeRow(const RowValues& row, Node& objRow) const;
   Acknowledge addCell(const Node& objRow, std::size_t lngCell, const RowValues& row) const;
+  std::optional<NodePattern> patternOfFirstRow() const;
+  std::span<const std::string_view> valuesOf(const RowValues& row);
   void noteBlank(const RowValues& row) { blnOnlyRowBlank_ = lngRowCount_ == 1 && row.blnBlank; }
 
   const Session& session_;
@@ -114,6 +94,9 @@ class TableParking {
   std::optional<std::vector<CellDefinition>> cells_;  // read with the first row
   bool blnOnlyRowBlank_ = false;
   std::string strName_ = strCellPrefix_;  // of the form field that is read
+  Node objFirstRow_;                      // of those that were added
+  std::optional<NodePattern> pattern_;    // of that one, once there is a second
+  std::vector<std::string_view> values_;  // of a copy
 };
 
 Acknowledge rowMissing() {
@@ -207,19 +190,51 @@ Acknowledge TableParking::parkNewRow(std::int32_t lngRow) {
     return {};
   }
 
-  if (!objRow) objRow = objDocument_.createElement(kRow);
-  if (!objRow) return rowMissing();
-  if (blnNumbered_) objRow.setAttribute(kId, row.number());
-  for (std::size_t lngCell = 0; lngCell < cells_->size(); ++lngCell) {
-    objAck = addCell(objRow, lngCell, row);
+  if (objFirstRow_ && !pattern_ && NodePattern::isPossible(objFirstRow_)) {
+    pattern_ = patternOfFirstRow();
+  }
+  if (pattern_) {
+    objRow = pattern_->copy(valuesOf(row));
+  } else {
+    objAck = makeRow(row, objRow);
     if (!objAck.Success()) return objAck;
   }
-  if (!objTable_.appendChild(objRow)) {
+  objRow = objTable_.appendChild(objRow);
+  if (!objRow) {
     return Failure(SVC_RET_XML_CREATION_APPEND_ROW_NODE_FAILED,
                    "Appending the row node to the table failed",
                    "An error occurred appending the row node to the table failed");
   }
+  if (!objFirstRow_) objFirstRow_ = objRow;
   return {};
+}
+
+/// Fills a row, which is made here when it was not yet.
+Acknowledge TableParking::makeRow(const RowValues& row, Node& objRow) const {
+  if (!objRow) objRow = objDocument_.createElement(kRow);
+  if (!objRow) return rowMissing();
+  if (blnNumbered_) objRow.setAttribute(kId, row.number());
+  for (std::size_t lngCell = 0; lngCell < cells_->size(); ++lngCell) {
+    Acknowledge objAck = addCell(objRow, lngCell, row);
+    if (!objAck.Success()) return objAck;
+  }
+  return {};
+}
+
+/// Rows differ in their values and their numbers only.
+std::optional<NodePattern> TableParking::patternOfFirstRow() const {
+  std::vector<NodePattern::Place> places;
+  for (const Node& objCell : required(objFirstRow_.childNodes())) {
+    places.push_back({objCell.getNamedItem(kValue), places.size()});
+  }
+  if (blnNumbered_) places.push_back({objFirstRow_.getNamedItem(kId), places.size()});
+  return NodePattern::of(objFirstRow_, places);
+}
+
+std::span<const std::string_view> TableParking::valuesOf(const RowValues& row) {
+  values_.assign(row.values.begin(), row.values.end());
+  values_.push_back(row.number());
+  return values_;
 }
 
 Acknowledge TableParking::readDefinitions() {

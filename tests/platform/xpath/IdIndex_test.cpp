@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+#include <string>
+
 #include "platform/xpath/SelectionTree.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -34,6 +37,26 @@ TEST(IdIndex, JoinsAnIdThatLiesInPieces) {
   index.build(tree.document());
   EXPECT_EQ(index.find("onetwo").size(), 1U);
   EXPECT_TRUE(index.find("one").empty());
+}
+
+TEST(IdIndex, FindsTheElementsOfManyIds) {
+  std::string strXml = "<r>";
+  std::map<std::string, std::string> expected;
+  for (int lngElement = 0; lngElement < 3000; ++lngElement) {
+    const std::string strId = std::to_string(lngElement * lngElement % 1009);
+    const std::string strName = "e" + std::to_string(lngElement);
+    strXml.append("<").append(strName).append(" id='").append(strId).append("'/>");
+    std::string& strList = expected[strId];
+    strList.append(strList.empty() ? "" : " ").append(strName).append("#").append(strId);
+  }
+  const Tree tree = parsedTree(strXml + "</r>");
+  IdIndex index;
+  index.build(tree.document());
+  EXPECT_EQ(expected.size(), 505);  // the squares by this number, and nothing
+  for (const auto& [strId, strElements] : expected) {
+    EXPECT_EQ(described(index.find(strId)), strElements);
+  }
+  EXPECT_EQ(described(index.find("1009")), "");
 }
 
 TEST(IdIndex, ForgetsTheEarlierTree) {

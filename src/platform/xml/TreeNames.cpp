@@ -121,8 +121,8 @@ const TreeName* TreeNames::make(Arena& arena, std::string_view strPrefix, std::s
   const std::string_view strQualified = qualifiedName(arena, strPrefix, strLocal);
 
   auto* const name = arena.make<TreeName>();
-  name->prefix = part(arena, strPrefix);
-  name->uri = plain ? plain->uri : part(arena, strUri);
+  name->prefix = blnPlain ? part(arena, {}) : part(arena, strPrefix, lastPrefix_);
+  name->uri = plain ? plain->uri : part(arena, strUri, lastUri_);
   name->strQualified = strQualified;
   name->strLocal = strQualified.substr(strQualified.size() - strLocal.size());
   name->plain = plain ? plain : name;
@@ -152,6 +152,12 @@ NamePart* TreeNames::findPart(std::string_view strText, std::size_t lngHash) con
 
 const NamePart* TreeNames::findPart(std::string_view strText) const noexcept {
   return findPart(strText, hashOf(strText));
+}
+
+/// The same; mostly it is that of the name that was made before.
+const NamePart* TreeNames::part(Arena& arena, std::string_view strText, const NamePart*& last) {
+  if (!last || !isSame(last->strText, strText)) last = part(arena, strText);
+  return last;
 }
 
 const NamePart* TreeNames::part(Arena& arena, std::string_view strText) {

@@ -82,12 +82,15 @@ class TreeNames {
                        std::string_view strUri, std::size_t lngHash) const noexcept;
   const TreeName* make(Arena& arena, std::string_view strPrefix, std::string_view strLocal,
                        std::string_view strUri, std::size_t lngHash);
+  const NamePart* part(Arena& arena, std::string_view strText, const NamePart*& last);
   const NamePart* part(Arena& arena, std::string_view strText);
   NamePart* findPart(std::string_view strText, std::size_t lngHash) const noexcept;
 
   void countOne();
 
   Buckets<NamePart> parts_;
+  const NamePart* lastPrefix_ = nullptr;  // of a name that was made
+  const NamePart* lastUri_ = nullptr;
   Buckets<TreeName> names_;
   std::size_t lngBytes_ = 0;
   std::size_t lngLongest_ = 0;

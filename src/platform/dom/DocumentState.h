@@ -49,8 +49,8 @@ struct DocumentContent {
   LibraryTreeCache libraryTree;
   KeptModels models;
 
-  /// The names of attributes that were set, by where their texts lie: most are constants.
-  std::array<const TreeName*, 16> attributeNames{};
+  /// The names of attributes that were set, by their lengths and ends.
+  std::array<const TreeName*, 32> attributeNames{};
 
   /// The values of attributes that were added last, by where their texts lay: the rows of a table
   /// have many that are the same.
@@ -111,7 +111,10 @@ struct DocumentState {
   const TreeName* attributeName(std::string_view strName) {
     auto& content = const_cast<DocumentContent&>(*content_);
     if (strName.empty() || settings.blnReadOnly) return nullptr;
-    const TreeName*& name = entryFor(content.attributeNames, strName.data());
+    const auto lngEnds = 2 * static_cast<unsigned char>(strName.front()) +
+                         static_cast<unsigned char>(strName.back());
+    const TreeName*& name =
+        content.attributeNames[(strName.size() + lngEnds) % content.attributeNames.size()];
     if (!name || !isSame(name->strQualified, strName)) {
       name = content.tree.names().find(strName, {});
     }
@@ -120,7 +123,9 @@ struct DocumentState {
 
   /// The value of the attribute that was added last with a value that lay there, or near.
   std::string_view& lastValueFrom(const char* value) {
-    return entryFor(const_cast<DocumentContent&>(*content_).attributeValues, value);
+    auto& values = const_cast<DocumentContent&>(*content_).attributeValues;
+    const auto lngAddress = reinterpret_cast<std::uintptr_t>(value);
+    return values[(lngAddress ^ lngAddress >> 4) % values.size()];
   }
 
   /// Accounts for text that is about to be written, in place of `lngBefore` bytes that go. Refuses,
@@ -192,13 +197,6 @@ struct DocumentState {
   std::vector<std::pair<const void*, KeptModels::Model>> models;   // that were asked for
 
  private:
-  /// The entry that the address of a text chooses.
-  template <class Entry, std::size_t lngSize>
-  static Entry& entryFor(std::array<Entry, lngSize>& table, const char* text) noexcept {
-    const auto lngAddress = reinterpret_cast<std::uintptr_t>(text);
-    return table[(lngAddress ^ lngAddress >> 4) % lngSize];
-  }
-
   static void changingIds(DocumentContent& content, const TreeNode* parent,
                           const TreeNode* ids) noexcept;
   [[noreturn]] void refuseSize() const;

@@ -77,10 +77,10 @@ void SaxValidator::startElement(std::string_view /*strNamespaceURI*/,
 SaxValidator::Place* SaxValidator::placeBelow(std::string_view strQName) {
   Place*& likely = ended_ ? ended_->followedBy : here_->firstBelow;
   if (likely && likely->strName == strQName) return likely;
-  const auto below = here_->below.find(strQName);
-  if (below != here_->below.end()) return likely = below->second;
+  const auto below = here_->below.lower_bound(strQName);
+  if (below != here_->below.end() && below->first == strQName) return likely = below->second;
   Place& place = places_.emplace_back(&memory_, here_, strQName);
-  here_->below.emplace(place.strName, &place);
+  here_->below.emplace_hint(below, place.strName, &place);
   return likely = &place;
 }
 

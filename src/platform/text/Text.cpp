@@ -27,6 +27,14 @@ std::size_t brokenBytes(std::string_view strText) {
   return 1;
 }
 
+/// With how many bytes of ASCII a text begins.
+std::size_t asciiBytes(std::string_view strText) {
+  const auto first = std::find_if(strText.begin(), strText.end(), [](char byte) {
+    return static_cast<unsigned char>(byte) >= 0x80;
+  });
+  return static_cast<std::size_t>(first - strText.begin());
+}
+
 /// The same for a byte that belongs to no character.
 std::int32_t lowerCase(std::int32_t lngCodePoint) {
   if (lngCodePoint >= 0x80) return utf8proc_tolower(lngCodePoint);
@@ -134,6 +142,10 @@ std::string replaceInvalidUtf8(std::string_view strBytes) {
   std::string strText;
   strText.reserve(strBytes.size());
   while (!strBytes.empty()) {
+    const std::size_t lngAscii = asciiBytes(strBytes);
+    strText += strBytes.substr(0, lngAscii);
+    strBytes.remove_prefix(lngAscii);
+    if (strBytes.empty()) break;
     const Utf8Character character = firstCharacter(strBytes);
     const std::size_t lngBytes =
         character.isCharacter() ? character.lngBytes : brokenBytes(strBytes);
@@ -146,20 +158,17 @@ std::string replaceInvalidUtf8(std::string_view strBytes) {
 std::string percentDecoded(std::string_view strEncoded) {
   std::string strDecoded;
   strDecoded.reserve(strEncoded.size());
-  while (!strEncoded.empty()) {
-    char byte = strEncoded.front();
-    if (byte == '%' && strEncoded.size() > 2) {
-      const int lngHigh = hexDigit(strEncoded[1]);
-      const int lngLow = hexDigit(strEncoded[2]);
-      if (lngHigh >= 0 && lngLow >= 0) {
-        byte = static_cast<char>(lngHigh * 16 + lngLow);
-        strEncoded.remove_prefix(2);
-      }
-    }
-    strDecoded += byte;
-    strEncoded.remove_prefix(1);
+  while (true) {
+    const std::size_t lngPlain = std::min(strEncoded.find('%'), strEncoded.size());
+    strDecoded += strEncoded.substr(0, lngPlain);
+    strEncoded.remove_prefix(lngPlain);
+    if (strEncoded.empty()) return strDecoded;
+    const int lngHigh = strEncoded.size() > 2 ? hexDigit(strEncoded[1]) : -1;
+    const int lngLow = strEncoded.size() > 2 ? hexDigit(strEncoded[2]) : -1;
+    const bool blnEscape = lngHigh >= 0 && lngLow >= 0;
+    strDecoded += blnEscape ? static_cast<char>(lngHigh * 16 + lngLow) : '%';
+    strEncoded.remove_prefix(blnEscape ? 3 : 1);
   }
-  return strDecoded;
 }
 
 std::string_view beginningOf(std::string_view strText, std::size_t lngMost) noexcept {

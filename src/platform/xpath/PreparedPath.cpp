@@ -10,9 +10,11 @@
 namespace Varnel_Tolv_XML_Creation {
 
 std::uint32_t PathNames::number(std::string_view strPrefix, std::string_view strLocal) {
+  std::string strName(strPrefix);
+  if (!strPrefix.empty()) strName += ':';
+  strName += strLocal;
   const auto [known, blnNew] =
-      numbers_.try_emplace(std::pair<std::string, std::string>(strPrefix, strLocal),
-                           static_cast<std::uint32_t>(names_.size()));
+      numbers_.try_emplace(std::move(strName), static_cast<std::uint32_t>(names_.size()));
   if (blnNew) names_.push_back({std::string(strPrefix), std::string(strLocal)});
   return known->second;
 }

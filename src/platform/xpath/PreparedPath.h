@@ -35,7 +35,7 @@ class PathNames {
 
  private:
   std::vector<Name> names_;
-  std::map<std::pair<std::string, std::string>, std::uint32_t, std::less<>> numbers_;
+  std::map<std::string, std::uint32_t, std::less<>> numbers_;  // by the names as written
 };
 
 /// An expression as a selection takes it. It is borrowed.

@@ -89,11 +89,12 @@ CommandLine readCommandLine(std::vector<std::string> words) {
     CLI::App* const one = app.add_subcommand(command.name, command.help);
     one->set_version_flag("--version", kVersion);
     one->footer(exitStatus(command));
+    names.emplace_back(command.name);
+    if (std::ranges::find(words, command.name) == words.end()) continue;  // nobody asks for its own
     addOptions(command, *one);
     if (command.operands) {
       one->add_option(command.operands, operands)->type_name("")->required();
     }
-    names.emplace_back(command.name);
   }
 
   try {

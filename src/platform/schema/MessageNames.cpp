@@ -25,7 +25,7 @@ std::string MessageName::expanded() const {
 }
 
 MessageNames::MessageNames(const NameTable* schemaNames, std::span<const std::string_view> setAside)
-    : schemaNames_(schemaNames), setAside_(setAside), names_(2048) {}
+    : schemaNames_(schemaNames), setAside_(setAside) {}
 
 const MessageName& MessageNames::of(const xmlChar* local, const xmlChar* prefix,
                                     const xmlChar* uri) {

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <new>
 #include <string_view>
+#include <utility>
 
 #include "platform/xml/TreeBudget.h"
 #include "platform/xml/TreeLimits.h"
@@ -37,11 +38,11 @@ class Arena {
   TreeShare& share() noexcept { return share_; }
   const TreeShare& share() const noexcept { return share_; }
 
-  /// A new object, which is never destroyed. std::bad_alloc when there is no memory, kXmlFailure
-  /// when too much was taken, as for all here.
-  template <class Type>
-  Type* make() {
-    return new (take(sizeof(Type), alignof(Type))) Type();
+  /// A new object of these parts, which is never destroyed. std::bad_alloc when there is no memory,
+  /// kXmlFailure when too much was taken, as for all here.
+  template <class Type, class... Parts>
+  Type* make(Parts&&... parts) {
+    return new (take(sizeof(Type), alignof(Type))) Type{std::forward<Parts>(parts)...};
   }
 
   /// `lngCount` zero pointers.

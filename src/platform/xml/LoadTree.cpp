@@ -99,7 +99,7 @@ class TreeBuilder {
   std::string strText_;
   std::array<bool, kMaxDepth + 1> keepsSpace_ = {};  // for each open element
   std::size_t depth_ = 0;
-  NamesByPlace<const TreeName*> names_{128};
+  NamesByPlace<const TreeName*> names_;
 };
 
 void onStartDocument(void* context) {

@@ -15,14 +15,12 @@ namespace Varnel_Tolv_XML_Creation {
 /// What is known of the names of a document, by the places of their parts. A parser keeps each part
 /// in one place for as long as it reads, so that the texts of a name have to be looked at once.
 ///
-/// A table with open addressing, at most half full. Where the places are decides no more than how
-/// far a name is from its slot: a look takes one or two comparisons on average.
+/// A table with open addressing, from an eighth to half full once it has grown. Where the places
+/// are decides no more than how far a name is from its slot: a look takes one or two comparisons on
+/// average.
 template <class Known>
 class NamesByPlace {
  public:
-  /// Room for half as many names as slots, which are a power of two, before they become more.
-  explicit NamesByPlace(std::size_t lngSlots) : slots_(lngSlots) {}
-
   /// What is known of a name, for as long as this lives: what `make` returns when the name is new.
   /// Prefix and URI are null for none.
   template <class Make>
@@ -30,10 +28,7 @@ class NamesByPlace {
                    const Make& make) {
     const Entry*& slot = slotFor(local, prefix, uri);
     if (slot) return slot->known;
-    const Known known = make();
-    auto* const entry = arena_.make<Entry>();
-    *entry = {local, prefix, uri, known};
-    slot = entry;
+    const Entry* const entry = slot = arena_.make<Entry>(local, prefix, uri, make());
     if (2 * ++lngEntries_ > slots_.size()) grow();
     return entry->known;
   }
@@ -71,14 +66,17 @@ class NamesByPlace {
   }
 
   void grow() {
-    const auto before = std::exchange(slots_, std::vector<const Entry*>(2 * slots_.size()));
+    const auto before = std::exchange(slots_, std::vector<const Entry*>(4 * slots_.size()));
     for (const Entry* entry : before) {
       if (entry) slotFor(entry->local, entry->prefix, entry->uri) = entry;
     }
   }
 
+  // Most documents have few names, and clearing the slots of many costs more than reading those.
+  static constexpr std::size_t kFirstSlots = 128;  // a power of two, as all that follow
+
   Arena arena_;
-  std::vector<const Entry*> slots_;
+  std::vector<const Entry*> slots_ = std::vector<const Entry*>(kFirstSlots);
   std::size_t lngEntries_ = 0;
 };
 

@@ -13,7 +13,7 @@ namespace {
 
 TEST(NamesByPlace, AsksOnceForEachNameHoweverManyThereAre) {
   const std::array<xmlChar, 3000> texts{};
-  NamesByPlace<std::size_t> names(4);
+  NamesByPlace<std::size_t> names;
   std::size_t lngAsked = 0;
   std::vector<const std::size_t*> colKnown;
   for (int round = 0; round < 2; ++round) {
@@ -34,7 +34,7 @@ TEST(NamesByPlace, AsksOnceForEachNameHoweverManyThereAre) {
 TEST(NamesByPlace, TellsNamesApartByEachOfTheirParts) {
   const std::array<xmlChar, 4> texts{};
   const xmlChar* const parts[] = {nullptr, &texts[1], &texts[2], &texts[3]};
-  NamesByPlace<int> names(16);
+  NamesByPlace<int> names;
   int lngMade = 0;
   for (const xmlChar* prefix : parts) {
     for (const xmlChar* uri : parts) {

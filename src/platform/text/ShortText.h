@@ -5,9 +5,9 @@
 #include <cstring>
 #include <string_view>
 
-// Copies and comparisons of texts that are a few bytes long, as names and answers are, without a
-// call for them: the first and the last bytes of a piece are taken as one word each, which may
-// overlap.
+// Copies, comparisons and hashes of texts that are a few bytes long, as names and answers are,
+// without a call for them: the first and the last bytes of a piece are taken as one word each,
+// which may overlap.
 
 namespace Varnel_Tolv_XML_Creation {
 
@@ -54,6 +54,33 @@ inline bool isSame(std::string_view strText, std::string_view strOther) noexcept
     if (strText[at] != strOther[at]) return false;
   }
   return true;
+}
+
+inline constexpr std::uint64_t kHashFactor = 0x9E3779B97F4A7C15;
+
+/// The same for texts that are the same.
+inline std::uint64_t hashOf(std::string_view strText) noexcept {
+  constexpr std::size_t kWord = sizeof(std::uint64_t);
+  const char* const bytes = strText.data();
+  const std::size_t lngSize = strText.size();
+  std::uint64_t lngHash = lngSize * kHashFactor;
+  const auto mix = [&](std::uint64_t lngWord) {
+    lngHash = (lngHash ^ lngWord) * kHashFactor;
+    lngHash ^= lngHash >> 32U;
+  };
+  if (lngSize >= kWord) {
+    for (std::size_t at = 0; at + kWord < lngSize; at += kWord)
+      mix(wordAt<std::uint64_t>(bytes + at));
+    mix(wordAt<std::uint64_t>(bytes + lngSize - kWord));
+  } else if (lngSize >= sizeof(std::uint32_t)) {
+    const auto lngLast = wordAt<std::uint32_t>(bytes + lngSize - sizeof(std::uint32_t));
+    mix(std::uint64_t{wordAt<std::uint32_t>(bytes)} << 32U | lngLast);
+  } else {
+    std::uint64_t lngWord = 0;
+    for (const char byte : strText) lngWord = lngWord << 8U | static_cast<unsigned char>(byte);
+    mix(lngWord);
+  }
+  return lngHash;
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

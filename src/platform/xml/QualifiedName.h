@@ -1,8 +1,9 @@
 #pragma once
 
-#include <algorithm>
+#include <cstddef>
 #include <string_view>
 
+#include "platform/text/ShortText.h"
 #include "platform/xml/Arena.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -14,9 +15,10 @@ inline std::string_view qualifiedName(Arena& arena, std::string_view strPrefix,
   if (strPrefix.empty()) return arena.copy(strLocal);
   const std::size_t lngSize = strPrefix.size() + 1 + strLocal.size();
   char* const name = arena.room(lngSize + 1);
-  char* end = std::copy(strPrefix.begin(), strPrefix.end(), name);
-  *end++ = ':';
-  *std::copy(strLocal.begin(), strLocal.end(), end) = '\0';
+  copyBytes(name, strPrefix.data(), strPrefix.size());
+  name[strPrefix.size()] = ':';
+  copyBytes(name + strPrefix.size() + 1, strLocal.data(), strLocal.size());
+  name[lngSize] = '\0';
   return {name, lngSize};
 }
 

@@ -1,7 +1,6 @@
 #include "platform/xml/TreeNames.h"
 
 #include <algorithm>
-#include <cstring>
 #include <utility>
 
 #include "platform/text/ShortText.h"
@@ -15,42 +14,12 @@ namespace {
 // By chance no bucket holds more than some ten names: so many are made to be slow.
 constexpr std::size_t kMostAlike = 100;
 
-constexpr std::size_t kOdd = 0x9E3779B97F4A7C15;
-
-/// Eight bytes at a time: names are short, and looked up more often than anything else. The last
-/// ones of a longer text may overlap those before them.
-std::size_t hashOf(std::string_view strText) noexcept {
-  const std::size_t lngSize = strText.size();
-  std::size_t lngHash = lngSize * kOdd;
-  std::size_t lngWord = 0;
-  const auto mix = [&] {
-    lngHash = (lngHash ^ lngWord) * kOdd;
-    lngHash ^= lngHash >> 32;
-  };
-  if (lngSize >= sizeof lngWord) {
-    for (std::size_t at = 0; at + sizeof lngWord < lngSize; at += sizeof lngWord) {
-      std::memcpy(&lngWord, strText.data() + at, sizeof lngWord);
-      mix();
-    }
-    std::memcpy(&lngWord, strText.data() + lngSize - sizeof lngWord, sizeof lngWord);
-  } else if (lngSize >= sizeof(std::uint32_t)) {
-    std::uint32_t lngFirst = 0;
-    std::uint32_t lngLast = 0;
-    std::memcpy(&lngFirst, strText.data(), sizeof lngFirst);
-    std::memcpy(&lngLast, strText.data() + lngSize - sizeof lngLast, sizeof lngLast);
-    lngWord = std::size_t{lngFirst} << 32 | lngLast;
-  } else {
-    for (const char byte : strText) lngWord = lngWord << 8 | static_cast<unsigned char>(byte);
-  }
-  mix();
-  return lngHash;
-}
-
 /// The same in every table.
-std::size_t hashOf(std::string_view strPrefix, std::string_view strLocal, std::string_view strUri) {
+std::size_t hashOfName(std::string_view strPrefix, std::string_view strLocal,
+                       std::string_view strUri) {
   std::size_t lngHash = hashOf(strLocal);
-  if (!strPrefix.empty()) lngHash = (lngHash + hashOf(strPrefix)) * kOdd;
-  if (!strUri.empty()) lngHash = (lngHash ^ hashOf(strUri)) * kOdd;
+  if (!strPrefix.empty()) lngHash = (lngHash + hashOf(strPrefix)) * kHashFactor;
+  if (!strUri.empty()) lngHash = (lngHash ^ hashOf(strUri)) * kHashFactor;
   return lngHash ^ (lngHash >> 29);  // not by 32, which would undo what `hashOf` did last
 }
 
@@ -96,12 +65,12 @@ const TreeName* TreeNames::find(std::string_view strPrefix, std::string_view str
 }
 
 const TreeName* TreeNames::find(std::string_view strLocal, std::string_view strUri) const {
-  return find({}, strLocal, strUri, hashOf({}, strLocal, strUri));
+  return find({}, strLocal, strUri, hashOfName({}, strLocal, strUri));
 }
 
 const TreeName* TreeNames::get(Arena& arena, std::string_view strPrefix, std::string_view strLocal,
                                std::string_view strUri) {
-  const std::size_t lngHash = hashOf(strPrefix, strLocal, strUri);
+  const std::size_t lngHash = hashOfName(strPrefix, strLocal, strUri);
   const TreeName* const known = find(strPrefix, strLocal, strUri, lngHash);
   return known ? known : make(arena, strPrefix, strLocal, strUri, lngHash);
 }

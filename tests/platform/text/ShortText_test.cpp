@@ -24,6 +24,20 @@ TEST(ShortText, IsTheSameWhenNoByteDiffers) {
   }
 }
 
+TEST(ShortText, HasAHashToWhichEachByteCounts) {
+  for (std::size_t lngSize = 0; lngSize <= kLongest; ++lngSize) {
+    SCOPED_TRACE(lngSize);
+    const std::string strText = kText.substr(0, lngSize);
+    EXPECT_EQ(hashOf(strText), hashOf(std::string(strText)));
+    EXPECT_NE(hashOf(strText), hashOf(kText.substr(0, lngSize + 1))) << "one is longer";
+    for (std::size_t lngAt = 0; lngAt < lngSize; ++lngAt) {
+      std::string strOther = strText;
+      strOther[lngAt] = '\0';
+      EXPECT_NE(hashOf(strText), hashOf(strOther)) << lngAt;
+    }
+  }
+}
+
 TEST(ShortText, IsCopiedWholeAndNoFurther) {
   for (std::size_t lngSize = 0; lngSize <= kLongest; ++lngSize) {
     SCOPED_TRACE(lngSize);

@@ -1,7 +1,5 @@
 #include "platform/schema/component/Names.h"
 
-#include <functional>
-
 namespace Varnel_Tolv_XML_Creation {
 
 std::string ExpandedName::text() const {
@@ -9,8 +7,7 @@ std::string ExpandedName::text() const {
 }
 
 NameTable::Key NameTable::keyOf(std::string_view strUri, std::string_view strLocal) noexcept {
-  const std::hash<std::string_view> hash;
-  return {hash(strLocal) * 31 + hash(strUri), strUri, strLocal};
+  return {hashOf(strLocal) * 31 + hashOf(strUri), strUri, strLocal};
 }
 
 NameTable::NameTable() { names_.emplace_back(); }  // kNoName

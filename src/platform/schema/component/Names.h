@@ -8,6 +8,8 @@
 #include <unordered_map>
 #include <vector>
 
+#include "platform/text/ShortText.h"
+
 namespace Varnel_Tolv_XML_Creation {
 
 /// A namespace (empty: none) and a local name.
@@ -39,7 +41,10 @@ class NameTable {
     std::size_t lngHash;  // once computed, enough to find a name and to add it
     std::string_view strUri;
     std::string_view strLocal;
-    bool operator==(const Key&) const noexcept = default;
+    bool operator==(const Key& other) const noexcept {
+      return lngHash == other.lngHash && isSame(strLocal, other.strLocal) &&
+             isSame(strUri, other.strUri);
+    }
   };
   struct Hash {
     std::size_t operator()(const Key& key) const noexcept { return key.lngHash; }

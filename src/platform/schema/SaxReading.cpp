@@ -225,11 +225,9 @@ void SaxReading::parse(std::string_view strText) {
   }
 }
 
-/// Refuses what a document may not have either. The parser knows some names of itself.
+/// Refuses what a document may not have either.
 bool SaxReading::isWithinLimits(std::size_t lngAttributes) {
-  constexpr std::size_t kOwnNames = 16;
-  const auto lngNames = static_cast<std::size_t>(xmlDictSize(parser_->dict));
-  if (lngNames > kMaxNames + kOwnNames) {
+  if (hasTooManyNames(parser_.get())) {
     refuseHere(kTooManyNames);
   } else if (lngAttributes > kMaxAttributes) {
     refuseHere(kTooManyAttributes);

@@ -24,9 +24,6 @@ namespace {
 // another, so the tags of all entities together bound its stack.
 constexpr std::ptrdiff_t kMaxEntityTags = 2048;
 
-// The names that the parser knows of itself.
-constexpr std::size_t kOwnNames = 16;
-
 // What an attribute or a namespace that a document type adds costs beside its text.
 constexpr std::size_t kDefaultBytes = 64;
 
@@ -98,6 +95,12 @@ std::string parserReason(const char* message) {
   return oneLine(message ? message : "The text could not be parsed.");
 }
 
+bool hasTooManyNames(void* context) noexcept {
+  constexpr std::size_t kOwnNames = 16;  // that the parser knows of itself
+  const int names = xmlDictSize(static_cast<xmlParserCtxt*>(context)->dict);
+  return static_cast<std::size_t>(names) > kMaxNames + kOwnNames;
+}
+
 struct ParserCallbacks {
   static void onReport(void* context, xmlError* report) {
     GuardedParser& self = GuardedParser::of(context);
@@ -149,11 +152,6 @@ struct ParserCallbacks {
     GuardedParser& self = GuardedParser::of(context);
     if (hasTooManyNames(context)) return self.stop(context, kTooManyNames);
     self.instruction(context, target, content);
-  }
-
-  static bool hasTooManyNames(void* context) {
-    const int names = xmlDictSize(static_cast<xmlParserCtxt*>(context)->dict);
-    return static_cast<std::size_t>(names) > kMaxNames + kOwnNames;
   }
 
   /// Without limits of its own the parser must not meet an entity: one that was not foreseen.

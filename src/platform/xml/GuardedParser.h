@@ -105,6 +105,9 @@ class GuardedParser {
   bool blnDocumentTypeAllowed_ = true;
 };
 
+/// Whether the parser of this context has met more names than a document may use.
+bool hasTooManyNames(void* context) noexcept;
+
 /// What a report of the parser says, in one line; null stands for a parse that failed without one.
 std::string parserReason(const char* message);
 

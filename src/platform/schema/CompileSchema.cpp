@@ -20,7 +20,6 @@
 #include "platform/xml/SerialiseXml.h"
 #include "platform/xml/ServedDocuments.h"
 #include "platform/xml/Tree.h"
-#include "platform/xml/XmlLibrary.h"
 #include "platform/xml/XmlMemory.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -194,7 +193,6 @@ std::string inPaths(std::string strReason, const SchemaDocuments& documents) {
 }  // namespace
 
 void checkByCompiler(const SchemaDocuments& documents, std::string_view strPath) {
-  prepareXmlLibrary();
   const MemoryWatch memory;
   const std::vector<HeavyContent> heavy = heavyContents(documents);
   const auto textOf = [&](std::size_t lngDocument) {

@@ -11,7 +11,6 @@
 #include "platform/xml/SerialiseXml.h"
 #include "platform/xml/TreeLimits.h"
 #include "platform/xml/XmlCharacters.h"
-#include "platform/xml/XmlLibrary.h"
 #include "platform/xml/XmlMemory.h"
 #include "platform/xml/XmlTree.h"
 
@@ -193,7 +192,6 @@ void SaxReading::parse(std::string_view strText) {
     return refuse(XML_ERR_INVALID_CHAR, "An invalid character was found in text content.", 0, 0);
   }
   const MemoryWatch memory;
-  prepareXmlLibrary();
   parser_.reset(xmlNewParserCtxt());
   if (!parser_) throw std::bad_alloc();
   parser_->_private = this;

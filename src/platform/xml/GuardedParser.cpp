@@ -13,7 +13,6 @@
 #include "platform/xml/DecodeXml.h"
 #include "platform/xml/ReadXmlFile.h"
 #include "platform/xml/TreeLimits.h"
-#include "platform/xml/XmlLibrary.h"
 #include "platform/xml/XmlTree.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -229,7 +228,6 @@ struct ParserCallbacks {
 };
 
 GuardedParser::GuardedParser() {
-  prepareXmlLibrary();
   parser_.reset(xmlNewParserCtxt());
   if (!parser_) throw std::bad_alloc();
   parser_->_private = this;

@@ -8,7 +8,8 @@
 namespace Varnel_Tolv_XML_Creation {
 
 /// Hears what libxml2 raises on this thread outside of any parser or other context, for as long as
-/// it lives; what the host has set to hear it is back afterwards. Watches may be nested.
+/// it lives; what the host has set to hear it is back afterwards. Watches may be nested. The
+/// library is prepared for use.
 class MemoryWatch {
  public:
   MemoryWatch() noexcept;

@@ -28,7 +28,9 @@ ExhaustiveValidator::ExhaustiveValidator(const SchemaComponents& components, Mes
       identifiers_(reporter_),
       attributes_(components, names, lookup_, reporter_, identifiers_),
       identities_(components.names(), lookup_, reporter_),
-      missing_(reporter_, components.names()) {}
+      missing_(reporter_, components.names()) {
+  open_.reserve(kUsualDepth);
+}
 
 void ExhaustiveValidator::start(const StartTag& tag) {
   MessagePlace& here = reporter_.here();

@@ -238,12 +238,8 @@ void SaxReading::onStart(const xmlChar* local, const xmlChar* prefix, const xmlC
                          std::size_t attributeCount, const xmlChar** attributes,
                          std::span<const std::string_view> marks) {
   if (open_.empty()) openNames(uri);
-  StartTag tag;
-  tag.name = &names_->of(local, prefix, uri);
-  tag.namespaceCount = namespaceCount;
-  tag.namespaces = namespaces;
-  tag.attributeCount = attributeCount;
-  tag.attributes = attributes;
+  const StartTag tag{&names_->of(local, prefix, uri), namespaceCount, namespaces, attributeCount,
+                     attributes};
   if (open_.size() == static_cast<std::size_t>(kMaxDepth)) return refuseHere(kTooDeep);
   open_.push_back(tag.name);
   flushText();
@@ -264,6 +260,7 @@ void SaxReading::openNames(const xmlChar* rootUri) {
   const auto& aside = settings_.parts.setAside;
   components_ = components;
   names_.emplace(components ? &components->names() : nullptr, aside);
+  open_.reserve(kUsualDepth);
   if (!components) return;
   const bool blnKnown = settings_.parts.handler &&
                         std::any_of(aside.begin(), aside.end(), [&](std::string_view strName) {

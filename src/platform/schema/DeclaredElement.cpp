@@ -1,7 +1,6 @@
 #include "platform/schema/DeclaredElement.h"
 
 #include <algorithm>
-#include <array>
 
 #include "platform/schema/component/Components.h"
 #include "platform/schema/value/AtomicType.h"
@@ -28,12 +27,12 @@ const AtomicType* atomicNamed(std::string_view strName) {
   return found == types.end() ? nullptr : &*found;
 }
 
+/// The name of the primitive type that a built-in one comes from.
 std::string_view primitiveName(const AtomicType& type) {
-  constexpr std::array<std::string_view, 19> kNames = {
-      "string",    "boolean",      "decimal",    "float", "double",    "duration", "dateTime",
-      "time",      "date",         "gYearMonth", "gYear", "gMonthDay", "gDay",     "gMonth",
-      "hexBinary", "base64Binary", "anyURI",     "QName", "NOTATION"};
-  return kNames.at(static_cast<std::size_t>(type.primitive));
+  const auto found = std::ranges::find_if(AtomicType::all(), [&](const AtomicType& other) {
+    return other.strBase == "anySimpleType" && other.primitive == type.primitive;
+  });
+  return found->strName;
 }
 
 std::string wholeNumber(const Decimal& number) {
@@ -101,8 +100,6 @@ std::optional<std::size_t> ValueRules::maxLength() const noexcept {
 const TypeDefinition& DeclaredElement::type() const noexcept { return *declaration_->type; }
 
 QualifiedName DeclaredElement::name() const { return nameOf(*schema_, declaration_->name); }
-
-QualifiedName DeclaredElement::typeName() const { return nameOf(*schema_, type().name); }
 
 bool DeclaredElement::abstract() const noexcept { return declaration_->blnAbstract; }
 

@@ -71,7 +71,6 @@ class VARNEL_EXPORT DeclaredElement {
   bool operator==(const DeclaredElement&) const = default;
 
   QualifiedName name() const;
-  QualifiedName typeName() const;  // empty for an anonymous type
   bool abstract() const noexcept;
   bool nillable() const noexcept;
   std::optional<std::string> defaultValue() const;

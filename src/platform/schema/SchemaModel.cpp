@@ -170,12 +170,6 @@ SchemaPlace SchemaModel::at(std::span<const QualifiedName> path) const {
   return place;
 }
 
-bool SchemaModel::declaresElement(const QualifiedName& name) const {
-  if (!usable()) return false;
-  const SchemaComponents& schema = *impl_->components;
-  return schema.declaresElement(schema.names().find(name.strUri, name.strLocal));
-}
-
 bool SchemaModel::declaresType(const QualifiedName& name) const {
   if (!usable()) return false;
   const SchemaComponents& schema = *impl_->components;

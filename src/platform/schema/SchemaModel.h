@@ -80,9 +80,6 @@ class VARNEL_EXPORT SchemaModel {
   /// What stands at a path: the names of the steps from the root on.
   SchemaPlace at(std::span<const QualifiedName> path) const;
 
-  /// Whether an element of this name is declared anywhere, globally or inside a type.
-  bool declaresElement(const QualifiedName& name) const;
-
   /// Whether there is a type of this name that an element can say to be of: a global one, or one of
   /// XML Schema's own.
   bool declaresType(const QualifiedName& name) const;

@@ -94,7 +94,7 @@ void AttributeChecks::takeUnstated(const TypeDefinition& type) {
     const ExpandedName& expanded = components_.names()[use.declaration->name];
     if (use.blnRequired) {
       const std::string strName = expanded.text();
-      reporter_.report({.kind = Violation::Kind::missingAttribute,
+      reporter_.report({.kind = ViolationKind::missingAttribute,
                         .lngCode = XML_SCHEMAV_CVC_COMPLEX_TYPE_4,
                         .strName = strName});
     } else if (use.value.kind != ValueConstraint::Kind::none) {
@@ -111,7 +111,7 @@ void AttributeChecks::takeUnstated(const TypeDefinition& type) {
 void AttributeChecks::reportValue(const Stated& attribute, std::int32_t lngCode,
                                   std::vector<ValueFaults::FailedFacet> facets,
                                   std::string strWords, const SimpleType* type) {
-  reporter_.report({.kind = Violation::Kind::attributeValue,
+  reporter_.report({.kind = ViolationKind::attributeValue,
                     .lngCode = lngCode,
                     .strName = attribute.name.strWritten,
                     .facets = std::move(facets),
@@ -122,7 +122,7 @@ void AttributeChecks::reportValue(const Stated& attribute, std::int32_t lngCode,
 
 void AttributeChecks::reportUndeclared(const Stated& attribute, std::int32_t lngCode) {
   if (!reporter_.wantsUndeclared(attribute.name)) return;
-  reporter_.report({.kind = Violation::Kind::undeclaredAttribute,
+  reporter_.report({.kind = ViolationKind::undeclaredAttribute,
                     .lngCode = lngCode,
                     .strName = attribute.name.strWritten,
                     .strValue = tag_->value(attribute.lngIndex)});

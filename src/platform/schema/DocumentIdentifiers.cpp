@@ -33,7 +33,7 @@ void DocumentIdentifiers::report(const Reference& identifier, IdentityFault faul
                                  const std::string& strWhat) {
   const MessageName* attribute = identifier.attribute;
   reporter_.report(
-      {.kind = Violation::Kind::identity,
+      {.kind = ViolationKind::identity,
        .lngCode = XML_SCHEMAV_CVC_IDC,
        .strWords =
            libraryWords(*identifier.element, strWhat, attribute ? attribute->expanded() : ""),

@@ -149,7 +149,7 @@ std::optional<ExhaustiveValidator::Placement> ExhaustiveValidator::placeMisplace
     if (reporter_.wantsParts()) missing_.next(lngDepth, name);
   } else {
     Violation violation = {
-        .kind = Violation::Kind::invalidContent,
+        .kind = ViolationKind::unexpectedChild,
         .lngCode = parent.blnNilled ? XML_SCHEMAV_CVC_ELT_3_2_1 : XML_SCHEMAV_ELEMENT_CONTENT};
     if (parent.cursor) violation.expected = parent.cursor->expected(reporter_.namesWanted());
     if (parent.cursor && reporter_.wantsParts()) {
@@ -277,7 +277,7 @@ void ExhaustiveValidator::checkComplete(OpenElement& element) {
   if (!element.cursor && model.emptiable()) return;
   if (!element.cursor) element.cursor.emplace(model);
   if (element.cursor->complete()) return;
-  Violation violation = {.kind = Violation::Kind::incompleteContent,
+  Violation violation = {.kind = ViolationKind::missingChild,
                          .lngCode = XML_SCHEMAV_ELEMENT_CONTENT,
                          .expected = element.cursor->expected(reporter_.namesWanted())};
   if (reporter_.wantsParts()) violation.missing = missing_.atEnd(*element.cursor);
@@ -306,18 +306,17 @@ const ValueConstraint& ExhaustiveValidator::constraintOf(const OpenElement& elem
 
 void ExhaustiveValidator::reportUndeclared(const MessageName& name, std::int32_t lngCode) {
   reporter_.report(
-      {.kind = Violation::Kind::undeclaredElement, .lngCode = lngCode, .strName = name.strWritten});
+      {.kind = ViolationKind::undeclaredElement, .lngCode = lngCode, .strName = name.strWritten});
 }
 
 void ExhaustiveValidator::reportText(std::int32_t lngCode, std::string_view strText) {
-  reporter_.report(
-      {.kind = Violation::Kind::textNotAllowed, .lngCode = lngCode, .strValue = strText});
+  reporter_.report({.kind = ViolationKind::text, .lngCode = lngCode, .strValue = strText});
 }
 
 void ExhaustiveValidator::reportValue(const OpenElement& element, std::int32_t lngCode,
                                       std::vector<ValueFaults::FailedFacet> facets,
                                       std::string strWords, std::string_view strText) {
-  reporter_.report({.kind = Violation::Kind::elementValue,
+  reporter_.report({.kind = ViolationKind::value,
                     .lngCode = lngCode,
                     .strName = element.name->strWritten,
                     .facets = std::move(facets),

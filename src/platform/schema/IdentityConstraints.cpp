@@ -334,7 +334,7 @@ void IdentityConstraints::reportKey(const IdentityConstraint& constraint, Identi
 
 void IdentityConstraints::report(const IdentityConstraint& constraint, const Violation& violation) {
   Violation told = violation;
-  told.kind = Violation::Kind::identity;
+  told.kind = ViolationKind::identity;
   told.lngCode = XML_SCHEMAV_CVC_IDC;
   const std::string strName = names_[constraint.name].text();
   told.strConstraint = strName;

@@ -63,7 +63,7 @@ void MissingContent::next(std::size_t lngDepth, const MessageName& child) {
   Content* content = contentAt(lngDepth);
   if (!content || content->cursor.accept(child.id, child.strUri) || isLate(*content, child)) return;
   misplaced(*content, child,
-            {.kind = Violation::Kind::invalidContent, .expected = expectedBy(content->cursor)});
+            {.kind = ViolationKind::unexpectedChild, .expected = expectedBy(content->cursor)});
 }
 
 std::vector<const ElementDeclaration*> MissingContent::expectedBy(
@@ -104,7 +104,7 @@ void MissingContent::end(std::size_t lngDepth) {
   Content* content = contentAt(lngDepth);
   if (!content) return;
   if (!content->cursor.complete()) {
-    content->violations.push_back(reporter_.partsOf({.kind = Violation::Kind::incompleteContent,
+    content->violations.push_back(reporter_.partsOf({.kind = ViolationKind::missingChild,
                                                      .expected = expectedBy(content->cursor),
                                                      .missing = atEnd(content->cursor)}));
   }

@@ -28,33 +28,6 @@ void append(std::string& strText, std::initializer_list<std::string_view> parts)
   for (const std::string_view part : parts) strText += part;
 }
 
-ViolationKind kindOf(Violation::Kind kind) noexcept {
-  using Kind = Violation::Kind;
-  switch (kind) {
-    case Kind::undeclaredElement:
-      return ViolationKind::undeclaredElement;
-    case Kind::invalidContent:
-      return ViolationKind::unexpectedChild;
-    case Kind::incompleteContent:
-      return ViolationKind::missingChild;
-    case Kind::textNotAllowed:
-      return ViolationKind::text;
-    case Kind::undeclaredAttribute:
-      return ViolationKind::undeclaredAttribute;
-    case Kind::missingAttribute:
-      return ViolationKind::missingAttribute;
-    case Kind::elementValue:
-      return ViolationKind::value;
-    case Kind::attributeValue:
-      return ViolationKind::attributeValue;
-    case Kind::identity:
-      return ViolationKind::identity;
-    case Kind::other:
-      break;
-  }
-  return ViolationKind::other;
-}
-
 void addFacets(std::string& strMessage, const std::vector<ValueFaults::FailedFacet>& facets) {
   for (const ValueFaults::FailedFacet& failed : facets) {
     const std::size_t first = strMessage.size();
@@ -83,7 +56,7 @@ void ViolationReporter::report(const Violation& violation) {
 }
 
 void ViolationReporter::reportSentences(const Violation& violation) {
-  using Kind = Violation::Kind;
+  using Kind = ViolationKind;
   if (!sink_ || (violation.kind == Kind::undeclaredAttribute && !blnUndeclaredAttributes_)) return;
   strMessage_.clear();
   switch (violation.kind) {
@@ -91,15 +64,15 @@ void ViolationReporter::reportSentences(const Violation& violation) {
       append(strMessage_,
              {"The element '", violation.strName, "' is used but not declared in the DTD/Schema."});
       break;
-    case Kind::invalidContent:
+    case Kind::unexpectedChild:
       strMessage_ = "Element content is invalid according to the DTD/Schema.";
       addExpected(violation.expected);
       break;
-    case Kind::incompleteContent:
+    case Kind::missingChild:
       strMessage_ = "Element content is incomplete according to the DTD/Schema.";
       addExpected(violation.expected);
       break;
-    case Kind::textNotAllowed:
+    case Kind::text:
       strMessage_ = "Text is not allowed in this context according to DTD/Schema.";
       break;
     case Kind::undeclaredAttribute:
@@ -109,12 +82,12 @@ void ViolationReporter::reportSentences(const Violation& violation) {
     case Kind::missingAttribute:
       append(strMessage_, {"Required attribute '", violation.strName, "' is missing."});
       break;
-    case Kind::elementValue:
+    case Kind::value:
     case Kind::attributeValue:
       if (!violation.strWords.empty()) append(strMessage_, {violation.strWords, kNewLine});
       addFacets(strMessage_, violation.facets);
       append(strMessage_,
-             {violation.kind == Kind::elementValue ? "The element: '" : "The attribute: '",
+             {violation.kind == Kind::value ? "The element: '" : "The attribute: '",
               violation.strName, "'  has an invalid value according to its data type."});
       break;
     case Kind::identity:
@@ -131,7 +104,7 @@ void ViolationReporter::reportOther(std::int32_t lngCode, std::string strWords,
 }
 
 void ViolationReporter::tellParts(const Violation& violation) {
-  const bool blnOfAttribute = violation.kind == Violation::Kind::undeclaredAttribute;
+  const bool blnOfAttribute = violation.kind == ViolationKind::undeclaredAttribute;
   const std::string_view strAttribute = blnOfAttribute ? violation.strName : violation.strAttribute;
   const auto& aside = parts_.setAside;
   if (std::find(aside.begin(), aside.end(), strAttribute) != aside.end()) return;
@@ -139,12 +112,12 @@ void ViolationReporter::tellParts(const Violation& violation) {
 }
 
 ViolationParts ViolationReporter::partsOf(const Violation& violation) const {
-  using Kind = Violation::Kind;
+  using Kind = ViolationKind;
   const bool blnNamed = violation.kind == Kind::undeclaredAttribute ||
                         violation.kind == Kind::missingAttribute ||
                         violation.kind == Kind::attributeValue;
   ViolationParts parts;
-  parts.kind = kindOf(violation.kind);
+  parts.kind = violation.kind;
   parts.place = violation.place ? *violation.place : here_;
   parts.strAttribute = blnNamed ? violation.strName : violation.strAttribute;
   parts.strValue = violation.strValue;
@@ -181,9 +154,7 @@ void ViolationReporter::addExpected(const std::vector<const ElementDeclaration*>
   append(strMessage_, {kNewLine, "Expecting: "});
   for (std::size_t index = 0; index < lngTold; ++index) {
     if (index > 0) strMessage_ += ", ";
-    const ExpandedName& name = names_[expected[index]->name];
-    if (!name.strUri.empty()) append(strMessage_, {"{", name.strUri, "}"});
-    strMessage_ += name.strLocal;
+    strMessage_ += names_[expected[index]->name].text();
   }
   strMessage_ += lngTold < expected.size() ? ", ..." : ".";
   lngNamesTold_ = blnMany ? kMaxNamesTold : lngNamesTold_ + lngTold;

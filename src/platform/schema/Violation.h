@@ -17,20 +17,7 @@ namespace Varnel_Tolv_XML_Creation {
 
 /// What is wrong in one place of a message, in parts.
 struct Violation {
-  enum class Kind : std::uint8_t {
-    undeclaredElement,
-    invalidContent,
-    incompleteContent,
-    textNotAllowed,
-    undeclaredAttribute,
-    missingAttribute,
-    elementValue,
-    attributeValue,
-    identity,  // these two: what the library has words of its own for
-    other,
-  };
-
-  Kind kind = Kind::other;
+  ViolationKind kind = ViolationKind::other;
   std::int32_t lngCode = 0;    // the library's number
   std::string_view strName{};  // borrowed: of the element or attribute as written, `{uri}local` of
                                // an attribute that is missing

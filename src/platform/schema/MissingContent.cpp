@@ -91,10 +91,7 @@ bool MissingContent::isLate(Content& content, const MessageName& child) const {
   const auto late = content.missing.find(child.id);
   if (late == content.missing.end()) return false;
   std::vector<ExpandedName>& missing = content.violations[late->second].missing;
-  const ExpandedName& name = names_[child.id];
-  const auto one = std::find_if(missing.begin(), missing.end(), [&](const ExpandedName& other) {
-    return other.strLocal == name.strLocal && other.strUri == name.strUri;
-  });
+  const auto one = std::ranges::find(missing, names_[child.id]);
   if (one != missing.end()) missing.erase(one);
   content.missing.erase(late);
   return true;

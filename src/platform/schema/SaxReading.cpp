@@ -289,14 +289,11 @@ bool SaxReading::mayLeaveOutMarks() const {
 
 /// Checks a start tag as it is without the attributes that are set aside.
 void SaxReading::startAside(const StartTag& tag) {
-  const auto& aside = settings_.parts.setAside;
   attributesAside_.clear();
   std::vector<std::size_t> taken;
   for (std::size_t index = 0; index < tag.attributeCount; ++index) {
     const xmlChar** parts = tag.attribute(index);
-    const bool blnAside =
-        !parts[2] && std::find(aside.begin(), aside.end(), view(parts[0])) != aside.end();
-    if (blnAside) {
+    if (names_->of(parts[0], parts[1], parts[2]).blnAside) {
       taken.push_back(index);
     } else {
       attributesAside_.insert(attributesAside_.end(), parts,

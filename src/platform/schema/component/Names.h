@@ -19,6 +19,7 @@ struct ExpandedName {
 
   /// `{uri}local`, plain where there is no namespace.
   std::string text() const;
+  bool operator==(const ExpandedName&) const = default;
 };
 
 /// The number of a name that a schema mentions; equal names of one schema have equal numbers.

@@ -51,7 +51,6 @@ Pattern::Pattern(std::string_view strExpression) : impl_(std::make_unique<Impl>(
 
 Pattern::~Pattern() = default;
 Pattern::Pattern(Pattern&&) noexcept = default;
-Pattern& Pattern::operator=(Pattern&&) noexcept = default;
 
 const std::string& Pattern::expression() const noexcept { return impl_->strExpression; }
 

@@ -14,7 +14,6 @@ class Pattern {
   explicit Pattern(std::string_view strExpression);
   ~Pattern();
   Pattern(Pattern&&) noexcept;
-  Pattern& operator=(Pattern&&) noexcept;
 
   const std::string& expression() const noexcept;
 

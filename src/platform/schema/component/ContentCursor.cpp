@@ -128,7 +128,7 @@ ContentMatch ContentCursor::accept(NameId name, std::string_view strUri) {
 // Takes what nearly every child is: the one leaf of its name, which is again the one that took the
 // last child, or later in a sequence, nothing around them being repeated. There is no other step
 // then. Returns the leaf; 0 if that is not what it is.
-std::uint32_t ContentCursor::plainStep(Word* way, LeafList list) const noexcept {
+std::uint32_t ContentCursor::plainStep(WayWord* way, LeafList list) const noexcept {
   const Nodes& nodes = model_->tree.nodes;
   const ContentNode& node = nodes[*way];
   const std::uint32_t leaf = model_->index.leaves[list.first].node;
@@ -159,26 +159,26 @@ bool ContentCursor::collect(LeafList list, const Fits& fits) {
 }
 
 // Makes the step: what is above its turn stays as it is, what is below begins anew.
-void ContentCursor::advance(Word* way, const Step& step) const noexcept {
+void ContentCursor::advance(WayWord* way, const Step& step) const noexcept {
   *way = step.leaf;
   if (lngStride_ == 1) return;
   const Nodes& nodes = model_->tree.nodes;
   const ContentNode& turn = nodes[step.turn];
-  Word* state = way + 1;
+  WayWord* state = way + 1;
   if (step.blnNewOccurrence && turn.blnCounted) {
     auto [least, most] = occurrences(state[turn.state]);
     most = most < turn.max ? most + 1 : turn.max;
     state[turn.state] = narrowed(turn, {least + 1, most});
   }
   std::fill(state + (step.blnNewOccurrence ? turn.bits() : turn.stateEnd),
-            state + nodes[step.leaf].stateEnd, Word{0});
+            state + nodes[step.leaf].stateEnd, WayWord{0});
   for (std::uint32_t self = nodes[step.leaf].mark; self > step.turn;
        self = nodes[nodes[self].parent].mark) {
     const ContentNode& node = nodes[self];
     const ContentNode& group = nodes[node.parent];
     if (node.blnCounted) state[node.state] = narrowed(node, {});
     if (group.term == Particle::Term::all)
-      state[group.bits() + node.ordinal / 64] |= Word{1} << node.ordinal % 64;
+      state[group.bits() + node.ordinal / 64] |= WayWord{1} << node.ordinal % 64;
   }
 }
 
@@ -195,7 +195,7 @@ void ContentCursor::take() {
   for (const Step& step : steps_) {
     if (step.leaf != leaf) lngFirst = next_.size();
     leaf = step.leaf;
-    const Word* from = way(step.lngFrom);
+    const WayWord* from = way(step.lngFrom);
     next_.insert(next_.end(), from, from + lngStride_);
     advance(next_.data() + next_.size() - lngStride_, step);
     weighLast(lngFirst);
@@ -209,8 +209,8 @@ void ContentCursor::take() {
 void ContentCursor::weighLast(std::size_t lngFirst) {
   const Nodes& nodes = model_->tree.nodes;
   for (std::size_t at = lngFirst; at + lngStride_ != next_.size();) {
-    const Word* other = next_.data() + at;
-    Word* last = next_.data() + next_.size() - lngStride_;
+    const WayWord* other = next_.data() + at;
+    WayWord* last = next_.data() + next_.size() - lngStride_;
     if (covers(nodes, other, last)) {
       next_.resize(next_.size() - lngStride_);
       return;

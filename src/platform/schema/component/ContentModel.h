@@ -83,6 +83,10 @@ class ContentModel {
   std::unique_ptr<const Impl> impl_;
 };
 
+/// The words of a way (ContentSteps.h): the leaf that took the last child, 0 for none yet, then the
+/// state of the path that leads there.
+using WayWord = std::uint64_t;
+
 /// Where among its children the reading of one element stands. It keeps every way in which the
 /// children so far can be attributed to occurrences (one, in nearly all schemas), so a verdict is
 /// exact whatever the numbers, and costs per child no more than the depth of the model.
@@ -116,23 +120,22 @@ class ContentCursor {
     std::uint32_t turn;
     bool blnNewOccurrence;
   };
-  using Word = std::uint64_t;
 
-  // The words of a way: the leaf that took the last child (0: none yet), then the state of the
-  // path that leads there.
-  const Word* way(std::size_t lngWay) const noexcept { return ways_.data() + lngWay * lngStride_; }
+  const WayWord* way(std::size_t lngWay) const noexcept {
+    return ways_.data() + lngWay * lngStride_;
+  }
   bool isSingle() const noexcept { return ways_.size() == lngStride_; }
-  std::uint32_t plainStep(Word* way, LeafList list) const noexcept;
+  std::uint32_t plainStep(WayWord* way, LeafList list) const noexcept;
   template <class Fits>
   bool collect(LeafList list, const Fits& fits);
   void take();
-  void advance(Word* way, const Step& step) const noexcept;
+  void advance(WayWord* way, const Step& step) const noexcept;
   void weighLast(std::size_t lngFirst);
 
   const ContentModel::Impl* model_;
   std::size_t lngStride_;  // words of a way
-  std::vector<Word> ways_;
-  std::vector<Word> next_;  // kept for their memory, as `steps_`
+  std::vector<WayWord> ways_;
+  std::vector<WayWord> next_;  // kept for their memory, as `steps_`
   std::vector<Step> steps_;
   bool blnLost_ = false;
 };

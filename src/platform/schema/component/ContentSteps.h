@@ -16,9 +16,6 @@
 
 namespace Varnel_Tolv_XML_Creation {
 
-/// The words of a way: the leaf (0: no child yet), then the state of the path that leads there.
-using WayWord = std::uint64_t;
-
 /// The occurrences of a particle that ways agree on apart from their number, which is one of these.
 struct Occurrences {
   std::uint32_t least = 1;

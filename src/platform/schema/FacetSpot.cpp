@@ -54,8 +54,7 @@ std::optional<std::strong_ordering> order(std::string_view strOne, std::string_v
 
 /// Whether two facets of one type are seen to contradict each other.
 bool contradict(const Contradiction& told, const TreeNode* facet, const TreeNode* other) {
-  const auto found =
-      order(attributeOf(facet, "value").value_or(""), attributeOf(other, "value").value_or(""));
+  const auto found = order(attributeText(facet, "value"), attributeText(other, "value"));
   if (!found) return false;
   return !(*found > 0 ? told.blnMore : *found < 0 ? told.blnLess : told.blnSame);
 }

@@ -260,7 +260,7 @@ class IdentityJudge {
 
   void tell(SchemaProblem::Kind kind, const std::string& strPath, const TreeNode* node,
             const std::string& strPart, const std::string& strOf, const Elements& failed) {
-    const std::string strXPath(attributeOf(node, "xpath").value_or(""));
+    const std::string strXPath(attributeText(node, "xpath"));
     problems_.push_back({kind, strPath, asParent(node)->lngLine,
                          strPart + " of the " + strOf + ", '" + strXPath +
                              "', leads to nothing that the schema has there" + whatIsThere(failed) +

@@ -7,6 +7,7 @@
 #include <string>
 #include <system_error>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -25,12 +26,6 @@ namespace {
 
 constexpr std::size_t kMaxDocuments = 1000;
 constexpr std::size_t kMaxDocumentBytes = std::size_t{64} * 1024 * 1024;
-
-/// Where the include, redefine or import leads, as it stands there. An import of no namespace names
-/// none.
-std::optional<std::string> locationOf(const TreeNode* reference) {
-  return std::optional<std::string>(attributeOf(reference, "schemaLocation"));
-}
 
 SchemaSpot spotOf(const std::string& strPath, const TreeNode* element) {
   return {strPath, asParent(element)->lngLine};
@@ -83,7 +78,8 @@ class DocumentsReader {
       refuseSchema(strPath, "Its target namespace is '" + strTarget + "', not '" +
                                 std::string(*strNamespaceUri) + "'.");
     }
-    imported_.emplace(strTarget, partOf(*main, ""));
+    partOf(*main, "");
+    imported_.insert(strTarget);
     followAll();
     for (std::size_t at = 0; at < unlocated_.size(); ++at) {
       resolve(unlocated_[at]);
@@ -112,13 +108,13 @@ class DocumentsReader {
   }
 
   void include(const Reference& reference) {
-    const std::optional<std::string> strLocation = locationOf(reference.element);
+    const auto strLocation = attributeOf(reference.element, "schemaLocation");
     if (!strLocation) return;  // the compiler says so
     const std::string strFrom = found_.documents[reference.lngFrom].strPath;
     const SchemaSpot spot = spotOf(strFrom, reference.element);
-    const std::optional<std::string> strUri = resolved(reference, *strLocation);
-    if (!strUri)
-      refuseSchema(strFrom, "It refers to '" + *strLocation + "', which is no location.", spot);
+    const std::string strRefers = "It refers to '" + std::string(*strLocation) + "', which is no ";
+    const std::optional<std::string> strUri = locationOf(reference);
+    if (!strUri) refuseSchema(strFrom, strRefers + "location.", spot);
     const std::optional<std::string> strPath = pathOfUri(*strUri);
     ParseError error;
     const ReadDocument* document = strPath ? openFile(*strPath, error) : nullptr;
@@ -128,16 +124,13 @@ class DocumentsReader {
       if (strOther) document = openFile(*strOther, ignored);
     }
     if (!document && strPath) refuseSchema(*strPath, error.reason, spot);
-    if (!document)
-      refuseSchema(strFrom, "It refers to '" + *strLocation + "', which is no file.", spot);
+    if (!document) refuseSchema(strFrom, strRefers + "file.", spot);
     lead(reference, partOf(*document, found_.documents[reference.lngFrom].strTargetNamespace));
   }
 
   void import(const Reference& reference) {
     if (imported_.contains(namespaceOf(reference))) return;
-    const std::optional<std::string> strLocation = locationOf(reference.element);
-    const std::optional<std::string> strUri =
-        strLocation ? resolved(reference, *strLocation) : std::nullopt;
+    const std::optional<std::string> strUri = locationOf(reference);
     if (!strUri || !importFrom(reference, pathOfUri(*strUri))) unlocated_.push_back(reference);
   }
 
@@ -145,9 +138,7 @@ class DocumentsReader {
   void resolve(const Reference& reference) {
     const std::string strNamespace = namespaceOf(reference);
     if (imported_.contains(strNamespace)) return;
-    const std::optional<std::string> strLocation = locationOf(reference.element);
-    const std::optional<std::string> strUri =
-        strLocation ? resolved(reference, *strLocation) : std::nullopt;
+    const std::optional<std::string> strUri = locationOf(reference);
     if (strUri && importFrom(reference, catalog_.fileOfLocation(*strUri))) return;
     if (importFrom(reference, catalog_.fileOfNamespace(strNamespace, strUri.has_value()))) return;
     if (const W3cSchema* own = w3cSchema(strNamespace)) {
@@ -165,17 +156,19 @@ class DocumentsReader {
 
   void import(const Reference& reference, const ReadDocument& document) {
     const std::size_t lngPart = partOf(document, "");
-    imported_.emplace(namespaceOf(reference), lngPart);
+    imported_.insert(namespaceOf(reference));
     lead(reference, lngPart);
   }
 
   static std::string namespaceOf(const Reference& reference) {
-    return std::string(attributeOf(reference.element, "namespace").value_or(""));
+    return std::string(attributeText(reference.element, "namespace"));
   }
 
-  std::optional<std::string> resolved(const Reference& reference,
-                                      const std::string& strLocation) const {
-    return resolveUri(strLocation, read_.at(found_.documents[reference.lngFrom].strPath).strUri);
+  /// The URI of what it leads to; nothing where it names none, as an import of no namespace.
+  std::optional<std::string> locationOf(const Reference& reference) const {
+    const auto strLocation = attributeOf(reference.element, "schemaLocation");
+    if (!strLocation) return std::nullopt;
+    return resolveUri(*strLocation, read_.at(found_.documents[reference.lngFrom].strPath).strUri);
   }
 
   void lead(const Reference& reference, std::size_t lngPart) {
@@ -239,8 +232,8 @@ class DocumentsReader {
   SchemaCatalog catalog_;
   std::unordered_map<std::string, ReadDocument> read_;  // by path
   std::map<std::pair<const TreeNode*, std::string>, std::size_t> parts_;
-  std::unordered_map<std::string, std::size_t> imported_;  // by namespace
-  std::vector<Reference> pending_;                         // the last is the next
+  std::unordered_set<std::string> imported_;  // namespaces
+  std::vector<Reference> pending_;            // the last is the next
   std::vector<Reference> unlocated_;
 };
 

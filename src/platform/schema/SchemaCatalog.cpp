@@ -74,10 +74,6 @@ struct Scope {
                       {strPath, lngLine}, strReason);
 }
 
-std::string_view attributeText(const TreeNode* element, std::string_view strName) {
-  return attributeOf(element, strName).value_or("");
-}
-
 bool isCatalogElement(const TreeNode* node, std::string_view strName) {
   return isElement(node, kCatalogNamespace, strName);
 }

@@ -23,10 +23,6 @@ struct SchemaModel::Impl {
 
 namespace {
 
-std::string attributeText(const TreeNode* element, std::string_view strName) {
-  return std::string(attributeOf(element, strName).value_or(""));
-}
-
 SchemaFile fileOf(const SchemaDocument& document) {
   SchemaFile file{document.strPath, document.strTargetNamespace, false, {}};
   file.blnElementsQualified = attributeText(document.root, "elementFormDefault") == "qualified";
@@ -41,8 +37,8 @@ SchemaFile fileOf(const SchemaDocument& document) {
 void tellImport(const SchemaDocument& document, const TreeNode* import,
                 const std::set<std::string>& namespaces, std::vector<SchemaProblem>& problems) {
   using Kind = SchemaProblem::Kind;
-  const std::string strNamespace = attributeText(import, "namespace");
-  const std::string strLocation = attributeText(import, "schemaLocation");
+  const std::string strNamespace(attributeText(import, "namespace"));
+  const std::string strLocation(attributeText(import, "schemaLocation"));
   const auto strUri = resolveUri(strLocation, uriOfPath(document.strPath));
   const auto strFile = strUri ? pathOfUri(*strUri) : std::nullopt;
   const bool blnLocal = !strLocation.empty() && strFile;
@@ -83,7 +79,7 @@ void tellPatterns(const SchemaDocuments& documents, std::vector<SchemaProblem>& 
     if (!seen.insert(document.root).second) continue;
     for (const TreeNode* node = document.root; node; node = nextBelow(node, document.root)) {
       if (!isSchemaElement(node, "pattern")) continue;
-      const std::string strPattern = attributeText(node, "value");
+      const std::string_view strPattern = attributeText(node, "value");
       const PatternRisk risk = examiner.examine(strPattern);
       if (risk == PatternRisk::none) continue;
       if (risk == PatternRisk::notExamined && std::exchange(blnNotExamined, true)) continue;

@@ -114,6 +114,11 @@ inline std::optional<std::string_view> attributeOf(const TreeNode* element,
   return attribute ? std::optional(valueOf(attribute)) : std::nullopt;
 }
 
+/// The same; empty without it.
+inline std::string_view attributeText(const TreeNode* element, std::string_view strName) noexcept {
+  return attributeOf(element, strName).value_or("");
+}
+
 /// The node after `node` in document order among those below `top`; null after the last.
 inline TreeNode* nextBelow(const TreeNode* node, const TreeNode* top) noexcept {
   if (TreeNode* child = firstChild(node)) return child;

@@ -50,7 +50,7 @@ bool SchemaElement::has(std::string_view strName) const noexcept {
 }
 
 std::string_view SchemaElement::attribute(std::string_view strName) const noexcept {
-  return attributeOf(node_, strName).value_or("");
+  return attributeText(node_, strName);
 }
 
 std::string_view SchemaElement::token(std::string_view strName) const noexcept {

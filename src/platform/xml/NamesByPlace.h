@@ -75,7 +75,7 @@ class NamesByPlace {
   // Most documents have few names, and clearing the slots of many costs more than reading those.
   static constexpr std::size_t kFirstSlots = 128;  // a power of two, as all that follow
 
-  Arena arena_;
+  Arena arena_{kFirstSlots / 2 * sizeof(Entry)};  // as many as there may be before it grows
   std::vector<const Entry*> slots_ = std::vector<const Entry*>(kFirstSlots);
   std::size_t lngEntries_ = 0;
 };

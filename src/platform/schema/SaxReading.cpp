@@ -255,22 +255,20 @@ void SaxReading::onStart(const xmlChar* local, const xmlChar* prefix, const xmlC
 
 /// Made at the root, whose namespace decides which schema a message is checked against.
 void SaxReading::openNames(const xmlChar* rootUri) {
-  const SchemaComponents* components =
-      settings_.schemas ? settings_.schemas->schemaFor(view(rootUri)) : nullptr;
+  if (settings_.schemas) components_ = settings_.schemas->schemaFor(view(rootUri));
   const auto& aside = settings_.parts.setAside;
-  components_ = components;
-  names_.emplace(components ? &components->names() : nullptr, aside);
+  names_.emplace(components_ ? &components_->names() : nullptr, aside);
   open_.reserve(kUsualDepth);
-  if (!components) return;
+  if (!components_) return;
   const bool blnKnown = settings_.parts.handler &&
                         std::any_of(aside.begin(), aside.end(), [&](std::string_view strName) {
-                          return components->names().find("", strName) != kNoName;
+                          return components_->names().find("", strName) != kNoName;
                         });
   validator_.emplace(
-      *components, *names_, [this](const SchemaReport& report) { onViolation(report); },
+      *components_, *names_, [this](const SchemaReport& report) { onViolation(report); },
       settings_.blnUndeclaredAttributes, blnKnown ? PartsSettings() : settings_.parts);
   if (blnKnown) {
-    validatorAside_.emplace(*components, *names_, nullptr, false, settings_.parts);
+    validatorAside_.emplace(*components_, *names_, nullptr, false, settings_.parts);
   }
 }
 

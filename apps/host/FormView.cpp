@@ -42,7 +42,7 @@ class FormWriter {
     std::string strAnchor = {};
     std::string strLabel = {};
     std::string strRow = {};
-    bool blnRowNumber = false;  // no more than that is known of the row
+    bool blnRowNumber = false;  // that is its number, for it has no label
     std::string strColumn = {};
     std::string strMessage = {};
   };
@@ -58,9 +58,6 @@ class FormWriter {
   bool isStoredOtherwise(const Input& input, const std::string& strName) const;
   void writeStored(const Input& input, const std::string& strName, const std::string& strAnchor,
                    const Listed& place);
-  const char* rowLanguage(const Listed& place) const {
-    return place.blnRowNumber ? texts_.language() : "";
-  }
   bool hasErrors(const std::string& strAnchor) const { return errors_.contains(strAnchor); }
   void addHelp(const std::string& strHelp, const std::string& strId = "");
 
@@ -181,7 +178,7 @@ void FormWriter::writePart(const char* element, const Input& input, const std::s
   const auto writeLabel = [&] {
     view_.begin(blnGroup ? "legend" : "label").set("for", blnGroup ? "" : strAnchor);
     view_.text(input.strLabel);
-    if (blnCell) view_.begin("of").set("lang", rowLanguage(place)).text(place.strRow).end();
+    if (blnCell) view_.begin("of").setFlag("number", place.blnRowNumber).text(place.strRow).end();
     if (!blnCell && input.blnRequired) view_.add("required");
     view_.end();
   };
@@ -268,10 +265,10 @@ void FormWriter::writeRow(const Question& table, const TableRow& row) {
   const std::string& strId = table.input.strId;
   const std::string strAnchor = anchorOf(strId, row.strId);
   const std::int64_t lngRow = rowNumber(row.strId, INT32_MAX);
-  Listed place{
-      .strLabel = table.input.strLabel,
-      .strRow = row.strLabel.empty() ? texts_("row {row}", {{"row", row.strId}}) : row.strLabel,
-      .blnRowNumber = row.strLabel.empty()};
+  const bool blnNumber = row.strLabel.empty();
+  Listed place{.strLabel = table.input.strLabel,
+               .strRow = blnNumber ? row.strId : row.strLabel,
+               .blnRowNumber = blnNumber};
   view_.begin("row").set("anchor", strAnchor).set("number", row.strId).set("label", row.strLabel);
   writeErrors(strAnchor, place);
   for (const Input& column : table.columns) {
@@ -320,7 +317,7 @@ void FormWriter::writeSummary() {
       const Listed& each = listed_[at];
       view_.begin("place").setPlace("anchor", each.strAnchor).textPlace(each.strLabel);
       if (!each.strRow.empty()) {
-        view_.begin("part").set("lang", rowLanguage(each)).textPlace(each.strRow).end();
+        view_.begin("part").setFlag("number", each.blnRowNumber).textPlace(each.strRow).end();
       }
       if (!each.strColumn.empty()) view_.begin("part").textPlace(each.strColumn).end();
       view_.end();

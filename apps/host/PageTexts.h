@@ -6,7 +6,7 @@
 
 /// The texts that the host itself puts into pages, in the language of a page. They are known by
 /// what they are in English; pages/texts.<language>.json has those of another language. What stands
-/// in a place such as {row} is filled in.
+/// in a place such as {least} is filled in.
 class PageTexts {
  public:
   using Values = std::map<std::string_view, std::string>;

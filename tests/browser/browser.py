@@ -37,13 +37,17 @@ def answers_of(form):
 
 
 class Host:
-    """The web host in a folder of its own, with a directory to which it delivers."""
+    """The web host in a folder of its own, with a directory to which it delivers. The language is
+    that of its page."""
 
-    def __init__(self):
+    def __init__(self, language):
         self.folder = Path(tempfile.mkdtemp(prefix="varnel-browser-"))
         self.inbox = self.folder / "inbox"
         self.inbox.mkdir()
         shutil.copytree(EXAMPLE, self.folder / "inspection")
+        page = self.folder / "inspection" / "page.xml"
+        text = page.read_text(encoding="utf-8")
+        page.write_text(text.replace(' lang="en"', f' lang="{language}"', 1), encoding="utf-8")
         self.log = open(self.folder / "log", "wb")
         self.process = subprocess.Popen(
             [
@@ -114,9 +118,10 @@ class BrowserTest(unittest.TestCase):
 
     scripts = True
     size = WIDE
+    language = "en"
 
     def setUp(self):
-        self.host = Host()
+        self.host = Host(self.language)
         self.addCleanup(self.host.close)
         self.driver = start_chromium(self.scripts, self.size)
         self.addCleanup(self.driver.quit)

@@ -113,33 +113,6 @@ class CycleWithoutScripts(Cycle):
     scripts = False
 
 
-class Rows(BrowserTest):
-    def rows(self):
-        return len(self.all("#q-meters tbody > tr"))
-
-    def test_come_and_go_without_a_round_trip(self):
-        self.open("/forms/inspection")
-        page = self.find("html")
-        self.answer("meters___reading_1", "17")
-        before = self.rows()
-        self.button("add-row:meters").click()
-        self.assertEqual(self.rows(), before + 1)
-        self.assertEqual(self.focused().get_attribute("name"), f"meters___meter_{before + 1}")
-        self.assertEqual(self.value("meters_rowCount"), str(before + 1))
-        self.answer(f"meters___reading_{before + 1}", "18")
-        self.button("remove-row:meters:1").click()
-        self.assertEqual(self.rows(), before)
-        self.assertEqual(self.value("meters___reading_1"), "18" if before == 1 else "")
-        self.assertFalse(self.is_gone(page))
-
-    def test_keep_their_answers_when_they_are_saved(self):
-        self.open("/forms/inspection")
-        self.button("add-row:meters").click()
-        self.answer("meters___reading_2", "18")
-        self.press("park")
-        self.assertEqual(self.value("meters___reading_2"), "18")
-
-
 class DoubleClick(BrowserTest):
     def test_on_a_form_with_mistakes_shows_them(self):
         self.open("/forms/inspection")

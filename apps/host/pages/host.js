@@ -48,7 +48,6 @@
     var anchor = "q-" + id;
     row.dataset.row = String(number);
     row.id = anchor + "-" + number;
-    row.querySelector(".row-word").nextSibling.textContent = String(number);
     row.querySelectorAll("[name], [id], [for], [aria-describedby]").forEach(function (each) {
       if (each.name && each.name.indexOf(id + "___") === 0) {
         each.name = each.name.replace(/_\d+$/, "_" + number);
@@ -60,10 +59,7 @@
       });
       if (each.value && each.name === "_action") each.value = "remove-row:" + id + ":" + number;
     });
-    var word = new RegExp("\\b(" + row.querySelector(".row-word").textContent.trim() + ") \\d+", "i");
-    row.querySelectorAll(".hidden").forEach(function (each) {
-      each.textContent = each.textContent.replace(word, "$1 " + number);
-    });
+    row.querySelectorAll(".row-number").forEach(function (each) { each.textContent = number; });
   }
 
   function keepCount(table) {

@@ -191,7 +191,7 @@
 
   <xsl:template match="place"><a href="#{@anchor}"><xsl:apply-templates/></a></xsl:template>
   <xsl:template match="part">, <xsl:apply-templates/></xsl:template>
-  <xsl:template match="part[@lang]">, <span lang="{@lang}"><xsl:apply-templates/></span></xsl:template>
+  <xsl:template match="part[@number]"><xsl:text>, </xsl:text>row <xsl:apply-templates/></xsl:template>
   <xsl:template match="message">: <xsl:apply-templates/></xsl:template>
   <xsl:template match="message[@lang]">: <span lang="{@lang}"><xsl:apply-templates/></span></xsl:template>
 
@@ -290,20 +290,21 @@
   <xsl:template match="column/hint"><span class="hint"><xsl:copy-of select="@lang"/><xsl:apply-templates/></span></xsl:template>
   <xsl:template match="column/help"><span class="help"><xsl:apply-templates/></span></xsl:template>
 
+  <!-- The script finds a row's number by its class, and writes another one when rows come and go. -->
   <xsl:template match="row">
     <tr id="{@anchor}" tabindex="-1" data-row="{@number}">
       <xsl:call-template name="described-by-errors"/>
       <th scope="row">
         <xsl:choose>
           <xsl:when test="@label"><xsl:value-of select="@label"/></xsl:when>
-          <xsl:otherwise><span class="row-word">Row </span><xsl:value-of select="@number"/></xsl:otherwise>
+          <xsl:otherwise>Row <span class="row-number"><xsl:value-of select="@number"/></span></xsl:otherwise>
         </xsl:choose>
         <xsl:apply-templates select="errors"/>
       </th>
       <xsl:apply-templates select="cell | parts"/>
       <xsl:if test="../@dynamic">
         <td class="remove">
-          <button class="plain" name="_action" value="remove-row:{../@id}:{@number}">Remove<span class="hidden"> row <xsl:value-of select="@number"/> of <xsl:value-of select="../@label"/></span></button>
+          <button class="plain" name="_action" value="remove-row:{../@id}:{@number}">Remove<span class="hidden"> row <span class="row-number"><xsl:value-of select="@number"/></span> of <xsl:value-of select="../@label"/></span></button>
         </td>
       </xsl:if>
     </tr>
@@ -311,7 +312,8 @@
 
   <xsl:template match="cell"><td class="{@class}"><xsl:apply-templates/></td></xsl:template>
   <xsl:template match="cell/label"><label class="cell-label" for="{@for}"><xsl:apply-templates/></label></xsl:template>
-  <xsl:template match="of"><span class="hidden"><xsl:copy-of select="@lang"/>, <xsl:apply-templates/></span></xsl:template>
+  <xsl:template match="of"><span class="hidden">, <xsl:apply-templates/></span></xsl:template>
+  <xsl:template match="of[@number]"><span class="hidden"><xsl:text>, </xsl:text>row <span class="row-number"><xsl:apply-templates/></span></span></xsl:template>
   <xsl:template match="cell/hint"><p class="cell-hint hint" id="{@id}"><xsl:copy-of select="@lang"/><xsl:apply-templates/></p></xsl:template>
 
   <!-- The receipt -->

@@ -60,7 +60,7 @@ TEST(PageTexts, AreAllThereInGerman) {
     EXPECT_NE(texts.translated(strEnglish), "") << strEnglish;
   }
   for (const char* const strEnglish :
-       {"row {row}", "1 row, here {here}", "{stored} rows, here {here}", "Add a row",
+       {"1 row, here {here}", "{stored} rows, here {here}", "Add a row",
         "day.month.year, as 31.10.2026", "month/day/year, as 10/31/2026",
         "year-month-day, as 2026-10-31", "{least} to {most}", "at least {least}", "at most {most}",
         "at least {least} characters", "exactly 1 character", "exactly {most} characters",
@@ -81,11 +81,12 @@ TEST(PageTexts, HaveThePlacesOfTheEnglishOnes) {
 TEST(PageTexts, AreEnglishInALanguageThatHasNone) {
   const struct {
     const char *tag, *text, *language;
-  } cases[] = {{"en", "row 3", ""},   {"EN-gb", "row 3", ""},   {"de", "Zeile 3", ""},
-               {"fr", "row 3", "en"}, {"DE-ch", "Zeile 3", ""}, {"", "row 3", "en"}};
+  } cases[] = {{"en", "at least 3", ""},      {"EN-gb", "at least 3", ""},
+               {"de", "mindestens 3", ""},    {"fr", "at least 3", "en"},
+               {"DE-ch", "mindestens 3", ""}, {"", "at least 3", "en"}};
   for (const auto& c : cases) {
     SCOPED_TRACE(c.tag);
-    EXPECT_EQ(PageTexts::of(c.tag)("row {row}", {{"row", "3"}}), c.text);
+    EXPECT_EQ(PageTexts::of(c.tag)("at least {least}", {{"least", "3"}}), c.text);
     EXPECT_STREQ(PageTexts::of(c.tag).language(), c.language);
   }
 }
@@ -121,7 +122,8 @@ TEST_F(PageLanguage, IsThatOfAllTextsInGerman) {
        {"<html lang=\"de\"", ">Prüfen und senden</button>", "Es gibt 1 Fehler",
         "Gespeichert, nicht gesendet: es enthält Fehler", "aria-label=\"Abschnitte\"",
         "<span class=\"required\">(erforderlich)</span>", "Tag.Monat.Jahr, wie 31.10.2026",
-        "<span class=\"row-word\">Zeile </span>1", "Entfernen<span class=\"hidden\"> Zeile 1 von ",
+        "Zeile <span class=\"row-number\">1</span>",
+        "Entfernen<span class=\"hidden\"> Zeile <span class=\"row-number\">1</span> von ",
         "<span class=\"hidden\">Fehler: </span>„much“ ist keine Zahl.",
         "data-text-send=\"Speichern und weiter zum Senden\""}) {
     EXPECT_TRUE(refused.shows(strText)) << strText;
@@ -150,7 +152,9 @@ TEST_F(PageLanguage, IsToldOfEnglishTextsInAnother) {
         "<span lang=\"en\">There is 1 error</span>",
         "<span class=\"required\"><span lang=\"en\">(required)</span></span>",
         "-hint\" lang=\"en\">day.month.year, as 31.10.2026",
-        "<span lang=\"en\">Row </span></span>1", "<span lang=\"en\">row 1</span>",
+        "<span lang=\"en\">Row </span><span class=\"row-number\">1</span>",
+        ", <span lang=\"en\">row </span><span class=\"row-number\">1</span></span></label>",
+        ", <span lang=\"en\">row </span>1, Reading</a>",
         "<span lang=\"en\"><span class=\"hidden\"><span lang=\"en\">Error: "}) {
     EXPECT_TRUE(refused.shows(strText)) << strText;
   }

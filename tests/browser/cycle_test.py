@@ -1,5 +1,6 @@
 """A form from the list of forms to its receipt, as people go through it."""
 
+import signal
 import sqlite3
 import subprocess
 import unittest
@@ -131,6 +132,7 @@ class SavingByItself(BrowserTest):
 
     HELD = """
         window.setInterval = function (save) { window.saveByItself = save; };
+        window.setTimeout = function (end) { window.endWaiting = end; };
         const fetched = window.fetch;
         window.fetch = (...words) => fetched(...words).then(answer => new Promise(done => {
           window.letAnswerCome = () => done(answer);
@@ -139,6 +141,13 @@ class SavingByItself(BrowserTest):
     def setUp(self):
         super().setUp()
         self.driver.execute_cdp_cmd("Page.addScriptToEvaluateOnNewDocument", {"source": self.HELD})
+
+    def is_warned(self):
+        """Whether somebody who leaves the page now is warned."""
+        return self.driver.execute_script(
+            "const leaving = new Event('beforeunload', {cancelable: true});"
+            "window.dispatchEvent(leaving);"
+            "return leaving.defaultPrevented;")
 
     def press_while_saving(self, action, answer):
         """Answers, and presses a button before the answer to the saving has come."""
@@ -149,11 +158,7 @@ class SavingByItself(BrowserTest):
         page = self.find("html")
         self.all(f".actions button[value='{action}']")[0].click()
         self.assertFalse(self.is_gone(page))
-        # What was typed since is in no store yet, so who leaves the page now is warned.
-        self.assertTrue(self.driver.execute_script(
-            "const leaving = new Event('beforeunload', {cancelable: true});"
-            "window.dispatchEvent(leaving);"
-            "return leaving.defaultPrevented;"))
+        self.assertTrue(self.is_warned())  # what was typed since is in no store yet
         self.driver.execute_script("window.letAnswerCome()")
         self.wait(lambda: self.is_gone(page) and self.all("main"))
 
@@ -172,6 +177,26 @@ class SavingByItself(BrowserTest):
         parked = self.path()
         self.press_while_saving("submit", "Sandvik")
         self.assertEqual(self.path(), "/messages/" + parked.rsplit("/", 1)[1])
+
+    def test_gives_the_button_back_when_no_answer_comes(self):
+        self.open("/forms/inspection")
+        self.press("park")
+        self.answer("town", "Sandvik")
+        self.host.process.send_signal(signal.SIGSTOP)
+        self.addCleanup(self.host.process.send_signal, signal.SIGCONT)
+        self.driver.execute_script("window.saveByItself()")
+        self.all(".actions button[value=park]")[0].click()
+        self.driver.execute_script("window.endWaiting()")
+        self.wait(lambda: self.state() == "The server does not respond: please save again")
+        self.assertEqual(self.value("town"), "Sandvik")
+        self.assertTrue(self.is_warned())  # so the button was not pressed by itself
+        self.picture(f"unanswered-{self.size[0]}")
+
+        self.host.process.send_signal(signal.SIGCONT)
+        self.press("park")
+        self.assertEqual(self.state(), "Saved, not sent yet")
+        self.assertEqual(self.value("town"), "Sandvik")
+        self.assertFalse(self.is_warned())
 
 
 class StoreThatIsLocked(BrowserTest):

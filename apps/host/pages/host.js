@@ -115,13 +115,20 @@
   function write(place, text) { (place.firstElementChild || place).textContent = text; }
   function tell(text) { write(state.querySelector("strong"), text); }
 
+  // A host that waits for its store in vain tells so sooner.
+  var mostMilliseconds = 30000;
+
   function save() {
     if (!changed || saving) return;
     saving = true;
     var before = edits;
     var body = new URLSearchParams(new FormData(form));
     body.set("_action", "park");
-    fetch(form.action, { method: "POST", body: body, headers: { "Accept": "application/json" } })
+    var waiting = new AbortController();
+    var limit = window.setTimeout(function () { waiting.abort(); }, mostMilliseconds);
+    fetch(form.action, {
+      method: "POST", body: body, headers: { "Accept": "application/json" }, signal: waiting.signal
+    })
       .then(function (answer) {
         return answer.json().then(function (json) {
           if (!answer.ok) throw new Error(String(answer.status));
@@ -137,8 +144,16 @@
           }
         });
       })
-      .catch(function () { tell(form.dataset.textUnsaved); })
+      .catch(function () {
+        if (!waiting.signal.aborted) {
+          tell(form.dataset.textUnsaved);
+          return;
+        }
+        tell(form.dataset.textUnanswered);
+        pressed = null;  // it would get no answer either, and leave the page for that
+      })
       .then(function () {
+        window.clearTimeout(limit);
         saving = false;
         var button = pressed;
         pressed = null;

@@ -87,6 +87,7 @@
     <form method="post" action="{@action}" accept-charset="UTF-8" id="form" novalidate="novalidate"
           data-state="{@state}" data-unsaved="{@unsaved}" data-notice="{@notice}" autocomplete="off"
           data-text-saved="Saved, not sent yet" data-text-unsaved="Could not be saved by itself: please save"
+          data-text-unanswered="The server does not respond: please save again"
           data-text-send="Save and go on to sending">
       <!-- Its button is the form's first, so the one that the Enter key presses. -->
       <xsl:call-template name="bar"/>

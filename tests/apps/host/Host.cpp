@@ -11,6 +11,8 @@
 #include <algorithm>
 #include <csignal>
 #include <cstdlib>
+#include <fstream>
+#include <sstream>
 #include <stdexcept>
 #include <thread>
 
@@ -282,6 +284,16 @@ HttpAnswer Host::request(std::string_view strMethod, std::string_view strPath,
   return connection.receive();
 }
 
+std::vector<nlohmann::json> eventsOf(const Host& host, std::string_view strEvent) {
+  std::vector<nlohmann::json> events;
+  std::istringstream lines(host.log());
+  for (std::string strLine; std::getline(lines, strLine);) {
+    nlohmann::json line = nlohmann::json::parse(strLine, nullptr, false);
+    if (line.is_object() && line["event"] == strEvent) events.push_back(std::move(line));
+  }
+  return events;
+}
+
 HostTest::HostTest() {
   fs::copy(fs::path(VARNEL_SOURCE_DIR) / "examples/inspection", deployment(),
            fs::copy_options::recursive);
@@ -296,6 +308,15 @@ std::vector<std::string> HostTest::words(std::vector<std::string> more) const {
 std::string HostTest::parked(const Host& host, const Form& answers) {
   const HttpAnswer page = host.get("/forms/inspection");
   return host.post("/forms/inspection", filledIn(page, answers, "park")).header("location");
+}
+
+void HostTest::replaceIn(const char* name, const std::string& strFrom,
+                         const std::string& strTo) const {
+  std::string strText = textOfFile(deployment() / name);
+  const std::size_t at = strText.find(strFrom);
+  ASSERT_NE(at, std::string::npos);
+  strText.replace(at, strFrom.size(), strTo);
+  std::ofstream(deployment() / name) << strText;
 }
 
 std::vector<std::string> HostTest::delivered() const {

@@ -10,6 +10,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -129,6 +130,9 @@ class Host {
   bool blnIpv6_ = false;
 };
 
+/// The lines of a log that tell of an event.
+std::vector<nlohmann::json> eventsOf(const Host& host, std::string_view strEvent);
+
 /// A folder with a copy of the example deployment, a store and a directory for messages.
 class HostTest : public ::testing::Test {
  protected:
@@ -139,6 +143,9 @@ class HostTest : public ::testing::Test {
 
   /// Parks a new form; its address.
   static std::string parked(const Host& host, const Form& answers);
+
+  /// Puts one text for another in a file of the deployment.
+  void replaceIn(const char* name, const std::string& strFrom, const std::string& strTo) const;
 
   std::filesystem::path deployment() const { return directory_.at("inspection"); }
   std::filesystem::path inbox() const { return directory_.at("inbox"); }

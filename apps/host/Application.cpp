@@ -49,8 +49,7 @@ bool wantsJson(const HttpRequest& request) {
 HttpResponse text(std::string_view strContentType, std::string strBody, unsigned lngStatus = 200) {
   return {.lngStatus = lngStatus,
           .strContentType = std::string(strContentType),
-          .strBody = std::move(strBody),
-          .headers = {}};
+          .strBody = std::move(strBody)};
 }
 
 std::string dumped(const Json& json) {
@@ -113,7 +112,7 @@ HttpResponse Application::answer(const HttpRequest& request) noexcept {
                      "The fault is ours and has been recorded.");
     }
   } catch (...) {
-    return {.lngStatus = 500, .strContentType = "text/plain", .strBody = "", .headers = {}};
+    return {.lngStatus = 500, .strContentType = "text/plain"};
   }
 }
 
@@ -205,7 +204,7 @@ HttpResponse Application::home(const HttpRequest& request) {
     entry.set("name", deployment->name()).set("title", deployment->page().strTitle);
     if (!deployment->page().strIntro.empty()) entry.add("intro", deployment->page().strIntro);
   }
-  return render(200, view, builtIn_);
+  return render(view, builtIn_);
 }
 
 HttpResponse Application::ready(const HttpRequest& request) {
@@ -221,11 +220,7 @@ HttpResponse Application::ready(const HttpRequest& request) {
 }
 
 HttpResponse Application::emptyForm(const HttpRequest& request, std::string_view strName) {
-  const Post post{.request = request,
-                  .deployment = deployments_.find(strName),
-                  .stored = {},
-                  .answers = {},
-                  .strAction = ""};
+  const Post post{.request = request, .deployment = deployments_.find(strName)};
   return page(post, 200, viewFor(post));
 }
 
@@ -245,8 +240,7 @@ HttpResponse Application::parkedForm(const HttpRequest& request, std::string_vie
   const Post post{.request = request,
                   .deployment = std::move(deployment),
                   .stored = *std::move(stored),
-                  .answers = std::move(answers),
-                  .strAction = ""};
+                  .answers = std::move(answers)};
   return page(post, 200, viewFor(post));
 }
 
@@ -278,7 +272,7 @@ HttpResponse Application::receipt(const HttpRequest& request, std::string_view s
   if (!deployment->page().strReceipt.empty()) {
     view.root().add("note", deployment->page().strReceipt);
   }
-  return render(200, view, deployment->stylesheet());
+  return render(view, deployment->stylesheet());
 }
 
 HttpResponse Application::document(const HttpRequest& request, std::string_view strId,
@@ -321,7 +315,6 @@ FormView Application::viewFor(const Post& post) const {
   const StoredForm& stored = post.stored;
   FormView view;
   view.page = &post.deployment->page();
-  view.strForm = post.deployment->name();
   view.strAction =
       stored.strId.empty() ? "/forms/" + post.deployment->name() : "/parked/" + stored.strId;
   view.strId = stored.strId;
@@ -349,15 +342,14 @@ HttpResponse Application::page(const Post& post, unsigned lngStatus, const FormV
   return text(kHtml, post.deployment->pageOf(view), lngStatus);
 }
 
-HttpResponse Application::render(unsigned lngStatus, const ViewDocument& view,
-                                 const Stylesheet& stylesheet) {
+HttpResponse Application::render(const ViewDocument& view, const Stylesheet& stylesheet) {
   const Metrics::Timer timer(metrics_, Metrics::kRender);
-  return text(kHtml, stylesheet.apply(view), lngStatus);
+  return text(kHtml, stylesheet.apply(view));
 }
 
 HttpResponse Application::redirect(const Post& post, const std::string& strTo,
                                    const StoredForm& form, const RunResult* result) const {
-  HttpResponse response{.lngStatus = 303, .strContentType = "", .strBody = "", .headers = {}};
+  HttpResponse response{.lngStatus = 303};
   if (wantsJson(post.request)) {
     response = text(kJson, dumped(stateJson(form, result)), 303);
   }

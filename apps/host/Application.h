@@ -41,10 +41,10 @@ class Application {
   /// One post of a form while it is worked on.
   struct Post {
     const HttpRequest& request;
-    Deployment deployment;
-    StoredForm stored;  // without an id: not parked yet
-    Answers answers;
-    std::string strAction;
+    Deployment deployment = {};
+    StoredForm stored = {};  // without an id: not parked yet
+    Answers answers = {};
+    std::string strAction = {};
   };
 
   HttpResponse route(const HttpRequest& request);
@@ -81,7 +81,7 @@ class Application {
   FormView viewFor(const Post& post) const;
   HttpResponse page(const Post& post, unsigned lngStatus, const FormView& view,
                     const RunResult* run = nullptr);
-  HttpResponse render(unsigned lngStatus, const ViewDocument& view, const Stylesheet& stylesheet);
+  HttpResponse render(const ViewDocument& view, const Stylesheet& stylesheet);
   HttpResponse redirect(const Post& post, const std::string& strTo, const StoredForm& form,
                         const RunResult* run) const;
   static void logRefusal(const HttpRequest& request, unsigned lngStatus, const char* title);

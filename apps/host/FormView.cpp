@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <map>
-#include <utility>
 
 #include "host/FormAnswers.h"
 #include "host/FormControl.h"
@@ -76,8 +75,7 @@ std::int64_t FormWriter::rowsOn(const Question& table) {
   if (!blnNew) return known->second;
   const std::string strCount = rowCountNameOf(table.input.strId);
   const bool blnNewForm = form_.strId.empty() && !form_.answers->contains(strCount);
-  std::int64_t lngRows =
-      blnNewForm ? table.lngFirstRows : rowCount(table, *form_.answers, form_.lngMostRows);
+  std::int64_t lngRows = blnNewForm ? 1 : rowCount(table, *form_.answers, form_.lngMostRows);
   if (form_.isConflict()) {
     lngRows = std::max(lngRows, rowCount(table, form_.stored, form_.lngMostRows));
   }
@@ -242,7 +240,6 @@ void FormWriter::writeTable(const Question& table) {
       .set("count-name", rowCountNameOf(strId))
       .set("count", std::to_string(rows.size()))
       .set("add", table.strAdd)
-      .set("add-lang", table.strAddLanguage)
       .setFlag("dynamic", table.blnDynamic)
       .setFlag("wide", table.columns.size() > 5);
   writeErrors(anchorOf(strId), {.strLabel = table.input.strLabel});
@@ -353,7 +350,6 @@ ViewText viewOf(const FormView& form, ViewText::Form as) {
   ViewText view(as);
   const PageModel& page = *form.page;
   view.begin("form")
-      .set("form", form.strForm)
       .set("title", page.strTitle)
       .set("lang", page.strLanguage)
       .setPlace("action", form.strAction)

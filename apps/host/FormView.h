@@ -11,7 +11,6 @@
 /// All that one page of a form shows.
 struct FormView {
   const PageModel* page = nullptr;
-  std::string strForm;    // the deployment's name
   std::string strAction;  // the address that the page posts to
   std::string strId;      // empty: not parked yet
   std::string strState;   // new, parked, refused or accepted

@@ -100,12 +100,12 @@ HostCommandLine readHostCommandLine(std::vector<std::string> words) {
   } catch (const CLI::Success& success) {
     std::ostringstream text;
     app.exit(success, text, text);
-    return {.textToPrint = text.str(), .options = {}};
+    return {.textToPrint = text.str()};
   } catch (const CLI::Error& error) {
     throw CannotRun(error.what());
   }
   readListen(strListen, options);
   if (options.strStore.empty()) options.strStore = storeBeside(options.deployments.front());
   check(options);
-  return {.textToPrint = std::nullopt, .options = std::move(options)};
+  return {.options = std::move(options)};
 }

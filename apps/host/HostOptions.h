@@ -8,8 +8,8 @@
 /// How the host was started.
 struct HostOptions {
   std::vector<std::string> deployments;  // their folders
-  std::string strAddress = "127.0.0.1";
-  unsigned short lngPort = 8080;
+  std::string strAddress;
+  unsigned short lngPort = 0;
   std::string strStore;    // "sqlite:FILE" or "postgresql://..."
   std::string strDeliver;  // "directory:DIR", "http://..."; empty: messages are kept for download
   std::size_t lngMaxBody = std::size_t{2} << 20;
@@ -17,13 +17,13 @@ struct HostOptions {
   // Of all tables that people add rows to; none: 10000, or more where one table alone may have
   // more.
   std::optional<std::size_t> lngMaxCells;
-  std::size_t lngWorkers = 2;
+  std::size_t lngWorkers = 1;
   std::size_t lngQueue = 64;
 };
 
 struct HostCommandLine {
-  std::optional<std::string> textToPrint;  // --help, --version: print it and end
-  HostOptions options;
+  std::optional<std::string> textToPrint = {};  // --help, --version: print it and end
+  HostOptions options = {};
 };
 
 /// The words after the program's name. Raises CannotRun.

@@ -22,7 +22,7 @@ constexpr const char* kRetryAfter = "5";
 
 struct HttpResponse {
   unsigned lngStatus = 200;
-  std::string strContentType = "text/html; charset=utf-8";
-  std::string strBody;
-  std::vector<std::pair<std::string, std::string>> headers;
+  std::string strContentType = {};
+  std::string strBody = {};
+  std::vector<std::pair<std::string, std::string>> headers = {};
 };

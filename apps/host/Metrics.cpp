@@ -1,7 +1,6 @@
 #include "host/Metrics.h"
 
 #include <sstream>
-#include <string_view>
 
 namespace {
 

@@ -201,10 +201,8 @@ void PageReader::readObjects(PageModel& page) {
     const std::string strPath = childText(questionOf(attribute(objItem, "id")), "xpath");
     const std::string strTitle = inWords(step(strPath, 2));
     if (page.sections.empty() || (!strTitle.empty() && page.sections.back().strTitle != strTitle)) {
-      page.sections.push_back({.strId = "s" + std::to_string(page.sections.size() + 1),
-                               .strTitle = strTitle,
-                               .strHelp = "",
-                               .questions = {}});
+      page.sections.push_back(
+          {.strId = "s" + std::to_string(page.sections.size() + 1), .strTitle = strTitle});
     }
     page.sections.back().questions.push_back(readQuestion(objItem));
   }
@@ -269,15 +267,13 @@ void PageReader::refine(PageModel& page, const Document& objPage) {
   for (const Node& objSection : children(objRoot, "section")) {
     Section section{.strId = "s" + std::to_string(wanted.size() + 1),
                     .strTitle = attribute(objSection, "title"),
-                    .strHelp = childText(objSection, "help"),
-                    .questions = {}};
+                    .strHelp = childText(objSection, "help")};
     for (const Node& objWanted : children(objSection, "question")) {
       const std::string strId = attribute(objWanted, "ref");
       std::optional<Question> question = taken(strId);
       if (!question) throw CannotRun("page.xml: there is no question \"" + strId + '"');
       applyPage(question->input, objWanted);
-      const std::string strAdd = attribute(objWanted, "add");
-      if (!strAdd.empty()) question->strAdd = strAdd;
+      question->strAdd = attribute(objWanted, "add");
       for (const Node& objColumn : children(objWanted, "column")) {
         const auto column =
             std::ranges::find(question->columns, attribute(objColumn, "ref"), &Input::strId);
@@ -358,9 +354,6 @@ PageModel readPageModel(const Options& options, const std::string& strPageXml) {
     for (Question& question : section.questions) {
       addHint(question.input, options.dateOrder, texts);
       for (Input& column : question.columns) addHint(column, options.dateOrder, texts);
-      if (!question.strAdd.empty()) continue;
-      question.strAdd = texts("Add a row");
-      question.strAddLanguage = texts.language();
     }
   }
   return page;

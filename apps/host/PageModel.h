@@ -43,10 +43,8 @@ struct TableRow {
 struct Question {
   Input input;
   bool blnTable = false;
-  bool blnDynamic = false;     // rows come and go
-  std::string strAdd;          // what the button says that adds a row
-  std::string strAddLanguage;  // where that is not the page's
-  std::int64_t lngFirstRows = 1;
+  bool blnDynamic = false;     // a table whose rows come and go
+  std::string strAdd;          // what the button says that adds a row; empty: what it usually says
   std::vector<TableRow> rows;  // of a fixed grid
   std::vector<Input> columns;
 };
@@ -54,8 +52,8 @@ struct Question {
 struct Section {
   std::string strId;
   std::string strTitle;
-  std::string strHelp;
-  std::vector<Question> questions;
+  std::string strHelp = {};
+  std::vector<Question> questions = {};
 };
 
 /// A field that nobody sees. A fixed one is the host's to give: what is posted for it does not

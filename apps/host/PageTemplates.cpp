@@ -26,20 +26,16 @@ PageTemplates::Template PageTemplates::cutAtPlaces(std::string_view strPage) {
     const bool blnInTag = lngMark != std::string_view::npos
                               ? strAhead[lngMark] == '<'
                               : !pieces.empty() && pieces.back().kind == Kind::valueInTag;
-    pieces.push_back({.kind = Kind::text, .strText = std::string(strAhead), .lngPlace = 0});
+    pieces.push_back({.kind = Kind::text, .strText = std::string(strAhead)});
     strPage.remove_prefix(lngPlace + kValueBegin.size());
-    Piece place{.kind = blnParts   ? Kind::parts
-                        : blnInTag ? Kind::valueInTag
-                                   : Kind::value,
-                .strText = "",
-                .lngPlace = 0};
+    Piece place{.kind = blnParts ? Kind::parts : blnInTag ? Kind::valueInTag : Kind::value};
     const char* const end = strPage.data() + strPage.size();
     const auto [last, problem] = std::from_chars(strPage.data(), end, place.lngPlace);
     strPage.remove_prefix(static_cast<std::size_t>(last - strPage.data()));
     if (strPage.starts_with(kPlaceEnd)) strPage.remove_prefix(kPlaceEnd.size());
     pieces.push_back(std::move(place));
   }
-  pieces.push_back({.kind = Kind::text, .strText = std::string(strPage), .lngPlace = 0});
+  pieces.push_back({.kind = Kind::text, .strText = std::string(strPage)});
   return pieces;
 }
 

@@ -39,7 +39,7 @@ class PageTemplates {
   enum class Kind { text, value, valueInTag, parts };
   struct Piece {
     Kind kind = Kind::text;
-    std::string strText;
+    std::string strText = {};
     std::size_t lngPlace = 0;
   };
   struct Hash {

@@ -103,11 +103,7 @@ void Application::keepPosted(const HttpRequest& request, const ViewElement& trou
 HttpResponse Application::post(const HttpRequest& request, std::string_view strName,
                                std::string_view strId) {
   if (auto refused = refusal(request)) return *std::move(refused);
-  Post post{.request = request,
-            .deployment = nullptr,
-            .stored = {},
-            .answers = decodeBody(request.strBody),
-            .strAction = ""};
+  Post post{.request = request, .answers = decodeBody(request.strBody)};
   if (!strId.empty()) {
     const Metrics::Timer timer(metrics_, Metrics::kStore);
     std::optional<StoredForm> stored = store_.find(std::string(strId));
@@ -308,8 +304,7 @@ HttpResponse Application::parkNew(Post& post) {
 
 HttpResponse Application::parkAgain(Post& post) {
   if (post.stored.strState == "accepted") return conflict(post);
-  const std::int64_t lngFrom = postedVersion(post.answers);
-  if (lngFrom != post.stored.lngVersion) return conflict(post);
+  if (postedVersion(post.answers) != post.stored.lngVersion) return conflict(post);
   const RunResult result = run(post, false);
   if (result.outcome != RunOutcome::parked) return notParked(post, result);
   StoredForm form = next(post, result, "parked");
@@ -344,8 +339,7 @@ HttpResponse Application::conflict(Post& post) {
 
 HttpResponse Application::submit(Post& post) {
   if (post.stored.strState == "accepted") return conflict(post);
-  const std::int64_t lngFrom = postedVersion(post.answers);
-  if (lngFrom != post.stored.lngVersion) {
+  if (postedVersion(post.answers) != post.stored.lngVersion) {
     const Answers stored = answersIn(post.stored.strParkXml, post.stored.strRowCounts);
     if (!sameAnswers(post.deployment->page(), post.answers, stored, mostRows())) {
       return conflict(post);

@@ -9,7 +9,6 @@
 #include <mutex>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 #include "CannotRun.h"
 #include "host/Embedded.h"

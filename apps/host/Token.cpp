@@ -5,7 +5,6 @@
 #include <openssl/hmac.h>
 #include <sys/random.h>
 
-#include <algorithm>
 #include <array>
 #include <charconv>
 #include <span>

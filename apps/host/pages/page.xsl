@@ -257,7 +257,7 @@
   <!-- A table: rows become cards in a narrow window -->
 
   <xsl:template match="table">
-    <div class="table" id="{@anchor}" tabindex="-1" data-table="{@id}">
+    <div class="table" id="{@anchor}" tabindex="-1">
       <input type="hidden" name="{@count-name}" value="{@count}" class="row-count"/>
       <xsl:apply-templates select="errors | stored | help"/>
       <table>
@@ -275,8 +275,8 @@
       </table>
       <xsl:if test="@dynamic">
         <p><button class="plain add" name="_action" value="add-row:{@id}">
-          <xsl:if test="@add-lang"><xsl:attribute name="lang"><xsl:value-of select="@add-lang"/></xsl:attribute></xsl:if>
-          <xsl:value-of select="@add"/></button></p>
+          <xsl:choose><xsl:when test="@add"><xsl:value-of select="@add"/></xsl:when>
+            <xsl:otherwise>Add a row</xsl:otherwise></xsl:choose></button></p>
       </xsl:if>
     </div>
   </xsl:template>

@@ -32,6 +32,7 @@ TEST_F(Deployments, MakesAPageFromTheObjectListAloneWhereNoneIsGiven) {
   EXPECT_TRUE(page.shows("<h2 id=\"s1-title\">Header</h2>"));               // likewise
   EXPECT_TRUE(page.shows("<option value=\"heatpump\">heatpump</option>"));  // of the schema
   EXPECT_TRUE(page.shows("B1 Building"));                                   // of the object list
+  EXPECT_TRUE(page.shows(">Add a row</button>"));
   Form answers = exampleForm("complete.form");
   const std::string strPlace = parked(host, answers);
   EXPECT_EQ(host.post(strPlace, filledIn(host.get(strPlace), answers, "submit")).status, 303);

@@ -40,6 +40,7 @@ const Question* findTable(const PageModel& page, std::string_view strId) {
 }
 
 std::int64_t rowCount(const Question& table, const Answers& answers, std::int64_t lngMost) {
+  if (!table.blnDynamic) return static_cast<std::int64_t>(table.rows.size());
   const std::string_view strCount = answerTo(answers, rowCountNameOf(table.input.strId));
   std::int64_t lngCount = 0;
   const auto [last, problem] =
@@ -61,9 +62,7 @@ std::int64_t mostColumns(const PageModel& page) {
   std::size_t lngMost = 0;
   for (const Section& section : page.sections) {
     for (const Question& question : section.questions) {
-      if (question.blnTable && question.blnDynamic) {
-        lngMost = std::max(lngMost, question.columns.size());
-      }
+      if (question.blnDynamic) lngMost = std::max(lngMost, question.columns.size());
     }
   }
   return static_cast<std::int64_t>(lngMost);
@@ -73,7 +72,7 @@ std::int64_t cellCount(const PageModel& page, const Answers& answers, std::int64
   std::int64_t lngCells = 0;
   for (const Section& section : page.sections) {
     for (const Question& question : section.questions) {
-      if (!question.blnTable || !question.blnDynamic) continue;
+      if (!question.blnDynamic) continue;
       lngCells +=
           rowCount(question, answers, lngMost) * static_cast<std::int64_t>(question.columns.size());
     }
@@ -98,10 +97,8 @@ void completeAnswers(const PageModel& page, Answers& answers, std::int64_t lngMo
         answers.try_emplace(strLabel, question.input.strLabel);
       }
       if (!question.blnTable) continue;
-      const std::int64_t lngRows = question.blnDynamic
-                                       ? rowCount(question, answers, lngMost)
-                                       : static_cast<std::int64_t>(question.rows.size());
-      answers.insert_or_assign(rowCountNameOf(question.input.strId), std::to_string(lngRows));
+      answers.insert_or_assign(rowCountNameOf(question.input.strId),
+                               std::to_string(rowCount(question, answers, lngMost)));
     }
   }
 }
@@ -115,11 +112,8 @@ bool sameAnswers(const PageModel& page, const Answers& left, const Answers& righ
     for (const Question& question : section.questions) {
       if (!question.blnTable && !same(fieldNameOf(question.input.strId))) return false;
       if (!question.blnTable) continue;
-      auto lngRows = static_cast<std::int64_t>(question.rows.size());
-      if (question.blnDynamic) {
-        lngRows = rowCount(question, left, lngMost);
-        if (lngRows != rowCount(question, right, lngMost)) return false;
-      }
+      const std::int64_t lngRows = rowCount(question, left, lngMost);
+      if (lngRows != rowCount(question, right, lngMost)) return false;
       for (const Input& column : question.columns) {
         if (column.blnOutput) continue;
         for (std::int64_t lngRow = 1; lngRow <= lngRows; ++lngRow) {
@@ -182,9 +176,8 @@ std::string rowCountsOf(const PageModel& page, const Answers& answers, std::int6
   nlohmann::ordered_json counts = nlohmann::ordered_json::object();
   for (const Section& section : page.sections) {
     for (const Question& question : section.questions) {
-      if (question.blnTable && question.blnDynamic) {
-        counts[question.input.strId] = rowCount(question, answers, lngMost);
-      }
+      if (!question.blnDynamic) continue;
+      counts[question.input.strId] = rowCount(question, answers, lngMost);
     }
   }
   return counts.dump();

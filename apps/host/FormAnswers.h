@@ -16,8 +16,8 @@ std::string cellName(const Question& table, const Input& column, std::int64_t ln
 /// The table with this id; null when the page has none.
 const Question* findTable(const PageModel& page, std::string_view strId);
 
-/// How many rows the answers give a dynamic table: what they say, at least the last row that has a
-/// cell. More than `lngMost` is told as `lngMost + 1`.
+/// How many rows a table has. A dynamic one has as many as the answers say, and at least as the
+/// last one that has a cell; more than `lngMost` is told as `lngMost + 1`.
 std::int64_t rowCount(const Question& table, const Answers& answers, std::int64_t lngMost);
 
 /// How many columns the widest dynamic table has.

@@ -123,9 +123,7 @@ std::vector<FormError> unreadableAnswers(const PageModel& page, const Answers& a
         look(fieldNameOf(input.strId), {.strQuestion = input.strId}, input.strLabel);
         continue;
       }
-      const std::int64_t lngRows = question.blnDynamic
-                                       ? rowCount(question, answers, lngMostRows)
-                                       : static_cast<std::int64_t>(question.rows.size());
+      const std::int64_t lngRows = rowCount(question, answers, lngMostRows);
       for (std::int64_t lngRow = 1; lngRow <= lngRows; ++lngRow) {
         const std::string strRow = std::to_string(lngRow);
         for (const Input& column : question.columns) {

@@ -17,6 +17,11 @@ struct HttpRequest {
   std::string strBody;
 };
 
+/// The host of an address as it stands there: one that holds colons, as of IPv6, in brackets.
+inline std::string inAddress(const std::string& strHost) {
+  return strHost.find(':') == std::string::npos ? strHost : '[' + strHost + ']';
+}
+
 /// In how many seconds to come again when the store cannot be reached.
 constexpr const char* kRetryAfter = "5";
 

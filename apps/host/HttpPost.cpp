@@ -10,6 +10,7 @@
 #include <chrono>
 #include <cstdint>
 
+#include "host/Http.h"
 #include "host/ResultBy.h"
 
 namespace asio = boost::asio;
@@ -79,9 +80,7 @@ unsigned httpPost(const std::string& strUrl,
   done(stream.async_connect(places, asio::use_future));
 
   http::request<http::string_body> request(http::verb::post, url.strPath, 11);
-  const bool blnColons = url.strHost.find(':') != std::string::npos;
-  request.set(http::field::host,
-              (blnColons ? '[' + url.strHost + ']' : url.strHost) + ':' + url.strPort);
+  request.set(http::field::host, inAddress(url.strHost) + ':' + url.strPort);
   request.set(http::field::connection, "close");
   for (const auto& [strName, strValue] : headers) request.set(strName, strValue);
   request.body() = strBody;

@@ -73,8 +73,8 @@ HttpRequest requestOf(const http::request<http::string_body>& message) {
 class Connection;
 
 struct WebServer::Impl : std::enable_shared_from_this<WebServer::Impl> {
-  Impl(WebSettings theSettings, WebHandlers theHandlers, Metrics& theMetrics)
-      : settings(std::move(theSettings)), handlers(std::move(theHandlers)), metrics(theMetrics) {}
+  Impl(const HostOptions& theOptions, WebHandlers theHandlers, Metrics& theMetrics)
+      : options(theOptions), handlers(std::move(theHandlers)), metrics(theMetrics) {}
 
   void listen();
   void accept();
@@ -82,7 +82,7 @@ struct WebServer::Impl : std::enable_shared_from_this<WebServer::Impl> {
   void stop();
   void closeListener();
 
-  WebSettings settings;
+  const HostOptions& options;
   WebHandlers handlers;
   Metrics& metrics;
   asio::io_context context{1};
@@ -122,13 +122,11 @@ class Connection : public std::enable_shared_from_this<Connection> {
   }
 
  private:
-  using Message = http::request<http::string_body>;
-
   void readHead() {
     blnIdle_ = blnReading_ = true;
     parser_.emplace();
     parser_->header_limit(kMaxHead);
-    parser_->body_limit(server_->settings.lngMaxBody);
+    parser_->body_limit(server_->options.lngMaxBody);
     stream_.expires_after(kHeadTime);
     http::async_read_header(
         stream_, buffer_, *parser_,
@@ -188,7 +186,7 @@ class Connection : public std::enable_shared_from_this<Connection> {
   void dispatch() {
     blnReading_ = false;
     ++server_->metrics.inFlight;
-    const Message& message = parser_->get();
+    const http::request<http::string_body>& message = parser_->get();
     blnLast_ = !message.keep_alive() || server_->blnStopping;
     auto request = std::make_shared<const HttpRequest>(requestOf(message));
     stream_.expires_never();
@@ -289,7 +287,7 @@ class Connection : public std::enable_shared_from_this<Connection> {
 void WebServer::Impl::listen() {
   try {
     tcp::resolver resolver(context);
-    const auto places = resolver.resolve(settings.strAddress, std::to_string(settings.lngPort),
+    const auto places = resolver.resolve(options.strAddress, std::to_string(options.lngPort),
                                          tcp::resolver::passive);
     const tcp::endpoint place = places.begin()->endpoint();
     acceptor.open(place.protocol());
@@ -297,7 +295,7 @@ void WebServer::Impl::listen() {
     acceptor.bind(place);
     acceptor.listen(asio::socket_base::max_listen_connections);
   } catch (const boost::system::system_error& error) {
-    throw CannotRun("--listen " + settings.strAddress + ':' + std::to_string(settings.lngPort) +
+    throw CannotRun("--listen " + options.strAddress + ':' + std::to_string(options.lngPort) +
                     ": " + error.code().message());
   }
 }
@@ -370,9 +368,9 @@ void WebServer::Impl::closeListener() {
   }
 }
 
-WebServer::WebServer(WebSettings settings, WebHandlers handlers, Metrics& metrics,
+WebServer::WebServer(const HostOptions& options, WebHandlers handlers, Metrics& metrics,
                      const StopSignals& signals)
-    : impl_(std::make_shared<Impl>(std::move(settings), std::move(handlers), metrics)) {
+    : impl_(std::make_shared<Impl>(options, std::move(handlers), metrics)) {
   impl_->listen();
   const int descriptor = ::fcntl(signals.descriptor(), F_DUPFD_CLOEXEC, 0);
   if (descriptor < 0) fail("fcntl");
@@ -388,8 +386,7 @@ WebServer::~WebServer() = default;
 unsigned short WebServer::port() const { return impl_->acceptor.local_endpoint().port(); }
 
 void WebServer::run() {
-  impl_->workers =
-      std::make_unique<WorkerPool>(impl_->settings.lngWorkers, impl_->settings.lngQueue);
+  impl_->workers = std::make_unique<WorkerPool>(impl_->options.lngWorkers, impl_->options.lngQueue);
   impl_->probes = std::make_unique<WorkerPool>(1, kProbesWaiting);
   impl_->accept();
   // Ends when nothing is left to wait for, or when what is left takes too long.

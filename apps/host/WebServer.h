@@ -1,11 +1,10 @@
 #pragma once
 
 #include <chrono>
-#include <cstddef>
 #include <functional>
 #include <memory>
-#include <string>
 
+#include "host/HostOptions.h"
 #include "host/Http.h"
 #include "host/Metrics.h"
 #include "host/StopSignals.h"
@@ -25,21 +24,13 @@ struct WebHandlers {
   std::function<void()> stopping;  // a clean stop begins
 };
 
-struct WebSettings {
-  std::string strAddress;
-  unsigned short lngPort = 0;
-  std::size_t lngMaxBody = 0;
-  std::size_t lngWorkers = 1;
-  std::size_t lngQueue = 0;
-};
-
 /// Waits for browsers. Connections cost no thread, so those that are silent or slow hold up nobody:
 /// one thread reads and writes with deadlines, and a bounded number of workers makes the answers. A
 /// request that finds the queue full is told to come again.
 class WebServer {
  public:
-  /// Begins to listen. Raises CannotRun.
-  WebServer(WebSettings settings, WebHandlers handlers, Metrics& metrics,
+  /// Begins to listen. Raises CannotRun. What is given by reference must outlive the server.
+  WebServer(const HostOptions& options, WebHandlers handlers, Metrics& metrics,
             const StopSignals& signals);
   ~WebServer();
 

@@ -76,11 +76,7 @@ int serve(const HostOptions& options, const StopSignals& signals) {
   Application application(options, *store, deployments, metrics, [&] { outbox.wake(); });
   Clock::time_point end;  // of what runs when the host is asked to stop
   WebServer server(
-      {.strAddress = options.strAddress,
-       .lngPort = options.lngPort,
-       .lngMaxBody = options.lngMaxBody,
-       .lngWorkers = options.lngWorkers,
-       .lngQueue = options.lngQueue},
+      options,
       {.answer = [&](const HttpRequest& request) { return application.answer(request); },
        .isQuick =
            [](const HttpRequest& request) {
@@ -100,10 +96,8 @@ int serve(const HostOptions& options, const StopSignals& signals) {
              logEvent("stopping");
            }},
       metrics, signals);
-  const bool blnColons = options.strAddress.find(':') != std::string::npos;  // as of IPv6
-  const std::string strUrl = "http://" +
-                             (blnColons ? '[' + options.strAddress + ']' : options.strAddress) +
-                             ':' + std::to_string(server.port()) + '/';
+  const std::string strUrl =
+      "http://" + inAddress(options.strAddress) + ':' + std::to_string(server.port()) + '/';
   logEvent("listening", {{"url", strUrl}});
   writeStandardOutput(strUrl + '\n');
   server.run();

@@ -63,7 +63,6 @@ class Application {
   HttpResponse parkAgain(Post& post);
   HttpResponse submit(Post& post);
   HttpResponse saveWithoutVerdict(Post& post, const RunResult& run);
-  HttpResponse notParked(Post& post, const RunResult& run);
   HttpResponse asTyped(const Post& post, unsigned lngStatus, const char* notice,
                        const RunResult* run = nullptr);
   HttpResponse conflict(Post& post);

@@ -4,6 +4,7 @@
 
 namespace {
 
+// In the order of RunOutcome.
 constexpr const char* kOutcomeNames[] = {"parked", "accepted", "refused", "not-checked", "failed"};
 constexpr const char* kStageNames[] = {"run", "store", "render"};
 constexpr std::uint64_t kLimits[] = {1000, 2500, 5000, 10000, 25000, 100000, 500000, 2500000};
@@ -13,7 +14,7 @@ void head(std::ostream& out, const char* name, const char* type, const char* hel
 }
 
 void single(std::ostream& out, const char* name, const char* type, const char* help,
-            std::int64_t value) {
+            const auto& value) {
   head(out, name, type, help);
   out << name << ' ' << value << '\n';
 }
@@ -38,9 +39,8 @@ Metrics::Timer::~Timer() {
 
 std::string Metrics::text() const {
   std::ostringstream out;
-  const auto counted = [](const Count& count) { return static_cast<std::int64_t>(count.load()); };
   head(out, "varnel_runs_total", "counter", "Runs of the library by their outcome.");
-  for (std::size_t at = 0; at < kOutcomes; ++at) {
+  for (std::size_t at = 0; at < runs_.size(); ++at) {
     out << "varnel_runs_total{outcome=\"" << kOutcomeNames[at] << "\"} " << runs_[at] << '\n';
   }
   head(out, "varnel_stage_seconds", "histogram", "Time of a request's stages.");
@@ -60,15 +60,15 @@ std::string Metrics::text() const {
     out << "varnel_requests_total{status=\"" << at << "xx\"} " << requests_[at] << '\n';
   }
   single(out, "varnel_forms_parked_total", "counter", "Forms parked, refused submissions included.",
-         counted(parked_));
+         parked_);
   single(out, "varnel_forms_accepted_total", "counter", "Forms whose message was accepted.",
-         counted(accepted_));
+         accepted_);
   single(out, "varnel_messages_delivered_total", "counter", "Messages that left the outbox.",
-         counted(delivered_));
+         delivered_);
   single(out, "varnel_delivery_failures_total", "counter", "Attempts to deliver that failed.",
-         counted(deliveryFailures_));
+         deliveryFailures_);
   single(out, "varnel_overloads_total", "counter", "Requests that were told to come again.",
-         counted(overloads_));
+         overloads_);
   single(out, "varnel_requests_in_flight", "gauge", "Requests that are being answered.", inFlight);
   single(out, "varnel_outbox_waiting", "gauge", "Messages of this store that wait for delivery.",
          outboxWaiting);

@@ -7,13 +7,14 @@
 #include <cstdint>
 #include <string>
 
+#include "host/RunForm.h"
+
 /// What the host counts. One object for the program; every member may be used by any thread.
 class Metrics {
  public:
-  enum Outcome : std::size_t { kParked, kAccepted, kRefused, kNotChecked, kFailed, kOutcomes };
   enum Stage : std::size_t { kRun, kStore, kRender, kStages };
 
-  void countRun(Outcome outcome) { ++runs_[outcome]; }
+  void countRun(RunOutcome outcome) { ++runs_[static_cast<std::size_t>(outcome)]; }
   void countRequest(unsigned status);
   void countParked() { ++parked_; }      // a form is in the store, or a newer version of it
   void countAccepted() { ++accepted_; }  // a message is in the store
@@ -49,7 +50,7 @@ class Metrics {
     std::array<Count, 8> buckets{};  // each counts what took no longer than its limit
   };
 
-  std::array<Count, kOutcomes> runs_{};
+  std::array<Count, 5> runs_{};      // by the outcome
   std::array<Count, 6> requests_{};  // by the first digit of the status
   std::array<StageTime, kStages> stages_;
   Count parked_ = 0;

@@ -46,19 +46,8 @@ std::size_t fieldsIn(const HttpRequest& request) {
   return static_cast<std::size_t>(std::ranges::count(request.strBody, '&')) + 1;
 }
 
-Metrics::Outcome counted(RunOutcome outcome) {
-  switch (outcome) {
-    case RunOutcome::parked:
-      return Metrics::kParked;
-    case RunOutcome::accepted:
-      return Metrics::kAccepted;
-    case RunOutcome::refused:
-      return Metrics::kRefused;
-    case RunOutcome::notChecked:
-      return Metrics::kNotChecked;
-    default:
-      return Metrics::kFailed;
-  }
+void logForm(const char* event, const StoredForm& form) {
+  logEvent(event, {{"form", form.strDeployment}, {"id", form.strId}, {"version", form.lngVersion}});
 }
 
 }  // namespace
@@ -237,7 +226,7 @@ RunResult Application::run(const Post& post, bool blnSubmit) {
     const Metrics::Timer timer(metrics_, Metrics::kRun);
     result = runForm(*post.deployment, post.answers, blnSubmit);
   }
-  metrics_.countRun(counted(result.outcome));
+  metrics_.countRun(result.outcome);
   if (blnSubmit) logWhatNobodyMends(post, result.report);
   if (result.outcome == RunOutcome::failed || result.outcome == RunOutcome::notChecked) {
     logEvent("run-failed", {{"form", post.deployment->name()},
@@ -259,10 +248,6 @@ StoredForm Application::next(const Post& post, const RunResult& run, const char*
   if (form.strCreated.empty()) form.strCreated = form.strChanged;
   ++form.lngVersion;
   return form;
-}
-
-HttpResponse Application::notParked(Post& post, const RunResult& result) {
-  return asTyped(post, 500, "failed", &result);
 }
 
 /// Saves a form by `attempt`, in the place of the stored one. One that was saved meanwhile with the
@@ -290,7 +275,7 @@ bool Application::replace(const Post& post, StoredForm& form) {
 
 HttpResponse Application::parkNew(Post& post) {
   const RunResult result = run(post, false);
-  if (result.outcome != RunOutcome::parked) return notParked(post, result);
+  if (result.outcome != RunOutcome::parked) return asTyped(post, 500, "failed", &result);
   StoredForm form = next(post, result, "parked");
   form.strId = randomId();
   {
@@ -298,7 +283,7 @@ HttpResponse Application::parkNew(Post& post) {
     store_.create(form);
   }
   metrics_.countParked();
-  logEvent("parked", {{"form", form.strDeployment}, {"id", form.strId}, {"version", 1}});
+  logForm("parked", form);
   return redirect(post, "/parked/" + form.strId, form, &result);
 }
 
@@ -306,11 +291,10 @@ HttpResponse Application::parkAgain(Post& post) {
   if (post.stored.strState == "accepted") return conflict(post);
   if (postedVersion(post.answers) != post.stored.lngVersion) return conflict(post);
   const RunResult result = run(post, false);
-  if (result.outcome != RunOutcome::parked) return notParked(post, result);
+  if (result.outcome != RunOutcome::parked) return asTyped(post, 500, "failed", &result);
   StoredForm form = next(post, result, "parked");
   if (!replace(post, form)) return conflict(post);
-  logEvent("parked",
-           {{"form", form.strDeployment}, {"id", form.strId}, {"version", form.lngVersion}});
+  logForm("parked", form);
   return redirect(post, "/parked/" + form.strId, form, &result);
 }
 
@@ -327,9 +311,7 @@ HttpResponse Application::conflict(Post& post) {
       post.strAction != "submit") {
     return redirect(post, "/parked/" + post.stored.strId, post.stored, nullptr);
   }
-  logEvent("conflict", {{"form", post.stored.strDeployment},
-                        {"id", post.stored.strId},
-                        {"version", post.stored.lngVersion}});
+  logForm("conflict", post.stored);
   FormView view = viewFor(post);
   view.strNotice = blnAccepted ? "accepted" : "conflict";
   view.blnUnsaved = true;
@@ -352,8 +334,7 @@ HttpResponse Application::submit(Post& post) {
         post, form, [&] { return store_.accept(form, result.strMessage, options_.strDeliver); });
     if (!blnDone) return conflict(post);
     metrics_.countAccepted();
-    logEvent("accepted",
-             {{"form", form.strDeployment}, {"id", form.strId}, {"version", form.lngVersion}});
+    logForm("accepted", form);
     onAccepted_();
     return redirect(post, "/messages/" + form.strId, form, &result);
   }
@@ -378,7 +359,7 @@ HttpResponse Application::submit(Post& post) {
 /// Nobody knows whether the message is valid, so it is none; the answers are kept all the same.
 HttpResponse Application::saveWithoutVerdict(Post& post, const RunResult& result) {
   const RunResult parked = run(post, false);
-  if (parked.outcome != RunOutcome::parked) return notParked(post, result);
+  if (parked.outcome != RunOutcome::parked) return asTyped(post, 500, "failed", &result);
   StoredForm form = next(post, parked, "parked");
   form.strResult = result.strJson;  // tells why to those who run the deployment
   if (!replace(post, form)) return conflict(post);

@@ -34,11 +34,6 @@ std::string cellName(const Question& table, const Input& column, std::int64_t ln
   return cellNameOf(table.input.strId, column.strId, std::to_string(lngRow));
 }
 
-const Question* findTable(const PageModel& page, std::string_view strId) {
-  const Question* const question = page.find(strId);
-  return question != nullptr && question->blnTable ? question : nullptr;
-}
-
 std::int64_t rowCount(const Question& table, const Answers& answers, std::int64_t lngMost) {
   if (!table.blnDynamic) return static_cast<std::int64_t>(table.rows.size());
   const std::string_view strCount = answerTo(answers, rowCountNameOf(table.input.strId));

@@ -13,9 +13,6 @@
 /// The name of a cell's input, as `cellNameOf` gives it; `fieldNameOf` gives that of a question's.
 std::string cellName(const Question& table, const Input& column, std::int64_t lngRow);
 
-/// The table with this id; null when the page has none.
-const Question* findTable(const PageModel& page, std::string_view strId);
-
 /// How many rows a table has. A dynamic one has as many as the answers say, and at least as the
 /// last one that has a cell; more than `lngMost` is told as `lngMost + 1`.
 std::int64_t rowCount(const Question& table, const Answers& answers, std::int64_t lngMost);

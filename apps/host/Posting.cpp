@@ -179,9 +179,9 @@ HttpResponse Application::changeRows(Post& post) {
     strTable = strTable.substr(0, lngColon);
   }
   const PageModel& page = post.deployment->page();
-  const Question* const table = findTable(page, strTable);
-  const std::int64_t lngCount = table == nullptr ? 0 : rowCount(*table, post.answers, lngMost);
+  const Question* const table = page.find(strTable);
   const bool blnKnown = table != nullptr && table->blnDynamic;
+  const std::int64_t lngCount = blnKnown ? rowCount(*table, post.answers, lngMost) : 0;
   if (!blnKnown || (!blnAdd && (lngRow < 1 || lngRow > lngCount))) {
     return trouble(post.request, 422, "The row cannot be added or removed",
                    "There is no such table or row.");

@@ -101,6 +101,8 @@ void writeControl(ViewText& view, const Input& input, const Control& control) {
     writeSelect(view, input, control);
   } else if (control.strKind == "output") {
     view.begin("output").set("id", control.strAnchor);
+    // What was computed for one row the script does not copy into another.
+    view.set("class", input.strOutput.empty() ? "computed" : "");
     if (control.described.blnWrong) {
       view.set("tabindex", "-1").set("aria-describedby", control.strAnchor + "-error");
     }

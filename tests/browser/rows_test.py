@@ -32,6 +32,18 @@ class Rows(BrowserTest):
         self.assertEqual(self.value("meters___reading_2"), "18")
 
 
+class ComputedCells(BrowserTest):
+    def test_of_a_row_that_is_added_are_empty(self):
+        self.open("/forms/inspection")
+        self.answer("defects___found_1", "3.3.2026")
+        self.answer("defects___repairby_1", "13.3.2026")
+        self.press("park")
+        self.assertEqual(self.find("#q-defects-1-duration").text, "10")
+        self.button("add-row:defects").click()
+        self.assertEqual(self.find("#q-defects-2-duration").text, "")
+        self.assertEqual(self.find("#q-defects-2-timedimension").text, "days")  # as in every row
+
+
 class RowsInGerman(BrowserTest):
     """A row that the script adds is the one that the host makes when the form is opened again."""
 

@@ -102,6 +102,7 @@
         if (each.type === "checkbox" || each.type === "radio") each.checked = false;
         else each.value = "";
       });
+      copy.querySelectorAll("output.computed").forEach(function (each) { each.textContent = ""; });
       rows[0].parentNode.appendChild(copy);
       renumber(copy, words[1], rows.length + 1);
       keepCount(table);

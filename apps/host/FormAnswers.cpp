@@ -28,6 +28,18 @@ void readTable(const Node& objTable, const std::string& strId, Answers& answers)
   }
 }
 
+/// The number that a text is, 0 where it is none; more than `lngMost`, also more than 64 bits hold,
+/// is told as `lngMost + 1`.
+std::int64_t numberUpTo(std::string_view strText, std::int64_t lngMost) {
+  std::uint64_t lngNumber = 0;
+  const char* const end = strText.data() + strText.size();
+  const auto [last, problem] = std::from_chars(strText.data(), end, lngNumber);
+  if (last != end) return 0;
+  const auto lngTooMany = static_cast<std::uint64_t>(lngMost) + 1;
+  const bool blnBeyond = problem == std::errc::result_out_of_range;
+  return static_cast<std::int64_t>(blnBeyond ? lngTooMany : std::min(lngNumber, lngTooMany));
+}
+
 }  // namespace
 
 std::string cellName(const Question& table, const Input& column, std::int64_t lngRow) {
@@ -36,19 +48,14 @@ std::string cellName(const Question& table, const Input& column, std::int64_t ln
 
 std::int64_t rowCount(const Question& table, const Answers& answers, std::int64_t lngMost) {
   if (!table.blnDynamic) return static_cast<std::int64_t>(table.rows.size());
-  const std::string_view strCount = answerTo(answers, rowCountNameOf(table.input.strId));
-  std::int64_t lngCount = 0;
-  const auto [last, problem] =
-      std::from_chars(strCount.data(), strCount.data() + strCount.size(), lngCount);
-  if (problem == std::errc::result_out_of_range) lngCount = lngMost + 1;
-  lngCount = std::clamp<std::int64_t>(lngCount, 0, lngMost + 1);
+  std::int64_t lngCount = numberUpTo(answerTo(answers, rowCountNameOf(table.input.strId)), lngMost);
   const std::string strPrefix = cellPrefixOf(table.input.strId);
   for (auto each = answers.lower_bound(strPrefix);
        each != answers.end() && each->first.starts_with(strPrefix); ++each) {
     if (each->second.empty()) continue;
     const std::string_view strName = each->first;
-    const std::int64_t lngRow = rowNumber(strName.substr(strName.rfind('_') + 1), lngMost + 1);
-    lngCount = std::max(lngCount, lngRow);
+    const std::string_view strRow = strName.substr(strName.rfind('_') + 1);
+    lngCount = std::max(lngCount, numberUpTo(strRow, lngMost));
   }
   return lngCount;
 }

@@ -60,6 +60,14 @@ TEST_F(BadInput, IsToldByStatusAndPage) {
        strToken + "&defects_rowCount=99999999999999999999", 422},
       {"too many rows by a cell", "POST", "/forms/inspection", strForm,
        strToken + "&defects___place_401=x", 422},
+      {"more than a page shows", "POST", "/forms/inspection", strForm,
+       strToken + "&defects___place_502=x", 422},
+      {"far more", "POST", "/forms/inspection", strForm, strToken + "&defects___place_99999=x",
+       422},
+      {"a row beyond all numbers", "POST", "/forms/inspection", strForm,
+       strToken + "&defects___place_99999999999999999999=x", 422},
+      {"rows that are none", "POST", "/forms/inspection", strForm,
+       strToken + "&defects___place_401x=x&defects___place_-99999999999999999999=x", 303},
       {"a row count that is none", "POST", "/forms/inspection", strForm,
        strToken + "&defects_rowCount=-3&meters_rowCount=abc", 303},
       {"nothing but a token", "POST", "/forms/inspection", strForm, strToken, 303},
@@ -158,6 +166,21 @@ TEST_F(BadInput, OfTooManyRowsLosesNoAnswer) {
   EXPECT_EQ(hiddenInputs(answer.body)["defects_rowCount"], "400");
   EXPECT_TRUE(answer.shows("name=\"defects___place_399\" value=\"The last row\""));
   EXPECT_TRUE(answer.shows("name=\"defects___place_400\" value=\"Beyond the limit\""));
+}
+
+TEST_F(BadInput, OfARowThatAGridLacksIsToldWhenItIsSent) {
+  Form form = exampleForm("complete.form");
+  form["areas___remark_401"] = "x";
+  const auto post = [&](const char* button) {
+    return host_.post(strPlace_, filledIn(host_.get(strPlace_), form, button),
+                      {{"Accept", "application/json"}});
+  };
+  EXPECT_EQ(post("park").status, 303);
+  const HttpAnswer answer = post("submit");
+  EXPECT_EQ(answer.status, 422);
+  const auto losses = nlohmann::json::parse(answer.body)["report"]["losses"];
+  ASSERT_EQ(losses.size(), 1);
+  EXPECT_EQ(losses[0]["reason"], "row-beyond-count");
 }
 
 TEST_F(BadInput, OfCharactersThatXmlLacksIsShownByTheirReplacement) {

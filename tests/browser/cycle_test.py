@@ -1,11 +1,12 @@
 """A form from the list of forms to its receipt, as people go through it."""
 
+import re
 import signal
 import sqlite3
 import subprocess
 import unittest
 
-from browser import EXAMPLE, BrowserTest, answers_of
+from browser import EXAMPLE, SOURCE, BrowserTest, answers_of
 from selenium.webdriver.common.action_chains import ActionChains
 from selenium.webdriver.common.by import By
 
@@ -132,11 +133,19 @@ class SavingByItself(BrowserTest):
 
     HELD = """
         window.setInterval = function (save) { window.saveByItself = save; };
-        window.setTimeout = function (end) { window.endWaiting = end; };
+        window.setTimeout = function (end, most) {
+          window.endWaiting = end;
+          window.mostWaiting = most;
+        };
+        window.savings = 0;
         const fetched = window.fetch;
-        window.fetch = (...words) => fetched(...words).then(answer => new Promise(done => {
-          window.letAnswerCome = () => done(answer);
-        }));"""
+        window.fetch = (...words) => {
+          window.savings += 1;
+          return fetched(...words).then(answer => new Promise(done => {
+            window.letAnswerCome = () => done(answer);
+          }));
+        };"""
+    UNANSWERED = "The server does not respond: please save again"
 
     def setUp(self):
         super().setUp()
@@ -149,11 +158,24 @@ class SavingByItself(BrowserTest):
             "window.dispatchEvent(leaving);"
             "return leaving.defaultPrevented;")
 
+    def forms(self):
+        """How many are in the store."""
+        with sqlite3.connect(self.host.folder / "store.sqlite") as store:
+            return store.execute("SELECT COUNT(*) FROM form").fetchone()[0]
+
+    def savings(self):
+        """How often this page began to save by itself."""
+        return self.driver.execute_script("return window.savings")
+
+    def save_by_itself(self):
+        """Until the host has answered, which the page does not know yet."""
+        self.driver.execute_script("window.saveByItself()")
+        self.wait(lambda: self.driver.execute_script("return !!window.letAnswerCome"))
+
     def press_while_saving(self, action, answer):
         """Answers, and presses a button before the answer to the saving has come."""
         self.answer("town", "Somewhere")
-        self.driver.execute_script("window.saveByItself()")
-        self.wait(lambda: self.driver.execute_script("return !!window.letAnswerCome"))
+        self.save_by_itself()
         self.answer("town", answer)
         page = self.find("html")
         self.all(f".actions button[value='{action}']")[0].click()
@@ -167,8 +189,7 @@ class SavingByItself(BrowserTest):
         self.press_while_saving("park", "Sandvik")
         self.assertEqual(self.state(), "Saved, not sent yet")
         self.assertEqual(self.value("town"), "Sandvik")
-        with sqlite3.connect(self.host.folder / "store.sqlite") as store:
-            self.assertEqual(store.execute("SELECT COUNT(*) FROM form").fetchall(), [(1,)])
+        self.assertEqual(self.forms(), 1)
 
     def test_is_no_conflict_with_a_button_that_is_pressed_meanwhile(self):
         self.open("/forms/inspection")
@@ -187,7 +208,7 @@ class SavingByItself(BrowserTest):
         self.driver.execute_script("window.saveByItself()")
         self.all(".actions button[value=park]")[0].click()
         self.driver.execute_script("window.endWaiting()")
-        self.wait(lambda: self.state() == "The server does not respond: please save again")
+        self.wait(lambda: self.state() == self.UNANSWERED)
         self.assertEqual(self.value("town"), "Sandvik")
         self.assertTrue(self.is_warned())  # so the button was not pressed by itself
         self.picture(f"unanswered-{self.size[0]}")
@@ -197,6 +218,84 @@ class SavingByItself(BrowserTest):
         self.assertEqual(self.state(), "Saved, not sent yet")
         self.assertEqual(self.value("town"), "Sandvik")
         self.assertFalse(self.is_warned())
+
+
+    def test_makes_one_form_at_most_of_one_without_an_address(self):
+        self.open("/forms/inspection")
+        self.answer("town", "Sandvik")
+        self.save_by_itself()
+        self.driver.execute_script("window.endWaiting(); window.letAnswerCome();")
+        self.wait(lambda: self.state() == self.UNANSWERED)
+        self.assertEqual(self.forms(), 1)  # of which the page does not know
+        self.driver.execute_script("window.saveByItself()")
+        self.assertEqual(self.savings(), 1)
+        self.assertTrue(self.is_warned())
+
+        self.press("park")
+        self.assertEqual(self.value("town"), "Sandvik")
+        self.assertEqual(self.forms(), 2)
+        self.answer("town", "Kråkhavn")
+        self.save_by_itself()
+        self.driver.execute_script("window.endWaiting(); window.letAnswerCome();")
+        self.wait(lambda: self.state() == self.UNANSWERED)
+        self.driver.execute_script("window.saveByItself()")
+        self.assertEqual(self.savings(), 2)
+        self.assertEqual(self.forms(), 2)
+
+    def test_waits_longer_than_a_balancer(self):
+        self.open("/forms/inspection")
+        self.answer("town", "Sandvik")
+        self.save_by_itself()
+        balancer = (SOURCE / "deploy" / "haproxy.cfg").read_text(encoding="utf-8")
+        limits = [int(each) for each in re.findall(r"timeout (?:client|server) (\d+)s", balancer)]
+        self.assertEqual(len(limits), 2)
+        most = self.driver.execute_script("return window.mostWaiting")
+        self.assertGreater(most, 1000 * max(limits))
+
+    def press_before(self, answer):
+        """Presses a button while the form is saved by itself, which then ends with `answer`."""
+        self.open("/forms/inspection")
+        self.answer("town", "Sandvik")
+        self.driver.execute_script(
+            "window.fetch = () => new Promise((done, fail) => {"
+            "  window.savings += 1;"
+            f"  window.letAnswerCome = () => {answer}; }});"
+            "window.saveByItself();")
+        self.all(".actions button[value=park]")[0].click()
+        self.page = self.find("html")
+        self.driver.execute_script("window.letAnswerCome()")
+
+    def test_keeps_the_page_when_the_host_itself_does_not_answer(self):
+        for answer in (
+            "fail(new TypeError('Failed to fetch'))",
+            "done(new Response('<h1>No server is available</h1>', {status: 503}))",
+            "done(new Response('<h1>The server did not respond</h1>', {status: 504}))",
+            "done(new Response('<h1>Please log in</h1>'))",
+        ):
+            with self.subTest(answer):
+                self.press_before(answer)
+                self.wait(lambda: self.state() == self.UNANSWERED)
+                self.assertFalse(self.is_gone(self.page))
+                self.assertEqual(self.value("town"), "Sandvik")
+                self.assertTrue(self.is_warned())
+                self.driver.execute_script("window.saveByItself()")
+                self.assertEqual(self.savings(), 1)
+                self.press("park")
+                self.assertEqual(self.value("town"), "Sandvik")
+
+    def test_leaves_the_page_for_the_button_when_the_host_refused_it(self):
+        self.press_before("done(new Response('{\"error\": \"store\"}', {status: 503}))")
+        self.wait(lambda: self.is_gone(self.page) and self.all("main"))
+        self.assertEqual(self.state(), "Saved, not sent yet")
+
+    def test_ends_where_a_page_has_no_place_to_tell_it(self):
+        self.open("/forms/inspection")
+        self.driver.execute_script(
+            "document.querySelector('#state strong').remove();"
+            "document.getElementById('first-save').removeAttribute('id');")
+        self.press_while_saving("park", "Sandvik")
+        self.assertEqual(self.value("town"), "Sandvik")
+        self.assertEqual(self.forms(), 1)
 
 
 class StoreThatIsLocked(BrowserTest):

@@ -112,26 +112,33 @@
 
   // Saving by itself
 
-  // Where the text has an element of its own, that tells its language.
-  function write(place, text) { (place.firstElementChild || place).textContent = text; }
-  function tell(text) { write(state.querySelector("strong"), text); }
+  // Where the text has an element of its own, that tells its language. A page.xsl may leave places out.
+  function write(place, text) {
+    if (place) (place.firstElementChild || place).textContent = text;
+  }
+  function tell(text) { write(state && state.querySelector("strong"), text); }
 
-  // A host that waits for its store in vain tells so sooner.
-  var mostMilliseconds = 30000;
+  // More than a host waits for a body (60 seconds), or a balancer for the host (75 in deploy/).
+  var mostMilliseconds = 90000;
+  // Whether nobody answered when a form without an address was saved: the host may have made a form
+  // of it all the same, and would make another one each time.
+  var mayBeStored = false;
 
   function save() {
-    if (!changed || saving) return;
-    saving = true;
+    if (!changed || saving || mayBeStored) return;
     var before = edits;
     var body = new URLSearchParams(new FormData(form));
     body.set("_action", "park");
     var waiting = new AbortController();
     var limit = window.setTimeout(function () { waiting.abort(); }, mostMilliseconds);
+    var answered = false;  // by the host: a balancer has its own pages
+    saving = true;
     fetch(form.action, {
       method: "POST", body: body, headers: { "Accept": "application/json" }, signal: waiting.signal
     })
       .then(function (answer) {
         return answer.json().then(function (json) {
+          answered = true;
           if (!answer.ok) throw new Error(String(answer.status));
           form.elements._version.value = String(json.version);
           form.elements._token.value = json.token;
@@ -146,19 +153,16 @@
         });
       })
       .catch(function () {
-        if (!waiting.signal.aborted) {
-          tell(form.dataset.textUnsaved);
-          return;
-        }
-        tell(form.dataset.textUnanswered);
-        pressed = null;  // it would get no answer either, and leave the page for that
+        if (!answered) mayBeStored = form.getAttribute("action").indexOf("/parked/") !== 0;
+        tell(answered ? form.dataset.textUnsaved : form.dataset.textUnanswered);
       })
-      .then(function () {
+      .finally(function () {
         window.clearTimeout(limit);
         saving = false;
         var button = pressed;
         pressed = null;
-        if (button) button.click();
+        // Without an answer it would get none either, and leave the page for that.
+        if (button && answered) button.click();
       });
   }
   // Which of two answers is kept after a conflict is for a person to say.

@@ -1,5 +1,6 @@
 #include "host/FormControl.h"
 
+#include <algorithm>
 #include <cstdint>
 
 #include "host/Answers.h"
@@ -20,6 +21,13 @@ const char* inputModeOf(std::string_view strKind) {
   return strKind == "email" ? "email" : strKind == "tel" ? "tel" : "";
 }
 
+/// Whether it is none of the choices. The script looks for the class of such an input, so that it
+/// does not copy the answer of one row into another.
+bool isNoChoice(const Input& input, std::string_view strValue) {
+  return !strValue.empty() && !input.choices.empty() &&
+         std::ranges::find(input.choices, strValue, &Choice::strValue) == input.choices.end();
+}
+
 /// Calls `use` with each choice, and whether it is chosen; with null for an answer that is none and
 /// stays as it was given.
 template <class Use>
@@ -30,7 +38,7 @@ void forEachChoice(const Input& input, std::string_view strValue, Use use) {
     use(&choice, blnChosen);
     blnKnown = blnKnown || blnChosen;
   }
-  if (!blnKnown && !input.choices.empty()) use(nullptr, true);
+  if (isNoChoice(input, strValue)) use(nullptr, true);
 }
 
 void setValue(ViewText& view, const Choice* choice, const Control& control) {
@@ -56,7 +64,8 @@ void writeRadios(ViewText& view, const Input& input, const Control& control) {
     view.begin("tick").begin("input").set("type", "radio").set("id", strId);
     view.setAlways("name", control.strName);
     setValue(view, choice, control);
-    view.set("checked", blnChosen ? "checked" : "").end();
+    view.set("checked", blnChosen ? "checked" : "");
+    view.set("class", choice == nullptr ? "no-choice" : "").end();
     view.begin("label").set("for", strId);
     writeLabel(view, choice, control);
     view.end().end();
@@ -65,6 +74,7 @@ void writeRadios(ViewText& view, const Input& input, const Control& control) {
 
 void writeSelect(ViewText& view, const Input& input, const Control& control) {
   view.begin("select").set("id", control.strAnchor).setAlways("name", control.strName);
+  view.set("class", isNoChoice(input, control.strValue) ? "no-choice" : "");
   control.described.setOn(view);
   view.begin("option").setAlways("value", "").end();
   forEachChoice(input, control.strValue, [&](const Choice* choice, bool blnChosen) {

@@ -44,6 +44,77 @@ class ComputedCells(BrowserTest):
         self.assertEqual(self.find("#q-defects-2-timedimension").text, "days")  # as in every row
 
 
+class CopiedRows(BrowserTest):
+    """A row that is added begins anew, whatever stands in the one above it."""
+
+    def test_offer_no_answer_that_is_no_choice(self):
+        self.open("/forms/inspection")
+        self.driver.execute_script(
+            "document.querySelector('[name=defects___severity_1]').add(new Option('odd', 'odd'));")
+        self.answer("defects___defect_1", "Crack")
+        self.answer("defects___severity_1", "odd")
+        self.press("park")
+        self.assertEqual(self.value("defects___severity_1"), "odd")
+        self.button("add-row:defects").click()
+        offered = [[each.get_attribute("value") for each in self.all(f"#q-defects-{row}-severity option")]
+                   for row in (1, 2)]
+        self.assertEqual(offered, [["", "low", "medium", "high", "odd"], ["", "low", "medium", "high"]])
+        self.assertIsNone(self.find("#q-defects-2-severity").get_dom_attribute("class"))
+
+    def test_offer_no_button_for_an_answer_that_is_no_choice(self):
+        page = self.host.folder / "inspection" / "page.xml"
+        text = page.read_text(encoding="utf-8")
+        page.write_text(
+            text.replace('<column ref="severity">', '<column ref="severity" kind="radio">'),
+            encoding="utf-8")
+        self.open("/forms/inspection")
+        self.driver.execute_script(
+            "document.querySelector('[name=defects___severity_1]').value = 'odd';")
+        self.answer("defects___defect_1", "Crack")
+        self.answer("defects___severity_1", "odd")
+        self.press("park")
+        self.assertEqual(self.value("defects___severity_1"), "odd")
+        self.button("add-row:defects").click()
+        self.assertEqual(
+            [each.get_attribute("value") for each in self.inputs("defects___severity_2")],
+            ["low", "medium", "high"])
+
+    def test_have_nothing_of_an_error_above(self):
+        self.open("/forms/inspection")
+        # As the host marks a computed cell with an error.
+        self.driver.execute_script(
+            "const cell = document.getElementById('q-defects-1-duration');"
+            "cell.setAttribute('tabindex', '-1');"
+            "cell.setAttribute('aria-describedby', 'q-defects-1-duration-error');")
+        self.button("add-row:defects").click()
+        copied = self.find("#q-defects-2-duration")
+        self.assertIsNone(copied.get_dom_attribute("tabindex"))
+        self.assertIsNone(copied.get_dom_attribute("aria-describedby"))
+
+    def test_keep_their_own_error_when_they_move(self):
+        self.open("/forms/inspection")
+        self.button("add-row:meters").click()
+        # As the host marks a row with an error.
+        self.driver.execute_script(
+            "const row = document.getElementById('q-meters-2');"
+            "row.setAttribute('aria-describedby', 'q-meters-2-error');"
+            "row.querySelector('th').insertAdjacentHTML('beforeend',"
+            "  '<p class=\"error\" id=\"q-meters-2-error\">Wrong</p>');")
+        self.button("remove-row:meters:1").click()
+        self.assertEqual(self.find(".error").get_attribute("id"), "q-meters-1-error")
+        self.assertEqual(
+            self.find("#q-meters-1").get_attribute("aria-describedby"), "q-meters-1-error")
+
+    def test_take_the_focus_where_all_is_computed(self):
+        self.open("/forms/inspection")
+        self.driver.execute_script(
+            "document.querySelectorAll('#q-meters-1 td input').forEach(each => each.remove());")
+        self.button("add-row:meters").click()
+        self.assertEqual(self.focused().get_attribute("id"), "q-meters-2")
+        self.button("remove-row:meters:2").click()
+        self.assertEqual(self.focused().get_attribute("id"), "q-meters-1")
+
+
 class RowsInGerman(BrowserTest):
     """A row that the script adds is the one that the host makes when the form is opened again."""
 

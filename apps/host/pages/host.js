@@ -43,12 +43,17 @@
 
   function rowsOf(table) { return table.querySelectorAll("tbody > tr"); }
 
+  // The row itself may be described by an error.
+  function withAll(row, selector) { return [row].concat(Array.from(row.querySelectorAll(selector))); }
+
+  function focusOn(row) { (row.querySelector("input, select, textarea") || row).focus(); }
+
   function renumber(row, id, number) {
     var old = row.dataset.row;
     var anchor = "q-" + id;
     row.dataset.row = String(number);
     row.id = anchor + "-" + number;
-    row.querySelectorAll("[name], [id], [for], [aria-describedby]").forEach(function (each) {
+    withAll(row, "[name], [id], [for], [aria-describedby]").forEach(function (each) {
       if (each.name && each.name.indexOf(id + "___") === 0) {
         each.name = each.name.replace(/_\d+$/, "_" + number);
       }
@@ -80,17 +85,25 @@
       row.remove();
       rowsOf(table).forEach(function (each, at) { renumber(each, words[1], at + 1); });
       keepCount(table);
-      neighbour.querySelector("input, select, textarea").focus();
+      focusOn(neighbour);
     } else if (words[0] === "add-row") {
       var rows = rowsOf(table);
       if (rows.length === 0) return;  // there is none to copy: the server makes it
       event.preventDefault();
       var copy = rows[rows.length - 1].cloneNode(true);
       copy.querySelectorAll(".error, .stored").forEach(function (each) { each.remove(); });
+      // An answer that is no choice stands last, in a row of buttons or as an option.
+      copy.querySelectorAll("input.no-choice").forEach(function (each) {
+        (each.closest(".tick") || each).remove();
+      });
+      copy.querySelectorAll("select.no-choice").forEach(function (each) {
+        each.lastElementChild.remove();
+        each.removeAttribute("class");
+      });
       copy.querySelectorAll(".wrong, .differs").forEach(function (each) {
         each.classList.remove("wrong", "differs");
       });
-      [copy].concat(Array.from(copy.querySelectorAll("[aria-describedby]"))).forEach(function (each) {
+      withAll(copy, "[aria-describedby]").forEach(function (each) {
         each.removeAttribute("aria-invalid");
         var hints = (each.getAttribute("aria-describedby") || "").split(" ").filter(function (id) {
           return /-hint$/.test(id);
@@ -102,11 +115,12 @@
         if (each.type === "checkbox" || each.type === "radio") each.checked = false;
         else each.value = "";
       });
+      copy.querySelectorAll("output").forEach(function (each) { each.removeAttribute("tabindex"); });
       copy.querySelectorAll("output.computed").forEach(function (each) { each.textContent = ""; });
       rows[0].parentNode.appendChild(copy);
       renumber(copy, words[1], rows.length + 1);
       keepCount(table);
-      copy.querySelector("input, select, textarea").focus();
+      focusOn(copy);
     }
   });
 

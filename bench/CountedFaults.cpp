@@ -1,10 +1,9 @@
 #include <cstdlib>
-#include <exception>
 #include <iostream>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "Program.h"
 #include "config/Session.h"
 #include "message/CreateDocumentDataNodes.h"
 #include "message/RemoveEmptyElements.h"
@@ -24,10 +23,6 @@ namespace {
 using test::parsed;
 
 constexpr int kQuestionsBelowRow = 50;
-
-void expect(bool blnTrue, const char* strWhat) {
-  if (!blnTrue) throw std::runtime_error(strWhat);
-}
 
 class FaultyRows {
  public:
@@ -134,16 +129,12 @@ int main(int argc, char** argv) {
     std::cerr << "usage: counted_faults ROWS RUNS\n";
     return 2;
   }
-  try {
+  return exitStatusOf([&] {
     const FaultyRows rows(std::atoi(argv[1]));
     for (int lngRun = 0; lngRun < std::atoi(argv[2]); ++lngRun) {
       rows.copyRows();
       rows.cleanUp();
       rows.mapErrors();
     }
-  } catch (const std::exception& error) {
-    std::cerr << error.what() << "\n";
-    return 1;
-  }
-  return 0;
+  });
 }

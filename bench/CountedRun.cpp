@@ -1,10 +1,10 @@
 #include <cstdlib>
-#include <exception>
 #include <iostream>
 #include <stdexcept>
 #include <string_view>
 
 #include "Counting.h"
+#include "Program.h"
 #include "Run.h"
 
 // Submits one form a number of times, each checked, and then once more with instructions counted,
@@ -35,7 +35,7 @@ int main(int argc, char** argv) {
     std::cerr << "usage: counted_run KIND SIZE [RUNS [FAULTY-PERCENT [unasked|asked|journal]]]\n";
     return 2;
   }
-  try {
+  return exitStatusOf([&] {
     const char* const strAsked = argc > 5 ? argv[5] : "run";
     const Asked asked = askedFor(strAsked);
     const int lngRuns = argc > 3 ? std::atoi(argv[3]) : 2;
@@ -47,9 +47,5 @@ int main(int argc, char** argv) {
       check(deployment, extent, caller.run(extent, asked), asked);
     }
     counted(strAsked, [&] { caller.run(extent, asked); });
-  } catch (const std::exception& error) {
-    std::cerr << error.what() << "\n";
-    return 1;
-  }
-  return 0;
+  });
 }

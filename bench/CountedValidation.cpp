@@ -2,13 +2,12 @@
 #include <libxml/xmlschemas.h>
 
 #include <cstdlib>
-#include <exception>
 #include <iostream>
 #include <memory>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 
+#include "Program.h"
 #include "platform/schema/ValidatingReader.h"
 #include "support/Documents.h"
 
@@ -152,10 +151,6 @@ class Counter : public SaxHandler {
   int lngErrors = 0;
 };
 
-void expect(bool blnTrue, const char* strWhat) {
-  if (!blnTrue) throw std::runtime_error(strWhat);
-}
-
 void readByReader(const std::string& strPath, const std::string& strXml, int lngRuns, int lngFields,
                   bool blnMarks, bool blnDamaged) {
   SchemaCollection colSchemas;
@@ -213,7 +208,7 @@ int main(int argc, char** argv) {
     std::cerr << "usage: counted_validation FIELDS RUNS valid|damaged|unmarked|library\n";
     return 2;
   }
-  try {
+  return exitStatusOf([&] {
     const int lngFields = std::atoi(argv[1]);
     const int lngRuns = std::atoi(argv[2]);
     const Message message(lngFields, blnMarks, strKind == "damaged");
@@ -224,9 +219,5 @@ int main(int argc, char** argv) {
     } else {
       readByReader(strSchema, message.strXml, lngRuns, lngFields, blnMarks, strKind == "damaged");
     }
-  } catch (const std::exception& error) {
-    std::cerr << error.what() << "\n";
-    return 1;
-  }
-  return 0;
+  });
 }

@@ -1,8 +1,7 @@
-#include <exception>
-#include <iostream>
 #include <string>
 
 #include "Counting.h"
+#include "Program.h"
 #include "Run.h"
 
 // Counts what a warm run costs at n, 2n, 4n and 8n of everything that there can be more of, one
@@ -63,13 +62,9 @@ void grow(const Growing& growing) {
 
 int main(int argc, char** argv) {
   using namespace Varnel_Tolv_XML_Creation::bench;
-  try {
+  return exitStatusOf([&] {
     for (const Growing& growing : kGrowing) {
       if (argc == 1 || argv[1] == std::string(growing.name)) grow(growing);
     }
-  } catch (const std::exception& error) {
-    std::cerr << error.what() << "\n";
-    return 1;
-  }
-  return 0;
+  });
 }

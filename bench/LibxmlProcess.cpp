@@ -1,8 +1,8 @@
-#include <exception>
 #include <fstream>
 #include <iostream>
 
 #include "Libxml.h"
+#include "Program.h"
 
 // The least that a process has to do with libxml2 for one submission, once what comes out is known:
 // parses the configuration FILEs, compiles the schema, parses and validates the message, parses the
@@ -16,16 +16,12 @@ int main(int argc, char** argv) {
     std::cerr << "usage: libxml_process SCHEMA MESSAGE PARKED FILE...\n";
     return 2;
   }
-  try {
+  return exitStatusOf([&] {
     for (int lngFile = 4; lngFile < argc; ++lngFile) parsedFile(argv[lngFile]);
     const LibxmlSchema schema = compiledSchema(argv[1]);
     const LibxmlDocument message = parsedFile(argv[2]);
-    if (!isValid(schema, message)) throw std::runtime_error("the message is not valid");
+    expect(isValid(schema, message), "the message is not valid");
     std::ofstream("/dev/null") << serialised(message);
     std::ofstream("/dev/null") << serialised(parsedFile(argv[3]));
-  } catch (const std::exception& error) {
-    std::cerr << error.what() << "\n";
-    return 1;
-  }
-  return 0;
+  });
 }

@@ -2,10 +2,8 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <exception>
 #include <functional>
 #include <iostream>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,6 +11,7 @@
 #include "Counting.h"
 #include "Libxml.h"
 #include "Memory.h"
+#include "Program.h"
 #include "Run.h"
 #include "Stylesheets.h"
 
@@ -36,10 +35,6 @@ long long processorTime() {
   timespec now{};
   ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
   return now.tv_sec * 1'000'000'000LL + now.tv_nsec;
-}
-
-void expect(bool blnTrue, const std::string& strWhat) {
-  if (!blnTrue) throw std::runtime_error(strWhat);
 }
 
 /// libxml2 alone parses the object list, parses and checks the message, and writes it and the
@@ -159,13 +154,9 @@ int main(int argc, char** argv) {
     std::cerr << "usage: side_by_side check|measure KIND SIZE [FAULTY-PERCENT]\n";
     return 2;
   }
-  try {
+  return exitStatusOf([&] {
     compare(GeneratedDeployment(
                 dimensionsOf(argv[2], std::atoi(argv[3]), argc == 5 ? std::atoi(argv[4]) : 0)),
             strTask == "measure");
-  } catch (const std::exception& error) {
-    std::cerr << error.what() << "\n";
-    return 1;
-  }
-  return 0;
+  });
 }

@@ -10,6 +10,7 @@
 #include <thread>
 #include <vector>
 
+#include "Program.h"
 #include "Run.h"
 
 // What two threads that serve the same form get done, against one.
@@ -103,11 +104,6 @@ int main(int argc, char** argv) {
     std::cerr << "usage: throughput KIND SIZE\n";
     return 2;
   }
-  try {
-    measure(GeneratedDeployment(dimensionsOf(argv[1], std::atoi(argv[2]))));
-  } catch (const std::exception& error) {
-    std::cerr << error.what() << "\n";
-    return 1;
-  }
-  return 0;
+  return exitStatusOf(
+      [&] { measure(GeneratedDeployment(dimensionsOf(argv[1], std::atoi(argv[2])))); });
 }

@@ -5,7 +5,6 @@
 #include <string_view>
 
 #include "platform/xml/OwnedXml.h"
-#include "platform/xml/TreeLimits.h"
 
 // How this layer walks and links the nodes of a libxml2 tree; internal to it. The library's own
 // functions merge and free text, look namespaces up by prefix and recurse, so none of them is used
@@ -32,9 +31,6 @@ inline xmlNode* asNode(xmlAttr* attribute) noexcept {
   return reinterpret_cast<xmlNode*>(attribute);
 }
 inline xmlAttr* asAttribute(xmlNode* node) noexcept { return reinterpret_cast<xmlAttr*>(node); }
-inline const xmlAttr* asAttribute(const xmlNode* node) noexcept {
-  return reinterpret_cast<const xmlAttr*>(node);
-}
 
 inline bool isElement(const xmlNode* node) noexcept { return node->type == XML_ELEMENT_NODE; }
 inline bool isAttribute(const xmlNode* node) noexcept { return node->type == XML_ATTRIBUTE_NODE; }

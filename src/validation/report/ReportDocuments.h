@@ -26,7 +26,6 @@ class ReportDocuments {
       : session_(session), sources_(sources) {}
 
   const Document& message() const noexcept { return sources_.objMessage; }
-  const Document& park() const noexcept { return sources_.objPark; }
 
   const Document& questions() { return load(questions_, sources_.strQuestionsXmlPath); }
   const Document& reference();

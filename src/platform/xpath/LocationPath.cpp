@@ -267,8 +267,4 @@ std::optional<LocationPath> compileLocationPath(std::string_view strXPath,
   return LocationPathCompiler(strXPath, namespaces, names).compile();
 }
 
-bool isWalked(std::string_view strXPath, const SelectionNamespaces* namespaces) {
-  return compileLocationPath(strXPath, namespaces, TreeNames()).has_value();
-}
-
 }  // namespace Varnel_Tolv_XML_Creation

@@ -69,7 +69,4 @@ std::optional<LocationPath> compileLocationPath(std::string_view strXPath,
                                                 const SelectionNamespaces* namespaces,
                                                 const TreeNames& names);
 
-/// Whether `select` walks the tree for this expression instead of asking the library.
-bool isWalked(std::string_view strXPath, const SelectionNamespaces* namespaces = nullptr);
-
 }  // namespace Varnel_Tolv_XML_Creation

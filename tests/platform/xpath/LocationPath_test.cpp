@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/xpath/SelectionTree.h"
+
 namespace Varnel_Tolv_XML_Creation {
 namespace {
 

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "platform/xml/LoadTree.h"
+#include "platform/xpath/LocationPath.h"
 
 // A tree for the tests of selection, and what they say about its nodes.
 
@@ -22,6 +23,11 @@ inline Tree parsedTree(std::string_view strXml) {
 }
 
 inline TreeNode* rootOf(const Tree& tree) { return tree.document()->first; }
+
+/// Whether a selection walks the tree for this expression instead of asking the library.
+inline bool isWalked(std::string_view strXPath, const SelectionNamespaces* namespaces = nullptr) {
+  return compileLocationPath(strXPath, namespaces, TreeNames()).has_value();
+}
 
 /// Gives an element an attribute in no namespace, whatever its name.
 inline void addAttribute(Tree& tree, TreeNode* element, std::string_view strName,

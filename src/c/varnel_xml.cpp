@@ -6,7 +6,6 @@
 #include <cstring>
 #include <limits>
 #include <memory>
-#include <new>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -14,6 +13,7 @@
 
 #include "interface/RunDeployment.h"
 #include "platform/json/ResultJson.h"
+#include "platform/text/Text.h"
 #include "result/RuntimeError.h"
 
 using namespace Varnel_Tolv_XML_Creation;
@@ -78,17 +78,12 @@ std::string_view textOf(const char* text, std::size_t lngLength) {
 void tell(varnel_xml_error* error, std::string_view strReason) noexcept {
   constexpr std::size_t kBegin = offsetof(varnel_xml_error, message);
   if (error == nullptr || error->size <= kBegin) return;
-  std::size_t length =
-      std::min(strReason.size(), std::min(error->size - kBegin, sizeof(error->message)) - 1);
-  const auto isContinued = [&] {
-    return length < strReason.size() &&
-           (static_cast<unsigned char>(strReason[length]) & 0xC0) == 0x80;
-  };
-  while (length > 0 && isContinued()) --length;
-  std::transform(
-      strReason.begin(), strReason.begin() + static_cast<std::ptrdiff_t>(length), error->message,
+  const std::string_view strShown =
+      beginningOf(strReason, std::min(error->size - kBegin, sizeof(error->message)) - 1);
+  char* const end = std::transform(
+      strShown.begin(), strShown.end(), error->message,
       [](char letter) { return static_cast<unsigned char>(letter) < ' ' ? ' ' : letter; });
-  error->message[length] = '\0';
+  *end = '\0';
 }
 
 varnel_xml_status statusOf(const RuntimeError& error) noexcept {

@@ -8,6 +8,7 @@
 #include <variant>
 
 #include "platform/json/JsonObject.h"
+#include "platform/text/Ascii.h"
 #include "platform/text/FileNames.h"
 #include "platform/xml/ReadXmlFile.h"
 #include "result/RuntimeError.h"
@@ -87,8 +88,7 @@ DateOrder dateOrder(const DeploymentValues& values, const Place& place = {}) {
 bool fits(std::string_view strText, std::string_view strPattern) {
   if (strText.size() != strPattern.size()) return false;
   for (std::size_t at = 0; at < strText.size(); ++at) {
-    const bool isDigit = strText[at] >= '0' && strText[at] <= '9';
-    if (strPattern[at] == '0' ? !isDigit : strText[at] != strPattern[at]) return false;
+    if (strPattern[at] == '0' ? !isDigit(strText[at]) : strText[at] != strPattern[at]) return false;
   }
   return true;
 }

@@ -1,18 +1,13 @@
 #include "platform/text/FileNames.h"
 
-#include <algorithm>
 #include <filesystem>
 #include <system_error>
 
+#include "platform/text/Text.h"
+
 namespace Varnel_Tolv_XML_Creation {
 
-bool isFileUrl(std::string_view strName) {
-  constexpr std::string_view kScheme = "file:";
-  return strName.size() >= kScheme.size() &&
-         std::equal(kScheme.begin(), kScheme.end(), strName.begin(), [](char scheme, char letter) {
-           return scheme == (letter >= 'A' && letter <= 'Z' ? letter - 'A' + 'a' : letter);
-         });
-}
+bool isFileUrl(std::string_view strName) { return startsWithIgnoringCase(strName, "file:"); }
 
 std::string nameWithin(std::string_view strFolder, std::string_view strFile) {
   std::string strName(strFile);

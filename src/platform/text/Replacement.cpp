@@ -5,11 +5,13 @@
 namespace Varnel_Tolv_XML_Creation {
 namespace {
 
-/// Whether one that XML cannot hold may begin here.
-bool isSuspect(char letter) {
+bool isControl(char letter) {
   const auto byte = static_cast<unsigned char>(letter);
-  return (byte < ' ' && byte != '\t' && byte != '\n' && byte != '\r') || byte == 0xEF;
+  return byte < ' ' && byte != '\t' && byte != '\n' && byte != '\r';
 }
+
+/// Whether one that XML cannot hold may begin here.
+bool isSuspect(char letter) { return isControl(letter) || letter == '\xEF'; }
 
 }  // namespace
 
@@ -20,9 +22,8 @@ std::string withXmlCharacters(std::string_view strText) {
   std::string strClean;
   strClean.reserve(strText.size());
   for (std::size_t at = 0; at < strText.size(); ++at) {
-    const auto byte = static_cast<unsigned char>(strText[at]);
     const std::string_view strThree = strText.substr(at, 3);
-    if (byte < ' ' && byte != '\t' && byte != '\n' && byte != '\r') {
+    if (isControl(strText[at])) {
       strClean += kReplacementCharacter;
     } else if (strThree == "\xEF\xBF\xBE" || strThree == "\xEF\xBF\xBF") {
       strClean += kReplacementCharacter;

@@ -22,15 +22,7 @@ Arena::~Arena() {
   while (last_) ::operator delete(std::exchange(last_, last_->before));
 }
 
-Arena::Arena(Arena&& other) noexcept
-    : last_(std::exchange(other.last_, nullptr)),
-      cursor_(std::exchange(other.cursor_, nullptr)),
-      end_(std::exchange(other.end_, nullptr)),
-      lngNextChunk_(other.lngNextChunk_),
-      lngMost_(other.lngMost_),
-      lngTaken_(other.lngTaken_),
-      lngLeft_(other.lngLeft_),
-      share_(std::move(other.share_)) {}
+Arena::Arena(Arena&& other) noexcept : Arena() { *this = std::move(other); }
 
 Arena& Arena::operator=(Arena&& other) noexcept {
   std::swap(last_, other.last_);

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cerrno>
 
+#include "platform/text/FileNames.h"
 #include "platform/text/Text.h"
 #include "platform/xml/FilesRead.h"
 
@@ -82,7 +83,7 @@ OneReading readOnce(const std::string& strPath, std::size_t lngMaxBytes) {
 
 std::optional<std::string> filePath(std::string_view strLocation) {
   std::string strPath(strLocation);
-  if (startsWithIgnoringCase(strLocation, "file:")) {
+  if (isFileUrl(strLocation)) {
     strLocation.remove_prefix(5);
     if (strLocation.starts_with("//")) {
       strLocation.remove_prefix(2);

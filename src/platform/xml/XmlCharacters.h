@@ -2,6 +2,8 @@
 
 #include <string_view>
 
+#include "platform/text/Ascii.h"
+
 // What XML 1.0 allows in text and in names.
 
 namespace Varnel_Tolv_XML_Creation {
@@ -26,8 +28,7 @@ bool isNCName(std::string_view strName);
 /// Whether the byte may stand in such a name. Of bytes beyond ASCII it only says that they can
 /// belong to a letter: `isNCName` decides.
 constexpr bool isNameByte(char byte) noexcept {
-  return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') ||
-         (byte >= '0' && byte <= '9') || byte == '_' || byte == '-' || byte == '.' ||
+  return isLetter(byte) || isDigit(byte) || byte == '_' || byte == '-' || byte == '.' ||
          static_cast<unsigned char>(byte) >= 0x80;
 }
 

@@ -137,6 +137,10 @@ void push(Parser* parser, xmlXPathObject* value) {
   valuePush(parser, value);
 }
 
+void pushBoolean(Parser* parser, bool blnValue) {
+  push(parser, xmlXPathNewBoolean(blnValue ? 1 : 0));
+}
+
 void pushText(Parser* parser, std::string_view strText) {
   push(parser,
        xmlXPathWrapString(xmlStrndup(xmlText(strText.data()), static_cast<int>(strText.size()))));
@@ -154,9 +158,8 @@ std::size_t positionIn(std::string_view strText, std::string_view strWanted) {
 void contains(Parser* parser, int lngArguments) {
   OwnedXmlText texts[2];
   if (!takeTexts(parser, lngArguments, texts)) return;
-  const bool blnFound =
-      positionIn(view(texts[0].get()), view(texts[1].get())) != std::string_view::npos;
-  push(parser, xmlXPathNewBoolean(blnFound ? 1 : 0));
+  pushBoolean(parser,
+              positionIn(view(texts[0].get()), view(texts[1].get())) != std::string_view::npos);
 }
 
 void substringBefore(Parser* parser, int lngArguments) {
@@ -210,10 +213,6 @@ bool hasTwoOperands(Parser* parser) {
   if (argument(parser, 1)) return true;
   xmlXPathErr(parser, XPATH_INVALID_OPERAND);
   return false;
-}
-
-void pushBoolean(Parser* parser, bool blnValue) {
-  push(parser, xmlXPathNewBoolean(blnValue ? 1 : 0));
 }
 
 /// The different texts of the nodes of a set.

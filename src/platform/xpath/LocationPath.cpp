@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/text/Ascii.h"
 #include "platform/xml/XmlCharacters.h"
 #include "platform/xml/XmlTree.h"
 
@@ -158,7 +159,7 @@ class LocationPathCompiler {
     }
     test.kind = Condition::Kind::equalsNumber;
     const std::size_t start = position_;
-    for (; !atEnd() && peek() >= '0' && peek() <= '9'; ++position_) {
+    for (; !atEnd() && isDigit(peek()); ++position_) {
       test.dblNumber = test.dblNumber * 10 + (peek() - '0');
     }
     const std::size_t count = position_ - start;

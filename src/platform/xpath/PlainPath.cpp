@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 
+#include "platform/text/Ascii.h"
 #include "platform/xml/XmlCharacters.h"
 #include "platform/xpath/ChildNameIndex.h"
 #include "platform/xpath/IdIndex.h"
@@ -14,9 +15,7 @@ namespace Varnel_Tolv_XML_Creation {
 
 namespace {
 
-constexpr bool isFirstLetter(char byte) noexcept {
-  return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') || byte == '_';
-}
+constexpr bool isFirstLetter(char byte) noexcept { return isLetter(byte) || byte == '_'; }
 
 /// Which bytes may stand in a name, as a table: each byte of each path is asked about.
 constexpr auto kLetters = [] {

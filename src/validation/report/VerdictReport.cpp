@@ -111,13 +111,9 @@ Document VerdictReport::newEvidence() const {
 /// Why a document of the mapping cannot be read.
 std::string VerdictReport::unreadable(std::string_view strWhat, std::string_view strPath) const {
   const Document objXml = newEvidence();
-  std::string strReason =
+  const std::string strReason =
       "The " + std::string(strWhat) + " " + inQuotes(strPath) + " cannot be read";
-  if (objXml.load(strPath)) return strReason + ".";
-  const ParseError& error = objXml.parseError();
-  strReason += ": " + oneLine(error.reason);
-  if (error.line > 0) strReason += " (line " + std::to_string(error.line) + ")";
-  return strReason;
+  return objXml.load(strPath) ? strReason + "." : strReason + ": " + describe(objXml.parseError());
 }
 
 /// What the mapping did not find: a question of the message that its documents lack. Empty when it

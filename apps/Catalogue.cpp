@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
-#include <utility>
-#include <vector>
 
 #include "CannotRun.h"
 #include "CatalogueFiles.h"

@@ -5,9 +5,9 @@
 #include <libxml/parserInternals.h>
 
 #include <array>
-#include <cstring>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 
 namespace {
 

@@ -5,7 +5,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 
 /// The place of a file, whatever name leads there: two names of one place compare equal, also when
 /// nothing is there yet.

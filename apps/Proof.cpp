@@ -1,10 +1,8 @@
 #include "Proof.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <map>
 #include <optional>
-#include <span>
 #include <utility>
 
 #include "CannotRun.h"

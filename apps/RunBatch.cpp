@@ -7,7 +7,6 @@
 #include <exception>
 #include <nlohmann/json.hpp>
 #include <optional>
-#include <string_view>
 #include <system_error>
 #include <thread>
 #include <utility>

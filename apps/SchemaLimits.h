@@ -1,7 +1,6 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "varnel_xml_creation/platform/schema/DeclaredElement.h"

@@ -1,10 +1,8 @@
 #include "answers/AnswerReport.h"
 
-#include <algorithm>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
-#include <utility>
 #include <vector>
 
 #include "answers/AnswerFates.h"

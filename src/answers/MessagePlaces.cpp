@@ -1,6 +1,5 @@
 #include "answers/MessagePlaces.h"
 
-#include <optional>
 #include <utility>
 #include <vector>
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <charconv>
 #include <system_error>
-#include <utility>
 
 #include "config/GetFormCollectionItem.h"
 #include "config/Session.h"

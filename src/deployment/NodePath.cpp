@@ -1,6 +1,7 @@
 #include "deployment/NodePath.h"
 
 #include <algorithm>
+#include <string>
 #include <utility>
 
 namespace Varnel_Tolv_XML_Creation {

@@ -1,7 +1,6 @@
 #include "message/BuildSendXML.h"
 
 #include <optional>
-#include <string>
 
 #include "config/AnswerLog.h"
 #include "config/AnswerReasons.h"

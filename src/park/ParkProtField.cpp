@@ -9,7 +9,6 @@
 #include "platform/dom/Prepared.h"
 #include "platform/host/WebRequest.h"
 #include "platform/text/Conversions.h"
-#include "platform/text/Text.h"
 #include "result/Guarded.h"
 
 namespace Varnel_Tolv_XML_Creation {

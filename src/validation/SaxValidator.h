@@ -3,7 +3,6 @@
 #include <array>
 #include <cstddef>
 #include <deque>
-#include <functional>
 #include <map>
 #include <memory_resource>
 #include <string>

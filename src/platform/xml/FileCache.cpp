@@ -3,8 +3,8 @@
 #include <iterator>
 #include <list>
 #include <mutex>
+#include <string>
 #include <unordered_map>
-#include <utility>
 
 #include "platform/xml/FileCacheEntry.h"
 

@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
-#include <string>
 #include <string_view>
 
 #include "../../result/Export.h"

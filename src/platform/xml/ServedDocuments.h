@@ -4,7 +4,6 @@
 #include <exception>
 #include <functional>
 #include <string>
-#include <string_view>
 
 namespace Varnel_Tolv_XML_Creation {
 

@@ -2,8 +2,6 @@
 
 #include <libxml/xpath.h>
 
-#include <cstddef>
-
 namespace Varnel_Tolv_XML_Creation {
 
 /// The functions of an expression that `writeForLibrary` wrote: those of XPath 1.0, and those that

@@ -26,12 +26,12 @@ void noteSources(AnswerLog& answers, const NodeList& colParameters, const Node& 
                  const Document& objParkXML, const Node& objNode, std::string_view strText) {
   Node objIdle;
   for (const Node& objParameter : colParameters) {
-    const std::string strItem = attributeText(objParameter, "item");
+    const std::string strItem = attributeText(objParameter, kItem);
     if (!isBlank(strItem)) {
       answers.writeFrom(selectProtocolObject(objParkXML, strItem), objNode, strText);
-    } else if (!isBlank(attributeText(objParameter, "formvalue"))) {
+    } else if (!isBlank(attributeText(objParameter, kFormValue))) {
       answers.writeFrom(prtobjct, objNode, strText);
-    } else if (isBlank(attributeText(objParameter, "formlabel"))) {
+    } else if (isBlank(attributeText(objParameter, kFormLabel))) {
       objIdle = objParameter;
     }
   }
@@ -121,10 +121,10 @@ Acknowledge GetValueFromParameter(const Node& objParameter, const Document& objP
                      "An error occurred because the parameter object is missing",
                      kParameterUserMessage);
     }
-    if (!isBlank(attributeText(objParameter, "formlabel"))) strResult = strFieldLabel;
-    if (!isBlank(attributeText(objParameter, "formvalue"))) strResult = strValue;
+    if (!isBlank(attributeText(objParameter, kFormLabel))) strResult = strFieldLabel;
+    if (!isBlank(attributeText(objParameter, kFormValue))) strResult = strValue;
 
-    const std::string strItem = attributeText(objParameter, "item");
+    const std::string strItem = attributeText(objParameter, kItem);
     if (isBlank(strItem)) return {};
     const Node objItem = selectProtocolObject(objParkXML, strItem);
     if (!objItem) {

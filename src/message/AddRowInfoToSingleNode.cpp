@@ -38,7 +38,7 @@ Acknowledge readCells(const Node& objRow, RowCells& cells) {
   for (const Node& objColumn : *colColumns) {
     const std::string_view strValue = attributeView(objColumn, kValue);
     if (!isBlank(strValue)) cells.blnAllBlank = false;
-    const std::string_view strColumnLabel = attributeView(objColumn, "columnlabel");
+    const std::string_view strColumnLabel = attributeView(objColumn, kColumnLabel);
     if (strColumnLabel.empty()) {
       return failure(SVC_RET_XML_CREATION_CLMN_LBL_FAILED, "Selecting the column label has failed");
     }
@@ -60,7 +60,7 @@ Acknowledge AddRowInfoToSingleNode(const Session& session, const Document& objSe
     if (!objParkTable) {
       return failure(SVC_RET_XML_CREATION_PRT_TBL_MISSING, "The protocol table object is missing");
     }
-    const std::string strTableLabel = attributeText(objParkTable, "tablelabel");
+    const std::string strTableLabel = attributeText(objParkTable, kTableLabel);
     const std::string strTableId = attributeText(objParkTable, kId);
     const std::optional<NodeList> colRows = objParkTable.getElementsByTagName(kRow);
     if (!colRows) {
@@ -70,7 +70,7 @@ Acknowledge AddRowInfoToSingleNode(const Session& session, const Document& objSe
 
     std::string strText;  // deliberate: not cleared, a row without labels continues the one before
     for (const Node& objRow : *colRows) {
-      const std::string_view strRowLabel = attributeView(objRow, "rowlabel");
+      const std::string_view strRowLabel = attributeView(objRow, kRowLabel);
       const std::string_view strRowId = attributeView(objRow, kId);
       if (!strTableLabel.empty() && !strRowLabel.empty()) {
         strText.assign(strTableLabel).append(" - ").append(strRowLabel);

@@ -65,9 +65,9 @@ void fillSingle(const Node& objPlaceholder, const Node& objParent, const std::st
   const Node objParameter = values.objAction.selectSingleNode("//parameter[@id='" + strId + "']");
   if (!objParameter) return;
 
-  const std::string strFormValue = attributeText(objParameter, "formvalue");
-  const std::string strFormLabel = attributeText(objParameter, "formlabel");
-  const std::string strMessageItem = attributeText(objParameter, "messageitem");
+  const std::string strFormValue = attributeText(objParameter, kFormValue);
+  const std::string strFormLabel = attributeText(objParameter, kFormLabel);
+  const std::string strMessageItem = attributeText(objParameter, kMessageItem);
 
   SetQuestionIdUpwards(objParent, values.strQuestionId, objStopMarker);
   required(objParent.removeChild(objPlaceholder));

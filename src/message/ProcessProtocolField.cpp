@@ -84,7 +84,7 @@ void FieldPlacement::readField() {
 
 Acknowledge FieldPlacement::readMapping() {
   const std::string_view strMapperId =
-      kind_ == EntryKind::group ? attributeView(prtobjct_, "group") : strId_;
+      kind_ == EntryKind::group ? attributeView(prtobjct_, kGroup) : strId_;
   if (tracing(session_)) {
     trace(session_, kProcedure, {"strMapperPath=", messageItemPath(strMapperId, kind_)});
   }

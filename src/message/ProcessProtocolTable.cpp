@@ -34,7 +34,7 @@ Acknowledge ProcessProtocolTable(const Session& session, const Document& objSend
     const std::string strId = toLower(attributeText(objParkTable, kId));
     const bool blnDynamic = toBoolean(attributeText(objParkTable, kDynamic));
     const EntryKind kind = entryKindOf(true, blnDynamic);
-    const std::string strMapperId = blnDynamic ? attributeText(objParkTable, "group") : strId;
+    const std::string strMapperId = blnDynamic ? attributeText(objParkTable, kGroup) : strId;
     FoundMessageItem found;
     Acknowledge objAck = findMessageItem(objObjectMapper, strMapperId, kind, found);
     if (!found.item) {

@@ -30,8 +30,8 @@ std::string linesWithoutSlot(const AddressLines& lines, const NodeList& colPlace
 }
 
 bool givesNothing(const Node& objParameter) {
-  return attributeText(objParameter, "formlabel") != "true" &&
-         isBlank(attributeText(objParameter, "messageitem")) && !objParameter.hasText();
+  return attributeText(objParameter, kFormLabel) != "true" &&
+         isBlank(attributeText(objParameter, kMessageItem)) && !objParameter.hasText();
 }
 
 }  // namespace
@@ -46,7 +46,7 @@ void noteUnusedAnswer(AnswerLog& answers, const Node& objAction, const NodeList&
   if (answers.isDecided()) return;
   Node objIdle;
   for (const Node& objParameter : required(objAction.selectNodes("//parameter"))) {
-    const std::string strFormValue = attributeText(objParameter, "formvalue");
+    const std::string strFormValue = attributeText(objParameter, kFormValue);
     if (!saysNo(strFormValue)) {
       answers.lose(strFormValue == "true" ? reason::kValueNotUsed : reason::kWordNotTrue,
                    objParameter);

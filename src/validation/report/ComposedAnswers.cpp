@@ -87,12 +87,12 @@ std::vector<ComposedAnswers::Answer> ComposedAnswers::answersOf(const Node& objI
                                                                 const std::string& strText) const {
   if (const Node objAction = objItem.selectSingleNode("action")) {
     const std::string strAction = toLower(attributeText(objAction, kId));
-    if (strAction == "addinfotonode") return joined(objAction, marks, strText);
-    if (strAction == "rowinfotovalue") return cells(marks, strText);
+    if (strAction == kJoinAction) return joined(objAction, marks, strText);
+    if (strAction == kRowTextAction) return cells(marks, strText);
     return {};
   }
   const Node objNode = objItem.selectSingleNode("node");
-  const std::string strItem = objNode ? attributeText(objNode, "item") : std::string();
+  const std::string strItem = objNode ? attributeText(objNode, kItem) : std::string();
   if (strItem.empty()) return {};
   return {{{strItem, "", ""}, strText}};
 }
@@ -105,8 +105,8 @@ std::vector<ComposedAnswers::Answer> ComposedAnswers::joined(const Node& objActi
   if (isBlank(strSeparator)) strSeparator = " ";
   std::size_t lngAt = 0;
   for (const Node& objParameter : required(objAction.selectNodes("parameter"))) {
-    const std::string strItem = attributeText(objParameter, "item");
-    const bool blnOwn = isBlank(strItem) && !isBlank(attributeText(objParameter, "formvalue"));
+    const std::string strItem = attributeText(objParameter, kItem);
+    const bool blnOwn = isBlank(strItem) && !isBlank(attributeText(objParameter, kFormValue));
     Answer answer;
     if (!isBlank(strItem)) {
       answer.marks.strQuestionId = strItem;
@@ -138,7 +138,7 @@ std::vector<ComposedAnswers::Answer> ComposedAnswers::cells(const Marks& marks,
   std::size_t lngAt = 0;
   std::string strCell;
   for (const Node& objColumn : *colColumns) {
-    const std::string_view strLabel = attributeView(objColumn, "columnlabel");
+    const std::string_view strLabel = attributeView(objColumn, kColumnLabel);
     const std::string_view strValue = attributeView(objColumn, kValue);
     strCell.assign("[").append(strLabel).append(":").append(strValue).append("]");
     lngAt = strText.find(strCell, lngAt);

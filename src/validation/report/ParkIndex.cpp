@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "config/Attributes.h"
+#include "config/EntryKind.h"
 #include "config/Names.h"
 #include "platform/dom/Prepared.h"
 #include "platform/text/Text.h"
@@ -35,7 +36,7 @@ const ParkIndex::OtherKeys& ParkIndex::otherKeys() const {
     const std::string strId = attributeText(objObject, kId);
     if (questions_->find(strId) != lngPlace) continue;
     otherKeys_->byLowerId[toLower(strId)].push_back(strId);
-    const std::string strGroup = attributeText(objObject, "group");
+    const std::string strGroup = attributeText(objObject, kGroup);
     if (!strGroup.empty()) otherKeys_->byGroup[strGroup].push_back(strId);
   }
   return *otherKeys_;
@@ -55,7 +56,7 @@ std::string ParkIndex::labelOf(const std::string& strQuestionId) const {
 
 std::string ParkIndex::cellLabelOf(const Marks& marks) const {
   const Node objColumn = cell(marks);
-  return objColumn ? attributeText(objColumn, "columnlabel") : std::string();
+  return objColumn ? attributeText(objColumn, kColumnLabel) : std::string();
 }
 
 std::string ParkIndex::valueOf(const Marks& marks) const {
@@ -90,8 +91,8 @@ ParkIndex::Answer ParkIndex::answer(const Marks& marks) const {
 }
 
 std::vector<std::string> ParkIndex::objectsOf(const Node& objMessageItem) const {
-  const std::string strType = attributeText(objMessageItem, kType);
-  const bool blnGroup = strType == "group" || strType == "tablegroup";
+  const EntryKind kind = entryKind(attributeText(objMessageItem, kType));
+  const bool blnGroup = kind == EntryKind::group || kind == EntryKind::tableGroup;
   const IdsByText& objects = blnGroup ? otherKeys().byGroup : otherKeys().byLowerId;
   const auto found = objects.find(attributeText(objMessageItem, kId));
   return found == objects.end() ? std::vector<std::string>() : found->second;

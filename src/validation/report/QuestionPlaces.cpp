@@ -71,7 +71,7 @@ void QuestionPlaces::readMapper() {
 }
 
 void QuestionPlaces::readItem(const Node& objItem) {
-  if (attributeText(objItem, "toschema") != "true") return;
+  if (attributeText(objItem, kToSchema) != "true") return;
   const std::vector<std::string> questions = park_.objectsOf(objItem);
   const bool blnTable = attributeText(objItem, kType).find("table") != std::string::npos;
   const Node objAction = objItem.selectSingleNode("action");
@@ -101,8 +101,8 @@ void QuestionPlaces::readComplexType(const Node& objAction, const std::string& s
     }
     for (const Node& objParameter : required(objAction.selectNodes("parameter"))) {
       if (attributeText(objParameter, kId) != toLower(strId)) continue;
-      const std::string strOther = attributeText(objParameter, "messageitem");
-      if (attributeText(objParameter, "formvalue") == "true") {
+      const std::string strOther = attributeText(objParameter, kMessageItem);
+      if (attributeText(objParameter, kFormValue) == "true") {
         for (const std::string& strQuestionId : questions) add(strAt, strQuestionId);
       } else if (!isBlank(strOther)) {
         add(strAt, strOther);

@@ -7,6 +7,7 @@
 #include <new>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "platform/xml/OwnedXml.h"
 #include "platform/xml/XmlCharacters.h"
@@ -43,59 +44,44 @@ constexpr std::string_view kTooNested = "The expression is nested too deeply";
   throw RuntimeError(kXmlFailure, strDescription);
 }
 
-/// The library hands a code to an error handler, but not its sentence.
-std::string_view sentence(int code) {
-  switch (code) {
-    case XML_XPATH_NUMBER_ERROR:
-      return "Number encoding";
-    case XML_XPATH_UNFINISHED_LITERAL_ERROR:
-      return "Unfinished literal";
-    case XML_XPATH_START_LITERAL_ERROR:
-      return "Start of literal";
-    case XML_XPATH_VARIABLE_REF_ERROR:
-      return "Expected $ for variable reference";
-    case XML_XPATH_UNDEF_VARIABLE_ERROR:
-      return "Undefined variable";
-    case XML_XPATH_INVALID_PREDICATE_ERROR:
-      return "Invalid predicate";
-    case XML_XPATH_UNCLOSED_ERROR:
-      return "Missing closing curly brace";
-    case XML_XPATH_UNKNOWN_FUNC_ERROR:
-      return "Unregistered function";
-    case XML_XPATH_INVALID_OPERAND:
-      return "Invalid operand";
-    case XML_XPATH_INVALID_TYPE:
-      return "Invalid type";
-    case XML_XPATH_INVALID_ARITY:
-      return "Invalid number of arguments";
-    case XML_XPATH_INVALID_CTXT_SIZE:
-      return "Invalid context size";
-    case XML_XPATH_INVALID_CTXT_POSITION:
-      return "Invalid context position";
-    case XML_XPATH_UNDEF_PREFIX_ERROR:
-      return "Undefined namespace prefix";
-    case XML_XPATH_ENCODING_ERROR:
-      return "Encoding error";
-    case XML_XPATH_INVALID_CHAR_ERROR:
-      return "Char out of XML range";
-    default:
-      return "Invalid expression";
-  }
-}
-
-// The codes of these three are not in the list of public names.
+// Some codes are not in the list of public names.
 constexpr int libraryCode(int xpathError) {
   return xpathError + XML_XPATH_EXPRESSION_OK - XPATH_EXPRESSION_OK;
 }
-constexpr int kStackError = libraryCode(XPATH_STACK_ERROR);
 constexpr int kOperationLimit = libraryCode(XPATH_OP_LIMIT_EXCEEDED);
-constexpr int kRecursionLimit = libraryCode(XPATH_RECURSION_LIMIT_EXCEEDED);
+
+// The library hands a code to an error handler, but not its sentence.
+constexpr std::pair<int, std::string_view> kSentences[] = {
+    {XML_XPATH_NUMBER_ERROR, "Number encoding"},
+    {XML_XPATH_UNFINISHED_LITERAL_ERROR, "Unfinished literal"},
+    {XML_XPATH_START_LITERAL_ERROR, "Start of literal"},
+    {XML_XPATH_VARIABLE_REF_ERROR, "Expected $ for variable reference"},
+    {XML_XPATH_UNDEF_VARIABLE_ERROR, "Undefined variable"},
+    {XML_XPATH_INVALID_PREDICATE_ERROR, "Invalid predicate"},
+    {XML_XPATH_UNCLOSED_ERROR, "Missing closing curly brace"},
+    {XML_XPATH_UNKNOWN_FUNC_ERROR, "Unregistered function"},
+    {XML_XPATH_INVALID_OPERAND, "Invalid operand"},
+    {XML_XPATH_INVALID_TYPE, "Invalid type"},
+    {XML_XPATH_INVALID_ARITY, "Invalid number of arguments"},
+    {XML_XPATH_INVALID_CTXT_SIZE, "Invalid context size"},
+    {XML_XPATH_INVALID_CTXT_POSITION, "Invalid context position"},
+    {XML_XPATH_UNDEF_PREFIX_ERROR, "Undefined namespace prefix"},
+    {XML_XPATH_ENCODING_ERROR, "Encoding error"},
+    {XML_XPATH_INVALID_CHAR_ERROR, "Char out of XML range"},
+    {libraryCode(XPATH_STACK_ERROR), "Stack usage error"},
+    {kOperationLimit, "Operation limit exceeded"},
+    {libraryCode(XPATH_RECURSION_LIMIT_EXCEEDED), "Recursion limit exceeded"},
+};
+
+std::string_view sentence(int code) {
+  for (const auto& [known, strSentence] : kSentences) {
+    if (known == code) return strSentence;
+  }
+  return "Invalid expression";
+}
 
 [[noreturn]] void raise(int code) {
   if (code == XML_ERR_NO_MEMORY || code == libraryCode(XPATH_MEMORY_ERROR)) throw std::bad_alloc();
-  if (code == kOperationLimit) fail("Operation limit exceeded");
-  if (code == kRecursionLimit) fail("Recursion limit exceeded");
-  if (code == kStackError) fail("Stack usage error");
   fail(sentence(code));
 }
 

@@ -4,19 +4,9 @@
 
 #include <string_view>
 
-#include "platform/xml/OwnedXml.h"
-
-// How this layer walks and links the nodes of a libxml2 tree; internal to it. The library's own
-// functions merge and free text, look namespaces up by prefix and recurse, so none of them is used
-// to change a tree. Nothing here recurses.
+// What this layer asks of libxml2's texts and nodes; internal to it.
 
 namespace Varnel_Tolv_XML_Creation {
-
-/// An empty document. std::bad_alloc when there is no memory, as for all that makes nodes here.
-OwnedXmlDoc newXmlDoc();
-
-/// A text node of its own, an empty one for the empty text.
-OwnedXmlNode newTextNode(xmlDoc* document, std::string_view strText);
 
 inline std::string_view view(const xmlChar* text) noexcept {
   return text ? std::string_view(reinterpret_cast<const char*>(text)) : std::string_view();
@@ -30,20 +20,19 @@ inline xmlNode* asNode(xmlDoc* document) noexcept { return reinterpret_cast<xmlN
 inline xmlNode* asNode(xmlAttr* attribute) noexcept {
   return reinterpret_cast<xmlNode*>(attribute);
 }
-inline xmlAttr* asAttribute(xmlNode* node) noexcept { return reinterpret_cast<xmlAttr*>(node); }
 
 inline bool isElement(const xmlNode* node) noexcept { return node->type == XML_ELEMENT_NODE; }
 inline bool isAttribute(const xmlNode* node) noexcept { return node->type == XML_ATTRIBUTE_NODE; }
 inline bool isDocument(const xmlNode* node) noexcept { return node->type == XML_DOCUMENT_NODE; }
 
 /// The node after `node` in document order among those below `top`; null after the last.
-xmlNode* nextBelow(const xmlNode* node, const xmlNode* top) noexcept;
-
-/// Takes a node, which is no attribute, out of where it is; it then has no parent.
-void unlinkNode(xmlNode* node) noexcept;
-
-/// Puts a node without a parent, of the same document, below `parent`: before `before`, or at the
-/// end when that is null.
-void linkNode(xmlNode* parent, xmlNode* node, xmlNode* before) noexcept;
+inline xmlNode* nextBelow(const xmlNode* node, const xmlNode* top) noexcept {
+  if ((isElement(node) || isDocument(node)) && node->children) return node->children;
+  while (node != top) {
+    if (node->next) return node->next;
+    node = node->parent;
+  }
+  return nullptr;
+}
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -6,11 +6,53 @@
 #include <string>
 #include <utility>
 
+#include "platform/xml/XmlLibrary.h"
 #include "platform/xml/XmlMemory.h"
+#include "platform/xml/XmlTree.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
-LibraryTree::LibraryTree(TreeNode* top) {
+namespace {
+
+OwnedXmlDoc newXmlDoc() {
+  prepareXmlLibrary();
+  OwnedXmlDoc document(xmlNewDoc(nullptr));
+  if (!document) throw std::bad_alloc();
+  return document;
+}
+
+OwnedXmlNode newTextNode(xmlDoc* document, std::string_view strText) {
+  if (strText.size() >= INT_MAX) throw std::bad_alloc();  // the library counts in int
+  const char* text = strText.empty() ? "" : strText.data();
+  OwnedXmlNode node(xmlNewDocTextLen(document, xmlText(text), static_cast<int>(strText.size())));
+  if (!node || !node->content) throw std::bad_alloc();
+  return node;
+}
+
+// The library's own functions merge and free text, look namespaces up by prefix and recurse, so
+// none of them is used to link nodes.
+
+/// Takes a node, which is no attribute, out of where it is; it then has no parent.
+void unlinkNode(xmlNode* node) noexcept {
+  xmlNode* const parent = node->parent;
+  (node->prev ? node->prev->next : parent->children) = node->next;
+  (node->next ? node->next->prev : parent->last) = node->prev;
+  node->parent = node->next = node->prev = nullptr;
+}
+
+/// Puts a node without a parent, of the same document, below `parent`: before `before`, or at the
+/// end when that is null.
+void linkNode(xmlNode* parent, xmlNode* node, xmlNode* before) noexcept {
+  node->parent = parent;
+  node->next = before;
+  node->prev = before ? before->prev : parent->last;
+  (node->prev ? node->prev->next : parent->children) = node;
+  (before ? before->prev : parent->last) = node;
+}
+
+}  // namespace
+
+LibraryTree::LibraryTree(TreeNode* top) : document_(newXmlDoc()) {
   const MemoryWatch memory;
   xmlNode* const document = asNode(document_.get());
   if (isDocument(top)) {
@@ -168,7 +210,7 @@ void LibraryTree::copyAttributes(const TreeNode* original, xmlNode* copy) {
       declared = &(*declared)->next;
       continue;
     }
-    xmlAttr* const attribute = asAttribute(newCopy(from).release());
+    auto* const attribute = reinterpret_cast<xmlAttr*>(newCopy(from).release());
     attribute->parent = copy;
     attribute->prev = last;
     (last ? last->next : copy->properties) = attribute;

@@ -8,8 +8,8 @@
 #include <unordered_map>
 #include <vector>
 
+#include "platform/xml/OwnedXml.h"
 #include "platform/xml/Tree.h"
-#include "platform/xml/XmlTree.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
@@ -43,7 +43,7 @@ class LibraryTree {
   xmlNs* namespaceOf(const TreeName* name);
 
   std::unordered_map<const TreeName*, xmlNs> namespaces_;  // to which the copies point
-  OwnedXmlDoc document_ = newXmlDoc();
+  OwnedXmlDoc document_;
   OwnedXmlNode lone_;  // an attribute that is the top
   std::unordered_map<const TreeNode*, xmlNode*> copies_;
 };

@@ -2,14 +2,6 @@
 
 #include <array>
 
-#include "RunBatch.h"
-#include "RunBuild.h"
-#include "RunCheck.h"
-#include "RunDocument.h"
-#include "RunExplain.h"
-#include "RunProve.h"
-#include "RunTest.h"
-
 namespace {
 
 constexpr auto kCommands = std::to_array<Command>({

@@ -1,5 +1,3 @@
-#include "RunBatch.h"
-
 #include <unistd.h>
 
 #include <charconv>
@@ -12,6 +10,7 @@
 #include <utility>
 
 #include "CannotRun.h"
+#include "Commands.h"
 #include "EndSignals.h"
 #include "Files.h"
 #include "JsonProblem.h"

@@ -1,5 +1,3 @@
-#include "RunBuild.h"
-
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -10,6 +8,7 @@
 #include <vector>
 
 #include "CannotRun.h"
+#include "Commands.h"
 #include "Files.h"
 #include "Options.h"
 #include "OutputFile.h"

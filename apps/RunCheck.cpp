@@ -1,10 +1,9 @@
-#include "RunCheck.h"
-
 #include <unistd.h>
 
 #include <algorithm>
 
 #include "CannotRun.h"
+#include "Commands.h"
 #include "DeploymentFindings.h"
 #include "Files.h"
 #include "FindingText.h"

@@ -1,7 +1,6 @@
-#include "RunDocument.h"
-
 #include <utility>
 
+#include "Commands.h"
 #include "Dictionary.h"
 #include "DictionaryView.h"
 #include "Files.h"

@@ -1,7 +1,6 @@
-#include "RunExplain.h"
-
 #include <utility>
 
+#include "Commands.h"
 #include "ExplainText.h"
 #include "ExplainView.h"
 #include "Explanation.h"

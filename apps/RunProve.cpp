@@ -1,7 +1,6 @@
-#include "RunProve.h"
-
 #include <utility>
 
+#include "Commands.h"
 #include "Files.h"
 #include "Options.h"
 #include "Proof.h"

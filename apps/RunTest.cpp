@@ -1,5 +1,3 @@
-#include "RunTest.h"
-
 #include <algorithm>
 #include <exception>
 #include <filesystem>
@@ -9,6 +7,7 @@
 #include <system_error>
 
 #include "CannotRun.h"
+#include "Commands.h"
 #include "CompareResult.h"
 #include "CompareXml.h"
 #include "Files.h"

@@ -1,12 +1,9 @@
 # Five fixed runs must take the instructions that were committed for them, give or take 3 %: fewer
 # too, so that the figures stay true. Run with -DTREE=<source tree> -DPROGRAMS=<build tree>
 # -DBUILD_TYPE=<its build type> -DCOMPILER=<its compiler> -DLIBXML2=<version>
-# -DVALGRIND=<command> -DFIGURES=<file> [-DTIMES=<how often each run is counted>]; where
-# VARNEL_UPDATE_INSTRUCTIONS stands in the environment the figures are written instead.
+# -DVALGRIND=<command> -DFIGURES=<file>; where VARNEL_UPDATE_INSTRUCTIONS stands in the environment
+# the figures are written instead.
 cmake_minimum_required(VERSION 3.25)
-if(NOT DEFINED TIMES)
-  set(TIMES 5)
-endif()
 
 set(example "${TREE}/examples/inspection")
 set(warm --instr-atstart=no --combine-dumps=yes "${PROGRAMS}/bench/counted_run")
@@ -32,11 +29,11 @@ execute_process(COMMAND getconf GNU_LIBC_VERSION OUTPUT_VARIABLE libc ERROR_QUIE
   OUTPUT_STRIP_TRAILING_WHITESPACE)
 set(versions "${COMPILER}, libxml2 ${LIBXML2}, ${libc}, ${valgrind}")
 
-# The least of some counts: libxml2 hashes names differently in each process, and where a large
+# The least of five counts: libxml2 hashes names differently in each process, and where a large
 # block is freed depends on it.
 foreach(run IN LISTS runs)
   set(least "")
-  foreach(time RANGE 1 ${TIMES})
+  foreach(time RANGE 1 5)
     execute_process(
       COMMAND ${VALGRIND} --tool=callgrind --callgrind-out-file=/dev/null ${${run}_run}
       RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)

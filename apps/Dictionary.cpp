@@ -161,7 +161,7 @@ class DictionaryMaker {
     if (entry.places.size() == kMostPlaces) return {};
     entry.places.push_back(place.strShown + strHow);
     PlaceInSchema found = paths_.at(place.path);
-    if (found.kind == PlaceInSchema::Kind::undeclared) {
+    if (found.blnUndeclared) {
       entry.rules.push_back("The schema declares no " + place.strShown + '.');
     }
     if (entry.limits.empty() && found.limits != nullptr) {

@@ -115,25 +115,20 @@ PlaceInSchema SchemaPaths::at(const std::optional<Path>& path) {
   PlaceInSchema place;
   if (!schema_ || !path || path->empty()) return place;
   const SchemaPlace found = schema_->at(*path);
-  if (found.kind == DeclaredChild::Kind::anything) {
-    place.kind = PlaceInSchema::Kind::anything;
-  } else if (found.kind == DeclaredChild::Kind::undeclared) {
-    place.kind = PlaceInSchema::Kind::undeclared;
+  place.blnUndeclared = found.kind == DeclaredChild::Kind::undeclared;
+  if (found.kind != DeclaredChild::Kind::element) return place;
+  place.limits = limitsOf(found.element);
+  const bool blnWithParent = found.parent && found.parent.content().requiresChild(path->back());
+  if (found.blnRequired) {
+    place.presence = PlaceInSchema::Presence::always;
+    place.strPresence = "Required in every message.";
+  } else if (blnWithParent) {
+    place.presence = PlaceInSchema::Presence::withParent;
+    place.strPresence =
+        "Required where the message has " + shortened(found.parent.name().strLocal, 100) + '.';
   } else {
-    place.kind = PlaceInSchema::Kind::element;
-    place.limits = limitsOf(found.element);
-    const bool blnWithParent = found.parent && found.parent.content().requiresChild(path->back());
-    if (found.blnRequired) {
-      place.presence = PlaceInSchema::Presence::always;
-      place.strPresence = "Required in every message.";
-    } else if (blnWithParent) {
-      place.presence = PlaceInSchema::Presence::withParent;
-      place.strPresence =
-          "Required where the message has " + shortened(found.parent.name().strLocal, 100) + '.';
-    } else {
-      place.presence = PlaceInSchema::Presence::optional;
-      place.strPresence = "Optional.";
-    }
+    place.presence = PlaceInSchema::Presence::optional;
+    place.strPresence = "Optional.";
   }
   return place;
 }

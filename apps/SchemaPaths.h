@@ -12,8 +12,7 @@
 
 /// What the schema says of a path in the message.
 struct PlaceInSchema {
-  enum class Kind { notLookedUp, undeclared, anything, element };
-  Kind kind = Kind::notLookedUp;
+  bool blnUndeclared = false;
   enum class Presence { unknown, optional, withParent, always };  // rising
   Presence presence = Presence::unknown;                          // in valid messages
   std::string strPresence;                                        // the same in words

@@ -9,6 +9,7 @@
 #include "config/AnswerReasons.h"
 #include "config/Attributes.h"
 #include "config/Names.h"
+#include "platform/xml/XmlCharacters.h"
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {
@@ -29,9 +30,7 @@ std::map<std::pair<std::string, std::string>, std::string> storedCells(const Nod
 
 }  // namespace
 
-bool isNoAnswer(std::string_view strText) {
-  return strText.find_first_not_of(" \t\r\n") == std::string_view::npos;
-}
+bool isNoAnswer(std::string_view strText) { return isXmlWhiteSpace(strText); }
 
 std::optional<std::int64_t> rowNumber(std::string_view strRow) {
   std::int64_t lngRow = 0;

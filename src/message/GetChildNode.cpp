@@ -9,6 +9,7 @@
 #include "message/GetComplexTypeFromAction.h"
 #include "message/ProtocolObject.h"
 #include "message/UnusedAnswer.h"
+#include "platform/text/Ascii.h"
 #include "platform/text/Text.h"
 #include "result/Guarded.h"
 
@@ -19,9 +20,7 @@ Acknowledge failure(eReturnValues lngErrorCode, std::string_view strDetail) {
   return Failure(lngErrorCode, strDetail, "An error occurred building the child node");
 }
 
-bool endsInDigit(std::string_view strId) {
-  return !strId.empty() && strId.back() >= '0' && strId.back() <= '9';
-}
+bool endsInDigit(std::string_view strId) { return !strId.empty() && isDigit(strId.back()); }
 
 /// What the placeholders of one complex type are filled from.
 struct ChildValues {

@@ -10,6 +10,7 @@
 #include "check/MessagePlan.h"
 #include "check/Words.h"
 #include "config/Attributes.h"
+#include "platform/xml/FileUri.h"
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {
@@ -18,7 +19,7 @@ constexpr const char* kIdentityHint =
     "Write the names as the schema declares them, with the prefix of their namespace: one without "
     "a prefix is in none, also where the schema has a default namespace.";
 
-constexpr std::string_view kNotThere = "The system cannot locate the object specified.";
+const std::string kUnusable = "The schema cannot be used: ";
 
 bool isOfSchema(const Node& objNode, std::string_view strName) {
   return objNode.baseName() == strName &&
@@ -33,20 +34,17 @@ struct Refusal {
   std::string strHint = "Correct it: until then no message is checked.";
 };
 
-/// What includes a document that is not there, by the line of it; the reason does not name it.
-std::optional<Refusal> missingDocument(const Refusal& refusal) {
-  if (refusal.strReason != kNotThere) return std::nullopt;
-  const ParsedFile file(refusal.strPath);
+/// What includes a document that is not there; the reason does not name it.
+std::optional<Refusal> missingDocument(const SchemaProblem& problem) {
+  if (problem.strMissing.empty()) return std::nullopt;
+  const ParsedFile file(problem.strPath);
   for (const Node& objChild : childElements(file.root())) {
-    const bool blnThere = objChild.lineNumber() == refusal.lngLine;
+    const bool blnThere = objChild.lineNumber() == problem.lngLine;
     if (!blnThere || !(isOfSchema(objChild, "include") || isOfSchema(objChild, "redefine")))
       continue;
     const std::string strLocation = attributeText(objChild, "schemaLocation");
-    std::error_code error;  // what cannot be looked at is not there
-    if (std::filesystem::is_regular_file(
-            std::filesystem::path(file.path()).parent_path() / strLocation, error)) {
-      continue;  // it is another one on this line
-    }
+    const auto strUri = resolveUri(strLocation, uriOfPath(file.path()));
+    if (!strUri || pathOfUri(*strUri) != problem.strMissing) continue;  // another on this line
     return Refusal{file.path(), file.lineOf(objChild, "schemaLocation"),
                    "There is no file " + inQuotes(strLocation) + ", which this " +
                        objChild.baseName() + " names.",
@@ -55,16 +53,37 @@ std::optional<Refusal> missingDocument(const Refusal& refusal) {
   return std::nullopt;
 }
 
+/// Whether the reason for which a schema is refused is about a namespace: it names it by itself, or
+/// before a name.
+bool isAbout(std::string_view strReason, const std::string& strUri) {
+  return strReason.find("'" + strUri + "'") != std::string_view::npos ||
+         strReason.find("{" + strUri + "}") != std::string_view::npos;
+}
+
+bool leadsNowhere(const SchemaProblem& problem) {
+  return problem.kind == SchemaProblem::Kind::importMissing ||
+         problem.kind == SchemaProblem::Kind::importOnNetwork;
+}
+
+/// The import that leads to no file, where the schema is refused for a name of its namespace. Null
+/// where it is refused for something else, or not at all.
+const SchemaProblem* importMissed(const SchemaModel& schema) {
+  const auto& problems = schema.problems();
+  const auto refused =
+      std::ranges::find(problems, SchemaProblem::Kind::refused, &SchemaProblem::kind);
+  if (refused == problems.end()) return nullptr;
+  const auto import = std::ranges::find_if(problems, [&](const SchemaProblem& problem) {
+    return leadsNowhere(problem) && isAbout(refused->strReason, problem.strMissing);
+  });
+  return import == problems.end() ? nullptr : &*import;
+}
+
 /// An import for another namespace than its document has, where the reason is about one of the two:
 /// it then names what refers to the namespace, and not the import. It is told of the one that the
 /// importing document does not declare for its own names.
 std::optional<Refusal> wrongImport(const Refusal& refusal, const SchemaModel& schema) {
   std::map<std::string, const SchemaFile*> files;
   for (const SchemaFile& file : schema.files()) files.try_emplace(file.strPath, &file);
-  const auto isInReason = [&](const std::string& strUri) {  // by itself, or before a name
-    return refusal.strReason.find("'" + strUri + "'") != std::string::npos ||
-           refusal.strReason.find("{" + strUri + "}") != std::string::npos;
-  };
   for (const auto& [strPath, schemaFile] : files) {
     const SchemaFile& importing = *schemaFile;
     if (strPath.find("://") != std::string::npos) continue;  // one of the library's own
@@ -77,7 +96,9 @@ std::optional<Refusal> wrongImport(const Refusal& refusal, const SchemaModel& sc
       if (imported == files.end()) continue;
       const std::string strSaid = attributeText(objImport, "namespace");
       const std::string& strTarget = imported->second->strTargetNamespace;
-      if (strSaid == strTarget || !(isInReason(strSaid) || isInReason(strTarget))) continue;
+      const bool blnMeant =
+          isAbout(refusal.strReason, strSaid) || isAbout(refusal.strReason, strTarget);
+      if (strSaid == strTarget || !blnMeant) continue;
       const auto isDeclared = [&](const std::string& strUri) {
         return std::ranges::any_of(importing.prefixes,
                                    [&](const auto& prefix) { return prefix.second == strUri; });
@@ -112,7 +133,7 @@ Refusal refusalOf(const SchemaProblem& problem, const std::string& strMain,
                   const SchemaModel& schema) {
   Refusal refusal{problem.strPath.empty() ? strMain : problem.strPath, problem.lngLine,
                   problem.strReason};
-  if (auto missing = missingDocument(refusal)) return *missing;
+  if (auto missing = missingDocument(problem)) return *missing;
   if (auto import = wrongImport(refusal, schema)) return *import;
   if (refusal.lngLine == 0) refusal.lngLine = lineOfSchemaRoot(refusal.strPath);
   return refusal;
@@ -162,26 +183,31 @@ void judgeSchema(MessagePlan& plan) {
       files.strSchemaCatalog.empty()
           ? "."
           : "; no entry of " + deployment.shownPath(files.strSchemaCatalog) + " fits.";
+  const SchemaProblem* const missed = importMissed(*schema);
   for (const SchemaProblem& problem : schema->problems()) {
     using Kind = SchemaProblem::Kind;
     const std::string& strPath = problem.strPath.empty() ? plan.schemaPath() : problem.strPath;
     switch (problem.kind) {
       case Kind::refused: {
+        if (missed) break;  // told at the import
         Refusal refusal = refusalOf(problem, plan.schemaPath(), *schema);
         tell("schema-unusable", std::move(refusal.strPath), refusal.lngLine,
-             "The schema cannot be used: " + refusal.strReason, std::move(refusal.strHint));
+             kUnusable + refusal.strReason, std::move(refusal.strHint));
         break;
       }
       case Kind::importMissing:
-        tell("import-missing", strPath, problem.lngLine, problem.strReason,
-             "Correct the location, or let a catalog name the file" + strCatalog);
-        break;
-      case Kind::importOnNetwork:
-        tell("import-on-network", strPath, problem.lngLine, problem.strReason,
-             "Nothing is read over the network: put the file beside the schema, or let a catalog "
-             "name it" +
+      case Kind::importOnNetwork: {
+        const bool blnCause = &problem == missed;
+        const bool blnNetwork = problem.kind == Kind::importOnNetwork;
+        const std::string_view strCode = blnNetwork ? "import-on-network" : "import-missing";
+        tell(blnCause ? "schema-unusable" : strCode, strPath, problem.lngLine,
+             (blnCause ? kUnusable : "") + problem.strReason,
+             (blnNetwork ? "Nothing is read over the network: put the file beside the schema, or "
+                           "let a catalog name it"
+                         : "Correct the location, or let a catalog name the file") +
                  strCatalog);
         break;
+      }
       case Kind::importElsewhere:
         tell("import-elsewhere", strPath, problem.lngLine, problem.strReason,
              "The namespace came with another import: name the same file in both.");

@@ -38,8 +38,19 @@ const std::vector<SchemaMistake>& mistakesOfSchemaProblems() {
        "main.xsd",
        "schemaLocation=\"pbr.xsd\"",
        "schemaLocation=\"prb.xsd\"",
-       {{kWarning, "import-missing", "main.xsd"},
-        {kError, "schema-unusable", "main.xsd", "ref=\"pbr:AdditionalInfo\""}}},
+       {{kError, "schema-unusable", "main.xsd"}}},
+      {"a file that is not there, and that nothing needs",
+       "main.xsd",
+       "<xs:element name=\"report\">",
+       "<xs:import namespace=\"urn:example:none\" schemaLocation=\"none.xsd\"/>"
+       "<xs:element name=\"report\">",
+       {{kWarning, "import-missing", "main.xsd"}}},
+      {"a file that is not there, and another mistake",
+       "main.xsd",
+       "<xs:element name=\"report\">",
+       "<xs:import namespace=\"urn:example:none\" schemaLocation=\"none.xsd\"/>"
+       "<xs:element name=\"twice\"/><xs:element name=\"twice\"/><xs:element name=\"report\">",
+       {{kWarning, "import-missing", "main.xsd"}, {kError, "schema-unusable", "main.xsd"}}},
       {"an include of a file that is not there",
        "main.xsd",
        "<xs:element name=\"report\">",
@@ -59,8 +70,13 @@ const std::vector<SchemaMistake>& mistakesOfSchemaProblems() {
        "main.xsd",
        "schemaLocation=\"pbr.xsd\"",
        "schemaLocation=\"http://schemas.example/pbr.xsd\"",
-       {{kWarning, "import-on-network", "main.xsd"},
-        {kError, "schema-unusable", "main.xsd", "ref=\"pbr:AdditionalInfo\""}}},
+       {{kError, "schema-unusable", "main.xsd"}}},
+      {"a location on another machine, and nothing needs it",
+       "main.xsd",
+       "<xs:element name=\"report\">",
+       "<xs:import namespace=\"urn:example:none\" schemaLocation=\"http://schemas.example/n.xsd\"/>"
+       "<xs:element name=\"report\">",
+       {{kWarning, "import-on-network", "main.xsd"}}},
       {"one of two imports leads nowhere",
        "main.xsd",
        "<xs:element name=\"report\">",
@@ -215,6 +231,10 @@ TEST(SchemaProblems, NameTheDocumentAndTheNamespaceThatAreMeant) {
                     "<xs:include schemaLocation=\"gone.xsd\"/><xs:element name=\"report\">"}),
             "The schema cannot be used: There is no file \"gone.xsd\", which this include names. "
             "Correct the location: until then no message is checked.");
+  EXPECT_EQ(toldOf({"main.xsd", "schemaLocation=\"pbr.xsd\"", "schemaLocation=\"prb.xsd\""}),
+            "The schema cannot be used: The import of the namespace 'urn:example:pbr' leads to no "
+            "file: its location is 'prb.xsd'. Correct the location, or let a catalog name the "
+            "file.");
   EXPECT_EQ(
       toldOf({"main.xsd", "<xs:import namespace=\"urn:example:pbr\"",
               "<xs:import namespace=\"urn:example:prb\""}),
@@ -239,10 +259,22 @@ TEST(SchemaProblems, NameTheDocumentAndTheNamespaceThatAreMeant) {
 TEST(SchemaProblems, NameNoIncludeThatIsThere) {
   SmallDeployment deployment;
   addSchema(deployment);
-  deployment.write("there.xsd", "<xs:schema xmlns:xs=\"http://www.w3.org/2001/XMLSchema\"/>");
+  constexpr const char* kEmpty = "<xs:schema xmlns:xs=\"http://www.w3.org/2001/XMLSchema\"/>";
+  for (const char* file : {"there.xsd", "over there.xsd", "by name.xsd", "catalogued.xsd"}) {
+    deployment.write(file, kEmpty);
+  }
+  deployment.write("catalog.xml",
+                   "<catalog xmlns=\"urn:oasis:names:tc:entity:xmlns:xml:catalog\">"
+                   "<systemSuffix systemIdSuffix=\"elsewhere.xsd\" uri=\"catalogued.xsd\"/>"
+                   "<uriSuffix uriSuffix=\"elsewhere.xsd\" uri=\"catalogued.xsd\"/></catalog>");
   deployment.replace("main.xsd", "<xs:element name=\"report\">",
                      "<xs:include schemaLocation=\"there.xsd\"/>"
-                     "<xs:include schemaLocation=\"gone.xsd\"/><xs:element name=\"report\">");
+                     "<xs:include schemaLocation=\"over%20there.xsd\"/>"
+                     "<xs:include schemaLocation=\"elsewhere.xsd\"/>"
+                     "<xs:include schemaLocation=\"file://" +
+                         deployment.at("by%20name.xsd") +
+                         "\"/>"
+                         "<xs:include schemaLocation=\"gone.xsd\"/><xs:element name=\"report\">");
   const std::vector<Finding> findings = deployment.check();
   ASSERT_EQ(findings.size(), 1u) << ::testing::PrintToString(summaries(findings));
   EXPECT_EQ(findings[0].message,

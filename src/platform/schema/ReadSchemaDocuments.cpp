@@ -111,7 +111,7 @@ class DocumentsReader {
     const auto strLocation = attributeOf(reference.element, "schemaLocation");
     if (!strLocation) return;  // the compiler says so
     const std::string strFrom = found_.documents[reference.lngFrom].strPath;
-    const SchemaSpot spot = spotOf(strFrom, reference.element);
+    SchemaSpot spot = spotOf(strFrom, reference.element);
     const std::string strRefers = "It refers to '" + std::string(*strLocation) + "', which is no ";
     const std::optional<std::string> strUri = locationOf(reference);
     if (!strUri) refuseSchema(strFrom, strRefers + "location.", spot);
@@ -123,7 +123,10 @@ class DocumentsReader {
       const std::optional<std::string> strOther = catalog_.fileOfLocation(*strUri);
       if (strOther) document = openFile(*strOther, ignored);
     }
-    if (!document && strPath) refuseSchema(*strPath, error.reason, spot);
+    if (!document && strPath) {
+      spot.strMissing = *strPath;
+      refuseSchema(*strPath, error.reason, spot);
+    }
     if (!document) refuseSchema(strFrom, strRefers + "file.", spot);
     lead(reference, partOf(*document, found_.documents[reference.lngFrom].strTargetNamespace));
   }

@@ -51,7 +51,8 @@ void tellImport(const SchemaDocument& document, const TreeNode* import,
                                                       : Kind::importOnNetwork;
   problems.push_back(
       {kind, document.strPath, asParent(import)->lngLine,
-       "The import of the namespace '" + strNamespace + "' leads to no file: " + strWhere + "."});
+       "The import of the namespace '" + strNamespace + "' leads to no file: " + strWhere + ".",
+       strNamespace});
 }
 
 void tellImports(const SchemaDocuments& documents, std::vector<SchemaProblem>& problems) {
@@ -97,8 +98,8 @@ void tellPatterns(const SchemaDocuments& documents, std::vector<SchemaProblem>& 
 SchemaModel SchemaModel::read(std::string_view strPath, std::string_view strCatalog) {
   const auto impl = std::make_shared<Impl>();
   const auto refused = [&](SchemaSpot spot, const std::string& strReason) {
-    impl->problems.push_back(
-        {SchemaProblem::Kind::refused, std::move(spot.strPath), spot.lngLine, strReason});
+    impl->problems.push_back({SchemaProblem::Kind::refused, std::move(spot.strPath), spot.lngLine,
+                              strReason, std::move(spot.strMissing)});
   };
   try {
     const SchemaDocuments documents = readSchemaDocuments(std::nullopt, strPath, strCatalog);

@@ -68,6 +68,7 @@ std::vector<Finding> findingsOfOptions(const std::string& strDirectory) {
     files.strOptionReason = refusal.description();
     const std::string strFile = files.strOptionFile + ": ";
     if (files.strOptionReason.starts_with(strFile)) files.strOptionReason.erase(0, strFile.size());
+    for (const DeploymentKey& key : deploymentKeys()) files.optionKeys.emplace_back(key.name);
   }
   std::vector<Finding> findings = checkDeployment(files);
   for (Finding& finding : findings) {

@@ -15,6 +15,11 @@ using namespace Varnel_Tolv_XML_Creation;
 
 namespace {
 
+/// Whether what to do is shown in a text that goes to this stream.
+bool showsHints(const OptionValues& values, int lngStream) {
+  return isSet(values, "hints") || ::isatty(lngStream) == 1;
+}
+
 /// Whether a deployment is named, or a file of one.
 bool namesSomething(const OptionValues& values) {
   return values.contains("deployment") ||
@@ -36,8 +41,9 @@ Options optionsOf(const OptionValues& values, const std::string& strFormat) {
     if (strFormat == "json") writeStandardOutput(findingsJson(findings));
     std::string strReason = findings[0].message;
     strReason.pop_back();  // its full stop
-    throw CannotRun(nameOf("--deployment", deploymentFileOf(*strDirectory)) + ": " + strReason +
-                    " (line " + std::to_string(findings[0].line) + ')');
+    strReason += " (line " + std::to_string(findings[0].line) + ')';
+    if (showsHints(values, STDERR_FILENO)) strReason += ". " + findings[0].hint;
+    throw CannotRun(nameOf("--deployment", deploymentFileOf(*strDirectory)) + ": " + strReason);
   }
 }
 
@@ -50,8 +56,8 @@ ExitStatus runCheck(OptionValues values, const std::vector<std::string>& /*opera
   }
   const Options options = optionsOf(values, strFormat);
   const std::vector<Finding> findings = findingsOf(options, values);
-  const bool blnHints = isSet(values, "hints") || ::isatty(STDOUT_FILENO) == 1;
-  writeStandardOutput(strFormat == "json" ? findingsJson(findings)
-                                          : findingsText(findings, blnHints));
+  writeStandardOutput(strFormat == "json"
+                          ? findingsJson(findings)
+                          : findingsText(findings, showsHints(values, STDOUT_FILENO)));
   return hasErrors(findings) ? kFailed : kSucceeded;
 }

@@ -4,6 +4,7 @@
 #include <functional>
 #include <map>
 #include <string>
+#include <vector>
 
 #include "../platform/text/Date.h"
 
@@ -39,6 +40,7 @@ struct DeploymentFiles {
   // Why the options cannot be used, though they are JSON: as deploymentValues says it, without the
   // name of the file.
   std::string strOptionReason = {};
+  std::vector<std::string> optionKeys = {};  // all that may stand there
 };
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -7,7 +7,10 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
+#include "check/Words.h"
 #include "platform/json/JsonObject.h"
 #include "platform/xml/ReadXmlFile.h"
 
@@ -105,13 +108,24 @@ Fault faultOf(std::string_view strText, std::string strReason) {
   return {lngLine, "It is no JSON here.", "Correct it at this line or shortly before it."};
 }
 
+/// Which key is meant where a reason names an unknown one first, and which there are.
+std::string keyHint(std::string_view strReason, const std::vector<std::string>& keys) {
+  if (keys.empty()) return "Write one of the keys that there are, or none.";
+  const std::string_view strKey = strReason.substr(1, strReason.find('"', 1) - 1);
+  const std::string* const meant = firstMeant(keys, strKey);
+  std::string strHint = meant ? "Write " + inQuotes(*meant) + "; the keys are " : "The keys are ";
+  for (const std::string& strKnown : keys) {
+    strHint += strKnown + (&strKnown == &keys.back() ? "." : ", ");
+  }
+  return strHint;
+}
+
 /// What a host says of a key or its value, with the line at the end: "... (line 3)".
-Fault refusedBy(std::string strReason) {
+Fault refusedBy(std::string strReason, const std::vector<std::string>& keys) {
   const std::size_t lngLine = numberBehind(strReason, " (line ");
   strReason.resize(std::min(strReason.size(), strReason.rfind(" (line ")));
   std::string strHint = "Correct the value.";
-  if (strReason.ends_with("unknown key"))
-    strHint = "Write one of the keys that there are, or none.";
+  if (strReason.ends_with("unknown key")) strHint = keyHint(strReason, keys);
   if (strReason.ends_with("no text")) strHint = "Write a text in quotation marks.";
   if (strReason.ends_with("no Boolean")) strHint = "Write true or false, without quotation marks.";
   return {lngLine, strReason + '.', std::move(strHint)};
@@ -128,8 +142,8 @@ void findOptionFaults(const ParsedDeployment& deployment, Findings& findings) {
   std::string strReason;
   const bool blnJson = readJsonObject(*strText, strReason).has_value();
   if (blnJson && files.strOptionReason.empty()) return;
-  Fault fault =
-      blnJson ? refusedBy(files.strOptionReason) : faultOf(*strText, std::move(strReason));
+  Fault fault = blnJson ? refusedBy(files.strOptionReason, files.optionKeys)
+                        : faultOf(*strText, std::move(strReason));
   findings.add(files.strOptionFile, fault.lngLine, "", std::move(fault.strMessage),
                std::move(fault.strHint));
 }

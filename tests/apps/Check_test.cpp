@@ -141,6 +141,14 @@ TEST_F(Check, CannotRunWithOptionsThatItCannotUse) {
   EXPECT_TRUE(CouldNotRun(check(), "is an unknown key"));
 }
 
+TEST_F(Check, TellsWhichKeysThereAre) {
+  replace("deployment.json", "\"template\"", "\"tempalte\"");
+  EXPECT_TRUE(
+      CouldNotRun(check({"--hints"}),
+                  "\"tempalte\" is an unknown key (line 2). Write \"template\"; the keys are "
+                  "template, object-mapper, schema-types, "));
+}
+
 TEST_F(Check, TellsWhatKeepsTheOptionsFromBeingUsed) {
   const struct {
     const char *says, *find, *text, *told;

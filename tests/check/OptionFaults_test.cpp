@@ -2,17 +2,21 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include "check/SmallDeployment.h"
 
 namespace Varnel_Tolv_XML_Creation::test {
 namespace {
 
 /// "line message hint" of each finding about a file of options with this text.
-std::vector<std::string> toldOf(const std::string& strJson, const std::string& strReason = "") {
+std::vector<std::string> toldOf(const std::string& strJson, const std::string& strReason = "",
+                                std::vector<std::string> keys = {}) {
   SmallDeployment deployment;
   deployment.write("deployment.json", strJson);
   deployment.files.strOptionFile = deployment.at("deployment.json");
   deployment.files.strOptionReason = strReason;
+  deployment.files.optionKeys = std::move(keys);
   std::vector<std::string> told;
   for (const Finding& finding : deployment.check()) {
     EXPECT_EQ(finding.code, kOptionsUnusable) << summary(finding);
@@ -69,9 +73,19 @@ TEST(OptionFaults, AreToldInPlainWordsAtTheirLine) {
 }
 
 TEST(OptionFaults, AreWhatAHostRefuses) {
+  const std::vector<std::string> keys = {"template", "submit", "now"};
+  EXPECT_EQ(
+      toldOf("{}", "\"tempalte\" is an unknown key (line 3)", keys),
+      std::vector<std::string>{"3 \"tempalte\" is an unknown key. Write \"template\"; the keys "
+                               "are template, submit, now."});
+  EXPECT_EQ(
+      toldOf("{}", "\"colour\" is an unknown key (line 3)", keys),
+      std::vector<std::string>{"3 \"colour\" is an unknown key. The keys are template, submit, "
+                               "now."});
   EXPECT_EQ(toldOf("{}", "\"tempalte\" is an unknown key (line 3)"),
             std::vector<std::string>{"3 \"tempalte\" is an unknown key. Write one of the keys that "
-                                     "there are, or none."});
+                                     "there are, or none."})
+      << "where the host does not say which";
   EXPECT_EQ(toldOf("{}", "\"submit\" is no Boolean (line 7)"),
             std::vector<std::string>{"7 \"submit\" is no Boolean. Write true or false, without "
                                      "quotation marks."});

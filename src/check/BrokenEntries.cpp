@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <unordered_map>
 #include <utility>
 
 #include "check/Words.h"
@@ -61,20 +62,27 @@ bool areNearlyOnOneWay(const StepNames& one, const StepNames& other) {
   return lngSteps > 0 && std::equal(one.begin(), one.begin() + lngSteps, other.begin(), isNearly);
 }
 
-/// Which child of a root stands on a line; by the lines on which they begin.
+/// Which record has an element: that of the child of a root in which it stands.
 template <class Record>
-class ByLine {
- public:
-  void add(std::size_t lngLine, const Record* record) { records_[lngLine] = record; }
+using ByElement = std::unordered_map<const void*, const Record*>;
 
-  const Record* at(std::size_t lngLine) const {
-    const auto next = records_.upper_bound(lngLine);
-    return next == records_.begin() ? nullptr : std::prev(next)->second;
+template <class Record>
+ByElement<Record> byElement(const std::vector<Record>& records) {
+  ByElement<Record> elements;
+  for (const Record& record : records) {
+    elements.emplace(record.objNode.identity(), &record);
+    const NodeList colBelow = required(record.objNode.getElementsByTagName("*"));
+    for (const Node& objElement : colBelow) elements.emplace(objElement.identity(), &record);
   }
+  return elements;
+}
 
- private:
-  std::map<std::size_t, const Record*> records_;  // null: something else begins there
-};
+/// Null where the finding is about none of them.
+template <class Record>
+const Record* recordOf(const ByElement<Record>& elements, const Found& finding) {
+  const auto found = elements.find(finding.element);
+  return found == elements.end() ? nullptr : found->second;
+}
 
 }  // namespace
 
@@ -106,21 +114,14 @@ BrokenEntries::BrokenEntries(const ParsedDeployment& deployment, const std::vect
     if (blnBreaking) causes.push_back(&finding);
   }
   if (causes.empty()) return;
-  ByLine<MappingEntry> entries;
-  ByLine<ComplexType> types;
   const ParsedFile& mapper = deployment.objectMapper;
-  for (const Node& objChild : childElements(mapper.root())) {
-    entries.add(mapper.lineOf(objChild), nullptr);
-  }
+  const ByElement<MappingEntry> entries = byElement(deployment.entries);
+  const ByElement<ComplexType> types = byElement(deployment.complexTypes);
   std::unordered_map<std::string, std::vector<const MappingEntry*>> users;  // of complex types
   std::vector<const MappingEntry*> unused;
   for (const MappingEntry& entry : deployment.entries) {
-    entries.add(mapper.lineOf(entry.objNode), &entry);
     if (entry.objAction) users[entry.strLowerAction].push_back(&entry);
     if (entry.users.empty() && unused.size() < kMostCompared) unused.push_back(&entry);
-  }
-  for (const ComplexType& type : deployment.complexTypes) {
-    types.add(deployment.schemaTypes.lineOf(type.objNode), &type);
   }
   bool blnLooked = false;
   for (const Found* const cause : causes) {
@@ -139,12 +140,10 @@ BrokenEntries::BrokenEntries(const ParsedDeployment& deployment, const std::vect
       continue;
     }
     // What has no entry at all is told at that of the object before.
-    const bool blnThere = cause->code != "no-mapping";
-    if (blnThere && cause->file == mapper.path()) {
-      if (const MappingEntry* const entry = entries.at(cause->line)) add(*entry);
-    } else if (cause->file == deployment.schemaTypes.path()) {
-      const ComplexType* const type = types.at(cause->line);
-      if (!type) continue;
+    if (cause->code != "no-mapping") {
+      if (const MappingEntry* const entry = recordOf(entries, *cause)) add(*entry);
+    }
+    if (const ComplexType* const type = recordOf(types, *cause)) {
       for (const MappingEntry* const entry : users[toLower(type->strId)]) add(*entry);
     }
     const FormObject* const object = deployment.object(cause->object);

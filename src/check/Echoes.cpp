@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <iterator>
-#include <map>
 #include <set>
 #include <span>
 #include <string>
@@ -14,6 +12,7 @@
 #include "check/BrokenEntries.h"
 #include "check/PathStep.h"
 #include "check/StepNames.h"
+#include "config/Attributes.h"
 #include "config/Names.h"
 #include "platform/text/Text.h"
 
@@ -183,20 +182,19 @@ class EchoFinder {
   void leaveOutOfCopies() {
     constexpr std::string_view kCause[] = {"insertbefore-names-nothing"};
     constexpr std::string_view kOrder[] = {"path-position"};
-    const ParsedFile& mapper = deployment_.objectMapper;
-    std::set<std::size_t> starts;  // of the rules
-    for (const Node& objRule : deployment_.copyRules()) starts.insert(mapper.lineOf(objRule));
-    const auto ruleAt = [&](std::size_t lngLine) {
-      const auto next = starts.upper_bound(lngLine);
-      return next == starts.begin() ? std::size_t{0} : *std::prev(next);
-    };
-    std::set<std::size_t> rules;
-    forEachError(kCause, [&](const Found& cause) { rules.insert(ruleAt(cause.line)); });
-    if (rules.empty()) return;
-    leaveOut(kOrder, 1, [&](const Found& finding) {
-      return finding.file == mapper.path() && finding.object.empty() &&
-             rules.contains(ruleAt(finding.line));
-    });
+    std::set<const void*> missed;  // the references
+    forEachError(kCause, [&](const Found& cause) { missed.insert(cause.element); });
+    if (missed.empty()) return;
+    std::set<const void*> elements;  // of their rules
+    for (const Node& objRule : deployment_.copyRules()) {
+      const NodeList colBelow = required(objRule.getElementsByTagName("*"));
+      const auto isMissed = [&](const Node& objElement) {
+        return missed.contains(objElement.identity());
+      };
+      if (std::none_of(colBelow.begin(), colBelow.end(), isMissed)) continue;
+      for (const Node& objElement : colBelow) elements.insert(objElement.identity());
+    }
+    leaveOut(kOrder, 1, [&](const Found& finding) { return elements.contains(finding.element); });
   }
 
   /// An element of the template that many look for; few are told too, as one of them may be wrong.

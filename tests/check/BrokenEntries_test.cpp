@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
 #include "check/SmallDeployment.h"
 
 namespace Varnel_Tolv_XML_Creation::test {
@@ -11,37 +9,35 @@ namespace {
 
 constexpr const char* kContact = "/m:report/m:head/m:contact";
 
-/// The finding of a rule about the line of the mapper on which a text stands first.
-Found at(const SmallDeployment& deployment, const char* code, Severity severity, const char* text) {
-  const std::string strMapper = deployment.text("object-mapper.xml");
-  const auto end = strMapper.begin() + static_cast<std::ptrdiff_t>(strMapper.find(text));
-  return {{.severity = severity,
-           .code = code,
-           .file = deployment.at("object-mapper.xml"),
-           .line = 1 + static_cast<std::size_t>(std::count(strMapper.begin(), end, '\n')),
-           .object = {},
-           .message = {},
-           .hint = {}}};
+/// The finding of a rule about an element.
+Found at(const Node& objElement, const char* code, Severity severity = Severity::error) {
+  Found found;
+  found.severity = severity;
+  found.code = code;
+  found.element = objElement.identity();
+  return found;
 }
 
 TEST(BrokenEntries, AreThoseWithAnErrorThatKeepsThemFromTheirWork) {
   const SmallDeployment files;
   const ParsedDeployment deployment(files.files);
+  const MappingEntry& phone = *deployment.entry("phone1");
   const struct {
     const char *says, *code;
     Severity severity;
-    const char* text;
+    Node objElement;
     bool blnBroken;
   } cases[] = {
-      {"a path that finds nothing", "path-names-nothing", Severity::error, "id=\"phone1\"", true},
-      {"the same as a warning", "path-names-nothing", Severity::warning, "id=\"phone1\"", false},
-      {"an error that keeps it from nothing", "duplicate-object", Severity::error, "id=\"phone1\"",
+      {"a path that finds nothing", "path-names-nothing", Severity::error, phone.objNodePath, true},
+      {"the same as a warning", "path-names-nothing", Severity::warning, phone.objNodePath, false},
+      {"an error that keeps it from nothing", "duplicate-object", Severity::error, phone.objNode,
        false},
-      {"an error of the document data", "path-names-nothing", Severity::error, "<docinfo", false},
+      {"an error of the document data", "path-names-nothing", Severity::error,
+       deployment.documentInfo(kDateInfo), false},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.says);
-    const BrokenEntries broken(deployment, {at(files, c.code, c.severity, c.text)});
+    const BrokenEntries broken(deployment, {at(c.objElement, c.code, c.severity)});
     EXPECT_EQ(!broken.isEmpty(), c.blnBroken);
     EXPECT_EQ(broken.wereToMake(stepNames(kContact)), c.blnBroken);
     EXPECT_FALSE(broken.wereToMake(stepNames("/m:report/m:head/m:title")));
@@ -52,12 +48,11 @@ TEST(BrokenEntries, TakeTheAnswersAlongThatTheyName) {
   const SmallDeployment files;
   files.replace("object-mapper.xml", "<parameter item=\"until\"/>", "<parameter item=\"untill\"/>");
   const ParsedDeployment deployment(files.files);
-  const BrokenEntries owner(
-      deployment, {at(files, "flag-not-true", Severity::error, "<messageitem id=\"owner\"")});
+  const BrokenEntries owner(deployment,
+                            {at(deployment.entry("owner")->objAction, "flag-not-true")});
   EXPECT_TRUE(owner.takeAlong("role"));
   EXPECT_FALSE(owner.takeAlong("until"));
-  const BrokenEntries from(
-      deployment, {at(files, "names-nothing", Severity::error, "<messageitem id=\"from\"")});
+  const BrokenEntries from(deployment, {at(deployment.entry("from")->objNode, "names-nothing")});
   EXPECT_TRUE(from.takeAlong("until")) << "a name that is nearly its own";
   EXPECT_FALSE(from.takeAlong("role"));
 }

@@ -152,6 +152,38 @@ const Planted kNotMandatory{{{"reference.xml", R"(<m:form mandatory="true"/>)",
                               R"(<m:form mandatory="false" quetsionIds="title"/>)"}},
                             {"misspelt-attribute", "reference-optional"}};
 
+// Entries and rules of one line.
+const Planted kWrongNameOnLineOfNext{{{"object-mapper.xml", R"(    <node>m:contact/m:phone</node>
+  </messageitem>
+  <!-- The people. -->
+  )",
+                                       "<node>m:contact/m:phnoe</node></messageitem>"}},
+                                     {"path-undeclared"}};
+const Planted kUnfilledOfOwner{{{"main.xsd", R"(<xs:element name="name" type="xs:string"/>)",
+                                 R"(<xs:element name="name" type="xs:string"/>
+      <xs:element name="stamp" type="xs:string"/>)"}},
+                               {"mandatory-unfilled"}};
+const Planted kWrongInsertBeforeOnLineOfNext{
+    {{"object-mapper.xml", R"(<docnodes>
+      <docnode>
+        <parentxpath>/m:report/m:end</parentxpath>
+        <node>/m:report/m:head/m:title</node>
+        <insertbefore appendonnomatch="true">
+          <node>m:office</node>
+        </insertbefore>
+      </docnode>)",
+      R"(<docnodes>
+      <docnode><parentxpath>/m:report/m:end</parentxpath><node>/m:report/m:head/m:title</node>)"
+      R"(<insertbefore appendonnomatch="true"><node>m:offce</node></insertbefore></docnode>)"}},
+    {"insertbefore-names-nothing"}};
+const Planted kCopyAtWrongPlace{
+    {{"object-mapper.xml", "<docnodes>\n      ",
+      "<docnodes><docnode><parentxpath>/m:report/m:head</parentxpath>"
+      "<node>/m:report/m:head/m:seen</node></docnode>"},
+     {"main.xsd", R"(<xs:element name="seen" type="xs:date" minOccurs="0"/>)",
+      R"(<xs:element name="seen" type="xs:date" minOccurs="0" maxOccurs="2"/>)"}},
+    {"path-position"}};
+
 /// The one that hides much and the other, which has nothing to do with it.
 struct Pair {
   const char* says;
@@ -243,6 +275,10 @@ TEST(Echoes, HideNoMistakeThatHasNothingToDoWithTheirCause) {
        kNotConvertedNext},
       {"a slip of mandatory, and another word for it", kMisspeltMandatory, kNotMandatory},
       {"an element of the template, and the document data", kTemplate, kWrongDocInfo},
+      {"an entry, and an element of the next one on its line", kWrongNameOnLineOfNext,
+       kUnfilledOfOwner},
+      {"where a copy goes, and the order of the next rule on its line",
+       kWrongInsertBeforeOnLineOfNext, kCopyAtWrongPlace},
       {"the document data, and an entry",
        {{{"object-mapper.xml", "<docdata>", "<docdate>"},
          {"object-mapper.xml", "</docdata>", "</docdate>"}},

@@ -164,20 +164,32 @@ BrokenEntries::BrokenEntries(const ParsedDeployment& deployment, const std::vect
 
 /// What the document data copy from where an entry should make it is missing there too.
 void BrokenEntries::addCopies() {
-  const Node objDocData = childElement(deployment_.objectMapper.root(), "docdata");
-  for (const Node& objRule : childElements(childElement(objDocData, "docnodes"))) {
-    const Node objParent = childElement(objRule, "parentxpath");
-    if (!objParent) continue;
+  for (const Node& objRule : deployment_.copyRules()) {
+    const StepNames parent = stepNames(childText(objRule, "parentxpath"));
+    if (parent.empty()) continue;
     const NodeList colNodes = required(objRule.getElementsByTagName("node"));
     for (const Node& objNode : colNodes) {
       const StepNames from = stepNames(objNode.text());
       if (!wereToMake(from)) continue;
-      StepNames copy = stepNames(objParent.text());
-      if (copy.empty()) continue;
-      copy.push_back(from.back());
-      places_.push_back(std::move(copy));
+      for (const std::string& strName : namesToBeMadeAt(from)) {
+        places_.push_back(parent);
+        places_.back().push_back(strName);
+      }
     }
   }
+}
+
+/// The last names on a path that entries should make: its own, or, where it takes any, theirs.
+std::set<std::string> BrokenEntries::namesToBeMadeAt(const StepNames& path) const {
+  if (path.back() != "*") return {path.back()};
+  std::set<std::string> names;
+  for (const std::vector<StepNames>* const list : {&places_, &writtenThere_}) {
+    for (const StepNames& place : *list) {
+      if (!areNearlyOnOneWay(place, path)) continue;
+      names.insert(place.size() < path.size() ? "*" : place[path.size() - 1]);
+    }
+  }
+  return names;
 }
 
 void BrokenEntries::add(const MappingEntry& entry) {

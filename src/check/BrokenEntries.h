@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <set>
 #include <string>
 #include <string_view>
 #include <unordered_set>
@@ -39,6 +40,7 @@ class BrokenEntries {
   void addWritten(const std::string& strParent, const std::string& strNode);
   void addNames(const MappingEntry& entry);
   void addCopies();
+  std::set<std::string> namesToBeMadeAt(const StepNames& path) const;
 
   const ParsedDeployment& deployment_;
   std::unordered_set<const MappingEntry*> entries_;

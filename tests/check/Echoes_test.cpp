@@ -183,6 +183,8 @@ const Planted kCopyAtWrongPlace{
      {"main.xsd", R"(<xs:element name="seen" type="xs:date" minOccurs="0"/>)",
       R"(<xs:element name="seen" type="xs:date" minOccurs="0" maxOccurs="2"/>)"}},
     {"path-position"}};
+const Planted kWrongGuest{{{"object-mapper.xml", "<node>m:name</node>", "<node>m:nmae</node>"}},
+                          {"path-undeclared"}};
 
 /// The one that hides much and the other, which has nothing to do with it.
 struct Pair {
@@ -279,6 +281,8 @@ TEST(Echoes, HideNoMistakeThatHasNothingToDoWithTheirCause) {
        kUnfilledOfOwner},
       {"where a copy goes, and the order of the next rule on its line",
        kWrongInsertBeforeOnLineOfNext, kCopyAtWrongPlace},
+      {"an entry where a rule copies whatever comes last, and an element that nobody fills",
+       kWrongGuest, kUnfilled},
       {"the document data, and an entry",
        {{{"object-mapper.xml", "<docdata>", "<docdate>"},
          {"object-mapper.xml", "</docdata>", "</docdate>"}},

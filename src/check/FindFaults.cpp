@@ -97,6 +97,15 @@ std::vector<Found> withWhatWasHidden(std::vector<Found> found, std::vector<Found
   return rest;
 }
 
+/// Whether the mends leave every file as readable as it was: the prefix of a name that they write
+/// need not be declared there.
+bool readsAsMuch(const ParsedDeployment& mended, const ParsedDeployment& deployment) {
+  return std::ranges::equal(mended.all(), deployment.all(),
+                            [](const ParsedFile* one, const ParsedFile* other) {
+                              return one->isLoaded() || !other->isLoaded();
+                            });
+}
+
 std::size_t errorsIn(const std::vector<Found>& findings) {
   return static_cast<std::size_t>(std::ranges::count_if(
       findings, [](const Found& found) { return found.severity == Severity::error; }));
@@ -125,6 +134,7 @@ std::vector<Finding> findFaults(const DeploymentFiles& files) {
     }
     if (theirs.empty() || !mayBeReadAgain(*deployment)) continue;
     auto mendedOne = std::make_unique<const ParsedDeployment>(files, next);
+    if (!readsAsMuch(*mendedOne, *deployment)) continue;
     std::vector<Found> again = findAll(*mendedOne);
     const auto isCause = [&](const Found& one) { return keys.contains(keyOf(one)); };
     if (std::ranges::any_of(again, isCause)) continue;

@@ -59,6 +59,20 @@ TEST(FindFaults, TakesNoReadingThatFindsMuchMore) {
 }
 
 // The one that was hidden is of the same rule, and on the same line.
+// A name that is mended may have a prefix that its file does not declare.
+TEST(FindFaults, TakesNoReadingThatAFileIsLostFor) {
+  const SmallDeployment deployment;
+  deployment.replace("template.xml", "<m:report xmlns:m=\"urn:example:m\"",
+                     "<r:report xmlns:r=\"urn:example:m\" xmlns:m=\"urn:example:m\"");
+  deployment.replace("template.xml", "</m:report>", "</r:report>");
+  const std::vector<Finding> findings = deployment.check();
+  const auto isCode = [&](std::string_view strCode) {
+    return std::ranges::any_of(findings, [&](const Finding& one) { return one.code == strCode; });
+  };
+  EXPECT_TRUE(isCode("reference-root")) << ::testing::PrintToString(summaries(findings));
+  EXPECT_FALSE(isCode("not-well-formed")) << ::testing::PrintToString(summaries(findings));
+}
+
 TEST(FindFaults, KnowsFindingsOfOneLineByTheirObjects) {
   const SmallDeployment deployment;
   deployment.replace("object-list.xml", "<prtobjcts>\n  <prtobjct id=\"title\"",

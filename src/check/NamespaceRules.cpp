@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 #include <map>
 #include <string>
@@ -42,6 +43,16 @@ Declarations declarationsOf(const ParsedDeployment& deployment) {
     }
   }
   return declarations;
+}
+
+/// Whether all files that declare a prefix, and there are some, do it for this namespace.
+bool isDeclaredOnlyFor(const Declarations& declared, const std::string& strPrefix,
+                       const std::string& strUri) {
+  const auto found = declared.find(strPrefix);
+  return found != declared.end() &&
+         std::ranges::all_of(found->second, [&](const Declaration& declaration) {
+           return declaration.strUri == strUri;
+         });
 }
 
 std::size_t positionOf(const ParsedDeployment& deployment, const NamespaceEntry& entry) {
@@ -102,17 +113,22 @@ void findOtherElements(const ParsedDeployment& deployment, Findings& findings) {
   }
 }
 
+/// Which of the two is right the other files tell.
 void findRefApart(const ParsedDeployment& deployment, Findings& findings) {
+  const Declarations declared = declarationsOf(deployment);
   for (const NamespaceEntry& entry : deployment.namespaces) {
     if (entry.strRef == entry.strName || entry.strName.empty()) continue;
+    const bool blnRef = isDeclaredOnlyFor(declared, entry.strPrefix, entry.strRef);
+    const std::string& strRight = blnRef ? entry.strRef : entry.strName;
     findings
-        .add(deployment.namespaceList, entry.objNode, "ref", "",
+        .add(deployment.namespaceList, entry.objNode, blnRef ? "name" : "ref", "",
              "The prefix " + inQuotes(entry.strPrefix) + " is looked for in the namespace " +
                  inQuotes(entry.strName) + ", and its elements are made in " +
                  inQuotes(entry.strRef) + ".",
-             "Write the same URI in name and ref.")
+             blnRef ? "Write " + inQuotes(strRight) + " in name too, as the other files do."
+                    : "Write the same URI in name and ref.")
         .mends.namespaces.push_back(
-            {positionOf(deployment, entry), entry.strPrefix, entry.strName, entry.strName});
+            {positionOf(deployment, entry), entry.strPrefix, strRight, strRight});
   }
 }
 
@@ -120,9 +136,14 @@ void findRefApart(const ParsedDeployment& deployment, Findings& findings) {
 /// that is the schema's, is taken for the right one.
 void findRegisteredOtherwise(const ParsedDeployment& deployment, Findings& findings) {
   if (!deployment.namespaceList.isLoaded()) return;
-  for (const auto& [strPrefix, list] : declarationsOf(deployment)) {
+  const Declarations declared = declarationsOf(deployment);
+  for (const auto& [strPrefix, list] : declared) {
     const NamespaceEntry* const entry = deployment.namespaceOf(strPrefix);
     if (!entry) continue;
+    // That its name is not its ref is told already.
+    if (entry->strName != entry->strRef && isDeclaredOnlyFor(declared, strPrefix, entry->strRef)) {
+      continue;
+    }
     std::unordered_set<const ParsedFile*> agree, differ;
     std::string strOther;
     for (const Declaration& declaration : list) {

@@ -37,6 +37,10 @@ const std::vector<Mistake>& mistakesOfNamespaceRules() {
        {{"namespaces.xml", R"(ref="urn:example:m")", R"(ref="urn:example:n")"}},
        {{Severity::error, "ref-and-name-apart", "namespaces.xml"}}},
       {"ref-and-name-apart",
+       "another name",
+       {{"namespaces.xml", R"(name="urn:example:m")", R"(name="urn:example:n")"}},
+       {{Severity::error, "ref-and-name-apart", "namespaces.xml"}}},
+      {"ref-and-name-apart",
        "an attribute on the next line",
        {{"namespaces.xml", R"(ref="urn:example:m")", R"(
     ref="urn:example:m")"}},

@@ -77,6 +77,8 @@ constexpr auto kWordings = std::to_array<Wording>({
 /// The reader's reason has line and column of the last letter that it took, and at the end words of
 /// the text, which are looked at for nothing: they may be like its own.
 Fault faultOf(std::string_view strText, std::string strReason) {
+  // The reader takes the bytes of UTF-16 for letters.
+  if (strText.starts_with("\xFF\xFE") || strText.starts_with("\xFE\xFF")) strReason = "UTF-8";
   strReason.resize(std::min(strReason.size(), strReason.find("; last read: ")));
   const std::size_t lngColumn = numberBehind(strReason, ", column ");
   std::size_t lngLine = std::max<std::size_t>(numberBehind(strReason, "at line "), 1);

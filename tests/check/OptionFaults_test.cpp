@@ -62,6 +62,7 @@ TEST(OptionFaults, AreToldInPlainWordsAtTheirLine) {
       {"nothing", "", "1 " + strEnd},
       {"bytes that are not UTF-8", "{\n\"a\": \"\xFC\"\n}",
        "2 It is not UTF-8. Save the file as UTF-8."},
+      {"UTF-16", std::string("\xFF\xFE{\0}\0", 6), "1 It is not UTF-8. Save the file as UTF-8."},
       {"a list", "[]", "1 It is no JSON object. Write one: {\"template\": \"...\", ...}."},
       {"something else behind it", "{}\n{}",
        "2 It is no JSON here. Correct it at this line or shortly before it."},

@@ -149,10 +149,11 @@ void findWrongRoots(const ParsedDeployment& deployment, Findings& findings) {
            });
   };
   const bool blnExchanged = std::ranges::any_of(deployment.all(), isOfAKind);
-  // One of no kind may be the template or the reference XML, where that is named for another
-  // option.
+  // What may have any root is another file for certain. One of no kind may be the template or the
+  // reference XML, where that is named for another option.
   const auto isOther = [&](const ParsedFile& file) {
-    return blnExchanged || std::ranges::any_of(deployment.all(), [&](const ParsedFile* other) {
+    return blnExchanged || file.rootName().empty() ||
+           std::ranges::any_of(deployment.all(), [&](const ParsedFile* other) {
              return other != &file && other->isNamed() &&
                     std::filesystem::path(other->path()).lexically_normal() ==
                         std::filesystem::path(file.path()).lexically_normal();
@@ -171,14 +172,12 @@ void findWrongRoots(const ParsedDeployment& deployment, Findings& findings) {
                    "Name the right file; two may be exchanged.");
       continue;
     }
-    findings.add(*file, objRoot, "", "",
-                 "The root element \"" + objRoot.nodeName() +
-                     "\" is not that of this kind of "
-                     "file.",
-                 file == &deployment.page
-                     ? "Rename the root: page."
-                     : "Name the right file, or rename the root: prtobjcts, hiddenfields, "
-                       "namespaces, message, SchemaTypeMapperDocument or questions.");
+    findings.add(
+        *file, objRoot, "", "",
+        "The root element \"" + objRoot.nodeName() + "\" is not that of this kind of file.",
+        file->rootName().empty()
+            ? "Name the right file."
+            : "Name the right file, or rename the root: " + std::string(file->rootName()) + ".");
   }
 }
 

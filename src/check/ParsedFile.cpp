@@ -121,12 +121,19 @@ class TagScanner {
   TextLines lines_;
 };
 
-/// Whether a root is that of a kind of configuration file. A message may be named "message" too.
+/// Whether a root is that of a kind of file which a deployment has for something else, or which
+/// stands beside it. A message may be named "message" or "page" too.
 bool isRootOfAKind(const Node& objRoot) {
+  constexpr std::array<std::string_view, 3> kVocabularies = {
+      "http://www.w3.org/2001/XMLSchema", "http://www.w3.org/1999/XSL/Transform",
+      "urn:oasis:names:tc:entity:xmlns:xml:catalog"};
+  if (std::ranges::find(kVocabularies, objRoot.namespaceUri()) != kVocabularies.end()) return true;
   const std::string strName = objRoot.nodeName();
-  if (strName == "message") {
-    return required(objRoot.getElementsByTagName(kMessageItem)).length() > 0;
-  }
+  const auto holds = [&](std::string_view strChild) {
+    return required(objRoot.getElementsByTagName(strChild)).length() > 0;
+  };
+  if (strName == "message") return holds(kMessageItem);
+  if (strName == "page") return holds("section");
   constexpr std::array<std::string_view, 5> kRoots = {"prtobjcts", "hiddenfields", "namespaces",
                                                       "SchemaTypeMapperDocument", "questions"};
   return std::ranges::find(kRoots, strName) != kRoots.end();
@@ -152,7 +159,9 @@ ParsedFile::ParsedFile(std::string strPath, const FileRole& role, const Mends& m
   };
   if (!parse()) return;
   root_ = objXml_.documentElement();
-  if (role.strRootName.empty() ? isRootOfAKind(root_) : root_.nodeName() != role.strRootName) {
+  const bool blnAny = role.strRootName.empty();
+  if (blnAny ? !role.strOption.empty() && isRootOfAKind(root_)
+             : root_.nodeName() != role.strRootName) {
     std::swap(root_, wrongRoot_);
   }
   ParseError ignored;  // the file was read a moment ago

@@ -26,7 +26,7 @@ struct TextLines {
 
 /// What a file is to a deployment.
 struct FileRole {
-  std::string_view strOption = {};    // that names it
+  std::string_view strOption = {};    // that names it; none for one that is no file of it
   std::string_view strRootName = {};  // of its kind of file; none where the root may be any other
   bool blnWrong = false;              // another file is named than is meant: it is not read
 };
@@ -35,7 +35,8 @@ struct FileRole {
 class ParsedFile {
  public:
   /// Reads the file, unless none is named. With a name for its root, one that has another counts
-  /// as not loaded, and without one what has the root of another kind of file: it is another file.
+  /// as not loaded, and without one, of a deployment, what has the root of another kind of file: it
+  /// is another file.
   /// `mends` are made in its text.
   explicit ParsedFile(std::string strPath, const FileRole& role = {}, const Mends& mends = {});
 

@@ -139,6 +139,19 @@ Refusal refusalOf(const SchemaProblem& problem, const std::string& strMain,
   return refusal;
 }
 
+/// The file of the deployment that is named for the schema too, and is none; else null.
+const ParsedFile* fileNamedForSchema(const MessagePlan& plan) {
+  if (!plan.schemaAsRead() || plan.schema()) return nullptr;
+  const auto normal = [](const std::string& strPath) {
+    return std::filesystem::path(strPath).lexically_normal();
+  };
+  const auto files = plan.deployment().all();
+  const auto same = std::ranges::find_if(files, [&](const ParsedFile* file) {
+    return file->isNamed() && normal(file->path()) == normal(plan.schemaPath());
+  });
+  return same == files.end() ? nullptr : *same;
+}
+
 }  // namespace
 
 std::size_t lineOfSchemaRoot(const std::string& strPath, std::string_view strAttribute) {
@@ -169,6 +182,15 @@ void judgeSchema(MessagePlan& plan) {
                   : deployment.shownPath(files.strPageDirectory) + "."),
          "Correct the one or the other: until then no message is checked.");
     return;
+  }
+  if (const ParsedFile* const other = fileNamedForSchema(plan)) {
+    if (const auto place = deployment.placeOf("schema-url")) {
+      tell("schema-unusable", place->strPath, place->lngLine,
+           "The file " + deployment.shownPath(other->path()) + " for \"schema-url\" is that for " +
+               inQuotes(other->option()) + ".",
+           "Name the right file: until then no message is checked.");
+      return;
+    }
   }
   if (!schema) {
     if (files.blnValidateAgainstSchema || !files.strSchemaUri.empty()) {

@@ -189,6 +189,18 @@ TEST(FileRules, FindTheOptionThatNamesTheFileOfAnother) {
        &DeploymentFiles::strNamespaceXML,
        "hidden-fields.xml",
        {"error wrong-root deployment.json:9 "}},
+      {"a schema for the template",
+       &DeploymentFiles::strTemplateXML,
+       "main.xsd",
+       {"error wrong-root deployment.json:1 "}},
+      {"the page for the protocol information",
+       &DeploymentFiles::strProtocolInfo,
+       "page.xml",
+       {"error wrong-root deployment.json:2 "}},
+      {"a catalog for the reference XML",
+       &DeploymentFiles::strReferenceXmlPath,
+       "catalog.xml",
+       {"error wrong-root deployment.json:8 "}},
       {"each its own", &DeploymentFiles::strNamespaceXML, "namespaces.xml", {}},
   };
   for (const auto& c : cases) {
@@ -200,9 +212,21 @@ TEST(FileRules, FindTheOptionThatNamesTheFileOfAnother) {
                                     {"questions", 7},
                                     {"reference", 8},
                                     {"namespaces", 9}};
+    deployment.write("main.xsd", "<xs:schema xmlns:xs='http://www.w3.org/2001/XMLSchema'/>");
+    deployment.write("page.xml", "<page><section/></page>");
+    deployment.write("catalog.xml",
+                     "<catalog xmlns='urn:oasis:names:tc:entity:xmlns:xml:catalog'/>");
     deployment.files.*c.name = deployment.at(c.file);
     EXPECT_EQ(summaries(deployment.check()), c.findings);
   }
+}
+
+TEST(FileRules, NameTheRootThatAFileShouldHave) {
+  const SmallDeployment deployment;
+  deployment.write("hidden-fields.xml", "<hiddenfield/>");
+  const std::vector<Finding> findings = deployment.check();
+  ASSERT_EQ(findings.size(), 1u) << ::testing::PrintToString(summaries(findings));
+  EXPECT_EQ(findings[0].hint, "Name the right file, or rename the root: hiddenfields.");
 }
 
 TEST(FileRules, TellOfTheTemplateAndTheReferenceExchanged) {

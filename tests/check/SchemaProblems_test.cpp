@@ -304,6 +304,10 @@ TEST(SchemaProblems, TellWhereTheOptionsNameTheSchema) {
   deployment.files.strSchemaUrl = "gone.xsd";
   EXPECT_EQ(foundBesideSchema(deployment),
             std::vector<std::string>{"error schema-unusable deployment.json:10 "});
+  deployment.files.strSchemaUrl = "template.xml";
+  EXPECT_EQ(foundBesideSchema(deployment),
+            std::vector<std::string>{"error schema-unusable deployment.json:10 "})
+      << "which is no schema";
   deployment.files.strSchemaUrl = "";
   EXPECT_EQ(foundBesideSchema(deployment),
             std::vector<std::string>{"error no-schema deployment.json:11 "});

@@ -204,7 +204,7 @@ void judgeSchema(MessagePlan& plan) {
   const std::string strCatalog =
       files.strSchemaCatalog.empty()
           ? "."
-          : "; no entry of " + deployment.shownPath(files.strSchemaCatalog) + " fits.";
+          : "; no entry of " + deployment.shownPath(files.strSchemaCatalog) + " leads to one.";
   const SchemaProblem* const missed = importMissed(*schema);
   for (const SchemaProblem& problem : schema->problems()) {
     using Kind = SchemaProblem::Kind;

@@ -16,6 +16,11 @@
 namespace Varnel_Tolv_XML_Creation {
 namespace {
 
+/// The place of an id, by which findings about it know each other.
+std::string placeOf(const ComplexType& type, const std::string& strId) {
+  return type.strId + '/' + strId;
+}
+
 void findParametersWithoutPlace(const ParsedDeployment& deployment, Findings& findings) {
   for (const MappingEntry& entry : deployment.entries) {
     const ComplexType* const type = deployment.typeFilledBy(entry);
@@ -25,10 +30,12 @@ void findParametersWithoutPlace(const ParsedDeployment& deployment, Findings& fi
     for (const Node& objParameter : entry.parameters()) {
       const std::string strId = attributeText(objParameter, kId);
       if (!isBlank(strId) && (places.contains(strId) || hasCapitals(strId))) continue;
-      findings.add(deployment.objectMapper, objParameter, kId, entry.strId,
-                   "The parameter " + inQuotes(strId) + " has no place in the schematype " +
-                       inQuotes(type->strId) + ": its value is lost.",
-                   "Give the schematype a value with this id, or correct the id.");
+      findings
+          .add(deployment.objectMapper, objParameter, kId, entry.strId,
+               "The parameter " + inQuotes(strId) + " has no place in the schematype " +
+                   inQuotes(type->strId) + ": its value is lost.",
+               "Give the schematype a value with this id, or correct the id.")
+          .strMeant = placeOf(*type, strId);
     }
   }
 }
@@ -41,12 +48,14 @@ void findCellsWithoutPlace(const ParsedDeployment& deployment, Findings& finding
     const std::unordered_set<std::string> places = type->placeIds();
     for (const TableColumn& column : object.columns) {
       if (places.contains(column.strId)) continue;
-      findings.add(*object.file, column.objNode, kId, column.strId,
-                   "The column " + inQuotes(column.strId) + " has no place in the schematype " +
-                       inQuotes(type->strId) +
-                       ", which has no pbr:AdditionalInfo either: its cells "
-                       "are lost.",
-                   "Give the schematype a value with this id, or correct the one or the other.");
+      findings
+          .add(*object.file, column.objNode, kId, column.strId,
+               "The column " + inQuotes(column.strId) + " has no place in the schematype " +
+                   inQuotes(type->strId) +
+                   ", which has no pbr:AdditionalInfo either: its cells "
+                   "are lost.",
+               "Give the schematype a value with this id, or correct the one or the other.")
+          .strMeant = placeOf(*type, column.strId);
     }
   }
 }
@@ -147,11 +156,14 @@ void findMisspeltPlaces(const ParsedDeployment& deployment, Findings& findings) 
       const std::string strName = objElement.nodeName();
       const bool blnPlain = objElement.namespaceUri().empty() && objElement.getAttribute(kId);
       if (!blnPlain || !isSlipOf(strName, kValue)) continue;
-      findings.add(deployment.schemaTypes, objElement, "", attributeText(objElement, kId),
-                   "The element " + inQuotes(strName) +
-                       " is no place, which is a value: it goes into "
-                       "the message as it stands.",
-                   "Write value.");
+      const std::string strId = attributeText(objElement, kId);
+      findings
+          .add(deployment.schemaTypes, objElement, "", strId,
+               "The element " + inQuotes(strName) +
+                   " is no place, which is a value: it goes into "
+                   "the message as it stands.",
+               "Write value.")
+          .strMeant = placeOf(type, strId);
     }
   }
 }

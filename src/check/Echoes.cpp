@@ -52,11 +52,11 @@ constexpr std::string_view kOfDocData[] = {"mandatory-unfilled", "reference-unkn
 constexpr std::string_view kEntryPath[] = {"path-undeclared", "no-text-there",
                                            "step-without-prefix", "prefix-not-registered"};
 
-/// What is found at the same place of the same slip: at one element, and, where an attribute is
-/// missing because it is misspelt, that of this name.
+/// What is found at the same place of the same slip: at one element, where the hint of the cause
+/// says this: names an attribute, which is missing because it is misspelt.
 struct SameElement {
   std::string_view strCause, strEcho;
-  std::string_view strAttribute = {};
+  std::string_view strHint = {};
 };
 constexpr SameElement kSameElement[] = {
     {"unknown-type", "date-not-converted"},
@@ -68,15 +68,25 @@ constexpr SameElement kSameElement[] = {
     {"misspelt-attribute", "date-not-converted", "\"columntype\""},
 };
 
-/// What is found of one element because another stands there by mistake: both have its path.
-struct SamePath {
+struct CauseAndEcho {
   std::string_view strCause, strEcho;
 };
-constexpr SamePath kSamePath[] = {
+
+/// What is found of one element because another stands there by mistake: both have its path.
+constexpr CauseAndEcho kSamePath[] = {
     {"no-text-there", "path-position"},     // behind what an answer should not have made
     {"path-in-template", "path-repeated"},  // copies of the element and of the second one
     {"path-in-template", "mandatory-unfilled"},
     {"unknown-docinfo", "mandatory-unfilled"},
+};
+
+/// What is found of an id because another is a slip of it: both name it.
+constexpr CauseAndEcho kSameId[] = {
+    {"no-mapping", "mapping-without-question"},
+    {"no-mapping", "question-without-object"},
+    {"object-without-question", "question-without-object"},
+    {"place-misspelt", "parameter-without-place"},
+    {"place-misspelt", "cell-without-place"},
 };
 
 bool contains(Codes codes, std::string_view strCode) {
@@ -144,27 +154,31 @@ class EchoFinder {
              [&](const Found& finding) { return objects.contains(finding.object); });
   }
 
+  /// What has the same text in this member as a cause.
+  void leaveOutOfSame(const CauseAndEcho& pair, std::string Found::*text) {
+    std::set<std::string> texts;
+    forEachError(std::span(&pair.strCause, 1), [&](const Found& cause) {
+      if (!(cause.*text).empty()) texts.insert(cause.*text);
+    });
+    if (texts.empty()) return;
+    leaveOut(std::span(&pair.strEcho, 1), 1,
+             [&](const Found& finding) { return texts.contains(finding.*text); });
+  }
+
   /// One slip that several rules see.
   void leaveOutOfSamePlaces() {
     for (const SameElement& pair : kSameElement) {
       std::set<const void*> elements;
       forEachError(std::span(&pair.strCause, 1), [&](const Found& cause) {
-        const bool blnNamed = cause.hint.find(pair.strAttribute) != std::string::npos;
+        const bool blnNamed = cause.hint.find(pair.strHint) != std::string::npos;
         if (blnNamed && cause.element) elements.insert(cause.element);
       });
       if (elements.empty()) continue;
       leaveOut(std::span(&pair.strEcho, 1), 1,
                [&](const Found& finding) { return elements.contains(finding.element); });
     }
-    for (const SamePath& pair : kSamePath) {
-      std::set<std::string> paths;
-      forEachError(std::span(&pair.strCause, 1), [&](const Found& cause) {
-        if (!cause.strPath.empty()) paths.insert(cause.strPath);
-      });
-      if (paths.empty()) continue;
-      leaveOut(std::span(&pair.strEcho, 1), 1,
-               [&](const Found& finding) { return paths.contains(finding.strPath); });
-    }
+    for (const CauseAndEcho& pair : kSamePath) leaveOutOfSame(pair, &Found::strPath);
+    for (const CauseAndEcho& pair : kSameId) leaveOutOfSame(pair, &Found::strMeant);
     constexpr std::string_view kWithout[] = {"mapping-without-question", "question-without-object"};
     if (const MappingEntry* const missing = entryOfMissingObject(deployment_)) {
       leaveOut(kWithout, 1, [&](const Found& finding) { return finding.object == missing->strId; });

@@ -19,6 +19,8 @@ struct Found : Finding {
   const void* element = nullptr;
   // Of the element of the message that it is about, or of several joined by "|"; or empty.
   std::string strPath = {};
+  // The id, or its place, that is there for nothing, or that is probably meant by a slip; or empty.
+  std::string strMeant = {};
   Mends mends = {};  // by which what is wrong would be right; none where that is not known
 };
 

@@ -96,15 +96,19 @@ void findUnmapped(const ParsedDeployment& deployment, Findings& findings) {
                 : "Add a messageitem, toschema=\"false\" for an answer that is not sent.";
     if ((!blnQuestion && (!meant || blnMeantIsQuestion)) ||
         (!deployment.questionList.isLoaded() && !meant)) {
-      findings.add(*object.file, object.objNode, object.blnHidden ? kOutput : kId, object.strId,
-                   strMessage, strHint);
+      findings
+          .add(*object.file, object.objNode, object.blnHidden ? kOutput : kId, object.strId,
+               strMessage, strHint)
+          .strMeant = meant ? meant->strId : "";
       continue;
     }
     const Node objPlace = meant    ? meant->objNode
                           : before ? before->objNode
                                    : deployment.objectMapper.root();
-    findings.add(deployment.objectMapper, objPlace, meant ? "id" : "", object.strId, strMessage,
-                 strHint);
+    findings
+        .add(deployment.objectMapper, objPlace, meant ? "id" : "", object.strId, strMessage,
+             strHint)
+        .strMeant = meant ? meant->strId : "";
   }
 }
 
@@ -118,9 +122,11 @@ void findUnusedEntries(const ParsedDeployment& deployment, Findings& findings) {
         !entry.isGroup() && deployment.objectsByLowerId.contains(toLower(entry.strId));
     if (!entry.users.empty() || !blnFirst || isBlank(entry.strId) || blnTold) continue;
     if (deployment.lacksHiddenObject(entry.strId)) continue;
-    findings.add(deployment.objectMapper, entry.objNode, kId, entry.strId,
-                 "The entry " + inQuotes(entry.strId) + " is for no object of the form.",
-                 "Correct the id, or take the entry out.");
+    findings
+        .add(deployment.objectMapper, entry.objNode, kId, entry.strId,
+             "The entry " + inQuotes(entry.strId) + " is for no object of the form.",
+             "Correct the id, or take the entry out.")
+        .strMeant = entry.strId;
   }
 }
 

@@ -40,14 +40,15 @@ void findQuestionsWithoutObject(const ParsedDeployment& deployment, Findings& fi
         !hasCapitals(question.strId)) {
       continue;
     }
-    findings.add(
-        deployment.questionList, question.objNode, kId, question.strId,
-        "The question " + inQuotes(question.strId) +
-            " is no object of the form: an error that is led to it finds no label, and the "
-            "verdict is lost.",
-        blnCase ? "Write " + inQuotes(deployment.objects[lower->second.front()].strId) +
-                      ", as the object list does."
-                : "Correct the id, or take the question out.");
+    findings
+        .add(deployment.questionList, question.objNode, kId, question.strId,
+             "The question " + inQuotes(question.strId) +
+                 " is no object of the form: an error that is led to it finds no label, and the "
+                 "verdict is lost.",
+             blnCase ? "Write " + inQuotes(deployment.objects[lower->second.front()].strId) +
+                           ", as the object list does."
+                     : "Correct the id, or take the question out.")
+        .strMeant = question.strId;
   }
 }
 
@@ -79,11 +80,13 @@ void findObjectsWithoutQuestion(const ParsedDeployment& deployment, Findings& fi
     const Node objPlace = meant    ? meant->objNode
                           : before ? before->objNode
                                    : deployment.questionList.root();
-    findings.add(deployment.questionList, objPlace, meant ? "id" : "", object.strId,
-                 "The questions XML has no question " + inQuotes(object.strId) +
-                     ": an error in its answer cannot be led back, and the verdict is lost.",
-                 meant ? "The question " + inQuotes(meant->strId) + " is probably meant."
-                       : "Add a question with the path of its element.");
+    findings
+        .add(deployment.questionList, objPlace, meant ? "id" : "", object.strId,
+             "The questions XML has no question " + inQuotes(object.strId) +
+                 ": an error in its answer cannot be led back, and the verdict is lost.",
+             meant ? "The question " + inQuotes(meant->strId) + " is probably meant."
+                   : "Add a question with the path of its element.")
+        .strMeant = meant ? meant->strId : "";
   }
 }
 
@@ -229,19 +232,18 @@ void findUnknownPaths(const ParsedDeployment& deployment, Findings& findings) {
 
 void findWrongColumns(const ParsedDeployment& deployment, Findings& findings) {
   if (!asksQuestions(deployment)) return;
+  std::size_t lngCompared = 0;
   for (const Question& question : deployment.questions) {
     const FormObject* const object = deployment.object(question.strId);
     if (!object || object->kind != ObjectKind::table) continue;
     std::unordered_set<std::string> columns;
     for (const TableColumn& column : object->columns) columns.insert(column.strId);
     std::unordered_set<std::string> asked, places;
+    for (const QuestionColumn& column : question.columns) asked.insert(column.strId);
     const ComplexType* const type =
         object->entry ? deployment.complexType(*object->entry) : nullptr;
-    if (type) {
-      for (const Placeholder& place : type->placeholders) places.insert(place.strId);
-    }
+    if (type) places = type->placeIds();
     for (const QuestionColumn& column : question.columns) {
-      asked.insert(column.strId);
       if (isBlank(column.strId) || columns.contains(column.strId)) continue;
       if (places.contains(column.strId)) {
         findings.add(*object->file, object->objNode, "", column.strId,
@@ -251,10 +253,17 @@ void findWrongColumns(const ParsedDeployment& deployment, Findings& findings) {
                      "Add it, or correct the id of the one that is meant.");
         continue;
       }
+      const TableColumn* meant = nullptr;
+      if (++lngCompared <= kMostCompared) {
+        meant = firstMeant(object->columns, column.strId, &TableColumn::strId,
+                           [&](const TableColumn& one) { return !asked.contains(one.strId); });
+      }
+      if (meant) asked.insert(meant->strId);
       findings.add(deployment.questionList, column.objNode, kId, column.strId,
                    "The table " + inQuotes(object->strId) + " has no column " +
                        inQuotes(column.strId) + ": errors in it are told as internal ones.",
-                   "Write the id as the object list does.");
+                   meant ? "Write " + inQuotes(meant->strId) + ", as the object list does."
+                         : "Write the id as the object list does.");
     }
     if (!object->entry) continue;
     for (const TableColumn& column : object->columns) {

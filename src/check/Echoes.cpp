@@ -63,6 +63,7 @@ constexpr SameElement kSameElement[] = {
     {"unknown-columntype", "date-not-converted"},
     {"flag-not-true", "constant-refused"},
     {"unknown-docinfo", "docdata-incomplete"},
+    {"template-order", "mandatory-unfilled", "Take one"},
     {"misspelt-attribute", "reference-optional", "\"mandatory\""},
     {"misspelt-attribute", "date-not-converted", "\"type\""},
     {"misspelt-attribute", "date-not-converted", "\"columntype\""},

@@ -153,11 +153,14 @@ class OrderJudge {
     const std::string strIn = " in \"" + parent.strName + "\"";
     const std::string strBoth = "\"" + later.strName + "\" and \"" + earlier.strName + "\"";
     if (later.name() == earlier.name()) {
-      plan_.tell(blnTemplate ? "template-order" : "path-repeated", at,
-                 "\"" + later.strName + "\" comes a second time" + strIn +
-                     ", where the schema allows one.",
-                 "Let one entry make it, or say by absent or checkexists which of them counts.", "",
-                 later.origin == Origin::copy ? plan_.pathOf(later.lngSource) : std::string());
+      plan_.tell(
+          blnTemplate ? "template-order" : "path-repeated", at,
+          "\"" + later.strName + "\" comes a second time" + strIn +
+              ", where the schema allows one.",
+          blnTemplate
+              ? "Take one of the two out of the template."
+              : "Let one entry make it, or say by absent or checkexists which of them counts.",
+          "", later.origin == Origin::copy ? plan_.pathOf(later.lngSource) : std::string());
     } else if (content.mayFollow(later.name(), earlier.name())) {
       plan_.tell(blnTemplate ? "template-order" : "path-position", at,
                  "\"" + later.strName + "\" comes behind \"" + earlier.strName + "\"" + strIn +

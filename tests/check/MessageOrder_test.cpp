@@ -64,6 +64,11 @@ const std::vector<SchemaMistake>& mistakesOfMessageOrder() {
        "<m:people>\n",
        "<m:people>\n    <m:guest/>\n",
        {{kError, "template-order", "template.xml", "<m:guest/>\n  </m:people>"}}},
+      {"a second element of the template where there may be one, without what it should hold",
+       "template.xml",
+       "  <m:end/>\n",
+       "  <m:end/>\n <m:end/>\n",
+       {{kError, "template-order", "template.xml", " <m:end/>\n</m:report>"}}},
       {"as many as there may be are fine", "main.xsd", "maxOccurs=\"9\"", "maxOccurs=\"2\"", {}}};
   return kMistakes;
 }

@@ -31,21 +31,21 @@ struct ElementShape {
   std::string_view strInside;      // the place below it; "text" for text alone, "any" for anything
 };
 
+constexpr std::string_view kObject =
+    "id objecttype type dynamic group checkedvalue value tablelabel fieldlabel (letterlabel)";
+constexpr std::string_view kTableColumn =
+    "id autovalue calculate firstcolumn secondcolumn datatype timedimabbr columntype value "
+    "columnlabel";
+
 constexpr ElementShape kObjectList[] = {
     {"", "prtobjcts", "", "objects"},
-    {"objects", "prtobjct",
-     "id objecttype type dynamic group checkedvalue value tablelabel fieldlabel (letterlabel)",
-     "objects"},
-    {"objects", "row", "id rowlabel", "row"},
-    {"objects", "column",
-     "id autovalue calculate firstcolumn secondcolumn datatype timedimabbr columntype value "
-     "columnlabel",
-     "text"},
+    {"objects", "prtobjct", kObject, "object"},
     {"objects", "hdnflds", "", "hidden"},
-    {"row", "column",
-     "id autovalue calculate firstcolumn secondcolumn datatype timedimabbr "
-     "columntype value columnlabel",
-     "text"},
+    {"object", "prtobjct", kObject, "object"},  // one in another has a rule of its own
+    {"object", "hdnflds", "", "hidden"},
+    {"object", "row", "id rowlabel", "row"},
+    {"object", "column", kTableColumn, "text"},
+    {"row", "column", kTableColumn, "text"},
     {"hidden", "hdnfld", "id value", "text"},
 };
 

@@ -24,6 +24,11 @@ const std::vector<Mistake>& mistakesOfFormatRules() {
        {{Severity::warning, "unknown-element", "object-mapper.xml", "<remark>seen</remark>",
          "seen"}}},
       {"unknown-element",
+       "a column that has slipped out of its table",
+       {{"object-list.xml", "  <hdnflds/>",
+         R"(  <column id="more" columnlabel="More"/><hdnflds/>)"}},
+       {{Severity::warning, "unknown-element", "object-list.xml", "", "more"}}},
+      {"unknown-element",
        "an element that is known and not used",
        {{"object-mapper.xml", "<node>m:seen</node>", R"(<node>m:seen</node>
     <extravalue>x</extravalue>)"}},

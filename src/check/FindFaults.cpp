@@ -64,8 +64,10 @@ using Key = std::tuple<std::string, std::string, std::size_t, std::string>;
 
 Key keyOf(const Finding& one) { return {one.code, one.file, one.line, one.object}; }
 
-/// Whether a rule looks at the namespaces themselves, and at nothing that is found by them.
+/// Whether a rule looks at the namespaces themselves, and at nothing that is found by them. The
+/// prefix of a row is one more that is wrong where all are.
 bool isAboutNamespaces(std::string_view strCode) {
+  if (strCode == "row-prefix-not-declared") return false;
   const auto isCode = [&](const Rule& rule) { return rule.strCode == strCode; };
   return strCode == "additional-info-prefix" || std::ranges::any_of(namespaceRules(), isCode);
 }

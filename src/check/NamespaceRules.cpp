@@ -201,20 +201,29 @@ std::vector<std::string> prefixesOf(std::string_view strXPath) {
   return prefixes;
 }
 
-/// An expression or node path of the mapper.
-struct MapperPath {
+/// An expression or node path of the mapper, or the path of a question or column.
+struct NamedPath {
+  const ParsedFile* file;
   Node objNode;
   std::string_view strAttribute;  // that holds it; none: it is the element's text
   std::string strText;
-  std::string strObject;  // the entry's id
+  std::string strObject;  // the id of its entry, question or column
 };
 
 template <class Find>
 void forEachPath(const ParsedDeployment& deployment, const Find& find) {
+  const ParsedFile* const mapper = &deployment.objectMapper;
   for (const MappingEntry& entry : deployment.entries) {
     for (const Node& objPath :
          {entry.objParentXPath, entry.objNodePath, entry.objExtraPath, entry.objExtraNode}) {
-      if (objPath) find(MapperPath{objPath, "", objPath.text(), entry.strId});
+      if (objPath) find(NamedPath{mapper, objPath, "", objPath.text(), entry.strId});
+    }
+  }
+  const ParsedFile* const questions = &deployment.questionList;
+  for (const Question& question : deployment.questions) {
+    find(NamedPath{questions, question.objXPath, "", question.strXPath, question.strId});
+    for (const QuestionColumn& column : question.columns) {
+      find(NamedPath{questions, column.objPath, "", column.strPath, column.strId});
     }
   }
   const Node objDocData = deployment.documentData();
@@ -225,10 +234,10 @@ void forEachPath(const ParsedDeployment& deployment, const Find& find) {
     const bool blnStep = strName == "parameter" && objElement.hasText();
     const bool blnPath = (strName == "node" && childElements(objElement).empty()) ||
                          strName == "parentxpath" || blnStep;
-    if (blnPath) find(MapperPath{objElement, "", objElement.text(), ""});
+    if (blnPath) find(NamedPath{mapper, objElement, "", objElement.text(), ""});
     // Where a step copies to: "parent", or a path below it.
     if (strName == "parameter" && toLower(attributeText(objElement, "action")) == "copy") {
-      find(MapperPath{objElement, "under", attributeText(objElement, "under"), ""});
+      find(NamedPath{mapper, objElement, "under", attributeText(objElement, "under"), ""});
     }
   }
 }
@@ -248,9 +257,9 @@ Mends mendsOfMissing(const ParsedDeployment& deployment, const std::string& strP
                          "/></namespaces"}}};
 }
 
-/// The prefix of the template, where a file of the mapping writes another one throughout that
-/// nobody knows; else empty.
-std::string prefixMeantThroughout(const ParsedDeployment& deployment,
+/// The prefix of the template, where all paths of a file have another one that nobody knows; else
+/// empty.
+std::string prefixMeantThroughout(const ParsedDeployment& deployment, const ParsedFile& file,
                                   const std::string& strPrefix) {
   constexpr std::size_t kThroughout = 5;
   if (!deployment.messageTemplate.isLoaded()) return {};
@@ -258,7 +267,8 @@ std::string prefixMeantThroughout(const ParsedDeployment& deployment,
   if (strOfTemplate.empty() || !deployment.namespaceOf(strOfTemplate)) return {};
   std::size_t lngUsed = 0;
   bool blnOther = false;
-  forEachPath(deployment, [&](const MapperPath& path) {
+  forEachPath(deployment, [&](const NamedPath& path) {
+    if (path.file != &file) return;
     for (const std::string& strOne : prefixesOf(path.strText)) {
       lngUsed += strOne == strPrefix ? 1U : 0U;
       blnOther = blnOther || strOne == strOfTemplate;
@@ -267,81 +277,103 @@ std::string prefixMeantThroughout(const ParsedDeployment& deployment,
   return lngUsed >= kThroughout && !blnOther ? strOfTemplate : std::string();
 }
 
-/// A prefix that template, schema types or reference XML declare belongs into the list: it is told
-/// there, once. Any other is a slip where it is used.
-void findUnregisteredPrefixes(const ParsedDeployment& deployment, Findings& findings) {
-  const ParsedFile& list = deployment.namespaceList;
-  if (!list.isLoaded() || deployment.namespaces.empty()) return;
-  const Declarations declared = declarationsOf(deployment);
-  std::unordered_set<std::string> toldPrefixes;
-  std::size_t lngAsked = 0;
-  std::string strThroughout;  // the one that the mapper writes throughout, and nobody knows
-  const auto use = [&](const ParsedFile& file, const Node& objNode, const std::string& strObject,
-                       const std::string& strPrefix, std::string_view strAttribute = {}) {
-    if (strPrefix.empty() || strPrefix == "xml" || deployment.namespaceOf(strPrefix)) return false;
-    const auto found = declared.find(strPrefix);
-    if (found == declared.end()) {
-      if (&file == &deployment.objectMapper && strPrefix == strThroughout) return true;
-      const bool blnFirst = &file == &deployment.objectMapper && toldPrefixes.empty() &&
-                            strThroughout.empty() && lngAsked++ == 0;
-      const std::string strMeant =
-          blnFirst ? prefixMeantThroughout(deployment, strPrefix) : std::string();
-      if (!strMeant.empty()) {
-        strThroughout = strPrefix;
-        Found& told = findings.add(
-            file, objNode, strAttribute, "",
-            "The prefix " + inQuotes(strPrefix) +
-                ", which all paths of the mapping have, is not registered in the namespace list.",
-            "Write " + inQuotes(strMeant) + " for it everywhere, as the template does.");
-        for (const char* const before : {"/", ">", "\"", "[", "(", " "}) {
-          told.mends.texts.push_back(
-              {file.path(), before + strPrefix + ":", before + strMeant + ":"});
-        }
-        return true;
-      }
-      findings.add(
-          file, objNode, strAttribute, strObject,
+/// The prefixes that are used and not registered.
+class UnregisteredPrefixes {
+ public:
+  UnregisteredPrefixes(const ParsedDeployment& deployment, Findings& findings)
+      : deployment_(deployment), findings_(findings), declared_(declarationsOf(deployment)) {}
+
+  /// Whether a prefix is one; each of those that files declare is told once.
+  bool tell(const NamedPath& path, const std::string& strPrefix) {
+    if (strPrefix.empty() || strPrefix == "xml" || deployment_.namespaceOf(strPrefix)) return false;
+    const auto found = declared_.find(strPrefix);
+    if (found == declared_.end()) {
+      tellUnknown(path, strPrefix);
+    } else if (told_.insert(strPrefix).second) {
+      tellDeclared(strPrefix, found->second.front());
+    }
+    return true;
+  }
+
+ private:
+  /// A slip where it is used, which may be in all paths of a file.
+  void tellUnknown(const NamedPath& path, const std::string& strPrefix) {
+    const auto [throughout, blnFirst] = throughout_.try_emplace(path.file);
+    if (!blnFirst && throughout->second == strPrefix) return;
+    const std::string strMeant =
+        blnFirst ? prefixMeantThroughout(deployment_, *path.file, strPrefix) : std::string();
+    if (strMeant.empty()) {
+      findings_.add(
+          *path.file, path.objNode, path.strAttribute, path.strObject,
           "The prefix " + inQuotes(strPrefix) + " is not registered in the namespace list.",
           "Register it there, or write one that is.");
-      return true;
+      return;
     }
-    if (!toldPrefixes.insert(strPrefix).second) return true;
-    Node objPlace = list.root();
-    for (const NamespaceEntry& entry : deployment.namespaces) {
-      if (entry.strName == found->second.front().strUri) objPlace = entry.objNode;
-    }
+    throughout->second = strPrefix;
+    const char* const of = path.file == &deployment_.objectMapper ? "the mapping" : "the questions";
     Found& told =
-        findings.add(list, objPlace, objPlace == list.root() ? "" : "id", "",
-                     "The prefix " + inQuotes(strPrefix) +
-                         ", which other files declare and use, is not registered: every form that "
-                         "needs it fails.",
-                     "Register it.");
-    told.mends = mendsOfMissing(deployment, strPrefix, found->second.front().strUri);
-    return true;
-  };
-  forEachPath(deployment, [&](const MapperPath& path) {
-    for (const std::string& strPrefix : prefixesOf(path.strText)) {
-      const bool blnTold =
-          use(deployment.objectMapper, path.objNode, path.strObject, strPrefix, path.strAttribute);
-      if (blnTold) break;
-    }
-  });
-  for (const Question& question : deployment.questions) {
-    for (const std::string& strPrefix : prefixesOf(question.strXPath)) {
-      if (use(deployment.questionList, question.objXPath, question.strId, strPrefix)) break;
-    }
-    for (const QuestionColumn& column : question.columns) {
-      for (const std::string& strPrefix : prefixesOf(column.strPath)) {
-        if (use(deployment.questionList, column.objPath, column.strId, strPrefix)) break;
-      }
+        findings_.add(*path.file, path.objNode, path.strAttribute, "",
+                      "The prefix " + inQuotes(strPrefix) + ", which all paths of " + of +
+                          " have, is not registered in the namespace list.",
+                      "Write " + inQuotes(strMeant) + " for it everywhere, as the template does.");
+    for (const char* const before : {"/", ">", "\"", "[", "(", " "}) {
+      told.mends.texts.push_back(
+          {path.file->path(), before + strPrefix + ":", before + strMeant + ":"});
     }
   }
+
+  /// One that a file declares belongs into the list, unless that and the other files have another
+  /// one for its namespace.
+  void tellDeclared(const std::string& strPrefix, const Declaration& declaration) {
+    const NamespaceEntry* registered = nullptr;
+    for (const NamespaceEntry& entry : deployment_.namespaces) {
+      if (entry.strName == declaration.strUri) registered = &entry;
+    }
+    const ParsedFile& list = deployment_.namespaceList;
+    if (!registered || !declared_.contains(registered->strPrefix)) {
+      Found& told = findings_.add(list, registered ? registered->objNode : list.root(),
+                                  registered ? "id" : "", "",
+                                  "The prefix " + inQuotes(strPrefix) +
+                                      ", which other files declare and use, is not registered: "
+                                      "every form that needs it fails.",
+                                  "Register it.");
+      told.mends = mendsOfMissing(deployment_, strPrefix, declaration.strUri);
+      return;
+    }
+    const std::string& strRight = registered->strPrefix;
+    Found& told = findings_.add(
+        *declaration.file, declaration.objNode, "xmlns:" + strPrefix, "",
+        "The prefix " + inQuotes(strPrefix) + " is not registered: the list and other files have " +
+            inQuotes(strRight) + " for " + inQuotes(declaration.strUri) + ".",
+        "Write " + inQuotes(strRight) + " for it everywhere in this file, or register it too.");
+    const std::string& strPath = declaration.file->path();
+    told.mends.addName(strPath, strPrefix + ":", strRight + ":");
+    told.mends.texts.push_back({strPath, "xmlns:" + strPrefix + "=", "xmlns:" + strRight + "="});
+  }
+
+  const ParsedDeployment& deployment_;
+  Findings& findings_;
+  const Declarations declared_;
+  std::unordered_set<std::string> told_;
+  // The one that a file writes throughout, and nobody knows; empty where there is none.
+  std::map<const ParsedFile*, std::string> throughout_;
+};
+
+void findUnregisteredPrefixes(const ParsedDeployment& deployment, Findings& findings) {
+  if (!deployment.namespaceList.isLoaded() || deployment.namespaces.empty()) return;
+  UnregisteredPrefixes unregistered(deployment, findings);
+  forEachPath(deployment, [&](const NamedPath& path) {
+    for (const std::string& strPrefix : prefixesOf(path.strText)) {
+      if (unregistered.tell(path, strPrefix)) break;  // the first of a path is enough
+    }
+  });
   // The clean-up asks the reference XML for each empty element by its path as it is written.
   for (const ParsedFile* const file :
        {&deployment.messageTemplate, &deployment.schemaTypes, &deployment.reference}) {
     if (!file->isLoaded()) continue;
     for (const Node& objElement : file->elements()) {
-      use(*file, objElement, "", std::string(prefixOf(objElement.nodeName())));
+      unregistered.tell({file, objElement, "", "", ""},
+                        std::string(prefixOf(objElement.nodeName())));
     }
   }
 }

@@ -7,7 +7,6 @@
 
 #include "check/Words.h"
 #include "config/Attributes.h"
-#include "config/Names.h"
 #include "platform/text/Text.h"
 
 namespace Varnel_Tolv_XML_Creation {

@@ -66,10 +66,7 @@ void findUnknownIntervals(const ParsedDeployment& deployment, Findings& findings
     const std::string strInterval = attributeText(column.objNode, kInterval);
     constexpr std::string_view kIntervals[] = {"yyyy", "q",  "m", "y", "d",
                                                "w",    "ww", "h", "n", "s"};
-    const std::string strLower = toLower(strInterval);
-    for (const std::string_view strKnown : kIntervals) {
-      if (strLower == strKnown) return;
-    }
+    if (std::ranges::find(kIntervals, toLower(strInterval)) != std::end(kIntervals)) return;
     findings.add(*object.file, column.objNode, kInterval, column.strId,
                  "The interval timedimabbr=" + inQuotes(strInterval) +
                      " is none: a form with both dates fails.",

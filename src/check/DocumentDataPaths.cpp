@@ -66,7 +66,7 @@ void findSubPaths(const ParsedDeployment& deployment, std::string strParent,
 }  // namespace
 
 void findInfosWithoutTarget(const ParsedDeployment& deployment, Findings& findings) {
-  if (!deployment.objectMapper.isLoaded() || !deployment.shape().isKnown()) return;
+  if (!deployment.shape().isKnown()) return;
   for (const std::string_view id : {kNameInfo, kDateInfo, kTimeInfo}) {
     const Node objInfo = deployment.documentInfo(id);
     const Node objNode = childElement(objInfo, "node");
@@ -85,7 +85,7 @@ void findInfosWithoutTarget(const ParsedDeployment& deployment, Findings& findin
 }
 
 void findRulePaths(const ParsedDeployment& deployment, Findings& findings) {
-  if (!deployment.objectMapper.isLoaded() || !deployment.shape().isKnown()) return;
+  if (!deployment.shape().isKnown()) return;
   const auto look = [&](const Node& objPath, const char* consequence) {
     if (!objPath || isBlank(objPath.text())) return;
     const std::string strWrong = wrongWith(deployment, objPath.text());
@@ -135,7 +135,7 @@ void findRulePaths(const ParsedDeployment& deployment, Findings& findings) {
 }
 
 void findMissingReferences(const ParsedDeployment& deployment, Findings& findings) {
-  if (!deployment.objectMapper.isLoaded() || !deployment.shape().isKnown()) return;
+  if (!deployment.shape().isKnown()) return;
   const MessageShape& shape = deployment.shape();
   for (const Node& objRule : deployment.copyRules()) {
     const Node objBefore = childElement(objRule, "insertbefore");

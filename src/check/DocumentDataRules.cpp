@@ -50,7 +50,6 @@ void findMissingParts(const ParsedDeployment& deployment, Findings& findings) {
 }
 
 void findUnknownInfos(const ParsedDeployment& deployment, Findings& findings) {
-  if (!deployment.objectMapper.isLoaded()) return;
   for (const Node& objInfo : childElements(deployment.documentData())) {
     if (objInfo.nodeName() != "docinfo") continue;
     const std::string strId = attributeText(objInfo, kId);
@@ -89,7 +88,7 @@ void tellMissingPart(const ParsedDeployment& deployment, const Node& objParamete
 void findNameParameters(const ParsedDeployment& deployment, Findings& findings) {
   const ParsedFile& mapper = deployment.objectMapper;
   const Node objInfo = deployment.documentInfo(kNameInfo);
-  if (!deployment.objectMapper.isLoaded() || !objInfo) return;
+  if (!objInfo) return;
   const Node objAction = childElement(objInfo, "action");
   if (!objAction || attributeText(objAction, kId) != "buildprotocolname") {
     findings.add(mapper, objAction ? objAction : objInfo, kId, "",
@@ -119,7 +118,7 @@ void findNameParameters(const ParsedDeployment& deployment, Findings& findings) 
 
 void findMissingProtocolInfo(const ParsedDeployment& deployment, Findings& findings) {
   const Node objInfo = deployment.documentInfo(kNameInfo);
-  if (!deployment.objectMapper.isLoaded() || !objInfo || deployment.protocolInfo.isNamed()) return;
+  if (!objInfo || deployment.protocolInfo.isNamed()) return;
   findings.add(
       deployment.objectMapper, objInfo, "", "",
       "The form's name is asked for, and no protocol information is named: the name is not "
@@ -129,7 +128,7 @@ void findMissingProtocolInfo(const ParsedDeployment& deployment, Findings& findi
 
 void findComments(const ParsedDeployment& deployment, Findings& findings) {
   const Node objDocNodes = childElement(deployment.documentData(), "docnodes");
-  if (!deployment.objectMapper.isLoaded() || !objDocNodes) return;
+  if (!objDocNodes) return;
   const std::vector<std::size_t> lines = deployment.objectMapper.linesOfChildren(objDocNodes);
   const NodeList colChildren = required(objDocNodes.childNodes());
   for (std::size_t at = 0; at < colChildren.length(); ++at) {
@@ -143,7 +142,6 @@ void findComments(const ParsedDeployment& deployment, Findings& findings) {
 }
 
 void findRulesWithoutNode(const ParsedDeployment& deployment, Findings& findings) {
-  if (!deployment.objectMapper.isLoaded()) return;
   for (const Node& objRule : deployment.copyRules()) {
     if (isBlank(childText(objRule, "node"))) {
       findings.add(deployment.objectMapper, objRule, "", "",
@@ -157,7 +155,6 @@ void findRulesWithoutNode(const ParsedDeployment& deployment, Findings& findings
 }
 
 void findUnknownRuleActions(const ParsedDeployment& deployment, Findings& findings) {
-  if (!deployment.objectMapper.isLoaded()) return;
   const ParsedFile& mapper = deployment.objectMapper;
   for (const Node& objRule : deployment.copyRules()) {
     const Node objAction = childElement(objRule, "action");
@@ -217,7 +214,6 @@ void findUnknownRuleActions(const ParsedDeployment& deployment, Findings& findin
 }
 
 void findAppendWords(const ParsedDeployment& deployment, Findings& findings) {
-  if (!deployment.objectMapper.isLoaded()) return;
   for (const Node& objRule : deployment.copyRules()) {
     const Node objBefore = childElement(objRule, "insertbefore");
     if (!objBefore) continue;

@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "config/Attributes.h"
-#include "config/Names.h"
 #include "platform/text/Text.h"
 
 // What a form leaves empty is judged on one that answers nothing of what goes into the element, and

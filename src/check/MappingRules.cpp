@@ -71,20 +71,17 @@ void findUnmapped(const ParsedDeployment& deployment, Findings& findings) {
       const auto used = firstMeant(usedGroups, object.strGroup, &MappingEntry::strId);
       if (used) group = *used;
     }
+    const std::string strMessage = "No mapping: the object mapper has no " + lookedUpAs(object) +
+                                   " for the object " + inQuotes(object.strId) +
+                                   ": every submitted form fails.";
     if (group) {
-      findings.add(*object.file, object.objNode, kGroup, object.strId,
-                   "No mapping: the object mapper has no " + lookedUpAs(object) +
-                       " for the object " + inQuotes(object.strId) +
-                       ": every submitted form fails.",
+      findings.add(*object.file, object.objNode, kGroup, object.strId, strMessage,
                    "Write group=" + inQuotes(group->strId) + ".");
       continue;
     }
     const bool blnQuestion = deployment.questionsById.contains(object.strId) || object.blnDynamic ||
                              (meant && meant->strId == object.mappingId());
     const bool blnMeantIsQuestion = meant && deployment.questionsById.contains(meant->strId);
-    const std::string strMessage = "No mapping: the object mapper has no " + lookedUpAs(object) +
-                                   " for the object " + inQuotes(object.strId) +
-                                   ": every submitted form fails.";
     const bool blnOfType = meant && meant->strId == object.mappingId();
     const std::string strHint =
         blnOfType ? "Write type=" + inQuotes(typeFor(object)) + " at the entry " +
@@ -264,7 +261,7 @@ void findNamesOfNothing(const ParsedDeployment& deployment, Findings& findings) 
         std::string(strAttribute) + "=" + inQuotes(strName) +
             (object ? " names a table, which has no value: " : " names no object of the form: ") +
             consequence + ".",
-        blnCase ? "Write " + inQuotes(deployment.objects[lower->second.front()].strId) +
+        blnCase ? "Write " + inQuotes(deployment.objects[lower->second].strId) +
                       ", as the object list does."
         : meant ? "Write " + inQuotes(meant->strId) + ", as the object list does."
                 : "Name an object as the object list writes its id.");

@@ -49,7 +49,6 @@ class MessageBuilding {
   void placeDocumentData();
   void placeHeaderValue(const Node& objInfo, std::string_view strId);
   void placeCopies(const Node& objRule);
-  void copyAll(const Node& objRule, const Node& objSource, std::size_t lngParent);
   void makeDetails(const Node& objRule, const Node& objTypeAction, std::size_t lngParent,
                    const Node& objSource);
   void copyTo(const Node& objRule, const std::string& strSource, const Node& objAt,

@@ -38,7 +38,7 @@ void MessageBuilding::placeCopies(const Node& objRule) {
   if (parent.lngElement == 0) return;
   const Node objAction = childElement(objRule, "action");
   const bool blnByType = objAction && toLower(attributeText(objAction, kId)) == "checknodetype";
-  if (!objAction) return copyAll(objRule, objSource, parent.lngElement);
+  if (!objAction) return copyTo(objRule, objSource.text(), objSource, parent.lngElement);
   if (!blnByType) return;  // another rule tells that the action is none
   // One of the types at most is that of a message's element.
   for (const Node& objType : childElements(objAction)) {
@@ -48,15 +48,13 @@ void MessageBuilding::placeCopies(const Node& objRule) {
     if (!objTypeSource) continue;
     const std::string strAction = toLower(attributeText(objTypeAction, kId));
     ++lngBranch_;
-    if (strAction == "copyhcpdetailtype") copyAll(objRule, objTypeSource, parent.lngElement);
+    if (strAction == "copyhcpdetailtype") {
+      copyTo(objRule, objTypeSource.text(), objTypeSource, parent.lngElement);
+    }
     if (strAction == "makehcpdetailtype") {
       makeDetails(objRule, objTypeAction, parent.lngElement, objTypeSource);
     }
   }
-}
-
-void MessageBuilding::copyAll(const Node& objRule, const Node& objSource, std::size_t lngParent) {
-  copyTo(objRule, objSource.text(), objSource, lngParent);
 }
 
 /// Copies all that an expression selects below a parent, before the first of the children that the

@@ -30,7 +30,7 @@ template <class Record>
 const Record* first(const std::vector<Record>& records, const Positions& positions,
                     std::string_view strText) {
   const auto found = positions.find(std::string(strText));
-  return found == positions.end() ? nullptr : &records[found->second.front()];
+  return found == positions.end() ? nullptr : &records[found->second];
 }
 
 ObjectKind kindOf(std::string_view strWord) {
@@ -185,7 +185,7 @@ void ParsedDeployment::readNamespaces(const Mends& mends) {
       entry.strName = mend.strName;
       entry.strRef = mend.strRef;
     }
-    namespacesByPrefix[entry.strPrefix].push_back(namespaces.size() - 1);
+    namespacesByPrefix.try_emplace(entry.strPrefix, namespaces.size() - 1);
     if (!declared.insert(entry.strPrefix).second) continue;
     // What is refused a rule about the list tells.
     if (entry.problem().empty()) strSelectionNamespaces += entry.declaration() + " ";
@@ -228,7 +228,7 @@ void ParsedDeployment::readHiddenFields() {
                             .strOutput = attributeText(objElement, kOutput),
                             .strToSchema = attributeText(objElement, kToSchema)});
     const HiddenField& hidden = hiddenFields.back();
-    hiddenFieldsByOutput[hidden.strOutput].push_back(hiddenFields.size() - 1);
+    hiddenFieldsByOutput.try_emplace(hidden.strOutput, hiddenFields.size() - 1);
     if (hidden.strToSchema != "true") continue;
     FormObject object;
     object.file = &hiddenFieldList;
@@ -268,7 +268,7 @@ void ParsedDeployment::readEntries() {
     if (entry.objNodePath) entry.strItem = attributeText(entry.objNodePath, kItem);
     if (entry.objAction) entry.strActionId = attributeText(entry.objAction, kId);
     entry.strLowerAction = toLower(entry.strActionId);
-    entriesById[entry.strId].push_back(entries.size());
+    entriesById.try_emplace(entry.strId, entries.size());
     entries.push_back(std::move(entry));
   }
 }
@@ -297,7 +297,7 @@ void ParsedDeployment::readComplexTypes() {
           type.blnAdditionalInfo = true;
         }
       }
-      complexTypesById[type.strId].push_back(complexTypes.size());
+      complexTypesById.try_emplace(type.strId, complexTypes.size());
       complexTypes.push_back(std::move(type));
     }
   }
@@ -321,7 +321,7 @@ void ParsedDeployment::readQuestions() {
                                   .objPath = objPath,
                                   .strPath = textOrNone(objPath)});
     }
-    questionsById[question.strId].push_back(questions.size());
+    questionsById.try_emplace(question.strId, questions.size());
     questions.push_back(std::move(question));
   }
 }
@@ -338,8 +338,8 @@ void ParsedDeployment::joinObjectsWithEntries() {
   }
   for (std::size_t at = 0; at < objects.size(); ++at) {
     FormObject& object = objects[at];
-    objectsById[object.strId].push_back(at);
-    objectsByLowerId[object.strLowerId].push_back(at);
+    objectsById.try_emplace(object.strId, at);
+    objectsByLowerId.try_emplace(object.strLowerId, at);
     if (!object.isQuestion()) continue;
     const auto& candidates =
         firstOf(entryKindOf(object.kind == ObjectKind::table, object.blnDynamic));
@@ -366,7 +366,7 @@ std::vector<Node> ParsedDeployment::copyRules() const {
 bool ParsedDeployment::lacksHiddenObject(const std::string& strOutput) const {
   const auto hidden = hiddenFieldsByOutput.find(strOutput);
   if (hidden == hiddenFieldsByOutput.end()) return false;
-  const std::string& strWord = hiddenFields[hidden->second.front()].strToSchema;
+  const std::string& strWord = hiddenFields[hidden->second].strToSchema;
   if (strWord == "true") return false;
   const MappingEntry* const own = entry(toLower(strOutput));
   return strWord != "false" || (own && own->isSent());

@@ -22,8 +22,8 @@
 
 namespace Varnel_Tolv_XML_Creation {
 
-/// Positions in a list of records, by a text of theirs, in document order.
-using Positions = std::unordered_map<std::string, std::vector<std::size_t>>;
+/// The positions of records in their list, by a text of theirs: of the first that has it.
+using Positions = std::unordered_map<std::string, std::size_t>;
 
 class MessagePlan;
 class MessageShape;

@@ -11,7 +11,6 @@
 #include "check/Words.h"
 #include "config/Attributes.h"
 #include "config/Names.h"
-#include "platform/text/Conversions.h"
 #include "platform/text/Text.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -36,7 +35,7 @@ void findQuestionsWithoutObject(const ParsedDeployment& deployment, Findings& fi
     if (deployment.lacksHiddenObject(question.strId)) continue;
     const auto lower = deployment.objectsByLowerId.find(toLower(question.strId));
     const bool blnCase = lower != deployment.objectsByLowerId.end();
-    if (blnCase && isWrittenInCapitals(deployment, deployment.objects[lower->second.front()]) &&
+    if (blnCase && isWrittenInCapitals(deployment, deployment.objects[lower->second]) &&
         !hasCapitals(question.strId)) {
       continue;
     }
@@ -45,7 +44,7 @@ void findQuestionsWithoutObject(const ParsedDeployment& deployment, Findings& fi
              "The question " + inQuotes(question.strId) +
                  " is no object of the form: an error that is led to it finds no label, and the "
                  "verdict is lost.",
-             blnCase ? "Write " + inQuotes(deployment.objects[lower->second.front()].strId) +
+             blnCase ? "Write " + inQuotes(deployment.objects[lower->second].strId) +
                            ", as the object list does."
                      : "Correct the id, or take the question out.")
         .strMeant = question.strId;

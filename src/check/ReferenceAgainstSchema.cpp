@@ -8,7 +8,6 @@
 #include "check/MessagePlan.h"
 #include "check/Words.h"
 #include "config/Attributes.h"
-#include "platform/text/Text.h"
 
 // The reference XML beside the message and the schema. An element of the message finds its own in
 // the reference by its path, in which a name without a prefix means no namespace.

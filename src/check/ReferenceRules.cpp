@@ -10,7 +10,6 @@
 #include "check/RuleTables.h"
 #include "check/Words.h"
 #include "config/Attributes.h"
-#include "platform/text/Conversions.h"
 #include "platform/text/Text.h"
 
 namespace Varnel_Tolv_XML_Creation {

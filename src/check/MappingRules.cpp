@@ -284,6 +284,40 @@ void findNamesOfNothing(const ParsedDeployment& deployment, Findings& findings) 
   }
 }
 
+/// Answers that are sent only where the next one is not given, round in a circle: where all of them
+/// are, none is sent. Each entry is on one way only, so all ways together are linear.
+void findAbsentCircles(const ParsedDeployment& deployment, Findings& findings) {
+  std::unordered_set<const MappingEntry*> seen;
+  for (const MappingEntry& first : deployment.entries) {
+    std::vector<const MappingEntry*> way;
+    const MappingEntry* entry = &first;
+    const auto goesOn = [&] {
+      const bool blnOwnAnswer = entry->strItem.empty() && entry->isSent() && !entry->isTable();
+      return blnOwnAnswer && !entry->isGroup() && !entry->strAbsent.empty();
+    };
+    while (entry && goesOn() && seen.insert(entry).second) {
+      way.push_back(entry);
+      const FormObject* const other = deployment.object(entry->strAbsent);
+      entry = other ? other->entry : nullptr;
+    }
+    const auto circle = std::ranges::find(way, entry);
+    if (circle == way.end()) continue;
+    std::string strNames;
+    for (auto one = circle; one != way.end(); ++one) {
+      strNames += (strNames.empty() ? "" : ", ") + inQuotes((*one)->strId);
+    }
+    const bool blnItself = *circle == way.back();
+    findings.add(deployment.objectMapper, (*circle)->objNode, kAbsent, (*circle)->strId,
+                 blnItself ? "The answer to " + strNames +
+                                 " is sent only where there is none: it is never sent."
+                           : "Each of " + strNames +
+                                 " is sent only where the next is not answered: a form that "
+                                 "answers all of them loses them all.",
+                 blnItself ? "Name another object in absent, or take it out."
+                           : "Take absent out of the one that counts most.");
+  }
+}
+
 constexpr auto kRules = std::to_array<Rule>({
     {"no-mapping", Severity::error, findUnmapped},
     {"mapping-without-question", Severity::warning, findUnusedEntries},
@@ -295,6 +329,7 @@ constexpr auto kRules = std::to_array<Rule>({
     {"no-place", Severity::error, findWithoutPlace},
     {"half-extrapath", Severity::error, findHalfExtraPaths},
     {"names-nothing", Severity::error, findNamesOfNothing},
+    {"absent-circle", Severity::error, findAbsentCircles},
 });
 
 }  // namespace

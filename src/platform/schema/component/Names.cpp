@@ -1,5 +1,7 @@
 #include "platform/schema/component/Names.h"
 
+#include <functional>
+
 namespace Varnel_Tolv_XML_Creation {
 
 std::string ExpandedName::text() const {
@@ -7,7 +9,10 @@ std::string ExpandedName::text() const {
 }
 
 NameTable::Key NameTable::keyOf(std::string_view strUri, std::string_view strLocal) noexcept {
-  return {hashOf(strLocal) * 31 + hashOf(strUri), strUri, strLocal};
+  // Not the hash of a document's names, for which many that have the same are soon found: nothing
+  // bounds them here.
+  const std::hash<std::string_view> hash;
+  return {hash(strLocal) * 31 + hash(strUri), strUri, strLocal};
 }
 
 NameTable::NameTable() { names_.emplace_back(); }  // kNoName

@@ -65,6 +65,13 @@ bool leadsNowhere(const SchemaProblem& problem) {
          problem.kind == SchemaProblem::Kind::importOnNetwork;
 }
 
+/// Whether it is a name of this namespace, or that nothing imports the namespace.
+bool isOfName(std::string_view strReason, const std::string& strUri) {
+  return !strUri.empty() &&
+         (strReason.find("'{" + strUri + "}") != std::string_view::npos ||
+          strReason.find("namespace '" + strUri + "'") != std::string_view::npos);
+}
+
 /// The import that leads to no file, where the schema is refused for a name of its namespace. Null
 /// where it is refused for something else, or not at all.
 const SchemaProblem* importMissed(const SchemaModel& schema) {
@@ -73,7 +80,7 @@ const SchemaProblem* importMissed(const SchemaModel& schema) {
       std::ranges::find(problems, SchemaProblem::Kind::refused, &SchemaProblem::kind);
   if (refused == problems.end()) return nullptr;
   const auto import = std::ranges::find_if(problems, [&](const SchemaProblem& problem) {
-    return leadsNowhere(problem) && isAbout(refused->strReason, problem.strMissing);
+    return leadsNowhere(problem) && isOfName(refused->strReason, problem.strMissing);
   });
   return import == problems.end() ? nullptr : &*import;
 }

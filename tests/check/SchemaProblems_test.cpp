@@ -51,6 +51,20 @@ const std::vector<SchemaMistake>& mistakesOfSchemaProblems() {
        "<xs:import namespace=\"urn:example:none\" schemaLocation=\"none.xsd\"/>"
        "<xs:element name=\"twice\"/><xs:element name=\"twice\"/><xs:element name=\"report\">",
        {{kWarning, "import-missing", "main.xsd"}, {kError, "schema-unusable", "main.xsd"}}},
+      {"a file that is not there for no namespace, and an empty name",
+       "main.xsd",
+       "<xs:element name=\"report\">",
+       "<xs:import schemaLocation=\"none.xsd\"/><xs:element name=\"\"/><xs:element "
+       "name=\"report\">",
+       {{kWarning, "import-missing", "main.xsd"}, {kError, "schema-unusable", "main.xsd"}}},
+      {"a file that is not there, and a value like its namespace",
+       "main.xsd",
+       "<xs:element name=\"report\">",
+       "<xs:import namespace=\"urn:example:none\" schemaLocation=\"none.xsd\"/>"
+       "<xs:simpleType name=\"none\"><xs:restriction base=\"xs:int\">"
+       "<xs:maxInclusive value=\"urn:example:none\"/></xs:restriction></xs:simpleType>"
+       "<xs:element name=\"report\">",
+       {{kWarning, "import-missing", "main.xsd"}, {kError, "schema-unusable", "main.xsd"}}},
       {"an include of a file that is not there",
        "main.xsd",
        "<xs:element name=\"report\">",

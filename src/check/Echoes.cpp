@@ -84,7 +84,6 @@ constexpr CauseAndEcho kSamePath[] = {
 /// What is found of an id because another is a slip of it: both name it.
 constexpr CauseAndEcho kSameId[] = {
     {"no-mapping", "mapping-without-question"},
-    {"no-mapping", "question-without-object"},
     {"object-without-question", "question-without-object"},
     {"place-misspelt", "parameter-without-place"},
     {"place-misspelt", "cell-without-place"},
@@ -184,6 +183,14 @@ class EchoFinder {
     if (const MappingEntry* const missing = entryOfMissingObject(deployment_)) {
       leaveOut(kWithout, 1, [&](const Found& finding) { return finding.object == missing->strId; });
     }
+    // An object that has neither an entry nor a question has a slip in its own id.
+    std::set<std::string> meant;
+    constexpr std::string_view kUnmapped[] = {"no-mapping"}, kAsked[] = {"question-without-object"};
+    forEachError(kUnmapped, [&](const Found& cause) {
+      const bool blnSlip = !cause.strMeant.empty() && !deployment_.question(cause.object);
+      if (blnSlip) meant.insert(cause.strMeant);
+    });
+    leaveOut(kAsked, 1, [&](const Found& finding) { return meant.contains(finding.strMeant); });
     // A flag that does not count is why the answer is not used; that of the label is not.
     std::set<std::string> flagged;
     constexpr std::string_view kFlag[] = {"flag-not-true"}, kUnused[] = {"answer-not-used"};

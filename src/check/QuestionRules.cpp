@@ -261,7 +261,8 @@ void findWrongColumns(const ParsedDeployment& deployment, Findings& findings) {
       findings.add(deployment.questionList, column.objNode, kId, column.strId,
                    "The table " + inQuotes(object->strId) + " has no column " +
                        inQuotes(column.strId) + ": errors in it are told as internal ones.",
-                   meant ? "Write " + inQuotes(meant->strId) + ", as the object list does."
+                   meant ? "Write " + inQuotes(meant->strId) +
+                               ", as the object list does, or correct it there."
                          : "Write the id as the object list does.");
     }
     if (!object->entry) continue;

@@ -152,7 +152,7 @@
     })
       .then(function (answer) {
         return answer.json().then(function (json) {
-          answered = true;
+          answered = "version" in json || "error" in json;
           if (!answer.ok) throw new Error(String(answer.status));
           form.elements._version.value = String(json.version);
           form.elements._token.value = json.token;

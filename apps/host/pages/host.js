@@ -153,7 +153,7 @@
       .then(function (answer) {
         return answer.json().then(function (json) {
           answered = "version" in json || "error" in json;
-          if (!answer.ok) throw new Error(String(answer.status));
+          if (!answered || !answer.ok) throw new Error(String(answer.status));
           form.elements._version.value = String(json.version);
           form.elements._token.value = json.token;
           if (edits === before) changed = false;

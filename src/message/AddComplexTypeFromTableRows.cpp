@@ -245,7 +245,7 @@ class MadeRow {
   std::vector<std::string_view> columns_;  // the ids of its cells, borrowed as they are
   std::vector<CellPlace> places_;          // of the cells
   std::size_t lngTableId_;                 // the bytes of the table's id
-  bool blnOnlyOne_;                        // an id is split or breaks the expression, or so
+  bool blnOnlyOne_;                        // no row can be a copy: of its ids, or its places
   std::optional<NodePattern> pattern_;     // once another row is a copy
 };
 

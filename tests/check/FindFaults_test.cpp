@@ -58,7 +58,6 @@ TEST(FindFaults, TakesNoReadingThatFindsMuchMore) {
   }
 }
 
-// The one that was hidden is of the same rule, and on the same line.
 // A name that is mended may have a prefix that its file does not declare.
 TEST(FindFaults, TakesNoReadingThatAFileIsLostFor) {
   const SmallDeployment deployment;
@@ -73,6 +72,7 @@ TEST(FindFaults, TakesNoReadingThatAFileIsLostFor) {
   EXPECT_FALSE(isCode("not-well-formed")) << ::testing::PrintToString(summaries(findings));
 }
 
+// The one that was hidden is of the same rule, and on the same line.
 TEST(FindFaults, KnowsFindingsOfOneLineByTheirObjects) {
   const SmallDeployment deployment;
   deployment.replace("object-list.xml", "<prtobjcts>\n  <prtobjct id=\"title\"",

@@ -36,16 +36,16 @@ void readListen(std::string_view strListen, HostOptions& options) {
 std::string storeBeside(const std::string& strDeployment) {
   const std::filesystem::path folder =
       (std::filesystem::absolute(strDeployment) / "").lexically_normal().parent_path();
-  return "sqlite:" + folder.string() + ".sqlite";
+  return std::string(kSqlite) + folder.string() + ".sqlite";
 }
 
 void check(const HostOptions& options) {
   const std::string& strStore = options.strStore;
-  if (!strStore.starts_with("sqlite:") && !strStore.starts_with("postgresql://")) {
+  if (!strStore.starts_with(kSqlite) && !strStore.starts_with(kPostgresql)) {
     throw CannotRun("--store: \"" + strStore + "\" is neither sqlite:FILE nor postgresql://...");
   }
   const std::string& strDeliver = options.strDeliver;
-  if (!strDeliver.empty() && !strDeliver.starts_with("directory:") && !isHttpUrl(strDeliver)) {
+  if (!strDeliver.empty() && !strDeliver.starts_with(kDirectory) && !isHttpUrl(strDeliver)) {
     throw CannotRun("--deliver: \"" + strDeliver +
                     "\" is neither directory:DIR nor http://HOST[:PORT]/PATH");
   }

@@ -3,7 +3,13 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
+
+// How a store and a target begin.
+constexpr std::string_view kSqlite = "sqlite:";
+constexpr std::string_view kPostgresql = "postgresql://";
+constexpr std::string_view kDirectory = "directory:";
 
 /// How the host was started.
 struct HostOptions {

@@ -12,6 +12,7 @@
 
 #include "CannotRun.h"
 #include "Files.h"
+#include "host/HostOptions.h"
 #include "host/HttpPost.h"
 #include "host/Log.h"
 #include "host/Token.h"
@@ -20,7 +21,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::string_view kDirectory = "directory:";
 constexpr std::int64_t kLeaseMilliseconds = 30'000;  // longer than an attempt may take
 constexpr std::int64_t kFirstDelay = 500;
 constexpr std::int64_t kLongestDelay = 300'000;

@@ -12,6 +12,7 @@
 
 #include "CannotRun.h"
 #include "host/Embedded.h"
+#include "host/HostOptions.h"
 #include "host/Moment.h"
 #include "host/Token.h"
 
@@ -98,8 +99,6 @@ std::string postgresqlParameters(std::string_view strUrl) {
 }
 
 Place placeOf(const std::string& strStore) {
-  constexpr std::string_view kSqlite = "sqlite:";
-  constexpr std::string_view kPostgresql = "postgresql://";
   if (!strStore.starts_with(kSqlite)) {
     return {"postgresql", postgresqlParameters(strStore.substr(kPostgresql.size()))};
   }

@@ -56,6 +56,7 @@ class Application {
   HttpResponse document(const HttpRequest& request, std::string_view strId, bool blnMessage);
 
   HttpResponse post(const HttpRequest& request, std::string_view strName, std::string_view strId);
+  static bool hasTableBeyond(const Post& post, std::int64_t lngRows);
   bool isTooLarge(const Post& post) const;
   HttpResponse act(Post& post);
   HttpResponse changeRows(Post& post);

@@ -127,23 +127,28 @@ HttpResponse Application::post(const HttpRequest& request, std::string_view strN
   }
 }
 
-/// Whether it has more fields or cells, or one of its tables more rows, than are taken.
-bool Application::isTooLarge(const Post& post) const {
-  if (fieldsIn(post.request) > options_.lngMaxRows) return true;
-  const std::int64_t lngMost = mostRows();
-  const PageModel& page = post.deployment->page();
-  if (cellCount(page, post.answers, lngMost) > mostCells(page)) return true;
-  for (const Section& section : page.sections) {
+bool Application::hasTableBeyond(const Post& post, std::int64_t lngRows) {
+  for (const Section& section : post.deployment->page().sections) {
     for (const Question& question : section.questions) {
-      if (question.blnTable && rowCount(question, post.answers, lngMost) > lngMost) return true;
+      if (question.blnTable && rowCount(question, post.answers, lngRows) > lngRows) return true;
     }
   }
   return false;
 }
 
+/// Whether it has more fields or cells, or one of its tables more rows, than are taken.
+bool Application::isTooLarge(const Post& post) const {
+  if (fieldsIn(post.request) > options_.lngMaxRows) return true;
+  const PageModel& page = post.deployment->page();
+  if (cellCount(page, post.answers, mostRows()) > mostCells(page)) return true;
+  return hasTableBeyond(post, mostRows());
+}
+
 HttpResponse Application::act(Post& post) {
   const std::string_view strAction = post.strAction;
-  if (strAction.starts_with("remove-row:")) return changeRows(post);  // so it can become smaller
+  const bool blnRemoves = strAction.starts_with("remove-row:");
+  // So it can become smaller; but what the page has no row for would be lost.
+  if (blnRemoves && !hasTableBeyond(post, mostRowsShown())) return changeRows(post);
   if (isTooLarge(post)) {
     logRefusal(post.request, 422, kTooLarge);
     return asTyped(post, 422, "rows");

@@ -166,6 +166,20 @@ TEST_F(BadInput, OfTooManyRowsLosesNoAnswer) {
   EXPECT_EQ(hiddenInputs(answer.body)["defects_rowCount"], "400");
   EXPECT_TRUE(answer.shows("name=\"defects___place_399\" value=\"The last row\""));
   EXPECT_TRUE(answer.shows("name=\"defects___place_400\" value=\"Beyond the limit\""));
+
+  // Not where the page has no place for an answer.
+  for (const char* const name : {"defects___place_501", "defects___place_99999999999999999999"}) {
+    Form farLarger = larger;
+    farLarger[name] = "Far beyond the limit";
+    for (const char* const button : {"remove-row:defects:1", "remove-row:meters:1"}) {
+      SCOPED_TRACE(std::string(name) + ", " + button);
+      const HttpAnswer refused =
+          host_.post(strPlace_, filledIn(host_.get(strPlace_), farLarger, button));
+      EXPECT_EQ(refused.status, 422);
+      EXPECT_TRUE(refused.shows("as many rows as can be taken, or more"));
+      EXPECT_FALSE(host_.get(strPlace_).shows("Typed"));
+    }
+  }
 }
 
 TEST_F(BadInput, OfARowThatAGridLacksIsToldWhenItIsSent) {

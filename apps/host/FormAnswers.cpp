@@ -127,6 +127,23 @@ bool sameAnswers(const PageModel& page, const Answers& left, const Answers& righ
   return true;
 }
 
+void takeComputed(const PageModel& page, const Answers& parked, std::int64_t lngMost,
+                  Answers& answers) {
+  for (const Section& section : page.sections) {
+    for (const Question& question : section.questions) {
+      if (!question.blnTable) continue;
+      const std::int64_t lngRows = rowCount(question, answers, lngMost);
+      for (const Input& column : question.columns) {
+        if (!column.blnOutput) continue;
+        for (std::int64_t lngRow = 1; lngRow <= lngRows; ++lngRow) {
+          const std::string strName = cellName(question, column, lngRow);
+          answers.insert_or_assign(strName, std::string(answerTo(parked, strName)));
+        }
+      }
+    }
+  }
+}
+
 void removeRow(const Question& table, std::int64_t lngRow, std::int64_t lngCount,
                Answers& answers) {
   for (const Input& column : table.columns) {

@@ -33,6 +33,10 @@ void completeAnswers(const PageModel& page, Answers& answers, std::int64_t lngMo
 bool sameAnswers(const PageModel& page, const Answers& left, const Answers& right,
                  std::int64_t lngMost);
 
+/// Takes over what was computed when the form was parked, which no page posts.
+void takeComputed(const PageModel& page, const Answers& parked, std::int64_t lngMost,
+                  Answers& answers);
+
 /// Takes a row away; those behind it move up.
 void removeRow(const Question& table, std::int64_t lngRow, std::int64_t lngCount, Answers& answers);
 

@@ -278,6 +278,13 @@ bool Application::replace(const Post& post, StoredForm& form) {
   return blnDone;
 }
 
+/// The form is now what was saved of it, for the page that comes back.
+void Application::takeSaved(Post& post, StoredForm form) const {
+  post.stored = std::move(form);
+  takeComputed(post.deployment->page(), answersIn(post.stored.strParkXml, post.stored.strRowCounts),
+               mostRows(), post.answers);
+}
+
 HttpResponse Application::parkNew(Post& post) {
   const RunResult result = run(post, false);
   if (result.outcome != RunOutcome::parked) return asTyped(post, 500, "failed", &result);
@@ -355,7 +362,7 @@ HttpResponse Application::submit(Post& post) {
                        {"id", form.strId},
                        {"version", form.lngVersion},
                        {"errors", errors.size()}});
-  post.stored = std::move(form);
+  takeSaved(post, std::move(form));
   FormView view = viewFor(post);
   view.errors = std::move(errors);
   return page(post, 422, view, &result);
@@ -368,7 +375,7 @@ HttpResponse Application::saveWithoutVerdict(Post& post, const RunResult& result
   StoredForm form = next(post, parked, "parked");
   form.strResult = result.strJson;  // tells why to those who run the deployment
   if (!replace(post, form)) return conflict(post);
-  post.stored = std::move(form);
+  takeSaved(post, std::move(form));
   FormView view = viewFor(post);
   view.strNotice = "not-checked";
   return page(post, 500, view, &result);

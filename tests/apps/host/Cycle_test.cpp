@@ -226,6 +226,19 @@ TEST_F(Cycle, RefusesMistakesBesideTheirInputs) {
   EXPECT_EQ(host_.get("/messages" + strPlace.substr(7)).status, 404);
 }
 
+TEST_F(Cycle, RefusesWithTheComputedCellsThatWereSaved) {
+  Form form = exampleForm("complete.form");
+  form["town"] = "";
+  const std::string strPlace = parked(host_, form);
+  form["defects___repairby_1"] = "16.11.2025";
+  const HttpAnswer answer = host_.post(strPlace, filledIn(host_.get(strPlace), form, "submit"));
+  EXPECT_EQ(answer.status, 422);
+  for (const HttpAnswer& shown : {answer, host_.get(strPlace)}) {
+    EXPECT_TRUE(shown.shows("<output id=\"q-defects-1-duration\" class=\"computed\">33<"));
+    EXPECT_TRUE(shown.shows("<output id=\"q-defects-4-duration\" class=\"computed\"><"));
+  }
+}
+
 /// Posts a form from two connections at once.
 std::vector<HttpAnswer> pressedTwice(const Host& host, const std::string& strPlace,
                                      const Form& form) {

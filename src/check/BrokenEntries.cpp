@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <map>
 #include <unordered_map>
 #include <utility>
 
@@ -50,16 +51,6 @@ constexpr auto kBreaking = std::to_array<std::string_view>({"misspelt-element",
                                                             "group-apart",
                                                             "end-mark",
                                                             "unknown-objecttype"});
-
-/// Whether a name stands where another does but for a slip.
-bool isNearly(const std::string& strOne, const std::string& strOther) {
-  return strOne == strOther || strOne == "*" || strOther == "*" || isSlipOf(strOne, strOther);
-}
-
-bool areNearlyOnOneWay(const StepNames& one, const StepNames& other) {
-  const auto lngSteps = static_cast<std::ptrdiff_t>(std::min(one.size(), other.size()));
-  return lngSteps > 0 && std::equal(one.begin(), one.begin() + lngSteps, other.begin(), isNearly);
-}
 
 /// Which record has an element: that of the child of a root in which it stands.
 template <class Record>
@@ -161,18 +152,25 @@ BrokenEntries::BrokenEntries(const ParsedDeployment& deployment, const std::vect
   addCopies();
 }
 
-/// What the document data copy from where an entry should make it is missing there too.
+/// What the document data copy from where an entry should make it is missing there too. Rules that
+/// copy the same say something new only when there is more by then.
 void BrokenEntries::addCopies() {
+  std::map<std::pair<StepNames, StepNames>, std::size_t> seen;  // and how many places there were
   for (const Node& objRule : deployment_.copyRules()) {
     const StepNames parent = stepNames(childText(objRule, "parentxpath"));
     if (parent.empty()) continue;
     const NodeList colNodes = required(objRule.getElementsByTagName("node"));
     for (const Node& objNode : colNodes) {
       const StepNames from = stepNames(objNode.text());
+      const std::size_t lngPlaces = places_.size();
+      const auto [known, blnNew] = seen.try_emplace({parent, from}, lngPlaces);
+      if (!blnNew && std::exchange(known->second, lngPlaces) == lngPlaces) continue;
       if (!wereToMake(from)) continue;
       for (const std::string& strName : namesToBeMadeAt(from)) {
-        places_.push_back(parent);
-        places_.back().push_back(strName);
+        StepNames place = parent;
+        place.push_back(strName);
+        lngWork_ += place.size();
+        places_.add(place);
       }
     }
   }
@@ -181,25 +179,22 @@ void BrokenEntries::addCopies() {
 /// The last names on a path that entries should make: its own, or, where it takes any, theirs.
 std::set<std::string> BrokenEntries::namesToBeMadeAt(const StepNames& path) const {
   if (path.back() != "*") return {path.back()};
-  std::set<std::string> names;
-  for (const std::vector<StepNames>* const list : {&places_, &writtenThere_}) {
-    for (const StepNames& place : *list) {
-      if (!areNearlyOnOneWay(place, path)) continue;
-      names.insert(place.size() < path.size() ? "*" : place[path.size() - 1]);
-    }
-  }
+  std::set<std::string> names = places_.namesAt(path, lngWork_);
+  names.merge(writtenThere_.namesAt(path, lngWork_));
   return names;
 }
 
 void BrokenEntries::add(const MappingEntry& entry) {
   if (!entries_.insert(&entry).second) return;
-  const std::size_t lngPlaces = places_.size();
-  for (const FormObject* const user : entry.users) addObject(*user);
-  if (places_.size() == lngPlaces) {
+  StepNames asked;  // as the question of its last user says
+  for (const FormObject* const user : entry.users) {
+    if (StepNames place = addObject(*user); !place.empty()) asked = std::move(place);
+  }
+  if (asked.empty()) {
     addWritten(entry.strParentXPath, entry.strNodePath);
-  } else if (StepNames own = stepNames(entry.strParentXPath + "/" + entry.strNodePath);
-             areOnOneWay(own, places_.back())) {
-    places_.push_back(std::move(own));  // with all that it should hold
+  } else if (const StepNames own = stepNames(entry.strParentXPath + "/" + entry.strNodePath);
+             areOnOneWay(own, asked)) {
+    places_.add(own);  // with all that it should hold
   }
   if (!entry.strExtraPath.empty()) {
     addWritten(entry.strExtraPath, entry.strExtraNode);
@@ -207,20 +202,17 @@ void BrokenEntries::add(const MappingEntry& entry) {
   addNames(entry);
 }
 
-void BrokenEntries::addObject(const FormObject& object) {
-  if (const Question* const question = deployment_.question(object.strId)) {
-    addPlace(question->strXPath);
-  }
-}
-
-void BrokenEntries::addPlace(std::string_view strPath) {
-  StepNames names = stepNames(strPath);
-  if (!names.empty()) places_.push_back(std::move(names));
+/// The path that its question says; none without one.
+StepNames BrokenEntries::addObject(const FormObject& object) {
+  const Question* const question = deployment_.question(object.strId);
+  StepNames place = question ? stepNames(question->strXPath) : StepNames();
+  places_.add(place);
+  return place;
 }
 
 /// Without a node it may be any below the parent.
 void BrokenEntries::addWritten(const std::string& strParent, const std::string& strNode) {
-  writtenThere_.push_back(stepNames(strParent + "/" + (strNode.empty() ? "*" : strNode)));
+  writtenThere_.add(stepNames(strParent + "/" + (strNode.empty() ? "*" : strNode)));
 }
 
 /// What stands in the attributes below an entry: the ids of the objects that it takes along are
@@ -240,12 +232,8 @@ void BrokenEntries::addNames(const MappingEntry& entry) {
 }
 
 bool BrokenEntries::wereToMake(const StepNames& path) const {
-  lngWork_ += places_.size() + writtenThere_.size();
-  if (path.empty() || lngWork_ > kMostWork) return false;
-  return std::ranges::any_of(places_,
-                             [&](const StepNames& place) { return areOnOneWay(place, path); }) ||
-         std::ranges::any_of(
-             writtenThere_, [&](const StepNames& place) { return areNearlyOnOneWay(place, path); });
+  return lngWork_ <= kMostWork &&
+         (places_.isOnTheWay(path, lngWork_) || writtenThere_.isNearlyOnTheWay(path, lngWork_));
 }
 
 bool BrokenEntries::takeAlong(const std::string& strObject) const {

@@ -3,12 +3,12 @@
 #include <cstddef>
 #include <set>
 #include <string>
-#include <string_view>
 #include <unordered_set>
 #include <vector>
 
 #include "check/Findings.h"
 #include "check/ParsedDeployment.h"
+#include "check/PathTree.h"
 #include "check/StepNames.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -33,10 +33,12 @@ class BrokenEntries {
   /// Whether one of them should take the answer to this object along.
   bool takeAlong(const std::string& strObject) const;
 
+  /// How many names were compared until now.
+  std::size_t work() const noexcept { return lngWork_; }
+
  private:
   void add(const MappingEntry& entry);
-  void addObject(const FormObject& object);
-  void addPlace(std::string_view strPath);
+  StepNames addObject(const FormObject& object);
   void addWritten(const std::string& strParent, const std::string& strNode);
   void addNames(const MappingEntry& entry);
   void addCopies();
@@ -45,8 +47,8 @@ class BrokenEntries {
   const ParsedDeployment& deployment_;
   std::unordered_set<const MappingEntry*> entries_;
   std::unordered_set<const FormObject*> objects_;
-  std::vector<StepNames> places_;        // as the questions say
-  std::vector<StepNames> writtenThere_;  // as entries do whose questions say nothing
+  PathTree places_;        // as the questions say
+  PathTree writtenThere_;  // as entries do whose questions say nothing
   std::unordered_set<std::string> takenAlong_;
   std::vector<std::string> unknownNames_;  // which they take along, and no object has
   mutable std::size_t lngWork_ = 0;

@@ -99,9 +99,11 @@ void findRulePaths(const ParsedDeployment& deployment, Findings& findings) {
   for (const Node& objRule : deployment.copyRules()) {
     look(childElement(objRule, "node"), "the rule copies nothing");
     look(childElement(objRule, "parentxpath"), "the rule is passed over");
+    const std::vector<Node> types = childElements(childElement(objRule, "action"));
     const std::set<std::string> names =
-        deployment.shape().namesAt(withoutConditions(childText(objRule, "node")));
-    for (const Node& objType : childElements(childElement(objRule, "action"))) {
+        types.empty() ? std::set<std::string>()
+                      : deployment.shape().namesAt(withoutConditions(childText(objRule, "node")));
+    for (const Node& objType : types) {
       const std::string strType = attributeText(objType, kType);
       // An odd word has a rule of its own.
       if (!names.empty() && !isBlank(strType) && !hasCapitals(strType) &&

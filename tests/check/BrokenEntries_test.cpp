@@ -57,5 +57,49 @@ TEST(BrokenEntries, TakeTheAnswersAlongThatTheyName) {
   EXPECT_FALSE(from.takeAlong("role"));
 }
 
+/// So many entries that are broken, and rules that copy what these should make.
+std::size_t workOf(std::size_t lngEntries, std::size_t lngRules, const char* parent) {
+  const SmallDeployment files;
+  std::string strEntries, strQuestions, strObjects, strRules;
+  for (std::size_t at = 0; at < lngEntries; ++at) {
+    const std::string strId = "made" + std::to_string(at);
+    strObjects += "<prtobjct id='" + strId + "' objecttype='field' type='text' dynamic='false'/>";
+    strEntries += "<messageitem id='" + strId +
+                  "' type='field' toschema='True'><parentxpath>/m:report/m:head</parentxpath>"
+                  "<node>m:" +
+                  strId + "</node></messageitem>";
+    // Of some the questions say where they stand.
+    if (at % 2 == 0) continue;
+    strQuestions +=
+        "<question id='" + strId + "'><xpath>/m:report/m:head/m:" + strId + "</xpath></question>";
+  }
+  for (std::size_t at = 0; at < lngRules; ++at) {
+    strRules += "<docnode><parentxpath>" + std::string(parent) +
+                "</parentxpath><node>/m:report/m:head/*</node></docnode>";
+  }
+  files.replace("object-list.xml", "<prtobjcts>", "<prtobjcts>" + strObjects);
+  files.replace("object-mapper.xml", "  <docdata>", strEntries + "  <docdata>");
+  files.replace("object-mapper.xml", "    <docnodes>", "    <docnodes>" + strRules);
+  files.replace("questions.xml", "<questions>", "<questions>" + strQuestions);
+  const ParsedDeployment deployment(files.files);
+  std::vector<Found> findings;
+  for (const MappingEntry& entry : deployment.entries) {
+    if (entry.strId.starts_with("made")) findings.push_back(at(entry.objNode, "word-not-true"));
+  }
+  const BrokenEntries broken(deployment, findings);
+  EXPECT_EQ(findings.size(), lngEntries);
+  const std::string strMade = std::string(parent) + "/m:made0";
+  EXPECT_TRUE(broken.wereToMake(stepNames(strMade)));
+  return broken.work();
+}
+
+TEST(BrokenEntries, AreGoneThroughOnceForAllRulesThatCopyTheSame) {
+  for (const char* const parent : {"/m:report/m:end", "/m:report/m:head"}) {
+    const std::size_t lngOne = workOf(100, 100, parent);
+    const std::size_t lngTwo = workOf(200, 200, parent);
+    EXPECT_LT(workOf(400, 400, parent) - lngTwo, (lngTwo - lngOne) * 5 / 2) << parent;
+  }
+}
+
 }  // namespace
 }  // namespace Varnel_Tolv_XML_Creation::test

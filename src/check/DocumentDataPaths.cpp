@@ -19,7 +19,7 @@ std::string wrongWith(const ParsedDeployment& deployment, const std::string& str
   const Node objFound =
       deployment.shape().select(deployment.shape().document(), strPath, strReason);
   if (objFound) return {};
-  if (isAboutPrefix(strReason)) return {};
+  if (hasOwnRule(strReason)) return {};
   return strReason.empty() ? "finds nothing in the message" : "cannot be evaluated: " + strReason;
 }
 
@@ -153,7 +153,7 @@ void findMissingReferences(const ParsedDeployment& deployment, Findings& finding
       const Node objReference = shape.select(objParent, strPath, strReason);
       blnFound = blnFound || objReference;
       const bool blnChild = objReference && objReference.parentNode() == objParent;
-      if (blnChild || isAboutPrefix(strReason)) continue;
+      if (blnChild || hasOwnRule(strReason)) continue;
       findings
           .add(deployment.objectMapper, objPath, "", "",
                "The reference " + inQuotes(strPath) +
@@ -171,6 +171,13 @@ void findMissingReferences(const ParsedDeployment& deployment, Findings& finding
                    "Give it node children, or take it out.");
     }
   }
+}
+
+void findUnknownShape(const ParsedDeployment& deployment, Findings& findings) {
+  if (!deployment.shape().isTooLarge()) return;
+  findings.add(deployment.messageTemplate, 1, "",
+               "Template and mapping are too large to look at all paths of the message.",
+               "Nothing need be done; what depends on paths was not checked, or not all of it.");
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -16,4 +16,7 @@ void findRulePaths(const ParsedDeployment& deployment, Findings& findings);
 /// References that are not there end the run, unless copies may go to the end.
 void findMissingReferences(const ParsedDeployment& deployment, Findings& findings);
 
+/// Where not all paths could be looked at, those of the mapping included.
+void findUnknownShape(const ParsedDeployment& deployment, Findings& findings);
+
 }  // namespace Varnel_Tolv_XML_Creation

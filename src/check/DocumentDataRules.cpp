@@ -238,6 +238,7 @@ constexpr auto kRules = std::to_array<Rule>({
     {"docnode-names-nothing", Severity::error, findRulePaths},
     {"append-no-boolean", Severity::error, findAppendWords},
     {"insertbefore-names-nothing", Severity::error, findMissingReferences},
+    {"too-large", Severity::note, findUnknownShape},  // behind all that look at the message's paths
 });
 
 }  // namespace

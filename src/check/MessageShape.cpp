@@ -22,6 +22,7 @@ constexpr std::string_view kFilledBy = "varnel-filled-by";
 constexpr std::size_t kMostElements = 1'000'000;
 constexpr std::size_t kMostWork = 50'000'000;
 constexpr std::size_t kMostCopied = 1'000;  // of one node that document data copies
+constexpr std::string_view kTooMuch = "Too much of the message was looked at.";
 
 /// Whether a path is walked directly, without a look at the whole message.
 bool isWalked(std::string_view strXPath) {
@@ -58,8 +59,8 @@ std::string withoutConditions(std::string_view strPath) {
   return strBare;
 }
 
-bool isAboutPrefix(std::string_view strReason) {
-  return strReason.find("refix") != std::string_view::npos;
+bool hasOwnRule(std::string_view strReason) {
+  return strReason == kTooMuch || strReason.find("refix") != std::string_view::npos;
 }
 
 bool isNodePath(std::string_view strPath) {
@@ -79,34 +80,37 @@ MessageShape::MessageShape(const ParsedDeployment& deployment) : deployment_(dep
   objMessage_ = deployment.messageTemplate.document().cloneNode(true).ownerDocument();
   objMessage_.setSelectionNamespaces(deployment.strSelectionNamespaces);
   for (const FormObject& object : deployment.objects) {
-    const bool blnPlaced = object.entry && lngElements_ <= kMostElements && lngWork_ <= kMostWork;
+    const bool blnPlaced = object.entry && lngElements_ <= kMostElements && !isSpent();
     if (blnPlaced) place(object);
     if (!object.entry && deployment.entriesById.contains(object.mappingId())) {
       doubtful_.insert(object.strId);
     }
     if (!object.entry && object.kind != ObjectKind::other) doubtful_.insert(object.strId);
   }
-  blnKnown_ = lngElements_ <= kMostElements && lngWork_ <= kMostWork;
+  if (lngElements_ > kMostElements) return;
+  copyNodes();
+  blnKnown_ = !isSpent();
   if (!blnKnown_) return;
   blnTooLarge_ = false;
-  copyNodes();
   collectPaths();
 }
+
+bool MessageShape::isSpent() const noexcept { return lngWork_ > kMostWork; }
 
 Node MessageShape::select(const Node& objFrom, std::string_view strXPath,
                           std::string& strReason) const {
   strReason.clear();
   if (!isWalked(strXPath)) lngWork_ += lngElements_ + strXPath.size();
-  if (lngWork_ > kMostWork) return {};
   Node objFound;
-  strReason = failureOf([&] { objFound = objFrom.selectSingleNode(strXPath); });
+  strReason = isSpent() ? std::string(kTooMuch)
+                        : failureOf([&] { objFound = objFrom.selectSingleNode(strXPath); });
   return objFound;
 }
 
 std::set<std::string> MessageShape::namesAt(std::string_view strXPath) const {
   std::set<std::string> names;
   lngWork_ += lngElements_ + strXPath.size();
-  if (lngWork_ > kMostWork) return names;
+  if (isSpent()) return names;
   (void)failureOf([&] {  // what a rule about the path tells
     const NodeList colNodes = required(objMessage_.selectNodes(strXPath));
     for (const Node& objNode : colNodes) names.insert(toLower(objNode.nodeName()));
@@ -195,8 +199,7 @@ void MessageShape::placeAt(const FormObject& object, const Node& objParentXPath,
   if (blnPlain) {
     // The value goes to the first element that the whole path selects.
     const Node objFirst = select(objMessage_, strWhole, strReason);
-    if (!objFirst && strReason.empty() && lngWork_ <= kMostWork &&
-        !doubtful_.contains(object.strId)) {
+    if (!objFirst && strReason.empty() && !doubtful_.contains(object.strId)) {
       trouble(PathTrouble::selfExcluding, object, objParentXPath);
     }
     const std::string strFilledBy =

@@ -43,8 +43,9 @@ class MessageShape {
   /// False where a file that it needs is not there, or where it is too large: nothing is known.
   bool isKnown() const noexcept { return blnKnown_; }
 
-  /// Whether it was given up because more would have to be built than can be.
-  bool isTooLarge() const noexcept { return blnTooLarge_; }
+  /// Whether something was given up because more would have to be built, or gone through by
+  /// expressions, than can be.
+  bool isTooLarge() const noexcept { return blnTooLarge_ || isSpent(); }
 
   /// The message. Its elements bear the mark `questionId` as those of a run do.
   const Document& document() const noexcept { return objMessage_; }
@@ -70,13 +71,14 @@ class MessageShape {
   Node templateElement(const Node& objElement) const;
 
   /// The first node that an expression selects in the message, or Nothing. `strReason` is why it
-  /// cannot be evaluated; empty when it can.
+  /// cannot be evaluated, or is not any more; empty when it was.
   Node select(const Node& objFrom, std::string_view strXPath, std::string& strReason) const;
 
   /// The names, in lower case, of all elements that an expression selects in the message.
   std::set<std::string> namesAt(std::string_view strXPath) const;
 
  private:
+  bool isSpent() const noexcept;
   void place(const FormObject& object);
   void placeAt(const FormObject& object, const Node& objParentXPath,
                const std::string& strParentXPath, const Node& objNodePath,
@@ -106,9 +108,9 @@ class MessageShape {
 /// from the root.
 std::string withoutConditions(std::string_view strPath);
 
-/// Whether that is why an expression cannot be evaluated: a prefix that nobody registers, which has
-/// a rule of its own.
-bool isAboutPrefix(std::string_view strReason);
+/// Whether why an expression cannot be evaluated has a rule of its own: a prefix that nobody
+/// registers, or a message that is too large.
+bool hasOwnRule(std::string_view strReason);
 
 /// Whether a text is a list of names joined by "/".
 bool isNodePath(std::string_view strPath);

@@ -36,7 +36,7 @@ void forEachTrouble(const ParsedDeployment& deployment, PathTrouble::Kind kind, 
 
 void findMalformed(const ParsedDeployment& deployment, Findings& findings) {
   forEachTrouble(deployment, PathTrouble::malformed, [&](const PathTrouble& trouble) {
-    if (isAboutPrefix(trouble.strDetail)) return;
+    if (hasOwnRule(trouble.strDetail)) return;
     findings.add(deployment.objectMapper, trouble.objPath, "", idOf(trouble),
                  "The path " + inQuotes(trouble.objPath.text()) +
                      " cannot be evaluated: " + trouble.strDetail,
@@ -264,13 +264,6 @@ void findMissingFromTemplate(const ParsedDeployment& deployment, Findings& findi
   }
 }
 
-void findUnknownShape(const ParsedDeployment& deployment, Findings& findings) {
-  if (!deployment.shape().isTooLarge()) return;
-  findings.add(deployment.messageTemplate, 1, "",
-               "Template and mapping are too large to look at all paths of the message.",
-               "Nothing need be done; what depends on paths was not checked.");
-}
-
 constexpr auto kRules = std::to_array<Rule>({
     {"malformed-expression", Severity::error, findMalformed},
     {"path-names-nothing", Severity::error, findNoParents},
@@ -280,7 +273,6 @@ constexpr auto kRules = std::to_array<Rule>({
     {"malformed-node-path", Severity::error, findMalformedNodePaths},
     {"not-in-template", Severity::error, findMissingFromTemplate},
     {"same-place", Severity::error, findSamePlaces},
-    {"too-large", Severity::note, findUnknownShape},
 });
 
 }  // namespace

@@ -122,6 +122,23 @@ TEST(Disrepair, OfPathsIsNotLookedForInAMessageThatIsTooLarge) {
   EXPECT_EQ(summary(findings[0]), "note too-large template.xml:1 ");
 }
 
+/// The message is gone through for each path that is more than names: when it is made for the first
+/// of these rules, and again when they are looked at.
+TEST(Disrepair, OfPathsIsNotToldOnceTheyAreNotLookedAtAnyMore) {
+  for (const std::size_t lngRules : {300U, 600U}) {
+    SCOPED_TRACE(lngRules);
+    const SmallDeployment deployment;
+    deployment.replace("template.xml", "  <m:end/>", repeated("", 100'000, "<a/>", "<m:end/>"));
+    deployment.replace("object-mapper.xml", "    <docnodes>",
+                       repeated("<docnodes>", lngRules,
+                                "<docnode><parentxpath>/m:report/m:end</parentxpath>"
+                                "<node>/m:report/m:head/*</node></docnode>",
+                                ""));
+    EXPECT_EQ(summaries(deployment.check()),
+              std::vector<std::string>{"note too-large template.xml:1 "});
+  }
+}
+
 /// Many of everything that is looked up, all found by index: a search for each would not end.
 TEST(Disrepair, IsFoundAmongManyThousandEntries) {
   constexpr std::size_t kMany = 20'000;

@@ -27,7 +27,7 @@ TEST(MessageShape, TellsWhyAnExpressionCannotBeEvaluated) {
     std::string strReason;
     EXPECT_EQ(static_cast<bool>(shape.select(shape.document(), c.path, strReason)), c.blnFound);
     EXPECT_EQ(!strReason.empty(), c.blnReason) << strReason;
-    EXPECT_EQ(isAboutPrefix(strReason), c.blnPrefix) << strReason;
+    EXPECT_EQ(hasOwnRule(strReason), c.blnPrefix) << strReason;
   }
 }
 

@@ -1,5 +1,6 @@
 #include "platform/host/FormReads.h"
 
+#include <algorithm>
 #include <typeinfo>
 #include <utility>
 
@@ -27,7 +28,7 @@ std::string FormReads::read(std::string_view strName) {
   }
   const FormCollection::Item* const item = collection_->find(strName);
   if (!item) return {};
-  wasRead_[static_cast<std::size_t>(item - collection_->items_.data())] = true;
+  wasRead_[static_cast<std::size_t>(item - collection_->items_.data())] = 1;
   return item->strValue;
 }
 
@@ -39,8 +40,9 @@ std::vector<std::string> FormReads::unread() const {
     }
     return names;
   }
-  for (std::size_t lngItem = 0; lngItem < wasRead_.size(); ++lngItem) {
-    if (!wasRead_[lngItem]) names.push_back(collection_->items_[lngItem].strName);
+  const auto nextFrom = [&](auto at) { return std::find(at, wasRead_.end(), 0); };
+  for (auto at = nextFrom(wasRead_.begin()); at != wasRead_.end(); at = nextFrom(at + 1)) {
+    names.push_back(collection_->items_[static_cast<std::size_t>(at - wasRead_.begin())].strName);
   }
   return names;
 }

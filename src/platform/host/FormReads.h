@@ -29,7 +29,7 @@ class FormReads {
  private:
   const Request& request_;
   const FormCollection* const collection_;    // the request, where it is one and nothing more
-  std::vector<bool> wasRead_;                 // the collection's fields by their numbers
+  std::vector<char> wasRead_;                 // the collection's fields by their numbers: 0 or 1
   std::set<std::string, std::less<>> names_;  // of any other request
 };
 

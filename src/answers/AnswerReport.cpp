@@ -60,8 +60,9 @@ class Places {
 
 }  // namespace
 
-void reportAnswers(const AnswerLog& log, const Session& session, const RuleFiles& files,
-                   bool blnSubmit, RunReport& report) {
+void reportAnswers(AnswerLog& log, const Session& session, const RuleFiles& files, bool blnSubmit,
+                   RunReport& report) {
+  log.conclude();
   const ObjectContext* const objContext = session.host.objectContext;
   const Request* const request = objContext ? objContext->request : nullptr;
   const AnswerFates answers(log, request, blnSubmit, log.hasJournal());

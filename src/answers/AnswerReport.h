@@ -15,8 +15,9 @@ struct RuleFiles {
 };
 
 /// Fills the losses of the report, and its journal where the log has one, with what the log tells.
-/// Both come from the same list, so they cannot disagree.
-void reportAnswers(const AnswerLog& log, const Session& session, const RuleFiles& files,
-                   bool blnSubmit, RunReport& report);
+/// Both come from the same list, so they cannot disagree. The log, of a run that is over, is
+/// concluded.
+void reportAnswers(AnswerLog& log, const Session& session, const RuleFiles& files, bool blnSubmit,
+                   RunReport& report);
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -1,5 +1,7 @@
 #include "config/AnswerLog.h"
 
+#include <iterator>
+#include <unordered_set>
 #include <utility>
 
 #include "config/AnswerReasons.h"
@@ -19,6 +21,13 @@ void forEachElement(const Node& objTop, Visit visit) {
   visit(objTop);
   const NodeList colBelow = required(objTop.getElementsByTagName("*"));
   for (const Node& objElement : colBelow) visit(objElement);
+}
+
+/// What was written does not stand any more.
+void markGone(AnswerLog::Write& write, std::string_view strReason, const AnswerRule& rule) {
+  if (!write.strGone.empty()) return;
+  write.strGone = strReason;
+  write.goneBy = rule.lngLine > 0 ? rule : write.rule;
 }
 
 }  // namespace
@@ -87,15 +96,46 @@ void AnswerLog::write(const Node& objTarget, std::string_view strText) {
 
 void AnswerLog::writeFrom(const Node& objSource, const Node& objTarget, std::string_view strText) {
   overwrite(objTarget, strText, carried_.back().rule);
-  if (objSource) writeNew(objSource, objTarget, strText);
-}
-
-void AnswerLog::writeNew(const Node& objSource, const Node& objTarget, std::string_view strText) {
+  if (!objSource) return;
   writes_.push_back({objTarget, objSource, carried_.back().rule, strText.empty(), {}, {}});
 }
 
 void AnswerLog::writeRow(const Node& objRow, const Node& objTarget) {
   writes_.push_back({objTarget, objRow, carried_.back().rule, false, {}, {}});
+}
+
+void AnswerLog::writeCells(const Node& objRow, const Node& objCopy,
+                           const std::shared_ptr<const NodePattern>& pattern) {
+  copiedRows_.push_back({objRow, objCopy, pattern, carried_.back().rule, writes_.size()});
+}
+
+/// Puts the cells of copied rows among the writes, each where its row was noted. What was written
+/// before the first of these rows stays where it is.
+void AnswerLog::tellCells() {
+  if (copiedRows_.empty()) return;
+  const std::vector<CopiedRow> rows = std::exchange(copiedRows_, {});
+  const std::size_t lngStay = rows.front().lngWritesBefore;
+  const auto stay = writes_.begin() + static_cast<std::ptrdiff_t>(lngStay);
+  std::vector<Write> later(std::make_move_iterator(stay), std::make_move_iterator(writes_.end()));
+  writes_.erase(stay, writes_.end());
+  const std::size_t lngFirstOfHand = lngFirstWrite_;
+  auto row = rows.begin();
+  for (std::size_t lngWrite = 0; lngWrite <= later.size(); ++lngWrite) {
+    if (lngStay + lngWrite == lngFirstOfHand) lngFirstWrite_ = writes_.size();
+    for (; row != rows.end() && row->lngWritesBefore == lngStay + lngWrite; ++row) tellCells(*row);
+    if (lngWrite < later.size()) writes_.push_back(std::move(later[lngWrite]));
+  }
+}
+
+void AnswerLog::tellCells(const CopiedRow& row) {
+  const NodeList colCells = required(row.objRow.selectNodes(kColumn));
+  const std::vector<Node> places = row.pattern->elementsOf(row.objCopy, colCells.length());
+  for (std::size_t lngCell = 0; lngCell < colCells.length(); ++lngCell) {
+    const Node& objPlace = places[lngCell];
+    if (!objPlace) continue;
+    const bool blnEmpty = !objPlace.hasText();
+    writes_.push_back({objPlace, colCells.item(lngCell), row.rule, blnEmpty, {}, {}});
+  }
 }
 
 void AnswerLog::standsFor(const Node& objElement) {
@@ -119,23 +159,32 @@ void AnswerLog::overwrite(const Node& objTarget, std::string_view strText, const
   for (const Node& objElement : colBelow) gone(objElement, reason::kOverwritten, rule);
 }
 
-void AnswerLog::removed(const Node& objElement) {
-  // It is empty, and so is all that was written to it.
-  bringIndexUpToDate();
-  gone(objElement, reason::kRemovedAsEmpty, {});
+/// Only the journal tells of every cell, and where a run failed the object in hand may have cells
+/// that were not written. An answer that was written over may stand in a cell all the same. Those
+/// of other cells stand.
+void AnswerLog::conclude() {
+  if (blnJournal_ || objInHand_ || blnGone_) tellCells();
+  if (removed_.empty()) return;
+  std::unordered_set<const void*> removed;
+  for (const Node& objElement : removed_) removed.insert(objElement.identity());
+  for (Write& write : writes_) {
+    // The element is empty, and so is what was written to it.
+    if (removed.contains(write.objTarget.identity())) markGone(write, reason::kRemovedAsEmpty, {});
+  }
 }
 
 /// What was written to an element does not stand any more.
 void AnswerLog::gone(const Node& objElement, std::string_view strReason, const AnswerRule& rule) {
   forEachWriteTo(objElement, [&](Write& write) {
-    if (!write.strGone.empty()) return;
-    write.strGone = strReason;
-    write.goneBy = rule.lngLine > 0 ? rule : write.rule;
+    markGone(write, strReason, rule);
+    blnGone_ = true;
   });
   newestTo_.erase(objElement.identity());
 }
 
 void AnswerLog::bringIndexUpToDate() {
+  tellCells();
+  newestTo_.reserve(writes_.size());
   while (lngIndexed_ < writes_.size()) {
     Write& write = writes_[lngIndexed_];
     std::size_t& lngNewest = newestTo_[write.objTarget.identity()];

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <memory_resource>
 #include <optional>
 #include <string>
@@ -11,6 +12,7 @@
 #include <vector>
 
 #include "platform/dom/Document.h"
+#include "platform/dom/NodePattern.h"
 #include "platform/host/FormReads.h"
 
 // What became of each answer of one run, noted where it is decided. The stages call it in single
@@ -22,10 +24,11 @@
 // is written without naming another source is its answer.
 //
 // Cost: a constant amount for each call, apart from those that tell that nodes were copied or
-// written over, which look at each node concerned. Which answers a node holds is looked up only
-// where something is written over, copied or removed, in an index that is then brought up to date
-// with what was written since: each write enters it once, as the newest of its element, and knows
-// the one before it. The index lives in one block of memory that goes as a whole.
+// written over, which look at each node concerned. A row that is a copy of another is noted as one;
+// its cells become writes of their own only when somebody asks for them. Which answers a node holds
+// is looked up only where something is written over or copied, in an index that is then brought up
+// to date with what was written since: each write enters it once, as the newest of its element, and
+// knows the one before it. The index lives in one block of memory that goes as a whole.
 
 namespace Varnel_Tolv_XML_Creation {
 
@@ -146,10 +149,12 @@ class AnswerLog {
   /// `strText` is about to be written to an element, as the answer of the source.
   void write(const Node& objTarget, std::string_view strText);
   void writeFrom(const Node& objSource, const Node& objTarget, std::string_view strText);
-  /// The same of an element that was made with the text.
-  void writeNew(const Node& objSource, const Node& objTarget, std::string_view strText);
   /// A text of all cells of a row is about to be written to an element.
   void writeRow(const Node& objRow, const Node& objTarget);
+  /// A row of the message was made as a copy of `pattern`, whose first values are the texts of the
+  /// cells of the parked row: empty only where the cell is.
+  void writeCells(const Node& objRow, const Node& objCopy,
+                  const std::shared_ptr<const NodePattern>& pattern);
   /// An element stands for the answer in hand as a whole, unless it is decided already.
   void standsFor(const Node& objElement);
   /// Something else than an answer is about to be written to a node.
@@ -161,8 +166,11 @@ class AnswerLog {
   void placed(const Node& objMade, const Node& objPlaced);
   /// `objCopy` is a copy of an element of the message, placed in the message too.
   void copied(const Node& objOriginal, const Node& objCopy);
-  /// An element of the message was removed because it is empty.
-  void removed(const Node& objElement);
+  /// An element of the message was removed because it is empty, once all is written.
+  void removed(const Node& objElement) { removed_.push_back(objElement); }
+
+  /// The run is over. To be called before anything is asked of the log.
+  void conclude();
 
   // What was noted.
 
@@ -183,6 +191,8 @@ class AnswerLog {
   const std::vector<HiddenValue>& hiddenValues() const noexcept { return hiddenValues_; }
   const std::vector<Carried>& carried() const noexcept { return carried_; }
   const Node& inHand() const noexcept { return objInHand_; }
+  /// Cells that all stand as they were parked may be missing where there is neither a journal nor
+  /// an object in hand.
   const std::vector<Write>& writes() const noexcept { return writes_; }
   const std::vector<Loss>& losses() const noexcept { return losses_; }
   const std::vector<Node>& leftOut() const noexcept { return leftOut_; }
@@ -191,6 +201,17 @@ class AnswerLog {
   const Document& message() const noexcept { return objSendXML_; }
 
  private:
+  /// A row that is a copy of another, and how many writes there were before it.
+  struct CopiedRow {
+    Node objRow;
+    Node objCopy;
+    std::shared_ptr<const NodePattern> pattern;
+    AnswerRule rule;
+    std::size_t lngWritesBefore = 0;
+  };
+
+  void tellCells();
+  void tellCells(const CopiedRow& row);
   void bringIndexUpToDate();
   template <class Visit>
   void forEachWriteTo(const Node& objElement, Visit visit);
@@ -219,8 +240,11 @@ class AnswerLog {
   std::size_t lngFirstLoss_ = 0;
   std::vector<Carried> carried_;
   std::vector<Write> writes_;
+  std::vector<CopiedRow> copiedRows_;  // whose cells are not among the writes yet
+  bool blnGone_ = false;               // something was written over an answer
   std::vector<Loss> losses_;
   std::vector<Node> leftOut_;
+  std::vector<Node> removed_;
   // The number, from 1, of the newest of the first `lngIndexed_` writes to an element.
   std::pmr::unordered_map<const void*, std::size_t> newestTo_{&memory_};
   std::size_t lngIndexed_ = 0;

@@ -93,7 +93,7 @@ class AnswerLogging {
   AnswerLogging(const AnswerLogging&) = delete;
   AnswerLogging& operator=(const AnswerLogging&) = delete;
 
-  const AnswerLog* log() const { return log_ ? &*log_ : nullptr; }
+  AnswerLog* log() { return log_ ? &*log_ : nullptr; }
 
  private:
   Session& session_;
@@ -162,7 +162,7 @@ Acknowledge BuildXML::buildXML(std::string_view strTemplateXML, std::string_view
     session.strMsgObjectXML = strMsgObjectXML;
     session.strSchemaTypeMapperXML = strSchemaTypeMapperXML;
   }
-  const AnswerLogging answers(session);
+  AnswerLogging answers(session);
   trace(session, "", {"BuildXml - strTemplateXML =", strTemplateXML});
   trace(session, "", {"BuildXml - strMsgObjectXML =", strMsgObjectXML});
   trace(session, "", {"BuildXml - strSchemaTypeMapperXML =", strSchemaTypeMapperXML});

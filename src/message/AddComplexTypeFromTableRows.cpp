@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -235,18 +236,18 @@ class MadeRow {
   bool isLike(const RowIds& ids, const std::vector<Cell>& cells);
 
   /// That row, which stands nowhere yet.
-  Node copyFor(const Session& session, const RowIds& ids, const std::vector<Cell>& cells,
-               const Node& objType) const;
+  Node copyFor(const Session& session, const Node& objParkRow, const RowIds& ids,
+               const std::vector<Cell>& cells, const Node& objType) const;
 
  private:
-  std::optional<NodePattern> makePattern() const;
+  std::shared_ptr<const NodePattern> makePattern() const;
 
   Node objRow_;
-  std::vector<std::string_view> columns_;  // the ids of its cells, borrowed as they are
-  std::vector<CellPlace> places_;          // of the cells
-  std::size_t lngTableId_;                 // the bytes of the table's id
-  bool blnOnlyOne_;                        // no row can be a copy: of its ids, or its places
-  std::optional<NodePattern> pattern_;     // once another row is a copy
+  std::vector<std::string_view> columns_;       // the ids of its cells, borrowed as they are
+  std::vector<CellPlace> places_;               // of the cells
+  std::size_t lngTableId_;                      // the bytes of the table's id
+  bool blnOnlyOne_;                             // no row can be a copy: of its ids, or its places
+  std::shared_ptr<const NodePattern> pattern_;  // once another row is a copy
 };
 
 MadeRow::MadeRow(Node objRow, const RowIds& ids, const std::vector<Cell>& cells,
@@ -275,8 +276,8 @@ bool MadeRow::isLike(const RowIds& ids, const std::vector<Cell>& cells) {
 /// The values of a copy are those of the cells and the id of the row. There is no pattern where a
 /// cell has been written over, nor where a cell without a place is beside one that has its place in
 /// the model of additional information: its marks are not told from what that had before.
-std::optional<NodePattern> MadeRow::makePattern() const {
-  if (!NodePattern::isPossible(objRow_)) return std::nullopt;
+std::shared_ptr<const NodePattern> MadeRow::makePattern() const {
+  if (!NodePattern::isPossible(objRow_)) return nullptr;
   const std::size_t lngRowId = places_.size();
   std::vector<NodePattern::Place> leaves = {{objRow_.getNamedItem(kRowIndex), lngRowId}};
   std::size_t lngWritten = lngTableId_;
@@ -285,22 +286,23 @@ std::optional<NodePattern> MadeRow::makePattern() const {
     const auto& [objElement, blnMarked] = places_[lngCell];
     if (!objElement) continue;
     const Node objText = required(objElement.childNodes()).item(0);
-    if (!objText) return std::nullopt;
+    if (!objText) return nullptr;
     leaves.push_back({objText, lngCell});
     lngWritten += columns_[lngCell].size();
-    if (!blnMarked && objElement.getNamedItem(kRowIndex)) return std::nullopt;
+    if (!blnMarked && objElement.getNamedItem(kRowIndex)) return nullptr;
     for (Node objMark = blnMarked ? objElement : objRow_; marked.insert(objMark.identity()).second;
          objMark = objMark.parentNode()) {
-      if (!objMark) return std::nullopt;
+      if (!objMark) return nullptr;
       leaves.push_back({objMark.getNamedItem(kRowIndex), lngRowId});
       lngWritten += lngTableId_;
     }
   }
-  return NodePattern::of(objRow_, leaves, lngWritten);
+  std::optional<NodePattern> pattern = NodePattern::of(objRow_, leaves, lngWritten);
+  return pattern ? std::make_shared<const NodePattern>(*std::move(pattern)) : nullptr;
 }
 
-Node MadeRow::copyFor(const Session& session, const RowIds& ids, const std::vector<Cell>& cells,
-                      const Node& objType) const {
+Node MadeRow::copyFor(const Session& session, const Node& objParkRow, const RowIds& ids,
+                      const std::vector<Cell>& cells, const Node& objType) const {
   std::vector<std::string> converted;
   converted.reserve(cells.size());
   std::vector<std::string_view> values;
@@ -312,17 +314,13 @@ Node MadeRow::copyFor(const Session& session, const RowIds& ids, const std::vect
                          : cell.strValue);
   }
   values.push_back(ids.strRowId);
-  if (!session.answers) return pattern_->copy(values);
+  Node objRow = pattern_->copy(values);
+  if (!session.answers) return objRow;
 
-  std::vector<Node> filled(values.size());
-  Node objRow = pattern_->copy(values, filled);
   for (std::size_t lngCell = 0; lngCell < cells.size(); ++lngCell) {
-    if (places_[lngCell].objElement) {
-      session.answers->writeNew(cells[lngCell].objColumn, filled[lngCell], values[lngCell]);
-    } else {
-      noteLost(session, cells[lngCell], objType);
-    }
+    if (!places_[lngCell].objElement) noteLost(session, cells[lngCell], objType);
   }
+  session.answers->writeCells(objParkRow, objRow, pattern_);
   return objRow;
 }
 
@@ -365,7 +363,8 @@ Acknowledge AddComplexTypeFromTableRows(const Session& session, const Document& 
       if (!isFilledIn(cells)) continue;
 
       if (madeRow && madeRow->isLike(ids, cells)) {
-        required(objParentNode.appendChild(madeRow->copyFor(session, ids, cells, objComplexType)));
+        required(objParentNode.appendChild(
+            madeRow->copyFor(session, objRow, ids, cells, objComplexType)));
         continue;
       }
       if (!compiled && !ownType) ownType.emplace(objComplexType);

@@ -51,6 +51,24 @@ TEST(MessageLosses, TellOfAnswersThatALaterOneIsWrittenOver) {
   }
 }
 
+TEST(MessageLosses, TellOfTheCellsOfAllRowsThatALaterAnswerIsWrittenOver) {
+  AnswerStory story;
+  story.strObjects = question("r") + grid("<column id='c'/><column id='d'/>") + question("q");
+  story.strEntries =
+      entryOf("r", "m:g") +
+      "<messageitem id='t' type='dynatable' toschema='true'><parentxpath>/m:r/m:g</parentxpath>"
+      "<node>row</node><action id='cells'/></messageitem>\n" +
+      entryOf("q", "m:g");
+  story.strForm = "r=1&t_rowCount=3&t___c_1=a&t___c_2=b&t___c_3=c&t___d_2=d&q=2";
+  EXPECT_EQ(story.losses(),
+            "r|||1|overwritten|mapper.xml:4\n"
+            "t|1|c|a|overwritten|mapper.xml:4\n"
+            "t|2|c|b|overwritten|mapper.xml:4\n"
+            "t|2|d|d|overwritten|mapper.xml:4\n"
+            "t|3|c|c|overwritten|mapper.xml:4\n");
+  EXPECT_EQ(story.strMessage.find("row"), std::string::npos);
+}
+
 TEST(MessageLosses, TellOfAnswersThatTheDocumentDataAreWrittenOver) {
   AnswerStory story;
   story.strEntries = entryOf("q", "m:q") +

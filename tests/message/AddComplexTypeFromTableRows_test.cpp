@@ -274,6 +274,7 @@ std::string madeOf(const std::string& strType, const std::string& strRows, bool 
   log.take(scene.objParkTable);
   scene.session.answers = &log;
   const Acknowledge objAck = scene.add();
+  log.conclude();
   std::string strMade = objAck.Success() ? scene.rows() : objAck.ErrorDetail();
   const NodeList colElements = *scene.objSendXML.documentElement().getElementsByTagName("*");
   for (const AnswerLog::Write& write : log.writes()) {

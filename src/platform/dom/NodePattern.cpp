@@ -27,16 +27,22 @@ std::optional<NodePattern> NodePattern::of(const Node& objElement, std::span<con
   return NodePattern(objElement, std::move(pattern), lngWritten);
 }
 
-Node NodePattern::copy(std::span<const std::string_view> values, std::span<Node> filled) const {
+Node NodePattern::copy(std::span<const std::string_view> values) const {
   const auto& state = DocumentState::stateOf(objElement_);
   for (const std::string_view strValue : values) requireXmlText(strValue);
   state->grow(pattern_.bytes(values) + lngWritten_);
-  std::vector<TreeNode*> leaves(filled.size());
-  TreeNode* const element = pattern_.copy(values, leaves, state->changeable().tree);
-  for (std::size_t lngValue = 0; lngValue < filled.size(); ++lngValue) {
-    if (leaves[lngValue]) filled[lngValue] = DocumentState::handle(state, leaves[lngValue]->parent);
+  return DocumentState::handle(state, pattern_.copy(values, state->changeable().tree));
+}
+
+std::vector<Node> NodePattern::elementsOf(const Node& objCopy, std::size_t lngValues) const {
+  std::vector<TreeNode*> elements(lngValues);
+  pattern_.elementsOf(DocumentState::target(objCopy), elements);
+  std::vector<Node> nodes;
+  nodes.reserve(lngValues);
+  for (TreeNode* const element : elements) {
+    nodes.push_back(DocumentState::handle(DocumentState::stateOf(objCopy), element));
   }
-  return DocumentState::handle(state, element);
+  return nodes;
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -5,6 +5,7 @@
 #include <span>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "platform/dom/Node.h"
 #include "platform/xml/TreePattern.h"
@@ -34,11 +35,11 @@ class NodePattern {
   /// A copy in the same document, which stands nowhere, with these values. As where each is
   /// written by itself, kXmlFailure, and no copy, for one that XML cannot hold and for more text
   /// than may be written to a document.
-  Node copy(std::span<const std::string_view> values) const { return copy(values, {}); }
+  Node copy(std::span<const std::string_view> values) const;
 
-  /// The same; `filled`, as long as `values`, gets for each of them an element with it, as its text
-  /// or in an attribute.
-  Node copy(std::span<const std::string_view> values, std::span<Node> filled) const;
+  /// Into which elements of a copy its first `lngValues` values were put, as texts or attributes,
+  /// wherever these are by now; Nothing for one without a place.
+  std::vector<Node> elementsOf(const Node& objCopy, std::size_t lngValues) const;
 
  private:
   NodePattern(Node objElement, TreePattern pattern, std::size_t lngWritten)

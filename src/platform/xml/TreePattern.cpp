@@ -93,8 +93,7 @@ std::size_t TreePattern::bytes(std::span<const std::string_view> values) const n
   return lngBytes;
 }
 
-TreeNode* TreePattern::copy(std::span<const std::string_view> values, std::span<TreeNode*> filled,
-                            Tree& tree) const {
+TreeNode* TreePattern::copy(std::span<const std::string_view> values, Tree& tree) const {
   char* const copy = tree.newNodes(lngNodes_, lngUsed_, lngSharedBytes_);
   std::memcpy(copy, image_.data(), lngUsed_);
   const std::uintptr_t lngDistance =
@@ -116,9 +115,19 @@ TreeNode* TreePattern::copy(std::span<const std::string_view> values, std::span<
     const std::string_view strValue = values[place.lngValue];
     leaf->value = tree.newValue(strValue);
     leaf->lngSize = static_cast<std::uint32_t>(strValue.size());
-    if (!filled.empty()) filled[place.lngValue] = leaf;
   }
   return reinterpret_cast<TreeNode*>(copy);
+}
+
+void TreePattern::elementsOf(TreeNode* copy, std::span<TreeNode*> elements) const {
+  const auto* const image = reinterpret_cast<const char*>(image_.data());
+  for (const Filled& place : filled_) {
+    if (place.lngValue >= elements.size()) continue;
+    const auto* const leaf = reinterpret_cast<const TreeNode*>(image + place.lngOffset);
+    const auto lngElement = reinterpret_cast<const char*>(leaf->parent) - image;
+    elements[place.lngValue] =
+        reinterpret_cast<TreeNode*>(reinterpret_cast<char*>(copy) + lngElement);
+  }
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

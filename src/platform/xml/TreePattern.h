@@ -31,10 +31,12 @@ class TreePattern {
   /// The bytes that these values take in it.
   std::size_t bytes(std::span<const std::string_view> values) const noexcept;
 
-  /// A copy, without a parent. `filled`, empty or as long as `values`, gets for each of them a leaf
-  /// that has it.
-  TreeNode* copy(std::span<const std::string_view> values, std::span<TreeNode*> filled,
-                 Tree& tree) const;
+  /// A copy, without a parent.
+  TreeNode* copy(std::span<const std::string_view> values, Tree& tree) const;
+
+  /// For each of the first values of a copy an element which it was put into, as a text or an
+  /// attribute, wherever that is by now; null for a value without a place.
+  void elementsOf(TreeNode* copy, std::span<TreeNode*> elements) const;
 
  private:
   struct Filled {

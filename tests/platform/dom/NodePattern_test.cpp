@@ -1,6 +1,5 @@
 #include "platform/dom/NodePattern.h"
 
-#include <array>
 #include <memory>
 #include <optional>
 #include <string>
@@ -73,11 +72,16 @@ TEST(NodePattern, TellsWhereTheValuesWent) {
   const Scene scene("<row><a/><b>1</b><c>2</c></row>");
   const auto pattern = scene.pattern({{scene.at("c/text()"), 0}, {scene.at("b/text()"), 1}});
   ASSERT_TRUE(pattern);
-  std::array<Node, 3> filled;
-  const Node objCopy = pattern->copy(Values{"C", "B", "not used"}, filled);
-  EXPECT_EQ(filled[0], objCopy.selectSingleNode("c"));
-  EXPECT_EQ(filled[1], objCopy.selectSingleNode("b"));
-  EXPECT_FALSE(filled[2]);
+  const Node objCopy = pattern->copy(Values{"C", "B", "not used"});
+  const std::vector<Node> elements = pattern->elementsOf(objCopy, 3);
+  ASSERT_EQ(elements.size(), 3U);
+  EXPECT_EQ(elements[0], objCopy.selectSingleNode("c"));
+  EXPECT_EQ(elements[1], objCopy.selectSingleNode("b"));
+  EXPECT_FALSE(elements[2]);
+
+  objCopy.selectSingleNode("c").setText("another text");
+  objCopy.removeChild(objCopy.selectSingleNode("b"));
+  EXPECT_EQ(pattern->elementsOf(objCopy, 3), elements) << "wherever they are by now";
 }
 
 TEST(NodePattern, IsNotChangedByWhatHappensToItsElement) {

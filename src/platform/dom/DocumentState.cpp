@@ -27,6 +27,11 @@ bool holdsId(const TreeNode* top) noexcept {
   return false;
 }
 
+/// Where the memory of a document comes from; null: from the heap.
+std::shared_ptr<ChunkPool> poolOf(const DocumentSettings& settings) {
+  return settings.cache ? settings.cache->chunkPool() : nullptr;
+}
+
 /// Whether a selection might look for an id all over the document.
 bool looksForId(std::string_view strXPath) {
   const bool blnWide = strXPath.starts_with('/') || strXPath.find("//") != std::string_view::npos;
@@ -38,7 +43,7 @@ bool looksForId(std::string_view strXPath) {
 DocumentState::DocumentState(const DocumentSettings& documentSettings, bool blnTopOnly)
     : settings(documentSettings),
       blnFragment(blnTopOnly),
-      content_(&own_.emplace(documentSettings.lngMaxNodes)) {}
+      content_(&own_.emplace(documentSettings.lngMaxNodes, poolOf(documentSettings))) {}
 
 DocumentState::DocumentState(const DocumentSettings& documentSettings,
                              std::shared_ptr<DocumentState> host)
@@ -51,7 +56,7 @@ bool DocumentContent::replace(std::size_t lngExpected, bool blnKeepBefore,
                               const std::function<TreeNode*(Tree& tree)>& fill, bool blnForOne) {
   // All that can fail comes first.
   const auto newTree = [this](std::size_t lngBytes) {
-    Tree made(lngBytes, kMaxTreeBytes, lngMostNodes);
+    Tree made(lngBytes, kMaxTreeBytes, lngMostNodes, pool);
     made.countTo(tree.budget());
     return made;
   };

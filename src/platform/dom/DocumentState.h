@@ -33,8 +33,11 @@ namespace Varnel_Tolv_XML_Creation {
 
 /// What a document holds, and what helps to find it.
 struct DocumentContent {
-  explicit DocumentContent(std::size_t lngMaxNodes = kMaxNodes)
-      : lngMostNodes(lngMaxNodes), tree(0, kMaxTreeBytes, lngMaxNodes) {}
+  explicit DocumentContent(std::size_t lngMaxNodes = kMaxNodes,
+                           std::shared_ptr<ChunkPool> chunkPool = nullptr)
+      : lngMostNodes(lngMaxNodes),
+        pool(std::move(chunkPool)),
+        tree(0, kMaxTreeBytes, lngMaxNodes, pool) {}
 
   /// Lets `fill` make a document, null for an empty one, and puts it in place of the one before,
   /// which stays when `blnKeepBefore`. Whether it made one. What it raises leaves all as it was.
@@ -43,6 +46,7 @@ struct DocumentContent {
                const std::function<TreeNode*(Tree& tree)>& fill, bool blnForOne = false);
 
   const std::size_t lngMostNodes;
+  const std::shared_ptr<ChunkPool> pool;  // of the memory of the tree; null: it is of the heap
   Tree tree;
   LazyIdIndex idIndex;
   ChildNameIndex childNames;

@@ -19,7 +19,14 @@ constexpr std::size_t kLargestChunk = std::size_t{64} << 10;
 }  // namespace
 
 Arena::~Arena() {
-  while (last_) ::operator delete(std::exchange(last_, last_->before));
+  while (last_) {
+    Chunk* const chunk = std::exchange(last_, last_->before);
+    if (chunk->blnOfPool) {
+      pool_->give(chunk);
+    } else {
+      ::operator delete(chunk);
+    }
+  }
 }
 
 Arena::Arena(Arena&& other) noexcept : Arena() { *this = std::move(other); }
@@ -32,6 +39,7 @@ Arena& Arena::operator=(Arena&& other) noexcept {
   std::swap(lngMost_, other.lngMost_);
   std::swap(lngTaken_, other.lngTaken_);
   std::swap(lngLeft_, other.lngLeft_);
+  std::swap(pool_, other.pool_);
   share_ = std::move(other.share_);
   return *this;
 }
@@ -51,10 +59,12 @@ void* Arena::takeNew(std::size_t lngBytes) {
   const std::size_t lngRoom = blnOwn ? lngBytes : lngChunk;
   if (lngRoom > lngMost_ - lngTaken_) throw RuntimeError(kXmlFailure, kTreeTooLarge);
   share_.takeBytes(lngRoom);
-  auto* const chunk = static_cast<Chunk*>(::operator new(sizeof(Chunk) + lngRoom));
+  static_assert(sizeof(Chunk) + kLargestChunk == ChunkPool::kChunkBytes);
+  const bool blnOfPool = pool_ && lngRoom == kLargestChunk;
+  void* const chunk = blnOfPool ? pool_->take() : ::operator new(sizeof(Chunk) + lngRoom);
   lngTaken_ += lngRoom;
-  last_ = new (chunk) Chunk{last_};
-  char* const piece = reinterpret_cast<char*>(chunk + 1);
+  last_ = new (chunk) Chunk{last_, blnOfPool};
+  char* const piece = reinterpret_cast<char*>(last_ + 1);
   if (blnOwn) return piece;
   lngNextChunk_ = 2 * lngChunk;
   cursor_ = piece + lngBytes;

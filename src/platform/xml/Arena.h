@@ -1,10 +1,12 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <new>
 #include <string_view>
 #include <utility>
 
+#include "platform/xml/ChunkPool.h"
 #include "platform/xml/TreeBudget.h"
 #include "platform/xml/TreeLimits.h"
 
@@ -15,9 +17,11 @@ namespace Varnel_Tolv_XML_Creation {
 class Arena {
  public:
   /// `lngExpected` bytes will be wanted at least; it makes the first chunk large enough.
-  /// `lngMost` may be taken at most.
-  explicit Arena(std::size_t lngExpected = 0, std::size_t lngMost = kMaxTreeBytes) noexcept
-      : lngNextChunk_(lngExpected), lngMost_(lngMost) {}
+  /// `lngMost` may be taken at most. The largest chunks come from `pool` and go back to it; null:
+  /// from the heap.
+  explicit Arena(std::size_t lngExpected = 0, std::size_t lngMost = kMaxTreeBytes,
+                 std::shared_ptr<ChunkPool> pool = nullptr) noexcept
+      : lngNextChunk_(lngExpected), lngMost_(lngMost), pool_(std::move(pool)) {}
   ~Arena();
   Arena(Arena&& other) noexcept;
   Arena& operator=(Arena&& other) noexcept;
@@ -63,6 +67,7 @@ class Arena {
  private:
   struct Chunk {
     Chunk* before;
+    bool blnOfPool;
   };
 
   void* take(std::size_t lngBytes, std::size_t lngAlignment) {
@@ -81,6 +86,7 @@ class Arena {
   std::size_t lngMost_;
   std::size_t lngTaken_ = 0;
   std::size_t lngLeft_ = 0;
+  std::shared_ptr<ChunkPool> pool_;
   TreeShare share_;
 };
 

@@ -6,6 +6,7 @@
 #include <string>
 #include <unordered_map>
 
+#include "platform/xml/ChunkPool.h"
 #include "platform/xml/FileCacheEntry.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -17,9 +18,11 @@ struct FileCache::Impl {
   };
   using Entries = std::list<Entry>;
 
-  explicit Impl(std::size_t lngLimit) : lngMaxBytes(lngLimit) {}
+  explicit Impl(std::size_t lngLimit)
+      : lngMaxBytes(lngLimit), chunkPool(std::make_shared<ChunkPool>(lngLimit / 16)) {}
 
   const std::size_t lngMaxBytes;
+  const std::shared_ptr<ChunkPool> chunkPool;
   std::mutex mutex;  // guards what follows; nothing is read or made while it is held
   Entries entries;   // the one used last comes first
   std::unordered_map<std::string_view, Entries::iterator> byName;
@@ -33,6 +36,8 @@ std::size_t FileCache::bytes() const {
   const std::lock_guard lock(impl_->mutex);
   return impl_->lngBytes;
 }
+
+const std::shared_ptr<ChunkPool>& FileCache::chunkPool() const noexcept { return impl_->chunkPool; }
 
 std::shared_ptr<const void> FileCache::get(std::string_view strName,
                                            const std::function<Made()>& make) {

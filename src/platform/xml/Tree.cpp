@@ -79,8 +79,9 @@ void linkAttribute(TreeNode* element, TreeNode* attribute) noexcept {
   attribute->parent = element;
 }
 
-Tree::Tree(std::size_t lngExpected, std::size_t lngMost, std::size_t lngMostNodes)
-    : arena_(lngExpected, lngMost),
+Tree::Tree(std::size_t lngExpected, std::size_t lngMost, std::size_t lngMostNodes,
+           std::shared_ptr<ChunkPool> pool)
+    : arena_(lngExpected, lngMost, std::move(pool)),
       lngMostNodes_(lngMostNodes),
       lngGranted_(lngMostNodes),
       document_(newDocument()) {}

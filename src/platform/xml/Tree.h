@@ -162,9 +162,9 @@ void linkAttribute(TreeNode* element, TreeNode* attribute) noexcept;
 class Tree {
  public:
   /// An empty document, which will take about `lngExpected` bytes. It may take `lngMost`, and have
-  /// `lngMostNodes`.
+  /// `lngMostNodes`. Its memory comes from `pool`, where that is not null.
   explicit Tree(std::size_t lngExpected = 0, std::size_t lngMost = kMaxTreeBytes,
-                std::size_t lngMostNodes = kMaxNodes);
+                std::size_t lngMostNodes = kMaxNodes, std::shared_ptr<ChunkPool> pool = nullptr);
 
   TreeNode* document() const noexcept { return document_; }
 

@@ -4,6 +4,7 @@
 
 #include "platform/dom/DomTesting.h"
 #include "platform/dom/Prepared.h"
+#include "platform/xml/ChunkPool.h"
 #include "platform/xml/FileCache.h"
 #include "platform/xml/FilesRead.h"
 #include "support/Documents.h"
@@ -49,6 +50,50 @@ TEST_F(CachedDocument, IsTheSameAsOneThatWasParsed) {
       EXPECT_EQ(objDocument.selectNodes("//b[contains(., 'x')]")->length(), 1);
     }
   }
+}
+
+TEST_F(CachedDocument, LeavesItsMemoryToTheNext) {
+  std::string strText = "<a>";
+  for (int item = 0; item < 20'000; ++item) strText += "<b/>";
+  const std::string strPath = write("a.xml", strText + "</a>");
+  const ChunkPool& pool = *cache_.chunkPool();
+
+  Document objCopy = loadedFrom(strPath, false);
+  EXPECT_EQ(pool.bytes(), 0);
+  const Document objOnlyRead = loadedFrom(strPath, true);  // what is shared is the cache's
+  Node objClone = objCopy.cloneNode(true);
+  objCopy = {};
+  const std::size_t lngKept = pool.bytes();
+  EXPECT_GT(lngKept, 1'000'000);
+  objClone = {};
+  EXPECT_EQ(pool.bytes(), 2 * lngKept);
+
+  objCopy = loadedFrom(strPath, false);
+  EXPECT_EQ(pool.bytes(), lngKept);
+  EXPECT_EQ(objCopy.xml(), objOnlyRead.xml());
+}
+
+TEST_F(CachedDocument, MayOutliveTheCache) {
+  Document objCopy;
+  {
+    FileCache cache;
+    objCopy = Document::create({.cache = &cache});
+    ASSERT_TRUE(objCopy.load(write("a.xml", "<a>" + std::string(100'000, '-') + "</a>")));
+    for (int item = 0; item < 2000; ++item) {
+      objCopy.documentElement().appendChild(objCopy.createElement("b"));
+    }
+  }
+  EXPECT_EQ(objCopy.documentElement().childNodes()->length(), 2001);
+}
+
+// However much documents took, a sixteenth of what a cache may take is what it keeps of that.
+TEST_F(CachedDocument, LeavesNoMoreThanTheCacheMayKeep) {
+  FileCache cache(16 * 10 * ChunkPool::kChunkBytes);
+  for (int time = 0; time < 3; ++time) {
+    const Document objCopy = Document::create({.cache = &cache});
+    for (int item = 0; item < 20'000; ++item) objCopy.createElement("b");
+  }
+  EXPECT_EQ(cache.chunkPool()->bytes(), 10 * ChunkPool::kChunkBytes);
 }
 
 TEST_F(CachedDocument, HasTheNodesOfEveryOtherThatIsOnlyRead) {

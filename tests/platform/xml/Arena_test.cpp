@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -63,6 +64,32 @@ TEST(Arena, GivesNoMoreThanItMay) {
   other.startCount();
   other.room(60'000);
   EXPECT_THROW(other.room(SIZE_MAX), RuntimeError);
+}
+
+TEST(Arena, TakesItsLargestChunksFromAPool) {
+  const auto pool = std::make_shared<ChunkPool>(100 * ChunkPool::kChunkBytes);
+  const auto fill = [](Arena& arena) {
+    for (int piece = 0; piece < 10'000; ++piece) arena.room(100);  // some 15 of 64 KiB
+    arena.room(200'000);                                           // has one of its own
+  };
+  {
+    Arena arena(0, kMaxTreeBytes, pool);
+    fill(arena);
+    Arena other = std::move(arena);
+    fill(other);
+    EXPECT_EQ(pool->bytes(), 0);
+  }
+  const std::size_t lngKept = pool->bytes();
+  EXPECT_GT(lngKept, 25 * ChunkPool::kChunkBytes);
+  EXPECT_LT(lngKept, 33 * ChunkPool::kChunkBytes);
+  {
+    Arena arena(0, kMaxTreeBytes, pool);
+    fill(arena);
+    EXPECT_LT(pool->bytes(), lngKept - 12 * ChunkPool::kChunkBytes);
+    Arena alone;
+    fill(alone);
+  }
+  EXPECT_EQ(pool->bytes(), lngKept);
 }
 
 }  // namespace

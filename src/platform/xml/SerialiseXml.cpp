@@ -8,6 +8,7 @@
 #include <memory>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "platform/text/ShortText.h"
 #include "platform/xml/NamespaceScope.h"
@@ -63,10 +64,16 @@ class Writer {
   }
 
   void requireSize() const {
-    if (lngUsed_ > lngMost_) refuseSize();
+    if (size() > lngMost_) refuseSize();
   }
 
-  std::string text() const { return {out_.get(), lngUsed_}; }
+  std::string text() const {
+    std::string strText;
+    strText.reserve(size());
+    for (const Piece& piece : full_) strText.append(piece.bytes.get(), piece.lngUsed);
+    strText.append(piece_.get(), lngUsed_);
+    return strText;
+  }
 
  private:
   void writeTree(const TreeNode* top) {
@@ -200,28 +207,42 @@ class Writer {
 
   /// Where so many bytes go next.
   char* room(std::size_t lngBytes) {
-    if (lngSize_ - lngUsed_ < lngBytes) grow(lngBytes);
-    return out_.get() + lngUsed_;
+    if (lngSize_ - lngUsed_ < lngBytes) startPiece(lngBytes);
+    return piece_.get() + lngUsed_;
   }
 
-  void grow(std::size_t lngBytes) {
-    if (lngUsed_ + lngBytes > lngMost_) refuseSize();
-    const std::size_t lngSize = std::max(2 * lngSize_, lngUsed_ + lngBytes);
-    auto out = std::make_unique_for_overwrite<char[]>(lngSize);
-    std::memcpy(out.get(), out_.get(), lngUsed_);
-    out_ = std::move(out);
+  void startPiece(std::size_t lngBytes) {
+    constexpr std::size_t kLargest = std::size_t{64} << 10;
+    if (size() + lngBytes > lngMost_) refuseSize();
+    const std::size_t lngSize = std::max(std::min(2 * lngSize_, kLargest), lngBytes);
+    auto piece = std::make_unique_for_overwrite<char[]>(lngSize);
+    full_.push_back({std::move(piece_), lngUsed_});
+    lngFull_ += lngUsed_;
+    piece_ = std::move(piece);
     lngSize_ = lngSize;
+    lngUsed_ = 0;
   }
+
+  std::size_t size() const noexcept { return lngFull_ + lngUsed_; }
 
   [[noreturn]] void refuseSize() const {
     throw RuntimeError(kXmlFailure, kTextTooLarge + std::to_string(lngMost_) + " bytes.");
   }
 
+  /// The text is written in pieces, which are put together once its size is known: no byte is moved
+  /// more than once, and no more memory is touched than for twice the text.
+  struct Piece {
+    std::unique_ptr<char[]> bytes;
+    std::size_t lngUsed;
+  };
+
   std::size_t lngMost_;
   std::size_t lngMostAttributes_;
-  std::size_t lngSize_ = 512;
-  std::unique_ptr<char[]> out_ = std::make_unique_for_overwrite<char[]>(lngSize_);
-  std::size_t lngUsed_ = 0;  // of these bytes
+  std::vector<Piece> full_;
+  std::size_t lngFull_ = 0;  // the bytes in them
+  std::size_t lngSize_ = 4096;
+  std::unique_ptr<char[]> piece_ = std::make_unique_for_overwrite<char[]>(lngSize_);
+  std::size_t lngUsed_ = 0;  // of this piece
   NamespaceScope scope_;
 };
 

@@ -93,8 +93,9 @@ std::shared_ptr<const DocumentContent> DocumentState::read(FileCache& cache,
                                                            const DocumentSettings& limits,
                                                            ParseError& error) {
   constexpr std::size_t kTimesItsText = 4;  // about what a tree takes, with its indexes
-  const std::string strName = "document" + std::to_string(limits.lngMaxBytes) + ' ' +
-                              std::to_string(limits.lngMaxNodes) + ' ' + std::string(strLocation);
+  const std::size_t lngLimits[] = {limits.lngMaxBytes, limits.lngMaxNodes};
+  std::string strName = "document";
+  strName.append(reinterpret_cast<const char*>(lngLimits), sizeof lngLimits).append(strLocation);
   const auto made = cache.get(strName, [&]() -> FileCache::Made {
     FileCache::Made content;
     const std::optional<std::string> strBytes =
@@ -130,7 +131,10 @@ bool DocumentState::take(std::shared_ptr<const DocumentContent> loaded, ParseErr
   const bool blnLoaded = loaded != nullptr;
   if (settings.blnReadOnly) {
     if (blnHandlesExist) refuse(kReadOnlyInUse);
-    own_->replace(0, false, [](Tree&) { return nullptr; });
+    // What it had of its own goes, where there is any.
+    if (!loaded || own_->tree.document()->first) {
+      own_->replace(0, false, [](Tree&) { return nullptr; });
+    }
     shared_ = std::move(loaded);
     content_ = shared_ ? shared_.get() : &*own_;
   } else {

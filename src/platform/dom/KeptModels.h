@@ -38,9 +38,9 @@ const void* keptModel(const Document& objDocument, const void* type,
 /// `Model(objDocument)`, or null as above. It must not hold on to the document.
 template <class Model>
 const Model* modelOf(const Document& objDocument) {
-  static constexpr char kType = 0;
+  static constexpr char kOfThis = 0;
   return static_cast<const Model*>(
-      keptModel(objDocument, &kType, [&] { return std::make_shared<const Model>(objDocument); }));
+      keptModel(objDocument, &kOfThis, [&] { return std::make_shared<const Model>(objDocument); }));
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <sstream>
+#include <string_view>
 #include <utility>
 
 #include "CannotRun.h"
@@ -24,16 +25,45 @@ std::vector<std::string> withEmptyValuesApart(std::vector<std::string> words) {
   return apart;
 }
 
-void addOptions(const Command& command, CLI::App& app) {
+/// The sub-commands and options that the words name. The parser takes its time for each that it
+/// knows, so it gets no others, unless it may have to list them all.
+class Named {
+ public:
+  explicit Named(const std::vector<std::string>& words) {
+    for (const std::string_view word : words) {
+      const std::string_view name = names_.emplace_back(word.substr(0, word.find('=')));
+      const bool isOption = name.starts_with("--") && findOption(name.substr(2)) != nullptr;
+      if (name.size() > 1 && name.starts_with('-') && !isOption) all_ = true;
+    }
+  }
+
+  bool has(std::string_view name) const {
+    return all_ || std::ranges::find(names_, name) != names_.end();
+  }
+
+ private:
+  std::vector<std::string_view> names_;  // of the words
+  bool all_ = false;                     // one asks for help, or is a mistake
+};
+
+/// What the parser knows of a sub-command.
+struct Offer {
+  const Command* command;
+  const CLI::App* app;
+  std::vector<std::pair<const OptionRow*, const CLI::Option*>> options;
+};
+
+void addOptions(const Named& named, CLI::App& app, Offer& offer) {
   for (const OptionRow& row : optionTable()) {
-    if ((row.commands & command.id) == 0) continue;
     const std::string name = std::string("--") + row.name;
+    if ((row.commands & offer.command->id) == 0 || !named.has(name)) continue;
     CLI::Option* const option =
         isFlag(row.kind) ? app.add_flag(name) : app.add_option(name)->expected(1)->type_size(1);
     option->description(row.help)->group(row.group);
     // What is given twice is told below, in words that say what to do.
     option->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
     if (!isFlag(row.kind)) option->type_name(placeholderOf(row));
+    offer.options.emplace_back(&row, option);
   }
 }
 
@@ -48,19 +78,16 @@ std::string exitStatus(const Command& command) {
   return text + '.';
 }
 
-OptionValues givenOptions(const Command& command, const CLI::App& app) {
+OptionValues givenOptions(const Offer& offer) {
   OptionValues values;
-  for (const OptionRow& row : optionTable()) {
-    if ((row.commands & command.id) == 0) continue;
-    const std::string name = std::string("--") + row.name;
-    const CLI::Option* const option = app.get_option(name);
+  for (const auto& [row, option] : offer.options) {
     if (option->count() == 0) continue;
     if (option->count() > 1) {
-      throw CannotRun(name + ": given " + std::to_string(option->count()) +
+      throw CannotRun(std::string("--") + row->name + ": given " + std::to_string(option->count()) +
                       " times; leave all but one of them out");
     }
-    values[row.name] =
-        isFlag(row.kind) ? (option->as<bool>() ? "true" : "false") : option->results().front();
+    values[row->name] =
+        isFlag(row->kind) ? (option->as<bool>() ? "true" : "false") : option->results().front();
   }
   return values;
 }
@@ -85,13 +112,16 @@ CommandLine readCommandLine(std::vector<std::string> words) {
   app.footer("SUBCOMMAND --help lists its options and says what its exit status means.");
   std::vector<std::string> operands;
   std::vector<std::string> names;
+  std::vector<Offer> offers;
+  const Named named(words);
   for (const Command& command : commands()) {
+    names.emplace_back(command.name);
+    if (!named.has(command.name)) continue;
     CLI::App* const one = app.add_subcommand(command.name, command.help);
     one->set_version_flag("--version", kVersion);
     one->footer(exitStatus(command));
-    names.emplace_back(command.name);
-    if (std::ranges::find(words, command.name) == words.end()) continue;  // nobody asks for its own
-    addOptions(command, *one);
+    Offer& offer = offers.emplace_back(Offer{.command = &command, .app = one, .options = {}});
+    addOptions(named, *one, offer);
     if (command.operands) {
       one->add_option(command.operands, operands)->type_name("")->required();
     }
@@ -101,11 +131,10 @@ CommandLine readCommandLine(std::vector<std::string> words) {
     words = withEmptyValuesApart(std::move(words));
     std::ranges::reverse(words);  // the parser takes them from the back
     app.parse(std::move(words));
-    for (const Command& command : commands()) {
-      const CLI::App* const one = app.get_subcommand(command.name);
-      if (one->parsed()) {
-        return {.command = &command,
-                .options = givenOptions(command, *one),
+    for (const Offer& offer : offers) {
+      if (offer.app->parsed() > 0) {
+        return {.command = offer.command,
+                .options = givenOptions(offer),
                 .operands = std::move(operands)};
       }
     }

@@ -44,6 +44,8 @@ std::string cellPrefixOf(std::string_view strTableId) {
 }
 
 FormCollection::FormCollection(std::string_view strBody) {
+  // A name mostly comes behind the one before: a label behind its question, a cell behind another.
+  auto hint = byName_.end();
   for (std::string_view strRest = strBody; !strRest.empty();) {
     const std::size_t lngEnd = std::min(strRest.find('&'), strRest.size());
     const std::string_view strPair = strRest.substr(0, lngEnd);
@@ -52,21 +54,30 @@ FormCollection::FormCollection(std::string_view strBody) {
 
     const std::size_t lngEquals = std::min(strPair.find('='), strPair.size());
     const std::size_t lngValue = std::min(lngEquals + 1, strPair.size());
-    add(decode(strPair.substr(0, lngEquals)), decode(strPair.substr(lngValue)));
+    hint = add(decode(strPair.substr(0, lngEquals)), decode(strPair.substr(lngValue)), hint);
   }
 }
 
 void FormCollection::add(std::string_view strName, std::string_view strValue) {
-  const auto known = byName_.find(strName);
-  if (known != byName_.end()) {
-    items_[known->second].strValue.append(", ").append(strValue);
-    return;
+  add(std::string(strName), std::string(strValue), byName_.end());
+}
+
+FormCollection::ByName::iterator FormCollection::add(std::string strName, std::string strValue,
+                                                     ByName::iterator hint) {
+  if (const Item* const known = find(strName)) {
+    items_[static_cast<std::size_t>(known - items_.data())].strValue.append(", ").append(strValue);
+    return hint;
   }
-  items_.push_back({std::string(strName), std::string(strValue)});
-  byName_.emplace(strName, items_.size() - 1);
-  if (2 * items_.size() <= byHash_.size()) return enter(items_.size() - 1);
-  byHash_.assign(std::max<std::size_t>(64, 2 * byHash_.size()), 0);
-  for (std::size_t lngItem = 0; lngItem < items_.size(); ++lngItem) enter(lngItem);
+  const std::size_t lngItem = items_.size();
+  items_.push_back({strName, std::move(strValue)});
+  hint = byName_.emplace_hint(hint, std::move(strName), lngItem);
+  if (2 * items_.size() <= byHash_.size()) {
+    enter(lngItem);
+  } else {
+    byHash_.assign(std::max<std::size_t>(64, 2 * byHash_.size()), 0);
+    for (std::size_t lngEach = 0; lngEach < items_.size(); ++lngEach) enter(lngEach);
+  }
+  return ++hint;
 }
 
 void FormCollection::replaceUnstorable() {

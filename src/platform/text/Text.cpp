@@ -138,21 +138,23 @@ std::string twoDigits(int lngNumber) {
   return {static_cast<char>('0' + lngNumber / 10), static_cast<char>('0' + lngNumber % 10)};
 }
 
-std::string replaceInvalidUtf8(std::string_view strBytes) {
+std::string replaceInvalidUtf8(std::string strBytes) {
+  std::size_t lngAscii = asciiBytes(strBytes);
+  if (lngAscii == strBytes.size()) return strBytes;
   std::string strText;
   strText.reserve(strBytes.size());
-  while (!strBytes.empty()) {
-    const std::size_t lngAscii = asciiBytes(strBytes);
-    strText += strBytes.substr(0, lngAscii);
-    strBytes.remove_prefix(lngAscii);
-    if (strBytes.empty()) break;
-    const Utf8Character character = firstCharacter(strBytes);
+  std::string_view strRest(strBytes);
+  while (true) {
+    strText += strRest.substr(0, lngAscii);
+    strRest.remove_prefix(lngAscii);
+    if (strRest.empty()) return strText;
+    const Utf8Character character = firstCharacter(strRest);
     const std::size_t lngBytes =
-        character.isCharacter() ? character.lngBytes : brokenBytes(strBytes);
-    strText += character.isCharacter() ? strBytes.substr(0, lngBytes) : kReplacementCharacter;
-    strBytes.remove_prefix(lngBytes);
+        character.isCharacter() ? character.lngBytes : brokenBytes(strRest);
+    strText += character.isCharacter() ? strRest.substr(0, lngBytes) : kReplacementCharacter;
+    strRest.remove_prefix(lngBytes);
+    lngAscii = asciiBytes(strRest);
   }
-  return strText;
 }
 
 std::string percentDecoded(std::string_view strEncoded) {

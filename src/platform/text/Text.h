@@ -49,6 +49,6 @@ std::string percentDecoded(std::string_view strEncoded);
 
 /// Each byte sequence that is not UTF-8 replaced by U+FFFD, one for each maximal part of a
 /// character.
-std::string replaceInvalidUtf8(std::string_view strBytes);
+std::string replaceInvalidUtf8(std::string strBytes);
 
 }  // namespace Varnel_Tolv_XML_Creation

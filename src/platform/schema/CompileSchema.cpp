@@ -3,7 +3,7 @@
 #include <libxml/xmlschemas.h>
 
 #include <algorithm>
-#include <climits>
+#include <cstdint>
 #include <exception>
 #include <new>
 #include <string>
@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/schema/CompilerDocument.h"
 #include "platform/schema/FacetSpot.h"
 #include "platform/schema/HeavyContent.h"
 #include "platform/schema/ReadSchemaDocuments.h"
@@ -48,12 +49,16 @@ void onCompileError(void* context, xmlError* report) {
 }
 
 /// A copy of a document for the compiler, whose references are the locations of served documents:
-/// so each document, in each of its parts, is what the compiler knows by one location. Its elements
-/// stand on the lines of those that they are copies of, except where content is set aside.
+/// so each document, in each of its parts, is what the compiler knows by one location.
 class CompilerCopy {
  public:
+  /// As the text of a document that it loads the copy has lines of its own: its elements stand on
+  /// those of the elements that they are copies of, except where content is set aside.
+  enum class Use : std::uint8_t { tree, text };
+
   CompilerCopy(const SchemaDocuments& documents, std::size_t lngDocument,
-               const std::vector<HeavyContent>& heavy) {
+               const std::vector<HeavyContent>& heavy, Use use)
+      : use_(use) {
     std::unordered_map<const TreeNode*, HeavyContent::Substitute> substitutes;
     for (const HeavyContent& content : heavy) {
       if (content.lngDocument != lngDocument) continue;
@@ -93,6 +98,8 @@ class CompilerCopy {
     }
   }
 
+  const Tree& tree() const noexcept { return tree_; }
+
   std::string text() const {
     return std::string(lngFirstLine_ - 1, '\n') + serialiseXml(tree_, tree_.document()->first);
   }
@@ -100,7 +107,7 @@ class CompilerCopy {
  private:
   /// Lets the element that is added next to `parent` stand on a line, unless that is over.
   void goToLine(std::size_t lngLine, TreeNode* parent) {
-    if (lngLine <= lngLine_) return;
+    if (use_ == Use::tree || lngLine <= lngLine_) return;
     const std::string strLines(lngLine - lngLine_, '\n');
     linkNode(parent, tree_.newLeaf(NodeKind::text, nullptr, strLines), nullptr);
     lngLine_ = lngLine;
@@ -146,7 +153,9 @@ class CompilerCopy {
       linkNode(above,
                tree_.newElement(tree_.name(name.prefix->strText, strKind, name.uri->strText)),
                before);
-      return before ? before->prev : asParent(above)->last;
+      TreeNode* const added = before ? before->prev : asParent(above)->last;
+      asParent(added)->lngLine = asParent(particle)->lngLine;
+      return added;
     };
     TreeNode* const parent = particle->parent;
     if (substitute != HeavyContent::Substitute::none) {
@@ -166,6 +175,7 @@ class CompilerCopy {
     linkNode(blnAll ? group : addElement(group, nullptr, "sequence"), particle, nullptr);
   }
 
+  const Use use_;
   Tree tree_;
   std::size_t lngFirstLine_ = 1;  // on which the root stands
   std::size_t lngLine_ = 1;       // that of the text so far
@@ -196,15 +206,11 @@ void checkByCompiler(const SchemaDocuments& documents, std::string_view strPath)
   const MemoryWatch memory;
   const std::vector<HeavyContent> heavy = heavyContents(documents);
   const auto textOf = [&](std::size_t lngDocument) {
-    return CompilerCopy(documents, lngDocument, heavy).text();
+    return CompilerCopy(documents, lngDocument, heavy, CompilerCopy::Use::text).text();
   };
   const ServedDocuments served(textOf);
-  const std::string strText = textOf(0);
-  if (strText.size() > INT_MAX) throw std::bad_alloc();
-  const OwnedXmlDoc document(xmlReadMemory(
-      strText.data(), static_cast<int>(strText.size()), ServedDocuments::location(0).c_str(),
-      nullptr, XML_PARSE_NONET | XML_PARSE_HUGE | XML_PARSE_NOERROR | XML_PARSE_NOWARNING));
-  if (!document) throw std::bad_alloc();
+  const CompilerCopy copy(documents, 0, heavy, CompilerCopy::Use::tree);
+  const CompilerDocument document(copy.tree(), ServedDocuments::location(0));
   CompileRun run;
   const Owned<xmlSchemaParserCtxt, xmlSchemaFreeParserCtxt> parser(
       xmlSchemaNewDocParserCtxt(document.get()));

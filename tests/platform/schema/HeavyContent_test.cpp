@@ -275,6 +275,19 @@ TEST(HeavyContent, IsCheckedAllTheSame) {
   }
 }
 
+TEST(HeavyContent, IsToldOfOnItsLine) {
+  const SchemaDirectory directory;
+  const std::string strContent = elements(200, kOptional) + "\n\n<xs:element ref='t:nix'/>";
+  const SchemaDocuments documents = documentsOf(
+      directory, "\n" + type(sequence(strContent)) + "\n\n\n<xs:element name='r' type='t:T'/>");
+  try {
+    checkByCompiler(documents, "main.xsd");
+    FAIL() << "it is not refused";
+  } catch (const SchemaFailure& failure) {
+    EXPECT_EQ(failure.spot().lngLine, 4U);
+  }
+}
+
 TEST(HeavyContent, IsFoundInEveryDocument) {
   const SchemaDirectory directory;
   const std::string strHeavy = sequence(elements(200, "type='S' minOccurs='0'"));

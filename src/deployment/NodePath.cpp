@@ -17,7 +17,7 @@ NodePath::NodePath(std::string_view strParentXPath, std::string_view strNodePath
     lngEnd = std::min(strWhole.find('/', lngEnd + 1), strWhole.size());
     stepEnds_.push_back(lngEnd);
   }
-  whole_ = PreparedPath(std::move(strWhole), names);
+  whole_ = PreparedPath(parent_, std::move(strWhole), names);
 }
 
 std::string_view NodePath::step(std::size_t lngStep) const noexcept {

@@ -197,21 +197,12 @@ std::optional<TreeNode*> firstByNames(TreeNode* start, std::span<const TreeName*
   return node != nullptr || blnOnlyWay ? std::optional(node) : std::nullopt;
 }
 
-std::optional<std::vector<std::pair<std::string_view, std::string_view>>> namesOfAbsolutePath(
-    std::string_view strXPath) {
-  std::vector<std::pair<std::string_view, std::string_view>> colNames;
-  while (take(strXPath, "/")) {
-    std::string_view strLocal = takeName(strXPath);
-    std::string_view strPrefix;
-    if (take(strXPath, ":")) strPrefix = std::exchange(strLocal, takeName(strXPath));
-    const bool blnPrefixMissing = strPrefix.data() != nullptr && strPrefix.empty();
-    if (strLocal.empty() || blnPrefixMissing || colNames.size() == kMostPlainNames) {
-      return std::nullopt;
-    }
-    colNames.emplace_back(strPrefix, strLocal);
-  }
-  if (!strXPath.empty() || colNames.empty()) return std::nullopt;
-  return colNames;
+std::string_view takeStep(std::string_view& strXPath) noexcept {
+  if (!take(strXPath, "/")) return {};
+  const std::string_view strFrom = strXPath;
+  std::string_view strLast = takeName(strXPath);
+  if (!strLast.empty() && take(strXPath, ":")) strLast = takeName(strXPath);
+  return strLast.empty() ? strLast : strFrom.substr(0, strFrom.size() - strXPath.size());
 }
 
 std::optional<TreeNode*> firstOfPlainPath(const SelectionContext& context,

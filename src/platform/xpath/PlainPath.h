@@ -4,7 +4,6 @@
 #include <optional>
 #include <span>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "platform/xml/TreeLimits.h"
@@ -33,10 +32,9 @@ std::optional<std::vector<TreeNode*>> allOfPlainPath(const SelectionContext& con
 /// With more names an expression is not one of these.
 inline constexpr std::size_t kMostPlainNames = kMaxDepth;  // no document is deeper
 
-/// The prefixes, empty for none, and local names of an expression that is nothing but "/", a name
-/// and so on; none for every other expression.
-std::optional<std::vector<std::pair<std::string_view, std::string_view>>> namesOfAbsolutePath(
-    std::string_view strXPath);
+/// Takes "/" and a name from the beginning of an expression: the name as it is written, empty where
+/// the expression goes on with anything else.
+std::string_view takeStep(std::string_view& strXPath) noexcept;
 
 /// Goes from `start` to its first child of the first name, given as its `plain` (null: the document
 /// has none), and so on. Where a node has no such child, null, which is an answer only if no name

@@ -9,22 +9,35 @@
 
 namespace Varnel_Tolv_XML_Creation {
 
-std::uint32_t PathNames::number(std::string_view strPrefix, std::string_view strLocal) {
-  std::string strName(strPrefix);
-  if (!strPrefix.empty()) strName += ':';
-  strName += strLocal;
-  const auto [known, blnNew] =
-      numbers_.try_emplace(std::move(strName), static_cast<std::uint32_t>(names_.size()));
-  if (blnNew) names_.push_back({std::string(strPrefix), std::string(strLocal)});
-  return known->second;
+std::uint32_t PathNames::number(std::string_view strName) {
+  const auto known = numbers_.find(strName);
+  if (known != numbers_.end()) return known->second;
+  const auto lngNumber = static_cast<std::uint32_t>(names_.size());
+  const std::size_t lngColon = strName.find(':');
+  const bool blnPrefix = lngColon != std::string_view::npos;
+  names_.push_back({std::string(blnPrefix ? strName.substr(0, lngColon) : std::string_view()),
+                    std::string(blnPrefix ? strName.substr(lngColon + 1) : strName)});
+  numbers_.emplace(strName, lngNumber);
+  return lngNumber;
 }
 
-PreparedPath::PreparedPath(std::string strXPath, const std::shared_ptr<PathNames>& names)
+PreparedPath::PreparedPath(const PreparedPath& beginning, std::string strXPath,
+                           const std::shared_ptr<PathNames>& names)
     : strText_(std::move(strXPath)), names_(names) {
-  const auto colNames = names ? namesOfAbsolutePath(strText_) : std::nullopt;
-  if (!colNames) return;
-  for (const auto& [strPrefix, strLocal] : *colNames) {
-    steps_.push_back(names->number(strPrefix, strLocal));
+  if (!names) return;
+  std::string_view strRest = strText_;
+  if (!beginning.steps_.empty()) strRest.remove_prefix(beginning.strText_.size());
+  const auto lngMost = static_cast<std::size_t>(std::ranges::count(strRest, '/'));
+  if (beginning.steps_.size() + lngMost > kMostPlainNames) return;
+  steps_.reserve(beginning.steps_.size() + lngMost);
+  steps_ = beginning.steps_;
+  while (!strRest.empty()) {
+    const std::string_view strName = takeStep(strRest);
+    if (strName.empty()) {
+      steps_.clear();
+      return;
+    }
+    steps_.push_back(names->number(strName));
   }
 }
 

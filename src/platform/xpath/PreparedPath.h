@@ -2,12 +2,13 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <map>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -30,12 +31,20 @@ class PathNames {
     std::string strLocal;
   };
 
-  std::uint32_t number(std::string_view strPrefix, std::string_view strLocal);
+  /// Of a name as it is written.
+  std::uint32_t number(std::string_view strName);
   const std::vector<Name>& names() const noexcept { return names_; }
 
  private:
+  struct NameHash {
+    using is_transparent = void;
+    std::size_t operator()(std::string_view strName) const {
+      return std::hash<std::string_view>()(strName);
+    }
+  };
+
   std::vector<Name> names_;
-  std::map<std::string, std::uint32_t, std::less<>> numbers_;  // by the names as written
+  std::unordered_map<std::string, std::uint32_t, NameHash, std::equal_to<>> numbers_;
 };
 
 /// An expression as a selection takes it. It is borrowed.
@@ -50,7 +59,12 @@ class PreparedPath {
   PreparedPath() = default;
 
   /// Adds its names to `names`, if there are any; null: it stays its text.
-  PreparedPath(std::string strXPath, const std::shared_ptr<PathNames>& names);
+  PreparedPath(std::string strXPath, const std::shared_ptr<PathNames>& names)
+      : PreparedPath(PreparedPath(), std::move(strXPath), names) {}
+
+  /// An expression that is another with "/" and more behind it: of that the names are known.
+  PreparedPath(const PreparedPath& beginning, std::string strXPath,
+               const std::shared_ptr<PathNames>& names);
 
   const std::string& text() const noexcept { return strText_; }
   std::size_t names() const noexcept { return steps_.size(); }

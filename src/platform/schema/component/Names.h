@@ -5,10 +5,7 @@
 #include <deque>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
-
-#include "platform/text/ShortText.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
@@ -26,6 +23,9 @@ struct ExpandedName {
 using NameId = std::uint32_t;
 inline constexpr NameId kNoName = 0;  // of a name that it does not mention
 
+/// The names of a schema by their numbers, and their numbers by their texts, in buckets by a hash
+/// that takes next to nothing. Names can be made so that many have the same: where a bucket gets
+/// too many, all go into buckets by the standard library's hash, which takes longer.
 class NameTable {
  public:
   NameTable();
@@ -37,23 +37,28 @@ class NameTable {
   const ExpandedName& operator[](NameId name) const noexcept { return names_[name]; }
   std::size_t size() const noexcept { return names_.size(); }
 
- private:
-  struct Key {
-    std::size_t lngHash;  // once computed, enough to find a name and to add it
-    std::string_view strUri;
-    std::string_view strLocal;
-    bool operator==(const Key& other) const noexcept {
-      return lngHash == other.lngHash && isSame(strLocal, other.strLocal) &&
-             isSame(strUri, other.strUri);
-    }
-  };
-  struct Hash {
-    std::size_t operator()(const Key& key) const noexcept { return key.lngHash; }
-  };
-  static Key keyOf(std::string_view strUri, std::string_view strLocal) noexcept;
+  /// The names in the fullest bucket, with which one that is looked for may be compared.
+  std::size_t mostAlike() const noexcept;
 
-  std::deque<ExpandedName> names_;  // never moves a name, and the keys lie in them
-  std::unordered_map<Key, NameId, Hash> ids_;
+ private:
+  struct Entry {
+    std::size_t lngHash = 0;
+    NameId nextOfBucket = kNoName;
+    std::string_view strUri = {};
+    std::string_view strLocal = {};
+  };
+
+  std::size_t hashOfName(std::string_view strUri, std::string_view strLocal) const noexcept;
+  NameId find(std::string_view strUri, std::string_view strLocal,
+              std::size_t lngHash) const noexcept;
+  NameId& bucket(std::size_t lngHash) { return buckets_[lngHash & (buckets_.size() - 1)]; }
+  void fillBuckets(std::size_t lngBuckets);
+  std::size_t alikeFrom(NameId name) const noexcept;
+
+  std::deque<ExpandedName> names_;  // never moves a name, and the texts of the entries lie in them
+  std::vector<Entry> entries_;      // of the names
+  std::vector<NameId> buckets_;     // the first name of each
+  bool blnManyAlike_ = false;
 };
 
 /// What is known of names. Their numbers are small and close to each other: this is a list.

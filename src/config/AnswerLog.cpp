@@ -159,6 +159,11 @@ void AnswerLog::overwrite(const Node& objTarget, std::string_view strText, const
   for (const Node& objElement : colBelow) gone(objElement, reason::kOverwritten, rule);
 }
 
+void AnswerLog::displaced(const Node& objElement) {
+  bringIndexUpToDate();
+  gone(objElement, reason::kOverwritten, {});
+}
+
 /// Only the journal tells of every cell, and where a run failed the object in hand may have cells
 /// that were not written. An answer that was written over may stand in a cell all the same. Those
 /// of other cells stand.

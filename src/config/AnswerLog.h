@@ -161,6 +161,9 @@ class AnswerLog {
   void writeOther(const Node& objTarget, std::string_view strText, const Node& objRule);
   /// Whether the answer in hand was written anywhere, or is told as lost.
   bool isDecided() const;
+  /// What was written to an element does not stand any more: the element has gone from the complex
+  /// type that is being made, with a placeholder or under what was written around it.
+  void displaced(const Node& objElement);
   /// What was written below `objMade` stands below `objPlaced` now, a copy of it unless both are
   /// the same. To be called with the tops of both, before anything else changes either.
   void placed(const Node& objMade, const Node& objPlaced);

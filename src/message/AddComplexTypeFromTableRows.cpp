@@ -63,13 +63,6 @@ bool isSplit(std::string_view strId) {
   return strId.find(kIdentifierDelimiter) != std::string_view::npos;
 }
 
-/// Whether a node still stands in the row model.
-bool standsIn(const Node& objModel, const Node& objNode) {
-  Node objTop = objNode;
-  while (objTop && objTop != objModel) objTop = objTop.parentNode();
-  return bool{objTop};
-}
-
 NodeList placeholders(const Node& objModel) { return required(objModel.selectNodes("//value")); }
 
 /// A copy of any complex type on its way to become a row.
@@ -174,6 +167,17 @@ std::string_view typeOf(const Cell& cell) { return attributeView(cell.objColumn,
 void noteLost(const Session& session, const Cell& cell, const Node& objType) {
   if (session.answers) {
     session.answers->loseCell(cell.objColumn, reason::kCellWithoutPlace, objType);
+  }
+}
+
+/// The element that a cell was written to may have gone with the placeholder of another.
+void noteDisplaced(const Session& session, const Node& objModel,
+                   const std::vector<CellPlace>& places) {
+  if (!session.answers) return;
+  for (const CellPlace& place : places) {
+    if (place.objElement && !standsIn(objModel, place.objElement)) {
+      session.answers->displaced(place.objElement);
+    }
   }
 }
 
@@ -374,6 +378,7 @@ Acknowledge AddComplexTypeFromTableRows(const Session& session, const Document& 
       std::vector<CellPlace> places;
       for (const Cell& cell : cells) places.push_back(placeCell(session, model, marks, cell));
       model.removePlaceholders();
+      noteDisplaced(session, model.type(), places);
       Node objPlacedRow;
       objAck = appendRow(session, objSendXML, objParentNode, model.type(), strNodeName, ids,
                          objPlacedRow);

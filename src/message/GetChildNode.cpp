@@ -1,6 +1,7 @@
 #include "message/GetChildNode.h"
 
 #include <string>
+#include <vector>
 
 #include "config/AnswerLog.h"
 #include "config/Attributes.h"
@@ -30,12 +31,16 @@ struct ChildValues {
   std::string_view strFieldLabel;
   std::string_view strValue;
   std::string strQuestionId;
+  std::vector<Node>& filled;  // the elements that were written to, for the answers
 };
 
 /// Writes a value into the element around a placeholder; it is the answer to `objSource`, if any.
-void fill(const Session& session, const Node& objParent, std::string_view strText,
+void fill(const ChildValues& values, const Node& objParent, std::string_view strText,
           const Node& objSource) {
-  if (session.answers) session.answers->writeFrom(objSource, objParent, strText);
+  if (AnswerLog* const answers = values.session.answers) {
+    answers->writeFrom(objSource, objParent, strText);
+    values.filled.push_back(objParent);
+  }
   objParent.setText(strText);
 }
 
@@ -50,7 +55,7 @@ void fillSlot(const Node& objPlaceholder, const Node& objParent, std::string_vie
     required(objParent.parentNode().removeChild(objParent));
     return;
   }
-  fill(values.session, objParent, strLine, values.prtobjct);
+  fill(values, objParent, strLine, values.prtobjct);
   objParent.setAttribute(kQuestionId, values.strQuestionId);
 }
 
@@ -71,11 +76,11 @@ void fillSingle(const Node& objPlaceholder, const Node& objParent, const std::st
   SetQuestionIdUpwards(objParent, values.strQuestionId, objStopMarker);
   required(objParent.removeChild(objPlaceholder));
   if (strFormValue == "true") {
-    fill(values.session, objParent, values.strValue, values.prtobjct);
+    fill(values, objParent, values.strValue, values.prtobjct);
   } else if (strFormLabel == "true") {
-    fill(values.session, objParent, values.strFieldLabel, {});
+    fill(values, objParent, values.strFieldLabel, {});
   } else if (isBlank(strMessageItem)) {
-    fill(values.session, objParent, objParameter.text(), {});
+    fill(values, objParent, objParameter.text(), {});
   } else {
     const Node objItem = selectProtocolObject(values.prtobjct.parentNode(), strMessageItem);
     if (!objItem) return;
@@ -84,7 +89,7 @@ void fillSingle(const Node& objPlaceholder, const Node& objParent, const std::st
     if (strItemType == "date" || strItemType == "time") {
       strItemValue = convertToXsdDate(values.session, strItemType, strItemValue);
     }
-    fill(values.session, objParent, strItemValue, objItem);
+    fill(values, objParent, strItemValue, objItem);
     objParent.setAttribute(kQuestionId, strMessageItem);
   }
 }
@@ -121,7 +126,9 @@ Acknowledge GetChildNode(const Session& session, const Node& prtobjct,
       return failure(SVC_RET_XML_CREATION_VALUE_NODES_MISSING,
                      "An error occurred retrieving the value nodes");
     }
-    const ChildValues values{session, prtobjct, objAction, strFieldLabel, strValue, strQuestionId};
+    std::vector<Node> filled;
+    const ChildValues values{session,  prtobjct,      objAction, strFieldLabel,
+                             strValue, strQuestionId, filled};
     for (const Node& objPlaceholder : *colPlaceholders) {
       const std::string strId = toLower(attributeText(objPlaceholder, kId));
       const Node objParent = objPlaceholder.parentNode();
@@ -135,7 +142,12 @@ Acknowledge GetChildNode(const Session& session, const Node& prtobjct,
         fillSingle(objPlaceholder, objParent, strId, values);
       }
     }
-    if (session.answers) noteUnusedAnswer(*session.answers, objAction, *colPlaceholders, arrValues);
+    if (session.answers) {
+      for (const Node& objFilled : filled) {
+        if (!standsIn(objComplexType, objFilled)) session.answers->displaced(objFilled);
+      }
+      noteUnusedAnswer(*session.answers, objAction, *colPlaceholders, arrValues);
+    }
     objChildNode = objComplexType;
     return {};
   });

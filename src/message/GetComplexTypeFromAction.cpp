@@ -52,6 +52,12 @@ Acknowledge GetComplexTypeFromAction(const Document& objSchemaTypeMapper,
   });
 }
 
+bool standsIn(const Node& objComplexType, const Node& objNode) {
+  Node objTop = objNode;
+  while (objTop && objTop != objComplexType) objTop = objTop.parentNode();
+  return bool{objTop};
+}
+
 const SchemaType* compiledType(const Document& objSchemaTypeMapper, std::string_view strActionId) {
   const std::string strId = toLower(strActionId);
   const auto* const types = modelOf<SchemaTypes>(objSchemaTypeMapper);

@@ -17,6 +17,9 @@ Acknowledge GetComplexTypeFromAction(const Document& objSchemaTypeMapper,
                                      std::string_view strActionId, Node& objComplexType,
                                      const Node& objTarget = {});
 
+/// Whether a node stands in the copy of a complex type, or is that. Has no handler.
+bool standsIn(const Node& objComplexType, const Node& objNode);
+
 /// What the compiled schema type mapper says of that complex type; null where there is none, or
 /// only the document can tell. Has no handler.
 const SchemaType* compiledType(const Document& objSchemaTypeMapper, std::string_view strActionId);

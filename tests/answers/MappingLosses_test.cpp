@@ -172,6 +172,41 @@ TEST(MappingLosses, TellWhatAComplexTypeDoesNotTake) {
   }
 }
 
+TEST(MappingLosses, TellWhatOnePlaceholderTakesFromAnother) {
+  const std::string strBoth =
+      "<action id='x'><parameter id='v' formvalue='true'/><parameter id='w' messageitem='r'/>"
+      "</action>";
+  const struct {
+    const char *says, *types, *losses;
+  } cases[] = {
+      {"elements of their own", "<m:v><value id='v'/></m:v><m:w><value id='w'/></m:w>", ""},
+      {"one in the placeholder of the other",
+       "<m:v><value id='v'><m:w><value id='w'/></m:w></value></m:v>",
+       "r|||2|overwritten|mapper.xml:2\n"},
+      {"one that is the other's child", "<m:v><value id='w'><value id='v'/></value></m:v>",
+       "q|||1|overwritten|mapper.xml:2\n"},
+      {"one in the element of the other, behind it",
+       "<m:v><value id='v'/><m:w><value id='w'/></m:w></m:v>", "r|||2|overwritten|mapper.xml:2\n"},
+      {"before it", "<m:v><m:w><value id='w'/></m:w><value id='v'/></m:v>",
+       "r|||2|overwritten|mapper.xml:2\n"},
+      {"one that no parameter names stays with what is in it",
+       "<m:v><value id='z'><m:w><value id='w'/></m:w><m:u><value id='v'/></m:u></value></m:v>", ""},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    AnswerStory story;
+    story.strObjects = question("q") + question("r");
+    story.strEntries = byAction(strBoth) + "\n<messageitem id='r' toschema='false'/>";
+    story.strTypes = "<schematype id='x'>" + std::string(c.types) + "</schematype>";
+    story.strForm = "q=1&r=2";
+    EXPECT_EQ(story.losses(), c.losses);
+    EXPECT_TRUE(Succeeded(story.objAck));
+    for (const AnswerLoss& loss : story.report.losses) {
+      EXPECT_EQ(story.strMessage.find(">" + loss.value + "<"), std::string::npos);
+    }
+  }
+}
+
 TEST(MappingLosses, TellWhatATextOfTwoValuesDoesNotTake) {
   const struct {
     const char* says;
@@ -208,6 +243,9 @@ TEST(MappingLosses, TellWhichLinesOfAnAddressHaveNoSlot) {
       {"a slot for each", kAll, "q=A,B,C,D", ""},
       {"two lines, two slots", kLastTwo, "q=C%0D%0AD", ""},
       {"more lines than slots", kLastTwo, "q=A,B,C,D", "q|||A, B|line-without-slot|mapper.xml:2\n"},
+      {"a slot in the element of one that stays empty",
+       "<m:b><m:a><value id='l4'/></m:a><value id='l3'/></m:b>", "q=A",
+       "q|||A|overwritten|mapper.xml:2\n"},
       {"nothing but separators", kAll, "q=,%0D%0A,", "q|||,\r\n,|removed-as-empty|mapper.xml:2\n"},
   };
   for (const auto& c : cases) {

@@ -144,6 +144,21 @@ TEST(TableLosses, TellOfCellsThatTheMappingHasNoPlaceFor) {
        "<schematype id='cells'><m:d><m:c><value id='c'/></m:c><value id='d'/></m:d>"
        "</schematype>",
        "t|1|c|x|overwritten|mapper.xml:2\n"},
+      {"a placeholder inside one that is filled after it", strPlace,
+       "<schematype id='cells'><m:e><value id='d'><m:c><value id='c'/></m:c></value></m:e>"
+       "</schematype>",
+       "t|1|c|x|overwritten|mapper.xml:2\n"},
+      {"the child of one", strPlace,
+       "<schematype id='cells'><m:e><value id='d'><value id='c'/></value></m:e></schematype>",
+       "t|1|c|x|overwritten|mapper.xml:2\n"},
+      {"inside one that was filled before", strPlace,
+       "<schematype id='cells'>\n<m:e><value id='c'><m:d><value id='d'/></m:d></value></m:e>"
+       "</schematype>",
+       "t|1|d|y|cell-without-place|types.xml:2\n"},
+      {"inside one that no cell fills", strPlace,
+       "<schematype id='cells'><m:e><value id='z'><m:c><value id='c'/></m:c></value></m:e>"
+       "<m:d><value id='d'/></m:d></schematype>",
+       "t|1|c|x|overwritten|mapper.xml:2\n"},
       {"no entry", "", "<schematype id='cells'/>",
        "t|1|c|x|no-mapping|mapper.xml:0\nt|1|d|y|no-mapping|mapper.xml:0\n"},
       {"an entry without a place",

@@ -6,6 +6,7 @@
 
 #include "config/Attributes.h"
 #include "config/Names.h"
+#include "platform/dom/ElementPlaces.h"
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {
@@ -15,11 +16,7 @@ struct Step {
   Node objElement;
   std::string strName;
   std::size_t lngPosition = 1;
-  std::optional<NodeList> colChildren = std::nullopt;
-  std::size_t lngNext = 0;
-  std::string strCounted = {};                               // the name that was counted last
-  std::size_t lngCounted = 0;                                // how many of it, so far
-  std::unordered_map<std::string, std::size_t> counts = {};  // of the names before it
+  std::optional<ChildPositions> positions = std::nullopt;
 };
 
 /// The marks of the last of these elements that has any.
@@ -49,19 +46,8 @@ MarkedElement describe(const std::vector<Step>& steps) {
 
 /// The step from a parent to a child of it that stands behind all that were counted before.
 Step stepTo(Step& parent, const Node& objChild) {
-  if (!parent.colChildren) parent.colChildren = required(parent.objElement.childNodes());
-  for (;;) {
-    const Node objCounted = parent.colChildren->item(parent.lngNext++);
-    if (objCounted.nodeType() != NodeType::element) continue;
-    std::string strName = objCounted.nodeName();
-    if (strName != parent.strCounted) {  // mostly a row follows another
-      parent.counts[parent.strCounted] = parent.lngCounted;
-      parent.strCounted = strName;
-      parent.lngCounted = parent.counts[strName];
-    }
-    ++parent.lngCounted;
-    if (objCounted == objChild) return {objChild, std::move(strName), parent.lngCounted};
-  }
+  if (!parent.positions) parent.positions.emplace(parent.objElement);
+  return {objChild, objChild.nodeName(), parent.positions->of(objChild)};
 }
 
 /// Leads the steps from where they are to an element that comes later in the document.
@@ -88,14 +74,14 @@ void goTo(const Node& objElement, std::vector<Step>& steps) {
 std::unordered_map<std::size_t, MarkedElement> markedElements(const Document& objMessage,
                                                               std::vector<std::size_t> wanted) {
   std::ranges::sort(wanted);
+  wanted.erase(std::unique(wanted.begin(), wanted.end()), wanted.end());
+  const std::vector<Node> elements = elementsAt(objMessage.documentElement(), wanted);
   std::unordered_map<std::size_t, MarkedElement> found;
   std::vector<Step> steps;
-  const Node objRoot = objMessage.documentElement();
-  const NodeList colBelow = required(objRoot.getElementsByTagName("*"));
-  for (const std::size_t lngNumber : wanted) {
-    if (lngNumber > colBelow.length() || found.contains(lngNumber)) continue;
-    goTo(lngNumber == 0 ? objRoot : colBelow.item(lngNumber - 1), steps);
-    found.emplace(lngNumber, describe(steps));
+  for (std::size_t lngElement = 0; lngElement < elements.size(); ++lngElement) {
+    if (!elements[lngElement]) break;
+    goTo(elements[lngElement], steps);
+    found.emplace(wanted[lngElement], describe(steps));
   }
   return found;
 }

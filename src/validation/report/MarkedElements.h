@@ -26,8 +26,8 @@ struct MarkedElement {
 };
 
 /// Some elements of a message by their numbers in document order, the root being 0. Positions are
-/// those among the siblings with the same qualified name. Cost: one list of the message's elements,
-/// and a look at the siblings before each element and before those around it, at each but once.
+/// those among the siblings with the same qualified name. Cost: a look at each node of the message,
+/// and at the siblings before each element and before those around it, at each but once.
 std::unordered_map<std::size_t, MarkedElement> markedElements(const Document& objMessage,
                                                               std::vector<std::size_t> wanted);
 

@@ -1,5 +1,6 @@
 #include "validation/report/ParkIndex.h"
 
+#include <charconv>
 #include <utility>
 
 #include "config/Attributes.h"
@@ -10,17 +11,39 @@
 
 namespace Varnel_Tolv_XML_Creation {
 
-ParkIndex::ElementsById::ElementsById(NodeList colElementsWithIds,
-                                      std::pmr::memory_resource& memory)
-    : colElements(std::move(colElementsWithIds)), places(colElements.length(), &memory) {
-  for (std::size_t lngPlace = 0; lngPlace < colElements.length(); ++lngPlace) {
-    places.try_emplace(attributeView(colElements.item(lngPlace), kId), lngPlace);
+namespace {
+
+/// The place among others of an element that has its number from 1 on as its id.
+std::optional<std::size_t> placeByNumber(std::string_view strId) {
+  std::size_t lngNumber = 0;
+  const char* const end = strId.data() + strId.size();
+  const auto [last, problem] = std::from_chars(strId.data(), end, lngNumber);
+  if (problem != std::errc() || last != end || strId.front() == '0') return std::nullopt;
+  return lngNumber - 1;
+}
+
+}  // namespace
+
+/// Whether the element at this place, and all before it, have their numbers as ids.
+bool ParkIndex::ElementsById::isNumbered(std::size_t lngPlace) const {
+  while (lngNumbered_ <= lngPlace && lngNumbered_ < colElements.length() &&
+         placeByNumber(attributeView(colElements.item(lngNumbered_), kId)) == lngNumbered_) {
+    ++lngNumbered_;
   }
+  return lngPlace < lngNumbered_;
 }
 
 std::optional<std::size_t> ParkIndex::ElementsById::find(std::string_view strId) const {
-  const auto found = places.find(strId);
-  return found == places.end() ? std::nullopt : std::optional(found->second);
+  const std::optional<std::size_t> lngPlace = placeByNumber(strId);
+  if (lngPlace && isNumbered(*lngPlace)) return lngPlace;
+  if (!places_) {
+    places_.emplace(colElements.length(), memory_);
+    for (std::size_t lngElement = 0; lngElement < colElements.length(); ++lngElement) {
+      places_->try_emplace(attributeView(colElements.item(lngElement), kId), lngElement);
+    }
+  }
+  const auto found = places_->find(strId);
+  return found == places_->end() ? std::nullopt : std::optional(found->second);
 }
 
 ParkIndex::ParkIndex(const Document& objPark) {

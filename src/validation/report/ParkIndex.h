@@ -7,6 +7,7 @@
 #include <string_view>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "platform/dom/Document.h"
@@ -50,14 +51,24 @@ class ParkIndex {
   std::vector<std::string> objectsOf(const Node& objMessageItem) const;
 
  private:
-  /// Elements, of which the first of each id can be found by it.
-  struct ElementsById {
-    ElementsById(NodeList colElements, std::pmr::memory_resource& memory);
+  /// Elements, of which the first of each id can be found by it. Those of which the ids are their
+  /// numbers from 1 on, as the rows of a table, are found by that; only where others are asked for
+  /// all ids are entered.
+  class ElementsById {
+   public:
+    ElementsById(NodeList colElementsWithIds, std::pmr::memory_resource& memory)
+        : colElements(std::move(colElementsWithIds)), memory_(&memory) {}
 
     std::optional<std::size_t> find(std::string_view strId) const;
 
     NodeList colElements;
-    std::pmr::unordered_map<std::string_view, std::size_t> places;
+
+   private:
+    bool isNumbered(std::size_t lngPlace) const;
+
+    std::pmr::memory_resource* memory_;
+    mutable std::size_t lngNumbered_ = 0;  // so many of the first are known to have their numbers
+    mutable std::optional<std::pmr::unordered_map<std::string_view, std::size_t>> places_;
   };
   struct Table {
     ElementsById rows;

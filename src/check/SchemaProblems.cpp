@@ -20,6 +20,8 @@ constexpr const char* kIdentityHint =
     "a prefix is in none, also where the schema has a default namespace.";
 
 const std::string kUnusable = "The schema cannot be used: ";
+const std::string kOnNetwork =
+    "Nothing is read over the network: put the file beside the schema, or let a catalog name it";
 
 bool isOfSchema(const Node& objNode, std::string_view strName) {
   return objNode.baseName() == strName &&
@@ -34,8 +36,10 @@ struct Refusal {
   std::string strHint = "Correct it: until then no message is checked.";
 };
 
-/// What includes a document that is not there; the reason does not name it.
-std::optional<Refusal> missingDocument(const SchemaProblem& problem) {
+/// What includes a document that is not there; the reason does not name a file. `strCatalog` is
+/// what the cure says of catalogs.
+std::optional<Refusal> missingDocument(const SchemaProblem& problem,
+                                       const std::string& strCatalog) {
   if (problem.strMissing.empty()) return std::nullopt;
   const ParsedFile file(problem.strPath);
   for (const Node& objChild : childElements(file.root())) {
@@ -44,8 +48,14 @@ std::optional<Refusal> missingDocument(const SchemaProblem& problem) {
       continue;
     const std::string strLocation = attributeText(objChild, "schemaLocation");
     const auto strUri = resolveUri(strLocation, uriOfPath(file.path()));
-    if (!strUri || pathOfUri(*strUri) != problem.strMissing) continue;  // another on this line
-    return Refusal{file.path(), file.lineOf(objChild, "schemaLocation"),
+    if (!strUri || pathOfUri(*strUri).value_or(*strUri) != problem.strMissing) {
+      continue;  // another on this line
+    }
+    const std::size_t lngLine = file.lineOf(objChild, "schemaLocation");
+    if (!pathOfUri(*strUri)) {
+      return Refusal{file.path(), lngLine, problem.strReason, kOnNetwork + strCatalog};
+    }
+    return Refusal{file.path(), lngLine,
                    "There is no file " + inQuotes(strLocation) + ", which this " +
                        objChild.baseName() + " names.",
                    "Correct the location: until then no message is checked."};
@@ -137,10 +147,10 @@ std::optional<Refusal> wrongImport(const Refusal& refusal, const SchemaModel& sc
 
 /// As it is told: where the mistake stands, which may be elsewhere than where it was noticed.
 Refusal refusalOf(const SchemaProblem& problem, const std::string& strMain,
-                  const SchemaModel& schema) {
+                  const SchemaModel& schema, const std::string& strCatalog) {
   Refusal refusal{problem.strPath.empty() ? strMain : problem.strPath, problem.lngLine,
                   problem.strReason};
-  if (auto missing = missingDocument(problem)) return *missing;
+  if (auto missing = missingDocument(problem, strCatalog)) return *missing;
   if (auto import = wrongImport(refusal, schema)) return *import;
   if (refusal.lngLine == 0) refusal.lngLine = lineOfSchemaRoot(refusal.strPath);
   return refusal;
@@ -219,7 +229,7 @@ void judgeSchema(MessagePlan& plan) {
     switch (problem.kind) {
       case Kind::refused: {
         if (missed) break;  // told at the import
-        Refusal refusal = refusalOf(problem, plan.schemaPath(), *schema);
+        Refusal refusal = refusalOf(problem, plan.schemaPath(), *schema, strCatalog);
         tell("schema-unusable", std::move(refusal.strPath), refusal.lngLine,
              kUnusable + refusal.strReason, std::move(refusal.strHint));
         break;
@@ -231,9 +241,7 @@ void judgeSchema(MessagePlan& plan) {
         const std::string_view strCode = blnNetwork ? "import-on-network" : "import-missing";
         tell(blnCause ? "schema-unusable" : strCode, strPath, problem.lngLine,
              (blnCause ? kUnusable : "") + problem.strReason,
-             (blnNetwork ? "Nothing is read over the network: put the file beside the schema, or "
-                           "let a catalog name it"
-                         : "Correct the location, or let a catalog name the file") +
+             (blnNetwork ? kOnNetwork : "Correct the location, or let a catalog name the file") +
                  strCatalog);
         break;
       }

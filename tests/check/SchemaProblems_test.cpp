@@ -70,6 +70,13 @@ const std::vector<SchemaMistake>& mistakesOfSchemaProblems() {
        "<xs:element name=\"report\">",
        "<xs:include\n schemaLocation=\"gone.xsd\"/><xs:element name=\"report\">",
        {{kError, "schema-unusable", "main.xsd", "schemaLocation=\"gone.xsd\""}}},
+      {"a redefinition of a document of another machine",
+       "main.xsd",
+       "<xs:element name=\"report\">",
+       "<xs:redefine\n schemaLocation=\"http://schemas.example/m.xsd\"/>"
+       "<xs:element name=\"report\">",
+       {{kError, "schema-unusable", "main.xsd",
+         "schemaLocation=\"http://schemas.example/m.xsd\""}}},
       {"an import for another namespace than its document has",
        "main.xsd",
        "<xs:import namespace=\"urn:example:pbr\"",
@@ -245,6 +252,16 @@ TEST(SchemaProblems, NameTheDocumentAndTheNamespaceThatAreMeant) {
                     "<xs:include schemaLocation=\"gone.xsd\"/><xs:element name=\"report\">"}),
             "The schema cannot be used: There is no file \"gone.xsd\", which this include names. "
             "Correct the location: until then no message is checked.");
+  EXPECT_EQ(toldOf({"main.xsd", "<xs:element name=\"report\">",
+                    "<xs:include schemaLocation=\"https://schemas.example/gone.xsd\"/>"
+                    "<xs:element name=\"report\">"}),
+            "The schema cannot be used: It refers to 'https://schemas.example/gone.xsd', which is "
+            "no file. Nothing is read over the network: put the file beside the schema, or let a "
+            "catalog name it.");
+  EXPECT_EQ(toldOf({"main.xsd", "<xs:element name=\"report\">",
+                    "<xs:import schemaLocation=\"none.xsd\"/><xs:element name=\"report\">"}),
+            "The import for no namespace leads to no file: its location is 'none.xsd'. Correct the "
+            "location, or let a catalog name the file.");
   EXPECT_EQ(toldOf({"main.xsd", "schemaLocation=\"pbr.xsd\"", "schemaLocation=\"prb.xsd\""}),
             "The schema cannot be used: The import of the namespace 'urn:example:pbr' leads to no "
             "file: its location is 'prb.xsd'. Correct the location, or let a catalog name the "

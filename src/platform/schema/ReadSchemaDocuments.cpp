@@ -127,7 +127,10 @@ class DocumentsReader {
       spot.strMissing = *strPath;
       refuseSchema(*strPath, error.reason, spot);
     }
-    if (!document) refuseSchema(strFrom, strRefers + "file.", spot);
+    if (!document) {
+      spot.strMissing = *strUri;
+      refuseSchema(strFrom, strRefers + "file.", spot);
+    }
     lead(reference, partOf(*document, found_.documents[reference.lngFrom].strTargetNamespace));
   }
 

@@ -51,7 +51,9 @@ void tellImport(const SchemaDocument& document, const TreeNode* import,
                                                       : Kind::importOnNetwork;
   problems.push_back(
       {kind, document.strPath, asParent(import)->lngLine,
-       "The import of the namespace '" + strNamespace + "' leads to no file: " + strWhere + ".",
+       (strNamespace.empty() ? "The import for no namespace"
+                             : "The import of the namespace '" + strNamespace + "'") +
+           " leads to no file: " + strWhere + ".",
        strNamespace});
 }
 

@@ -36,8 +36,8 @@ struct SchemaProblem {
   std::string strPath;
   std::size_t lngLine = 0;  // from 1; 0: the document as a whole
   std::string strReason;    // a sentence or more, of one line
-  // What is not there: the namespace of such an import, the path of an included document for which
-  // the schema is refused. Empty for any other problem.
+  // What is not there: the namespace of such an import; the path of an included document for which
+  // the schema is refused, or its URI where that is of no file. Empty for any other problem.
   std::string strMissing = {};
 };
 

@@ -14,7 +14,9 @@ namespace Varnel_Tolv_XML_Creation {
 struct SchemaSpot {
   std::string strPath;
   std::size_t lngLine = 0;
-  std::string strMissing = {};  // the path of the document that it includes, and that is not there
+  // The path of the document that it includes, and that is not there; of one that is no file, the
+  // URI.
+  std::string strMissing = {};
 };
 
 /// The run-time error for a schema that cannot be had, in parts: where the reason stands, and the

@@ -21,6 +21,7 @@ struct Dimensions {
   int paddedRows = 0;     // the same with a row id that has a leading zero
   int tablesOfOneId = 0;  // and blank rows that the form has for that id
   int columns = 5;
+  int levels = 0;  // of the rows' complex type; and so many columns have their places in the last
   int faults = 0;  // answers that are too long for the schema, of fields or else of rows
 
   int actions = 0;       // fields that become a complex type of their own each

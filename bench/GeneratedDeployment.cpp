@@ -58,6 +58,8 @@ struct GeneratedDeployment::Texts {
 };
 
 GeneratedDeployment::GeneratedDeployment(const Dimensions& dimensions) : dimensions_(dimensions) {
+  if (dimensions_.levels > 0)
+    dimensions_.columns = dimensions_.levels + 1;  // the last has no place
   for (int lngTable = 0; lngTable < dimensions_.fields / 100; ++lngTable) {
     tables_.push_back({"table" + number(lngTable), kRows, false, lngTable % 2 == 0});
   }
@@ -353,6 +355,15 @@ void GeneratedDeployment::writeFiles(const Texts& texts) {
     strRow += "<m:" + strColumn + "><value id='" + strColumn + "'/></m:" + strColumn + ">";
     strRowSchema += element(strColumn, "m:answer");
   }
+  std::string strLevelType;
+  if (dimensions_.levels > 0) {
+    strLevelType = "<xs:complexType name='level'><xs:sequence>" + element("level", "m:level") +
+                   strRowSchema + "</xs:sequence></xs:complexType>";
+    strRowSchema = element("level", "m:level");
+  }
+  for (int lngLevel = 0; lngLevel < dimensions_.levels; ++lngLevel) {
+    strRow = "<m:level>" + strRow + "</m:level>";
+  }
   directory_.file("objects.xml",
                   "<?xml version=\"1.0\"?><prtobjcts>" + texts.objects + "<hdnflds/></prtobjcts>");
   directory_.file("protocol.xml", "<info name='Benchmark' region='North' version='1'/>");
@@ -385,7 +396,7 @@ void GeneratedDeployment::writeFiles(const Texts& texts) {
       "<xs:schema xmlns:xs='http://www.w3.org/2001/XMLSchema'" + std::string(kNames) +
           " targetNamespace='urn:bench:message' elementFormDefault='qualified'>"
           "<xs:import namespace='urn:bench:record' schemaLocation='record.xsd'/>" +
-          kSimpleTypes + "<xs:complexType name='row'><xs:sequence>" + strRowSchema +
+          kSimpleTypes + strLevelType + "<xs:complexType name='row'><xs:sequence>" + strRowSchema +
           "<xs:element ref='pbr:AdditionalInfo' minOccurs='0'/></xs:sequence></xs:complexType>" +
           texts.definitions +
           sequence("message", sequence("head", element("name", "m:answer", "") +

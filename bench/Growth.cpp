@@ -26,6 +26,7 @@ const Growing kGrowing[] = {
     {"padded-rows", &Dimensions::paddedRows, 100, {}},
     {"tables-of-one-id", &Dimensions::tablesOfOneId, 50, {}},
     {"columns", &Dimensions::columns, 100, {.rows = 2}},
+    {"type-levels", &Dimensions::levels, 25, {.rows = 2}},
     {"errors", &Dimensions::faults, 10, {.fields = 800}},
     {"errors-in-rows", &Dimensions::faults, 50, {.rows = 400}},
     {"actions", &Dimensions::actions, 50, {}},

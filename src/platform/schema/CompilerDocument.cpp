@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 #include <new>
+#include <string_view>
 
 #include "platform/xml/XmlLibrary.h"
 #include "platform/xml/XmlTree.h"
@@ -12,6 +13,11 @@ namespace Varnel_Tolv_XML_Creation {
 namespace {
 
 constexpr std::size_t kMaxLine = 65535;  // that the library's nodes can hold, as its parser does
+
+/// Whether the compiler would take a text out and free it.
+bool isBlankText(const TreeNode* node) noexcept {
+  return valueOf(node).find_first_not_of(" \t\r\n") == std::string_view::npos;
+}
 
 void link(xmlNode* parent, xmlNode* node) noexcept {
   node->parent = parent;
@@ -39,9 +45,10 @@ CompilerDocument::CompilerDocument(const Tree& tree, const std::string& strLocat
       link(parent, element);
       around = node;
       parent = element;
-    } else {
-      // The compiler frees texts of nothing but white space; it never frees a CDATA section.
+    } else if (isCData(node)) {
       link(parent, newLeaf(XML_CDATA_SECTION_NODE, node));
+    } else if (!isBlankText(node)) {
+      link(parent, newLeaf(XML_TEXT_NODE, node));
     }
   }
 }

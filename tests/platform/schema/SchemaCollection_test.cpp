@@ -68,6 +68,31 @@ TEST(SchemaCollection, RefusesWhatIsNoSchemaOrAnothers) {
   EXPECT_EQ(refusal(""), "It is no file.");
 }
 
+TEST(SchemaCollection, TakesWhiteSpaceForNoContent) {
+  const SchemaDirectory directory;
+  const auto with = [&](const std::string& strText) {
+    return directory.write(
+        "main.xsd", "<xs:schema xmlns:xs='http://www.w3.org/2001/XMLSchema' xml:space='preserve'>" +
+                        strText + "<xs:element name='r'>" + strText +
+                        "<xs:simpleType> <xs:restriction base='xs:int'/>\n</xs:simpleType>"
+                        "</xs:element></xs:schema>");
+  };
+  SchemaCollection().add("", with(" \n\t&#13;<!-- x --> "));
+  EXPECT_THAT(refusal(with(" x ")), HasSubstr("The content is not valid."));
+  EXPECT_THAT(refusal(with("<![CDATA[ ]]>")), HasSubstr("The content is not valid."));
+}
+
+TEST(SchemaCollection, RefusesAnIdentifierThatIsThereTwice) {
+  const SchemaDirectory directory;
+  const auto with = [&](const std::string& strFirst, const std::string& strSecond) {
+    return directory.write("main.xsd", schemaText("<xs:element name='r' " + strFirst +
+                                                  "/><xs:element name='s' " + strSecond + "/>"));
+  };
+  SchemaCollection().add("", with("id='a'", "id='b'"));
+  EXPECT_THAT(refusal(with("id='a'", "id='a'")), HasSubstr("Duplicate value 'a'"));
+  EXPECT_THAT(refusal(with("id='a'", "xml:id='a'")), HasSubstr("Duplicate value 'a'"));
+}
+
 TEST(SchemaCollection, FollowsReferencesToFiles) {
   const SchemaDirectory directory;
   directory.write("parts of it/types.xsd",

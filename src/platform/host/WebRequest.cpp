@@ -15,6 +15,9 @@ constexpr std::string_view kLabelSuffix = "_hiddenName";
 constexpr std::string_view kRowCountSuffix = "_rowCount";
 
 std::string decode(std::string_view strEncoded) {
+  if (strEncoded.find('+') == std::string_view::npos) {
+    return replaceInvalidUtf8(percentDecoded(strEncoded));
+  }
   std::string strSpaced(strEncoded);
   std::replace(strSpaced.begin(), strSpaced.end(), '+', ' ');
   return replaceInvalidUtf8(percentDecoded(strSpaced));

@@ -158,19 +158,22 @@ std::string replaceInvalidUtf8(std::string strBytes) {
 }
 
 std::string percentDecoded(std::string_view strEncoded) {
-  std::string strDecoded;
-  strDecoded.reserve(strEncoded.size());
-  while (true) {
-    const std::size_t lngPlain = std::min(strEncoded.find('%'), strEncoded.size());
-    strDecoded += strEncoded.substr(0, lngPlain);
-    strEncoded.remove_prefix(lngPlain);
-    if (strEncoded.empty()) return strDecoded;
-    const int lngHigh = strEncoded.size() > 2 ? hexDigit(strEncoded[1]) : -1;
-    const int lngLow = strEncoded.size() > 2 ? hexDigit(strEncoded[2]) : -1;
-    const bool blnEscape = lngHigh >= 0 && lngLow >= 0;
-    strDecoded += blnEscape ? static_cast<char>(lngHigh * 16 + lngLow) : '%';
-    strEncoded.remove_prefix(blnEscape ? 3 : 1);
+  std::string strDecoded(strEncoded);  // no longer than that
+  auto end = strDecoded.begin();
+  for (std::size_t at = 0; at < strEncoded.size(); ++at) {
+    char byte = strEncoded[at];
+    if (byte == '%' && strEncoded.size() - at > 2) {
+      const int lngHigh = hexDigit(strEncoded[at + 1]);
+      const int lngLow = hexDigit(strEncoded[at + 2]);
+      if (lngHigh >= 0 && lngLow >= 0) {
+        byte = static_cast<char>(lngHigh * 16 + lngLow);
+        at += 2;
+      }
+    }
+    *end++ = byte;
   }
+  strDecoded.erase(end, strDecoded.end());
+  return strDecoded;
 }
 
 std::string_view beginningOf(std::string_view strText, std::size_t lngMost) noexcept {

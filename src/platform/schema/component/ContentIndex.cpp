@@ -8,7 +8,7 @@ namespace Varnel_Tolv_XML_Creation {
 
 ContentIndex::ContentIndex(const ContentTree& tree) {
   std::vector<std::uint32_t> wildcardLeaves;
-  std::unordered_map<NameId, std::vector<std::uint32_t>> named;
+  std::vector<std::pair<NameId, std::uint32_t>> named;
   std::unordered_map<const ElementDeclaration*, std::vector<std::uint32_t>> headed;
   for (std::uint32_t self = 0; self < tree.nodes.size(); ++self) {
     const ContentNode& node = tree.nodes[self];
@@ -17,13 +17,20 @@ ContentIndex::ContentIndex(const ContentTree& tree) {
       wildcardLeaves.push_back(self);
     } else {
       const ElementDeclaration* element = node.particle->element;
-      named[element->name].push_back(self);
+      named.emplace_back(element->name, self);
       if (!element->substitutes.empty()) headed[element].push_back(self);
     }
   }
 
   wildcards = add(tree, wildcardLeaves);
-  for (const auto& [name, nodes] : named) alternatives.push_back({name, add(tree, nodes), nullptr});
+  std::sort(named.begin(), named.end());
+  std::vector<std::uint32_t> nodesOfName;
+  for (auto at = named.cbegin(); at != named.cend();) {
+    const NameId name = at->first;
+    nodesOfName.clear();
+    for (; at != named.cend() && at->first == name; ++at) nodesOfName.push_back(at->second);
+    alternatives.push_back({name, add(tree, nodesOfName), nullptr});
+  }
   for (const auto& [head, nodes] : headed) {
     const LeafList list = add(tree, nodes);
     for (const ElementDeclaration* member : head->substitutes)
@@ -36,6 +43,7 @@ ContentIndex::ContentIndex(const ContentTree& tree) {
     };
     return key(left) < key(right);
   });
+  byName.reserve(alternatives.size());
   for (auto first = alternatives.cbegin(); first != alternatives.cend();) {
     const auto last = std::find_if(first, alternatives.cend(), [&](const Alternative& other) {
       return other.name != first->name;

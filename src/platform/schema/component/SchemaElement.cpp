@@ -90,7 +90,9 @@ unsigned SchemaElement::derivations(std::string_view strName, unsigned otherwise
 
 NameId SchemaElement::declaredName(bool blnQualifiedByDefault, NameTable& names) const {
   const bool blnQualified = has("form") ? token("form") == "qualified" : blnQualifiedByDefault;
-  return names.intern(blnQualified ? part().document->strTargetNamespace : "", token("name"));
+  const std::string_view strUri =
+      blnQualified ? std::string_view(part().document->strTargetNamespace) : "";
+  return names.intern(strUri, token("name"));
 }
 
 std::string SchemaElement::Name::text() const {

@@ -16,7 +16,9 @@ namespace Varnel_Tolv_XML_Creation {
 
 namespace {
 
-constexpr std::string_view kWhiteSpace = " \t\r\n";
+bool isWhiteSpace(char byte) noexcept {
+  return byte == ' ' || byte == '\t' || byte == '\r' || byte == '\n';
+}
 
 bool isHexDigit(char byte) noexcept {
   return isDigit(byte) || (byte >= 'a' && byte <= 'f') || (byte >= 'A' && byte <= 'F');
@@ -91,10 +93,10 @@ Normalised::Normalised(std::string_view strText, WhiteSpace whiteSpace) : strVie
 }
 
 std::string_view takeItem(std::string_view& strList) noexcept {
-  strList.remove_prefix(std::min(strList.find_first_not_of(kWhiteSpace), strList.size()));
-  const std::string_view strItem = strList.substr(0, strList.find_first_of(kWhiteSpace));
-  strList.remove_prefix(strItem.size());
-  return strItem;
+  const auto begin = std::find_if_not(strList.begin(), strList.end(), isWhiteSpace);
+  const auto end = std::find_if(begin, strList.end(), isWhiteSpace);
+  strList.remove_prefix(static_cast<std::size_t>(end - strList.begin()));
+  return {begin, end};
 }
 
 std::string shown(std::string_view strText) {

@@ -125,6 +125,7 @@ class ContentSurvey {
 
   /// What a name refers to, unless it is a built-in type, or nothing.
   Draft* find(const SchemaElement& at, Symbol symbol, std::string_view strName) const {
+    if (strName.empty()) return nullptr;
     const Definition* definition = definitions_.find(at, symbol, strName);
     return definition ? byDefinition_[definition->lngIndex] : nullptr;
   }

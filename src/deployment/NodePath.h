@@ -19,26 +19,27 @@ class NodePath {
   NodePath(std::string_view strParentXPath, std::string_view strNodePath,
            const std::shared_ptr<PathNames>& names = nullptr);
 
-  PathView parent() const noexcept { return parent_.view(); }
+  PathView parent() const noexcept { return whole_.beginning(lngParent_, lngParentNames_); }
 
   /// The parent, "/" and the node.
   PathView whole() const noexcept { return whole_.view(); }
 
   /// The path of elements, and how many they are: none where it is empty.
   std::string_view node() const noexcept {
-    return std::string_view(whole_.text()).substr(parent_.text().size() + 1);
+    return std::string_view(whole_.text()).substr(lngParent_ + 1);
   }
   std::size_t steps() const noexcept { return stepEnds_.size(); }
 
   /// The name of a step, and the whole path down to it.
   std::string_view step(std::size_t lngStep) const noexcept;
   PathView downTo(std::size_t lngStep) const noexcept {
-    return whole_.beginning(stepEnds_[lngStep], parent_.names() + lngStep + 1);
+    return whole_.beginning(stepEnds_[lngStep], lngParentNames_ + lngStep + 1);
   }
 
  private:
-  PreparedPath parent_;
   PreparedPath whole_{"/", nullptr};
+  std::size_t lngParent_ = 0;          // its bytes
+  std::size_t lngParentNames_ = 0;     // none: it is its text
   std::vector<std::size_t> stepEnds_;  // within the whole
 };
 

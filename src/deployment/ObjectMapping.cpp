@@ -57,6 +57,7 @@ ObjectMapping::ObjectMapping(const Document& objObjectMapper) {
   const auto names = std::make_shared<PathNames>();
   const NodeList colItems = required(objObjectMapper.selectNodes("//message/messageitem"));
   byId_.reserve(colItems.length());
+  items_.reserve(colItems.length());  // all that there may be: none is moved
   for (const Node& objMessageItem : colItems) {
     const std::optional<std::string> strId = objMessageItem.getAttribute(kId);
     if (!strId) continue;

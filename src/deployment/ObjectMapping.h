@@ -2,12 +2,12 @@
 
 #include <array>
 #include <cstddef>
-#include <deque>
 #include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 #include "config/EntryKind.h"
 #include "deployment/NodePath.h"
@@ -70,7 +70,7 @@ class ObjectMapping {
     std::array<const MessageItem*, kEntryKinds> items{};
   };
 
-  std::deque<MessageItem> items_;
+  std::vector<MessageItem> items_;
   std::unordered_map<std::string, FirstOfKinds, IdHash, std::equal_to<>> byId_;
 };
 

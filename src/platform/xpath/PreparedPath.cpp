@@ -21,20 +21,20 @@ std::uint32_t PathNames::number(std::string_view strName) {
   return lngNumber;
 }
 
-PreparedPath::PreparedPath(const PreparedPath& beginning, std::string strXPath,
-                           const std::shared_ptr<PathNames>& names)
-    : strText_(std::move(strXPath)), names_(names) {
-  if (!names) return;
-  std::string_view strRest = strText_;
-  if (!beginning.steps_.empty()) strRest.remove_prefix(beginning.strText_.size());
-  const auto lngMost = static_cast<std::size_t>(std::ranges::count(strRest, '/'));
-  if (beginning.steps_.size() + lngMost > kMostPlainNames) return;
-  steps_.reserve(beginning.steps_.size() + lngMost);
-  steps_ = beginning.steps_;
-  while (!strRest.empty()) {
-    const std::string_view strName = takeStep(strRest);
-    if (strName.empty()) {
-      steps_.clear();
+PreparedPath::PreparedPath(std::string_view strXPath, const std::shared_ptr<PathNames>& names)
+    : names_(names) {
+  append(strXPath, names.get());
+}
+
+void PreparedPath::append(std::string_view strMore, PathNames* names) {
+  strText_ += strMore;
+  if (!names || !blnPlain_) return;
+  const std::size_t lngBefore = steps_.size();
+  while (!strMore.empty()) {
+    const std::string_view strName = takeStep(strMore);
+    if (strName.empty() || steps_.size() == kMostPlainNames) {
+      steps_.resize(lngBefore);
+      blnPlain_ = false;
       return;
     }
     steps_.push_back(names->number(strName));

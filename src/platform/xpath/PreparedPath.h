@@ -59,28 +59,31 @@ class PreparedPath {
   PreparedPath() = default;
 
   /// Adds its names to `names`, if there are any; null: it stays its text.
-  PreparedPath(std::string strXPath, const std::shared_ptr<PathNames>& names)
-      : PreparedPath(PreparedPath(), std::move(strXPath), names) {}
+  PreparedPath(std::string_view strXPath, const std::shared_ptr<PathNames>& names);
 
-  /// An expression that is another with "/" and more behind it: of that the names are known.
-  PreparedPath(const PreparedPath& beginning, std::string strXPath,
-               const std::shared_ptr<PathNames>& names);
+  /// Goes on behind a "/", with which `strMore` begins; `names` are those of the beginning.
+  void append(std::string_view strMore, PathNames* names);
 
   const std::string& text() const noexcept { return strText_; }
+
+  /// With how many names it begins: all of them, or those before what is no plain path.
   std::size_t names() const noexcept { return steps_.size(); }
 
-  PathView view() const noexcept { return {strText_, steps_, &names_}; }
+  PathView view() const noexcept {
+    return {strText_, blnPlain_ ? std::span(steps_) : std::span<const std::uint32_t>(), &names_};
+  }
 
   /// The path of the first so many names, which are so many bytes.
   PathView beginning(std::size_t lngBytes, std::size_t lngNames) const noexcept {
     const std::span<const std::uint32_t> steps(steps_);
     return {std::string_view(strText_).substr(0, lngBytes),
-            steps.empty() ? steps : steps.first(lngNames), &names_};
+            steps.first(lngNames <= steps.size() ? lngNames : 0), &names_};
   }
 
  private:
   std::string strText_;
   std::vector<std::uint32_t> steps_;
+  bool blnPlain_ = true;  // these are all of it
   std::shared_ptr<const PathNames> names_;
 };
 

@@ -16,6 +16,9 @@ namespace {
 constexpr std::size_t kSmallestChunk = 1024;
 constexpr std::size_t kLargestChunk = std::size_t{64} << 10;
 
+// Where there is a pool, it has the largest at hand for whoever wants as much as this.
+constexpr std::size_t kPooledChunk = std::size_t{16} << 10;
+
 }  // namespace
 
 Arena::~Arena() {
@@ -54,13 +57,15 @@ std::string_view Arena::copy(std::string_view strText) {
 /// Takes a piece that the chunk in use has no room for. A large one gets a chunk of its own, and
 /// the chunk in use stays so.
 void* Arena::takeNew(std::size_t lngBytes) {
-  const std::size_t lngChunk = std::clamp(lngNextChunk_, kSmallestChunk, kLargestChunk);
+  const bool blnPooled = pool_ && lngNextChunk_ >= kPooledChunk;
+  const std::size_t lngChunk =
+      blnPooled ? kLargestChunk : std::clamp(lngNextChunk_, kSmallestChunk, kLargestChunk);
   const bool blnOwn = lngBytes > lngChunk / 4;
   const std::size_t lngRoom = blnOwn ? lngBytes : lngChunk;
   if (lngRoom > lngMost_ - lngTaken_) throw RuntimeError(kXmlFailure, kTreeTooLarge);
   share_.takeBytes(lngRoom);
   static_assert(sizeof(Chunk) + kLargestChunk == ChunkPool::kChunkBytes);
-  const bool blnOfPool = pool_ && lngRoom == kLargestChunk;
+  const bool blnOfPool = blnPooled && lngRoom == kLargestChunk;
   void* const chunk = blnOfPool ? pool_->take() : ::operator new(sizeof(Chunk) + lngRoom);
   lngTaken_ += lngRoom;
   last_ = new (chunk) Chunk{last_, blnOfPool};

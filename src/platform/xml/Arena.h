@@ -38,6 +38,8 @@ class Arena {
   /// At most so many bytes were given out since: what was left of the chunk before counts too.
   std::size_t mostGivenOut() const noexcept { return lngTaken_ + lngLeft_; }
 
+  const std::shared_ptr<ChunkPool>& pool() const noexcept { return pool_; }
+
   /// What it takes of a budget. Whoever gives it another has that pay for what is taken already.
   TreeShare& share() noexcept { return share_; }
   const TreeShare& share() const noexcept { return share_; }

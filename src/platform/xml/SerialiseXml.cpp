@@ -5,12 +5,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <memory>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "platform/text/ShortText.h"
+#include "platform/xml/Arena.h"
 #include "platform/xml/NamespaceScope.h"
 #include "result/RuntimeError.h"
 
@@ -50,9 +49,12 @@ std::string_view reference(char byte) {
 class Writer {
  public:
   /// What is more than the limits of a document that is read again is refused with kXmlFailure.
-  explicit Writer(std::size_t lngParts, std::size_t lngMost = SIZE_MAX,
+  explicit Writer(const Tree& tree, std::size_t lngMost = SIZE_MAX,
                   std::size_t lngMostAttributes = SIZE_MAX)
-      : lngMost_(lngMost), lngMostAttributes_(lngMostAttributes), scope_(lngParts) {}
+      : lngMost_(lngMost),
+        lngMostAttributes_(lngMostAttributes),
+        memory_(tree.pool() ? 4 * kPieceBytes : 0, SIZE_MAX, tree.pool()),
+        scope_(tree.names().parts()) {}
 
   void write(const TreeNode* top) {
     if (isAttribute(top)) return writeAttribute(top->name->strQualified, valueOf(top));
@@ -70,8 +72,8 @@ class Writer {
   std::string text() const {
     std::string strText;
     strText.reserve(size());
-    for (const Piece& piece : full_) strText.append(piece.bytes.get(), piece.lngUsed);
-    strText.append(piece_.get(), lngUsed_);
+    for (const std::string_view strPiece : full_) strText += strPiece;
+    strText.append(piece_, lngUsed_);
     return strText;
   }
 
@@ -208,17 +210,16 @@ class Writer {
   /// Where so many bytes go next.
   char* room(std::size_t lngBytes) {
     if (lngSize_ - lngUsed_ < lngBytes) startPiece(lngBytes);
-    return piece_.get() + lngUsed_;
+    return piece_ + lngUsed_;
   }
 
   void startPiece(std::size_t lngBytes) {
-    constexpr std::size_t kLargest = std::size_t{64} << 10;
     if (size() + lngBytes > lngMost_) refuseSize();
-    const std::size_t lngSize = std::max(std::min(2 * lngSize_, kLargest), lngBytes);
-    auto piece = std::make_unique_for_overwrite<char[]>(lngSize);
-    full_.push_back({std::move(piece_), lngUsed_});
+    const std::size_t lngSize = std::max(kPieceBytes, lngBytes);
+    char* const piece = memory_.room(lngSize);
+    if (lngUsed_ != 0) full_.emplace_back(piece_, lngUsed_);
     lngFull_ += lngUsed_;
-    piece_ = std::move(piece);
+    piece_ = piece;
     lngSize_ = lngSize;
     lngUsed_ = 0;
   }
@@ -230,18 +231,17 @@ class Writer {
   }
 
   /// The text is written in pieces, which are put together once its size is known: no byte is moved
-  /// more than once, and no more memory is touched than for twice the text.
-  struct Piece {
-    std::unique_ptr<char[]> bytes;
-    std::size_t lngUsed;
-  };
+  /// more than once, and no more memory is touched than for twice the text. Four of them are a
+  /// chunk of the tree's pool.
+  static constexpr std::size_t kPieceBytes = std::size_t{16} << 10;
 
   std::size_t lngMost_;
   std::size_t lngMostAttributes_;
-  std::vector<Piece> full_;
+  Arena memory_;
+  std::vector<std::string_view> full_;
   std::size_t lngFull_ = 0;  // the bytes in them
-  std::size_t lngSize_ = 4096;
-  std::unique_ptr<char[]> piece_ = std::make_unique_for_overwrite<char[]>(lngSize_);
+  char* piece_ = nullptr;
+  std::size_t lngSize_ = 0;
   std::size_t lngUsed_ = 0;  // of this piece
   NamespaceScope scope_;
 };
@@ -249,13 +249,13 @@ class Writer {
 }  // namespace
 
 std::string serialiseXml(const Tree& tree, const TreeNode* node) {
-  Writer writer(tree.names().parts());
+  Writer writer(tree);
   writer.write(node);
   return writer.text();
 }
 
 void requireReadableXml(const Tree& tree, const TreeNode* node, std::size_t lngMaxBytes) {
-  Writer writer(tree.names().parts(), lngMaxBytes, kMaxAttributes);
+  Writer writer(tree, lngMaxBytes, kMaxAttributes);
   writer.write(node);
   writer.requireSize();
 }

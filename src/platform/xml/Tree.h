@@ -173,6 +173,9 @@ class Tree {
 
   const TreeNames& names() const noexcept { return names_; }
 
+  /// Where its memory comes from; null: from the heap.
+  const std::shared_ptr<ChunkPool>& pool() const noexcept { return arena_.pool(); }
+
   /// A name, with an empty prefix where it has none and an empty URI for no namespace.
   const TreeName* name(std::string_view strPrefix, std::string_view strLocal,
                        std::string_view strUri) {

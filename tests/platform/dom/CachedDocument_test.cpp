@@ -73,6 +73,20 @@ TEST_F(CachedDocument, LeavesItsMemoryToTheNext) {
   EXPECT_EQ(objCopy.xml(), objOnlyRead.xml());
 }
 
+TEST_F(CachedDocument, IsWrittenInMemoryOfEarlierOnes) {
+  const std::string strItem = "<b>" + std::string(1000, '-') + "</b>";
+  std::string strText = "<a>";
+  for (int item = 0; item < 200; ++item) strText += strItem;
+  strText += "</a>\r\n";
+  const ChunkPool& pool = *cache_.chunkPool();
+  const Document objCopy = Document::create({.cache = &cache_});
+  ASSERT_TRUE(objCopy.loadXML(strText));
+  const std::size_t lngKept = pool.bytes();
+  EXPECT_EQ(objCopy.xml(), strText);
+  EXPECT_GE(pool.bytes(), lngKept + 3 * ChunkPool::kChunkBytes);
+  EXPECT_EQ(objCopy.xml(), strText);
+}
+
 TEST_F(CachedDocument, MayOutliveTheCache) {
   Document objCopy;
   {

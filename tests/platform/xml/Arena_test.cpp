@@ -66,6 +66,18 @@ TEST(Arena, GivesNoMoreThanItMay) {
   EXPECT_THROW(other.room(SIZE_MAX), RuntimeError);
 }
 
+TEST(Arena, TakesALargestChunkOfAPoolForASmallerOne) {
+  const struct {
+    std::size_t lngExpected, lngChunks;
+  } cases[] = {{8'000, 0}, {16'383, 0}, {16'384, 1}, {60'000, 1}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.lngExpected);
+    const auto pool = std::make_shared<ChunkPool>(2 * ChunkPool::kChunkBytes);
+    { Arena(c.lngExpected, kMaxTreeBytes, pool).room(1); }
+    EXPECT_EQ(pool->bytes(), c.lngChunks * ChunkPool::kChunkBytes);
+  }
+}
+
 TEST(Arena, TakesItsLargestChunksFromAPool) {
   const auto pool = std::make_shared<ChunkPool>(100 * ChunkPool::kChunkBytes);
   const auto fill = [](Arena& arena) {

@@ -7,6 +7,7 @@
 #include <cstdint>
 
 #include "platform/text/Replacement.h"
+#include "platform/text/ShortText.h"
 #include "platform/text/Utf8.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -88,7 +89,9 @@ std::string toLower(std::string_view strText) {
 }
 
 bool startsWithIgnoringCase(std::string_view strText, std::string_view strLowerCaseStart) {
-  return strText.size() >= strLowerCaseStart.size() &&
+  if (strText.size() < strLowerCaseStart.size()) return false;
+  // Mostly the case is right as well.
+  return isSame(strText.substr(0, strLowerCaseStart.size()), strLowerCaseStart) ||
          std::equal(strLowerCaseStart.begin(), strLowerCaseStart.end(), strText.begin(),
                     [](char wanted, char given) { return wanted == lowerCase(given); });
 }

@@ -69,28 +69,27 @@ class CompilerCopy {
     auto reference = source.references.begin();
     lngLine_ = lngFirstLine_ = std::max<std::size_t>(asParent(root)->lngLine, 1);
     std::vector<std::pair<TreeNode*, HeavyContent::Substitute>> found;
-    const TreeNode* around = root->parent;
-    TreeNode* parent = tree_.document();  // the copy of that
+    TreeNode* const top = copyNode(root, true, tree_);
+    linkNode(tree_.document(), top, nullptr);
+    TreeNode* copy = top;
     for (const TreeNode* node = root; node; node = nextBelow(node, root)) {
-      for (; around != node->parent; around = around->parent) parent = parent->parent;
-      if (isElement(node)) goToLine(asParent(node)->lngLine, parent);
+      TreeNode* const next = nextBelow(copy, top);
       if (isCharacterData(node)) {
         lngLine_ += static_cast<std::size_t>(std::ranges::count(valueOf(node), '\n'));
       } else if (!isElement(node)) {
-        continue;  // the compiler has no use for comments
+        unlinkNode(copy);  // the compiler has no use for comments
+      } else {
+        goToLine(asParent(node)->lngLine, copy);
+        if (reference != source.references.end() && reference->element == node) {
+          relocate(copy, ServedDocuments::location(reference->lngDocument));
+          ++reference;
+        } else if (node->parent == root && isSchemaElement(node, "import")) {
+          relocate(copy, "");
+        }
+        const auto substitute = substitutes.find(node);
+        if (substitute != substitutes.end()) found.emplace_back(copy, substitute->second);
       }
-      linkNode(parent, copyNode(node, false, tree_), nullptr);
-      if (!isElement(node)) continue;
-      around = node;
-      parent = asParent(parent)->last;
-      if (reference != source.references.end() && reference->element == node) {
-        relocate(parent, ServedDocuments::location(reference->lngDocument));
-        ++reference;
-      } else if (node->parent == root && isSchemaElement(node, "import")) {
-        relocate(parent, "");
-      }
-      const auto substitute = substitutes.find(node);
-      if (substitute != substitutes.end()) found.emplace_back(parent, substitute->second);
+      copy = next;
     }
     for (std::size_t at = 0; at < found.size(); ++at) {
       setAside(found[at].first, found[at].second,
@@ -105,11 +104,11 @@ class CompilerCopy {
   }
 
  private:
-  /// Lets the element that is added next to `parent` stand on a line, unless that is over.
-  void goToLine(std::size_t lngLine, TreeNode* parent) {
+  /// Lets an element stand on a line, unless that is over.
+  void goToLine(std::size_t lngLine, TreeNode* element) {
     if (use_ == Use::tree || lngLine <= lngLine_) return;
     const std::string strLines(lngLine - lngLine_, '\n');
-    linkNode(parent, tree_.newLeaf(NodeKind::text, nullptr, strLines), nullptr);
+    linkNode(element->parent, tree_.newLeaf(NodeKind::text, nullptr, strLines), element);
     lngLine_ = lngLine;
   }
 

@@ -47,6 +47,9 @@ std::string cellPrefixOf(std::string_view strTableId) {
 }
 
 FormCollection::FormCollection(std::string_view strBody) {
+  // A field takes two places, and most have more bytes with their names than these.
+  constexpr std::size_t kBytesOfPlace = 8;
+  byHash_.resize(strBody.size() / kBytesOfPlace);
   // A name mostly comes behind the one before: a label behind its question, a cell behind another.
   auto hint = byName_.end();
   for (std::string_view strRest = strBody; !strRest.empty();) {

@@ -162,6 +162,7 @@ std::string replaceInvalidUtf8(std::string strBytes) {
 
 std::string percentDecoded(std::string_view strEncoded) {
   std::string strDecoded(strEncoded);  // no longer than that
+  if (strEncoded.find('%') == std::string_view::npos) return strDecoded;
   auto end = strDecoded.begin();
   for (std::size_t at = 0; at < strEncoded.size(); ++at) {
     char byte = strEncoded[at];

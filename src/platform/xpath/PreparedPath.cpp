@@ -30,6 +30,8 @@ void PreparedPath::append(std::string_view strMore, PathNames* names) {
   strText_ += strMore;
   if (!names || !blnPlain_) return;
   const std::size_t lngBefore = steps_.size();
+  const auto lngMore = static_cast<std::size_t>(std::ranges::count(strMore, '/'));
+  steps_.reserve(lngBefore + lngMore + 1);  // to most paths one name is added
   while (!strMore.empty()) {
     const std::string_view strName = takeStep(strMore);
     if (strName.empty() || steps_.size() == kMostPlainNames) {

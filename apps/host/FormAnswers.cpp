@@ -13,12 +13,15 @@ using namespace Varnel_Tolv_XML_Creation;
 
 namespace {
 
-/// The children of a table's row are cells once the table was parked; before, there are none.
+/// The children of a table's row are cells once the table was parked; before, there are none. A row
+/// of a grid may have an id like "01": its inputs have its number.
 void readTable(const Node& objTable, const std::string& strId, Answers& answers) {
   const std::optional<NodeList> colRows = objTable.childNodes();
   for (const Node& objRow : *colRows) {
     if (objRow.nodeName() != "row") continue;
-    const std::string strRow = objRow.getAttribute("id").value_or("");
+    const std::string strRowId = objRow.getAttribute("id").value_or("");
+    const std::int64_t lngRow = rowNumber(strRowId, INT64_MAX);
+    const std::string strRow = lngRow == 0 ? strRowId : std::to_string(lngRow);
     const std::optional<NodeList> colCells = objRow.childNodes();
     for (const Node& objCell : *colCells) {
       if (objCell.nodeName() != "column") continue;

@@ -140,6 +140,22 @@ TEST_F(Cycle, KeepsTheRowsThatTheParkedFormDoesNotTell) {
   }
 }
 
+class Grid : public HostTest {};
+
+TEST_F(Grid, KeepsTheAnswersOfARowWhoseIdBeginsWithAZero) {
+  replaceIn("object-list.xml", "<row id=\"5\"", "<row id=\"05\"");
+  const Host host(words());
+  Form answers = exampleForm("complete.form");
+  answers["areas___remark_5"] = "Dry";
+  const std::string strPlace = parked(host, answers);
+  const HttpAnswer opened = host.get(strPlace);
+  EXPECT_TRUE(opened.shows("name=\"areas___remark_5\" value=\"Dry\""));
+  // Who saves or sends what is shown meets nobody else's answers.
+  for (const char* const button : {"park", "submit"}) {
+    EXPECT_EQ(host.post(strPlace, filledIn(opened, answers, button)).status, 303) << button;
+  }
+}
+
 /// The faulty form's mistakes, in the order of the page. `officeid` is the host's to give.
 constexpr const char* kMistakes[] = {"casenumber",
                                      "inspectionkind",

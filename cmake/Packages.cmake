@@ -52,6 +52,7 @@ set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
 file(WRITE "${doc}/triggers" "activate-noawait ldconfig\n")
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA "${doc}/triggers")
+set(CPACK_POST_BUILD_SCRIPTS "${CMAKE_CURRENT_LIST_DIR}/TakeOutLdconfigCalls.cmake")
 
 varnel_package(development libvarnel-xml-creation-dev libdevel
   "The headers of the library for C++ and C, the static library, and what CMake"

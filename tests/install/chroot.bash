@@ -26,6 +26,8 @@ for kind in c c++; do
 done
 ./with-c inspection inspection/complete.form
 ./with-c++
+ldconfig -p >cached
+quietly grep -q "libvarnel-xml-creation[.]so[.]" cached
 echo "libvarnel-xml-creation: programs in C and C++ were built and run"
 
 quietly apt-get -q install -y --no-install-recommends ./python3-varnel-xml_*.deb

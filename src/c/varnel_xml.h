@@ -68,7 +68,9 @@ typedef struct varnel_xml_settings {
   const varnel_xml_option* options; /* they win over those of deployment.json; file names in them
                                        start at the working directory */
   size_t option_count;
-  size_t cache_bytes;    /* of configuration that is kept between runs; 0: 256 MiB */
+  /* Of configuration that is kept between runs; 0: 256 MiB. Beside it memory of documents of ended
+     runs is kept for those of the next, a sixteenth of this at most. */
+  size_t cache_bytes;
   size_t document_bytes; /* a longer document is refused; 0: 64 MiB */
   /* What the documents of one run may have together. A run that would have more
      fails with VARNEL_XML_OK and the code -2147467259; in the check of the message there is then

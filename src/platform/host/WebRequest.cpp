@@ -47,9 +47,11 @@ std::string cellPrefixOf(std::string_view strTableId) {
 }
 
 FormCollection::FormCollection(std::string_view strBody) {
-  // A field takes two places, and most have more bytes with their names than these.
+  // A field takes two places, and most have more bytes with their names than these. Few long texts
+  // would make of it more than they need.
   constexpr std::size_t kBytesOfPlace = 8;
-  byHash_.resize(strBody.size() / kBytesOfPlace);
+  constexpr std::size_t kMostAtFirst = 1 << 14;
+  byHash_.resize(std::min(strBody.size() / kBytesOfPlace, kMostAtFirst));
   // A name mostly comes behind the one before: a label behind its question, a cell behind another.
   auto hint = byName_.end();
   for (std::string_view strRest = strBody; !strRest.empty();) {

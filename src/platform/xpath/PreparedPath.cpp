@@ -31,7 +31,8 @@ void PreparedPath::append(std::string_view strMore, PathNames* names) {
   if (!names || !blnPlain_) return;
   const std::size_t lngBefore = steps_.size();
   const auto lngMore = static_cast<std::size_t>(std::ranges::count(strMore, '/'));
-  steps_.reserve(lngBefore + lngMore + 1);  // to most paths one name is added
+  // To most paths one name is added.
+  steps_.reserve(std::min(lngBefore + lngMore + 1, kMostPlainNames));
   while (!strMore.empty()) {
     const std::string_view strName = takeStep(strMore);
     if (strName.empty() || steps_.size() == kMostPlainNames) {

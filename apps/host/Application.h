@@ -69,7 +69,7 @@ class Application {
   HttpResponse conflict(Post& post);
   bool save(const Post& post, StoredForm& form, const std::function<bool()>& attempt);
   bool replace(const Post& post, StoredForm& form);
-  void takeSaved(Post& post, StoredForm form) const;
+  static void takeSaved(Post& post, StoredForm form, const RunResult& run);
 
   /// The answer to a request whose body or origin is not acceptable; none for a good one.
   std::optional<HttpResponse> refusal(const HttpRequest& request) const;

@@ -6,7 +6,6 @@
 #include <optional>
 
 #include "Words.h"
-#include "varnel_xml_creation/platform/dom/Document.h"
 #include "varnel_xml_creation/platform/host/WebRequest.h"
 
 using namespace Varnel_Tolv_XML_Creation;
@@ -15,7 +14,9 @@ namespace {
 
 /// The children of a table's row are cells once the table was parked; before, there are none. A row
 /// of a grid may have an id like "01": its inputs have its number.
-void readTable(const Node& objTable, const std::string& strId, Answers& answers) {
+template <class IsWanted>
+void readTable(const Node& objTable, const std::string& strId, const IsWanted& isWanted,
+               Answers& answers) {
   const std::optional<NodeList> colRows = objTable.childNodes();
   for (const Node& objRow : *colRows) {
     if (objRow.nodeName() != "row") continue;
@@ -25,7 +26,9 @@ void readTable(const Node& objTable, const std::string& strId, Answers& answers)
     const std::optional<NodeList> colCells = objRow.childNodes();
     for (const Node& objCell : *colCells) {
       if (objCell.nodeName() != "column") continue;
-      answers.insert_or_assign(cellNameOf(strId, objCell.getAttribute("id").value_or(""), strRow),
+      const std::string strColumn = objCell.getAttribute("id").value_or("");
+      if (!isWanted(strColumn)) continue;
+      answers.insert_or_assign(cellNameOf(strId, strColumn, strRow),
                                objCell.getAttribute("value").value_or(""));
     }
   }
@@ -130,20 +133,18 @@ bool sameAnswers(const PageModel& page, const Answers& left, const Answers& righ
   return true;
 }
 
-void takeComputed(const PageModel& page, const Answers& parked, std::int64_t lngMost,
-                  Answers& answers) {
-  for (const Section& section : page.sections) {
-    for (const Question& question : section.questions) {
-      if (!question.blnTable) continue;
-      const std::int64_t lngRows = rowCount(question, answers, lngMost);
-      for (const Input& column : question.columns) {
-        if (!column.blnOutput) continue;
-        for (std::int64_t lngRow = 1; lngRow <= lngRows; ++lngRow) {
-          const std::string strName = cellName(question, column, lngRow);
-          answers.insert_or_assign(strName, std::string(answerTo(parked, strName)));
-        }
-      }
-    }
+void takeComputed(const PageModel& page, const Document& objPark, Answers& answers) {
+  const std::optional<NodeList> colObjects = objPark.getElementsByTagName("prtobjct");
+  for (const Node& objItem : *colObjects) {
+    const std::string strId = objItem.getAttribute("id").value_or("");
+    const Question* const table = page.find(strId);
+    if (table == nullptr || !table->blnTable) continue;
+    const auto isComputed = [&](const std::string& strColumn) {
+      return std::ranges::any_of(table->columns, [&](const Input& column) {
+        return column.blnOutput && column.strId == strColumn;
+      });
+    };
+    readTable(objItem, strId, isComputed, answers);
   }
 }
 
@@ -170,7 +171,8 @@ Answers answersIn(const std::string& strParkXml, const std::string& strRowCounts
   for (const Node& objItem : *colObjects) {
     const std::string strId = objItem.getAttribute("id").value_or("");
     if (lowerCase(objItem.getAttribute("objecttype").value_or("")) == "table") {
-      readTable(objItem, strId, answers);
+      readTable(
+          objItem, strId, [](const std::string&) { return true; }, answers);
       continue;
     }
     const std::string strValue = objItem.getAttribute("value").value_or("");

@@ -6,6 +6,7 @@
 
 #include "host/Answers.h"
 #include "host/PageModel.h"
+#include "varnel_xml_creation/platform/dom/Document.h"
 
 // The answers of a form, as its page asks for them. `lngMost` is the most rows that a table may
 // have.
@@ -34,7 +35,7 @@ bool sameAnswers(const PageModel& page, const Answers& left, const Answers& righ
                  std::int64_t lngMost);
 
 /// Takes over what was computed when the form was parked, which no page posts.
-void takeComputed(const PageModel& page, const Answers& parked, std::int64_t lngMost,
+void takeComputed(const PageModel& page, const Varnel_Tolv_XML_Creation::Document& objPark,
                   Answers& answers);
 
 /// Takes a row away; those behind it move up.

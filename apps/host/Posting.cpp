@@ -279,10 +279,9 @@ bool Application::replace(const Post& post, StoredForm& form) {
 }
 
 /// The form is now what was saved of it, for the page that comes back.
-void Application::takeSaved(Post& post, StoredForm form) const {
+void Application::takeSaved(Post& post, StoredForm form, const RunResult& run) {
   post.stored = std::move(form);
-  takeComputed(post.deployment->page(), answersIn(post.stored.strParkXml, post.stored.strRowCounts),
-               mostRows(), post.answers);
+  takeComputed(post.deployment->page(), run.objPark, post.answers);
 }
 
 HttpResponse Application::parkNew(Post& post) {
@@ -362,7 +361,7 @@ HttpResponse Application::submit(Post& post) {
                        {"id", form.strId},
                        {"version", form.lngVersion},
                        {"errors", errors.size()}});
-  takeSaved(post, std::move(form));
+  takeSaved(post, std::move(form), result);
   FormView view = viewFor(post);
   view.errors = std::move(errors);
   return page(post, 422, view, &result);
@@ -375,7 +374,7 @@ HttpResponse Application::saveWithoutVerdict(Post& post, const RunResult& result
   StoredForm form = next(post, parked, "parked");
   form.strResult = result.strJson;  // tells why to those who run the deployment
   if (!replace(post, form)) return conflict(post);
-  takeSaved(post, std::move(form));
+  takeSaved(post, std::move(form), parked);
   FormView view = viewFor(post);
   view.strNotice = "not-checked";
   return page(post, 500, view, &result);

@@ -81,7 +81,8 @@ RunResult runForm(const FormDeployment& deployment, const Answers& answers, bool
   if (run.outcome == RunOutcome::accepted && hasUnreadable(answers)) {
     run.outcome = RunOutcome::refused;
   }
-  run.strParkXml = outputs.objParkXML.xml();
+  run.objPark = outputs.objParkXML;
+  run.strParkXml = run.objPark.xml();
   if (outputs.objSendXML) run.strMessage = outputs.objSendXML.xml();
   if (run.outcome == RunOutcome::failed || run.outcome == RunOutcome::notChecked) {
     run.strReason = reasonOf(outputs.objAck, run.report);

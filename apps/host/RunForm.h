@@ -3,6 +3,7 @@
 #include <string>
 
 #include "host/Answers.h"
+#include "varnel_xml_creation/platform/dom/Document.h"
 #include "varnel_xml_creation/result/RunReport.h"
 
 class FormDeployment;
@@ -18,7 +19,8 @@ enum class RunOutcome {
 
 struct RunResult {
   RunOutcome outcome = RunOutcome::failed;
-  std::string strParkXml;  // empty when not even the object list could be filled
+  Varnel_Tolv_XML_Creation::Document objPark;  // Nothing when not even the object list could be had
+  std::string strParkXml;                      // its text
   std::string strMessage;
   Varnel_Tolv_XML_Creation::RunReport report;
   std::string strReason;  // for the log, why there is no verdict; no answer is in it

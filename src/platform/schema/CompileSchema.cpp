@@ -75,11 +75,14 @@ class CompilerCopy {
     for (const TreeNode* node = root; node; node = nextBelow(node, root)) {
       TreeNode* const next = nextBelow(copy, top);
       if (isCharacterData(node)) {
-        lngLine_ += static_cast<std::size_t>(std::ranges::count(valueOf(node), '\n'));
+        if (use_ == Use::text) {
+          lngLine_ += static_cast<std::size_t>(std::ranges::count(valueOf(node), '\n'));
+        }
       } else if (!isElement(node)) {
         unlinkNode(copy);  // the compiler has no use for comments
       } else {
         goToLine(asParent(node)->lngLine, copy);
+        asParent(copy)->lngLine = static_cast<std::uint32_t>(lngLine_);
         if (reference != source.references.end() && reference->element == node) {
           relocate(copy, ServedDocuments::location(reference->lngDocument));
           ++reference;
@@ -104,11 +107,14 @@ class CompilerCopy {
   }
 
  private:
-  /// Lets an element stand on a line, unless that is over.
+  /// Lets an element stand on a line, unless that is over: elements of an entity have lines of
+  /// their own, and stand where the entity does.
   void goToLine(std::size_t lngLine, TreeNode* element) {
-    if (use_ == Use::tree || lngLine <= lngLine_) return;
-    const std::string strLines(lngLine - lngLine_, '\n');
-    linkNode(element->parent, tree_.newLeaf(NodeKind::text, nullptr, strLines), element);
+    if (lngLine <= lngLine_) return;
+    if (use_ == Use::text) {
+      const std::string strLines(lngLine - lngLine_, '\n');
+      linkNode(element->parent, tree_.newLeaf(NodeKind::text, nullptr, strLines), element);
+    }
     lngLine_ = lngLine;
   }
 
@@ -177,7 +183,7 @@ class CompilerCopy {
   const Use use_;
   Tree tree_;
   std::size_t lngFirstLine_ = 1;  // on which the root stands
-  std::size_t lngLine_ = 1;       // that of the text so far
+  std::size_t lngLine_ = 1;       // that of the last element, or of the text so far
 };
 
 /// Where the first error of a compilation stands.

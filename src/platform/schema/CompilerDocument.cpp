@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <limits>
 #include <new>
-#include <string_view>
 
+#include "platform/xml/XmlCharacters.h"
 #include "platform/xml/XmlLibrary.h"
 #include "platform/xml/XmlTree.h"
 
@@ -13,11 +13,6 @@ namespace Varnel_Tolv_XML_Creation {
 namespace {
 
 constexpr std::size_t kMaxLine = 65535;  // that the library's nodes can hold, as its parser does
-
-/// Whether the compiler would take a text out and free it.
-bool isBlankText(const TreeNode* node) noexcept {
-  return valueOf(node).find_first_not_of(" \t\r\n") == std::string_view::npos;
-}
 
 void link(xmlNode* parent, xmlNode* node) noexcept {
   node->parent = parent;
@@ -47,7 +42,8 @@ CompilerDocument::CompilerDocument(const Tree& tree, const std::string& strLocat
       parent = element;
     } else if (isCData(node)) {
       link(parent, newLeaf(XML_CDATA_SECTION_NODE, node));
-    } else if (!isBlankText(node)) {
+    } else if (!isXmlWhiteSpace(valueOf(node))) {
+      // The compiler would take other texts out, xml:space or not, and free them.
       link(parent, newLeaf(XML_TEXT_NODE, node));
     }
   }

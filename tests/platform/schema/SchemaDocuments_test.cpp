@@ -6,6 +6,7 @@
 
 #include "SchemaTesting.h"
 #include "platform/dom/DomTesting.h"
+#include "platform/schema/CompileSchema.h"
 #include "platform/schema/ReadSchemaDocuments.h"
 #include "platform/xml/Tree.h"
 
@@ -51,6 +52,30 @@ std::vector<std::string> partsOf(const SchemaDocuments& documents) {
     parts.push_back(strFile + "|" + document.strTargetNamespace + (document.blnAdopted ? "+" : ""));
   }
   return parts;
+}
+
+TEST(SchemaDocuments, MayHaveTheirWhiteSpacePreserved) {
+  const SchemaDirectory directory;
+  std::string strText = schemaText(
+      "\n  <xs:element name='r'>\n<xs:complexType> </xs:complexType>\n"
+      "</xs:element>\n");
+  strText.insert(strText.find(' '), " xml:space='preserve'");
+  EXPECT_EQ(refusal(directory.write("main.xsd", strText)), "");
+}
+
+TEST(SchemaDocuments, HaveWhatAnEntityHoldsOnTheLineWhereTheyNameIt) {
+  const SchemaDirectory directory;
+  const std::string strText =
+      "<!DOCTYPE r [<!ENTITY e \"<xs:element name='a' type='xs:none'/>\">]>\n\n" +
+      schemaText("&e;");
+  const SchemaDocuments documents =
+      readSchemaDocuments("", directory.write("main.xsd", strText), "");
+  try {
+    checkByCompiler(documents, "main.xsd");
+    FAIL() << "it is not refused";
+  } catch (const SchemaFailure& failure) {
+    EXPECT_EQ(failure.spot().lngLine, 3U);
+  }
 }
 
 TEST(SchemaDocuments, AreReadOnceEachWhateverLeadsToThem) {

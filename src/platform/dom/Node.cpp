@@ -13,7 +13,8 @@
 namespace Varnel_Tolv_XML_Creation {
 
 bool operator==(const Node& left, const Node& right) noexcept {
-  return left.state_ == right.state_ && left.node_ == right.node_;
+  // A node that came from a fragment has handles of that and of the document where it stands now.
+  return left.node_ == right.node_ && (left.node_ || left.state_ == right.state_);
 }
 
 std::size_t Node::lineNumber() const {

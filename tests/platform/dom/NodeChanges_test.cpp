@@ -352,6 +352,16 @@ TEST(NodeChanges, ANodeOfAnotherDocumentIsCopiedAndTakenOutThere) {
   EXPECT_EQ(loaded(objTarget.xml()).xml(), objTarget.xml());
 }
 
+TEST(NodeChanges, ACopyForADocumentIsTheSameNodeWhenItStandsThere) {
+  const Document objTarget = loaded("<t/>");
+  const Node objCopy =
+      loaded("<s><b/></s>").documentElement().cloneFor(objTarget.documentElement(), true);
+  objTarget.documentElement().appendChild(objCopy);
+  EXPECT_EQ(objTarget.documentElement().childNodes()->item(0), objCopy);
+  EXPECT_EQ(objTarget.selectSingleNode("//b").parentNode(), objCopy);
+  EXPECT_FALSE(objTarget.selectSingleNode("//b") == objCopy);
+}
+
 TEST(NodeChanges, ACloneIsAFragmentOfItsOwn) {
   const Document objDocument =
       loaded("<a xmlns:p='urn:p'><p:b x='1'><c>t</c><![CDATA[d]]></p:b></a>");

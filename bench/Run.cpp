@@ -4,6 +4,8 @@
 #include <stdexcept>
 #include <thread>
 
+#include "platform/xml/ChunkPool.h"
+
 namespace Varnel_Tolv_XML_Creation::bench {
 Caller::Caller(const GeneratedDeployment& deployment)
     : deployment_(deployment),
@@ -30,6 +32,8 @@ Outcome Caller::run(Extent extent, Asked asked) const {
   if (run.objSendXML) outcome.strMessage = run.objSendXML.xml();
   return outcome;
 }
+
+std::size_t Caller::keptBytes() const { return cache_.chunkPool()->bytes(); }
 
 void check(const GeneratedDeployment& deployment, Extent extent, const Outcome& outcome,
            Asked asked) {

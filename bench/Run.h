@@ -35,6 +35,9 @@ class Caller {
   /// verdict.
   Outcome run(Extent extent, Asked asked = Asked::nothing) const;
 
+  /// The bytes that the documents of earlier runs have left in the cache for those of the next.
+  std::size_t keptBytes() const;
+
  private:
   const GeneratedDeployment& deployment_;
   const Deployment configuration_;

@@ -169,15 +169,16 @@ void Tree::setValue(TreeNode* leaf, std::string_view strValue) {
   lngLongest_ = std::max(lngLongest_, strValue.size());
 }
 
-// The text itself is made only where it might be too much. First the memory taken tells that it is
-// not: each node has its place there, and its value unless that is counted as shared, of which no
-// byte becomes more than six; then the sum over the nodes, without a look into their values.
+// The text itself is made only where it might be too much. First the nodes made and the memory
+// taken tell that it is not: what the nodes left of it holds their values, unless those are counted
+// as shared, and no byte of a value becomes more than six. Then the sum over the nodes does,
+// without a look into their values.
 void Tree::requireReadable(std::size_t lngMaxBytes) const {
   constexpr std::size_t kLongestReference = 6;
   constexpr std::size_t kMarkup = 24;  // around a name or a value, and of a declaration
-  const std::size_t lngNames = 3 * names_.longest() + kMarkup;
-  const std::size_t lngMost = (arena_.mostGivenOut() + lngShared_) * kLongestReference +
-                              arena_.mostGivenOut() / sizeof(TreeNode) * lngNames;
+  const std::size_t lngValues = arena_.mostGivenOut() - lngNodes_ * sizeof(TreeNode) + lngShared_;
+  const std::size_t lngMost =
+      lngValues * kLongestReference + lngNodes_ * (3 * names_.longest() + kMarkup);
   if (!blnManyAttributes_ && lngMost <= lngMaxBytes) return;
 
   const auto declared = [](const TreeName* name) {

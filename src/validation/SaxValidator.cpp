@@ -1,6 +1,7 @@
 #include "validation/SaxValidator.h"
 
 #include <array>
+#include <cstdint>
 #include <optional>
 
 #include "config/Utility.h"
@@ -66,22 +67,32 @@ void SaxValidator::startElement(std::string_view /*strNamespaceURI*/,
   for (std::size_t index = 0; index < kCount; ++index) {
     const std::string_view strValue =
         oAttributes.mark(index, kIdentifierNames[index]).value_or(std::string_view());
-    // Most are those of the element before.
-    if (!isSame(started_[index], strValue)) started_[index] = strValue;
     // deliberate: the first element at a path keeps its identifiers, those after it add none.
-    if (here_->first[index].empty() && !strValue.empty()) here_->first[index] = strValue;
+    std::string_view& strFirst = here_->first[index];
+    if (strFirst.empty() && !strValue.empty()) strFirst = kept(strValue);
+    // Most are those of the first element at the path, or of the element before.
+    const bool blnFirst = isSame(strFirst, strValue);
+    if (!blnFirst && !isSame(started_[index], strValue)) started_[index] = strValue;
+    inForce_[index] = blnFirst ? strFirst : started_[index];
   }
-  inForce_ = &started_;
 }
 
 SaxValidator::Place* SaxValidator::placeBelow(std::string_view strQName) {
   Place*& likely = ended_ ? ended_->followedBy : here_->firstBelow;
-  if (likely && likely->strName == strQName) return likely;
-  const auto below = here_->below.lower_bound(strQName);
-  if (below != here_->below.end() && below->first == strQName) return likely = below->second;
-  Place& place = places_.emplace_back(&memory_, here_, strQName);
-  here_->below.emplace_hint(below, place.strName, &place);
+  if (likely && isSame(likely->strName, strQName)) return likely;
+  Place& place = places_[{here_, strQName}];
+  if (!place.above) place = {.above = here_, .strName = strQName};
   return likely = &place;
+}
+
+std::size_t SaxValidator::StepHash::operator()(const Step& step) const noexcept {
+  return hashOf(step.strName) ^ reinterpret_cast<std::uintptr_t>(step.above);
+}
+
+std::string_view SaxValidator::kept(std::string_view strText) {
+  char* const bytes = static_cast<char*>(memory_.allocate(strText.size(), 1));
+  copyBytes(bytes, strText.data(), strText.size());
+  return {bytes, strText.size()};
 }
 
 void SaxValidator::endElement(std::string_view /*strNamespaceURI*/,
@@ -89,7 +100,7 @@ void SaxValidator::endElement(std::string_view /*strNamespaceURI*/,
   strLastElement_ = strQName;
   ended_ = here_;
   here_ = here_->above;
-  inForce_ = &here_->first;
+  inForce_ = here_->first;
 }
 
 /// The names of the elements from the root down to the place, each behind a "/".
@@ -127,7 +138,7 @@ void SaxValidator::ignorableWarning(const SaxLocator& /*oLocator*/,
 void SaxValidator::addError(std::string_view strErrorMessage, bool blnTracePlace) {
   const Classification classification = classify(strErrorMessage);
   if (classification.kind == kUndeclaredAttribute) return;
-  const auto& [strQuestionId, strRowIndex, strColumnId] = *inForce_;
+  const auto& [strQuestionId, strRowIndex, strColumnId] = inForce_;
   std::string strPath = elementPath();
   if (blnTracePlace) {
     trace(session_, kProcedure,

@@ -2,11 +2,10 @@
 
 #include <array>
 #include <cstddef>
-#include <deque>
-#include <map>
 #include <memory_resource>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "config/Names.h"
@@ -44,35 +43,43 @@ class SaxValidator : public SaxHandler {
  private:
   static constexpr std::size_t kCount = kIdentifierNames.size();
 
-  using Identifiers = std::array<std::string, kCount>;
+  using Identifiers = std::array<std::string_view, kCount>;
 
   /// A path of elements, with the identifiers of the first element at it; empty: it has none.
   struct Place {
-    Place(std::pmr::memory_resource* memory, Place* parent, std::string_view strQName)
-        : above(parent), strName(strQName), below(memory) {}
-
-    Place* above;
-    std::string strName;  // qualified, of the last element of the path
-    Identifiers first;
-    std::pmr::map<std::string_view, Place*> below;  // by the name
+    Place* above = nullptr;
+    std::string_view strName = {};  // qualified, of the last element of the path; the reader's
+    Identifiers first = {};
     // What came next the last time, which rows repeat: as its first child, and beside it.
     Place* firstBelow = nullptr;
     Place* followedBy = nullptr;
   };
 
+  /// What a place is found by.
+  struct Step {
+    const Place* above;
+    std::string_view strName;
+    bool operator==(const Step& other) const noexcept = default;
+  };
+  struct StepHash {
+    std::size_t operator()(const Step& step) const noexcept;
+  };
+
   Place* placeBelow(std::string_view strQName);
+  std::string_view kept(std::string_view strText);  // for as long as there are places
   std::string elementPath() const;
 
   /// Records what is not an undeclared attribute; the trace may tell of its place before.
   void addError(std::string_view strErrorMessage, bool blnTracePlace);
 
   const Session& session_;
-  std::string strLastElement_;
-  Identifiers started_;                     // of the element that started last
-  const Identifiers* inForce_ = &started_;  // or those of a place
-  std::pmr::monotonic_buffer_resource memory_;
-  std::pmr::deque<Place> places_{&memory_};  // which never moves them
-  Place nowhere_{&memory_, nullptr, {}};
+  std::string_view strLastElement_;  // the reader's
+  // Of the element that started last, those that no place has.
+  std::array<std::string, kCount> started_;
+  Identifiers inForce_;
+  std::pmr::monotonic_buffer_resource memory_{4096};
+  std::pmr::unordered_map<Step, Place, StepHash> places_{&memory_};  // which never moves them
+  Place nowhere_;
   Place* here_ = &nowhere_;
   Place* ended_ = nullptr;  // the last element did, and is the one before the next
   std::vector<SchemaValidationErr> errors_;

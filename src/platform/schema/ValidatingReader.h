@@ -78,7 +78,8 @@ class SaxAttributes {
 };
 
 /// Receives what the reader reads and what it has to report. What a handler throws ends the parse:
-/// a RuntimeError is returned by it, anything else is thrown on.
+/// a RuntimeError is returned by it, anything else is thrown on. The names of elements last as long
+/// as the parse, all else as long as the call.
 class SaxHandler {
  public:
   virtual ~SaxHandler() = default;

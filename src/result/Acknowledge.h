@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -9,20 +10,22 @@
 
 namespace Varnel_Tolv_XML_Creation {
 
-/// The outcome of an operation. A new one is successful: code 0 and three empty texts.
+/// The outcome of an operation. A new one is successful: code 0 and three empty texts. Copying
+/// never throws and never allocates. A reference to a text holds until a text is set or the object
+/// is assigned to.
 class [[nodiscard]] VARNEL_EXPORT Acknowledge {
  public:
-  const std::string& ErrorSource() const noexcept { return strErrorSource_; }
-  void ErrorSource(std::string_view strErrorSource) { strErrorSource_ = strErrorSource; }
+  const std::string& ErrorSource() const noexcept;
+  void ErrorSource(std::string_view strErrorSource);
 
   /// Text meant for the person who submitted the form; that of a run-time error is its description,
   /// which tells such a person nothing.
-  const std::string& UserMessage() const noexcept { return strUserMessage_; }
-  void UserMessage(std::string_view strUserMessage) { strUserMessage_ = strUserMessage; }
+  const std::string& UserMessage() const noexcept;
+  void UserMessage(std::string_view strUserMessage);
 
   /// Technical description for logs: what failed, often with the XPath or file name involved.
-  const std::string& ErrorDetail() const noexcept { return strErrorDetail_; }
-  void ErrorDetail(std::string_view strErrorDetail) { strErrorDetail_ = strErrorDetail; }
+  const std::string& ErrorDetail() const noexcept;
+  void ErrorDetail(std::string_view strErrorDetail);
 
   /// 0 for success, else one of `eReturnValues` or the number of a run-time error.
   std::int32_t ErrorCode() const noexcept { return lngErrorCode_; }
@@ -38,10 +41,11 @@ class [[nodiscard]] VARNEL_EXPORT Acknowledge {
                 std::string_view strUserMessage, std::string_view strErrorSource = "");
 
  private:
+  struct Texts;
+  const Texts& texts() const noexcept;
+
   std::int32_t lngErrorCode_ = 0;
-  std::string strErrorDetail_;
-  std::string strUserMessage_;
-  std::string strErrorSource_;
+  std::shared_ptr<const Texts> texts_;  // null: all are empty, as those of most results
 };
 
 /// A failed result with the three values that `SetError` takes.

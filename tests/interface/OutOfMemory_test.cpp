@@ -5,10 +5,12 @@
 #include <cstdlib>
 #include <iostream>
 #include <map>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 
 #include "interface/BuildXML.h"
+#include "result/Guarded.h"
 #include "support/Deployment.h"
 #include "support/ExampleRun.h"
 #include "support/FailingMemory.h"
@@ -158,6 +160,23 @@ INSTANTIATE_TEST_SUITE_P(
                     Want{"XmlLibraryOnce", MemorySource::xmlLibrary, Shortage::once, 1},
                     Want{"XmlLibraryFromThenOn", MemorySource::xmlLibrary, Shortage::lasting, 1}),
     [](const testing::TestParamInfo<Want>& tested) { return tested.param.says; });
+
+/// Of an error for which there is no memory, so that it cannot be told from any other.
+Acknowledge failureWithoutMemory() {
+  const std::length_error error("too long");
+  shortenMemory(MemorySource::operatorNew, 1, Shortage::lasting);
+  Acknowledge objAck = Guarded("aProcedure", [&]() -> Acknowledge { throw error; });
+  restoreMemory();
+  return objAck;
+}
+
+/// A host's object may be made before any of the library's.
+const Acknowledge kFailedBeforeMain = failureWithoutMemory();
+
+TEST(OutOfMemoryForAFailure, IsAFailureAllTheSame) {
+  EXPECT_TRUE(FailedWith(failureWithoutMemory(), 7, "Out of memory", "Out of memory"));
+  EXPECT_EQ(kFailedBeforeMain.ErrorCode(), 7);
+}
 
 }  // namespace
 }  // namespace Varnel_Tolv_XML_Creation::test

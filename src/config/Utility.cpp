@@ -7,9 +7,8 @@
 
 namespace Varnel_Tolv_XML_Creation {
 
-void trace(const Session& session, std::string_view strSource,
-           std::initializer_list<std::string_view> pieces) noexcept {
-  if (!tracing(session)) return;
+void writeTrace(const Session& session, std::string_view strSource,
+                std::initializer_list<std::string_view> pieces) noexcept {
   try {
     std::string strMessage;
     for (const std::string_view strPiece : pieces) strMessage += strPiece;

@@ -15,10 +15,15 @@ namespace Varnel_Tolv_XML_Creation {
 /// Whether trace lines go anywhere. Ask before building a piece of a line that costs something.
 inline bool tracing(const Session& session) noexcept { return session.host.traceSink != nullptr; }
 
-/// Writes the trace line of the joined pieces with `strSource` in front. Without a sink nothing is
-/// composed. Never fails.
-void trace(const Session& session, std::string_view strSource,
-           std::initializer_list<std::string_view> pieces) noexcept;
+/// Writes the trace line of the joined pieces with `strSource` in front. Never fails.
+void writeTrace(const Session& session, std::string_view strSource,
+                std::initializer_list<std::string_view> pieces) noexcept;
+
+/// The same where trace lines go anywhere. Without a sink nothing is composed.
+inline void trace(const Session& session, std::string_view strSource,
+                  std::initializer_list<std::string_view> pieces) noexcept {
+  if (tracing(session)) writeTrace(session, strSource, pieces);
+}
 
 /// How a Boolean stands in the trace.
 constexpr std::string_view traceWord(bool blnValue) { return blnValue ? "True" : "False"; }

@@ -1,10 +1,10 @@
 #include "platform/host/WebRequest.h"
 
 #include <algorithm>
-#include <functional>
 #include <utility>
 
 #include "platform/text/Replacement.h"
+#include "platform/text/ShortText.h"
 #include "platform/text/Text.h"
 
 namespace Varnel_Tolv_XML_Creation {
@@ -100,10 +100,15 @@ std::size_t FormCollection::unreadableFields() const {
 // its own, or not in that table at all: then the sorted one has it.
 constexpr std::size_t kPlaces = 8;
 
+/// Its own place, by the high half of the hash: there the last letters tell, in which names differ.
+std::size_t firstPlace(std::string_view strName, std::size_t lngSize) {
+  return (hashOf(strName) >> 32U) * lngSize >> 32U;
+}
+
 void FormCollection::enter(std::size_t lngItem) {
-  const std::size_t lngHash = std::hash<std::string_view>{}(items_[lngItem].strName);
+  const std::size_t lngFirst = firstPlace(items_[lngItem].strName, byHash_.size());
   for (std::size_t lngPlace = 0; lngPlace < kPlaces; ++lngPlace) {
-    std::size_t& place = byHash_[(lngHash + lngPlace) % byHash_.size()];
+    std::size_t& place = byHash_[(lngFirst + lngPlace) % byHash_.size()];
     if (place != 0) continue;
     place = lngItem + 1;
     return;
@@ -112,11 +117,11 @@ void FormCollection::enter(std::size_t lngItem) {
 
 const FormCollection::Item* FormCollection::find(std::string_view strName) const {
   if (items_.empty()) return nullptr;
-  const std::size_t lngHash = std::hash<std::string_view>{}(strName);
+  const std::size_t lngFirst = firstPlace(strName, byHash_.size());
   for (std::size_t lngPlace = 0; lngPlace < kPlaces; ++lngPlace) {
-    const std::size_t place = byHash_[(lngHash + lngPlace) % byHash_.size()];
+    const std::size_t place = byHash_[(lngFirst + lngPlace) % byHash_.size()];
     if (place == 0) return nullptr;
-    if (items_[place - 1].strName == strName) return &items_[place - 1];
+    if (isSame(items_[place - 1].strName, strName)) return &items_[place - 1];
   }
   const auto known = byName_.find(strName);
   return known == byName_.end() ? nullptr : &items_[known->second];

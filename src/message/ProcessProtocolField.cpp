@@ -160,7 +160,7 @@ std::string FieldPlacement::itemValue() const {
 
 Acknowledge FieldPlacement::placeByAction() {
   const std::string strAction = attributeText(found_.objAction, kId);
-  if (toLower(strAction) == kJoinAction) {
+  if (equalsLower(strAction, kJoinAction)) {
     trace(session_, kProcedure, {"addinfotonode"});
     strValue_ = replaceAll(strValue_, "\r\n", "");
     return AddInfoToNode(session_, prtobjct_, objSendXML_, found_.item->place, objParkXML_,

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <utility>
 
 #include "platform/text/Ascii.h"
 #include "platform/xml/XmlCharacters.h"
@@ -53,18 +54,11 @@ class PlainPath {
     blnAbsolute_ = take("/");
     blnAnyDepth_ = blnAbsolute_ && take("/");
     do {
-      if (lngNames_ == names_.size() || !parseName()) return false;
+      if (strParentId_ || lngNames_ == names_.size() || !parseName()) return false;
+      strParentId_ = std::exchange(strId_, std::nullopt);
+      if (take("[@id='") && !parseId()) return false;
     } while (take("/"));
-    if (take("[@id='")) {
-      const std::size_t lngEnd = strRest_.find('\'');
-      strId_ = strRest_.substr(0, lngEnd);
-      const bool blnControls = std::any_of(strId_->begin(), strId_->end(), [](char byte) {
-        return static_cast<unsigned char>(byte) < 0x20;
-      });
-      if (lngEnd == std::string_view::npos || blnControls) return false;
-      strRest_.remove_prefix(lngEnd + 1);
-      if (!take("]")) return false;
-    }
+    if (strParentId_ && !strId_) return false;
     start_ = blnAbsolute_ ? topOf(context_.node) : context_.node;
     return strRest_.empty() && (blnAnyDepth_ || !blnAbsolute_ || isDocument(start_));
   }
@@ -107,6 +101,22 @@ class PlainPath {
     }
     names_[lngNames_++] = context_.tree->names().find(strLocal, strUri);
     return !strLocal.empty();
+  }
+
+  bool parseId() {
+    const std::size_t lngEnd = strRest_.find('\'');
+    strId_ = strRest_.substr(0, lngEnd);
+    const bool blnControls = std::any_of(strId_->begin(), strId_->end(), [](char byte) {
+      return static_cast<unsigned char>(byte) < 0x20;
+    });
+    if (lngEnd == std::string_view::npos || blnControls) return false;
+    strRest_.remove_prefix(lngEnd + 1);
+    return take("]");
+  }
+
+  static bool hasId(const TreeNode* element, std::string_view strId) {
+    const TreeNode* const id = findAttribute(element, "id");
+    return id != nullptr && valueOf(id) == strId;
   }
 
   std::optional<TreeNode*> firstByNames() const {
@@ -154,19 +164,20 @@ class PlainPath {
     for (; node != nullptr; node = nextBelow(node, start_)) {
       limit.count();
       if (!isElement(node) || node->name->plain != names_[lngNames_ - 1]) continue;
-      const TreeNode* const id = strId_ ? findAttribute(node, "id") : nullptr;
-      if (strId_ && (id == nullptr || valueOf(id) != *strId_)) continue;
+      if (strId_ && !hasId(node, *strId_)) continue;
       if (isSelected(node) && take(node)) break;
     }
     return true;
   }
 
-  /// Whether the names lead to an element, from the start or from anywhere.
+  /// Whether the names lead to an element, from the start or from anywhere, through the right
+  /// parent.
   bool isSelected(const TreeNode* element) const {
     const TreeNode* node = element;
     for (std::size_t at = lngNames_; at > 0; --at, node = node->parent) {
       if (node == nullptr || !isElement(node) || node->name->plain != names_[at - 1]) return false;
     }
+    if (strParentId_ && !hasId(element->parent, *strParentId_)) return false;
     return blnAnyDepth_ || node == start_;
   }
 
@@ -177,7 +188,8 @@ class PlainPath {
   std::array<const TreeName*, kMostPlainNames>
       names_;  // null: no node of the document has the name
   std::size_t lngNames_ = 0;
-  std::optional<std::string_view> strId_;
+  std::optional<std::string_view> strParentId_;  // asked of the element of the last name but one
+  std::optional<std::string_view> strId_;        // and of the last
   TreeNode* start_ = nullptr;
 };
 

@@ -15,7 +15,8 @@ class ChildNameIndex;
 
 // The commonest expressions, with names in ASCII and no blank anywhere:
 //
-//   [ "/" | "//" ] name { "/" name } [ "[@id='...']" ]
+//   [ "/" | "//" ] name { "/" name } [ id ]
+//   [ "/" | "//" ] { name "/" } name id "/" name id            id = "[@id='...']"
 //
 // Nothing is kept of the expression, so a selection costs little more than to read it. None for any
 // other expression, one with a prefix that is not declared, and where the indexes do not give the

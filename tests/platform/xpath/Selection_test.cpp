@@ -146,6 +146,23 @@ TEST_F(Selection, GivesEachNodeOnceWhenElementsOfOneIdAreNested) {
   expectAllWays("//a[@id='1']/@id", "@id=1 @id=1 @id=1");
 }
 
+TEST_F(Selection, AsksForTheIdsOfAnElementAndOfItsParent) {
+  load(
+      "<r><a id='1'><b id='2'/><b id='3'/><c><b id='2'/></c></a><a id='4'><b id='2'/></a>"
+      "<a id='1'><b id='2'/></a><b id='2'/></r>");
+  const struct {
+    const char *path, *selected;
+  } cases[] = {
+      {"//a[@id='1']/b[@id='2']", "b#2 b#2"}, {"//a[@id='1']/b[@id='3']", "b#3"},
+      {"//a[@id='4']/b[@id='3']", ""},        {"//r[@id='1']/b[@id='2']", ""},
+      {"/r/a[@id='4']/b[@id='2']", "b#2"},    {"/a[@id='4']/b[@id='2']", ""},
+      {"r/a[@id='1']/b[@id='3']", "b#3"},     {"//a[@id='1']/c/b[@id='2']", "b#2"},
+      {"//a[@id='1']/b", "b#2 b#3 b#2"},      {"//a[@id='1'][@id='1']/b[@id='3']", "b#3"},
+      {"//c[@id='2']/b[@id='2']", ""},
+  };
+  for (const auto& c : cases) expectAllWays(c.path, c.selected);
+}
+
 TEST_F(Selection, TestsConditions) {
   load(
       "<r><e id='1' a='x' n='3'><k>v</k><k>w</k></e><e id='2' a='y' n='03'><k>v<i>1</i>2</k></e>"

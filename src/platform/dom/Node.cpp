@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "platform/dom/DocumentState.h"
+#include "platform/text/ShortText.h"
 #include "platform/xml/CopyTree.h"
 #include "platform/xml/SerialiseXml.h"
 #include "platform/xml/XmlCharacters.h"
@@ -164,7 +165,7 @@ std::optional<NodeList> Node::getElementsByTagName(std::string_view strName) con
   std::vector<TreeNode*> nodes;
   if (firstChild(top)) {
     for (TreeNode* node = firstChild(top); node; node = nextBelow(node, top)) {
-      if (isElement(node) && (strName == "*" || node->name->strQualified == strName)) {
+      if (isElement(node) && (strName == "*" || isSame(node->name->strQualified, strName))) {
         nodes.push_back(node);
       }
     }

@@ -12,13 +12,13 @@ constexpr std::string_view kProcedure = "getSchemaReference";
 }  // namespace
 
 Acknowledge getSchemaReference(const Session& session, std::string_view strSchemaRefId,
-                               std::string& strRef) {
+                               std::string_view& strRef) {
   return Guarded(kProcedure, [&]() -> Acknowledge {
     if (strSchemaRefId.empty()) {
       return TracedFailure(session, kProcedure, SVC_RET_XML_CREATION_SCHEMA_REF_ID_NOT_SUPPLIED,
                            "The schema reference id was not supplied");
     }
-    strRef.clear();
+    strRef = {};
     if (!session.objNamespaceXML) {
       return TracedFailure(
           session, kProcedure, SVC_RET_XML_CREATION_SCHEMA_REFERENCE_XML_MISSING,
@@ -38,8 +38,7 @@ Acknowledge getSchemaReference(const Session& session, std::string_view strSchem
                            "The schema reference information for schema id=" + strId +
                                " could not be selected. Context:" + std::string(kProcedure));
     }
-    strRef = attributeText(objNamespace, "ref");
-    session.schemaReferences[strId] = strRef;
+    strRef = session.schemaReferences[strId] = attributeText(objNamespace, "ref");
     return {};
   });
 }

@@ -57,7 +57,7 @@ Acknowledge buildXPath(const Session& session, const NodePath& path, const Docum
     }
 
     Acknowledge objAck;
-    std::string strUri;  // deliberate: kept from step to step, see getSchemaReference
+    std::string_view strUri;  // deliberate: kept from step to step, see getSchemaReference
     for (std::size_t lngStep = 0; lngStep < path.steps(); ++lngStep) {
       const std::string_view strStep = path.step(lngStep);
       const bool blnLast = lngStep + 1 == path.steps();

@@ -39,8 +39,9 @@ TEST(getSchemaReference, GivesTheRefOfTheFirstEntryWithTheId) {
   const TestHost host;
   for (const auto& c : cases) {
     SCOPED_TRACE(c.says);
-    std::string strRef = "left from before";
-    EXPECT_TRUE(Succeeded(getSchemaReference(sessionWithList(host), c.strId, strRef)));
+    std::string_view strRef = "left from before";
+    const Session session = sessionWithList(host);
+    EXPECT_TRUE(Succeeded(getSchemaReference(session, c.strId, strRef)));
     EXPECT_EQ(strRef, c.strRef);
   }
   EXPECT_THAT(host.traceLines(), IsEmpty());
@@ -49,7 +50,7 @@ TEST(getSchemaReference, GivesTheRefOfTheFirstEntryWithTheId) {
 TEST(getSchemaReference, RefusesAnEmptyIdAndLeavesTheReferenceAlone) {
   for (const bool blnList : {true, false}) {
     const TestHost host;
-    std::string strRef = "left from before";
+    std::string_view strRef = "left from before";
     EXPECT_TRUE(
         FailedWith(getSchemaReference(blnList ? sessionWithList(host) : host.session(), "", strRef),
                    SVC_RET_XML_CREATION_SCHEMA_REF_ID_NOT_SUPPLIED,
@@ -62,7 +63,7 @@ TEST(getSchemaReference, RefusesAnEmptyIdAndLeavesTheReferenceAlone) {
 
 TEST(getSchemaReference, FailsWhenNoListWasEverLoaded) {
   const TestHost host;
-  std::string strRef = "left from before";
+  std::string_view strRef = "left from before";
   EXPECT_TRUE(FailedWith(getSchemaReference(host.session(), "p1", strRef),
                          SVC_RET_XML_CREATION_SCHEMA_REFERENCE_XML_MISSING,
                          "The schema reference xml object is nothing. Context:getSchemaReference",
@@ -80,7 +81,7 @@ TEST(getSchemaReference, FailsForAnIdThatNoEntryHas) {
     const std::string strMessage =
         "The schema reference information for schema id=" + std::string(strId) +
         " could not be selected. Context:getSchemaReference";
-    std::string strRef = "left from before";
+    std::string_view strRef = "left from before";
     EXPECT_TRUE(FailedWith(getSchemaReference(sessionWithList(host), strId, strRef),
                            SVC_RET_XML_CREATION_SCHEMA_REFERENCE_XML_NODE_MISSING, strMessage,
                            "default message"));
@@ -93,7 +94,7 @@ TEST(getSchemaReference, FindsNothingInTheEmptyListOfAFailedLoad) {
   const TestHost host;
   Session session = host.session();
   session.objNamespaceXML = Document::create();
-  std::string strRef;
+  std::string_view strRef;
   EXPECT_TRUE(FailedWith(getSchemaReference(session, "p1", strRef),
                          SVC_RET_XML_CREATION_SCHEMA_REFERENCE_XML_NODE_MISSING,
                          "The schema reference information for schema id=p1 could not be selected. "
@@ -105,7 +106,7 @@ TEST(getSchemaReference, TellsARunTimeErrorForAnIdThatBreaksThePath) {
   const TestHost host;
   for (const char* strId : {"it's", "'", "'] | //*["}) {
     SCOPED_TRACE(strId);
-    std::string strRef = "left from before";
+    std::string_view strRef = "left from before";
     EXPECT_TRUE(FailedWithNumber(getSchemaReference(sessionWithList(host), strId, strRef),
                                  -2147467259, "getSchemaReference"));
     EXPECT_EQ(strRef, "");
@@ -119,7 +120,7 @@ TEST(getSchemaReference, TellsARunTimeErrorOfTheSelection) {
   Session session = host.session();
   session.objNamespaceXML = parsed(kList, {.faults = &fault});
   fault.arm();
-  std::string strRef;
+  std::string_view strRef;
   EXPECT_TRUE(FailedWithRuntimeError(getSchemaReference(session, "p1", strRef), 7,
                                      "getSchemaReference", "Out of memory"));
   EXPECT_TRUE(fault.struck());

@@ -78,7 +78,8 @@ class SaxValidator : public SaxHandler {
   std::array<std::string, kCount> started_;
   Identifiers inForce_;
   std::pmr::monotonic_buffer_resource memory_{4096};
-  std::pmr::unordered_map<Step, Place, StepHash> places_{&memory_};  // which never moves them
+  // Never moves them, and has room at once for those of most messages.
+  std::pmr::unordered_map<Step, Place, StepHash> places_{128, &memory_};
   Place nowhere_;
   Place* here_ = &nowhere_;
   Place* ended_ = nullptr;  // the last element did, and is the one before the next

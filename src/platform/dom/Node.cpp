@@ -164,6 +164,7 @@ std::optional<NodeList> Node::getElementsByTagName(std::string_view strName) con
   if (state_->givesNothing(DomOperation::getElementsByTagName)) return std::nullopt;
   std::vector<TreeNode*> nodes;
   if (firstChild(top)) {
+    nodes.reserve(top->lngSize);  // mostly they are its children
     for (TreeNode* node = firstChild(top); node; node = nextBelow(node, top)) {
       if (isElement(node) && (strName == "*" || isSame(node->name->strQualified, strName))) {
         nodes.push_back(node);

@@ -141,8 +141,11 @@ bool DocumentState::take(std::shared_ptr<const DocumentContent> loaded, ParseErr
     const auto copy = [&](Tree& tree) -> TreeNode* {
       if (!loaded) return nullptr;
       TreeNode* const document = tree.newDocument();
+      const bool blnOwn = tree.share({loaded, &loaded->tree});
       const TreeNode* child = loaded->tree.document()->first;
-      for (; child; child = child->next) linkNode(document, copyNode(child, true, tree), nullptr);
+      for (; child; child = child->next) {
+        linkNode(document, copyNode(child, true, tree, blnOwn), nullptr);
+      }
       return document;
     };
     own_->replace(0, blnHandlesExist, copy, true);

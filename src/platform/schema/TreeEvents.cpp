@@ -54,9 +54,11 @@ bool TreeEvents::tellTheText(const Tree& tree) {
 /// Whether what has been told binds the prefix of each name with a colon, and nothing binds it
 /// otherwise.
 bool TreeEvents::bindsAllPrefixes() const {
-  for (const TreeName* name = tree_.names().withColon(); name; name = name->nextWithColon) {
+  const TreeName* name = tree_.names().withColon();
+  if (name && !tree_.names().bindPrefixesOnce()) return false;
+  for (; name; name = name->nextWithColon) {
     const NamePart* const prefix = prefixOf(*name);
-    if (!prefix || prefix->blnSeveral || !scope_.uriOf(prefix)) return false;
+    if (!prefix || !scope_.uriOf(prefix)) return false;
   }
   return true;
 }

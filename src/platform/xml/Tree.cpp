@@ -5,6 +5,7 @@
 #include <cstring>
 #include <limits>
 #include <new>
+#include <utility>
 
 #include "platform/text/ShortText.h"
 #include "platform/xml/SerialiseXml.h"
@@ -94,6 +95,15 @@ void Tree::grantNodes() {
   if (lngNodes_ == lngMostNodes_) throw RuntimeError(kXmlFailure, kTooManyNodes);
   const std::size_t lngWanted = std::clamp(lngNodes_, kFewest, kMost);
   lngGranted_ += arena_.share().takeNodes(std::min(lngWanted, lngMostNodes_ - lngNodes_));
+}
+
+bool Tree::share(std::shared_ptr<const Tree> base) noexcept {
+  if (names_.parts() != 0) return false;
+  names_.startFrom(base->names_);
+  lngLongest_ = std::max(lngLongest_, base->lngLongest_);
+  blnOther_ |= base->blnOther_;
+  base_ = std::move(base);
+  return true;
 }
 
 void Tree::countTo(const std::shared_ptr<TreeBudget>& budget) {

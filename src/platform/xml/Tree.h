@@ -173,6 +173,11 @@ class Tree {
 
   const TreeNames& names() const noexcept { return names_; }
 
+  /// Shares names and values with `base`, which nobody changes any more and which lives as long as
+  /// this, unless it has names already. Whether it does: its copies of those nodes are then made as
+  /// of nodes of its own.
+  bool share(std::shared_ptr<const Tree> base) noexcept;
+
   /// Where its memory comes from; null: from the heap.
   const std::shared_ptr<ChunkPool>& pool() const noexcept { return arena_.pool(); }
 
@@ -253,6 +258,7 @@ class Tree {
   void grantNodes();
   [[noreturn]] static void tooManyAttributes();
 
+  std::shared_ptr<const Tree> base_;  // with which it shares; null: with none
   Arena arena_;
   TreeNames names_;
   std::size_t lngNodes_ = 0;  // made since the last document node

@@ -13,9 +13,7 @@ struct NamePart {
   std::string_view strText;  // a NUL stands behind it
   std::uint32_t lngNumber = 0;
   std::size_t lngHash = 0;
-  NamePart* nextOfHash = nullptr;
-  const NamePart* uri = nullptr;  // of a prefix: that of the first name that has it,
-  bool blnSeveral = false;        // and whether another name has it with another one
+  const NamePart* uri = nullptr;  // of a prefix: that of the first name that was made with it
 };
 
 /// The name of elements and attributes, or the target of an instruction. Nodes of one document have
@@ -27,7 +25,6 @@ struct TreeName {
   std::string_view strQualified;    // as written; a NUL stands behind both
   const TreeName* plain = nullptr;  // that of the same URI and local part without a prefix
   std::size_t lngHash = 0;
-  TreeName* nextOfHash = nullptr;
   bool blnColon = false;  // it is in no namespace and was made with a prefix all the same
   const TreeName* nextWithColon = nullptr;
 };
@@ -36,6 +33,10 @@ struct TreeName {
 /// call that may make one.
 class TreeNames {
  public:
+  /// Begins with the names of another table, in place of what it has: they count as made here.
+  /// `base` must stay as it is for as long as this is used; any number of tables may share it.
+  void startFrom(const TreeNames& base) noexcept;
+
   /// The name of these parts. In no namespace, which is the empty URI, there is no prefix.
   const TreeName* get(Arena& arena, std::string_view strPrefix, std::string_view strLocal,
                       std::string_view strUri);
@@ -61,37 +62,51 @@ class TreeNames {
   /// The last of those with a colon, which leads to the others; null when there is none.
   const TreeName* withColon() const noexcept { return withColon_; }
 
+  /// Whether no prefix was made with one URI and then with another. False may say too little.
+  bool bindPrefixesOnce() const noexcept { return blnBoundOnce_; }
+
   /// More than the number of any part.
   std::size_t parts() const noexcept { return parts_.lngCount; }
 
  private:
-  /// Entries by their hash, which link to the next of one bucket.
+  /// Entries by their hash: a table with open addressing, half full at most. It finds those of
+  /// another table in place until one is added.
   template <class Entry>
-  struct Buckets {
-    Entry* first(std::size_t lngHash) const noexcept {
-      return lngSize == 0 ? nullptr : buckets[lngHash & (lngSize - 1)];
+  struct Slots {
+    /// The entry of this hash that `isIt`, or null.
+    template <class IsIt>
+    const Entry* find(std::size_t lngHash, const IsIt& isIt) const noexcept {
+      if (lngSize == 0) return nullptr;
+      for (std::size_t at = lngHash, lngStep = 1;; at += lngStep++) {
+        const Entry* const entry = slots[at & (lngSize - 1)];
+        if (!entry || (entry->lngHash == lngHash && isIt(*entry))) return entry;
+      }
     }
-    void add(Arena& arena, Entry* entry);
+    void add(Arena& arena, const Entry* entry);
 
-    Entry** buckets = nullptr;
+    const Entry** slots = nullptr;
     std::size_t lngSize = 0;
     std::size_t lngCount = 0;
+    bool blnShared = false;
   };
 
   const TreeName* find(std::string_view strPrefix, std::string_view strLocal,
                        std::string_view strUri, std::size_t lngHash) const noexcept;
-  const TreeName* make(Arena& arena, std::string_view strPrefix, std::string_view strLocal,
-                       std::string_view strUri, std::size_t lngHash);
+  const TreeName* get(Arena& arena, std::string_view strPrefix, std::string_view strLocal,
+                      std::string_view strUri, std::size_t lngHash, std::size_t lngPlain);
   const NamePart* part(Arena& arena, std::string_view strText, const NamePart*& last);
   const NamePart* part(Arena& arena, std::string_view strText);
-  NamePart* findPart(std::string_view strText, std::size_t lngHash) const noexcept;
+  const NamePart* findPart(std::string_view strText, std::size_t lngHash) const noexcept;
 
   void countOne();
 
-  Buckets<NamePart> parts_;
+  Slots<NamePart> parts_;
+  Slots<TreeName> names_;
+  std::size_t lngSharedParts_ = 0;  // with the first numbers
+  const NamePart* empty_ = nullptr;
   const NamePart* lastPrefix_ = nullptr;  // of a name that was made
   const NamePart* lastUri_ = nullptr;
-  Buckets<TreeName> names_;
+  bool blnBoundOnce_ = true;
   std::size_t lngBytes_ = 0;
   std::size_t lngLongest_ = 0;
   const TreeName* withColon_ = nullptr;

@@ -131,6 +131,30 @@ TEST_F(CachedDocument, ChangesForItselfAlone) {
   EXPECT_EQ(loadedFrom(strPath, true).documentElement().xml(), "<a id=\"1\"><b/></a>");
 }
 
+// Names and values are those of the cache's document, for as long as a copy needs them.
+TEST_F(CachedDocument, LeavesItsCopiesWhatTheyHaveWhenItsFileChanges) {
+  const std::string strPath = write("a.xml", "<p:a xmlns:p='urn:p' id='1'><p:b>text</p:b></p:a>");
+  const Document objCopy = loadedFrom(strPath, false);
+  write("a.xml", "<other/>");
+  EXPECT_EQ(loadedFrom(strPath, true).documentElement().nodeName(), "other");
+  const Node objRoot = objCopy.documentElement();
+  objRoot.appendChild(objCopy.createNode(NodeType::element, "p:c", "urn:other"));
+  objRoot.getNamedItem("id").setText("2");
+  EXPECT_EQ(objRoot.xml(),
+            "<p:a xmlns:p=\"urn:p\" id=\"2\"><p:b>text</p:b><p:c xmlns:p=\"urn:other\"/></p:a>");
+}
+
+TEST_F(CachedDocument, IsCopiedIntoOneThatHasNodesAlready) {
+  const std::string strPath = write("a.xml", "<p:a xmlns:p='urn:p' id='1'><b>text</b></p:a>");
+  const Document objCopy = Document::create({.cache = &cache_});
+  const Node objKept = objCopy.createElement("b");
+  ASSERT_TRUE(objCopy.load(strPath));
+  objCopy.documentElement().appendChild(objKept);
+  EXPECT_EQ(objCopy.documentElement().xml(),
+            "<p:a xmlns:p=\"urn:p\" id=\"1\"><b>text</b><b/></p:a>");
+  EXPECT_EQ(objCopy.selectNodes("//b")->length(), 2);
+}
+
 TEST_F(CachedDocument, IsNotChangedWhenItIsReadOnly) {
   const std::string strPath = write("a.xml", "<a id='1'><b>t</b></a>");
   const Document objDocument = loadedFrom(strPath, true);

@@ -29,6 +29,7 @@ namespace {
 
 /// The first error of a compilation, and where the compiler saw it: in which copy, on which line.
 struct CompileRun {
+  bool blnValid = false;
   std::string strReason, strLocation;
   std::size_t lngLine = 0;
   std::exception_ptr exception;
@@ -148,9 +149,10 @@ class CompilerCopy {
     }
   }
 
-  /// Makes a content model that is too much for the compiler a named group to which nothing refers:
-  /// all in it is checked, but no automaton is made of it. So it is not checked whether the model
-  /// is ambiguous (unique particle attribution). What stands in its place is as empty as it may be.
+  /// Makes a content model that the compiler had better not see a named group to which nothing
+  /// refers: all in it is checked, but no automaton is made of it. So it is not checked whether the
+  /// model is ambiguous (unique particle attribution). What stands in its place is as empty as it
+  /// may be.
   void setAside(TreeNode* particle, HeavyContent::Substitute substitute,
                 const std::string& strName) {
     const TreeName& name = *particle->name;
@@ -205,16 +207,14 @@ std::string inPaths(std::string strReason, const SchemaDocuments& documents) {
   return strReason;
 }
 
-}  // namespace
-
-void checkByCompiler(const SchemaDocuments& documents, std::string_view strPath) {
+/// Compiles copies of the documents in which these contents are set aside.
+CompileRun compile(const SchemaDocuments& documents, const std::vector<HeavyContent>& setAside) {
   const MemoryWatch memory;
-  const std::vector<HeavyContent> heavy = heavyContents(documents);
   const auto textOf = [&](std::size_t lngDocument) {
-    return CompilerCopy(documents, lngDocument, heavy, CompilerCopy::Use::text).text();
+    return CompilerCopy(documents, lngDocument, setAside, CompilerCopy::Use::text).text();
   };
   const ServedDocuments served(textOf);
-  const CompilerCopy copy(documents, 0, heavy, CompilerCopy::Use::tree);
+  const CompilerCopy copy(documents, 0, setAside, CompilerCopy::Use::tree);
   const CompilerDocument document(copy.tree(), ServedDocuments::location(0));
   CompileRun run;
   const Owned<xmlSchemaParserCtxt, xmlSchemaFreeParserCtxt> parser(
@@ -225,14 +225,26 @@ void checkByCompiler(const SchemaDocuments& documents, std::string_view strPath)
   if (run.exception) std::rethrow_exception(run.exception);
   served.check();
   memory.check();
-  if (!schema || !run.strReason.empty()) {
-    SchemaSpot spot =
-        run.lngLine > 0 ? spotOf(run, documents) : spotOfFacet(run.strReason, documents);
-    refuseSchema(
-        strPath,
-        run.strReason.empty() ? "It is not valid." : inPaths(std::move(run.strReason), documents),
-        std::move(spot));
-  }
+  run.blnValid = schema && run.strReason.empty();
+  return run;
+}
+
+}  // namespace
+
+void checkByCompiler(const SchemaDocuments& documents, std::string_view strPath) {
+  const HeavyContents heavy = heavyContents(documents);
+  std::vector<HeavyContent> setAside = heavy.excessive;
+  setAside.insert(setAside.end(), heavy.plain.begin(), heavy.plain.end());
+  CompileRun run = compile(documents, setAside);
+  // It comes last to what is set aside, and is to tell what it finds first where all is in place.
+  if (!run.blnValid && !heavy.plain.empty()) run = compile(documents, heavy.excessive);
+  if (run.blnValid) return;
+  SchemaSpot spot =
+      run.lngLine > 0 ? spotOf(run, documents) : spotOfFacet(run.strReason, documents);
+  refuseSchema(
+      strPath,
+      run.strReason.empty() ? "It is not valid." : inPaths(std::move(run.strReason), documents),
+      std::move(spot));
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

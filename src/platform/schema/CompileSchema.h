@@ -7,9 +7,9 @@
 namespace Varnel_Tolv_XML_Creation {
 
 /// Lets the library's schema compiler check the documents; what it makes of them is of no use
-/// here. It gets copies of them, in which content models that are too much for it (HeavyContent.h)
-/// are replaced, and opens nothing. Raises kXmlFailure, with its first complaint, naming the schema
-/// by `strPath`; and as `heavyContents` does.
+/// here. It gets copies of them, in which content models that it had better not see
+/// (HeavyContent.h) are replaced, and opens nothing. Raises kXmlFailure, with its first complaint,
+/// naming the schema by `strPath`; and as `heavyContents` does.
 void checkByCompiler(const SchemaDocuments& documents, std::string_view strPath);
 
 }  // namespace Varnel_Tolv_XML_Creation

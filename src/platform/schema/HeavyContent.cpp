@@ -84,6 +84,7 @@ struct Draft {
   std::size_t chain = 0;        // the longest that begins here
   std::size_t members = 0;      // of an element's substitution group
   Extent content{};             // of a group or complex type
+  bool blnExtended = false;     // of a complex type
 };
 
 /// How schema documents refer to definitions.
@@ -106,7 +107,7 @@ class ContentSurvey {
   explicit ContentSurvey(const SchemaDocuments& documents)
       : documents_(documents), definitions_(documents, names_) {}
 
-  std::vector<HeavyContent> run() {
+  HeavyContents run() {
     for (const Definition& definition : definitions_.everything()) {
       byDefinition_.push_back(definition.node ? &draft(SchemaElement(definition)) : nullptr);
     }
@@ -117,10 +118,24 @@ class ContentSurvey {
       countSubstitute(drafts_[at]);
     }
     for (std::size_t at = 0; at < drafts_.size(); ++at) know(drafts_[at]);
-    return std::move(heavy_);
+    for (const Candidate& candidate : candidates_) {
+      if (!candidate.type->blnExtended && isPlain(candidate.particle)) {
+        found_.plain.push_back(heavy(candidate.particle, candidate.substitute));
+      }
+    }
+    return std::move(found_);
   }
 
  private:
+  using Substitute = HeavyContent::Substitute;
+
+  /// The content of a type that the compiler can be given, but not for nothing.
+  struct Candidate {
+    const Draft* type = nullptr;
+    SchemaElement particle;
+    Substitute substitute = Substitute::required;
+  };
+
   Draft& draft(const SchemaElement& source) { return drafts_.emplace_back(Draft{source}); }
 
   /// What a name refers to, unless it is a built-in type, or nothing.
@@ -228,26 +243,29 @@ class ContentSurvey {
         complex ? complex.child({"extension", "restriction"}) : complex;
     const SchemaElement particle = modelGroupOf(derivation ? derivation : type.source);
     const bool blnExtension = derivation && derivation.is("extension");
-    const Draft* extended =
+    Draft* const extended =
         blnExtension ? find(derivation, Symbol::type, derivation.token("base")) : nullptr;
     const Extent base = extended ? extended->content : Extent();
     type.content = base;
+    if (extended) extended->blnExtended = true;
     if (!particle) return;
     const Extent own = extentOf(particle);
     type.content = inSequence(base, own);
+    Substitute substitute = own.blnEmptiable ? Substitute::optional : Substitute::required;
     if (!type.content.isHeavy()) {
       const std::size_t work = type.content.work();
-      if (work <= kNoWork || work_ + work <= kMaxWork) {
+      if (work <= kNoWork) return;
+      if (work_ + work <= kMaxWork) {
         work_ += work;
+        // A redefinition may refer to itself once only, which the compiler counts.
+        const bool blnRedefines = type.source.definition().redefined != nullptr;
+        if (!blnExtension && !blnRedefines) candidates_.push_back({&type, particle, substitute});
         return;
       }
     }
 
-    using Substitute = HeavyContent::Substitute;
-    Substitute substitute = own.blnEmptiable ? Substitute::optional : Substitute::required;
     if (blnExtension && (own.blnEmptiable || !base.blnEmptiable)) substitute = Substitute::none;
-    const auto lngDocument = type.source.part().document - documents_.documents.data();
-    heavy_.push_back({static_cast<std::size_t>(lngDocument), particle.node(), substitute});
+    found_.excessive.push_back(heavy(particle, substitute));
     Extent given;
     if (substitute != Substitute::none) {
       given.children = given.first = given.alternatives = given.nesting = 1;
@@ -256,18 +274,54 @@ class ContentSurvey {
     type.content = inSequence(base, given);
   }
 
+  HeavyContent heavy(const SchemaElement& particle, Substitute substitute) const {
+    const auto lngDocument = particle.part().document - documents_.documents.data();
+    return {static_cast<std::size_t>(lngDocument), particle.node(), substitute};
+  }
+
+  /// Whether a model consists of groups that occur at most once and elements of different names
+  /// that do, or any number of times: then the name of a child tells which of them it is, and the
+  /// compiler, which takes some repeated groups for ambiguous that are not, would say so as well.
+  bool isPlain(const SchemaElement& group) const {
+    std::vector<std::string_view> colNames;
+    if (!listNames(group, colNames)) return false;
+    std::ranges::sort(colNames);
+    return std::ranges::adjacent_find(colNames) == colNames.end();
+  }
+
+  /// Lists the local names of the elements in a particle; false where there is more to it. Recurses
+  /// as deep as the document is.
+  bool listNames(const SchemaElement& particle, std::vector<std::string_view>& colNames) const {
+    const std::uint32_t most = occurrences(particle, "maxOccurs");
+    if (occurrences(particle, "minOccurs") > 1) return false;
+    if (particle.is("element")) {
+      const std::string_view strReference = particle.token("ref");
+      const Draft* element = find(particle, Symbol::element, strReference);
+      if (element && element->members > 0) return false;
+      const std::string_view strName = element ? strReference : particle.token("name");
+      colNames.push_back(strName.substr(strName.find(':') + 1));
+      return most == 1 || most == Particle::kUnbounded;
+    }
+    if (most != 1 || !particle.isOneOf({"choice", "sequence"})) return false;
+    for (SchemaElement child = particle.child(); child; child = child.next()) {
+      if (!child.is("annotation") && !listNames(child, colNames)) return false;
+    }
+    return true;
+  }
+
   const SchemaDocuments& documents_;
   NameTable names_;
   const Definitions definitions_;
   std::deque<Draft> drafts_;          // which never moves them
   std::vector<Draft*> byDefinition_;  // null for the built-in types
-  std::vector<HeavyContent> heavy_;
+  std::vector<Candidate> candidates_;
+  HeavyContents found_;
   std::size_t work_ = 0;  // that the compiler has with the others
 };
 
 }  // namespace
 
-std::vector<HeavyContent> heavyContents(const SchemaDocuments& documents) {
+HeavyContents heavyContents(const SchemaDocuments& documents) {
   return ContentSurvey(documents).run();
 }
 

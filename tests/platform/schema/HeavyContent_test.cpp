@@ -56,8 +56,9 @@ SchemaDocuments documentsOf(const SchemaDirectory& directory, const std::string&
 
 std::vector<Substitute> substitutesIn(const std::string& strDeclarations) {
   const SchemaDirectory directory;
+  const HeavyContents colContents = heavyContents(documentsOf(directory, strDeclarations));
   std::vector<Substitute> substitutes;
-  for (const HeavyContent& heavy : heavyContents(documentsOf(directory, strDeclarations))) {
+  for (const HeavyContent& heavy : colContents.excessive) {
     substitutes.push_back(heavy.substitute);
   }
   return substitutes;
@@ -305,8 +306,9 @@ TEST(HeavyContent, IsFoundInEveryDocument) {
       group("rg", sequence("<xs:group ref='t:rg'/><xs:element name='x' minOccurs='0'/>")) +
       "</xs:redefine>" + type(sequence("<xs:group ref='t:rg'/><xs:group ref='t:pg'/>"), "M") +
       "<xs:element name='r' type='t:P'/>";
+  const HeavyContents colContents = heavyContents(documentsOf(directory, strDeclarations));
   std::vector<std::size_t> colDocuments;
-  for (const HeavyContent& heavy : heavyContents(documentsOf(directory, strDeclarations))) {
+  for (const HeavyContent& heavy : colContents.excessive) {
     colDocuments.push_back(heavy.lngDocument);
   }
   EXPECT_THAT(colDocuments, testing::UnorderedElementsAre(0U, 0U, 1U));
@@ -318,6 +320,132 @@ TEST(HeavyContent, AloneMayBeAmbiguous) {
   const std::string strTwice = "<xs:element name='x' minOccurs='0'/><xs:element name='x'/>";
   EXPECT_THAT(refusal(type(sequence(strTwice))), HasSubstr("not determinist"));
   EXPECT_EQ(refusal(type(sequence(elements(101, kOptional) + strTwice))), "");
+}
+
+TEST(HeavyContent, IsPlainWhereTheNameOfAChildTellsWhichItIs) {
+  const std::string strTen = elements(10, kOptional);
+  const std::string strHead =
+      "<xs:element name='h'/><xs:element name='m' substitutionGroup='t:h'/>"
+      "<xs:element name='o'/>";
+  const struct {
+    const char* says;
+    std::string strDeclarations;
+    bool blnPlain;
+  } cases[] = {
+      {"optional elements", type(sequence(strTen)), true},
+      {"so few that it is no work", type(sequence(elements(3, kOptional))), false},
+      {"so many that it is too much", type(sequence(elements(101, kOptional))), false},
+      {"elements that are needed", type(sequence(elements(20))), true},
+      {"a choice", type("<xs:choice>" + elements(10) + "</xs:choice>"), true},
+      {"groups in groups",
+       type(sequence(strTen + "<xs:choice minOccurs='0'>" +
+                     sequence("<xs:element name='a'/><xs:element name='b'/>") +
+                     "<xs:element name='c'/></xs:choice>")),
+       true},
+      {"any number of one", type(sequence(strTen + "<xs:element name='a' maxOccurs='unbounded'/>")),
+       true},
+      {"some of one", type(sequence(strTen + "<xs:element name='a' maxOccurs='3'/>")), false},
+      {"one at least twice",
+       type(sequence(strTen + "<xs:element name='a' minOccurs='2' maxOccurs='unbounded'/>")),
+       false},
+      {"any number of a group", type(sequence(strTen, "maxOccurs='unbounded'")), false},
+      {"any number of a group within",
+       type(sequence(strTen + sequence("<xs:element name='a'/>", "maxOccurs='unbounded'"))), false},
+      {"one name twice", type(sequence(strTen + "<xs:element name='x'/><xs:element name='e3'/>")),
+       false},
+      {"one name in two namespaces",
+       strHead + type(sequence(strTen + "<xs:element name='o'/><xs:element ref='t:o'/>")), false},
+      {"a reference", strHead + type(sequence(strTen + "<xs:element ref='t:o'/>")), true},
+      {"a reference to the head of a substitution group",
+       strHead + type(sequence(strTen + "<xs:element ref='t:h'/>")), false},
+      {"a reference to nothing", type(sequence(strTen + "<xs:element ref='t:nix'/>")), true},
+      {"a wildcard", type(sequence(strTen + "<xs:any namespace='##other'/>")), false},
+      {"a named group",
+       group("g", sequence("<xs:element name='x'/>")) +
+           type(sequence(strTen + "<xs:group ref='t:g'/>")),
+       false},
+      {"any order", type("<xs:all>" + strTen + "</xs:all>"), false},
+      {"documentation within",
+       type(sequence("<xs:annotation><xs:documentation>d</xs:documentation></xs:annotation>" +
+                     strTen)),
+       true},
+      {"an extension", type("", "A") + type(extension("A", sequence(strTen)), "B"), false},
+      {"an extension of any content",
+       type("<xs:complexContent><xs:extension base='xs:anyType'>" + sequence(strTen) +
+            "</xs:extension></xs:complexContent>"),
+       false},
+      {"a restriction of any content",
+       type("<xs:complexContent><xs:restriction base='xs:anyType'>" + sequence(strTen) +
+            "</xs:restriction></xs:complexContent>"),
+       true},
+      {"what is extended",
+       type(sequence(strTen), "A") + type(extension("A", sequence("<xs:element name='x'/>")), "B"),
+       false},
+      {"what is extended by nothing", type(sequence(strTen), "A") + type(extension("A", ""), "B"),
+       false},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    const SchemaDirectory directory;
+    EXPECT_THAT(heavyContents(documentsOf(directory, c.strDeclarations)).plain,
+                SizeIs(c.blnPlain ? 1 : 0));
+  }
+}
+
+TEST(HeavyContent, OfARedefinitionIsLeftToTheCompiler) {
+  for (const char* occurs : {"", " minOccurs='0'"}) {
+    SCOPED_TRACE(occurs);
+    const SchemaDirectory directory;
+    const std::string strGroup = "<xs:group ref='t:g'" + std::string(occurs) + "/>";
+    const std::string strInner = "<xs:element name='in'><xs:complexType>" + sequence(strGroup) +
+                                 "</xs:complexType></xs:element>";
+    directory.write("g.xsd", schemaText(group("g", sequence("<xs:element name='o'/>")), "urn:t"));
+    EXPECT_THAT(
+        refusal(directory, "<xs:redefine schemaLocation='g.xsd'>" +
+                               group("g", sequence("<xs:group ref='t:g'/><xs:element name='big'>"
+                                                   "<xs:complexType>" +
+                                                   sequence(elements(10, kOptional) + strInner) +
+                                                   "</xs:complexType></xs:element>")) +
+                               "</xs:redefine><xs:element name='r'/>"),
+        HasSubstr("group"));
+  }
+}
+
+// The first complaint is that of the compiler about the documents as they stand.
+TEST(HeavyContent, ThatIsPlainChangesNoComplaint) {
+  const std::string strTen = elements(10, kOptional);
+  const struct {
+    const char* says;
+    std::string strDeclarations, strReason;
+    std::size_t lngLine;
+  } cases[] = {
+      {"an ambiguous model", type(sequence(strTen + "\n<xs:element name='e9'/>")),
+       "not determinist", 1},
+      {"one that an extension makes so",
+       type(sequence(strTen), "A") + "\n" +
+           type(extension("A", sequence("<xs:element name='e9'/>")), "B"),
+       "'B': The content model is not determinist", 2},
+      {"within, and behind it",
+       type(sequence(strTen + "<xs:element name='x'\nnix='1'/>")) +
+           "\n<xs:element name='r' nix='2'/>",
+       "nix", 2},
+      {"a type that is missing within, and one behind it",
+       type(sequence(strTen + "\n<xs:element name='x' type='t:nix'/>")) +
+           "\n<xs:element name='r' type='t:none'/>",
+       "nix", 2},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    const SchemaDirectory directory;
+    const SchemaDocuments documents = documentsOf(directory, c.strDeclarations);
+    try {
+      checkByCompiler(documents, "main.xsd");
+      ADD_FAILURE() << "it is not refused";
+    } catch (const SchemaFailure& failure) {
+      EXPECT_THAT(failure.description(), HasSubstr(c.strReason));
+      EXPECT_EQ(failure.spot().lngLine, c.lngLine);
+    }
+  }
 }
 
 TEST(HeavyContent, HasABound) {

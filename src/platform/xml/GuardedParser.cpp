@@ -116,6 +116,7 @@ struct ParserCallbacks {
                              int attributeCount, int defaultedCount, const xmlChar** attributes) {
     GuardedParser& self = GuardedParser::of(context);
     if (++self.depth_ > kMaxDepth) return self.stop(context, kTooDeep);
+    if (self.depth_ == 1) endInput(context);
     if (static_cast<std::size_t>(attributeCount + namespaceCount) > kMaxAttributes) {
       return self.stop(context, kTooManyAttributes);
     }
@@ -138,6 +139,13 @@ struct ParserCallbacks {
     }
     self.startElement(context, name, prefix, uri, namespaceCount, namespaces, attributeCount,
                       defaultedCount, attributes);
+  }
+
+  /// Tells the library that there is no more text than it has. It would make room for more whenever
+  /// it comes near the end.
+  static void endInput(void* context) {
+    xmlParserInputBuffer& buffer = *static_cast<xmlParserCtxt*>(context)->input->buf;
+    if (!buffer.encoder) buffer.readcallback = nullptr;
   }
 
   static void onEndElement(void* context, const xmlChar* name, const xmlChar* prefix,

@@ -40,13 +40,20 @@ constexpr auto kKeys = std::to_array<DeploymentKey>({
 /// What a message about a value begins with, its file, and ends with, its line; both empty for one
 /// that comes from no file.
 struct Place {
-  std::string strFile, strLine;
+  std::string strFile;
+  std::string_view strJson, strKey;
+
+  std::string line() const {
+    const auto lines = jsonMemberLines(strJson);
+    const auto line = lines.find(strKey);
+    return line == lines.end() ? "" : " (line " + std::to_string(line->second) + ')';
+  }
 };
 
 const DeploymentKey& keyNamed(std::string_view strName, const Place& place = {}) {
   const auto* const key = std::ranges::find(kKeys, strName, &DeploymentKey::name);
   if (key == kKeys.end()) {
-    refuse(place.strFile + '"' + std::string(strName) + "\" is an unknown key" + place.strLine);
+    refuse(place.strFile + '"' + std::string(strName) + "\" is an unknown key" + place.line());
   }
   return *key;
 }
@@ -82,7 +89,7 @@ DateOrder dateOrder(const DeploymentValues& values, const Place& place = {}) {
   if (strOrder == "mdy") return DateOrder::monthDayYear;
   if (strOrder == "ymd") return DateOrder::yearMonthDay;
   refuse(place.strFile + "date-order: \"" + strOrder + "\" is none of dmy, mdy, ymd" +
-         place.strLine);
+         place.line());
 }
 
 bool fits(std::string_view strText, std::string_view strPattern) {
@@ -103,7 +110,7 @@ std::optional<FixedClock> clock(const DeploymentValues& values, const Place& pla
     if (const auto now = parseDate(strDate, DateOrder::yearMonthDay)) return FixedClock(*now);
   }
   refuse(place.strFile + "now: \"" + *strNow + "\" is no moment of the form YYYY-MM-DDTHH:MM:SS" +
-         place.strLine);
+         place.line());
 }
 
 /// The catalog.xml of the folder; empty when it has none.
@@ -125,12 +132,7 @@ DeploymentValues deploymentValues(std::string_view strJson, const std::string& s
   const std::optional<JsonObject> object = readJsonObject(strJson, strReason);
   if (!object) refuse(strWhere + strReason);
 
-  const std::map<std::string, std::size_t, std::less<>> lines = jsonMemberLines(strJson);
-  const auto placeOf = [&](std::string_view strKey) {
-    const auto line = lines.find(strKey);
-    return Place{strWhere,
-                 line == lines.end() ? "" : " (line " + std::to_string(line->second) + ')'};
-  };
+  const auto placeOf = [&](std::string_view strKey) { return Place{strWhere, strJson, strKey}; };
 
   const std::filesystem::path folder = std::filesystem::path(strFile).parent_path();
   DeploymentValues values;
@@ -141,14 +143,14 @@ DeploymentValues deploymentValues(std::string_view strJson, const std::string& s
     if (kind == DeploymentValueKind::flag) {
       const bool* const flag = std::get_if<bool>(&value);
       if (flag == nullptr) {
-        refuse(strWhere + '"' + strKey + "\" is no Boolean" + placeOf(strKey).strLine);
+        refuse(strWhere + '"' + strKey + "\" is no Boolean" + placeOf(strKey).line());
       }
       values[strKey] = *flag ? "true" : "false";
       continue;
     }
     const std::string* const strText = std::get_if<std::string>(&value);
     if (strText == nullptr) {
-      refuse(strWhere + '"' + strKey + "\" is no text" + placeOf(strKey).strLine);
+      refuse(strWhere + '"' + strKey + "\" is no text" + placeOf(strKey).line());
     }
     values[strKey] =
         kind == DeploymentValueKind::file ? resolved(folder, strKey, *strText) : *strText;

@@ -44,11 +44,13 @@ struct Preview {
   bool blnManyAttributes = false;  // a start tag has more attributes than are accepted
 };
 
+/// What as many attributes take as are accepted.
+constexpr std::size_t kFewBytes = kMaxAttributes * std::string_view(" a=''").size();
+
 /// Whether `strTag`, from its "<" up to the next, holds too many attributes: an equals sign and a
 /// value in quotes. No tag holds another "<", and behind anything else the parser gives a tag up.
 bool hasManyAttributes(std::string_view strTag) {
-  constexpr std::size_t kShortest = std::string_view(" a=''").size();  // one attribute
-  if (strTag.size() < kMaxAttributes * kShortest) return false;
+  if (strTag.size() < kFewBytes) return false;
   std::size_t lngAttributes = 0;
   for (std::size_t at = strTag.find_first_of("=>"); at != std::string_view::npos;
        at = strTag.find_first_of("=>", at)) {
@@ -63,12 +65,16 @@ bool hasManyAttributes(std::string_view strTag) {
 }
 
 /// Whether one of the tags in a text does. A comment may hold what looks like a tag: it is taken
-/// for one, as what looks like a comment may stand in the value of an entity.
+/// for one, as what looks like a comment may stand in the value of an entity. Of the tags that
+/// begin within so many bytes all but the last are too short.
 bool holdsManyAttributes(std::string_view strText) {
   for (std::size_t begin = strText.find('<'); begin != std::string_view::npos;) {
-    const std::size_t end = strText.find('<', begin + 1);
-    if (hasManyAttributes(strText.substr(begin, end - begin))) return true;
-    begin = end;
+    std::size_t next = strText.rfind('<', begin + kFewBytes);
+    if (next == begin) {
+      next = strText.find('<', begin + 1);
+      if (hasManyAttributes(strText.substr(begin, next - begin))) return true;
+    }
+    begin = next;
   }
   return false;
 }

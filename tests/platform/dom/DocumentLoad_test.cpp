@@ -145,6 +145,23 @@ TEST(DocumentLoad, RefusesMoreAttributesThanAnElementCanNeed) {
                   .documentElement());
 }
 
+// The parser compares the attributes of a tag with one another, so it must not see these: it would
+// tell the line.
+TEST(DocumentLoad, RefusesManyAttributesUnseenWhereverTheTagBegins) {
+  std::string strTag = "<t";
+  for (int at = 0; at < 513; ++at) strTag += " a=''";
+  for (const std::size_t lngBefore : {0, 1, 5, 1000, 2554, 2555, 2556, 2559, 2560, 2561, 9000}) {
+    SCOPED_TRACE(lngBefore);
+    for (const char* behind : {"/></r>", "/><q/><q/></r>", " b='", ""}) {
+      const Document objDocument = Document::create();
+      const std::string strText(lngBefore, 'x');
+      EXPECT_FALSE(objDocument.loadXML("<r><q/>" + strText + strTag + behind));
+      EXPECT_EQ(objDocument.parseError().reason, "An element has more than 512 attributes.");
+      EXPECT_EQ(objDocument.parseError().line, 0);
+    }
+  }
+}
+
 TEST(DocumentLoad, ReadsAgainWhatALongAnswerMadeOfTheParkedForm) {
   const Document objDocument = loaded("<r><t/></r>");
   const Node objRoot = objDocument.documentElement();

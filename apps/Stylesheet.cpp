@@ -3,11 +3,6 @@
 #include <libxml/HTMLtree.h>
 #include <libxml/dict.h>
 #include <libxml/parser.h>
-#include <libxslt/documents.h>
-#include <libxslt/imports.h>
-#include <libxslt/security.h>
-#include <libxslt/transform.h>
-#include <libxslt/xsltutils.h>
 
 #include <array>
 #include <cstdarg>
@@ -19,6 +14,7 @@
 
 #include "CannotRun.h"
 #include "HtmlText.h"
+#include "StylesheetLibrary.h"
 
 namespace {
 
@@ -113,11 +109,11 @@ void throwWhatWasThrownWithin() {
 
 xsltSecurityPrefsPtr restrictions() {
   static xsltSecurityPrefsPtr const preferences = [] {
-    xsltSecurityPrefsPtr const made = xsltNewSecurityPrefs();
+    xsltSecurityPrefsPtr const made = xslt().newSecurityPrefs();
     for (const xsltSecurityOption option :
          {XSLT_SECPREF_WRITE_FILE, XSLT_SECPREF_CREATE_DIRECTORY, XSLT_SECPREF_READ_NETWORK,
           XSLT_SECPREF_WRITE_NETWORK}) {
-      xsltSetSecurityPrefs(made, option, xsltSecurityForbid);
+      xslt().setSecurityPrefs(made, option, xslt().securityForbid);
     }
     return made;
   }();
@@ -226,19 +222,23 @@ struct TranslationNow {
 
 struct Stylesheet::Compiled {
   struct Free {
-    void operator()(xsltStylesheetPtr stylesheet) const { xsltFreeStylesheet(stylesheet); }
+    void operator()(xsltStylesheetPtr stylesheet) const { xslt().freeStylesheet(stylesheet); }
   };
+
+  /// What the stylesheet says of its output, or the first of those that it imports to say so.
+  template <class Value>
+  Value said(Value xsltStylesheet::*member, Value nothing) const {
+    xsltStylesheetPtr by = stylesheet.get();
+    while (by != nullptr && by->*member == nothing) by = xslt().nextImport(by);
+    return by == nullptr ? nothing : by->*member;
+  }
 
   /// Whether pages are such as `htmlText` writes.
   bool isPlainHtml() const {
-    const xmlChar* method = nullptr;
-    const xmlChar* encoding = nullptr;
-    int indent = -1;
-    XSLT_GET_IMPORT_PTR(method, stylesheet.get(), method)
-    XSLT_GET_IMPORT_PTR(encoding, stylesheet.get(), encoding)
-    XSLT_GET_IMPORT_INT(indent, stylesheet.get(), indent)
-    return xmlStrEqual(method, characters("html")) != 0 && indent == 0 &&
-           xmlStrcasecmp(encoding, characters("UTF-8")) == 0;
+    constexpr xmlChar* kNoText = nullptr;
+    return xmlStrEqual(said(&xsltStylesheet::method, kNoText), characters("html")) != 0 &&
+           said(&xsltStylesheet::indent, -1) == 0 &&
+           xmlStrcasecmp(said(&xsltStylesheet::encoding, kNoText), characters("UTF-8")) == 0;
   }
 
   /// What the stylesheet makes of a view; null when it gives up.
@@ -259,7 +259,7 @@ Stylesheet::Stylesheet(const std::string& strFile, const std::string& strBuiltIn
                                     : builtInDocument(std::string(kBuiltIn) + strBuiltIn, nullptr);
   compiled_->blnFixed = document != nullptr && (!blnOwn || isFixed(*document));
   // The stylesheet owns its document, unless there is none.
-  if (document != nullptr) compiled_->stylesheet.reset(xsltParseStylesheetDoc(document));
+  if (document != nullptr) compiled_->stylesheet.reset(xslt().parseStylesheetDoc(document));
   throwWhatWasThrownWithin();
   if (!compiled_->stylesheet || compiled_->stylesheet->errors != 0) {
     throw CannotRun((blnOwn ? "page.xsl: " : "the built-in stylesheet: ") +
@@ -274,12 +274,12 @@ std::unique_ptr<xmlDoc, void (*)(xmlDocPtr)> Stylesheet::Compiled::transformed(
     const ViewDocument& view) const {
   forgetComplaints();
   const std::unique_ptr<xsltTransformContext, void (*)(xsltTransformContextPtr)> context(
-      xsltNewTransformContext(stylesheet.get(), view.get()), xsltFreeTransformContext);
+      xslt().newTransformContext(stylesheet.get(), view.get()), xslt().freeTransformContext);
   if (!context) throw std::bad_alloc();
-  xsltSetCtxtSecurityPrefs(restrictions(), context.get());
+  xslt().setCtxtSecurityPrefs(restrictions(), context.get());
   std::unique_ptr<xmlDoc, void (*)(xmlDocPtr)> page(
-      xsltApplyStylesheetUser(stylesheet.get(), view.get(), nullptr, nullptr, nullptr,
-                              context.get()),
+      xslt().applyStylesheetUser(stylesheet.get(), view.get(), nullptr, nullptr, nullptr,
+                                 context.get()),
       xmlFreeDoc);
   throwWhatWasThrownWithin();
   if (context->state != XSLT_STATE_OK) page.reset();
@@ -294,8 +294,8 @@ std::string Stylesheet::apply(const ViewDocument& view) const {
   }
   xmlChar* text = nullptr;
   int lngSize = 0;
-  const bool blnDone =
-      page && xsltSaveResultToString(&text, &lngSize, page.get(), compiled_->stylesheet.get()) == 0;
+  const bool blnDone = page && xslt().saveResultToString(&text, &lngSize, page.get(),
+                                                         compiled_->stylesheet.get()) == 0;
   const std::unique_ptr<xmlChar, void (*)(void*)> owned(text, xmlFree);
   if (!blnDone || text == nullptr) {
     // What else was said may quote an answer, as the messages of a stylesheet do.
@@ -316,8 +316,8 @@ void prepareStylesheets(BuiltInFile builtIn, void (*failed)(const std::string& s
   builtInFile = builtIn;
   tellFailure = failed;
   xmlInitParser();
-  xsltInit();
-  xsltSetGenericErrorFunc(nullptr, complain);
-  standardLoader = xsltDocDefaultLoader;
-  xsltSetLoaderFunc(loadDocument);
+  xslt().init();
+  xslt().setGenericErrorFunc(nullptr, complain);
+  standardLoader = *xslt().docDefaultLoader;
+  xslt().setLoaderFunc(loadDocument);
 }

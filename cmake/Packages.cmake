@@ -71,11 +71,13 @@ varnel_package(tools varnel-xml-tools text
   "submissions of a form and writes the parked form, the message and the result.")
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SHLIBDEPS ON)
 
-# What it stores its forms with is loaded when it is used.
+# What makes pages is loaded when it is used, and so is what the host stores its forms with.
+set(pages libxslt1.1)
+set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "${pages}")
 varnel_package(host varnel-xml-host web
   "The program varnel-xml-host lets people fill in forms in a browser, keeps them"
   "in SQLite or PostgreSQL, and delivers the messages that are made of them.")
 set(CPACK_DEBIAN_HOST_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_HOST_PACKAGE_DEPENDS "libsoci-sqlite3-4.0, libsoci-postgresql4.0")
+set(CPACK_DEBIAN_HOST_PACKAGE_DEPENDS "libsoci-sqlite3-4.0, libsoci-postgresql4.0, ${pages}")
 
 include(CPack)

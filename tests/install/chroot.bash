@@ -15,7 +15,8 @@ quietly apt-get -q install -y --no-install-recommends ./varnel-xml-tools_*.deb
 varnel-xml build --deployment inspection --form inspection/complete.form --submit --validate \
   --report --strict --send-out message.xml --result result.json
 grep -q '"verdict": "valid"' result.json
-echo "varnel-xml-tools: a form was submitted, its message is valid"
+varnel-xml document --deployment inspection --format html >document.html
+echo "varnel-xml-tools: a form was submitted, its message is valid, and a page was made"
 
 quietly apt-get -q install -y --no-install-recommends ./libvarnel-xml-creation*.deb g++ pkg-config
 for kind in c c++; do

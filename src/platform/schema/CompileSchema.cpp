@@ -15,6 +15,7 @@
 #include "platform/schema/FacetSpot.h"
 #include "platform/schema/HeavyContent.h"
 #include "platform/schema/ReadSchemaDocuments.h"
+#include "platform/schema/component/Readers.h"
 #include "platform/text/Text.h"
 #include "platform/xml/CopyTree.h"
 #include "platform/xml/OwnedXml.h"
@@ -231,8 +232,9 @@ CompileRun compile(const SchemaDocuments& documents, const std::vector<HeavyCont
 
 }  // namespace
 
-void checkByCompiler(const SchemaDocuments& documents, std::string_view strPath) {
-  const HeavyContents heavy = heavyContents(documents);
+void checkByCompiler(const SchemaDocuments& documents, const Definitions& definitions,
+                     std::string_view strPath) {
+  const HeavyContents heavy = heavyContents(documents, definitions);
   std::vector<HeavyContent> setAside = heavy.excessive;
   setAside.insert(setAside.end(), heavy.plain.begin(), heavy.plain.end());
   CompileRun run = compile(documents, setAside);
@@ -245,6 +247,13 @@ void checkByCompiler(const SchemaDocuments& documents, std::string_view strPath)
       strPath,
       run.strReason.empty() ? "It is not valid." : inPaths(std::move(run.strReason), documents),
       std::move(spot));
+}
+
+std::unique_ptr<const SchemaComponents> compileSchema(const SchemaDocuments& documents,
+                                                      std::string_view strPath) {
+  Readers readers(documents);
+  checkByCompiler(documents, readers.definitions, strPath);
+  return readComponents(readers);
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -104,8 +104,8 @@ constexpr std::array<Reference, 7> kReferences = {{
 
 class ContentSurvey {
  public:
-  explicit ContentSurvey(const SchemaDocuments& documents)
-      : documents_(documents), definitions_(documents, names_) {}
+  ContentSurvey(const SchemaDocuments& documents, const Definitions& definitions)
+      : documents_(documents), definitions_(definitions) {}
 
   HeavyContents run() {
     for (const Definition& definition : definitions_.everything()) {
@@ -310,8 +310,7 @@ class ContentSurvey {
   }
 
   const SchemaDocuments& documents_;
-  NameTable names_;
-  const Definitions definitions_;
+  const Definitions& definitions_;
   std::deque<Draft> drafts_;          // which never moves them
   std::vector<Draft*> byDefinition_;  // null for the built-in types
   std::vector<Candidate> candidates_;
@@ -321,8 +320,8 @@ class ContentSurvey {
 
 }  // namespace
 
-HeavyContents heavyContents(const SchemaDocuments& documents) {
-  return ContentSurvey(documents).run();
+HeavyContents heavyContents(const SchemaDocuments& documents, const Definitions& definitions) {
+  return ContentSurvey(documents, definitions).run();
 }
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "platform/schema/component/SchemaDocuments.h"
+#include "platform/schema/component/Definitions.h"
 
 namespace Varnel_Tolv_XML_Creation {
 
@@ -38,6 +38,6 @@ struct HeavyContents {
 /// twice to groups that refer twice ...), and those that refer to one another in a chain of more
 /// than 250, which the compiler follows by recursion. Circles are left to the compiler, which
 /// refuses them.
-HeavyContents heavyContents(const SchemaDocuments& documents);
+HeavyContents heavyContents(const SchemaDocuments& documents, const Definitions& definitions);
 
 }  // namespace Varnel_Tolv_XML_Creation

@@ -22,9 +22,8 @@ FileCache::Made compile(std::string_view strNamespaceUri, std::string_view strPa
                         std::string_view strCatalog) {
   constexpr std::size_t kTimesItsText = 20;  // about what components take
   SchemaDocuments documents = readSchemaDocuments(strNamespaceUri, strPath, strCatalog);
-  checkByCompiler(documents, strPath);
   FileCache::Made made;
-  made.value = std::shared_ptr(readComponents(documents));
+  made.value = std::shared_ptr(compileSchema(documents, strPath));
   made.files = std::move(documents.files);
   made.lngBytes = made.files.bytes() * kTimesItsText;
   return made;

@@ -109,8 +109,7 @@ SchemaModel SchemaModel::read(std::string_view strPath, std::string_view strCata
       impl->files.push_back(fileOf(document));
     }
     tellImports(documents, impl->problems);
-    checkByCompiler(documents, strPath);
-    impl->components = readComponents(documents);
+    impl->components = compileSchema(documents, strPath);
     tellPatterns(documents, impl->problems);
     std::ranges::move(identityProblems(documents, *impl->components),
                       std::back_inserter(impl->problems));

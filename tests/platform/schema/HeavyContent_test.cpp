@@ -54,9 +54,20 @@ SchemaDocuments documentsOf(const SchemaDirectory& directory, const std::string&
                              directory.write("main.xsd", schemaText(strDeclarations, "urn:t")), "");
 }
 
+HeavyContents heavyIn(const SchemaDirectory& directory, const std::string& strDeclarations) {
+  const SchemaDocuments documents = documentsOf(directory, strDeclarations);
+  NameTable names;
+  return heavyContents(documents, Definitions(documents, names));
+}
+
+void check(const SchemaDocuments& documents) {
+  NameTable names;
+  checkByCompiler(documents, Definitions(documents, names), "main.xsd");
+}
+
 std::vector<Substitute> substitutesIn(const std::string& strDeclarations) {
   const SchemaDirectory directory;
-  const HeavyContents colContents = heavyContents(documentsOf(directory, strDeclarations));
+  const HeavyContents colContents = heavyIn(directory, strDeclarations);
   std::vector<Substitute> substitutes;
   for (const HeavyContent& heavy : colContents.excessive) {
     substitutes.push_back(heavy.substitute);
@@ -67,7 +78,7 @@ std::vector<Substitute> substitutesIn(const std::string& strDeclarations) {
 /// Why the schema is refused; empty when it is not.
 std::string refusal(const SchemaDirectory& directory, const std::string& strDeclarations) {
   try {
-    checkByCompiler(documentsOf(directory, strDeclarations), "s");
+    check(documentsOf(directory, strDeclarations));
   } catch (const RuntimeError& error) {
     return error.description();
   }
@@ -282,7 +293,7 @@ TEST(HeavyContent, IsToldOfOnItsLine) {
   const SchemaDocuments documents = documentsOf(
       directory, "\n" + type(sequence(strContent)) + "\n\n\n<xs:element name='r' type='t:T'/>");
   try {
-    checkByCompiler(documents, "main.xsd");
+    check(documents);
     FAIL() << "it is not refused";
   } catch (const SchemaFailure& failure) {
     EXPECT_EQ(failure.spot().lngLine, 4U);
@@ -306,7 +317,7 @@ TEST(HeavyContent, IsFoundInEveryDocument) {
       group("rg", sequence("<xs:group ref='t:rg'/><xs:element name='x' minOccurs='0'/>")) +
       "</xs:redefine>" + type(sequence("<xs:group ref='t:rg'/><xs:group ref='t:pg'/>"), "M") +
       "<xs:element name='r' type='t:P'/>";
-  const HeavyContents colContents = heavyContents(documentsOf(directory, strDeclarations));
+  const HeavyContents colContents = heavyIn(directory, strDeclarations);
   std::vector<std::size_t> colDocuments;
   for (const HeavyContent& heavy : colContents.excessive) {
     colDocuments.push_back(heavy.lngDocument);
@@ -387,8 +398,7 @@ TEST(HeavyContent, IsPlainWhereTheNameOfAChildTellsWhichItIs) {
   for (const auto& c : cases) {
     SCOPED_TRACE(c.says);
     const SchemaDirectory directory;
-    EXPECT_THAT(heavyContents(documentsOf(directory, c.strDeclarations)).plain,
-                SizeIs(c.blnPlain ? 1 : 0));
+    EXPECT_THAT(heavyIn(directory, c.strDeclarations).plain, SizeIs(c.blnPlain ? 1 : 0));
   }
 }
 
@@ -439,7 +449,7 @@ TEST(HeavyContent, ThatIsPlainChangesNoComplaint) {
     const SchemaDirectory directory;
     const SchemaDocuments documents = documentsOf(directory, c.strDeclarations);
     try {
-      checkByCompiler(documents, "main.xsd");
+      check(documents);
       ADD_FAILURE() << "it is not refused";
     } catch (const SchemaFailure& failure) {
       EXPECT_THAT(failure.description(), HasSubstr(c.strReason));

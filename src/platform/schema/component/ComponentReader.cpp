@@ -6,8 +6,7 @@
 
 namespace Varnel_Tolv_XML_Creation {
 
-std::unique_ptr<const SchemaComponents> readComponents(const SchemaDocuments& documents) {
-  Readers readers(documents);
+std::unique_ptr<const SchemaComponents> readComponents(Readers& readers) {
   // Names first, then what they stand for. A type hands out the declarations of its elements, which
   // hand out their types, before any of them is complete: they may contain each other.
   readers.types.addBuiltIn();

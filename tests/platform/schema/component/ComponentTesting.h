@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "platform/schema/component/ComponentReader.h"
-#include "platform/schema/component/SchemaDocuments.h"
+#include "platform/schema/component/Readers.h"
 #include "platform/xml/LoadTree.h"
 #include "result/RuntimeError.h"
 
@@ -48,7 +48,9 @@ inline SchemaDocuments schemaDocuments(const std::vector<SchemaText>& texts) {
 
 /// The components outlive the documents that they are read from.
 inline std::unique_ptr<const SchemaComponents> componentsOf(const std::vector<SchemaText>& texts) {
-  return readComponents(schemaDocuments(texts));
+  const SchemaDocuments documents = schemaDocuments(texts);
+  Readers readers(documents);
+  return readComponents(readers);
 }
 
 /// Those of one document without a target namespace.

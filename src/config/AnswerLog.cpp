@@ -210,20 +210,26 @@ void AnswerLog::forEachWriteTo(const Node& objElement, Visit visit) {
   }
 }
 
-void AnswerLog::placed(const Node& objMade, const Node& objPlaced) {
-  if (objMade.identity() == objPlaced.identity() || lngFirstWrite_ == writes_.size()) return;
+/// What was written to one element stands in another, to which nothing was.
+void AnswerLog::moveWrites(const Node& objFrom, const Node& objTo) {
+  auto entry = newestTo_.extract(objFrom.identity());
+  if (entry.empty()) return;
+  entry.key() = objTo.identity();
+  newestTo_.insert(std::move(entry));
+  forEachWriteTo(objTo, [&](Write& write) { write.objTarget = objTo; });
+}
+
+void AnswerLog::placed(const Node& objType, const Node& objMade, const Node& objPlaced) {
+  const bool blnText = objPlaced.nodeType() == NodeType::text;
+  const bool blnCopy = objMade.identity() != objPlaced.identity();
+  if ((!blnText && !blnCopy) || lngFirstWrite_ == writes_.size()) return;
   bringIndexUpToDate();
+  if (blnText) return moveWrites(objType, objPlaced.parentNode());
   std::vector<Node> copies;
   forEachElement(objPlaced, [&](const Node& objElement) { copies.push_back(objElement); });
   std::size_t lngNext = 0;
-  forEachElement(objMade, [&](const Node& objElement) {
-    const Node& objCopy = copies.at(lngNext++);
-    auto entry = newestTo_.extract(objElement.identity());
-    if (entry.empty()) return;
-    entry.key() = objCopy.identity();
-    newestTo_.insert(std::move(entry));
-    forEachWriteTo(objCopy, [&](Write& write) { write.objTarget = objCopy; });
-  });
+  forEachElement(objMade,
+                 [&](const Node& objElement) { moveWrites(objElement, copies.at(lngNext++)); });
 }
 
 void AnswerLog::copied(const Node& objOriginal, const Node& objCopy) {

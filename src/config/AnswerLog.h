@@ -164,9 +164,10 @@ class AnswerLog {
   /// What was written to an element does not stand any more: the element has gone from the complex
   /// type that is being made, with a placeholder or under what was written around it.
   void displaced(const Node& objElement);
-  /// What was written below `objMade` stands below `objPlaced` now, a copy of it unless both are
-  /// the same. To be called with the tops of both, before anything else changes either.
-  void placed(const Node& objMade, const Node& objPlaced);
+  /// The child `objMade` of a complex type stands in the message as `objPlaced` now, a copy of it
+  /// unless both are the same, and with it what was written to it and below it; what was written to
+  /// the type itself is such a child, a text. To be called before anything else changes either.
+  void placed(const Node& objType, const Node& objMade, const Node& objPlaced);
   /// `objCopy` is a copy of an element of the message, placed in the message too.
   void copied(const Node& objOriginal, const Node& objCopy);
   /// An element of the message was removed because it is empty, once all is written.
@@ -218,6 +219,7 @@ class AnswerLog {
   void bringIndexUpToDate();
   template <class Visit>
   void forEachWriteTo(const Node& objElement, Visit visit);
+  void moveWrites(const Node& objFrom, const Node& objTo);
   void gone(const Node& objElement, std::string_view strReason, const AnswerRule& rule);
   void overwrite(const Node& objTarget, std::string_view strText, const AnswerRule& rule);
 

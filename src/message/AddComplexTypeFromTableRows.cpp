@@ -222,7 +222,7 @@ Acknowledge appendRow(const Session& session, const Document& objSendXML, const 
   }
   for (const Node& objChild : *colChildren) {
     const Node objPlaced = required(objRowElement.appendChild(objChild));
-    if (session.answers) session.answers->placed(objChild, objPlaced);
+    if (session.answers) session.answers->placed(objModel, objChild, objPlaced);
   }
   objPlacedRow = required(objParentNode.appendChild(objRowElement));
   setRowIds(objRowElement, ids);

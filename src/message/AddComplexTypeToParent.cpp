@@ -15,7 +15,7 @@ Acknowledge AddComplexTypeToParent(const Session& session, const Node& objParent
         return Failure(SVC_RET_XML_CREATION_ADD_CHILD_NODE_FAILED, "Adding the child node failed",
                        "An error occurred adding complex type to parent");
       }
-      if (session.answers) session.answers->placed(objChild, objPlaced);
+      if (session.answers) session.answers->placed(objComplexType, objChild, objPlaced);
     }
     return {};
   });

@@ -92,6 +92,57 @@ TEST(Journal, TellsWhereEachFieldWent) {
   }
 }
 
+TEST(Journal, TellsWhereAComplexTypeThatIsATextWent) {
+  const std::string strDirect =
+      "<messageitem id='q' toschema='true'><parentxpath>/m:r</parentxpath><node>m:p</node>"
+      "<action id='text'><parameter id='v' formvalue='true'/></action></messageitem>\n";
+  const struct {
+    const char* says;
+    std::string entries;
+    const char *form, *journal;
+  } cases[] = {
+      {"the element that the type is put in", strDirect + "<messageitem id='r' toschema='false'/>",
+       "q=1&r=2",
+       "q|||1|written|/m:r[1]/m:p[1] |mapper.xml:2\n"
+       "r|||2|left-out||mapper.xml:3\n"},
+      {"which a later answer is written over",
+       strDirect + "<messageitem id='r' toschema='true'><parentxpath>/m:r</parentxpath>"
+                   "<node>m:p</node></messageitem>",
+       "q=1&r=2",
+       "q|||1|lost||mapper.xml:3\n"
+       "r|||2|written|/m:r[1]/m:p[1] |mapper.xml:3\n"},
+      {"which the document data copy",
+       strDirect + "<messageitem id='r' toschema='false'/>"
+                   "<docdata><docinfo id='attestationtime'><parentxpath>/m:r/head</parentxpath>"
+                   "<node>time</node></docinfo><docnodes><rule><parentxpath>/m:r/head</parentxpath>"
+                   "<node>/m:r/m:p</node></rule></docnodes></docdata>",
+       "q=1&r=2",
+       "q|||1|written|/m:r[1]/m:p[1] /m:r[1]/head[1]/m:p[1] |mapper.xml:2\n"
+       "r|||2|left-out||mapper.xml:3\n"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.says);
+    AnswerStory story;
+    story.strObjects = question("q") + question("r");
+    story.strEntries = c.entries;
+    story.strTypes = "<schematype id='text'><value id='v'/></schematype>";
+    story.strForm = c.form;
+    EXPECT_EQ(story.journal(), c.journal);
+    EXPECT_TRUE(Succeeded(story.objAck));
+  }
+}
+
+TEST(Journal, TellsOfCellsThatAreTheTextOfTheirRow) {
+  AnswerStory story;
+  story.strObjects = grid("<column id='c'/>");
+  story.strTypes = "<schematype id='cells'><value id='c'/></schematype>";
+  story.strForm = "t_rowCount=2&t___c_1=a&t___c_2=b";
+  EXPECT_EQ(story.journal(),
+            "t|1|c|a|written|/m:r[1]/row[1] |mapper.xml:5\n"
+            "t|2|c|b|written|/m:r[1]/row[2] |mapper.xml:5\n");
+  EXPECT_TRUE(Succeeded(story.objAck));
+}
+
 TEST(Journal, TellsOfEachCellInItsRow) {
   AnswerStory story;
   story.strObjects = question("q") + grid() + question("r");

@@ -1,6 +1,7 @@
 #include <nlohmann/json.hpp>
 #include <regex>
 #include <thread>
+#include <utility>
 
 #include "apps/host/Host.h"
 #include "host/Token.h"
@@ -240,6 +241,25 @@ TEST_F(Cycle, RefusesMistakesBesideTheirInputs) {
     EXPECT_TRUE(shown.shows("name=\"defects___repairby_2\" value=\"as soon as possible\""));
   }
   EXPECT_EQ(host_.get("/messages" + strPlace.substr(7)).status, 404);
+}
+
+/// The message has these answers in texts with labels, whose lengths the schema bounds.
+TEST_F(Cycle, HintsAtTheLimitsThatErrorsTellOfAnswersInLongerTexts) {
+  Form form = exampleForm("complete.form");
+  const std::string strPlace = parked(host_, form);
+  form["areas___remark_5"] = std::string(120, 'x');
+  form["remarks"] = std::string(420, 'x');
+  const HttpAnswer answer = host_.post(strPlace, filledIn(host_.get(strPlace), form, "submit"));
+  EXPECT_EQ(answer.status, 422);
+  for (const auto& [strAnchor, strLimit] :
+       {std::pair<std::string, std::string>{"areas-5-remark", "180"}, {"remarks", "409"}}) {
+    SCOPED_TRACE(strAnchor);
+    const std::string strId = "id=\"q-" + strAnchor;
+    EXPECT_NE(partOf(answer, strId + "-error\"", "</p>").find("At most " + strLimit + " char"),
+              std::string::npos);
+    EXPECT_NE(partOf(answer, strId + "-hint\"", "</p>").find(strLimit + " with "),
+              std::string::npos);
+  }
 }
 
 TEST_F(Cycle, RefusesWithTheComputedCellsThatWereSaved) {

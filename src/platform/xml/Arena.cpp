@@ -16,8 +16,9 @@ namespace {
 constexpr std::size_t kSmallestChunk = 1024;
 constexpr std::size_t kLargestChunk = std::size_t{64} << 10;
 
-// Where there is a pool, it has the largest at hand for whoever wants as much as this.
-constexpr std::size_t kPooledChunk = std::size_t{16} << 10;
+// Where there is a pool, it has the largest at hand for whoever wants as much as this. Of such a
+// chunk no more is counted at a time.
+constexpr std::size_t kPooledChunk = kLargestChunk / 4;
 
 }  // namespace
 
@@ -38,6 +39,7 @@ Arena& Arena::operator=(Arena&& other) noexcept {
   std::swap(last_, other.last_);
   std::swap(cursor_, other.cursor_);
   std::swap(end_, other.end_);
+  std::swap(chunkEnd_, other.chunkEnd_);
   std::swap(lngNextChunk_, other.lngNextChunk_);
   std::swap(lngMost_, other.lngMost_);
   std::swap(lngTaken_, other.lngTaken_);
@@ -54,26 +56,37 @@ std::string_view Arena::copy(std::string_view strText) {
   return {copied, strText.size()};
 }
 
-/// Takes a piece that the chunk in use has no room for. A large one gets a chunk of its own, and
-/// the chunk in use stays so.
+void Arena::count(std::size_t lngBytes) {
+  if (lngBytes > lngMost_ - lngTaken_) throw RuntimeError(kXmlFailure, kTreeTooLarge);
+  share_.takeBytes(lngBytes);
+  lngTaken_ += lngBytes;
+}
+
+/// Takes a piece that what is counted of the chunk in use has no room for. A large one gets a chunk
+/// of its own, and the chunk in use stays so.
 void* Arena::takeNew(std::size_t lngBytes) {
+  if (end_ != chunkEnd_ && lngBytes <= kPooledChunk) {
+    count(kPooledChunk);
+    end_ += kPooledChunk;
+    return take(lngBytes, alignof(void*));
+  }
   const bool blnPooled = pool_ && lngNextChunk_ >= kPooledChunk;
   const std::size_t lngChunk =
       blnPooled ? kLargestChunk : std::clamp(lngNextChunk_, kSmallestChunk, kLargestChunk);
   const bool blnOwn = lngBytes > lngChunk / 4;
+  const bool blnOfPool = blnPooled && !blnOwn;
   const std::size_t lngRoom = blnOwn ? lngBytes : lngChunk;
-  if (lngRoom > lngMost_ - lngTaken_) throw RuntimeError(kXmlFailure, kTreeTooLarge);
-  share_.takeBytes(lngRoom);
+  const std::size_t lngCounted = blnOfPool ? kPooledChunk : lngRoom;
+  count(lngCounted);
   static_assert(sizeof(Chunk) + kLargestChunk == ChunkPool::kChunkBytes);
-  const bool blnOfPool = blnPooled && lngRoom == kLargestChunk;
   void* const chunk = blnOfPool ? pool_->take() : ::operator new(sizeof(Chunk) + lngRoom);
-  lngTaken_ += lngRoom;
   last_ = new (chunk) Chunk{last_, blnOfPool};
   char* const piece = reinterpret_cast<char*>(last_ + 1);
   if (blnOwn) return piece;
   lngNextChunk_ = 2 * lngChunk;
   cursor_ = piece + lngBytes;
-  end_ = piece + lngRoom;
+  end_ = piece + lngCounted;
+  chunkEnd_ = piece + lngRoom;
   return piece;
 }
 

@@ -32,7 +32,8 @@ class Arena {
     lngLeft_ = static_cast<std::size_t>(end_ - cursor_);
   }
 
-  /// The bytes of the chunks that were taken since it counts.
+  /// The bytes of the chunks that were taken since it counts; of those of the pool only what was
+  /// asked for, in pieces of 16 KiB.
   std::size_t taken() const noexcept { return lngTaken_; }
 
   /// At most so many bytes were given out since: what was left of the chunk before counts too.
@@ -80,10 +81,12 @@ class Arena {
     return piece;
   }
   void* takeNew(std::size_t lngBytes);
+  void count(std::size_t lngBytes);
 
   Chunk* last_ = nullptr;
   char* cursor_ = nullptr;
-  char* end_ = nullptr;
+  char* end_ = nullptr;       // of what is counted of the chunk in use
+  char* chunkEnd_ = nullptr;  // of that chunk
   std::size_t lngNextChunk_;
   std::size_t lngMost_;
   std::size_t lngTaken_ = 0;

@@ -10,13 +10,13 @@
 #include <utility>
 #include <vector>
 
+#include "platform/xml/TreeBudget.h"
 #include "result/RuntimeError.h"
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {
 
-TEST(Arena, GivesPiecesThatDoNotOverlap) {
-  Arena arena;
+void expectPiecesThatDoNotOverlap(Arena arena) {
   std::vector<std::pair<char*, std::size_t>> colPieces;
   for (std::size_t lngBytes : {1, 7, 100, 5000, 3, 0, 70'000, 200, 1'000'000, 8}) {
     for (int piece = 0; piece < 50; ++piece) {
@@ -32,6 +32,12 @@ TEST(Arena, GivesPiecesThatDoNotOverlap) {
     EXPECT_EQ(std::count(room, room + lngBytes, static_cast<char>(piece % 100)),
               static_cast<std::ptrdiff_t>(lngBytes));
   }
+}
+
+TEST(Arena, GivesPiecesThatDoNotOverlap) {
+  expectPiecesThatDoNotOverlap(Arena());
+  const auto pool = std::make_shared<ChunkPool>(2 * ChunkPool::kChunkBytes);
+  expectPiecesThatDoNotOverlap(Arena(0, kMaxTreeBytes, pool));
 }
 
 TEST(Arena, KeepsWhatItGaveWhenItMoves) {
@@ -75,6 +81,23 @@ TEST(Arena, TakesALargestChunkOfAPoolForASmallerOne) {
     const auto pool = std::make_shared<ChunkPool>(2 * ChunkPool::kChunkBytes);
     { Arena(c.lngExpected, kMaxTreeBytes, pool).room(1); }
     EXPECT_EQ(pool->bytes(), c.lngChunks * ChunkPool::kChunkBytes);
+  }
+}
+
+TEST(Arena, CountsOfAChunkOfAPoolWhatIsAskedFor) {
+  const struct {
+    std::size_t lngBytes, lngTaken;
+  } cases[] = {{1, 16'384},      {16'384, 16'384}, {16'385, 32'768},
+               {40'000, 49'152}, {65'536, 65'536}, {65'537, 81'920}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.lngBytes);
+    const auto pool = std::make_shared<ChunkPool>(2 * ChunkPool::kChunkBytes);
+    const auto budget = std::make_shared<TreeBudget>(0, c.lngTaken);
+    Arena arena(16'384, kMaxTreeBytes, pool);
+    arena.share() = TreeShare(budget);
+    for (std::size_t lngByte = 0; lngByte < c.lngBytes; ++lngByte) arena.room(1);
+    EXPECT_EQ(arena.taken(), c.lngTaken);
+    EXPECT_THROW(arena.room(c.lngTaken - c.lngBytes + 1), BudgetExceeded);
   }
 }
 

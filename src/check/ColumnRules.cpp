@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <array>
-#include <optional>
 #include <string>
 #include <unordered_map>
 
@@ -11,7 +10,6 @@
 #include "config/Names.h"
 #include "platform/text/Date.h"
 #include "platform/text/Text.h"
-#include "result/RuntimeError.h"
 
 namespace Varnel_Tolv_XML_Creation {
 namespace {

@@ -1,9 +1,7 @@
 #include <array>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <unordered_set>
-#include <vector>
 
 #include "check/BrokenEntries.h"
 #include "check/Rule.h"

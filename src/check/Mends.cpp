@@ -1,7 +1,5 @@
 #include "check/Mends.h"
 
-#include <utility>
-
 #include "platform/xml/XmlCharacters.h"
 
 namespace Varnel_Tolv_XML_Creation {

@@ -1,7 +1,6 @@
 #include <array>
 #include <optional>
 #include <string>
-#include <unordered_map>
 #include <unordered_set>
 
 #include "check/Rule.h"

@@ -1,6 +1,5 @@
 #include "platform/dom/DocumentState.h"
 
-#include <new>
 #include <utility>
 
 #include "platform/text/ShortText.h"

@@ -7,7 +7,6 @@
 #include "platform/xml/CopyTree.h"
 #include "platform/xml/SerialiseXml.h"
 #include "platform/xml/XmlCharacters.h"
-#include "result/RuntimeError.h"
 
 // What reads a document. What changes it stands in NodeChanges.cpp.
 

@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "platform/dom/DocumentState.h"

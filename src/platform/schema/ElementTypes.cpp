@@ -3,7 +3,6 @@
 #include <libxml/xmlerror.h>
 
 #include <unordered_set>
-#include <utility>
 #include <vector>
 
 #include "platform/xml/XmlCharacters.h"

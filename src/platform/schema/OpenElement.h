@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <optional>
 
-#include "platform/schema/StartTag.h"
+#include "platform/schema/MessageNames.h"
 #include "platform/schema/component/Components.h"
 
 namespace Varnel_Tolv_XML_Creation {

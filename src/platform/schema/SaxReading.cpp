@@ -3,14 +3,12 @@
 #include <algorithm>
 #include <climits>
 #include <new>
-#include <utility>
 
 #include "platform/schema/TreeEvents.h"
 #include "platform/xml/GuardedParser.h"
 #include "platform/xml/ReadXmlFile.h"
 #include "platform/xml/SerialiseXml.h"
 #include "platform/xml/TreeLimits.h"
-#include "platform/xml/XmlCharacters.h"
 #include "platform/xml/XmlMemory.h"
 #include "platform/xml/XmlTree.h"
 

@@ -12,7 +12,6 @@
 #include "platform/xml/FileUri.h"
 #include "platform/xml/LoadTree.h"
 #include "platform/xml/ReadXmlFile.h"
-#include "result/RuntimeError.h"
 
 namespace Varnel_Tolv_XML_Creation {
 

@@ -2,7 +2,6 @@
 #include <bit>
 #include <cstddef>
 #include <unordered_set>
-#include <utility>
 
 #include "platform/schema/component/Components.h"
 #include "platform/schema/component/ContentModelImpl.h"

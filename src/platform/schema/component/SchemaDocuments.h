@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <deque>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "platform/xml/FilesRead.h"

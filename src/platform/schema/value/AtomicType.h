@@ -2,7 +2,6 @@
 
 #include <compare>
 #include <cstddef>
-#include <cstdint>
 #include <optional>
 #include <span>
 #include <string>

@@ -1,7 +1,6 @@
 #include <libxml/xmlschemastypes.h>
 
 #include <algorithm>
-#include <memory>
 
 #include "platform/schema/value/SimpleTypeImpl.h"
 #include "platform/xml/OwnedXml.h"

@@ -1,7 +1,6 @@
 #include "platform/schema/value/PatternTranslation.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <cstdint>
 #include <limits>

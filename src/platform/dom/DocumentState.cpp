@@ -77,7 +77,6 @@ bool DocumentContent::replace(std::size_t lngExpected, bool blnKeepBefore,
   libraryTree.drop();
   models.forget();
   attributeNames = {};
-  attributeValues = {};
   target.setDocument(document);
   if (!blnKeepBefore) {
     tree = std::move(fresh);

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -55,10 +54,6 @@ struct DocumentContent {
 
   /// The names of attributes that were set, by their lengths and ends.
   std::array<const TreeName*, 32> attributeNames{};
-
-  /// The values of attributes that were added last, by where their texts lay: the rows of a table
-  /// have many that are the same.
-  std::array<std::string_view, 16> attributeValues{};
 };
 
 /// What the handles of one document share. Its tree owns every node that a handle can point to,
@@ -123,13 +118,6 @@ struct DocumentState {
       name = content.tree.names().find(strName, {});
     }
     return name;
-  }
-
-  /// The value of the attribute that was added last with a value that lay there, or near.
-  std::string_view& lastValueFrom(const char* value) {
-    auto& values = const_cast<DocumentContent&>(*content_).attributeValues;
-    const auto lngAddress = reinterpret_cast<std::uintptr_t>(value);
-    return values[(lngAddress ^ lngAddress >> 4) % values.size()];
   }
 
   /// Accounts for text that is about to be written, in place of `lngBefore` bytes that go. Refuses,

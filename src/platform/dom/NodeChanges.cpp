@@ -197,23 +197,16 @@ void Node::setAttribute(std::string_view strName, std::string_view strValue) con
   if (isSame(strName, "xmlns") || (blnPrefixed && prefixOf(strName) == "xmlns")) {
     refuse("A namespace declaration cannot be set as an attribute.");
   }
-  if (present) {
-    requireXmlText(strValue);
-    return setValue(*state_, present, strValue);
-  }
-  std::string_view& strLast = state_->lastValueFrom(strValue.data());
-  const bool blnAgain = name && !strValue.empty() && isSame(strLast, strValue);
-  if (!blnAgain) requireXmlText(strValue);
+  requireXmlText(strValue);
+  if (present) return setValue(*state_, present, strValue);
   Tree& tree = state_->changeable().tree;
   tree.hasAttributes(lngCount);
   if (!name) name = tree.name({}, strName, {});
-  TreeNode* const attribute = blnAgain ? tree.newLeafWith(NodeKind::attribute, name, strLast)
-                                       : tree.newLeaf(NodeKind::attribute, name, strValue);
+  TreeNode* const attribute = tree.newLeaf(NodeKind::attribute, name, strValue);
   state_->grow(strValue.size());
   state_->changing(element, attribute);
   attribute->parent = element;
   *link = attribute;
-  strLast = valueOf(attribute);
 }
 
 void Node::removeAttribute(std::string_view strName) const {

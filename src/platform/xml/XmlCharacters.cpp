@@ -121,13 +121,6 @@ std::string_view withoutXmlSpaceAround(std::string_view strText) noexcept {
 }
 
 bool isNCName(std::string_view strName) {
-  const auto isAscii = [](char byte) {
-    return isNameByte(byte) && static_cast<unsigned char>(byte) < 0x80;
-  };
-  const auto letters = std::find_if_not(strName.begin(), strName.end(), isAscii);
-  if (letters != strName.begin() && letters == strName.end()) {
-    return strName.front() == '_' || strName.front() >= 'A';
-  }
   if (strName.empty() || !isIn(kNameStart, takeCharacter(strName))) return false;
   while (!strName.empty()) {
     const std::int32_t character = takeCharacter(strName);

@@ -35,11 +35,7 @@ const MessageName& MessageNames::of(const xmlChar* local, const xmlChar* prefix,
 MessageName MessageNames::make(const xmlChar* local, const xmlChar* prefix, const xmlChar* uri) {
   MessageName name;
   name.strWritten = name.strLocal = view(local);
-  if (uri != lastUri_) {
-    lastUri_ = uri;
-    strLastUri_ = view(uri);
-  }
-  name.strUri = strLastUri_;
+  name.strUri = view(uri);
   if (prefix) name.strWritten = qualifiedName(written_, view(prefix), name.strLocal);
   if (schemaNames_) name.id = schemaNames_->find(name.strUri, name.strLocal);
   name.instance = instanceAttribute(name.strUri, name.strLocal);

@@ -40,8 +40,6 @@ class MessageNames {
   MessageName make(const xmlChar* local, const xmlChar* prefix, const xmlChar* uri);
 
   const NameTable* schemaNames_;
-  const xmlChar* lastUri_ = nullptr;  // of the name that was made last, most have the same
-  std::string_view strLastUri_;
   const std::span<const std::string_view> setAside_;
   Arena written_;  // the names with a prefix
   NamesByPlace<MessageName> names_;

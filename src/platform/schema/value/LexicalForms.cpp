@@ -16,10 +16,6 @@ namespace Varnel_Tolv_XML_Creation {
 
 namespace {
 
-bool isWhiteSpace(char byte) noexcept {
-  return byte == ' ' || byte == '\t' || byte == '\r' || byte == '\n';
-}
-
 bool isHexDigit(char byte) noexcept {
   return isDigit(byte) || (byte >= 'a' && byte <= 'f') || (byte >= 'A' && byte <= 'F');
 }
@@ -93,8 +89,8 @@ Normalised::Normalised(std::string_view strText, WhiteSpace whiteSpace) : strVie
 }
 
 std::string_view takeItem(std::string_view& strList) noexcept {
-  const auto begin = std::find_if_not(strList.begin(), strList.end(), isWhiteSpace);
-  const auto end = std::find_if(begin, strList.end(), isWhiteSpace);
+  const auto begin = std::find_if_not(strList.begin(), strList.end(), isXmlSpace);
+  const auto end = std::find_if(begin, strList.end(), isXmlSpace);
   strList.remove_prefix(static_cast<std::size_t>(end - strList.begin()));
   return {begin, end};
 }

@@ -162,22 +162,16 @@ void contains(Parser* parser, int lngArguments) {
               positionIn(view(texts[0].get()), view(texts[1].get())) != std::string_view::npos);
 }
 
-void substringBefore(Parser* parser, int lngArguments) {
-  OwnedXmlText texts[2];
-  if (!takeTexts(parser, lngArguments, texts)) return;
-  const std::string_view strText = view(texts[0].get());
-  const std::size_t found = positionIn(strText, view(texts[1].get()));
-  pushText(parser, strText.substr(0, found == std::string_view::npos ? 0 : found));
-}
-
-void substringAfter(Parser* parser, int lngArguments) {
+/// What stands before or behind the first place of the second text in the first.
+template <bool kBefore>
+void substringBeside(Parser* parser, int lngArguments) {
   OwnedXmlText texts[2];
   if (!takeTexts(parser, lngArguments, texts)) return;
   const std::string_view strText = view(texts[0].get());
   const std::string_view strWanted = view(texts[1].get());
   const std::size_t found = positionIn(strText, strWanted);
-  pushText(parser, found == std::string_view::npos ? std::string_view()
-                                                   : strText.substr(found + strWanted.size()));
+  if (found == std::string_view::npos) return pushText(parser, "");
+  pushText(parser, kBefore ? strText.substr(0, found) : strText.substr(found + strWanted.size()));
 }
 
 std::string_view takeCharacter(std::string_view& strText) {
@@ -364,8 +358,8 @@ constexpr Function kFunctions[] = {
     {"position", nullptr},
     {"true", nullptr},
     {"contains", contains},
-    {"substring-after", substringAfter},
-    {"substring-before", substringBefore},
+    {"substring-after", substringBeside<false>},
+    {"substring-before", substringBeside<true>},
     {"translate", translate},
     {"varnel-at-least", compareByOrder<false, false>},
     {"varnel-at-most", compareByOrder<true, false>},

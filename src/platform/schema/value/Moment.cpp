@@ -184,11 +184,7 @@ std::optional<Moment> Moment::parse(Primitive type, std::string_view strText) no
     pieces.need(blnMonth ? "-" : "---");
     lngDayOfMonth = pieces.two(1, 31);
   }
-  constexpr std::int64_t kInEveryMonth = 28;
-  if (!pieces.good() ||
-      (lngDayOfMonth > kInEveryMonth && lngDayOfMonth > daysOfMonth(lngYear, lngMonth))) {
-    return std::nullopt;
-  }
+  if (!pieces.good() || lngDayOfMonth > daysOfMonth(lngYear, lngMonth)) return std::nullopt;
 
   Moment moment;
   std::int64_t lngSeconds = 0;

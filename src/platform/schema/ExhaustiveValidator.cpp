@@ -28,9 +28,7 @@ ExhaustiveValidator::ExhaustiveValidator(const SchemaComponents& components, Mes
       identifiers_(reporter_),
       attributes_(components, names, lookup_, reporter_, identifiers_),
       identities_(components.names(), lookup_, reporter_),
-      missing_(reporter_, components.names()) {
-  open_.reserve(kUsualDepth);
-}
+      missing_(reporter_, components.names()) {}
 
 void ExhaustiveValidator::start(const StartTag& tag) {
   MessagePlace& here = reporter_.here();

@@ -23,7 +23,4 @@ struct OpenElement {
   bool blnMisplaced = false;  // a child was not allowed where it stands; told once
 };
 
-/// Few messages are deeper.
-inline constexpr std::size_t kUsualDepth = 8;
-
 }  // namespace Varnel_Tolv_XML_Creation

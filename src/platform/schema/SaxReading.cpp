@@ -256,7 +256,6 @@ void SaxReading::openNames(const xmlChar* rootUri) {
   if (settings_.schemas) components_ = settings_.schemas->schemaFor(view(rootUri));
   const auto& aside = settings_.parts.setAside;
   names_.emplace(components_ ? &components_->names() : nullptr, aside);
-  open_.reserve(kUsualDepth);
   if (!components_) return;
   const bool blnKnown = settings_.parts.handler &&
                         std::any_of(aside.begin(), aside.end(), [&](std::string_view strName) {

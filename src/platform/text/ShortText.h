@@ -11,6 +11,9 @@
 
 namespace Varnel_Tolv_XML_Creation {
 
+/// A word with this byte everywhere, times it.
+inline constexpr std::uint64_t kEveryByte = 0x0101010101010101;
+
 template <class Word>
 Word wordAt(const char* bytes) noexcept {
   Word word = 0;
@@ -54,6 +57,31 @@ inline bool isSame(std::string_view strText, std::string_view strOther) noexcept
     if (strText[at] != strOther[at]) return false;
   }
   return true;
+}
+
+/// Whether `test` accepts each of some words that together have the bytes of a text and no others.
+template <class Test>
+bool everyWord(std::string_view strText, const Test& test) {
+  constexpr std::size_t kWord = sizeof(std::uint64_t);
+  constexpr std::size_t kHalf = sizeof(std::uint32_t);
+  const char* const bytes = strText.data();
+  const std::size_t lngSize = strText.size();
+  if (lngSize >= kWord) {
+    for (std::size_t at = 0; at + kWord < lngSize; at += kWord) {
+      if (!test(wordAt<std::uint64_t>(bytes + at))) return false;
+    }
+    return test(wordAt<std::uint64_t>(bytes + lngSize - kWord));
+  }
+  if (lngSize >= kHalf) {
+    const std::uint64_t lngFirst = wordAt<std::uint32_t>(bytes);
+    return test(lngFirst << 32U | wordAt<std::uint32_t>(bytes + lngSize - kHalf));
+  }
+  if (lngSize == 0) return true;
+  std::uint64_t lngWord = kEveryByte * static_cast<unsigned char>(*bytes);
+  for (std::size_t at = 1; at < lngSize; ++at) {
+    lngWord = lngWord << 8U | static_cast<unsigned char>(bytes[at]);
+  }
+  return test(lngWord);
 }
 
 inline constexpr std::uint64_t kHashFactor = 0x9E3779B97F4A7C15;

@@ -27,6 +27,19 @@ constexpr std::array<Escape, 256> kEscapes = [] {
   return escapes;
 }();
 
+/// Whether none of eight bytes is below the blank or one of '<', '>', '"' and '&': then none has
+/// another entry than kNever. Of each two of these one bit tells one from the other.
+bool needNoReference(std::uint64_t lngBytes) noexcept {
+  const auto findBelow = [](std::uint64_t lngIn, unsigned char byte) {  // in the high bits
+    return (lngIn - byte * kEveryByte) & ~lngIn;
+  };
+  const std::uint64_t lngAngles = (lngBytes | ('<' ^ '>') * kEveryByte) ^ '>' * kEveryByte;
+  const std::uint64_t lngOthers = (lngBytes | ('"' ^ '&') * kEveryByte) ^ '&' * kEveryByte;
+  const std::uint64_t lngFound =
+      findBelow(lngBytes, ' ') | findBelow(lngAngles, 1) | findBelow(lngOthers, 1);
+  return (lngFound & 0x80 * kEveryByte) == 0;
+}
+
 std::string_view reference(char byte) {
   switch (byte) {
     case '&':
@@ -136,6 +149,7 @@ class Writer {
   }
 
   void writeEscaped(std::string_view strText, Escape where) {
+    if (everyWord(strText, needNoReference)) return put(strText);
     const char* written = strText.data();
     const char* const end = written + strText.size();
     for (const char* at = written; at != end; ++at) {

@@ -53,33 +53,11 @@ bool isIn(const std::array<Range, size>& ranges, std::int32_t character) {
   });
 }
 
-/// Whether all bytes are ASCII and none is below the blank, as most texts are: eight at a time, of
-/// which the last may be among those before them.
+/// Whether all bytes are ASCII and none is below the blank, as most texts are.
 bool isPlainAscii(std::string_view strText) {
-  constexpr std::size_t kWord = sizeof(std::uint64_t);
-  constexpr std::size_t kHalf = sizeof(std::uint32_t);
-  const auto arePlain = [](std::uint64_t bytes) {
-    constexpr std::uint64_t kHigh = 0x8080808080808080;
-    constexpr std::uint64_t kBlanks = 0x2020202020202020;
-    return ((bytes | (bytes - kBlanks)) & kHigh) == 0;
-  };
-  const auto isPlain = [&](std::size_t lngAt) {
-    return arePlain(wordAt<std::uint64_t>(strText.data() + lngAt));
-  };
-  if (strText.size() < kHalf) {
-    return std::all_of(strText.begin(), strText.end(), [](char byte) {
-      const auto lngByte = static_cast<unsigned char>(byte);
-      return lngByte >= 0x20 && lngByte < 0x80;
-    });
-  }
-  if (strText.size() < kWord) {
-    const std::uint64_t first = wordAt<std::uint32_t>(strText.data());
-    return arePlain(first << 32 | wordAt<std::uint32_t>(strText.data() + strText.size() - kHalf));
-  }
-  for (std::size_t lngAt = 0; lngAt + kWord < strText.size(); lngAt += kWord) {
-    if (!isPlain(lngAt)) return false;
-  }
-  return isPlain(strText.size() - kWord);
+  return everyWord(strText, [](std::uint64_t lngBytes) {
+    return ((lngBytes | (lngBytes - 0x20 * kEveryByte)) & 0x80 * kEveryByte) == 0;
+  });
 }
 
 /// Takes the first character off a text that is not empty; negative where there is none.

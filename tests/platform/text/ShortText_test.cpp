@@ -47,5 +47,22 @@ TEST(ShortText, IsCopiedWholeAndNoFurther) {
   }
 }
 
+TEST(ShortText, IsSeenWholeInWords) {
+  for (std::size_t lngSize = 0; lngSize <= kLongest; ++lngSize) {
+    SCOPED_TRACE(lngSize);
+    std::string strSeen;
+    const auto see = [&](std::uint64_t lngWord) {
+      for (; lngWord != 0; lngWord >>= 8U) strSeen += static_cast<char>(lngWord & 0xFFU);
+      return true;
+    };
+    EXPECT_TRUE(everyWord(kText.substr(0, lngSize), see));
+    for (const char byte : kText) {
+      EXPECT_EQ(strSeen.find(byte) != std::string::npos, kText.find(byte) < lngSize) << byte;
+    }
+    EXPECT_EQ(everyWord(kText.substr(0, lngSize), [](std::uint64_t) { return false; }),
+              lngSize == 0);
+  }
+}
+
 }  // namespace
 }  // namespace Varnel_Tolv_XML_Creation

@@ -28,6 +28,35 @@ TEST(SerialiseXml, WritesWhatItReadAsItStood) {
   }
 }
 
+TEST(SerialiseXml, FindsWhatIsWrittenAsAReferenceWhereverItStands) {
+  const auto written = [](char byte, bool blnInValue) -> std::string {
+    if (byte == '&') return "&amp;";
+    if (byte == '<') return "&lt;";
+    if (byte == '>') return "&gt;";
+    if (byte == '\r') return "&#13;";
+    if (blnInValue && byte == '"') return "&quot;";
+    if (blnInValue && byte == '\t') return "&#9;";
+    if (blnInValue && byte == '\n') return "&#10;";
+    return {byte};
+  };
+  const Document objDocument = loaded("<a/>");
+  const Node objRoot = objDocument.documentElement();
+  std::string strBytes = "\t\n\r";
+  for (char byte = ' '; byte != '\x7F'; ++byte) strBytes += byte;
+  for (const char byte : strBytes) {
+    for (std::size_t lngSize = 1; lngSize <= 17; ++lngSize) {
+      for (std::size_t lngAt = 0; lngAt < lngSize; ++lngAt) {
+        const std::string strBefore(lngAt, '\'');
+        const std::string strBehind(lngSize - lngAt - 1, '=');
+        objRoot.setText(strBefore + byte + strBehind);
+        objRoot.setAttribute("b", strBefore + byte + strBehind);
+        ASSERT_EQ(objRoot.xml(), "<a b=\"" + strBefore + written(byte, true) + strBehind + "\">" +
+                                     strBefore + written(byte, false) + strBehind + "</a>");
+      }
+    }
+  }
+}
+
 TEST(SerialiseXml, DropsADeclarationThatIsAlreadyInForce) {
   EXPECT_EQ(loaded("<p:a xmlns:p='u' xmlns='d'><p:b xmlns:p='u'/><c xmlns='d'/></p:a>").xml(),
             "<p:a xmlns:p=\"u\" xmlns=\"d\"><p:b/><c/></p:a>\r\n");

@@ -118,6 +118,7 @@ void Tree::countTo(const std::shared_ptr<TreeBudget>& budget) {
 void Tree::tooManyAttributes() { throw RuntimeError(kXmlFailure, kTooManyAttributes); }
 
 TreeNode* Tree::newDocument() {
+  blnEarlier_ = blnEarlier_ || lngNodes_ != 0;
   arena_.startCount();
   names_.startCount();
   lngNodes_ = 0;
@@ -129,8 +130,8 @@ TreeNode* Tree::newDocument() {
 }
 
 TreeNode* Tree::newElement(const TreeName* name) {
-  countNode();
   auto* const element = arena_.make<TreeElement>();
+  countNode();
   element->kind = NodeKind::element;
   element->name = name;
   element->first = nullptr;
@@ -138,8 +139,8 @@ TreeNode* Tree::newElement(const TreeName* name) {
 }
 
 TreeNode* Tree::newLeaf(NodeKind kind, const TreeName* name, std::string_view strValue) {
-  countNode();
   auto* const leaf = arena_.make<TreeNode>();
+  countNode();
   leaf->kind = kind;
   leaf->name = name;
   leaf->value = newValue(strValue);
@@ -153,9 +154,10 @@ TreeNode* Tree::newLeaf(NodeKind kind, const TreeName* name, std::string_view st
 }
 
 char* Tree::newNodes(std::size_t lngCount, std::size_t lngBytes, std::size_t lngShared) {
+  char* const nodes = arena_.objects(lngBytes);
   for (std::size_t lngNode = 0; lngNode < lngCount; ++lngNode) countNode();
   lngShared_ += lngShared;
-  return arena_.objects(lngBytes);
+  return nodes;
 }
 
 TreeNode* Tree::copyLeaf(const TreeNode* leaf) {
@@ -189,7 +191,7 @@ void Tree::requireReadable(std::size_t lngMaxBytes) const {
   const std::size_t lngValues = arena_.mostGivenOut() - lngNodes_ * sizeof(TreeNode) + lngShared_;
   const std::size_t lngMost =
       lngValues * kLongestReference + lngNodes_ * (3 * names_.longest() + kMarkup);
-  if (!blnManyAttributes_ && lngMost <= lngMaxBytes) return;
+  if (!blnManyAttributes_ && !blnEarlier_ && lngMost <= lngMaxBytes) return;
 
   const auto declared = [](const TreeName* name) {
     return name ? name->prefix->strText.size() + kLongestReference * name->uri->strText.size() : 0;

@@ -199,8 +199,8 @@ class Tree {
   /// A leaf of a kind, and with a name and a value, that newLeaf was told of before: the value lies
   /// in this tree already, and nothing writes over it.
   TreeNode* newLeafWith(NodeKind kind, const TreeName* name, std::string_view strOwn) {
-    countNode();
     auto* const leaf = arena_.make<TreeNode>();
+    countNode();
     leaf->kind = kind;
     leaf->name = name;
     leaf->value = strOwn.data();
@@ -251,6 +251,7 @@ class Tree {
   const std::shared_ptr<TreeBudget>& budget() const noexcept { return arena_.share().budget(); }
 
  private:
+  /// Of one for which there is memory: there is none without.
   void countNode() {
     if (lngNodes_ == lngGranted_) grantNodes();
     ++lngNodes_;
@@ -267,6 +268,7 @@ class Tree {
   std::size_t lngShared_ = 0;       // the bytes of values for each leaf that has not its own
   std::size_t lngLongest_ = 0;      // value
   bool blnOther_ = false;           // it may hold something else
+  bool blnEarlier_ = false;         // nodes of an earlier document may stand in this one
   bool blnManyAttributes_ = false;  // an element has so many that it may get too many declarations
   TreeNode* document_;
 };

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "platform/dom/DomTesting.h"
+#include "platform/xml/FileCache.h"
 #include "platform/xml/TreeBudget.h"
 
 // What a document may be is the same when it is read, when it is built and when it is written.
@@ -74,6 +75,20 @@ TEST(DocumentLimits, CountWhatIsLoadedInPlaceOfAContentThatIsKept) {
   EXPECT_EQ(descriptionOf(kXmlFailure, [&] { objDocument.requireReadable(); }),
             "The document is larger than 10000 bytes.");
   EXPECT_EQ(objKept.childNodes()->length(), 2'000U);
+}
+
+TEST(DocumentLimits, CountWhatIsTakenOverFromAnEarlierContent) {
+  FileCache cache;
+  for (FileCache* const used : {static_cast<FileCache*>(nullptr), &cache}) {
+    const Document objDocument = Document::create({.lngMaxBytes = 100'000, .cache = used});
+    ASSERT_TRUE(objDocument.loadXML("<a>" + std::string(90'000, '>') + "</a>"));
+    const Node objKept = objDocument.documentElement();
+    ASSERT_TRUE(objDocument.loadXML("<r/>"));
+    objDocument.requireReadable();
+    objDocument.documentElement().appendChild(objKept);
+    EXPECT_EQ(descriptionOf(kXmlFailure, [&] { objDocument.requireReadable(); }),
+              "The document is larger than 100000 bytes.");
+  }
 }
 
 TEST(DocumentLimits, CountTheNodes) {

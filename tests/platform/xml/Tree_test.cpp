@@ -71,5 +71,21 @@ TEST(Tree, CountsTheChildrenOfEachNode) {
   unlinkNode(first);  // it stands nowhere
 }
 
+TEST(Tree, CountsNoNodeForWhichThereIsNoMemory) {
+  Tree tree(0, 64 * 1024);
+  const TreeName* const name = tree.name({}, "a", {});
+  linkNode(tree.document(), tree.newElement(name), nullptr);
+  linkNode(rootOf(tree.document()), tree.newLeaf(NodeKind::text, nullptr, std::string(20'000, 'x')),
+           nullptr);
+  const auto fill = [&] {
+    while (true) tree.newElement(name);
+  };
+  EXPECT_THROW(fill(), RuntimeError);
+  for (int time = 0; time < 2000; ++time) {
+    EXPECT_THROW(tree.newElement(name), RuntimeError);
+    ASSERT_THROW(tree.requireReadable(10'000), RuntimeError);
+  }
+}
+
 }  // namespace
 }  // namespace Varnel_Tolv_XML_Creation
